@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessaro {
+
+struct PixelSize {
+  int width = 0;
+  int height = 0;
+  bool operator==(const PixelSize&) const = default;
+};
+
+struct PixelRect {
+  int left = 0;
+  int top = 0;
+  int width = 0;
+  int height = 0;
+  bool operator==(const PixelRect&) const = default;
+};
+
+struct TextStyle {
+  int points = 0;
+  bool bold = false;
+  bool italic = false;
+  bool underline = false;
+  bool operator==(const TextStyle&) const = default;
+};
+
+// How the link's target stands, as a colour class: 1 green (known and not due), 2 red (due or wrong), 3 blue; 0 = text
+// outside links.
+using ColourClass = int;
+
+// What the layout asks of the place where it is shown. Sizes in pixels.
+class Measurer {
+ public:
+  virtual ~Measurer() = default;
+  // Advance width and line height of a text without line ends; of "" the height alone counts.
+  virtual PixelSize Text(std::string_view text, const TextStyle& style) = 0;
+  // The own size of a picture; nothing when there is no such file or it is no picture. `name` as written in the card.
+  virtual std::optional<PixelSize> Picture(std::string_view name) = 0;
+  // True when there is a sound file of this name.
+  virtual bool SoundExists(std::string_view name) = 0;
+  virtual ColourClass LinkColour(int64_t card_id) = 0;
+};
+
+struct Fragment {
+  enum class Kind { Text, Picture, Video } kind = Kind::Text;
+  PixelRect rect;
+  std::string text;           // the text, entities replaced; of pictures and videos the name as written in the card
+  TextStyle style;
+  ColourClass colour = 0;
+  bool framed = false;        // pictures: a frame around it, in the link colour inside a link
+  bool transparent = false;   // pictures: white is transparent
+};
+
+struct LinkArea {
+  int left = 0;
+  int top = 0;
+  int bottom = 0;
+  int right = 0;
+  int32_t target = 0;         // card number; 0 leads to nothing
+};
+
+// The places of the links of one side. The first 110 links have an entry each; of all further ones only the last drawn
+// is kept, in an overflow entry.
+class LinkAreas {
+ public:
+  static constexpr size_t kEntries = 110;
+  void Add(const LinkArea& area);
+  // The target of the last drawn area that holds the point, borders included; nothing where there is none.
+  std::optional<int32_t> TargetAt(int x, int y) const;
+  const std::vector<LinkArea>& areas() const { return areas_; }
+
+ private:
+  std::vector<LinkArea> areas_;
+};
+
+// A side, laid out. The painter walks the fragments in order and computes no positions.
+struct Layout {
+  std::vector<Fragment> fragments;
+  LinkAreas links;
+  PixelSize size;                     // the paint box: the frame's size, grown to hold the content
+  std::vector<std::string> sounds;    // sound files to be played when the side is shown, names as written in the card
+};
+
+// Lays a side out in a frame of the given size. `start_points` is the font size that the side begins with.
+Layout LayOut(std::string_view side, PixelSize frame, int start_points, Measurer& measurer);
+
+}  // namespace tessaro

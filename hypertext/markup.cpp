@@ -1,0 +1,1 @@
+#include "hypertext/markup.h"

@@ -1,0 +1,1 @@
+#include "learn/answer_history.h"

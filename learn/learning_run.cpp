@@ -1,0 +1,1 @@
+#include "learn/learning_run.h"

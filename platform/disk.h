@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessaro {
+
+// What tells one state of a file on disk from another: a file whose state changed was written by someone.
+struct FileState {
+  uint64_t size = 0;
+  int64_t modified_ns = 0;
+  uint64_t inode = 0;
+  bool operator==(const FileState&) const = default;
+};
+
+// A file being read from its start.
+class ReadableFile {
+ public:
+  virtual ~ReadableFile() = default;
+  // Size when it was opened; a hint, the file may be longer or shorter when it is read.
+  virtual uint64_t Size() const = 0;
+  // Reads up to `size` bytes; returns how many, 0 at the end of the file, -1 on an error.
+  virtual std::ptrdiff_t Read(char* buffer, size_t size) = 0;
+};
+
+// A file being written. Destroying it closes it; whoever cares for the content calls Close and looks at the result.
+class WritableFile {
+ public:
+  virtual ~WritableFile() = default;
+  // Appends all bytes; false when any could not be written.
+  [[nodiscard]] virtual bool Write(std::string_view bytes) = 0;
+  // Returns when everything written so far has reached the disk.
+  [[nodiscard]] virtual bool Flush() = 0;
+  [[nodiscard]] virtual bool Close() = 0;
+};
+
+// All that the program does with files. Every operation answers with false, null or nothing when it fails and then
+// has changed nothing. Tests replace it by a disk in memory that fails on demand.
+class Disk {
+ public:
+  virtual ~Disk() = default;
+  virtual std::unique_ptr<ReadableFile> Open(const std::filesystem::path& path) = 0;
+  // Creates the file, or empties it when it exists.
+  virtual std::unique_ptr<WritableFile> Create(const std::filesystem::path& path) = 0;
+  // Replaces `to` when it exists, in one step: a power cut leaves the one or the other.
+  [[nodiscard]] virtual bool Rename(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+  // True also when there was no such file.
+  [[nodiscard]] virtual bool Remove(const std::filesystem::path& path) = 0;
+  // Makes renames in this folder survive a power cut.
+  [[nodiscard]] virtual bool FlushFolder(const std::filesystem::path& folder) = 0;
+  virtual bool Exists(const std::filesystem::path& path) const = 0;
+  virtual std::optional<FileState> State(const std::filesystem::path& path) const = 0;
+  // Free bytes of the drive that holds `folder`.
+  virtual std::optional<uint64_t> FreeBytes(const std::filesystem::path& folder) const = 0;
+  // The plain names of the files in a folder, unsorted; empty when it cannot be read.
+  virtual std::vector<std::string> FileNames(const std::filesystem::path& folder) const = 0;
+};
+
+// The machine's own file system.
+Disk& RealDisk();
+
+// Reads a whole file; nothing when it cannot be opened or read.
+std::optional<std::string> ReadFile(Disk& disk, const std::filesystem::path& path);
+
+}  // namespace tessaro

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+class QWidget;
+
+namespace tessaro {
+
+enum class Answer { Yes, No, Cancel };
+
+// Every message box and file chooser of the program goes through here, so that tests answer in advance. Texts are the
+// program's own, with "\n" line breaks; leading line breaks are for spacing and not shown.
+class Messages {
+ public:
+  virtual ~Messages() = default;
+  virtual void Information(QWidget* parent, const QString& text) = 0;
+  virtual void Error(QWidget* parent, const QString& text) = 0;
+  // The answers bear the given captions, for example "Speichern", "Nicht speichern"; `cancel` empty = no such button.
+  // Esc and closing give Cancel, or No where there is no cancel. The default button is `safe`.
+  virtual Answer Question(QWidget* parent, const QString& text, const QString& yes, const QString& no,
+                          const QString& cancel, Answer safe) = 0;
+  // Path of a file chosen; empty when cancelled. `filter` in Qt's form.
+  virtual QString ChooseFileToOpen(QWidget* parent, const QString& title, const QString& folder,
+                                   const QString& filter) = 0;
+  virtual QString ChooseFileToSave(QWidget* parent, const QString& title, const QString& path,
+                                   const QString& filter) = 0;
+};
+
+}  // namespace tessaro

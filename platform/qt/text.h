@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tessaro {
+
+// Card text is bytes in code page 1252; windows speak QString. All 256 bytes survive the way there and back.
+QString FromBytes(std::string_view bytes);
+// Nothing when the text holds a character that the code page cannot hold.
+std::optional<std::string> ToBytes(const QString& text);
+
+}  // namespace tessaro

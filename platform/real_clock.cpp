@@ -1,0 +1,15 @@
+#include <chrono>
+#include <ctime>
+
+#include "platform/clock.h"
+
+namespace tessaro {
+
+int64_t RealClock::Now() const { return static_cast<int64_t>(std::time(nullptr)); }
+
+int64_t RealClock::Milliseconds() const {
+  using namespace std::chrono;
+  return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+}  // namespace tessaro

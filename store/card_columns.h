@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+// The columns of a card file and the texts of their empty state. A card file is a table of these columns whose first
+// row has the ID "@@" and whose last row has the ID "##"; the rows between are the cards.
+namespace tessaro {
+
+inline constexpr char kFieldSeparator = '\x0F';
+inline constexpr std::string_view kStartMark = "@@";
+inline constexpr std::string_view kEndMark = "##";
+inline constexpr int kFirstCardRow = 2;
+
+inline constexpr std::string_view kId = "ID";
+inline constexpr std::string_view kTopic = "Topic";
+inline constexpr std::string_view kQuestion = "Question";
+inline constexpr std::string_view kAnswer = "Answer";
+inline constexpr std::string_view kScore = "Score";
+inline constexpr std::string_view kTimeLearned = "TimeLearned";
+inline constexpr std::string_view kYesNoRow = "YesNoRow";
+inline constexpr std::string_view kTimeRow = "TimeRow";
+inline constexpr std::array kCardColumns = {kId,    kTopic,       kQuestion, kAnswer,
+                                            kScore, kTimeLearned, kYesNoRow, kTimeRow};
+
+inline constexpr int kHistoryLength = 64;
+inline constexpr int64_t kMaxScore = 999999900;
+
+// The column numbers of one card table, resolved once; 0 for a column that it lacks.
+struct CardColumns {
+  int id = 0, topic = 0, question = 0, answer = 0, score = 0, time_learned = 0, yes_no_row = 0, time_row = 0;
+};
+
+class CardTable;
+CardColumns ColumnsOf(const CardTable& cards);
+
+// A card that is shown but never learned: its question holds "<navigation>" or "<NAVIGATION>", in exactly these forms.
+bool IsNavigation(std::string_view question);
+// A card that carries the mark of a superfluous variant, "<+++>", is left out by the selection methods.
+bool IsDuplicateMarked(std::string_view text);
+
+// Reads a decimal number as the C library's strtoll does: blanks, a sign, digits; 0 without digits. Saturates.
+int64_t LeadingNumber(std::string_view text);
+
+}  // namespace tessaro

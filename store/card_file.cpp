@@ -1,0 +1,1 @@
+#include "store/card_file.h"

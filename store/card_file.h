@@ -1,0 +1,131 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/disk.h"
+#include "store/card_columns.h"
+#include "store/card_table.h"
+#include "store/ini_file.h"
+#include "store/learn_index.h"
+#include "store/link_index.h"
+
+namespace tessaro {
+
+class FileLock;
+
+// The companions of X.mlb: the same drive, folder and name with another ending.
+struct CardFilePaths {
+  std::filesystem::path cards;        // X.mlb
+  std::filesystem::path learn_index;  // X.row
+  std::filesystem::path link_index;   // X.idt
+  std::filesystem::path settings;     // X.ini
+  std::filesystem::path backup;       // X.ml~
+};
+CardFilePaths PathsFor(const std::filesystem::path& cards);
+
+// True for a path that ends in exactly ".mlb" or ".MLB"; a mixed-case ending is deliberately refused.
+bool HasCardFileType(const std::filesystem::path& path);
+
+// What happens, as it happens, for the status line.
+enum class FileStage { LoadCards, LoadLearnIndex, LoadLinkIndex, SaveCards, SaveLearnIndex, SaveLinkIndex };
+using StageObserver = std::function<void(FileStage stage, uint64_t file_size)>;
+
+enum class OpenResult {
+  Opened,
+  WrongType,     // the name does not end in .mlb or .MLB
+  CannotOpen,    // no such file, or not readable
+  CannotLoad,    // reading broke off
+  Unusable,      // no cards in it, or not a card file
+  InUse,         // another running program has it open
+};
+struct OpenReport {
+  OpenResult result = OpenResult::Opened;
+  bool learn_index_rebuilt = false;
+  bool link_index_rebuilt = false;
+  bool index_defect = false;      // a rebuild failed on a defect of the card table
+  bool end_missing = false;       // the file broke off before its end row; `cards` cards were read
+  int cards = 0;
+  std::string in_use_by;          // for InUse: who holds it, as "machine, process 123"; empty when unknown
+};
+
+enum class SaveResult { Saved, CardsFailed, LearnIndexFailed, LinkIndexFailed, SettingsFailed };
+
+struct SpaceEstimate {
+  uint64_t needed = 0;             // bytes: cards times the clamped bytes-per-card estimate, plus 20 %
+  std::optional<uint64_t> free;    // bytes free on the target drive; nothing when it cannot be told
+  bool Enough() const { return !free || needed <= *free; }
+};
+
+// The card file that is open, or none. It owns the card table with both indexes and the settings of the file. There is
+// one in a running program; functions that work on cards take a reference to it.
+class CardFile {
+ public:
+  explicit CardFile(Disk& disk = RealDisk());
+  ~CardFile();
+  CardFile(const CardFile&) = delete;
+  CardFile& operator=(const CardFile&) = delete;
+
+  CardTable& cards() { return cards_; }
+  const CardTable& cards() const { return cards_; }
+  LearnIndex& learn_index() { return learn_index_; }
+  LinkIndex& link_index() { return link_index_; }
+  IniFile& settings() { return settings_; }
+  const CardColumns& columns() const { return columns_; }
+
+  bool IsOpen() const;
+  const CardFilePaths& paths() const { return paths_; }
+  bool changed() const { return changed_; }
+  void MarkChanged() { changed_ = true; }
+
+  // Cards between the marker rows; 0 when nothing is open.
+  int CardCount() const;
+  int64_t highest_id() const { return highest_id_; }
+  // The number for a new card, "%06ld" of the highest number + 1, which is raised by that.
+  std::string IssueId();
+  void RecountIds();
+  // The card table row of the card with this number; 0 when there is none.
+  int RowOfId(int64_t id) const;
+
+  // Opens a card file in place of the one that is open. Anything but Opened leaves the open file as it was.
+  [[nodiscard]] OpenReport Open(const std::filesystem::path& path, const StageObserver& observer = {});
+  // Makes a new card file with its one index card, saves it and opens it. An existing file at this path is replaced
+  // (its backup is kept as for every save): the caller asks first. False: nothing was opened.
+  [[nodiscard]] bool CreateNew(const std::filesystem::path& path);
+  // Loads the cards of `path` in place of the open ones and rebuilds both indexes; the open file keeps its own name and
+  // is changed. Without an open file it opens `path`. Anything but Opened leaves everything as it was.
+  [[nodiscard]] OpenReport Restore(const std::filesystem::path& path, const StageObserver& observer = {});
+  // Saves cards, indexes and settings. One backup generation is kept beside the file.
+  [[nodiscard]] SaveResult Save(const StageObserver& observer = {});
+  // Writes cards and indexes under another name; the open file stays the open file and keeps its changed flag.
+  [[nodiscard]] SaveResult SaveCopy(const std::filesystem::path& path, const StageObserver& observer = {});
+  // Saves under another name, which then is the open file.
+  [[nodiscard]] SaveResult SaveAs(const std::filesystem::path& path, const StageObserver& observer = {});
+  // Writes only the settings of the card file.
+  [[nodiscard]] bool SaveSettings();
+  // Rebuilds both indexes. False when the card table has a defect; the indexes then are as they were.
+  [[nodiscard]] bool RebuildIndexes();
+  void Close();
+
+  // True when the file on disk is not the one that was opened or saved last.
+  bool ChangedOnDisk() const;
+  // Clamps `bytes_per_card` to 300 ... 2000 (the clamped value replaces it) and estimates the space of a save.
+  SpaceEstimate EstimateSpace(int64_t& bytes_per_card, const std::filesystem::path& target) const;
+
+ private:
+  Disk& disk_;
+  CardTable cards_;
+  LearnIndex learn_index_;
+  LinkIndex link_index_;
+  IniFile settings_;
+  CardColumns columns_;
+  CardFilePaths paths_;
+  int64_t highest_id_ = 0;
+  bool changed_ = false;
+};
+
+}  // namespace tessaro

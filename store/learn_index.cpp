@@ -1,0 +1,1 @@
+#include "store/learn_index.h"

@@ -1,0 +1,1 @@
+#include "store/link_index.h"
