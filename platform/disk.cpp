@@ -1,1 +1,169 @@
 #include "platform/disk.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+#include <utility>
+
+namespace tessaro {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The kernel moves at most 2 GiB in one call, and a signal may end a call early.
+constexpr size_t kMostPerCall = size_t{1} << 30;
+
+// Owns a file number; -1 when there is none.
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() { Close(); }
+
+  int number() const { return number_; }
+  bool IsOpen() const { return number_ >= 0; }
+  // Gives the file up to the caller.
+  int Release() { return std::exchange(number_, -1); }
+  // False when the system reports that earlier writes were lost, and when nothing was open.
+  bool Close() {
+    if (!IsOpen()) return false;
+    return ::close(Release()) == 0;
+  }
+
+ private:
+  int number_;
+};
+
+class PosixReadableFile : public ReadableFile {
+ public:
+  PosixReadableFile(int number, uint64_t size) : file_(number), size_(size) {}
+
+  uint64_t Size() const override { return size_; }
+
+  std::ptrdiff_t Read(char* buffer, size_t size) override {
+    ssize_t count = 0;
+    do {
+      count = ::read(file_.number(), buffer, std::min(size, kMostPerCall));
+    } while (count < 0 && errno == EINTR);
+    return count;
+  }
+
+ private:
+  Descriptor file_;
+  uint64_t size_;
+};
+
+class PosixWritableFile : public WritableFile {
+ public:
+  explicit PosixWritableFile(int number) : file_(number) {}
+
+  bool Write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      const ssize_t count = ::write(file_.number(), bytes.data(), std::min(bytes.size(), kMostPerCall));
+      if (count < 0 && errno != EINTR) return false;
+      if (count > 0) bytes.remove_prefix(static_cast<size_t>(count));
+    }
+    return true;
+  }
+  bool Flush() override { return file_.IsOpen() && ::fsync(file_.number()) == 0; }
+  bool Close() override { return file_.Close(); }
+
+ private:
+  Descriptor file_;
+};
+
+class PosixDisk : public Disk {
+ public:
+  std::unique_ptr<ReadableFile> Open(const fs::path& path) override {
+    Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status = {};
+    if (!file.IsOpen() || ::fstat(file.number(), &status) != 0 || S_ISDIR(status.st_mode)) return nullptr;
+    return std::make_unique<PosixReadableFile>(file.Release(), static_cast<uint64_t>(status.st_size));
+  }
+
+  std::unique_ptr<WritableFile> Create(const fs::path& path) override {
+    const int number = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (number < 0) return nullptr;
+    return std::make_unique<PosixWritableFile>(number);
+  }
+
+  bool Rename(const fs::path& from, const fs::path& to) override { return std::rename(from.c_str(), to.c_str()) == 0; }
+
+  bool Remove(const fs::path& path) override { return ::unlink(path.c_str()) == 0 || errno == ENOENT; }
+
+  bool FlushFolder(const fs::path& folder) override {
+    const fs::path& named = folder.empty() ? kHere : folder;
+    const Descriptor file(::open(named.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // Some file systems cannot flush a folder and say so with EINVAL: they need none.
+    return file.IsOpen() && (::fsync(file.number()) == 0 || errno == EINVAL);
+  }
+
+  bool Exists(const fs::path& path) const override {
+    std::error_code error;
+    return fs::exists(path, error);
+  }
+
+  std::optional<FileState> State(const fs::path& path) const override {
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+    constexpr int64_t kNanosecondsPerSecond = 1'000'000'000;
+    return FileState{static_cast<uint64_t>(status.st_size),
+                     status.st_mtim.tv_sec * kNanosecondsPerSecond + status.st_mtim.tv_nsec,
+                     static_cast<uint64_t>(status.st_ino)};
+  }
+
+  std::optional<uint64_t> FreeBytes(const fs::path& folder) const override {
+    std::error_code error;
+    const fs::space_info space = fs::space(folder.empty() ? kHere : folder, error);
+    if (error) return std::nullopt;
+    return space.available;
+  }
+
+  std::vector<std::string> FileNames(const fs::path& folder) const override {
+    std::vector<std::string> names;
+    std::error_code error;
+    fs::directory_iterator entry(folder.empty() ? kHere : folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+      std::error_code unknown_type;
+      if (!entry->is_directory(unknown_type)) names.push_back(entry->path().filename().string());
+    }
+    return names;
+  }
+
+ private:
+  // The folder of a path without one.
+  const fs::path kHere = ".";
+};
+
+}  // namespace
+
+Disk& RealDisk() {
+  static PosixDisk disk;
+  return disk;
+}
+
+std::optional<std::string> ReadFile(Disk& disk, const fs::path& path) {
+  const std::unique_ptr<ReadableFile> file = disk.Open(path);
+  if (file == nullptr) return std::nullopt;
+  constexpr size_t kLeastRoom = size_t{4} * 1024;
+  std::string bytes;
+  size_t used = 0;
+  for (;;) {
+    // A byte more than announced, so that the end of an unchanged file is found without making room again.
+    if (used == bytes.size()) bytes.resize(std::max<size_t>({kLeastRoom, 2 * used, file->Size() + 1}));
+    const std::ptrdiff_t count = file->Read(bytes.data() + used, bytes.size() - used);
+    if (count < 0) return std::nullopt;
+    if (count == 0) break;
+    used += static_cast<size_t>(count);
+  }
+  bytes.resize(used);
+  return bytes;
+}
+
+}  // namespace tessaro
