@@ -1,0 +1,201 @@
+#include "learn/lern_texts.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+constexpr int64_t kMinute = 60;
+constexpr int64_t kHour = 60 * kMinute;
+constexpr int64_t kDay = 24 * kHour;
+
+QString TwoDigits(int64_t number) {
+  return u"%1"_s.arg(number, 2, 10, QLatin1Char('0'));
+}
+
+QString Counted(int64_t count, QStringView one, QStringView many) {
+  return QString::number(count) + QLatin1Char(' ') + (count == 1 ? one : many).toString();
+}
+
+// The product's captions end in a blank, so two of them stand before the dash.
+QStringView CaptionStart(CardSide side, bool inverse) {
+  if (side == CardSide::Question) {
+    return inverse ? u"Frageseite Übungskarte (invers) Pos. " : u"Frageseite Übungskarte Pos. ";
+  }
+  return inverse ? u"Antwortseite Übungskarte (invers) Pos. " : u"Antwortseite Übungskarte Pos. ";
+}
+
+QString IndexFaultText(int number) {
+  constexpr std::array kInBrackets = {3, 4, 7, 8};
+  const bool brackets = std::ranges::find(kInBrackets, number) != kInBrackets.end();
+  return (brackets ? u"Fehler (Nr.%1) in Indextabelle -> Indexneuaufbau empfohlen"_s
+                   : u"Fehler Nr. %1 in Indextabelle -> Indexneuaufbau empfohlen"_s)
+      .arg(number);
+}
+
+}  // namespace
+
+QString DurationText(int64_t seconds) {
+  const int64_t time = std::max<int64_t>(seconds, 0);
+  return QString::number(time / kDay) + QLatin1Char(':') + TwoDigits(time % kDay / kHour) + QLatin1Char(':') +
+         TwoDigits(time % kHour / kMinute) + QLatin1Char(':') + TwoDigits(time % kMinute);
+}
+
+QString StopwatchText(int64_t seconds) {
+  return TwoDigits(seconds / kMinute) + QLatin1Char(':') + TwoDigits(seconds % kMinute);
+}
+
+QString SpanInWords(int64_t seconds) {
+  const int64_t minutes = std::max<int64_t>((seconds + kMinute - 1) / kMinute, 1);
+  if (minutes < 60) return Counted(minutes, u"Minute", u"Minuten");
+  const auto joined = [](const QString& large, int64_t rest, QStringView one, QStringView many) {
+    return rest == 0 ? large : large + QLatin1Char(' ') + Counted(rest, one, many);
+  };
+  if (minutes < 24 * 60) {
+    return joined(Counted(minutes / 60, u"Stunde", u"Stunden"), minutes % 60, u"Minute", u"Minuten");
+  }
+  const int64_t hours = (minutes + 59) / 60;
+  return joined(Counted(hours / 24, u"Tag", u"Tagen"), hours % 24, u"Stunde", u"Stunden");
+}
+
+QString CaptionText(CardSide side, bool inverse, bool navigation, int position) {
+  const QStringView start = navigation ? QStringView(u"Linkmap Pos. ") : CaptionStart(side, inverse);
+  return u"%1 - %2"_s.arg(start).arg(position);
+}
+
+QString SideText(CardSide side, bool inverse, bool navigation) {
+  if (navigation) return u"Linkmap"_s;
+  const QString name = side == CardSide::Question ? u"Frageseite"_s : u"Antwortseite"_s;
+  return inverse ? name + u" (invers)"_s : name;
+}
+
+QString StatusText(CardStatus status, int64_t check_count) {
+  switch (status) {
+    case CardStatus::None:
+      return {};
+    case CardStatus::Tested:
+      return u"Getestet"_s;
+    case CardStatus::CheckPosition:
+      return u"Check Pos. %1"_s.arg(check_count);
+    case CardStatus::Overlearning:
+      return u"Overlearning"_s;
+    case CardStatus::NeverShown:
+      return u"Unbearbeitete Karte"_s;
+    case CardStatus::RepeatAfterError:
+      return u"Wiederholung nach Fehler"_s;
+    case CardStatus::RepeatMaximumTime:
+      return u"Wiederholung Maximalzeit"_s;
+    case CardStatus::RetentionUpdate:
+      return u"Behaltenszeit Update"_s;
+    case CardStatus::Navigation:
+      return u"Navigationskarte"_s;
+    case CardStatus::RandomChoice:
+      return u"Zufalls-Auswahl"_s;
+  }
+  return {};
+}
+
+QString StageText(RunStage stage) {
+  switch (stage) {
+    case RunStage::None:
+      return u"Lernsteuerung"_s;
+    case RunStage::BoxSearch:
+      return u"Automatische Lernsteuerung Karteifach-Auswahl"_s;
+    case RunStage::Checking:
+      return u"Automatische Lernsteuerung - Checking"_s;
+    case RunStage::NewCheckingPass:
+      return u"Automatische Lernsteuerung Checkdurchlauf"_s;
+    case RunStage::RowOrder:
+      return u"Lernsteuerung nach Reihenfolge"_s;
+    case RunStage::LeitnerBox:
+      return u"Lernsteuerung manuell"_s;
+    case RunStage::Navigation:
+      return u"Visuelle Lernsteuerung mit Hyperlinks"_s;
+  }
+  return {};
+}
+
+QString MethodText(Method method) {
+  switch (method) {
+    case Method::Standard:
+      return u"Standardmethode"_s;
+    case Method::RowOrder:
+      return u"Reihenfolge"_s;
+    case Method::Leitner:
+      return u"Leitnerverfahren"_s;
+  }
+  return {};
+}
+
+QString TimeLockText(bool on) {
+  return on ? u"Zeitsperre ein"_s : u"Zeitsperre aus"_s;
+}
+
+QString MessageText(RunMessage message, int number) {
+  switch (message) {
+    case RunMessage::CardTimeInFuture:
+      return u"Zeitfehler in der Kartenstatistik.\nPC-Zeit ist oder war vermutl. verstellt\nBitte prüfen Sie sofort "
+             "Datum und\nUhrzeit. Statistik der Karte\nwurde gelöscht!"_s;
+    case RunMessage::StandardExhausted:
+      return u"\nLernen mit der autom. Standardmethode\nzur Zeit nicht mehr sinnvoll."_s;
+    case RunMessage::EndOfFile:
+      return u"\nKarteiende erreicht. \nLerndurchlauf beendet."_s;
+    case RunMessage::BoxDone:
+      return u"\nKarteifach abgearbeitet.\nWeiter mit neuer Auswahl."_s;
+    case RunMessage::IndexFault:
+      return IndexFaultText(number);
+    case RunMessage::IndexUpdateFailed:
+      return u"Fehler Index-Update"_s;
+    case RunMessage::LoggingFailed:
+      return AnswerFailedText();
+    case RunMessage::BoxSearchFailed:
+      return u"Exceptionfehler beim Kartensuche in Karteifach"_s;
+    case RunMessage::CheckingFailed:
+      return u"Exceptionfehler beim Kartenchecking"_s;
+    case RunMessage::RowOrderFailed:
+      return u"Exceptionfehler bei Suche nach Reihenfolge"_s;
+  }
+  return {};
+}
+
+bool IsFault(RunMessage message) {
+  constexpr std::array kFaults = {RunMessage::IndexFault, RunMessage::LoggingFailed, RunMessage::BoxSearchFailed,
+                                  RunMessage::CheckingFailed, RunMessage::RowOrderFailed};
+  return std::ranges::find(kFaults, message) != kFaults.end();
+}
+
+QString ClockWentBackNotice() {
+  return u"Der Lauf ist beendet: Die Uhr des Rechners wurde zurückgestellt. Alle Antworten davor sind vermerkt. "
+         "Bitte Datum und Uhrzeit prüfen und dann neu beginnen."_s;
+}
+
+QString NothingDueNotice(std::optional<int64_t> seconds) {
+  const QString now = u"Zur Zeit ist keine Karte fällig. "_s;
+  return now + (seconds ? u"Die nächste ist in %1 an der Reihe."_s.arg(SpanInWords(*seconds))
+                        : u"Ohne Zeitsperre werden Karten auch vorzeitig vorgelegt."_s);
+}
+
+QString EndOfFileNotice() {
+  return u"Das Ende der Kartei ist erreicht. Nach der nächsten Antwort beginnt die Reihenfolge wieder vorn."_s;
+}
+
+QString NoCardsNotice() {
+  return u"Diese Kartei enthält keine Karten, die gelernt werden können."_s;
+}
+
+QString AnswerFailedText() {
+  return u"Exceptionfehler bei Auswertung"_s;
+}
+
+QString PictureFailedText() {
+  return u"\nFehler beim Laden Grafik.\nSpeichern u. Neustart empfohlen."_s;
+}
+
+QString DrawingFailedText() {
+  return u"Ausnahmefehler im HTML-Viewer.\nFehler auf der Karteikarte,\nz.B. durch ungültige Mediendatei."_s;
+}
+
+}  // namespace tessaro

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <optional>
+
+#include "learn/learning_run.h"
+
+// All that the learning window says, in one place.
+namespace tessaro {
+
+// Days, hours, minutes and seconds, as "3:02:11:40". Negative times give "0:00:00:00".
+QString DurationText(int64_t seconds);
+// Minutes and seconds, as "04:12"; the minutes go on beyond an hour.
+QString StopwatchText(int64_t seconds);
+// A span in words for people, rounded up to its largest two units: "3 Tagen 2 Stunden", "1 Minute". At least a minute.
+QString SpanInWords(int64_t seconds);
+
+enum class CardSide { Question, Answer };
+
+// What the window's caption says of the card on screen. `position` is its 1-based place in the card file.
+QString CaptionText(CardSide side, bool inverse, bool navigation, int position);
+// The same for the line above the card, shorter.
+QString SideText(CardSide side, bool inverse, bool navigation);
+// Empty for CardStatus::None.
+QString StatusText(CardStatus status, int64_t check_count);
+// How the card on screen was chosen.
+QString StageText(RunStage stage);
+QString MethodText(Method method);
+QString TimeLockText(bool on);
+
+// The text of a message box, as it stands.
+QString MessageText(RunMessage message, int number);
+// True for what is a fault, false for what the user should just know.
+bool IsFault(RunMessage message);
+
+// Shown on a strip above the card, with what one can do now.
+QString ClockWentBackNotice();
+// `seconds` until the next card is due; nothing when no card waits for its time.
+QString NothingDueNotice(std::optional<int64_t> seconds);
+QString EndOfFileNotice();
+QString NoCardsNotice();
+
+// Faults of the window itself.
+QString AnswerFailedText();
+QString PictureFailedText();
+QString DrawingFailedText();
+
+}  // namespace tessaro
