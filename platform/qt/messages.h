@@ -1,8 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
-#include <functional>
 
 class QWidget;
 
@@ -24,8 +22,23 @@ class Messages {
   // Path of a file chosen; empty when cancelled. `filter` in Qt's form.
   virtual QString ChooseFileToOpen(QWidget* parent, const QString& title, const QString& folder,
                                    const QString& filter) = 0;
+  // Asks before an existing file is chosen. A name without ending gets the first ending of `filter`.
   virtual QString ChooseFileToSave(QWidget* parent, const QString& title, const QString& path,
                                    const QString& filter) = 0;
+  virtual QString ChooseFolder(QWidget* parent, const QString& title, const QString& folder) = 0;
+};
+
+// The boxes and choosers on the screen.
+class BoxMessages : public Messages {
+ public:
+  void Information(QWidget* parent, const QString& text) override;
+  void Error(QWidget* parent, const QString& text) override;
+  Answer Question(QWidget* parent, const QString& text, const QString& yes, const QString& no, const QString& cancel,
+                  Answer safe) override;
+  QString ChooseFileToOpen(QWidget* parent, const QString& title, const QString& folder,
+                           const QString& filter) override;
+  QString ChooseFileToSave(QWidget* parent, const QString& title, const QString& path, const QString& filter) override;
+  QString ChooseFolder(QWidget* parent, const QString& title, const QString& folder) override;
 };
 
 }  // namespace tessaro

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,5 +12,9 @@ namespace tessaro {
 QString FromBytes(std::string_view bytes);
 // Nothing when the text holds a character that the code page cannot hold.
 std::optional<std::string> ToBytes(const QString& text);
+
+// File names are bytes in the encoding of the machine.
+QString FromPath(const std::filesystem::path& path);
+std::filesystem::path ToPath(const QString& path);
 
 }  // namespace tessaro
