@@ -36,10 +36,10 @@ class TFrameHtml : public QScrollArea {
   const Layout& layout() const;
 
  Q_SIGNALS:
-  void LinkClicked(int card_id);             // 0: the link leads to nothing
-  void SoundWanted(const QString& path);     // a sound embed of the side just shown
-  void VideoClicked(const QString& path);    // the video area was clicked
-  void DrawingFailed();                      // the side could not be drawn whole; what was done before stays
+  void LinkClicked(int card_id);           // 0: the link leads to nothing
+  void SoundWanted(const QString& path);   // a sound embed of the side just shown
+  void VideoClicked(const QString& path);  // the video area was clicked
+  void DrawingFailed();                    // the side could not be drawn whole; what was done before stays
 };
 
 }  // namespace tessaro

@@ -34,14 +34,29 @@ struct TextStyle {
 // outside links.
 using ColourClass = int;
 
+inline constexpr ColourClass kBlueClass = 3;
+
+// The room that a text takes: its advance, and the height of its line, of which `ascent` stands above the base line.
+struct TextExtent {
+  int width = 0;
+  int height = 0;
+  int ascent = 0;
+};
+
+struct PictureFile {
+  enum class State { Missing, Unreadable, Good } state = State::Missing;
+  PixelSize size;  // its own, of a good one
+};
+
 // What the layout asks of the place where it is shown. Sizes in pixels.
 class Measurer {
  public:
   virtual ~Measurer() = default;
-  // Advance width and line height of a text without line ends; of "" the height alone counts.
-  virtual PixelSize Text(std::string_view text, const TextStyle& style) = 0;
-  // The own size of a picture; nothing when there is no such file or it is no picture. `name` as written in the card.
-  virtual std::optional<PixelSize> Picture(std::string_view name) = 0;
+  // Of "" the heights alone count. A long text is asked for in pieces of at most kLongestPiece bytes.
+  static constexpr size_t kLongestPiece = 1000;
+  virtual TextExtent Text(std::string_view text, const TextStyle& style) = 0;
+  // `name` as written in the card.
+  virtual PictureFile Picture(std::string_view name) = 0;
   // True when there is a sound file of this name.
   virtual bool SoundExists(std::string_view name) = 0;
   virtual ColourClass LinkColour(int64_t card_id) = 0;
@@ -49,20 +64,22 @@ class Measurer {
 
 struct Fragment {
   enum class Kind { Text, Picture, Video } kind = Kind::Text;
-  PixelRect rect;
-  std::string text;           // the text, entities replaced; of pictures and videos the name as written in the card
-  TextStyle style;
+  PixelRect rect = {};
+  std::string text;  // the text, entities replaced; of pictures and videos the name as written in the card
+  TextStyle style = {};
+  int baseline = 0;  // of texts: where the letters stand
   ColourClass colour = 0;
-  bool framed = false;        // pictures: a frame around it, in the link colour inside a link
-  bool transparent = false;   // pictures: white is transparent
+  bool framed = false;       // a frame of one pixel around the rectangle, in the link colour inside a link
+  bool transparent = false;  // pictures: white is transparent
 };
 
+// Where a link is, borders included.
 struct LinkArea {
   int left = 0;
   int top = 0;
   int bottom = 0;
   int right = 0;
-  int32_t target = 0;         // card number; 0 leads to nothing
+  int32_t target = 0;  // card number; 0 leads to nothing
 };
 
 // The places of the links of one side. The first 110 links have an entry each; of all further ones only the last drawn
@@ -83,11 +100,18 @@ class LinkAreas {
 struct Layout {
   std::vector<Fragment> fragments;
   LinkAreas links;
-  PixelSize size;                     // the paint box: the frame's size, grown to hold the content
-  std::vector<std::string> sounds;    // sound files to be played when the side is shown, names as written in the card
+  PixelSize size;                   // the paint box: the frame's size, grown to hold the content
+  std::vector<std::string> sounds;  // sound files to be played when the side is shown, names as written in the card
+  bool broken_off = false;          // an unreadable picture ended the side; what stands before it is here
 };
 
-// Lays a side out in a frame of the given size. `start_points` is the font size that the side begins with.
+inline constexpr int kMargin = 5;             // left and top
+inline constexpr int kMaxMediaPixels = 4096;  // a picture that is wider or higher is scaled down
+inline constexpr int kMaxExtent = 8000000;    // no side is laid out further down or to the right
+inline constexpr size_t kMaxFragments = 250000;
+
+// Lays a side out in a frame of the given size. `start_points` is the font size that the side begins with. Text wraps
+// at the frame's width, also when a picture made the paint box wider. A side beyond the limits above is cut off there.
 Layout LayOut(std::string_view side, PixelSize frame, int start_points, Measurer& measurer);
 
 }  // namespace tessaro

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tessaro {
 
@@ -11,20 +13,46 @@ class Disk;
 
 // Where the media files of a card file are looked for.
 struct MediaFolders {
-  std::filesystem::path folder;        // the card file's own folder
-  std::filesystem::path alternative;   // tried when the file is not in `folder`; empty = none
+  std::filesystem::path folder;       // the card file's own folder; empty = none
+  std::filesystem::path alternative;  // tried when the file is not in `folder`; empty = none
+  bool operator==(const MediaFolders&) const = default;
 };
 
-// The file that a card names. Backslashes separate folders, letter case does not count, bytes are code page 1252.
-// Nothing when there is no such file.
+// Finds the files that cards name. Backslashes separate folders, letter case does not count, bytes are code page 1252.
+// What it learned of a folder it keeps, so that a side with many pictures is quick.
+class MediaFinder {
+ public:
+  // `disk` must live longer.
+  MediaFinder(const Disk& disk, MediaFolders folders);
+  // Nothing when there is no such file. A name that is spelled exactly like a file means that file.
+  std::optional<std::filesystem::path> Find(std::string_view name);
+  // Looks at the disk anew from now on.
+  void Forget();
+
+ private:
+  using Names = std::map<std::string, std::string>;  // by lower case, in the code page where it can hold the name
+  struct Folder {
+    Names files;
+    Names folders;
+  };
+
+  std::optional<std::filesystem::path> FindIn(std::filesystem::path folder, const std::vector<std::string_view>& parts);
+  const Folder& NamesIn(const std::filesystem::path& folder);
+
+  const Disk* disk_;
+  MediaFolders folders_;
+  std::map<std::string, Folder> known_;
+};
+
+// One search with a MediaFinder of its own.
 std::optional<std::filesystem::path> FindMedia(const Disk& disk, const MediaFolders& folders, std::string_view name);
 
 enum class MediaKind { Picture, Video, Sound, Text };
 
 // A media directive of a side, such as "#SHOW:bild.bmp+".
 struct MediaDirective {
-  std::string name;          // as written, without the marker
-  bool text_first = false;   // the card's text is shown first, the file on request
+  std::string name;         // as written, without the marker
+  bool text_first = false;  // the card's text is shown first, the file on request
 };
 
 // The first directive of this kind on the side, if it has one that applies.

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "hypertext/layout.h"
+
+namespace tessaro {
+
+// Something that stands in a line: a run of text or a picture link.
+struct LinePiece {
+  Fragment fragment;              // without its place
+  int width = 0;                  // how far it moves what follows
+  int height = 0;                 // what it asks of its line
+  int ascent = 0;                 // of texts
+  std::optional<int32_t> target;  // of the first piece of a link's face
+  int link_width = 0;             // of the whole face, with `target`
+};
+
+// Puts words into lines and blocks below one another, and keeps the layout's fragments, link areas and size.
+class LineBuilder {
+ public:
+  LineBuilder(PixelSize frame, Layout& layout);
+  // Takes a piece of the word being gathered.
+  void Add(LinePiece piece);
+  // Puts the gathered word into the line, or into the next one when it does not fit.
+  void EndWord();
+  // Moves what follows in the line; never wraps.
+  void Advance(int width);
+  // Ends the word and the line. A line that holds nothing is `empty_height` high.
+  void BreakLine(int empty_height);
+  // Puts a picture or video area (its size in `fragment.rect`) on a line of its own.
+  void PlaceBlock(Fragment fragment);
+  // Ends the last line and settles the size of the paint box.
+  void Finish();
+  // True when a limit of the layout is reached: nothing more is placed.
+  bool full() const { return full_; }
+
+ private:
+  void FinishLine();
+  void PlaceLine(int text_height, int ascent, int line_height);
+  void Grow(const PixelRect& rect);
+
+  PixelSize frame_;
+  Layout& layout_;
+  std::vector<LinePiece> word_;
+  int64_t word_width_ = 0;
+  std::vector<LinePiece> line_;  // placed from left to right; their vertical place follows when the line is whole
+  int64_t x_ = kMargin;
+  int64_t y_ = kMargin;
+  size_t pieces_ = 0;
+  bool full_ = false;
+};
+
+}  // namespace tessaro
