@@ -1,0 +1,226 @@
+#!/usr/bin/env python3
+"""Builds the sample card files and their pictures from the texts in source/.
+
+    samples/build_samples.py              builds the card files, draws the pictures
+    samples/build_samples.py --no-pictures    only the card files
+
+The results are committed, so this is for whoever changes a text or a picture. A text with a fault (a link without
+target, a missing picture, a letter outside the code page, ...) stops the build with a message and writes nothing.
+"""
+
+import os
+import re
+import sys
+from collections import namedtuple
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+SEPARATOR, ENCODING = "\x0f", "cp1252"
+COLUMNS = ("ID", "Topic", "Question", "Answer", "Score", "TimeLearned", "YesNoRow", "TimeRow")
+HISTORY = 64
+MAX_LINKS = 110  # of the links of one side beyond these, only the last one answers a click
+
+Card = namedtuple("Card", "question answer")
+Country = namedtuple("Country", "name capital fact continent region picture id")
+
+
+def fail(message):
+    sys.exit(f"build_samples: {message}")
+
+
+def link(target, face):
+    return f'<a href="{target:06d}">{face}</a>'
+
+
+def picture(name):
+    return f'<img src="Medien\\{name}" border="0">'
+
+
+def title(text):
+    return f'<font size="20"><b>{text}</b></font>'
+
+
+# --- The tour: "== name" begins a card, "--" its back. An empty line is a paragraph, "# " a title,
+# --- [[name|text]] a link and ((file)) a picture.
+
+def read_tour():
+    blocks = re.split(r"^== (\S+)\n", (HERE / "source/erste_schritte.txt").read_text("utf-8"), flags=re.M)
+    names = blocks[1::2]
+    if len(set(names)) != len(names):
+        fail("a name stands twice in erste_schritte.txt")
+    numbers = {name: number for number, name in enumerate(names, 1)}
+    cards = []
+    for name, block in zip(names, blocks[2::2]):
+        sides = re.split(r"^--\n", block, flags=re.M)
+        if len(sides) != 2:
+            fail(f'card "{name}" needs one line "--" between front and back')
+        cards.append(Card(*(markup(side, numbers) for side in sides)))
+    return cards
+
+
+def markup(side, numbers):
+    paragraphs = [paragraph(lines) for lines in re.split(r"\n{2,}", side.strip("\n"))]
+    text = "".join(paragraphs).removesuffix("<br><br>")
+    text = re.sub(r"\(\((\S+?)\)\)", lambda found: picture(found[1]), text)
+
+    def expand(found):
+        if found[1] not in numbers:
+            fail(f'no card "{found[1]}" in erste_schritte.txt')
+        return link(numbers[found[1]], found[2])
+    return re.sub(r"\[\[(\S+?)\|(.+?)\]\]", expand, text)
+
+
+def paragraph(lines):
+    """One paragraph with the empty line below it. A picture ends its line by itself."""
+    text = " ".join(lines.split("\n")).replace("<br> ", "<br>").replace("<navigation> ", "<navigation>")
+    text = re.sub(r"# (.*)$", lambda found: title(found[1]), text)
+    text = re.sub(r"(^| )(\(\(\S+\)\)) ", r"\1\2", text)
+    return text + "<br><br>"
+
+
+# --- The capitals: an index in two parts, an overview for each continent, a card for each state.
+
+def read_countries():
+    countries, continent, region, file_name = [], "", "", ""
+    lines = (HERE / "source/hauptstaedte.txt").read_text("utf-8").splitlines()
+    continents = [line[3:].split(" | ") for line in lines if line.startswith("== ")]
+    first_id = 4 + len(continents)
+    for line in lines:
+        if line.startswith("== "):
+            continent, file_name = line[3:].split(" | ")
+        elif line.startswith("-- "):
+            region = line[3:]
+        elif line and not line.startswith("#"):
+            parts = line.split(" | ")
+            if len(parts) != 3:
+                fail(f'not "Staat | Hauptstadt | Wissenswertes": {line}')
+            countries.append(Country(*parts, continent, region, file_name, first_id + len(countries)))
+    return countries, continents
+
+
+def read_capitals():
+    countries, continents = read_countries()
+    overview = {name: number for number, (name, _) in enumerate(continents, 4)}
+    cards = [capitals_home(countries, continents, overview)] + capitals_index(countries)
+    cards += [continent_card(name, file_name, countries) for name, file_name in continents]
+    return cards + [capital_card(country, overview[country.continent]) for country in countries]
+
+
+def capitals_home(countries, continents, overview):
+    lines = [f"<navigation><home><br>{title('Hauptstädte der Welt')}<br>{picture('globus.png')}"
+             f"{len(countries)} Karten: Vorn steht ein Staat, hinten seine Hauptstadt. "
+             "Drücken Sie Enter zum Lernen, oder wählen Sie einen Erdteil:<br><br>"]
+    for name, file_name in continents:
+        count = sum(country.continent == name for country in countries)
+        number = overview[name]
+        lines.append(f"{link(number, picture(file_name))}  {link(number, name)}  ({count})<br>")
+    lines.append(f'<br>Von A bis Z: {link(2, "A bis L")} · {link(3, "M bis Z")}')
+    back = ("Aufgenommen sind die 193 Mitglieder der Vereinten Nationen, dazu Vatikanstadt, Kosovo, Palästina, Taiwan, "
+            "die Cookinseln und Niue. Namen und Hauptstädte haben den Stand von 2025; die Regionen folgen dem "
+            f'üblichen Gebrauch.<br><br>{link(1, "Nach vorn")}')
+    return Card("".join(lines), back)
+
+
+def sort_key(name):
+    return name.lower().translate(str.maketrans("äöüé", "aoue"))
+
+
+def capitals_index(countries):
+    def side(first, last):
+        entries = {}
+        for country in sorted(countries, key=lambda country: sort_key(country.name)):
+            letter = sort_key(country.name)[0].upper()
+            if first <= letter <= last:
+                entries.setdefault(letter, []).append(link(country.id, country.name))
+        return "<br>".join(f"<b>{letter}</b>  {' · '.join(links)}" for letter, links in entries.items())
+
+    back = f'Die Staaten stehen auf der Vorderseite.<br><br>{link(1, "Zur Startkarte")}'
+    footer = '<br><br><font size="12">' + link(1, "Zur Startkarte") + " · "
+    return [Card(f"<index><navigation>{title('A bis L')}<br><br>" + side("A", "L") + footer + link(3, "M bis Z") + "</font>", back),
+            Card(f"<navigation>{title('M bis Z')}<br><br>" + side("M", "Z") + footer + link(2, "A bis L") + "</font>", back)]
+
+
+def continent_card(name, file_name, countries):
+    regions = {}
+    for country in countries:
+        if country.continent == name:
+            regions.setdefault(country.region, []).append(link(country.id, country.name))
+    text = f"<navigation>{picture(file_name)}{title(name)}<br>"
+    for region, links in regions.items():
+        heading = "" if len(regions) == 1 else f"<b>{region}</b><br>"
+        text += f"<br>{heading}{' · '.join(links)}<br>"
+    text += f'<br><font size="12">{link(1, "Zur Startkarte")}</font>'
+    back = ("Die Farben der Links zeigen, wie Sie stehen: grün = gewusst, rot = fällig oder zuletzt nicht gewusst, "
+            f'blau = noch nie beantwortet.<br><br>{link(1, "Zur Startkarte")}')
+    return Card(text, back)
+
+
+def capital_card(country, overview):
+    question = (f'<topic="{country.continent}"><font size="12">{country.region}</font><br><br>'
+                f'<font size="26"><b>{country.name}</b></font>')
+    answer = (f'<font size="26"><b>{country.capital}</b></font><br><br>{country.fact}<br><br>'
+              f'<font size="12">{link(overview, country.continent)}</font>')
+    return Card(question, answer)
+
+
+# --- Checks and output
+
+def check(name, cards):
+    for number, card in enumerate(cards, 1):
+        for side in card:
+            place = f"{name}, card {number:06d}"
+            try:
+                side.encode(ENCODING)
+            except UnicodeEncodeError as error:
+                fail(f"{place}: {side[error.start]!r} is not in the code page")
+            links = re.findall(r'<a href="([^"]*)">', side)
+            if len(links) > MAX_LINKS:
+                fail(f"{place}: {len(links)} links on one side, more than {MAX_LINKS}")
+            for target in links:
+                if not re.fullmatch(r"\d{6}", target) or not 1 <= int(target) <= len(cards):
+                    fail(f"{place}: the link {target!r} has no target")
+            for file_name in re.findall(r'<img src="Medien\\([^"]*)"', side):
+                if not (HERE / "Medien" / file_name).is_file():
+                    fail(f"{place}: no picture {file_name}")
+            if re.search(r"\[\[|\(\(|\n|\r", side) or not side:
+                fail(f"{place}: a mark was left over, or the side is empty")
+            if side.count("<a ") != side.count("</a>") or len(re.findall("<font ", side)) != side.count("</font>"):
+                fail(f"{place}: a tag stays open")
+    for mark in ("<home>", "<index>"):
+        if sum(mark in card.question for card in cards) != 1:
+            fail(f"{name}: exactly one card carries {mark}")
+
+
+def escape(text):
+    return text.replace("\\", "\\\\").replace("\n", "\\n").replace(SEPARATOR, "\\" + SEPARATOR)
+
+
+def write(name, cards):
+    blank = [""] * (len(COLUMNS) - 1)
+    rows = [list(COLUMNS), ["@@"] + blank]
+    for number, card in enumerate(cards, 1):
+        rows.append([f"{number:06d}", "00", card.question, card.answer, "000000001", "00", "f" * HISTORY,
+                     " ".join("0" * HISTORY)])
+    rows.append(["##"] + blank)
+    lines = [SEPARATOR.join(map(escape, row)) + "\n" for row in rows]
+    (HERE / f"{name}.mlb").write_bytes("".join(lines).encode(ENCODING))
+    print(f"{name}.mlb: {len(cards)} cards")
+
+
+def main():
+    if "--no-pictures" not in sys.argv[1:]:
+        sys.dont_write_bytecode = True
+        sys.path.insert(0, str(HERE / "source"))
+        import pictures
+        os.chdir(HERE)
+        os.makedirs("Medien", exist_ok=True)
+        pictures.draw_all()
+    decks = {"Erste Schritte": read_tour(), "Hauptstädte der Welt": read_capitals()}
+    for name, cards in decks.items():
+        check(name, cards)
+    for name, cards in decks.items():
+        write(name, cards)
+
+
+if __name__ == "__main__":
+    main()
