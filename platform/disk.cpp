@@ -81,9 +81,10 @@ class PosixWritableFile : public WritableFile {
 class PosixDisk : public Disk {
  public:
   std::unique_ptr<ReadableFile> Open(const fs::path& path) override {
-    Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    // Not waiting matters for what is no file at all: opening a pipe nobody writes to would never return.
+    Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
-    if (!file.IsOpen() || ::fstat(file.number(), &status) != 0 || S_ISDIR(status.st_mode)) return nullptr;
+    if (!file.IsOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
     return std::make_unique<PosixReadableFile>(file.Release(), static_cast<uint64_t>(status.st_size));
   }
 
@@ -95,6 +96,14 @@ class PosixDisk : public Disk {
 
   bool Rename(const fs::path& from, const fs::path& to) override { return std::rename(from.c_str(), to.c_str()) == 0; }
 
+  bool Link(const fs::path& from, const fs::path& to) override { return ::link(from.c_str(), to.c_str()) == 0; }
+
+  void CopyRights(const fs::path& from, const fs::path& to) override {
+    std::error_code error;
+    const fs::file_status status = fs::status(from, error);
+    if (!error && fs::is_regular_file(status)) fs::permissions(to, status.permissions(), error);
+  }
+
   bool Remove(const fs::path& path) override { return ::unlink(path.c_str()) == 0 || errno == ENOENT; }
 
   bool FlushFolder(const fs::path& folder) override {
@@ -102,6 +111,15 @@ class PosixDisk : public Disk {
     const Descriptor file(::open(named.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // Some file systems cannot flush a folder and say so with EINVAL: they need none.
     return file.IsOpen() && (::fsync(file.number()) == 0 || errno == EINVAL);
+  }
+
+  LockAttempt Lock(const fs::path& path) override { return AcquireFileLock(path); }
+
+  fs::path Resolve(const fs::path& path) const override {
+    std::error_code error;
+    if (!fs::is_symlink(path, error)) return path;
+    fs::path target = fs::canonical(path, error);
+    return error ? path : target;
   }
 
   bool Exists(const fs::path& path) const override {

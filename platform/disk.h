@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/file_lock.h"
+
 namespace tessaro {
 
 // What tells one state of a file on disk from another: a file whose state changed was written by someone.
@@ -50,11 +52,19 @@ class Disk {
   virtual std::unique_ptr<WritableFile> Create(const std::filesystem::path& path) = 0;
   // Replaces `to` when it exists, in one step: a power cut leaves the one or the other.
   [[nodiscard]] virtual bool Rename(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+  // Gives the file a second name. False when `to` exists or the drive has no such thing.
+  [[nodiscard]] virtual bool Link(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+  // Gives `to` the access rights of `from`, as far as both exist and the drive keeps such rights.
+  virtual void CopyRights(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
   // True also when there was no such file.
   [[nodiscard]] virtual bool Remove(const std::filesystem::path& path) = 0;
   // Makes renames in this folder survive a power cut.
   [[nodiscard]] virtual bool FlushFolder(const std::filesystem::path& folder) = 0;
+  // See AcquireFileLock.
+  virtual LockAttempt Lock(const std::filesystem::path& path) = 0;
   virtual bool Exists(const std::filesystem::path& path) const = 0;
+  // Where a symbolic link leads in the end; the path as it is when it is none or leads nowhere.
+  virtual std::filesystem::path Resolve(const std::filesystem::path& path) const = 0;
   virtual std::optional<FileState> State(const std::filesystem::path& path) const = 0;
   // Free bytes of the drive that holds `folder`.
   virtual std::optional<uint64_t> FreeBytes(const std::filesystem::path& folder) const = 0;

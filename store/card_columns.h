@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 // The columns of a card file and the texts of their empty state. A card file is a table of these columns whose first
@@ -20,8 +21,7 @@ inline constexpr std::string_view kScore = "Score";
 inline constexpr std::string_view kTimeLearned = "TimeLearned";
 inline constexpr std::string_view kYesNoRow = "YesNoRow";
 inline constexpr std::string_view kTimeRow = "TimeRow";
-inline constexpr std::array kCardColumns = {kId,    kTopic,       kQuestion, kAnswer,
-                                            kScore, kTimeLearned, kYesNoRow, kTimeRow};
+inline constexpr std::array kCardColumns = {kId, kTopic, kQuestion, kAnswer, kScore, kTimeLearned, kYesNoRow, kTimeRow};
 
 inline constexpr int kHistoryLength = 64;
 inline constexpr int64_t kMaxScore = 999999900;
@@ -41,5 +41,7 @@ bool IsDuplicateMarked(std::string_view text);
 
 // Reads a decimal number as the C library's strtoll does: blanks, a sign, digits; 0 without digits. Saturates.
 int64_t LeadingNumber(std::string_view text);
+// True when LeadingNumber finds digits to read.
+bool HasDigits(std::string_view text);
 
 }  // namespace tessaro

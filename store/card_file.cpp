@@ -1,1 +1,363 @@
 #include "store/card_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <utility>
+
+#include "store/card_layout.h"
+#include "store/safe_save.h"
+
+namespace tessaro {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kDamagedEnding = "-beschaedigt-";
+
+bool EndsInAny(const fs::path& path, std::string_view one, std::string_view other) {
+  const std::string name = path.filename().string();
+  return name.ends_with(one) || name.ends_with(other);
+}
+
+bool HasBackupType(const fs::path& path) {
+  return EndsInAny(path, ".ml~", ".ML~");
+}
+
+// The card file that has this backup.
+fs::path CardsOfBackup(const fs::path& backup) {
+  std::string name = backup.string();
+  name.back() = name.ends_with(".ML~") ? 'B' : 'b';
+  return name;
+}
+
+fs::path LockPath(const fs::path& cards) {
+  return cards.parent_path() / ("." + cards.filename().string() + ".lock");
+}
+
+bool Copy(Disk& disk, const fs::path& from, const fs::path& to) {
+  return ReplaceFile(disk, to, [&](WritableFile& target) {
+    const std::unique_ptr<ReadableFile> source = disk.Open(from);
+    std::string buffer(size_t{1} << 20U, '\0');
+    std::ptrdiff_t count = source == nullptr ? -1 : 1;
+    while (count > 0) {
+      count = source->Read(buffer.data(), buffer.size());
+      if (count > 0 && !target.Write(std::string_view(buffer.data(), static_cast<size_t>(count)))) return false;
+    }
+    return count == 0;
+  });
+}
+
+OpenReport Refused(OpenResult result) {
+  OpenReport report;
+  report.result = result;
+  return report;
+}
+
+void Tell(const StageObserver& observer, FileStage stage, uint64_t file_size) {
+  if (observer) observer(stage, file_size);
+}
+
+}  // namespace
+
+CardFilePaths PathsFor(const fs::path& cards) {
+  const auto with_ending = [&](const char* ending) { return fs::path(cards).replace_extension(ending); };
+  std::string backup = cards.string();
+  if (!backup.empty()) backup.back() = '~';
+  return {cards, with_ending(".row"), with_ending(".idt"), with_ending(".ini"), backup};
+}
+
+bool HasCardFileType(const fs::path& path) {
+  return EndsInAny(path, ".mlb", ".MLB");
+}
+
+CardFile::CardFile(Disk& disk) : disk_(disk) {}
+CardFile::~CardFile() = default;
+
+int CardFile::CardCount() const {
+  return std::max(content_.cards.RowCount() - 2, 0);
+}
+
+std::string CardFile::IssueId() {
+  std::array<char, 24> text = {};
+  std::snprintf(text.data(), text.size(), "%06lld", static_cast<long long>(++content_.highest_id));
+  return text.data();
+}
+
+void CardFile::RecountIds() {
+  content_.highest_id = 0;
+  const CardTable& cards = content_.cards;
+  if (cards.RowCount() <= 2) return;
+  for (int row = 1; row <= cards.RowCount(); ++row) {
+    const std::string_view id = cards.Peek(content_.columns.id, row);
+    if (id.starts_with('#')) return;
+    content_.highest_id = std::max(content_.highest_id, LeadingNumber(id));
+  }
+}
+
+int CardFile::RowOfId(int64_t id) const {
+  const auto has_id = [&](int row) { return LeadingNumber(content_.cards.Peek(content_.columns.id, row)) == id; };
+  const int indexed = content_.link_index.RowOfId(id);
+  if (indexed == 0 || has_id(indexed)) return indexed;
+  // Cards were moved since the index was built.
+  for (int row = kFirstCardRow; row <= CardCount() + 1; ++row) {
+    if (has_id(row)) return row;
+  }
+  return 0;
+}
+
+OpenReport CardFile::Open(const fs::path& path, const StageObserver& observer) {
+  OpenReport report;
+  const fs::path real = disk_.Resolve(path);
+  if (!HasCardFileType(path) || !HasCardFileType(real)) return Refused(OpenResult::WrongType);
+  if (!disk_.Exists(real)) return Refused(OpenResult::CannotOpen);
+  const CardFilePaths paths = PathsFor(fs::absolute(real).lexically_normal());
+  std::unique_ptr<FileLock> lock;
+  if (!TakeLock(paths, lock, report.in_use_by)) {
+    report.result = OpenResult::InUse;
+    return report;
+  }
+  Content content;
+  report = LoadCards(paths.cards, observer, content);
+  if (report.result != OpenResult::Opened) return report;
+  LoadIndexes(paths, observer, content, report);
+  content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
+  Become(std::move(content), paths, std::move(lock));
+  return report;
+}
+
+OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observer, Content& content) {
+  content.on_disk = disk_.State(path);
+  const std::unique_ptr<ReadableFile> file = disk_.Open(path);
+  if (file == nullptr) return Refused(OpenResult::CannotOpen);
+  Tell(observer, FileStage::LoadCards, file->Size());
+  content.cards.SetSeparator(kFieldSeparator);
+  content.cards.SetNameFromPath(path.string());
+  if (!content.cards.LoadFrom(*file)) return Refused(OpenResult::CannotLoad);
+  const CardTableState state = CompleteCards(content.cards);
+  if (state == CardTableState::Unusable) return Refused(OpenResult::Unusable);
+  content.columns = ColumnsOf(content.cards);
+  OpenReport report;
+  report.cards = content.cards.RowCount() - 2;
+  report.end_missing = state == CardTableState::Completed;
+  if (report.end_missing) content.damaged_original = path;
+  return report;
+}
+
+void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, Content& content,
+                           OpenReport& report) {
+  const auto size = [&](const fs::path& path) { return disk_.State(path).value_or(FileState()).size; };
+  Tell(observer, FileStage::LoadLearnIndex, size(paths.learn_index));
+  if (!LoadIndex(paths.learn_index, content.cards, content.learn_index)) {
+    report.learn_index_rebuilt = content.learn_index.Build(content.cards);
+    report.index_defect = !report.learn_index_rebuilt;
+  }
+  Tell(observer, FileStage::LoadLinkIndex, size(paths.link_index));
+  if (!LoadIndex(paths.link_index, content.cards, content.link_index)) {
+    report.link_index_rebuilt = content.link_index.Build(content.cards);
+    report.index_defect = report.index_defect || !report.link_index_rebuilt;
+  }
+}
+
+template <typename Index>
+bool CardFile::LoadIndex(const fs::path& path, const CardTable& cards, Index& index) {
+  const std::unique_ptr<ReadableFile> file = disk_.Open(path);
+  if (file == nullptr) return false;
+  CardTable table;
+  table.SetSeparator(kFieldSeparator);
+  return table.LoadFrom(*file) && index.Adopt(table, cards);
+}
+
+bool CardFile::CreateNew(const fs::path& path) {
+  const fs::path real = disk_.Resolve(path);
+  if (!HasCardFileType(path) || !HasCardFileType(real)) return false;
+  const CardFilePaths paths = PathsFor(fs::absolute(real).lexically_normal());
+  std::unique_ptr<FileLock> lock;
+  std::string holder;
+  if (!TakeLock(paths, lock, holder)) return false;
+  Content content;
+  MakeNewCards(content.cards);
+  content.columns = ColumnsOf(content.cards);
+  const SaveResult result = WriteFiles(content, paths, {});
+  if (result == SaveResult::CardsFailed) return false;
+  const bool complete = WriteSettings(content, paths.settings) && result == SaveResult::Saved;
+  Become(std::move(content), paths, std::move(lock));
+  changed_ = !complete;
+  return true;
+}
+
+OpenReport CardFile::Restore(const fs::path& path, const StageObserver& observer) {
+  if (!HasCardFileType(path) && !HasBackupType(path)) return Refused(OpenResult::WrongType);
+  if (!IsOpen()) return HasBackupType(path) ? RestoreBackup(path, observer) : Open(path, observer);
+  Content content;
+  OpenReport report = LoadCards(path, observer, content);
+  if (report.result != OpenResult::Opened) return report;
+  const bool both = content.learn_index.Build(content.cards) && content.link_index.Build(content.cards);
+  report.index_defect = !both;
+  content.settings = std::move(content_.settings);
+  content.settings_unreadable = content_.settings_unreadable;
+  content.on_disk = content_.on_disk;
+  if (content.damaged_original.empty()) content.damaged_original = content_.damaged_original;
+  content_ = std::move(content);
+  RecountIds();
+  changed_ = true;
+  return report;
+}
+
+OpenReport CardFile::RestoreBackup(const fs::path& path, const StageObserver& observer) {
+  OpenReport report;
+  const CardFilePaths paths = PathsFor(CardsOfBackup(fs::absolute(path).lexically_normal()));
+  std::unique_ptr<FileLock> lock;
+  if (!disk_.Exists(path)) return Refused(OpenResult::CannotOpen);
+  if (!TakeLock(paths, lock, report.in_use_by)) {
+    report.result = OpenResult::InUse;
+    return report;
+  }
+  Content content;
+  report = LoadCards(path, observer, content);
+  if (report.result != OpenResult::Opened) return report;
+  report.index_defect = !content.learn_index.Build(content.cards) || !content.link_index.Build(content.cards);
+  content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
+  content.on_disk = disk_.State(paths.cards);
+  Become(std::move(content), paths, std::move(lock));
+  changed_ = true;
+  return report;
+}
+
+bool CardFile::TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, std::string& holder) {
+  if (paths.cards == paths_.cards) return true;
+  LockAttempt attempt = disk_.Lock(LockPath(paths.cards));
+  lock = std::move(attempt.lock);
+  holder = std::move(attempt.holder);
+  return !attempt.held_by_other;
+}
+
+void CardFile::Become(Content content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock) {
+  if (paths.cards != paths_.cards) lock_ = std::move(lock);
+  content_ = std::move(content);
+  paths_ = paths;
+  changed_ = false;
+  RecountIds();
+}
+
+SaveResult CardFile::Save(const StageObserver& observer) {
+  if (!IsOpen()) return SaveResult::CardsFailed;
+  SaveResult result = WriteFiles(content_, paths_, observer);
+  if (result == SaveResult::CardsFailed) return result;
+  if (!WriteSettings(content_, paths_.settings) && result == SaveResult::Saved) result = SaveResult::SettingsFailed;
+  if (result == SaveResult::Saved) changed_ = false;
+  return result;
+}
+
+SaveResult CardFile::SaveCopy(const fs::path& path, const StageObserver& observer) {
+  const CardFilePaths paths = PathsFor(fs::absolute(disk_.Resolve(path)).lexically_normal());
+  if (!IsOpen() || !HasCardFileType(paths.cards)) return SaveResult::CardsFailed;
+  if (paths.cards == paths_.cards) return Save(observer);
+  std::unique_ptr<FileLock> lock;
+  std::string holder;
+  if (!TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
+  const std::optional<FileState> on_disk = content_.on_disk;
+  const SaveResult result = WriteFiles(content_, paths, observer);
+  content_.on_disk = on_disk;
+  return result;
+}
+
+SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer) {
+  const CardFilePaths paths = PathsFor(fs::absolute(disk_.Resolve(path)).lexically_normal());
+  if (!IsOpen() || !HasCardFileType(paths.cards)) return SaveResult::CardsFailed;
+  if (paths.cards == paths_.cards) return Save(observer);
+  std::unique_ptr<FileLock> lock;
+  std::string holder;
+  if (!TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
+  SaveResult result = WriteFiles(content_, paths, observer);
+  if (result == SaveResult::CardsFailed) return result;
+  // The damaged file keeps its name.
+  content_.damaged_original.clear();
+  content_.settings_unreadable = false;
+  if (!WriteSettings(content_, paths.settings) && result == SaveResult::Saved) result = SaveResult::SettingsFailed;
+  paths_ = paths;
+  lock_ = std::move(lock);
+  changed_ = result != SaveResult::Saved;
+  return result;
+}
+
+SaveResult CardFile::WriteFiles(Content& content, const CardFilePaths& paths, const StageObserver& observer) {
+  Tell(observer, FileStage::SaveCards, 0);
+  if (!KeepDamagedOriginal(content, paths)) return SaveResult::CardsFailed;
+  const auto write = [&](WritableFile& file) { return content.cards.SaveTo(file); };
+  if (!ReplaceFile(disk_, paths.cards, write, paths.backup)) return SaveResult::CardsFailed;
+  content.on_disk = disk_.State(paths.cards);
+  Tell(observer, FileStage::SaveLearnIndex, 0);
+  const bool learn_saved = WriteIndex(paths.learn_index, content.cards, content.learn_index);
+  Tell(observer, FileStage::SaveLinkIndex, 0);
+  const bool link_saved = WriteIndex(paths.link_index, content.cards, content.link_index);
+  if (!learn_saved) return SaveResult::LearnIndexFailed;
+  return link_saved ? SaveResult::Saved : SaveResult::LinkIndexFailed;
+}
+
+template <typename Index>
+bool CardFile::WriteIndex(const fs::path& path, const CardTable& cards, Index& index) {
+  // An index that no longer fits would be refused when the file is opened. If it cannot be built it is saved as it is.
+  if (!index.Fits(cards)) (void)index.Build(cards);
+  if (ReplaceFile(disk_, path, [&](WritableFile& file) { return index.SaveTo(file, cards); })) return true;
+  // The old index may look right and yet be that of older scores.
+  (void)disk_.Remove(path);
+  return false;
+}
+
+bool CardFile::KeepDamagedOriginal(Content& content, const CardFilePaths& paths) {
+  const fs::path& original = content.damaged_original;
+  if (original.empty() || (original != paths.cards && original != paths.backup)) return true;
+  const std::string stem = fs::path(paths.cards).replace_extension().string() + std::string(kDamagedEnding);
+  int number = 1;
+  fs::path kept;
+  do {
+    kept = stem + std::to_string(number++) + ".mlb";
+  } while (disk_.Exists(kept));
+  if (disk_.Exists(original) && !disk_.Link(original, kept) && !Copy(disk_, original, kept)) return false;
+  content.damaged_original.clear();
+  return true;
+}
+
+bool CardFile::SaveSettings() {
+  return IsOpen() && WriteSettings(content_, paths_.settings);
+}
+
+bool CardFile::WriteSettings(const Content& content, const fs::path& path) {
+  if (content.settings_unreadable) return false;
+  if (content.settings.Text().empty() && !disk_.Exists(path)) return true;
+  return content.settings.Save(disk_, path);
+}
+
+bool CardFile::RebuildIndexes() {
+  LearnIndex learn_index;
+  LinkIndex link_index;
+  if (!learn_index.Build(content_.cards) || !link_index.Build(content_.cards)) return false;
+  content_.learn_index = std::move(learn_index);
+  content_.link_index = std::move(link_index);
+  return true;
+}
+
+void CardFile::Close() {
+  content_ = Content();
+  paths_ = CardFilePaths();
+  lock_.reset();
+  changed_ = false;
+}
+
+bool CardFile::ChangedOnDisk() const {
+  if (!IsOpen()) return false;
+  const std::optional<FileState> state = disk_.State(paths_.cards);
+  return state && state != content_.on_disk;
+}
+
+SpaceEstimate CardFile::EstimateSpace(int64_t& bytes_per_card, const fs::path& target) const {
+  constexpr int64_t kLeast = 300;
+  constexpr int64_t kMost = 2000;
+  constexpr int64_t kReservePercent = 20;
+  bytes_per_card = std::clamp(bytes_per_card, kLeast, kMost);
+  const int64_t cards = bytes_per_card * CardCount();
+  return {static_cast<uint64_t>(cards + cards * kReservePercent / 100), disk_.FreeBytes(target.parent_path())};
+}
+
+}  // namespace tessaro

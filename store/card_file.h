@@ -8,15 +8,15 @@
 #include <string>
 
 #include "platform/disk.h"
+#include "platform/file_lock.h"
 #include "store/card_columns.h"
+#include "store/card_figures.h"
 #include "store/card_table.h"
 #include "store/ini_file.h"
 #include "store/learn_index.h"
 #include "store/link_index.h"
 
 namespace tessaro {
-
-class FileLock;
 
 // The companions of X.mlb: the same drive, folder and name with another ending.
 struct CardFilePaths {
@@ -31,33 +31,33 @@ CardFilePaths PathsFor(const std::filesystem::path& cards);
 // True for a path that ends in exactly ".mlb" or ".MLB"; a mixed-case ending is deliberately refused.
 bool HasCardFileType(const std::filesystem::path& path);
 
-// What happens, as it happens, for the status line.
+// What happens, as it happens, for the status line. `file_size` is that of the file to be loaded, 0 when saving.
 enum class FileStage { LoadCards, LoadLearnIndex, LoadLinkIndex, SaveCards, SaveLearnIndex, SaveLinkIndex };
 using StageObserver = std::function<void(FileStage stage, uint64_t file_size)>;
 
 enum class OpenResult {
   Opened,
-  WrongType,     // the name does not end in .mlb or .MLB
-  CannotOpen,    // no such file, or not readable
-  CannotLoad,    // reading broke off
-  Unusable,      // no cards in it, or not a card file
-  InUse,         // another running program has it open
+  WrongType,   // the name does not end in .mlb or .MLB
+  CannotOpen,  // no such file, or not readable
+  CannotLoad,  // reading broke off
+  Unusable,    // no cards in it, or not a card file
+  InUse,       // another running program has it open
 };
 struct OpenReport {
   OpenResult result = OpenResult::Opened;
   bool learn_index_rebuilt = false;
   bool link_index_rebuilt = false;
-  bool index_defect = false;      // a rebuild failed on a defect of the card table
-  bool end_missing = false;       // the file broke off before its end row; `cards` cards were read
+  bool index_defect = false;  // a rebuild failed on a defect of the card table
+  bool end_missing = false;   // the file broke off before its end row; `cards` cards were read
   int cards = 0;
-  std::string in_use_by;          // for InUse: who holds it, as "machine, process 123"; empty when unknown
+  std::string in_use_by;  // for InUse: who holds it, as "machine, process 123"; empty when unknown
 };
 
 enum class SaveResult { Saved, CardsFailed, LearnIndexFailed, LinkIndexFailed, SettingsFailed };
 
 struct SpaceEstimate {
-  uint64_t needed = 0;             // bytes: cards times the clamped bytes-per-card estimate, plus 20 %
-  std::optional<uint64_t> free;    // bytes free on the target drive; nothing when it cannot be told
+  uint64_t needed = 0;           // bytes: cards times the clamped bytes-per-card estimate, plus 20 %
+  std::optional<uint64_t> free;  // bytes free on the target drive; nothing when it cannot be told
   bool Enough() const { return !free || needed <= *free; }
 };
 
@@ -70,40 +70,50 @@ class CardFile {
   CardFile(const CardFile&) = delete;
   CardFile& operator=(const CardFile&) = delete;
 
-  CardTable& cards() { return cards_; }
-  const CardTable& cards() const { return cards_; }
-  LearnIndex& learn_index() { return learn_index_; }
-  LinkIndex& link_index() { return link_index_; }
-  IniFile& settings() { return settings_; }
-  const CardColumns& columns() const { return columns_; }
+  CardTable& cards() { return content_.cards; }
+  const CardTable& cards() const { return content_.cards; }
+  LearnIndex& learn_index() { return content_.learn_index; }
+  const LearnIndex& learn_index() const { return content_.learn_index; }
+  LinkIndex& link_index() { return content_.link_index; }
+  IniFile& settings() { return content_.settings; }
+  const IniFile& settings() const { return content_.settings; }
+  const CardColumns& columns() const { return content_.columns; }
 
-  bool IsOpen() const;
+  bool IsOpen() const { return !paths_.cards.empty(); }
   const CardFilePaths& paths() const { return paths_; }
   bool changed() const { return changed_; }
   void MarkChanged() { changed_ = true; }
 
   // Cards between the marker rows; 0 when nothing is open.
   int CardCount() const;
-  int64_t highest_id() const { return highest_id_; }
+  // Cards that a person has still to learn: those with score 0, without navigation cards and cards with "#" in the ID.
+  int64_t CountUnknown() const { return tessaro::CountUnknown(content_.cards, content_.columns); }
+  CardFigures Figures(const DueTerms& terms) const { return FiguresOf(content_.cards, content_.columns, terms); }
+
+  int64_t highest_id() const { return content_.highest_id; }
   // The number for a new card, "%06ld" of the highest number + 1, which is raised by that.
   std::string IssueId();
   void RecountIds();
   // The card table row of the card with this number; 0 when there is none.
   int RowOfId(int64_t id) const;
 
-  // Opens a card file in place of the one that is open. Anything but Opened leaves the open file as it was.
+  // Opens a card file in place of the one that is open. Anything but Opened leaves the open file as it was. A symbolic
+  // link opens the file that it leads to. Where the folder cannot be written the file opens without a lock.
   [[nodiscard]] OpenReport Open(const std::filesystem::path& path, const StageObserver& observer = {});
   // Makes a new card file with its one index card, saves it and opens it. An existing file at this path is replaced
   // (its backup is kept as for every save): the caller asks first. False: nothing was opened.
   [[nodiscard]] bool CreateNew(const std::filesystem::path& path);
-  // Loads the cards of `path` in place of the open ones and rebuilds both indexes; the open file keeps its own name and
-  // is changed. Without an open file it opens `path`. Anything but Opened leaves everything as it was.
+  // Loads the cards of `path`, a card file or a backup, in place of the open ones and rebuilds both indexes; the open
+  // file keeps its own name and is changed. Without an open file it opens `path`, for a backup X.ml~ under the name
+  // X.mlb. Anything but Opened leaves everything as it was.
   [[nodiscard]] OpenReport Restore(const std::filesystem::path& path, const StageObserver& observer = {});
-  // Saves cards, indexes and settings. One backup generation is kept beside the file.
+  // Saves cards, indexes and settings, and clears the changed flag when all went well. One backup generation is kept
+  // beside the file. A failure does not keep the later files from being written; the first one is returned.
   [[nodiscard]] SaveResult Save(const StageObserver& observer = {});
-  // Writes cards and indexes under another name; the open file stays the open file and keeps its changed flag.
+  // Writes cards and indexes under another name; the open file stays the open file and keeps its changed flag. Never
+  // writes over a file that another program has open (CardsFailed).
   [[nodiscard]] SaveResult SaveCopy(const std::filesystem::path& path, const StageObserver& observer = {});
-  // Saves under another name, which then is the open file.
+  // Saves under another name, which then is the open file, unless CardsFailed is returned.
   [[nodiscard]] SaveResult SaveAs(const std::filesystem::path& path, const StageObserver& observer = {});
   // Writes only the settings of the card file.
   [[nodiscard]] bool SaveSettings();
@@ -111,20 +121,44 @@ class CardFile {
   [[nodiscard]] bool RebuildIndexes();
   void Close();
 
-  // True when the file on disk is not the one that was opened or saved last.
+  // True when another program has written the file on disk since it was opened or saved last.
   bool ChangedOnDisk() const;
   // Clamps `bytes_per_card` to 300 ... 2000 (the clamped value replaces it) and estimates the space of a save.
   SpaceEstimate EstimateSpace(int64_t& bytes_per_card, const std::filesystem::path& target) const;
 
  private:
+  // What is loaded and replaced as a whole.
+  struct Content {
+    CardTable cards;
+    CardColumns columns;
+    LearnIndex learn_index;
+    LinkIndex link_index;
+    IniFile settings;
+    bool settings_unreadable = false;  // there are settings that we could not read: they are not written over
+    int64_t highest_id = 0;
+    std::optional<FileState> on_disk;        // the card file as it was read or written last
+    std::filesystem::path damaged_original;  // the file read, when it was damaged and is not yet put by
+  };
+
+  OpenReport LoadCards(const std::filesystem::path& path, const StageObserver& observer, Content& content);
+  template <typename Index>
+  bool LoadIndex(const std::filesystem::path& path, const CardTable& cards, Index& index);
+  void LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, Content& content, OpenReport& report);
+  OpenReport RestoreBackup(const std::filesystem::path& path, const StageObserver& observer);
+  // Takes the lock of a card file unless it is that of the open one. False: another program has it; `holder` says who.
+  bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, std::string& holder);
+  void Become(Content content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock);
+
+  SaveResult WriteFiles(Content& content, const CardFilePaths& paths, const StageObserver& observer);
+  template <typename Index>
+  bool WriteIndex(const std::filesystem::path& path, const CardTable& cards, Index& index);
+  bool KeepDamagedOriginal(Content& content, const CardFilePaths& paths);
+  bool WriteSettings(const Content& content, const std::filesystem::path& path);
+
   Disk& disk_;
-  CardTable cards_;
-  LearnIndex learn_index_;
-  LinkIndex link_index_;
-  IniFile settings_;
-  CardColumns columns_;
-  CardFilePaths paths_;
-  int64_t highest_id_ = 0;
+  Content content_;
+  CardFilePaths paths_;  // all empty when nothing is open
+  std::unique_ptr<FileLock> lock_;
   bool changed_ = false;
 };
 

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace tessaro {
 
@@ -17,7 +16,7 @@ class IniFile {
  public:
   // Takes any bytes; lines that are neither section, key nor comment are kept and mean nothing.
   void Parse(std::string_view text);
-  std::string Text() const;
+  const std::string& Text() const { return text_; }
 
   // A missing file reads as empty. False when there is a file that could not be read.
   [[nodiscard]] bool Load(Disk& disk, const std::filesystem::path& path);
@@ -33,6 +32,9 @@ class IniFile {
   bool SetString(std::string_view section, std::string_view key, std::string_view value);
   bool SetInt(std::string_view section, std::string_view key, int64_t value);
   void Remove(std::string_view section, std::string_view key);
+
+ private:
+  std::string text_;
 };
 
 }  // namespace tessaro

@@ -1,1 +1,159 @@
 #include "store/learn_index.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+#include <utility>
+
+#include "platform/progress.h"
+#include "store/bisection_order.h"
+#include "store/card_columns.h"
+#include "store/index_text.h"
+
+namespace tessaro {
+namespace {
+
+constexpr int64_t kStartScore = -1;
+constexpr int64_t kEndScore = 999999999;
+constexpr int kScoreDigits = 9;
+constexpr int kProgressStep = 100;
+
+constexpr std::array<std::string_view, 3> kColumns = {kBoxPos, kScore, kId};
+constexpr std::array<std::string_view, 3> kFirstFields = {"-1", "-1", kStartMark};
+constexpr std::array<std::string_view, 3> kLastFields = {"999999", "999999999", kEndMark};
+
+bool IsNineDigits(std::string_view text) {
+  return text.size() == kScoreDigits &&
+         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// Writes a key of 0 ... 999999999 with its nine digits.
+void WriteNineDigits(int64_t key, std::array<char, kScoreDigits>& text) {
+  for (size_t i = text.size(); i-- > 0; key /= 10) text[i] = static_cast<char>('0' + key % 10);
+}
+
+}  // namespace
+
+bool LearnIndex::Build(const CardTable& cards) {
+  const CardColumns columns = ColumnsOf(cards);
+  const int last = cards.RowCount() - 1;
+  LearnIndex built;
+  built.keys_.resize(static_cast<size_t>(std::max(cards.RowCount(), 0)) + 1);
+  std::vector<int64_t> keys;
+  if (last >= kFirstCardRow) keys.reserve(static_cast<size_t>(last));
+  for (int row = last; row >= kFirstCardRow; --row) {
+    if (cards.Peek(columns.id, row).empty()) return false;
+    const std::string_view score = cards.Peek(columns.score, row);
+    keys.push_back(LeadingNumber(score));
+    built.SetScore(row, keys.back(), score);
+    if (row % kProgressStep == 0) Progress().ShowPosition(cards.RowCount() - row);
+  }
+  std::vector<int32_t> order = BisectionOrder(keys, kEndScore);
+  for (int32_t& entry : order) entry = last - entry;
+  built.sequence_.Assign(order);
+  built.fingerprint_ = IdFingerprint(cards);
+  built.built_ = true;
+  *this = std::move(built);
+  return true;
+}
+
+bool LearnIndex::Adopt(const CardTable& table, const CardTable& cards) {
+  if (!HasIndexFrame(table, cards, kColumns, kFirstFields, kLastFields)) return false;
+  LearnIndex adopted;
+  adopted.keys_.resize(static_cast<size_t>(cards.RowCount()) + 1);
+  BoxPosReader reader(cards);
+  std::vector<int32_t> order;
+  order.reserve(static_cast<size_t>(table.RowCount()));
+  int64_t least = std::numeric_limits<int64_t>::min();
+  for (int row = 2; row < table.RowCount(); ++row) {
+    const int card_row = reader.Read(table.Peek(1, row), table.Peek(3, row));
+    const std::string_view score = table.Peek(2, row);
+    const int64_t key = LeadingNumber(score);
+    if (card_row == 0 || key < least || key > kEndScore) return false;
+    least = key;
+    order.push_back(card_row);
+    adopted.SetScore(card_row, key, score);
+  }
+  adopted.sequence_.Assign(order);
+  adopted.fingerprint_ = IdFingerprint(cards);
+  adopted.built_ = true;
+  *this = std::move(adopted);
+  return true;
+}
+
+bool LearnIndex::Fits(const CardTable& cards) const {
+  return built_ && fingerprint_ == IdFingerprint(cards);
+}
+
+CardTable LearnIndex::ToTable(const CardTable& cards) const {
+  CardTable table;
+  IndexTableSink sink(table);
+  WriteRows(cards, sink);
+  return table;
+}
+
+bool LearnIndex::SaveTo(WritableFile& file, const CardTable& cards) const {
+  IndexFileSink sink(file);
+  WriteRows(cards, sink);
+  return sink.Finish();
+}
+
+void LearnIndex::WriteRows(const CardTable& cards, IndexSink& sink) const {
+  const int id_column = cards.ColumnIndex(kId);
+  sink.Row(kColumns);
+  sink.Row(kFirstFields);
+  sequence_.ForEach([&](int32_t card_row) {
+    std::array<char, 12> box_pos = {};
+    const char* end = std::to_chars(box_pos.data(), box_pos.data() + box_pos.size(), card_row).ptr;
+    std::array<char, kScoreDigits> score = {};
+    WriteNineDigits(keys_[static_cast<size_t>(card_row)], score);
+    std::string_view score_text(score.data(), score.size());
+    if (const auto odd = odd_scores_.find(card_row); odd != odd_scores_.end()) score_text = odd->second;
+    const std::array<std::string_view, 3> fields = {
+        std::string_view(box_pos.data(), static_cast<size_t>(end - box_pos.data())), score_text,
+        cards.Peek(id_column, card_row)};
+    sink.Row(fields);
+  });
+  sink.Row(kLastFields);
+}
+
+void LearnIndex::SetScore(int card_row, int64_t key, std::string_view text) {
+  keys_[static_cast<size_t>(card_row)] = key;
+  if (!IsNineDigits(text)) odd_scores_[card_row] = text;
+}
+
+int LearnIndex::BoxPos(int row) const {
+  if (row < 1 || row > RowCount()) return 0;
+  if (row == 1) return kStartBoxPos;
+  return row == RowCount() ? kEndBoxPos : sequence_.At(row - kFirstCardRow);
+}
+
+int64_t LearnIndex::Score(int row) const {
+  if (row < 1 || row > RowCount()) return 0;
+  if (row == 1) return kStartScore;
+  return row == RowCount() ? kEndScore : keys_[static_cast<size_t>(sequence_.At(row - kFirstCardRow))];
+}
+
+int LearnIndex::RowOfCard(int card_row) const {
+  const int position = sequence_.PositionOf(card_row);
+  return position < 0 ? 0 : position + kFirstCardRow;
+}
+
+void LearnIndex::Update(int card_row, int64_t score) {
+  if (!built_ || card_row < kFirstCardRow) return;
+  const auto key_of_card = static_cast<size_t>(card_row);
+  if (key_of_card >= keys_.size()) keys_.resize(key_of_card + 1);
+  int place = sequence_.FirstNot([&](int32_t row) { return keys_[static_cast<size_t>(row)] < score; });
+  const int old_place = sequence_.PositionOf(card_row);
+  if (old_place == place && keys_[key_of_card] == score) return;
+  if (old_place != place) {
+    if (old_place >= 0) sequence_.Erase(old_place);
+    if (old_place >= 0 && old_place < place) --place;
+    sequence_.Insert(place, card_row);
+  }
+  keys_[key_of_card] = score;
+  odd_scores_.erase(card_row);
+}
+
+}  // namespace tessaro

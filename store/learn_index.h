@@ -2,39 +2,57 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "store/card_table.h"
+#include "store/row_sequence.h"
 
 namespace tessaro {
 
+class IndexSink;
+
 // The learning index: one row per card, sorted by the card's predicted retention time, the worst-known card first.
 // Row 1 is a start row and the last row an end row; cards stand between them, so N cards fill rows 2 ... N + 1.
-// It is kept as numbers; the text table of the .row file is made when it is saved.
+// It is kept as numbers; the text of the .row file is made when it is saved.
 class LearnIndex {
  public:
-  // Builds the index from the card table as it stands. False when the card table has a defect (a card row without ID).
+  // Builds the index from the card table as it stands. A card whose score is above that of the end row is left out.
+  // False when the card table has a defect (a card row without ID).
   [[nodiscard]] bool Build(const CardTable& cards);
-  // Takes over a table read from a .row file, if it fits the cards: columns, start and end row as written by ToTable,
+  // Takes over a table read from a .row file, if it fits the cards: columns, start and end row as they are written,
   // every card exactly once with its own ID, ascending keys. False leaves the index as it was.
   [[nodiscard]] bool Adopt(const CardTable& table, const CardTable& cards);
-  // The index as the table that a .row file holds.
+  // Whether the cards still stand in the rows in which they stood at Build or Adopt.
+  bool Fits(const CardTable& cards) const;
+  // The index as the table that a .row file holds, and the text of that file.
   CardTable ToTable(const CardTable& cards) const;
+  [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards) const;
 
   // Rows with start and end row; 0 before the first Build or Adopt.
-  int RowCount() const;
+  int RowCount() const { return built_ ? sequence_.size() + 2 : 0; }
   // The card table row that index row `row` points to: -1 for the start row, 999999 for the end row, 0 when there is no
   // such row.
   int BoxPos(int row) const;
-  // The key of a row: its score read as a number; 0 when there is no such row.
+  // The key of a row: its score read as a number, -1 and 999999999 for start and end row; 0 when there is no such row.
   int64_t Score(int row) const;
   // The index row of a card table row; 0 when the card is not in the index.
   int RowOfCard(int card_row) const;
 
-  // Moves the card to the first row whose score is not below `score` (into the place before it), or leaves it where it
-  // is when it already stands with this score before that place; a card that was missing is inserted.
+  // Gives the card this score, 0 ... kMaxScore, and puts it before the first row whose score is not below it. A card
+  // that already is that row stays there; one that is not in the index comes in.
   void Update(int card_row, int64_t score);
+
+ private:
+  void WriteRows(const CardTable& cards, IndexSink& sink) const;
+  void SetScore(int card_row, int64_t key, std::string_view text);
+
+  bool built_ = false;
+  RowSequence sequence_;       // card table rows in index order
+  std::vector<int64_t> keys_;  // by card table row
+  // The texts of scores that are not written as nine digits, by card table row: a row is saved as it was read.
+  std::unordered_map<int, std::string> odd_scores_;
+  uint64_t fingerprint_ = 0;
 };
 
 }  // namespace tessaro

@@ -1,1 +1,107 @@
 #include "store/link_index.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+#include <utility>
+
+#include "platform/progress.h"
+#include "store/bisection_order.h"
+#include "store/card_columns.h"
+#include "store/index_text.h"
+
+namespace tessaro {
+namespace {
+
+constexpr int64_t kEndId = 999999;
+constexpr int kProgressStep = 100;
+
+constexpr std::array<std::string_view, 2> kColumns = {kId, kBoxPos};
+constexpr std::array<std::string_view, 2> kFirstFields = {"-1", "-1"};
+constexpr std::array<std::string_view, 2> kLastFields = {"999999", "999999"};
+
+}  // namespace
+
+bool LinkIndex::Build(const CardTable& cards) {
+  const int id_column = cards.ColumnIndex(kId);
+  const int last = cards.RowCount() - 1;
+  std::vector<int64_t> keys;
+  if (last >= kFirstCardRow) keys.reserve(static_cast<size_t>(last));
+  for (int row = last; row >= kFirstCardRow; --row) {
+    const std::string_view id = cards.Peek(id_column, row);
+    if (id.empty()) return false;
+    keys.push_back(LeadingNumber(id));
+    if (row % kProgressStep == 0) Progress().ShowPosition(cards.RowCount() - row);
+  }
+  rows_ = BisectionOrder(keys, kEndId);
+  ids_.clear();
+  ids_.reserve(rows_.size());
+  for (int32_t& entry : rows_) {
+    ids_.push_back(keys[static_cast<size_t>(entry)]);
+    entry = last - entry;
+  }
+  fingerprint_ = IdFingerprint(cards);
+  built_ = true;
+  return true;
+}
+
+bool LinkIndex::Adopt(const CardTable& table, const CardTable& cards) {
+  if (!HasIndexFrame(table, cards, kColumns, kFirstFields, kLastFields)) return false;
+  LinkIndex adopted;
+  adopted.ids_.reserve(static_cast<size_t>(table.RowCount()));
+  adopted.rows_.reserve(static_cast<size_t>(table.RowCount()));
+  BoxPosReader reader(cards);
+  int64_t least = std::numeric_limits<int64_t>::min();
+  for (int row = 2; row < table.RowCount(); ++row) {
+    const std::string_view id = table.Peek(1, row);
+    const int card_row = reader.Read(table.Peek(2, row), id);
+    const int64_t key = LeadingNumber(id);
+    if (card_row == 0 || key < least || key > kEndId) return false;
+    least = key;
+    adopted.ids_.push_back(key);
+    adopted.rows_.push_back(card_row);
+  }
+  adopted.fingerprint_ = IdFingerprint(cards);
+  adopted.built_ = true;
+  *this = std::move(adopted);
+  return true;
+}
+
+bool LinkIndex::Fits(const CardTable& cards) const {
+  return built_ && fingerprint_ == IdFingerprint(cards);
+}
+
+CardTable LinkIndex::ToTable(const CardTable& cards) const {
+  CardTable table;
+  IndexTableSink sink(table);
+  WriteRows(cards, sink);
+  return table;
+}
+
+bool LinkIndex::SaveTo(WritableFile& file, const CardTable& cards) const {
+  IndexFileSink sink(file);
+  WriteRows(cards, sink);
+  return sink.Finish();
+}
+
+void LinkIndex::WriteRows(const CardTable& cards, IndexSink& sink) const {
+  const int id_column = cards.ColumnIndex(kId);
+  sink.Row(kColumns);
+  sink.Row(kFirstFields);
+  for (const int32_t card_row : rows_) {
+    std::array<char, 12> box_pos = {};
+    const char* end = std::to_chars(box_pos.data(), box_pos.data() + box_pos.size(), card_row).ptr;
+    const std::array<std::string_view, 2> fields = {
+        cards.Peek(id_column, card_row), std::string_view(box_pos.data(), static_cast<size_t>(end - box_pos.data()))};
+    sink.Row(fields);
+  }
+  sink.Row(kLastFields);
+}
+
+int LinkIndex::RowOfId(int64_t id) const {
+  const auto place = std::lower_bound(ids_.begin(), ids_.end(), id);
+  return place != ids_.end() && *place == id ? rows_[static_cast<size_t>(place - ids_.begin())] : 0;
+}
+
+}  // namespace tessaro

@@ -7,17 +7,31 @@
 
 namespace tessaro {
 
+class IndexSink;
+
 // The link index: card numbers in ascending order with the card table row of each, so that a link finds its card.
 class LinkIndex {
  public:
-  // As LearnIndex::Build, Adopt and ToTable, for the .idt file.
+  // As with LearnIndex, for the .idt file. A card number above 999999 is left out.
   [[nodiscard]] bool Build(const CardTable& cards);
   [[nodiscard]] bool Adopt(const CardTable& table, const CardTable& cards);
+  bool Fits(const CardTable& cards) const;
   CardTable ToTable(const CardTable& cards) const;
+  [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards) const;
 
-  int RowCount() const;
-  // The card table row of the card with this number (the first in index order when several have it); 0 when no card has.
+  // Rows with start and end row; 0 before the first Build or Adopt.
+  int RowCount() const { return built_ ? static_cast<int>(rows_.size()) + 2 : 0; }
+  // The card table row of the card with this number (the first in index order when several have it); 0 when no card
+  // has.
   int RowOfId(int64_t id) const;
+
+ private:
+  void WriteRows(const CardTable& cards, IndexSink& sink) const;
+
+  bool built_ = false;
+  std::vector<int64_t> ids_;   // in index order
+  std::vector<int32_t> rows_;  // beside ids_: the card table rows
+  uint64_t fingerprint_ = 0;
 };
 
 }  // namespace tessaro

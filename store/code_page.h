@@ -1,0 +1,106 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// The code page of card texts, Windows-1252: literals in it, and its letters. Sources are UTF-8; a literal that goes
+// into or is compared with card text is written "Menü"_cp and is converted by the compiler.
+namespace tessaro {
+namespace code_page {
+
+// The characters of the bytes 0x80 ... 0x9F; the five bytes without a character stand for themselves.
+inline constexpr std::array<char16_t, 32> kHighControls = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+// Called only for a literal that cannot be converted: not being constexpr, it makes the compiler say so.
+inline void LiteralHasCharacterOutsideTheCodePage() {}
+
+constexpr char ByteOf(char32_t character) {
+  if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) return static_cast<char>(character);
+  for (size_t i = 0; i < kHighControls.size(); ++i) {
+    if (kHighControls[i] == character) return static_cast<char>(0x80 + i);
+  }
+  LiteralHasCharacterOutsideTheCodePage();
+  return '?';
+}
+
+// A literal of UTF-8 bytes, turned into the code page as it is made.
+template <size_t N>
+struct Literal {
+  std::array<char, N> bytes = {};
+  size_t size = 0;
+
+  // NOLINTNEXTLINE(google-explicit-constructor): a literal operator takes it from the bare literal.
+  consteval Literal(const char (&utf8)[N]) {
+    for (size_t i = 0; i + 1 < N;) {
+      const auto lead = static_cast<uint8_t>(utf8[i]);
+      const size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+      char32_t character = length == 1 ? lead : lead & (0xFFU >> (length + 1));
+      for (size_t k = 1; k < length; ++k) character = (character << 6U) | (static_cast<uint8_t>(utf8[i + k]) & 0x3FU);
+      bytes[size++] = ByteOf(character);
+      i += length;
+    }
+  }
+};
+
+constexpr std::array<char, 256> MakeUpperTable() {
+  std::array<char, 256> table = {};
+  for (size_t i = 0; i < table.size(); ++i) {
+    const bool plain = (i >= 'a' && i <= 'z') || (i >= 0xE0 && i <= 0xFE && i != 0xF7);
+    const bool accented = i == 0x9A || i == 0x9C || i == 0x9E;
+    table[i] = static_cast<char>(plain ? i - 0x20 : accented ? i - 0x10 : i == 0xFF ? 0x9F : i);
+  }
+  return table;
+}
+
+inline constexpr std::array<char, 256> kUpper = MakeUpperTable();
+
+constexpr std::array<char, 256> MakeLowerTable() {
+  std::array<char, 256> table = {};
+  for (size_t i = 0; i < table.size(); ++i) table[i] = static_cast<char>(i);
+  for (size_t i = 0; i < table.size(); ++i) {
+    const auto upper = static_cast<uint8_t>(kUpper[i]);
+    if (upper != i) table[upper] = static_cast<char>(i);
+  }
+  return table;
+}
+
+inline constexpr std::array<char, 256> kLower = MakeLowerTable();
+
+}  // namespace code_page
+
+// The bytes of a literal; they live as long as the program.
+template <code_page::Literal literal>
+consteval std::string_view operator""_cp() {
+  return std::string_view(literal.bytes.data(), literal.size);
+}
+
+constexpr char ToUpper(char c) {
+  return code_page::kUpper[static_cast<uint8_t>(c)];
+}
+constexpr char ToLower(char c) {
+  return code_page::kLower[static_cast<uint8_t>(c)];
+}
+
+// Letters with and without a counterpart in the other case ("ß", "ƒ", "ª", "º" and "µ" have none).
+constexpr bool IsLetter(char c) {
+  return ToUpper(c) != c || ToLower(c) != c || c == '\xDF' || c == '\x83' || c == '\xAA' || c == '\xBA' || c == '\xB5';
+}
+
+inline std::string ToUpper(std::string_view text) {
+  std::string upper(text);
+  std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) { return ToUpper(c); });
+  return upper;
+}
+
+inline bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return ToUpper(x) == ToUpper(y); });
+}
+
+}  // namespace tessaro
