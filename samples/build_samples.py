@@ -19,6 +19,8 @@ SEPARATOR, ENCODING = "\x0f", "cp1252"
 COLUMNS = ("ID", "Topic", "Question", "Answer", "Score", "TimeLearned", "YesNoRow", "TimeRow")
 HISTORY = 64
 MAX_LINKS = 110  # of the links of one side beyond these, only the last one answers a click
+DOT = "\u00a0· "  # between links; the first blank does not let a line begin with the dot
+SMALL_GAP = '<font size="5"><br></font>'
 
 Card = namedtuple("Card", "question answer")
 Country = namedtuple("Country", "name capital fact continent region picture id")
@@ -71,10 +73,10 @@ def markup(side, numbers):
 
 
 def paragraph(lines):
-    """One paragraph with the empty line below it. A picture ends its line by itself."""
+    """One paragraph with the empty line below it. A picture ends its line by itself and wants some air below."""
     text = " ".join(lines.split("\n")).replace("<br> ", "<br>").replace("<navigation> ", "<navigation>")
     text = re.sub(r"# (.*)$", lambda found: title(found[1]), text)
-    text = re.sub(r"(^| )(\(\(\S+\)\)) ", r"\1\2", text)
+    text = re.sub(r"^(\(\(\S+\)\)) ", r"\1" + SMALL_GAP, text).replace(" · ", DOT)
     return text + "<br><br>"
 
 
@@ -107,18 +109,20 @@ def read_capitals():
 
 
 def capitals_home(countries, continents, overview):
-    lines = [f"<navigation><home><br>{title('Hauptstädte der Welt')}<br>{picture('globus.png')}"
-             f"{len(countries)} Karten: Vorn steht ein Staat, hinten seine Hauptstadt. "
-             "Drücken Sie Enter zum Lernen, oder wählen Sie einen Erdteil:<br><br>"]
-    for name, file_name in continents:
+    pictures = "".join(link(overview[name], picture(file_name)) + " " for name, file_name in continents)
+    names = []
+    for name, _ in continents:
         count = sum(country.continent == name for country in countries)
-        number = overview[name]
-        lines.append(f"{link(number, picture(file_name))}  {link(number, name)}  ({count})<br>")
-    lines.append(f'<br>Von A bis Z: {link(2, "A bis L")} · {link(3, "M bis Z")}')
+        names.append(f"{link(overview[name], name)}\u00a0({count})")
+    question = (f"<navigation><home><br>{title('Hauptstädte der Welt')}<br>{picture('globus.png')}"
+                f"{len(countries)} Karten: Vorn steht ein Staat, hinten seine Hauptstadt. "
+                f"Drücken Sie Enter zum Lernen, oder wählen Sie einen Erdteil:<br><br>{pictures}<br>{SMALL_GAP}"
+                f'{DOT.join(names)}<br><br><font size="12">Alle Staaten: {link(2, "A bis L")}{DOT}'
+                f'{link(3, "M bis Z")}</font>')
     back = ("Aufgenommen sind die 193 Mitglieder der Vereinten Nationen, dazu Vatikanstadt, Kosovo, Palästina, Taiwan, "
             "die Cookinseln und Niue. Namen und Hauptstädte haben den Stand von 2025; die Regionen folgen dem "
             f'üblichen Gebrauch.<br><br>{link(1, "Nach vorn")}')
-    return Card("".join(lines), back)
+    return Card(question, back)
 
 
 def sort_key(name):
@@ -132,10 +136,10 @@ def capitals_index(countries):
             letter = sort_key(country.name)[0].upper()
             if first <= letter <= last:
                 entries.setdefault(letter, []).append(link(country.id, country.name))
-        return "<br>".join(f"<b>{letter}</b>  {' · '.join(links)}" for letter, links in entries.items())
+        return "<br>".join(f"<b>{letter}</b>  {DOT.join(links)}" for letter, links in entries.items())
 
     back = f'Die Staaten stehen auf der Vorderseite.<br><br>{link(1, "Zur Startkarte")}'
-    footer = '<br><br><font size="12">' + link(1, "Zur Startkarte") + " · "
+    footer = '<br><br><font size="12">' + link(1, "Zur Startkarte") + DOT
     return [Card(f"<index><navigation>{title('A bis L')}<br><br>" + side("A", "L") + footer + link(3, "M bis Z") + "</font>", back),
             Card(f"<navigation>{title('M bis Z')}<br><br>" + side("M", "Z") + footer + link(2, "A bis L") + "</font>", back)]
 
@@ -145,10 +149,10 @@ def continent_card(name, file_name, countries):
     for country in countries:
         if country.continent == name:
             regions.setdefault(country.region, []).append(link(country.id, country.name))
-    text = f"<navigation>{picture(file_name)}{title(name)}<br>"
+    text = f"<navigation>{link(1, picture(file_name))}  {title(name)}<br>"
     for region, links in regions.items():
         heading = "" if len(regions) == 1 else f"<b>{region}</b><br>"
-        text += f"<br>{heading}{' · '.join(links)}<br>"
+        text += f"<br>{heading}{DOT.join(links)}<br>"
     text += f'<br><font size="12">{link(1, "Zur Startkarte")}</font>'
     back = ("Die Farben der Links zeigen, wie Sie stehen: grün = gewusst, rot = fällig oder zuletzt nicht gewusst, "
             f'blau = noch nie beantwortet.<br><br>{link(1, "Zur Startkarte")}')
