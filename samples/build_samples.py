@@ -56,7 +56,10 @@ def read_tour():
         sides = re.split(r"^--\n", block, flags=re.M)
         if len(sides) != 2:
             fail(f'card "{name}" needs one line "--" between front and back')
-        cards.append(Card(*(markup(side, numbers) for side in sides)))
+        question, answer = (markup(side, numbers) for side in sides)
+        if "<navigation>" not in question:
+            question = f'<font size="18">{question}</font>'
+        cards.append(Card(question, answer))
     return cards
 
 
