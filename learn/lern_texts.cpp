@@ -186,6 +186,10 @@ QString NoCardsNotice() {
   return u"Diese Kartei enthält keine Karten, die gelernt werden können."_s;
 }
 
+QString NothingToUndoHint() {
+  return u"In diesem Lauf gibt es keine Entscheidung mehr, die zurückzunehmen ist."_s;
+}
+
 QString AnswerFailedText() {
   return u"Exceptionfehler bei Auswertung"_s;
 }

@@ -41,6 +41,9 @@ QString NothingDueNotice(std::optional<int64_t> seconds);
 QString EndOfFileNotice();
 QString NoCardsNotice();
 
+// Why undo is greyed.
+QString NothingToUndoHint();
+
 // Faults of the window itself.
 QString AnswerFailedText();
 QString PictureFailedText();

@@ -1,0 +1,148 @@
+#include "learn/answer_button.h"
+
+#include <QEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+
+#include "platform/qt/icons.h"
+
+namespace tessaro {
+namespace {
+
+constexpr int kPadding = 16;
+constexpr int kGap = 8;
+constexpr int kIconSize = 20;
+constexpr int kRadius = 6;
+constexpr int kKeyPadding = 6;
+constexpr int kLeastHeight = 48;
+constexpr qreal kKeyScale = 0.85;
+
+QColor Mixed(const QColor& from, const QColor& to, qreal part) {
+  return QColor::fromRgbF(float(from.redF() + (to.redF() - from.redF()) * part),
+                          float(from.greenF() + (to.greenF() - from.greenF()) * part),
+                          float(from.blueF() + (to.blueF() - from.blueF()) * part));
+}
+
+}  // namespace
+
+AnswerButton::AnswerButton(QWidget* parent) : QPushButton(parent) {
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  setAttribute(Qt::WA_Hover);
+  setIconSize(QSize(kIconSize, kIconSize));
+}
+
+void AnswerButton::SetMeaning(std::optional<Accent> accent, std::string_view icon_name) {
+  accent_ = accent;
+  icon_name_ = icon_name;
+  MakeIcon();
+}
+
+void AnswerButton::SetKeyText(const QString& key) {
+  key_text_ = key;
+  updateGeometry();
+  update();
+}
+
+void AnswerButton::SetProminent(bool prominent) {
+  if (prominent_ == prominent) return;
+  prominent_ = prominent;
+  update();
+}
+
+QColor AnswerButton::OwnColour() const {
+  return accent_ ? AccentColour(*accent_, palette()) : palette().color(QPalette::ButtonText);
+}
+
+void AnswerButton::MakeIcon() {
+  setIcon(Icon(icon_name_, OwnColour()));
+}
+
+void AnswerButton::changeEvent(QEvent* event) {
+  QPushButton::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && !icon_name_.empty()) MakeIcon();
+}
+
+QFont AnswerButton::KeyFont() const {
+  QFont small = font();
+  small.setPointSizeF(font().pointSizeF() * kKeyScale);
+  return small;
+}
+
+int AnswerButton::KeyWidth() const {
+  return key_text_.isEmpty() ? 0 : QFontMetrics(KeyFont()).horizontalAdvance(key_text_) + 2 * kKeyPadding;
+}
+
+QSize AnswerButton::WithoutKey() const {
+  const QFontMetrics metrics(font());
+  const int width = kPadding + kIconSize + kGap + metrics.horizontalAdvance(text()) + kPadding;
+  return {width, std::max(kLeastHeight, metrics.height() + 2 * kPadding)};
+}
+
+QSize AnswerButton::sizeHint() const {
+  return WithoutKey() + QSize(key_text_.isEmpty() ? 0 : KeyWidth() + kGap, 0);
+}
+
+// The key is left out before the name is cut.
+QSize AnswerButton::minimumSizeHint() const {
+  return WithoutKey() - QSize(kPadding, 0);
+}
+
+// Deliberate: the second press of a double click does nothing. It would answer the card that has just appeared, which
+// nobody has read by then.
+void AnswerButton::mouseDoubleClickEvent(QMouseEvent* event) {
+  event->accept();
+}
+
+void AnswerButton::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  PaintFrame(painter);
+  PaintContent(painter);
+}
+
+void AnswerButton::PaintFrame(QPainter& painter) const {
+  const QColor text = palette().color(QPalette::ButtonText);
+  QColor face = palette().color(QPalette::Button);
+  if (IsDark(palette())) face = Mixed(face, text, 0.06);
+  if (isEnabled() && isDown()) face = Mixed(face, text, 0.14);
+  if (isEnabled() && underMouse() && !isDown()) face = Mixed(face, text, 0.06);
+  const bool strong = prominent_ && isEnabled();
+  const QColor border = strong ? OwnColour() : Mixed(face, isEnabled() ? OwnColour() : text, 0.35);
+  const qreal width = strong ? 2.0 : 1.0;
+  // The focus ring has its room around the frame, so nothing shifts when the focus comes.
+  constexpr qreal kRingRoom = 3;
+  const qreal inset = kRingRoom + width / 2;
+  painter.setPen(QPen(border, width));
+  painter.setBrush(face);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
+  if (!hasFocus()) return;
+  painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius + 2, kRadius + 2);
+}
+
+void AnswerButton::PaintContent(QPainter& painter) const {
+  const bool with_key = !key_text_.isEmpty() && width() >= sizeHint().width();
+  const QSize needed = with_key ? sizeHint() : WithoutKey();
+  int x = (width() - needed.width()) / 2 + kPadding;
+  const QRect icon_place(x, (height() - kIconSize) / 2, kIconSize, kIconSize);
+  icon().paint(&painter, icon_place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
+  x += kIconSize + kGap;
+  painter.setFont(font());
+  painter.setPen(palette().color(QPalette::ButtonText));
+  const int text_width = QFontMetrics(font()).horizontalAdvance(text());
+  painter.drawText(QRect(x, 0, text_width, height()), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextDontClip, text());
+  if (!with_key) return;
+  const int key_height = QFontMetrics(KeyFont()).height() + 4;
+  const QRectF key_place(x + text_width + kGap + 0.5, (height() - key_height) / 2 + 0.5, KeyWidth(), key_height);
+  const QColor quiet = Mixed(palette().color(QPalette::Button), palette().color(QPalette::ButtonText), 0.7);
+  painter.setPen(QPen(Mixed(palette().color(QPalette::Button), quiet, 0.5), 1));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(key_place, 3, 3);
+  painter.setPen(isEnabled() ? quiet : palette().color(QPalette::Disabled, QPalette::ButtonText));
+  painter.setFont(KeyFont());
+  painter.drawText(key_place, Qt::AlignCenter, key_text_);
+}
+
+}  // namespace tessaro

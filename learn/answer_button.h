@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QPushButton>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/qt/theme.h"
+
+namespace tessaro {
+
+// One of the large buttons under the card. It bears its name, an icon and the key that does the same.
+class AnswerButton : public QPushButton {
+  Q_OBJECT
+
+ public:
+  explicit AnswerButton(QWidget* parent = nullptr);
+  // The accent, if any, colours border and icon. `icon_name` is one of the program's icons.
+  void SetMeaning(std::optional<Accent> accent, std::string_view icon_name);
+  void SetKeyText(const QString& key);
+  // What the user does next: a stronger border, which says so before the focus ring does.
+  void SetProminent(bool prominent);
+  bool prominent() const { return prominent_; }
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  QColor OwnColour() const;
+  QFont KeyFont() const;
+  int KeyWidth() const;
+  QSize WithoutKey() const;
+  void PaintFrame(QPainter& painter) const;
+  void PaintContent(QPainter& painter) const;
+  void MakeIcon();
+
+  std::optional<Accent> accent_;
+  std::string icon_name_;
+  QString key_text_;
+  bool prominent_ = false;
+};
+
+}  // namespace tessaro

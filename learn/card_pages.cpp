@@ -1,0 +1,219 @@
+#include "learn/card_pages.h"
+
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QImageReader>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTabBar>
+
+#include "hypertext/plain_text.h"
+#include "platform/disk.h"
+#include "platform/qt/text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+constexpr int kLettersInLine = 75;
+constexpr QMargins kPaperMargins(24, 20, 8, 12);
+constexpr int kLargestPictureSide = 4096;
+
+QString PathText(const std::filesystem::path& path) {
+  return QString::fromStdString(path.string());
+}
+
+QPlainTextEdit* MakeTextView(const QString& name) {
+  auto* view = new QPlainTextEdit;
+  view->setObjectName(name);
+  view->setReadOnly(true);
+  view->setFrameShape(QFrame::NoFrame);
+  // Without the keyboard focus, so that the keys of the answers are never taken away.
+  view->setFocusPolicy(Qt::NoFocus);
+  view->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  return view;
+}
+
+}  // namespace
+
+// The sheet of paper that a page is: the same in a light and a dark desktop.
+class PaperPage : public QWidget {
+ public:
+  explicit PaperPage(QWidget* content) {
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(kPaperMargins);
+    layout->addWidget(content);
+  }
+  void SetPaper(const QColor& paper) {
+    paper_ = paper;
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    constexpr qreal kRadius = 6;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor edge = palette().color(QPalette::WindowText);
+    edge.setAlphaF(0.25F);
+    painter.setPen(edge);
+    painter.setBrush(paper_);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+  }
+
+ private:
+  QColor paper_ = Qt::white;
+};
+
+// A picture in the middle of its page, made smaller where it does not fit, never larger.
+class PictureView : public QWidget {
+ public:
+  void SetPicture(const QPixmap& picture) {
+    picture_ = picture;
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    if (picture_.isNull()) return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const bool fits = picture_.width() <= width() && picture_.height() <= height();
+    QRect place(QPoint(0, 0), fits ? picture_.size() : picture_.size().scaled(size(), Qt::KeepAspectRatio));
+    place.moveCenter(rect().center());
+    painter.drawPixmap(place, picture_);
+  }
+
+ private:
+  QPixmap picture_;
+};
+
+CardPages::CardPages(QWidget* parent)
+    : QTabWidget(parent),
+      frame_(new TFrameHtml),
+      text_(MakeTextView(u"Text"_s)),
+      picture_(new PictureView),
+      text_file_(MakeTextView(u"TextPlus"_s)),
+      video_(new QPushButton(u"Video abspielen"_s)) {
+  setDocumentMode(true);
+  tabBar()->setFocusPolicy(Qt::TabFocus);
+  frame_->setObjectName(u"FrameHtml"_s);
+  frame_->setFocusPolicy(Qt::NoFocus);
+  frame_->setFrameShape(QFrame::NoFrame);
+  picture_->setObjectName(u"Grafik"_s);
+  video_->setObjectName(u"ButtonVideo"_s);
+  video_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+  AddPage(u"Text"_s, text_);
+  AddPage(u"Grafik"_s, picture_);
+  AddPage(u"Text +"_s, text_file_);
+  AddPage(u"Video"_s, video_);
+  AddPage(u"HTML"_s, frame_);
+  ConnectFrame();
+}
+
+void CardPages::AddPage(const QString& title, QWidget* content) {
+  auto* page = new PaperPage(content);
+  pages_[static_cast<size_t>(count())] = page;
+  addTab(page, title);
+}
+
+void CardPages::ConnectFrame() {
+  connect(frame_, &TFrameHtml::LinkClicked, this, &CardPages::LinkClicked);
+  connect(frame_, &TFrameHtml::SoundWanted, this, &CardPages::SoundWanted);
+  connect(frame_, &TFrameHtml::VideoClicked, this, &CardPages::VideoWanted);
+  // Later, because a message box must not open in the middle of painting.
+  connect(frame_, &TFrameHtml::DrawingFailed, this, &CardPages::DrawingFailed, Qt::QueuedConnection);
+  connect(video_, &QPushButton::clicked, this, [this] { Q_EMIT VideoWanted(video_path_); });
+}
+
+void CardPages::SetMediaFolders(const MediaFolders& folders) {
+  folders_ = folders;
+  frame_->SetMediaFolders(folders);
+}
+
+void CardPages::SetLinkColours(std::function<ColourClass(int64_t card_id)> colours) {
+  frame_->SetLinkColours(std::move(colours));
+}
+
+void CardPages::ShowSide(std::string_view side, const SideLook& look) {
+  Dress(look);
+  frame_->ShowSide(side, look);
+  text_->setPlainText(FromBytes(PlainText(side)));
+  ShowPages(side);
+  bool first = false;
+  if (const auto sound = NamedFile(side, MediaKind::Sound, first)) Q_EMIT SoundWanted(PathText(*sound));
+}
+
+void CardPages::Dress(const SideLook& look) {
+  for (PaperPage* page : pages_) page->SetPaper(look.paper);
+  for (QPlainTextEdit* view : {text_, text_file_}) {
+    QPalette colours = view->palette();
+    colours.setColor(QPalette::Base, look.paper);
+    colours.setColor(QPalette::Text, look.text);
+    view->setPalette(colours);
+    view->setFont(look.font);
+  }
+}
+
+std::optional<std::filesystem::path> CardPages::NamedFile(std::string_view side, MediaKind kind, bool& first) const {
+  const std::optional<MediaDirective> directive = FindDirective(side, kind);
+  if (!directive) return std::nullopt;
+  first = !directive->text_first;
+  return FindMedia(RealDisk(), folders_, directive->name);
+}
+
+void CardPages::ShowPages(std::string_view side) {
+  Page front = kHypertext;
+  bool any = false;
+  const auto offer = [&](Page page, bool shown, bool first) {
+    setTabVisible(page, shown);
+    any = any || shown;
+    if (shown && first && front == kHypertext) front = page;
+  };
+  bool first = false;
+  const auto picture = NamedFile(side, MediaKind::Picture, first);
+  offer(kPicture, picture && ShowPicture(*picture), first);
+  const auto video = NamedFile(side, MediaKind::Video, first);
+  video_path_ = video ? PathText(*video) : QString();
+  offer(kVideo, video.has_value(), first);
+  const auto text = NamedFile(side, MediaKind::Text, first);
+  offer(kTextFile, text && ShowTextFile(*text), first);
+  setTabVisible(kText, any);
+  setCurrentIndex(front);
+  tabBar()->setVisible(any);
+}
+
+bool CardPages::ShowPicture(const std::filesystem::path& path) {
+  QImageReader reader(PathText(path));
+  reader.setAutoTransform(true);
+  const QSize size = reader.size();
+  if (size.width() > kLargestPictureSide || size.height() > kLargestPictureSide) {
+    reader.setScaledSize(size.scaled(kLargestPictureSide, kLargestPictureSide, Qt::KeepAspectRatio));
+  }
+  const QImage image = reader.read();
+  if (image.isNull()) Q_EMIT PictureFailed();
+  picture_->SetPicture(QPixmap::fromImage(image));
+  return !image.isNull();
+}
+
+bool CardPages::ShowTextFile(const std::filesystem::path& path) {
+  const std::optional<std::string> bytes = ReadFile(RealDisk(), path);
+  if (bytes) text_file_->setPlainText(FromBytes(*bytes));
+  return bytes.has_value();
+}
+
+void CardPages::ScrollBy(int heights) {
+  auto* area = currentWidget() == nullptr ? nullptr : currentWidget()->findChild<QAbstractScrollArea*>();
+  if (area == nullptr) return;
+  QScrollBar* bar = area->verticalScrollBar();
+  bar->setValue(bar->value() + heights * bar->pageStep());
+}
+
+int CardPages::PaperWidth(const QFont& font) {
+  return QFontMetrics(font).averageCharWidth() * kLettersInLine + kPaperMargins.left() + kPaperMargins.right();
+}
+
+}  // namespace tessaro

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QTabWidget>
+#include <array>
+#include <functional>
+#include <optional>
+#include <string_view>
+
+#include "hypertext/htmlview.h"
+#include "hypertext/media.h"
+
+class QPlainTextEdit;
+class QPushButton;
+
+namespace tessaro {
+
+class PaperPage;
+class PictureView;
+
+// The card side on screen: as hypertext on its paper, and on further pages what the side names to be shown with it: a
+// picture, a text file, a video; then also the bare text of the side. Pages that the side has no use for are left out,
+// and with them the tabs.
+class CardPages : public QTabWidget {
+  Q_OBJECT
+
+ public:
+  explicit CardPages(QWidget* parent = nullptr);
+
+  void SetMediaFolders(const MediaFolders& folders);
+  void SetLinkColours(std::function<ColourClass(int64_t card_id)> colours);
+  // Shows a side from its top, on the page that is to be seen first, and asks for its sounds.
+  void ShowSide(std::string_view side, const SideLook& look);
+  // Scrolls the page in front by so many heights of it.
+  void ScrollBy(int heights);
+  // How wide the pages need to be for lines of about 75 letters.
+  static int PaperWidth(const QFont& font);
+
+ Q_SIGNALS:
+  void LinkClicked(int card_id);
+  void SoundWanted(const QString& path);
+  void VideoWanted(const QString& path);
+  void PictureFailed();
+  void DrawingFailed();
+
+ private:
+  enum Page { kText, kPicture, kTextFile, kVideo, kHypertext, kPageCount };
+
+  void AddPage(const QString& title, QWidget* content);
+  void ConnectFrame();
+  // The file that a directive of the side names; `first` becomes true when it wants to be seen before the card's text.
+  std::optional<std::filesystem::path> NamedFile(std::string_view side, MediaKind kind, bool& first) const;
+  bool ShowPicture(const std::filesystem::path& path);
+  bool ShowTextFile(const std::filesystem::path& path);
+  void ShowPages(std::string_view side);
+  void Dress(const SideLook& look);
+
+  MediaFolders folders_;
+  std::array<PaperPage*, kPageCount> pages_{};
+  TFrameHtml* frame_ = nullptr;
+  QPlainTextEdit* text_ = nullptr;
+  PictureView* picture_ = nullptr;
+  QPlainTextEdit* text_file_ = nullptr;
+  QPushButton* video_ = nullptr;
+  QString video_path_;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,264 @@
+#include "learn/wnlern.h"
+
+#include <QActionGroup>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <algorithm>
+
+#include "learn/lern_texts.h"
+#include "learn/link_state.h"
+#include "learn/shortcut_code.h"
+#include "learn/side_look.h"
+#include "learn/wnlern_look.h"
+#include "platform/qt/window_place.h"
+#include "ui_wnlern.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+constexpr int kTimerMilliseconds = 100;
+constexpr std::string_view kPlaceSuffix = "L";
+constexpr std::string_view kShowSection = "SHOW";
+
+}  // namespace
+
+TF_wnlern::TF_wnlern(CardFile& file, ProgramSettings& settings, const Clock& clock, Random& random, Messages& messages,
+                     QWidget* parent)
+    : QMainWindow(parent),
+      file_(file),
+      settings_(settings),
+      clock_(clock),
+      random_(random),
+      messages_(messages),
+      ui_(std::make_unique<Ui::TF_wnlern>()) {
+  ui_->setupUi(this);
+  ConnectAnswers();
+  ConnectNavigation();
+  ConnectMethods();
+  ConnectView();
+  ConnectNotice();
+  DressControls(*ui_, *this);
+  timer_.setInterval(kTimerMilliseconds);
+  connect(&timer_, &QTimer::timeout, this, &TF_wnlern::TimerLernTimer);
+}
+
+TF_wnlern::~TF_wnlern() = default;
+
+void TF_wnlern::ConnectAnswers() {
+  connect(ui_->BtHand, &QAbstractButton::clicked, this, &TF_wnlern::BtHandClick);
+  connect(ui_->BtWeissIch, &QAbstractButton::clicked, this, &TF_wnlern::Weiss_ichExecute);
+  connect(ui_->BtLerneIch, &QAbstractButton::clicked, this, &TF_wnlern::Lerne_ichExecute);
+  connect(ui_->MDrehen, &QAction::triggered, this, &TF_wnlern::BtHandClick);
+  connect(ui_->MKarteDrehen, &QAction::triggered, this, &TF_wnlern::BtHandClick);
+  connect(ui_->Weiss_ich, &QAction::triggered, this, &TF_wnlern::Weiss_ichExecute);
+  connect(ui_->Lerne_ich, &QAction::triggered, this, &TF_wnlern::Lerne_ichExecute);
+  // A key that is held down must not run through the cards.
+  for (QAction* action : {ui_->MKarteDrehen, ui_->Weiss_ich, ui_->Lerne_ich, ui_->MUndo}) action->setAutoRepeat(false);
+  const auto connect_days = [this](QToolButton* button, QAction* action, int days) {
+    connect(button, &QAbstractButton::clicked, this, [this, days] { SpeedButtonTageClick(days); });
+    connect(action, &QAction::triggered, this, [this, days] { SpeedButtonTageClick(days); });
+  };
+  connect_days(ui_->SpeedButtonTage1, ui_->MTage1, 1);
+  connect_days(ui_->SpeedButtonTage3, ui_->MTage3, 3);
+  connect_days(ui_->SpeedButtonTage7, ui_->MTage7, 7);
+  connect_days(ui_->SpeedButtonTage14, ui_->MTage14, 14);
+  connect_days(ui_->SpeedButtonTage30, ui_->MTage30, 30);
+  connect_days(ui_->SpeedButtonTage60, ui_->MTage60, 60);
+  connect_days(ui_->SpeedButton100, ui_->M100, 100);
+  connect_days(ui_->SpeedButtonTage365, ui_->MTage365, 365);
+}
+
+void TF_wnlern::ConnectNavigation() {
+  const auto tie = [this](QToolButton* button, QAction* action, void (TF_wnlern::*handler)()) {
+    connect(button, &QAbstractButton::clicked, this, handler);
+    connect(action, &QAction::triggered, this, handler);
+  };
+  tie(ui_->SpeedButtonUndo, ui_->MUndo, &TF_wnlern::SpeedButtonUndoClick);
+  tie(ui_->SpeedButtonHome, ui_->MHome, &TF_wnlern::SpeedButtonHomeClick);
+  tie(ui_->SpeedButtonBack, ui_->MBack, &TF_wnlern::SpeedButtonBackClick);
+  tie(ui_->SpeedButtonVis, ui_->MVis, &TF_wnlern::SpeedButtonVisClick);
+  connect(ui_->PageControlAnz, &CardPages::LinkClicked, this, &TF_wnlern::LinkClick);
+  connect(ui_->PageControlAnz, &CardPages::SoundWanted, this, &TF_wnlern::SoundWanted);
+  connect(ui_->PageControlAnz, &CardPages::VideoWanted, this, &TF_wnlern::VideoWanted);
+  connect(ui_->PageControlAnz, &CardPages::PictureFailed, this, [this] { messages_.Error(this, PictureFailedText()); });
+  connect(ui_->PageControlAnz, &CardPages::DrawingFailed, this, [this] { messages_.Error(this, DrawingFailedText()); });
+}
+
+void TF_wnlern::ConnectMethods() {
+  auto* methods = new QActionGroup(this);
+  methods->addAction(ui_->MAutoStandard);
+  methods->addAction(ui_->MAutoReihe);
+  connect(ui_->MAutoStandard, &QAction::triggered, this, [this] { MethodClick(Method::Standard); });
+  connect(ui_->MAutoReihe, &QAction::triggered, this, [this] { MethodClick(Method::RowOrder); });
+  ui_->ButtonMethode->addActions(methods->actions());
+  ui_->ButtonMethode->setPopupMode(QToolButton::InstantPopup);
+  connect(ui_->MReiheAnfang, &QAction::triggered, this,
+          [this] { Do([](LearningRun& run) { run.RestartRowOrder(); }); });
+  connect(ui_->MNeueKarten, &QAction::triggered, this, &TF_wnlern::MNeueKartenClick);
+  connect(ui_->MZeitsperre, &QAction::triggered, this, &TF_wnlern::SpeedButtonSperreClick);
+  connect(ui_->SpeedButtonSperre, &QAbstractButton::clicked, this, &TF_wnlern::SpeedButtonSperreClick);
+}
+
+void TF_wnlern::ConnectView() {
+  auto* places = new QActionGroup(this);
+  places->addAction(ui_->MAnsichtOben);
+  places->addAction(ui_->MAnsichtUnten);
+  connect(ui_->MAnsichtOben, &QAction::triggered, this, [this] { MAnsichtClick(false); });
+  connect(ui_->MAnsichtUnten, &QAction::triggered, this, [this] { MAnsichtClick(true); });
+  connect(ui_->MAnzeigen, &QAction::triggered, this, &TF_wnlern::MAnzeigenClick);
+  connect(ui_->MInvers, &QAction::triggered, this, &TF_wnlern::SpeedButtonInversClick);
+  connect(ui_->SpeedButtonInversEin, &QAbstractButton::clicked, this, [this] { SpeedButtonInversClick(false); });
+  connect(ui_->SpeedButtonInversAus, &QAbstractButton::clicked, this, [this] { SpeedButtonInversClick(true); });
+  connect(ui_->MTausch, &QAction::triggered, this, &TF_wnlern::SpeedButtonTauschClick);
+  connect(ui_->SpeedButtonTausch, &QAbstractButton::clicked, this, &TF_wnlern::SpeedButtonTauschClick);
+  connect(ui_->MKopieren, &QAction::triggered, this, &TF_wnlern::MKopierenClick);
+  connect(ui_->MSpeichern, &QAction::triggered, this, &TF_wnlern::MSpeichernClick);
+  connect(ui_->MClose, &QAction::triggered, this, &TF_wnlern::close);
+}
+
+void TF_wnlern::ConnectNotice() {
+  connect(ui_->ButtonNeuerLauf, &QAbstractButton::clicked, this, &TF_wnlern::StartRun);
+  connect(ui_->ButtonOhneSperre, &QAbstractButton::clicked, this, [this] { SpeedButtonSperreClick(false); });
+  connect(ui_->ButtonHinweisEnde, &QAbstractButton::clicked, this, &TF_wnlern::close);
+}
+
+void TF_wnlern::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  if (!event->spontaneous() && run_ == nullptr) FormShow();
+}
+
+void TF_wnlern::closeEvent(QCloseEvent* event) {
+  // A message box of the running command is open: it has to be answered first.
+  if (in_command_) {
+    event->ignore();
+    return;
+  }
+  QMainWindow::closeEvent(event);
+  if (run_ != nullptr) FormClose();
+}
+
+void TF_wnlern::FormShow() {
+  RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  ReadOptions();
+  ReadShortcuts();
+  ReadLooks();
+  start_milliseconds_ = clock_.Milliseconds();
+  timer_.start();
+  StartRun();
+}
+
+void TF_wnlern::FormClose() {
+  timer_.stop();
+  KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  settings_.ini.SetInt("rowlearn", "checked", ui_->MAutoReihe->isChecked() ? 1 : 0);
+  run_->KeepPositions();
+  run_.reset();
+  Q_EMIT Closed();
+}
+
+void TF_wnlern::StartRun() {
+  run_ = std::make_unique<LearningRun>(file_, settings_.ini, clock_, random_, static_cast<LearningView&>(*this));
+  Do([this](LearningRun& run) {
+    run.SetMethod(ui_->MAutoReihe->isChecked() ? Method::RowOrder : Method::Standard);
+    run.SetNoNewCards(ui_->MNeueKarten->isChecked());
+    run.SetTimeLock(ui_->MZeitsperre->isChecked());
+    run.SetInverse(ui_->MInvers->isChecked());
+    run.SetSwapped(ui_->MTausch->isChecked());
+    run.Start();
+  });
+}
+
+void TF_wnlern::ReadOptions() {
+  const auto checked = [this](std::string_view section) { return settings_.ini.GetInt(section, "checked", 0) != 0; };
+  (checked("rowlearn") ? ui_->MAutoReihe : ui_->MAutoStandard)->setChecked(true);
+  ui_->MNeueKarten->setChecked(checked("newcards"));
+  const bool below = settings_.ini.GetInt(kShowSection, "Align", 0) != 0;
+  (below ? ui_->MAnsichtUnten : ui_->MAnsichtOben)->setChecked(true);
+  PlaceControlBar(*ui_, below);
+  ui_->MAnzeigen->setChecked(settings_.ini.GetInt(kShowSection, "Figures", 1) != 0);
+  FitControls(*ui_, width());
+}
+
+void TF_wnlern::ReadShortcuts() {
+  struct Shortcut {
+    std::string_view key;
+    QAction* action;
+    QKeyCombination standard;
+  };
+  const std::array<Shortcut, 5> shortcuts = {{{"turn", ui_->MKarteDrehen, Qt::Key_Backspace},
+                                              {"know", ui_->Weiss_ich, Qt::Key_Return},
+                                              {"learn", ui_->Lerne_ich, Qt::Key_Delete},
+                                              {"back", ui_->MBack, Qt::Key_End},
+                                              {"home", ui_->MHome, Qt::Key_Home}}};
+  // Two commands with the same key: the first one has it. Qt would run neither.
+  QList<QKeySequence> taken;
+  for (const Shortcut& shortcut : shortcuts) {
+    const int64_t code = settings_.ini.GetInt("LShortCuts", shortcut.key, 0);
+    const QKeyCombination key = KeyFromShortcutCode(code).value_or(shortcut.standard);
+    QList<QKeySequence> keys = {QKeySequence(key)};
+    if (key.key() == Qt::Key_Return) keys += QKeySequence(QKeyCombination(key.keyboardModifiers(), Qt::Key_Enter));
+    if (taken.contains(keys.front())) keys.clear();
+    taken += keys;
+    shortcut.action->setShortcuts(keys);
+  }
+  for (QAction* action : {ui_->MUndo, ui_->MSpeichern, ui_->MKopieren}) {
+    if (taken.contains(action->shortcut())) action->setShortcut({});
+  }
+  const auto key_text = [](const QAction* action) {
+    const QKeySequence key = action->shortcut();
+    return key.isEmpty() ? QString() : KeyName(key[0]);
+  };
+  ui_->BtHand->SetKeyText(key_text(ui_->MKarteDrehen));
+  ui_->BtWeissIch->SetKeyText(key_text(ui_->Weiss_ich));
+  ui_->BtLerneIch->SetKeyText(key_text(ui_->Lerne_ich));
+}
+
+void TF_wnlern::ReadLooks() {
+  looks_ = {ReadSideLook(file_.settings(), SideName::Front), ReadSideLook(file_.settings(), SideName::Back)};
+  const int paper = std::max(CardPages::PaperWidth(looks_[0].font), CardPages::PaperWidth(looks_[1].font));
+  ui_->Kartenspalte->setMaximumWidth(std::max(paper, ui_->AntwortzeileLayout->sizeHint().width()));
+  const std::filesystem::path folder = file_.paths().cards.parent_path();
+  ui_->PageControlAnz->SetMediaFolders({folder, folder / "Medien"});
+  parameters_ = ReadParameters(settings_.ini);
+  ui_->PageControlAnz->SetLinkColours([this](int64_t id) {
+    switch (LinkStateOf(file_, id, parameters_, clock_.Now())) {
+      case LinkState::KnownNotDue:
+        return 1;
+      case LinkState::DueOrWrong:
+        return 2;
+      case LinkState::NeverLearned:
+        return 3;
+    }
+    return 3;
+  });
+}
+
+void TF_wnlern::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  FitControls(*ui_, width());
+}
+
+void TF_wnlern::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange && event->type() != QEvent::FontChange) return;
+  DressControls(*ui_, *this);
+  FitControls(*ui_, width());
+}
+
+// The buttons have the focus; a long card is read with the keys for pages all the same.
+void TF_wnlern::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_PageDown || event->key() == Qt::Key_PageUp) {
+    ui_->PageControlAnz->ScrollBy(event->key() == Qt::Key_PageDown ? 1 : -1);
+    return;
+  }
+  QMainWindow::keyPressEvent(event);
+}
+
+void TF_wnlern::TimerLernTimer() {
+  const QString time = StopwatchText((clock_.Milliseconds() - start_milliseconds_) / 1000);
+  if (ui_->DisplayUebungszeit->text() != time) ui_->DisplayUebungszeit->setText(time);
+}
+
+}  // namespace tessaro

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QTimer>
+#include <array>
+#include <functional>
+#include <memory>
+
+#include "hypertext/htmlview.h"
+#include "learn/learning_run.h"
+#include "platform/qt/messages.h"
+#include "store/card_file.h"
+#include "store/program_settings.h"
+
+namespace Ui {
+class TF_wnlern;
+}
+
+namespace tessaro {
+
+// The learning window: one run of learning over the open card file, from showing the window to closing it. It shows the
+// card and takes the answers; what they mean and which card comes next is the run's business.
+class TF_wnlern : public QMainWindow, private LearningView {
+  Q_OBJECT
+
+ public:
+  // All but `parent` must outlive the window. Options are read from and kept in `settings`, in memory.
+  TF_wnlern(CardFile& file, ProgramSettings& settings, const Clock& clock, Random& random, Messages& messages,
+            QWidget* parent = nullptr);
+  ~TF_wnlern() override;
+
+ Q_SIGNALS:
+  // The window was closed, its settings and the positions of the run are kept in memory.
+  void Closed();
+  // The user wants the card file saved; the run goes on.
+  void SaveWanted();
+  // A sound or video that the card names is to be played.
+  void SoundWanted(const QString& path);
+  void VideoWanted(const QString& path);
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  // What the strip above the card says.
+  enum class Notice { None, ClockWentBack, NothingDue, EndOfFile, NoCards };
+
+  void Refresh() override;
+  void Tell(RunMessage message, int number) override;
+  void ChooseMethod() override;
+  void EndRun() override;
+
+  void ConnectAnswers();
+  void ConnectNavigation();
+  void ConnectMethods();
+  void ConnectView();
+  void ConnectNotice();
+
+  void FormShow();
+  void FormClose();
+  void StartRun();
+  void TimerLernTimer();
+
+  // Everything that the user does to the run goes through here: one command at a time, faults caught, the window
+  // brought up to date afterwards.
+  void Do(const std::function<void(LearningRun&)>& command);
+  void BtHandClick();
+  void Weiss_ichExecute();
+  void Lerne_ichExecute();
+  void SpeedButtonTageClick(int days);
+  void SpeedButtonUndoClick();
+  void SpeedButtonHomeClick();
+  void SpeedButtonBackClick();
+  void SpeedButtonVisClick();
+  void SpeedButtonInversClick(bool on);
+  void SpeedButtonTauschClick(bool on);
+  void SpeedButtonSperreClick(bool on);
+  void MethodClick(Method method);
+  void MNeueKartenClick(bool on);
+  void MKopierenClick();
+  void MSpeichernClick();
+  void MAnsichtClick(bool below);
+  void MAnzeigenClick(bool on);
+  void LinkClick(int card_id);
+
+  void ReadOptions();
+  void ReadShortcuts();
+  void ReadLooks();
+
+  void ShowAll();
+  void ShowCard();
+  void ShowCaption();
+  void ShowFigures();
+  void ShowControls();
+  void ShowNotice();
+  void FocusNextStep();
+
+  CardFile& file_;
+  ProgramSettings& settings_;
+  const Clock& clock_;
+  Random& random_;
+  Messages& messages_;
+  std::unique_ptr<Ui::TF_wnlern> ui_;
+  std::unique_ptr<LearningRun> run_;
+  LearningParameters parameters_;
+  std::array<SideLook, 2> looks_;  // front and back
+  QTimer timer_;
+  int64_t start_milliseconds_ = 0;
+  bool in_command_ = false;
+  bool card_changed_ = false;
+  Notice notice_ = Notice::None;
+};
+
+}  // namespace tessaro

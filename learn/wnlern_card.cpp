@@ -1,0 +1,234 @@
+// The commands of the learning window and what it shows after each of them.
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QScopedValueRollback>
+
+#include "hypertext/plain_text.h"
+#include "learn/due_rule.h"
+#include "learn/lern_texts.h"
+#include "learn/wnlern.h"
+#include "learn/wnlern_look.h"
+#include "platform/qt/icons.h"
+#include "platform/qt/text.h"
+#include "ui_wnlern.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+
+void TF_wnlern::Refresh() {
+  card_changed_ = true;
+}
+
+// The box opens in the middle of the step, while the card that it is about is still on screen.
+void TF_wnlern::Tell(RunMessage message, int number) {
+  if (message == RunMessage::StandardExhausted) notice_ = Notice::NothingDue;
+  if (message == RunMessage::EndOfFile) notice_ = Notice::EndOfFile;
+  const QString text = MessageText(message, number);
+  IsFault(message) ? messages_.Error(this, text) : messages_.Information(this, text);
+}
+
+// The box method has no window here: the standard method goes on.
+void TF_wnlern::ChooseMethod() {
+  ui_->MAutoStandard->setChecked(true);
+}
+
+void TF_wnlern::EndRun() {
+  notice_ = Notice::ClockWentBack;
+}
+
+void TF_wnlern::Do(const std::function<void(LearningRun&)>& command) {
+  if (run_ == nullptr || in_command_) return;
+  const QScopedValueRollback<bool> in_command(in_command_, true);
+  notice_ = Notice::None;
+  card_changed_ = false;
+  try {
+    command(*run_);
+    ShowAll();
+  } catch (...) {
+    messages_.Error(this, AnswerFailedText());
+  }
+}
+
+void TF_wnlern::BtHandClick() {
+  Do([](LearningRun& run) { run.Turn(); });
+}
+
+void TF_wnlern::Weiss_ichExecute() {
+  Do([](LearningRun& run) { run.Known(); });
+}
+
+void TF_wnlern::Lerne_ichExecute() {
+  Do([](LearningRun& run) { run.NotKnown(); });
+}
+
+void TF_wnlern::SpeedButtonTageClick(int days) {
+  Do([days](LearningRun& run) { run.KnownForDays(days); });
+}
+
+void TF_wnlern::SpeedButtonUndoClick() {
+  Do([](LearningRun& run) { run.Undo(); });
+}
+
+void TF_wnlern::SpeedButtonHomeClick() {
+  Do([](LearningRun& run) { run.GoHome(); });
+}
+
+void TF_wnlern::SpeedButtonBackClick() {
+  Do([](LearningRun& run) { run.GoBack(); });
+}
+
+void TF_wnlern::SpeedButtonVisClick() {
+  Do([](LearningRun& run) { run.GoOverview(); });
+}
+
+void TF_wnlern::LinkClick(int card_id) {
+  Do([card_id](LearningRun& run) { run.FollowLink(card_id); });
+}
+
+void TF_wnlern::SpeedButtonInversClick(bool on) {
+  Do([on](LearningRun& run) { run.SetInverse(on); });
+}
+
+void TF_wnlern::SpeedButtonTauschClick(bool on) {
+  Do([on](LearningRun& run) { run.SetSwapped(on); });
+}
+
+void TF_wnlern::SpeedButtonSperreClick(bool on) {
+  Do([on](LearningRun& run) { run.SetTimeLock(on); });
+  // With the lock on nothing was due; without it there may be a card now.
+  if (run_ != nullptr && run_->card().row == 0) StartRun();
+}
+
+void TF_wnlern::MethodClick(Method method) {
+  Do([method](LearningRun& run) { run.SetMethod(method); });
+}
+
+void TF_wnlern::MNeueKartenClick(bool on) {
+  Do([on](LearningRun& run) { run.SetNoNewCards(on); });
+  settings_.ini.SetInt("newcards", "checked", on ? 1 : 0);
+}
+
+void TF_wnlern::MKopierenClick() {
+  if (run_ != nullptr) QGuiApplication::clipboard()->setText(FromBytes(PlainText(run_->side_text())));
+}
+
+void TF_wnlern::MSpeichernClick() {
+  if (run_ != nullptr) run_->KeepPositions();
+  Q_EMIT SaveWanted();
+}
+
+void TF_wnlern::MAnsichtClick(bool below) {
+  PlaceControlBar(*ui_, below);
+  settings_.ini.SetInt("SHOW", "Align", below ? 1 : 0);
+}
+
+void TF_wnlern::MAnzeigenClick(bool on) {
+  settings_.ini.SetInt("SHOW", "Figures", on ? 1 : 0);
+  FitControls(*ui_, width());
+}
+
+void TF_wnlern::ShowAll() {
+  if (run_->card().row == 0 && notice_ == Notice::None) notice_ = Notice::NoCards;
+  if (card_changed_) ShowCard();
+  ShowCaption();
+  ShowFigures();
+  ShowControls();
+  ShowNotice();
+  FitControls(*ui_, width());
+}
+
+void TF_wnlern::ShowCard() {
+  const bool question = run_->question_shown();
+  ui_->PageControlAnz->ShowSide(run_->side_text(), looks_[question ? 0 : 1]);
+}
+
+void TF_wnlern::ShowCaption() {
+  const ShownCard& card = run_->card();
+  if (card.row == 0) {
+    setWindowTitle(StageText(RunStage::None));
+    ui_->LabelSeite->clear();
+    return;
+  }
+  const CardSide side = run_->first_side_shown() ? CardSide::Question : CardSide::Answer;
+  const int position = card.row - kFirstCardRow + 1;
+  setWindowTitle(CaptionText(side, run_->inverse(), card.navigation, position));
+  ui_->LabelSeite->setText(SideText(side, run_->inverse(), card.navigation));
+}
+
+void TF_wnlern::ShowFigures() {
+  const ShownCard& card = run_->card();
+  const RunFigures& figures = run_->figures();
+  ui_->DisplayStatus->setText(StatusText(card.status, figures.check_count));
+  ui_->DisplayBeh->setText(card.newest_known ? DurationText(card.score) : u"0"_s);
+  ui_->DisplayZuletzt->setText(card.last_answer > 0 ? DurationText(clock_.Now() - card.last_answer) : u"–"_s);
+  ui_->DisplayKarteifach->setText(QString::number(figures.width));
+  ui_->DisplayFachErweiterung->setText(figures.widened ? u">>"_s : QString());
+  ui_->DisplayZufallswahl->setText(QString::number(figures.drawn_position));
+  ui_->LabelPos->setText(QString::number(figures.drawn_position));
+  ui_->DisplayAnzGewNull->setText(QString::number(figures.unknown_count));
+  ui_->Edit1->setText(QString::number(figures.unknown_count));
+  ui_->DisplayCheckAnzahl->setText(QString::number(figures.check_count));
+  ui_->DisplayJetztGeuebt->setText(QString::number(figures.presented));
+  ui_->LabelSteuerung->setText(StageText(run_->stage()));
+  TimerLernTimer();
+}
+
+void TF_wnlern::ShowControls() {
+  const bool card = run_->card().row != 0 && !run_->ended();
+  for (QWidget* control : std::initializer_list<QWidget*>{ui_->BtHand, ui_->BtLerneIch, ui_->BtWeissIch}) {
+    control->setEnabled(card);
+  }
+  ui_->Tageszeile->setEnabled(card);
+  ui_->SpeedButtonUndo->setEnabled(run_->CanUndo());
+  ui_->SpeedButtonUndo->setToolTip(run_->CanUndo() ? ui_->SpeedButtonUndo->accessibleName() : NothingToUndoHint());
+  ui_->MUndo->setEnabled(run_->CanUndo());
+  ui_->SpeedButtonInversEin->setVisible(run_->inverse());
+  ui_->SpeedButtonInversEin->setChecked(true);
+  ui_->SpeedButtonInversAus->setVisible(!run_->inverse());
+  ui_->MInvers->setChecked(run_->inverse());
+  ui_->SpeedButtonTausch->setChecked(run_->swapped());
+  ui_->MTausch->setChecked(run_->swapped());
+  ui_->SpeedButtonSperre->setChecked(run_->time_lock());
+  ui_->SpeedButtonSperre->setIcon(Icon(run_->time_lock() ? "lock" : "unlock"));
+  ui_->MZeitsperre->setChecked(run_->time_lock());
+  ui_->EditZeitsperre->setText(TimeLockText(run_->time_lock()));
+  ui_->ButtonMethode->setText(MethodText(run_->method()));
+  FocusNextStep();
+}
+
+// The button for what comes next has the focus, so that the space bar does it too.
+void TF_wnlern::FocusNextStep() {
+  const bool first = run_->first_side_shown();
+  ui_->BtHand->SetProminent(first);
+  ui_->BtLerneIch->SetProminent(!first);
+  ui_->BtWeissIch->SetProminent(!first);
+  if (card_changed_) (first ? ui_->BtHand : ui_->BtWeissIch)->setFocus();
+}
+
+void TF_wnlern::ShowNotice() {
+  QString text;
+  switch (notice_) {
+    case Notice::None:
+      break;
+    case Notice::ClockWentBack:
+      text = ClockWentBackNotice();
+      break;
+    case Notice::NothingDue:
+      text = NothingDueNotice(SecondsUntilNextDue(file_, parameters_, clock_.Now()));
+      break;
+    case Notice::EndOfFile:
+      text = EndOfFileNotice();
+      break;
+    case Notice::NoCards:
+      text = NoCardsNotice();
+      break;
+  }
+  ui_->LabelHinweis->setText(text);
+  ui_->ButtonNeuerLauf->setVisible(notice_ == Notice::ClockWentBack);
+  ui_->ButtonOhneSperre->setVisible(notice_ == Notice::NothingDue && run_->time_lock());
+  ui_->Hinweis->setVisible(notice_ != Notice::None);
+}
+
+}  // namespace tessaro

@@ -1,0 +1,137 @@
+#include "learn/wnlern_look.h"
+
+#include <QMainWindow>
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "learn/card_pages.h"
+#include "platform/qt/icons.h"
+#include "ui_wnlern.h"
+
+namespace tessaro {
+namespace {
+
+constexpr int kFoldWidth = 900;  // below this the figures beside the card are folded away
+constexpr float kQuiet = 0.7F;   // strength of captions against the text colour; keeps a contrast above 4.5
+constexpr qreal kSmallScale = 0.9;
+constexpr int kFigureLetters = 12;  // room for "1234:23:59:59"
+
+std::vector<QLabel*> Captions(Ui::TF_wnlern& ui) {
+  return {ui.LabelDisplayBeh,
+          ui.LabelDisplayZuletzt,
+          ui.LabelEinheit,
+          ui.LabelDisplayKarteifach,
+          ui.LabelDisplayZufallswahl,
+          ui.LabelDisplayAnzGewNull,
+          ui.LabelDisplayCheckAnzahl,
+          ui.LabelDisplayUebungszeit,
+          ui.LabelDisplayJetztGeuebt,
+          ui.LabelEdit1,
+          ui.LabelLabelPos,
+          ui.LabelSteuerung,
+          ui.LabelTage,
+          ui.LabelSeite};
+}
+
+void DressCaptions(Ui::TF_wnlern& ui, const QMainWindow& window) {
+  QPalette quiet = window.palette();
+  QColor colour = quiet.color(QPalette::WindowText);
+  colour.setAlphaF(kQuiet);
+  quiet.setColor(QPalette::WindowText, colour);
+  QFont small = window.font();
+  small.setPointSizeF(small.pointSizeF() * kSmallScale);
+  for (QLabel* caption : Captions(ui)) {
+    caption->setPalette(quiet);
+    caption->setFont(small);
+  }
+  QFont title = window.font();
+  title.setWeight(QFont::DemiBold);
+  for (QLabel* label : {ui.TitelBehaltenszeit, ui.TitelAuswahl, ui.LabelSeite}) label->setFont(title);
+}
+
+void DressButtons(Ui::TF_wnlern& ui) {
+  ui.BtHand->SetMeaning(std::nullopt, "turn");
+  ui.BtLerneIch->SetMeaning(Accent::NotKnown, "not-known");
+  ui.BtWeissIch->SetMeaning(Accent::Known, "known");
+  ui.SpeedButtonHome->setIcon(Icon("home"));
+  ui.SpeedButtonBack->setIcon(Icon("back"));
+  ui.SpeedButtonVis->setIcon(Icon("overview"));
+  ui.SpeedButtonUndo->setIcon(Icon("undo"));
+  ui.SpeedButtonInversEin->setIcon(Icon("inverse"));
+  ui.SpeedButtonInversAus->setIcon(Icon("inverse"));
+  ui.SpeedButtonTausch->setIcon(Icon("swap"));
+  ui.ButtonMethode->setIcon(Icon("learn"));
+}
+
+void DressMenus(Ui::TF_wnlern& ui) {
+  ui.MHome->setIcon(Icon("home"));
+  ui.MBack->setIcon(Icon("back"));
+  ui.MVis->setIcon(Icon("overview"));
+  ui.MSpeichern->setIcon(Icon("save"));
+  ui.MUndo->setIcon(Icon("undo"));
+  ui.MKarteDrehen->setIcon(Icon("turn"));
+  ui.MDrehen->setIcon(Icon("turn"));
+  ui.Weiss_ich->setIcon(Icon("known"));
+  ui.Lerne_ich->setIcon(Icon("not-known"));
+}
+
+int NeededWidth(const QWidget& row) {
+  return row.layout()->sizeHint().width();
+}
+
+// Words go before icons do: icons keep their hints.
+void FitControlBar(Ui::TF_wnlern& ui, int width) {
+  const std::initializer_list<QToolButton*> rare = {ui.SpeedButtonInversEin, ui.SpeedButtonInversAus,
+                                                    ui.SpeedButtonTausch};
+  const std::initializer_list<QToolButton*> navigation = {ui.SpeedButtonHome, ui.SpeedButtonBack, ui.SpeedButtonVis,
+                                                          ui.SpeedButtonUndo};
+  const auto set = [](std::initializer_list<QToolButton*> buttons, Qt::ToolButtonStyle style) {
+    for (QToolButton* button : buttons) button->setToolButtonStyle(style);
+  };
+  const auto fits = [&] { return NeededWidth(*ui.Steuerleiste) <= width; };
+  set(rare, Qt::ToolButtonTextBesideIcon);
+  set(navigation, Qt::ToolButtonTextBesideIcon);
+  set({ui.ButtonMethode}, Qt::ToolButtonTextBesideIcon);
+  ui.EditZeitsperre->show();
+  if (!fits()) set(rare, Qt::ToolButtonIconOnly);
+  if (!fits()) set(navigation, Qt::ToolButtonIconOnly);
+  if (!fits()) set({ui.ButtonMethode}, Qt::ToolButtonIconOnly);
+  if (!fits()) ui.EditZeitsperre->hide();
+}
+
+void FitFigures(Ui::TF_wnlern& ui, int width) {
+  const int card = ui.AntwortzeileLayout->minimumSize().width();
+  const int needed = card + ui.Anzeigen->sizeHint().width() + ui.InhaltLayout->spacing() * 3;
+  ui.Anzeigen->setVisible(ui.MAnzeigen->isChecked() && width >= std::max(kFoldWidth, needed));
+}
+
+}  // namespace
+
+void DressControls(Ui::TF_wnlern& ui, QMainWindow& window) {
+  DressCaptions(ui, window);
+  DressButtons(ui);
+  DressMenus(ui);
+  const int figure = window.fontMetrics().horizontalAdvance(QLatin1Char('0')) * kFigureLetters;
+  ui.DisplayBeh->setMinimumWidth(figure);
+  ui.DisplayKarteifach->setMinimumWidth(figure / 2);
+}
+
+void FitControls(Ui::TF_wnlern& ui, int width) {
+  FitFigures(ui, width);
+  FitControlBar(ui, width);
+  ui.LabelTage->show();
+  ui.LabelTage->setVisible(NeededWidth(*ui.Tageszeile) <= width - 32);
+  ui.LabelSteuerung->show();
+  ui.LabelSteuerung->setVisible(NeededWidth(*ui.Statuszeile) <= width);
+}
+
+void PlaceControlBar(Ui::TF_wnlern& ui, bool below) {
+  ui.MitteLayout->removeWidget(ui.Steuerleiste);
+  ui.MitteLayout->insertWidget(below ? 1 : 0, ui.Steuerleiste);
+}
+
+}  // namespace tessaro

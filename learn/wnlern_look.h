@@ -1,0 +1,19 @@
+#pragma once
+
+namespace Ui {
+class TF_wnlern;
+}
+class QMainWindow;
+
+namespace tessaro {
+
+// How the learning window's controls are dressed and fitted into its width. None of this knows about cards.
+
+// Icons, quiet captions and sizes, from the window's palette and font of the moment.
+void DressControls(Ui::TF_wnlern& ui, QMainWindow& window);
+// Folds away what has no room in this width: first the figures beside the card, then words beside icons.
+void FitControls(Ui::TF_wnlern& ui, int width);
+// Puts the control bar above or below the card.
+void PlaceControlBar(Ui::TF_wnlern& ui, bool below);
+
+}  // namespace tessaro
