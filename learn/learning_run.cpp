@@ -1,1 +1,209 @@
 #include "learn/learning_run.h"
+
+#include <utility>
+
+#include "learn/learning_run_state.h"
+
+namespace tessaro {
+namespace {
+
+constexpr int64_t kSecondsPerDay = 86400;
+
+}  // namespace
+
+LearningRun::LearningRun(CardFile& file, const IniFile& program_settings, const Clock& clock, Random& random,
+                         LearningView& view)
+    : state_(std::make_unique<State>(file, program_settings, clock, random, view)) {}
+
+LearningRun::~LearningRun() = default;
+
+void LearningRun::Start() {
+  state_->log.RecountUnknown();
+  ShowNext();
+}
+
+void LearningRun::KeepPositions() {
+  state_->file.settings().SetInt("CHK", "rpos", state_->checking.position());
+  state_->row_order.Keep(state_->file.settings());
+}
+
+void LearningRun::Known() {
+  state_->Answer(AnswerCode::Known);
+}
+
+void LearningRun::NotKnown() {
+  state_->Answer(AnswerCode::NotKnown);
+}
+
+void LearningRun::KnownForDays(int days) {
+  state_->log.SetMinRetention(days * kSecondsPerDay);
+  Known();
+  state_->log.SetMinRetention(0);
+}
+
+void LearningRun::Undo() {
+  if (ended()) return;
+  const int row = state_->log.Undo();
+  if (row != 0) state_->Step(AnswerCode::ShowAgain, Destination::Undone, row);
+}
+
+bool LearningRun::CanUndo() const {
+  return !ended() && state_->log.CanUndo();
+}
+
+void LearningRun::GoHome(AnswerCode code) {
+  if (!ended()) state_->Step(code, Destination::Home);
+}
+
+void LearningRun::GoBack(AnswerCode code) {
+  if (!ended()) state_->Step(code, Destination::Back);
+}
+
+void LearningRun::GoOverview(AnswerCode code) {
+  if (!ended()) state_->Step(code, Destination::Overview);
+}
+
+void LearningRun::FollowLink(int64_t id, AnswerCode code) {
+  if (ended()) return;
+  state_->back.Push(LeadingNumber(state_->run.cards.Id(card().row)));
+  state_->Step(code, Destination::Link, state_->file.RowOfId(id));
+}
+
+bool LearningRun::CanGoBack() const {
+  return !state_->back.Empty();
+}
+
+bool LearningRun::AsksBeforeLeaving() const {
+  return card().by_link && !card().navigation && !answered();
+}
+
+void LearningRun::SetAnswerWindowVisible(bool visible) {
+  state_->answer_window_visible = visible;
+}
+
+void LearningRun::Turn() {
+  state_->first_side = !state_->first_side;
+  state_->view.Refresh();
+}
+
+bool LearningRun::first_side_shown() const {
+  return state_->first_side;
+}
+
+bool LearningRun::question_shown() const {
+  const bool question_first = state_->inverse == state_->swapped;
+  return state_->first_side == question_first;
+}
+
+std::string_view LearningRun::side_text() const {
+  const CardReader& cards = state_->run.cards;
+  return question_shown() ? cards.Question(card().row) : cards.Answer(card().row);
+}
+
+void LearningRun::ShowNext() {
+  if (!ended()) state_->Step(AnswerCode::NoRating, Destination::Method);
+}
+
+void LearningRun::SetMethod(Method method) {
+  if (method == Method::Leitner && !state_->leitner.has_box()) return;
+  state_->leitner_on = method == Method::Leitner;
+  if (method != Method::Leitner) state_->run.row_order = method == Method::RowOrder;
+}
+
+Method LearningRun::method() const {
+  if (state_->leitner_on) return Method::Leitner;
+  return state_->run.row_order ? Method::RowOrder : Method::Standard;
+}
+
+void LearningRun::StartBox(LeitnerBox box) {
+  state_->leitner.Start(std::move(box));
+  SetMethod(Method::Leitner);
+}
+
+int LearningRun::box() const {
+  return state_->leitner.box();
+}
+
+void LearningRun::SetBoxLock(bool on) {
+  state_->box_lock = on;
+}
+
+bool LearningRun::box_lock() const {
+  return state_->box_lock;
+}
+
+void LearningRun::SetNoNewCards(bool on) {
+  state_->run.no_new_cards = on;
+}
+
+bool LearningRun::no_new_cards() const {
+  return state_->run.no_new_cards;
+}
+
+void LearningRun::SetTimeLock(bool on) {
+  state_->run.time_lock = on;
+  if (!on) state_->run.width = state_->parameters.max_width;
+}
+
+bool LearningRun::time_lock() const {
+  return state_->run.time_lock;
+}
+
+void LearningRun::SetInverse(bool on) {
+  state_->inverse = on;
+}
+
+bool LearningRun::inverse() const {
+  return state_->inverse;
+}
+
+void LearningRun::SetSwapped(bool on) {
+  state_->swapped = on;
+}
+
+bool LearningRun::swapped() const {
+  return state_->swapped;
+}
+
+void LearningRun::RestartRowOrder() {
+  state_->row_order.Restart(state_->file.settings());
+}
+
+void LearningRun::CardsChanged() {
+  state_->CardsChanged();
+}
+
+void LearningRun::SetRowObserver(RowObserver* observer) {
+  state_->writer.SetObserver(observer);
+}
+
+const LearningParameters& LearningRun::parameters() const {
+  return state_->parameters;
+}
+
+const AnswerStatistics* LearningRun::statistics() const {
+  const auto& statistics = state_->log.statistics();
+  return statistics ? &*statistics : nullptr;
+}
+
+const ShownCard& LearningRun::card() const {
+  return state_->card;
+}
+
+const RunFigures& LearningRun::figures() const {
+  return state_->run.figures;
+}
+
+RunStage LearningRun::stage() const {
+  return state_->run.stage;
+}
+
+bool LearningRun::answered() const {
+  return state_->answered;
+}
+
+bool LearningRun::ended() const {
+  return state_->ended;
+}
+
+}  // namespace tessaro

@@ -1,0 +1,89 @@
+#include "learn/answer_log.h"
+
+#include "learn/saturating.h"
+
+namespace tessaro {
+namespace {
+
+constexpr int64_t kLongestPause = 180;  // seconds; who takes longer was away
+constexpr int64_t kTimeWhenAway = 20;   // seconds counted then
+
+}  // namespace
+
+LogReport AnswerLog::Log(int row, Rating rating, CardMarks& marks, int64_t now) {
+  LogReport report;
+  if (previous_step_ && now < *previous_step_) {
+    report.result = LogResult::ClockWentBack;
+    return report;
+  }
+  previous_step_ = now;
+
+  const CardReader cards(file_);
+  if (rating == Rating::ShowAgain || cards.IsNavigation(row)) return report;
+  if (marks.early && rating == Rating::Known && cards.Score(row) > 0 && cards.NewestTime(row) > 0) {
+    marks.early = false;
+    return report;
+  }
+  const int64_t spent = TimeSpent(now);
+  if (rating == Rating::None || !cards.IsCardRow(row) || cards.HasEndMark(row)) return report;
+  WriteAnswer(row, rating == Rating::Known, marks.no_history, now, spent, report);
+  return report;
+}
+
+int64_t AnswerLog::TimeSpent(int64_t now) {
+  const int64_t pause = previous_answer_ ? SaturatingSubtract(now, *previous_answer_) : 0;
+  previous_answer_ = now;
+  return pause > kLongestPause ? kTimeWhenAway : pause;
+}
+
+void AnswerLog::WriteAnswer(int row, bool known, bool keep_history, int64_t now, int64_t spent, LogReport& report) {
+  const CardReader cards(file_);
+  AnswerContext context;
+  context.known = known;
+  context.now = now;
+  context.spent = spent;
+  context.min_retention = min_retention_;
+  context.keep_history = keep_history;
+  context.history = cards.History(row);
+  context.score = cards.Score(row);
+  context.time_learned = cards.TimeLearned(row);
+  context.unknown_count = unknown_count_;
+
+  AnswerOutcome outcome = ComputeAnswer(context);
+
+  writer_.Write(row, outcome.change);
+  last_ = LoggedAnswer{row, std::string(cards.Id(row)), keep_history, unknown_count_};
+  unknown_count_ = outcome.unknown_count;
+  ++answered_;
+  report.logged = true;
+  report.wiped = outcome.wiped;
+  if (outcome.times_out_of_order) {
+    report.result = LogResult::TimesOutOfOrder;
+    return;
+  }
+  UpdateIndex(row, outcome.score, report);
+  statistics_ = AnswerStatistics{row, outcome.history, std::move(outcome.forecast), outcome.score};
+}
+
+void AnswerLog::UpdateIndex(int row, int64_t score, LogReport& report) {
+  LearnIndex& index = file_.learn_index();
+  report.index_fault = index.RowOfCard(row) == 0;
+  index.Update(row, score);
+}
+
+bool AnswerLog::CanUndo() const {
+  return last_ && CardReader(file_).Id(last_->row) == last_->id;
+}
+
+int AnswerLog::Undo() {
+  if (!CanUndo()) return 0;
+  const int row = last_->row;
+  writer_.Write(row, ComputeUndo(CardReader(file_), row, last_->kept_history));
+  unknown_count_ = last_->unknown_count;
+  --answered_;
+  last_.reset();
+  statistics_.reset();
+  return row;
+}
+
+}  // namespace tessaro

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "learn/answer_rules.h"
+#include "learn/card_writer.h"
+
+namespace tessaro {
+
+// What the learner said about the card on screen, without how he said it.
+enum class Rating { NotKnown, Known, None, ShowAgain };
+
+// What the choice of a card notes about it.
+struct CardMarks {
+  bool early = false;       // known, and shown before it is due: a known answer leaves no trace
+  bool no_history = false;  // not shown for longer than the maximum time: an answer changes the score alone
+  bool expired = false;     // its retention time has run out
+};
+
+enum class LogResult {
+  Done = 0,
+  ClockWentBack = 123,  // earlier than at the step before: nothing was done, the run is over
+  TimesOutOfOrder = 125,
+};
+
+struct LogReport {
+  LogResult result = LogResult::Done;
+  bool logged = false;       // the card's history was written
+  bool wiped = false;        // the card's newest answer lay in the future
+  bool index_fault = false;  // the card had no row in the learning index
+};
+
+// The last answer as the single-card statistics show it. Without forecast: the answer was "not known".
+struct AnswerStatistics {
+  int row = 0;
+  AnswerHistory history;
+  std::optional<RetentionForecast> forecast;
+  int64_t score = 0;
+};
+
+// Logs the answers of one run into the cards and the learning index, keeps the figures that belong to it, and takes the
+// last answer back.
+class AnswerLog {
+ public:
+  AnswerLog(CardFile& file, CardWriter& writer) : file_(file), writer_(writer) {}
+
+  // Logs `rating` for the card in `row` (0: no card yet) at the time `now`, if the card and its marks let it.
+  LogReport Log(int row, Rating rating, CardMarks& marks, int64_t now);
+
+  // The least score of the next known answers, in seconds; 0 = none.
+  void SetMinRetention(int64_t seconds) { min_retention_ = seconds; }
+  bool CanUndo() const;
+  // Takes the last logged answer back and returns its card's row; 0 when there is nothing to undo.
+  int Undo();
+
+  // Cards whose score is 0, by the steps of this run. It can differ from the true number until the next recount.
+  int64_t unknown_count() const { return unknown_count_; }
+  void RecountUnknown() { unknown_count_ = writer_.UnknownCount(); }
+  int answered() const { return answered_; }
+  const std::optional<AnswerStatistics>& statistics() const { return statistics_; }
+
+ private:
+  struct LoggedAnswer {
+    int row;
+    std::string id;
+    bool kept_history;
+    int64_t unknown_count;  // before the answer
+  };
+
+  int64_t TimeSpent(int64_t now);
+  void WriteAnswer(int row, bool known, bool keep_history, int64_t now, int64_t spent, LogReport& report);
+  void UpdateIndex(int row, int64_t score, LogReport& report);
+
+  CardFile& file_;
+  CardWriter& writer_;
+  std::optional<int64_t> previous_step_;
+  std::optional<int64_t> previous_answer_;
+  int64_t min_retention_ = 0;
+  int64_t unknown_count_ = 0;
+  int answered_ = 0;
+  std::optional<LoggedAnswer> last_;
+  std::optional<AnswerStatistics> statistics_;
+};
+
+}  // namespace tessaro

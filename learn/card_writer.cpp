@@ -1,0 +1,40 @@
+#include "learn/card_writer.h"
+
+namespace tessaro {
+
+void CardWriter::Write(int row, const CardChange& change) {
+  const CardReader cards(file_);
+  const bool was_unknown = unknown_ && cards.IsUnknown(row);
+  const CardColumns& columns = file_.columns();
+  const auto put = [&](int column, const std::optional<std::string>& text) {
+    if (text) file_.cards().Poke(column, row, *text);
+  };
+  put(columns.topic, change.topic);
+  put(columns.yes_no_row, change.yes_no_row);
+  put(columns.time_row, change.time_row);
+  put(columns.score, change.score);
+  put(columns.time_learned, change.time_learned);
+
+  if (unknown_) *unknown_ += static_cast<int>(cards.IsUnknown(row)) - static_cast<int>(was_unknown);
+  file_.MarkChanged();
+  if (observer_ != nullptr) observer_->RowChanged(row);
+}
+
+int64_t CardWriter::UnknownCount() {
+  const CardReader cards(file_);
+  if (unknown_ && counted_rows_ == file_.cards().RowCount()) return *unknown_;
+  counted_rows_ = file_.cards().RowCount();
+  int64_t count = 0;
+  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) count += cards.IsUnknown(row) ? 1 : 0;
+  unknown_ = count;
+  return count;
+}
+
+std::string ScoreText(int64_t score) {
+  std::string digits = std::to_string(score);
+  constexpr size_t kWidth = 9;
+  if (digits.size() < kWidth) digits.insert(0, kWidth - digits.size(), '0');
+  return digits;
+}
+
+}  // namespace tessaro

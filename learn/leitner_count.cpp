@@ -1,0 +1,97 @@
+#include "learn/leitner_count.h"
+
+#include <algorithm>
+#include <string>
+
+namespace tessaro {
+namespace {
+
+constexpr std::string_view kSection = "Leitner";
+constexpr int64_t kNewCardsAtOnce = 10;
+constexpr int kProgressStep = 20;  // cards
+
+std::string LimitKey(size_t box_index) {
+  return "Fach" + std::to_string(box_index + 1);
+}
+
+// Cards of a box that are known move on to the next one, so a box may be learned only while the next has room.
+bool NextBoxHasRoom(size_t box_index, const BoxCounts& counts, const BoxLimits& limits) {
+  return limits.cards[box_index + 1] > counts.boxes[box_index + 1];
+}
+
+bool FirstBoxHasRoom(const BoxCounts& counts, const BoxLimits& limits) {
+  return limits.cards[0] > counts.boxes[0];
+}
+
+int64_t RaiseLevel(const CardReader& cards, int row, CardWriter& writer) {
+  const int64_t level = cards.Level(row);
+  const int64_t streak = Streak(cards.YesNoRow(row));
+  if (streak <= level) return level;
+  CardChange change;
+  change.topic = std::to_string(streak);
+  writer.Write(row, change);
+  return streak;
+}
+
+}  // namespace
+
+BoxLimits ReadBoxLimits(const IniFile& settings) {
+  BoxLimits limits;
+  for (size_t i = 0; i < limits.cards.size(); ++i) {
+    limits.cards[i] = settings.GetInt(kSection, LimitKey(i), limits.cards[i]);
+  }
+  return limits;
+}
+
+void WriteBoxLimits(const BoxLimits& limits, IniFile& settings) {
+  for (size_t i = 0; i < limits.cards.size(); ++i) settings.SetInt(kSection, LimitKey(i), limits.cards[i]);
+}
+
+void AllowAfterCount(const BoxCounts& counts, const BoxLimits& limits, BoxCommands& commands) {
+  commands.bring_new_cards = FirstBoxHasRoom(counts, limits);
+  for (size_t i = 0; i < kLimitedBoxes; ++i) {
+    const bool has_room = i + 1 == kLimitedBoxes || NextBoxHasRoom(i, counts, limits);
+    commands.learn[i] = has_room && counts.boxes[i] > 0;
+  }
+  if (counts.boxes[kBoxes - 1] > 0) commands.learn[kBoxes - 1] = true;
+}
+
+void AllowAfterLimitEdit(int box, const BoxCounts& counts, const BoxLimits& limits, BoxCommands& commands) {
+  if (box == 1) {
+    commands.bring_new_cards = FirstBoxHasRoom(counts, limits);
+    return;
+  }
+  const auto edited = static_cast<size_t>(box - 1);
+  commands.learn[edited - 1] = NextBoxHasRoom(edited - 1, counts, limits);
+  if (counts.boxes[edited] < 1) commands.learn[edited] = false;
+}
+
+int64_t BringNewCards(const BoxLimits& limits, BoxCounts& counts, BoxCommands& commands) {
+  int64_t brought = std::min(counts.fresh, kNewCardsAtOnce);
+  if (counts.boxes[0] + brought > limits.cards[0]) brought = limits.cards[0] - counts.boxes[0];
+  brought = std::max<int64_t>(brought, 0);
+  counts.fresh -= brought;
+  counts.boxes[0] += brought;
+  const int64_t quota = counts.boxes[0];
+  commands.learn[0] = quota > 0 && NextBoxHasRoom(0, counts, limits);
+  return quota;
+}
+
+BoxCounts CountBoxes(CardFile& file, CardWriter& writer, const std::function<void(const BoxCounts&)>& progress) {
+  const CardReader cards(file);
+  BoxCounts counts;
+  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
+    if (cards.Id(row).substr(0, 1) == "#") break;
+    if (progress && (row - kFirstCardRow) % kProgressStep == 0) progress(counts);
+    if (cards.IsNavigation(row)) continue;
+    const int64_t level = RaiseLevel(cards, row, writer);
+    if (level < 1) {
+      ++counts.fresh;
+    } else if (level <= kBoxes) {
+      ++counts.boxes[static_cast<size_t>(level - 1)];
+    }
+  }
+  return counts;
+}
+
+}  // namespace tessaro

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "learn/selection_method.h"
+
+namespace tessaro {
+
+// The cards in the order of their newest answer, the one answered longest ago first. Navigation cards are not in it.
+using BoxOrder = std::vector<int>;  // card table rows
+
+// The order at the time `now`. Among equal times it is that of the index builder's bisection; cards whose newest answer
+// is later than `now` stand last. Moves the progress bar; nothing when the table has a card row without an ID.
+std::optional<BoxOrder> BuildBoxOrder(const CardFile& file, int64_t now);
+
+// A box to be learned, as the selection of the method hands it to the run.
+struct LeitnerBox {
+  int box = 0;        // 1 ... 6
+  int64_t quota = 0;  // new cards to be taken first: the number shown for box 1, and 0 for the other boxes
+  BoxOrder order;
+};
+
+// The box method: new cards up to the quota, then the cards of the box, the one answered longest ago first. Gives no
+// card when the box is worked through.
+class LeitnerMethod : public SelectionMethod {
+ public:
+  // From the first card and the first place of the order on.
+  void Start(LeitnerBox box);
+  // Ends the box; nothing of it is kept.
+  void End() { box_ = {}; }
+  bool has_box() const { return box_.box != 0; }
+  int box() const { return box_.box; }
+
+  Choice Next(SelectionContext& run) override;
+  Choice Failed(SelectionContext& run) override;
+
+ private:
+  int NextNewCard(const SelectionContext& run);
+  int NextOfBox(const SelectionContext& run);
+
+  LeitnerBox box_;
+  int scan_row_ = kFirstCardRow;  // where the search for new cards goes on
+  size_t order_place_ = 0;        // the place of the order to look at next
+};
+
+}  // namespace tessaro
