@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace tessaro {
+
+// Names a row in its store, wherever it stands in the table.
+using RowHandle = uint32_t;
+
+// The rows of a table in their order. Stands in chunks: a row is found by number without walking, and a row put in or
+// taken out moves no more than one chunk. Indexes count from 0 and must exist.
+class RowOrder {
+ public:
+  int size() const { return size_; }
+  RowHandle At(int index) const;
+  void Append(RowHandle row);
+  // Puts the row before the one at `index`, which may be the end.
+  void Insert(int index, RowHandle row);
+  void Erase(int index);
+
+ private:
+  size_t ChunkOf(int index) const;
+  void Split(size_t chunk);
+  void MoveStarts(size_t first_chunk, int by);
+
+  std::vector<std::vector<RowHandle>> chunks_;
+  std::vector<int> starts_;  // per chunk the index of its first row
+  int size_ = 0;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "store/field_text.h"
+#include "store/row_order.h"
+#include "store/text_block.h"
+
+namespace tessaro {
+
+// The rows of a table without their order. A loaded row is a short record of where its fields lie in the block that the
+// file was read into; the first change of a field makes it a changed row, which owns what was changed and still points
+// into the block for the rest.
+//
+// A record is a run of 32-bit words: two for the row's place (its start in the block, or the number of the changed row)
+// and its kind, then for a loaded row the ends of its fields, counted from the start. Field k begins one byte behind
+// the end of field k - 1. A row that is shorter than the table has the number of its ends before them.
+//
+// Fields count from 0 here; a field that a row does not have is null.
+class RowStore {
+ public:
+  using Value = std::optional<std::string_view>;
+
+  TextBlock& block() { return block_; }
+
+  // Tells how many fields a row of the file has at most. Called once, before the first row.
+  void SetLoadedColumns(int columns) { loaded_columns_ = columns_ = columns; }
+  // Adds a row of the file. `ends` counts from `start`; a row with fewer ends than columns has null fields at its end.
+  // `as_written` tells that its bytes from the start to the last end are just what would be written for it. False when
+  // the store is full.
+  bool AddLoaded(size_t start, std::span<const size_t> ends, bool as_written, RowHandle& row);
+
+  // Gives every row one more null field.
+  void AddColumn();
+  // Adds a row of null fields. False when the store is full.
+  bool Add(RowHandle& row);
+  void Remove(RowHandle row);
+
+  int FieldCount(RowHandle row) const;
+  Value Get(RowHandle row, int field) const;
+  // `value` may be a view into this store. The field must exist.
+  void Set(RowHandle row, int field, Value value);
+  // Replaces all fields of a row; the row then has so many.
+  void SetAll(RowHandle row, std::vector<FieldText> fields);
+  // The bytes of a row that is unchanged and was read in just the form that it would be written in.
+  Value AsWritten(RowHandle row) const;
+
+ private:
+  using ChangedRow = std::vector<FieldText>;
+  struct Place {
+    uint64_t start = 0;  // in the block, or the number of the changed row
+    const uint32_t* ends = nullptr;
+    size_t end_count = 0;
+    bool as_written = false;
+    bool changed = false;
+  };
+
+  uint32_t* Record(RowHandle row);
+  const uint32_t* Record(RowHandle row) const;
+  Place Find(RowHandle row) const;
+  uint32_t* AddRecord(size_t words, RowHandle& row);
+  ChangedRow& Change(RowHandle row);
+  void MakeChanged(RowHandle row, ChangedRow fields);
+
+  TextBlock block_;
+  int columns_ = 0;
+  int loaded_columns_ = 0;
+  std::vector<std::unique_ptr<uint32_t[]>> records_;  // chunks of words
+  size_t words_used_ = 0;                             // in the last chunk
+  std::vector<ChangedRow> changed_;
+  std::vector<RowHandle> removed_;  // changed rows that may be used again
+};
+
+}  // namespace tessaro

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "store/column_list.h"
+#include "store/row_order.h"
+#include "store/row_store.h"
+
+namespace tessaro {
+
+enum class LineEnd { LineFeed, CrLf };
+
+// What a table holds, as its reader makes it and its writer takes it.
+//
+// The file: a line of column names, then a line a row, fields parted by the separator. A row's line feeds are written
+// "\n", its backslashes "\\", its separators with a backslash before them:
+//     ID;Text
+//     1;one\; two\nnext line
+// Names are not escaped when written, though a name that was read loses its escapes.
+struct TableContent {
+  ColumnList columns;
+  RowStore rows;
+  RowOrder order;
+  LineEnd line_end = LineEnd::LineFeed;
+  // The separator that the rows were read with.
+  char loaded_separator = '\0';
+};
+
+}  // namespace tessaro
