@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QScrollArea>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,8 @@
 
 namespace tessaro {
 
+class VideoScreen;
+
 // How a card side looks: settings of the card file, the same in a light and a dark desktop.
 struct SideLook {
   QFont font;
@@ -19,12 +22,14 @@ struct SideLook {
   QColor paper;
 };
 
-// The frame that shows one card side as hypertext. It scrolls vertically where the side is longer than the frame.
+// The frame that shows one card side as hypertext. It scrolls vertically where the side is longer than the frame, and
+// to the side only for what is wider than the column of text. Links answer to the mouse, and to Tab and Enter.
 class TFrameHtml : public QScrollArea {
   Q_OBJECT
 
  public:
   explicit TFrameHtml(QWidget* parent = nullptr);
+  ~TFrameHtml() override;
 
   void SetMediaFolders(const MediaFolders& folders);
   // Gives the colour class of a link's target (see ColourClass). Without it all links are blue.
@@ -35,11 +40,39 @@ class TFrameHtml : public QScrollArea {
   void RefreshSide();
   const Layout& layout() const;
 
+  // Opens a screen in the place of the side's video area, until the next side is shown or the panel is closed. Null
+  // when the side has no video area.
+  VideoScreen* OpenVideoPanel();
+  void CloseVideoPanel();
+
  Q_SIGNALS:
   void LinkClicked(int card_id);           // 0: the link leads to nothing
   void SoundWanted(const QString& path);   // a sound embed of the side just shown
-  void VideoClicked(const QString& path);  // the video area was clicked
+  void VideoClicked(const QString& path);  // the video area was clicked; empty: there is no such file
   void DrawingFailed();                    // the side could not be drawn whole; what was done before stays
+
+ protected:
+  bool event(QEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  class PaintBox;
+  struct Target;
+
+  void LayOutSide();
+  void PlacePaintBox();
+  void CollectTargets();
+  void SelectTarget(int index);
+  void Follow(int index);
+  int TargetIndexAt(QPoint point) const;
+  void TellDrawingFailed();
+
+  struct State;
+  std::unique_ptr<State> state_;
 };
 
 }  // namespace tessaro

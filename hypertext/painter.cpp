@@ -1,0 +1,95 @@
+#include "hypertext/painter.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include "hypertext/picture_store.h"
+#include "hypertext/text_cache.h"
+
+namespace tessaro {
+namespace {
+
+constexpr int kCameraSize = 16;
+
+QRect ToQt(const PixelRect& rect) {
+  return {rect.left, rect.top, rect.width, rect.height};
+}
+
+void PaintText(QPainter& painter, const Fragment& fragment, TextCache& texts) {
+  const QPointF start(fragment.rect.left, fragment.baseline);
+  for (const QGlyphRun& run : texts.Find(fragment.text, fragment.style).glyphs) painter.drawGlyphRun(start, run);
+}
+
+void PaintFrame(QPainter& painter, const QRect& rect) {
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(rect.adjusted(-1, -1, 0, 0));
+}
+
+bool PaintPicture(QPainter& painter, const Fragment& fragment, PictureStore& pictures) {
+  const QRect rect = ToQt(fragment.rect);
+  const QSize device_size = (QSizeF(rect.size()) * painter.device()->devicePixelRatioF()).toSize();
+  const QPixmap picture = pictures.Picture(fragment.text, device_size, fragment.transparent);
+  if (picture.isNull()) return false;
+  painter.drawPixmap(rect, picture);
+  return true;
+}
+
+// A film camera seen from the side: two reels, a body, a lens.
+void PaintCamera(QPainter& painter, QPoint centre) {
+  const QColor colour = painter.pen().color();
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.translate(centre - QPoint(kCameraSize / 2, kCameraSize / 2));
+  QPainterPath camera;
+  camera.setFillRule(Qt::WindingFill);
+  camera.addEllipse(QRectF(1, 1, 5, 5));
+  camera.addEllipse(QRectF(6, 1, 5, 5));
+  camera.addRoundedRect(QRectF(0, 7, 11, 8), 1.5, 1.5);
+  camera.addPolygon(QPolygonF({{11.5, 10}, {16, 7.5}, {16, 14.5}, {11.5, 12}, {11.5, 10}}));
+  painter.fillPath(camera, colour);
+  painter.restore();
+}
+
+void PaintVideo(QPainter& painter, const Fragment& fragment) {
+  const QRect rect = ToQt(fragment.rect);
+  QColor screen = painter.pen().color();
+  screen.setAlphaF(0.06F);
+  painter.fillRect(rect, screen);
+  PaintCamera(painter, rect.topLeft() + QPoint(rect.width() / 2, rect.height() / 2));
+}
+
+}  // namespace
+
+QColor ColourOfClass(ColourClass colour, const QColor& text) {
+  switch (colour) {
+    case 1:
+      return {0, 128, 0};
+    case 2:
+      return {255, 0, 0};
+    case kBlueClass:
+      return {0, 0, 255};
+    default:
+      return text;
+  }
+}
+
+bool PaintSide(QPainter& painter, const Layout& layout, const QRect& clip, const QColor& text_colour, TextCache& texts,
+               PictureStore& pictures) {
+  bool all_read = true;
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  for (const Fragment& fragment : layout.fragments) {
+    // Slanted letters and frames reach a little out of their rectangles.
+    const int slack = fragment.rect.height / 2 + 1;
+    if (!ToQt(fragment.rect).adjusted(-slack, -1, slack, 1).intersects(clip)) continue;
+    painter.setPen(ColourOfClass(fragment.colour, text_colour));
+    bool drawn = true;
+    if (fragment.kind == Fragment::Kind::Text) PaintText(painter, fragment, texts);
+    if (fragment.kind == Fragment::Kind::Picture) drawn = PaintPicture(painter, fragment, pictures);
+    if (fragment.kind == Fragment::Kind::Video) PaintVideo(painter, fragment);
+    if (fragment.framed && drawn) PaintFrame(painter, ToQt(fragment.rect));
+    all_read = all_read && drawn;
+  }
+  return all_read;
+}
+
+}  // namespace tessaro

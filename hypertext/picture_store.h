@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QCache>
+#include <QImage>
+#include <QPixmap>
+#include <QSize>
+#include <QString>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "hypertext/layout.h"
+#include "hypertext/media.h"
+#include "platform/disk.h"
+
+namespace tessaro {
+
+// The largest picture, in bytes of memory, that is read at all.
+inline constexpr int kPictureMebibytes = 256;
+
+// Reads a picture, scaled down to `most` where it is larger. A null image when it cannot be read.
+QImage ReadPicture(const QString& path, QSize most);
+
+// The pictures that card sides name: found, measured and read once.
+class PictureStore {
+ public:
+  explicit PictureStore(const Disk& disk = RealDisk());
+  void SetFolders(const MediaFolders& folders);
+  // Looks for files and their sizes anew. Read pictures stay as long as their files do.
+  void Forget();
+  // The path of any media file; empty when there is none.
+  QString PathOf(std::string_view name);
+  PictureFile Find(std::string_view name);
+  // The picture for a place of `size` device pixels; null when it cannot be read.
+  QPixmap Picture(std::string_view name, QSize size, bool white_is_transparent);
+
+ private:
+  struct Entry {
+    QString path;
+    QString key;  // path and state of the file
+    PictureFile file;
+  };
+  const Entry& EntryOf(std::string_view name);
+
+  const Disk& disk_;
+  MediaFinder finder_;
+  std::map<std::string, Entry, std::less<>> entries_;
+  QCache<QString, QPixmap> pictures_;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,83 @@
+#include "hypertext/text_cache.h"
+
+#include <QFontMetricsF>
+#include <QTextLayout>
+#include <QTextLine>
+#include <algorithm>
+
+#include "platform/qt/text.h"
+
+namespace tessaro {
+namespace {
+
+constexpr size_t kMostBytes = 500000;  // of text; a cache that holds more starts anew
+constexpr double kLineSpacing = 1.22;  // of the font's own height: lines with air between them read easier
+
+QString VisibleText(std::string_view bytes) {
+  QString text = FromBytes(bytes);
+  for (QChar& letter : text)
+    if (letter < QChar(u' ')) letter = QChar(u' ');
+  return text;
+}
+
+TextCache::Word Shape(std::string_view bytes, const QFont& font) {
+  QTextLayout layout(VisibleText(bytes), font);
+  QTextOption option;
+  option.setWrapMode(QTextOption::NoWrap);
+  option.setFlags(QTextOption::IncludeTrailingSpaces);
+  layout.setTextOption(option);
+  layout.beginLayout();
+  QTextLine line = layout.createLine();
+  layout.endLayout();
+  if (!line.isValid()) return {};
+  line.setPosition({0, -line.ascent()});
+  return {qRound(line.horizontalAdvance()), line.glyphRuns()};
+}
+
+}  // namespace
+
+void TextCache::SetFont(const QFont& font) {
+  if (font == base_) return;
+  base_ = font;
+  fonts_.clear();
+  bytes_ = 0;
+}
+
+TextExtent TextCache::Measure(std::string_view text, const TextStyle& style) {
+  const int width = text.empty() ? 0 : Find(text, style).width;
+  const StyledFont& font = FontOf(style);
+  return {width, font.height, font.ascent};
+}
+
+const TextCache::Word& TextCache::Find(std::string_view text, const TextStyle& style) {
+  auto* font = &FontOf(style);
+  const auto known = font->words.find(text);
+  if (known != font->words.end()) return known->second;
+  if (bytes_ > kMostBytes) {
+    fonts_.clear();
+    bytes_ = 0;
+    font = &FontOf(style);
+  }
+  bytes_ += text.size();
+  return font->words.emplace(std::string(text), Shape(text, font->font)).first->second;
+}
+
+TextCache::StyledFont& TextCache::FontOf(const TextStyle& style) {
+  const uint32_t key = static_cast<uint32_t>(style.points) << 3U | (style.bold ? 4U : 0U) | (style.italic ? 2U : 0U) |
+                       (style.underline ? 1U : 0U);
+  const auto [place, is_new] = fonts_.try_emplace(key);
+  StyledFont& styled = place->second;
+  if (!is_new) return styled;
+  styled.font = base_;
+  styled.font.setPointSize(style.points);
+  styled.font.setBold(style.bold || base_.bold());
+  styled.font.setItalic(style.italic || base_.italic());
+  styled.font.setUnderline(style.underline);
+  const QFontMetricsF metrics(styled.font);
+  const double own_height = metrics.ascent() + metrics.descent();
+  styled.height = std::max(1, qRound(own_height * kLineSpacing));
+  styled.ascent = qRound((styled.height - own_height) / 2 + metrics.ascent());
+  return styled;
+}
+
+}  // namespace tessaro

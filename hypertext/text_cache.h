@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QFont>
+#include <QGlyphRun>
+#include <QHash>
+#include <QList>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "hypertext/layout.h"
+
+namespace tessaro {
+
+// The words of card sides, shaped once for measuring and drawing. Shaping costs some microseconds a word, and cards
+// repeat themselves.
+class TextCache {
+ public:
+  struct Word {
+    int width = 0;
+    QList<QGlyphRun> glyphs;  // with the base line at 0
+  };
+
+  // Forgets everything when the font is another one.
+  void SetFont(const QFont& font);
+  TextExtent Measure(std::string_view text, const TextStyle& style);
+  // Valid until the next call of a member.
+  const Word& Find(std::string_view text, const TextStyle& style);
+
+ private:
+  struct StringHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+  };
+  struct StyledFont {
+    QFont font;
+    int height = 0;
+    int ascent = 0;
+    std::unordered_map<std::string, Word, StringHash, std::equal_to<>> words;
+  };
+
+  StyledFont& FontOf(const TextStyle& style);
+
+  QFont base_;
+  std::unordered_map<uint32_t, StyledFont> fonts_;
+  size_t bytes_ = 0;
+};
+
+}  // namespace tessaro
