@@ -21,13 +21,10 @@ void CardWriter::Write(int row, const CardChange& change) {
 }
 
 int64_t CardWriter::UnknownCount() {
-  const CardReader cards(file_);
   if (unknown_ && counted_rows_ == file_.cards().RowCount()) return *unknown_;
   counted_rows_ = file_.cards().RowCount();
-  int64_t count = 0;
-  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) count += cards.IsUnknown(row) ? 1 : 0;
-  unknown_ = count;
-  return count;
+  unknown_ = file_.CountUnknown();
+  return *unknown_;
 }
 
 std::string ScoreText(int64_t score) {

@@ -4,7 +4,8 @@
 #include "learn/card_reader.h"
 #include "learn/due_rule.h"
 #include "learn/learning_parameters.h"
-#include "learn/learning_run.h"
+#include "learn/learning_view.h"
+#include "platform/random.h"
 
 namespace tessaro {
 
