@@ -65,7 +65,7 @@ class SideLayout {
         return AddText(item.text, style_, 0, std::nullopt);
       case Kind::Blank:
         lines_.EndWord();
-        return lines_.Advance(measurer_.Text(" ", style_).width);
+        return lines_.Advance(measurer_.Text(" ", style_).width, style_.underline);
       case Kind::WordEnd:
         return lines_.EndWord();
       case Kind::LineBreak:

@@ -25,6 +25,8 @@ void LineBuilder::Add(LinePiece piece) {
 void LineBuilder::EndWord() {
   if (word_.empty()) return;
   if (x_ > kMargin && x_ + word_width_ > frame_.width) FinishLine();
+  if (JoinsUnderline()) line_.back().fragment.rect.width += underlined_blank_;
+  underlined_blank_ = 0;
   for (LinePiece& piece : word_) {
     if (x_ >= kMaxExtent) break;
     piece.fragment.rect.left = static_cast<int>(x_);
@@ -35,8 +37,16 @@ void LineBuilder::EndWord() {
   word_width_ = 0;
 }
 
-void LineBuilder::Advance(int width) {
+bool LineBuilder::JoinsUnderline() const {
+  if (underlined_blank_ == 0 || line_.empty()) return false;
+  const LinePiece& before = line_.back();
+  const LinePiece& after = word_.front();
+  return before.fragment.style.underline && !before.target && after.fragment.style.underline && !after.target;
+}
+
+void LineBuilder::Advance(int width, bool underlined) {
   x_ = std::min<int64_t>(x_ + width, kMaxExtent);
+  underlined_blank_ = underlined ? width : 0;
 }
 
 void LineBuilder::BreakLine(int empty_height) {
@@ -76,6 +86,7 @@ void LineBuilder::FinishLine() {
   line_height = std::max(line_height, ascent + descent);
   PlaceLine(ascent + descent, ascent, line_height);
   line_.clear();
+  underlined_blank_ = 0;
   x_ = kMargin;
   y_ += line_height;
   full_ = full_ || y_ >= kMaxExtent;

@@ -26,8 +26,9 @@ class LineBuilder {
   void Add(LinePiece piece);
   // Puts the gathered word into the line, or into the next one when it does not fit.
   void EndWord();
-  // Moves what follows in the line; never wraps.
-  void Advance(int width);
+  // Moves what follows in the line; never wraps. An underlined blank draws on the underline of the text before it when
+  // an underlined text follows in the same line.
+  void Advance(int width, bool underlined);
   // Ends the word and the line. A line that holds nothing is `empty_height` high.
   void BreakLine(int empty_height);
   // Puts a picture or video area (its size in `fragment.rect`) on a line of its own.
@@ -38,6 +39,7 @@ class LineBuilder {
   bool full() const { return full_; }
 
  private:
+  bool JoinsUnderline() const;
   void FinishLine();
   void PlaceLine(int text_height, int ascent, int line_height);
   void Grow(const PixelRect& rect);
@@ -47,6 +49,7 @@ class LineBuilder {
   std::vector<LinePiece> word_;
   int64_t word_width_ = 0;
   std::vector<LinePiece> line_;  // placed from left to right; their vertical place follows when the line is whole
+  int underlined_blank_ = 0;     // the width of the blank at the end of the line, when it is underlined
   int64_t x_ = kMargin;
   int64_t y_ = kMargin;
   size_t pieces_ = 0;

@@ -32,14 +32,24 @@ std::string ToUtf8(std::string_view bytes) {
   return utf8;
 }
 
-// The byte whose character the UTF-8 text begins with, and how long that is; nothing when the code page lacks it.
-std::optional<std::pair<char, size_t>> FirstByte(std::string_view utf8) {
-  if (static_cast<uint8_t>(utf8[0]) < 0x80) return std::pair(utf8[0], size_t{1});
-  for (unsigned byte = 0x80; byte <= 0xFF; ++byte) {
-    const std::string character = ToUtf8(std::string(1, static_cast<char>(byte)));
-    if (utf8.starts_with(character)) return std::pair(static_cast<char>(byte), character.size());
-  }
-  return std::nullopt;
+// The character that a UTF-8 text begins with and how many bytes it takes; nothing for what no code page byte is: four
+// bytes and more, and what is no UTF-8.
+std::optional<std::pair<unsigned, size_t>> FirstCharacter(std::string_view utf8) {
+  const auto byte = [utf8](size_t at) -> unsigned { return at < utf8.size() ? static_cast<uint8_t>(utf8[at]) : 0; };
+  const auto follows = [byte](size_t at) { return (byte(at) & 0xC0U) == 0x80U; };
+  if (byte(0) < 0x80) return std::pair(byte(0), size_t{1});
+  if ((byte(0) & 0xE0U) == 0xC0U && follows(1))
+    return std::pair((byte(0) & 0x1FU) << 6U | (byte(1) & 0x3FU), size_t{2});
+  if ((byte(0) & 0xF0U) != 0xE0U || !follows(1) || !follows(2)) return std::nullopt;
+  return std::pair((byte(0) & 0x0FU) << 12U | (byte(1) & 0x3FU) << 6U | (byte(2) & 0x3FU), size_t{3});
+}
+
+std::optional<char> ByteOfCharacter(unsigned character) {
+  if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) return static_cast<char>(character);
+  const auto& high = code_page::kHighControls;
+  const auto* found = std::find(high.begin(), high.end(), character);
+  if (found == high.end()) return std::nullopt;
+  return static_cast<char>(0x80 + (found - high.begin()));
 }
 
 std::string LowerCase(std::string_view bytes) {
@@ -53,9 +63,10 @@ std::string LowerCase(std::string_view bytes) {
 std::string LowerCaseOfDiskName(std::string_view name) {
   std::string bytes;
   for (size_t at = 0; at < name.size();) {
-    const auto first = FirstByte(name.substr(at));
-    if (!first) return LowerCase(name);
-    bytes += first->first;
+    const auto first = FirstCharacter(name.substr(at));
+    const auto byte = first ? ByteOfCharacter(first->first) : std::nullopt;
+    if (!byte) return LowerCase(name);
+    bytes += *byte;
     at += first->second;
   }
   return LowerCase(bytes);
@@ -146,8 +157,11 @@ std::optional<fs::path> MediaFinder::FindIn(fs::path folder, const std::vector<s
 const MediaFinder::Folder& MediaFinder::NamesIn(const fs::path& folder) {
   const auto [known, is_new] = known_.try_emplace(folder.string());
   if (is_new) {
-    for (const std::string& name : disk_->FileNames(folder))
-      known->second.files.emplace(LowerCaseOfDiskName(name), name);
+    const auto keep = [](const std::vector<std::string>& names, Names& kept) {
+      for (const std::string& name : names) kept.emplace(LowerCaseOfDiskName(name), name);
+    };
+    keep(disk_->FileNames(folder), known->second.files);
+    keep(disk_->FolderNames(folder), known->second.folders);
   }
   return known->second;
 }

@@ -18,11 +18,20 @@ QRect ToQt(const PixelRect& rect) {
 void PaintText(QPainter& painter, const Fragment& fragment, TextCache& texts) {
   const QPointF start(fragment.rect.left, fragment.baseline);
   for (const QGlyphRun& run : texts.Find(fragment.text, fragment.style).glyphs) painter.drawGlyphRun(start, run);
+  if (!fragment.style.underline) return;
+  const auto [below, thickness] = texts.UnderlineOf(fragment.style);
+  painter.fillRect(fragment.rect.left, fragment.baseline + below, fragment.rect.width, thickness,
+                   painter.pen().color());
 }
 
+// Four bars rather than an outline: these are sharp at every scale.
 void PaintFrame(QPainter& painter, const QRect& rect) {
-  painter.setBrush(Qt::NoBrush);
-  painter.drawRect(rect.adjusted(-1, -1, 0, 0));
+  const QColor colour = painter.pen().color();
+  const QRect outer = rect.adjusted(-1, -1, 1, 1);
+  painter.fillRect(outer.left(), outer.top(), outer.width(), 1, colour);
+  painter.fillRect(outer.left(), outer.bottom(), outer.width(), 1, colour);
+  painter.fillRect(outer.left(), rect.top(), 1, rect.height(), colour);
+  painter.fillRect(outer.right(), rect.top(), 1, rect.height(), colour);
 }
 
 bool PaintPicture(QPainter& painter, const Fragment& fragment, PictureStore& pictures) {

@@ -1,6 +1,6 @@
 #include "hypertext/picture_store.h"
 
-#include <QBitmap>
+#include <QFileInfo>
 #include <QImageReader>
 #include <algorithm>
 
@@ -61,8 +61,9 @@ void PictureStore::Forget() {
 }
 
 QString PictureStore::PathOf(std::string_view name) {
-  const auto path = finder_.Find(name);
-  return path ? FromPath(*path) : QString();
+  const auto found = finder_.Find(name);
+  const QString path = found ? FromPath(*found) : QString();
+  return QFileInfo(path).isFile() ? path : QString();
 }
 
 PictureFile PictureStore::Find(std::string_view name) {
@@ -73,9 +74,9 @@ const PictureStore::Entry& PictureStore::EntryOf(std::string_view name) {
   const auto known = entries_.find(name);
   if (known != entries_.end()) return known->second;
   Entry entry;
-  if (const auto path = finder_.Find(name)) {
-    const FileState state = disk_.State(*path).value_or(FileState());
-    entry.path = FromPath(*path);
+  entry.path = PathOf(name);
+  if (!entry.path.isEmpty()) {
+    const FileState state = disk_.State(ToPath(entry.path)).value_or(FileState());
     entry.key = QStringLiteral("%1|%2|%3").arg(entry.path).arg(state.size).arg(state.modified_ns);
     entry.file = MeasurePicture(entry.path);
   }

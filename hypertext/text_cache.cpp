@@ -63,8 +63,7 @@ const TextCache::Word& TextCache::Find(std::string_view text, const TextStyle& s
 }
 
 TextCache::StyledFont& TextCache::FontOf(const TextStyle& style) {
-  const uint32_t key = static_cast<uint32_t>(style.points) << 3U | (style.bold ? 4U : 0U) | (style.italic ? 2U : 0U) |
-                       (style.underline ? 1U : 0U);
+  const uint32_t key = static_cast<uint32_t>(style.points) << 2U | (style.bold ? 2U : 0U) | (style.italic ? 1U : 0U);
   const auto [place, is_new] = fonts_.try_emplace(key);
   StyledFont& styled = place->second;
   if (!is_new) return styled;
@@ -72,11 +71,11 @@ TextCache::StyledFont& TextCache::FontOf(const TextStyle& style) {
   styled.font.setPointSize(style.points);
   styled.font.setBold(style.bold || base_.bold());
   styled.font.setItalic(style.italic || base_.italic());
-  styled.font.setUnderline(style.underline);
   const QFontMetricsF metrics(styled.font);
   const double own_height = metrics.ascent() + metrics.descent();
   styled.height = std::max(1, qRound(own_height * kLineSpacing));
   styled.ascent = qRound((styled.height - own_height) / 2 + metrics.ascent());
+  styled.underline = {std::max(1, qRound(metrics.underlinePos())), std::max(1, qRound(metrics.lineWidth()))};
   return styled;
 }
 

@@ -18,7 +18,12 @@ class TextCache {
  public:
   struct Word {
     int width = 0;
-    QList<QGlyphRun> glyphs;  // with the base line at 0
+    QList<QGlyphRun> glyphs;  // with the base line at 0, without an underline
+  };
+
+  struct Underline {
+    int below = 0;  // the base line
+    int thickness = 0;
   };
 
   // Forgets everything when the font is another one.
@@ -26,6 +31,7 @@ class TextCache {
   TextExtent Measure(std::string_view text, const TextStyle& style);
   // Valid until the next call of a member.
   const Word& Find(std::string_view text, const TextStyle& style);
+  Underline UnderlineOf(const TextStyle& style) { return FontOf(style).underline; }
 
  private:
   struct StringHash {
@@ -36,6 +42,7 @@ class TextCache {
     QFont font;
     int height = 0;
     int ascent = 0;
+    Underline underline;
     std::unordered_map<std::string, Word, StringHash, std::equal_to<>> words;
   };
 

@@ -143,18 +143,22 @@ class PosixDisk : public Disk {
     return space.available;
   }
 
-  std::vector<std::string> FileNames(const fs::path& folder) const override {
+  std::vector<std::string> FileNames(const fs::path& folder) const override { return Names(folder, false); }
+
+  std::vector<std::string> FolderNames(const fs::path& folder) const override { return Names(folder, true); }
+
+ private:
+  std::vector<std::string> Names(const fs::path& folder, bool folders) const {
     std::vector<std::string> names;
     std::error_code error;
     fs::directory_iterator entry(folder.empty() ? kHere : folder, error);
     for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
       std::error_code unknown_type;
-      if (!entry->is_directory(unknown_type)) names.push_back(entry->path().filename().string());
+      if (entry->is_directory(unknown_type) == folders) names.push_back(entry->path().filename().string());
     }
     return names;
   }
 
- private:
   // The folder of a path without one.
   const fs::path kHere = ".";
 };

@@ -70,6 +70,8 @@ class Disk {
   virtual std::optional<uint64_t> FreeBytes(const std::filesystem::path& folder) const = 0;
   // The plain names of the files in a folder, unsorted; empty when it cannot be read.
   virtual std::vector<std::string> FileNames(const std::filesystem::path& folder) const = 0;
+  // The same of the folders in it. A disk without folders has none.
+  virtual std::vector<std::string> FolderNames(const std::filesystem::path& /*folder*/) const { return {}; }
 };
 
 // The machine's own file system.
