@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <functional>
-#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -189,8 +188,11 @@ class MemoryDisk : public Disk {
     return operations_ == fail_at_ || (stay_broken_ && fail_at_ > 0 && operations_ > fail_at_);
   }
   uint64_t UsedBytes() const {
+    std::set<uint64_t> named;
     uint64_t used = 0;
-    for (const auto& [number, file] : files_) used += file.bytes.size();
+    for (const auto& [name, number] : names_) {
+      if (named.insert(number).second) used += files_.at(number).bytes.size();
+    }
     return used;
   }
 
