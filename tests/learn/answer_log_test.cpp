@@ -1,0 +1,234 @@
+#include "learn/answer_log.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <random>
+
+#include "tests/learn/learn_fixture.h"
+
+namespace tessaro {
+namespace {
+
+class AnswerLogTest : public LearnTest {
+ protected:
+  void OpenCards(const std::vector<TestCard>& cards) {
+    Open(cards);
+    writer = std::make_unique<CardWriter>(file);
+    log = std::make_unique<AnswerLog>(file, *writer);
+    log->RecountUnknown();
+  }
+  LogReport Answer(int row, Rating rating, CardMarks marks = {}) { return log->Log(row, rating, marks, clock.now); }
+
+  std::unique_ptr<CardWriter> writer;
+  std::unique_ptr<AnswerLog> log;
+};
+
+// The index must stand in ascending order of scores, each card once, with the score of its card.
+void ExpectIndexFits(CardFile& file) {
+  LearnIndex& index = file.learn_index();
+  ASSERT_EQ(index.RowCount(), file.CardCount() + 2);
+  for (int row = 2; row < index.RowCount(); ++row) {
+    EXPECT_LE(index.Score(row - 1), index.Score(row));
+    EXPECT_EQ(index.RowOfCard(index.BoxPos(row)), row);
+  }
+}
+
+TEST_F(AnswerLogTest, OneAnswerByCardAndMarks) {
+  const std::string wiped = "000000000";
+  TestCard future = KnownCard(1, 50, -10);
+  TestCard future_wrong = WrongCard(1, -10);
+  TestCard marked = NewCard(1);
+  marked.id = "#00001";
+  TestCard broken_times = KnownCard(1, 50, 500);
+  broken_times.time_row = "5 9 ";
+  const struct {
+    const char* what;
+    TestCard card;
+    Rating rating;
+    CardMarks marks;
+    bool logged;
+    LogResult result;
+    std::string score;
+    std::string letters;  // the first three
+    int64_t unknown;      // of 1 in another card, plus this one
+  } cases[] = {
+      {"first known answer", NewCard(1), Rating::Known, {}, true, {}, "000000001", "wff", 1},
+      {"wrong after known", KnownCard(1, 50, 500), Rating::NotKnown, {}, true, {}, "000000000", "fwf", 2},
+      {"wrong again", WrongCard(1), Rating::NotKnown, {}, true, {}, "000000000", "fff", 2},
+      {"known after wrong", WrongCard(1), Rating::Known, {}, true, {}, "000000001", "wff", 1},
+      {"known again", KnownCard(1, 50, 500), Rating::Known, {}, true, {}, "000000500", "wwf", 1},
+      {"known too early", KnownCard(1, 50, 5), Rating::Known, {.early = true}, false, {}, "50", "wff", 1},
+      {"wrong too early", KnownCard(1, 50, 5), Rating::NotKnown, {.early = true}, true, {}, "000000000", "fwf", 2},
+      {"known too early, score 0", WrongCard(1, 5), Rating::Known, {.early = true}, true, {}, "000000001", "wff", 1},
+      {"known, kept history",
+       KnownCard(1, 50, 500),
+       Rating::Known,
+       {.no_history = true},
+       true,
+       {},
+       "000000001",
+       "wff",
+       1},
+      {"wrong, kept history", KnownCard(1, 50, 500), Rating::NotKnown, {.no_history = true}, true, {}, wiped, "wff", 2},
+      {"kept history out of order",
+       broken_times,
+       Rating::Known,
+       {.no_history = true},
+       true,
+       LogResult::TimesOutOfOrder,
+       "50",
+       "wff",
+       1},
+      {"answered in the future", future, Rating::Known, {}, true, {}, "000000001", "wff", 1},
+      {"wrong in the future: counted down twice", future_wrong, Rating::Known, {}, true, {}, "000000001", "wff", 0},
+      {"navigation card", NavigationCard(1), Rating::Known, {}, false, {}, "000000000", "fff", 1},
+      {"marked ID", marked, Rating::Known, {}, false, {}, "000000001", "fff", 1},
+      {"no rating", NewCard(1), Rating::None, {}, false, {}, "000000001", "fff", 1},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    OpenCards({c.card, WrongCard(2)});
+    const LogReport report = Answer(2, c.rating, c.marks);
+    EXPECT_EQ(report.logged, c.logged);
+    EXPECT_EQ(file.changed(), c.logged);
+    EXPECT_EQ(report.result, c.result);
+    EXPECT_EQ(report.wiped, std::string(c.what).find("future") != std::string::npos);
+    EXPECT_EQ(Score(2), c.score);
+    EXPECT_EQ(YesNoRow(2).substr(0, 3), c.letters);
+    EXPECT_EQ(log->unknown_count(), c.unknown);
+    EXPECT_EQ(log->answered(), c.logged ? 1 : 0);
+    EXPECT_EQ(writer->UnknownCount(), file.CountUnknown());
+    ExpectIndexFits(file);
+  }
+}
+
+TEST_F(AnswerLogTest, CountsTheTimeSpentOnACard) {
+  OpenCards({NewCard(1), NewCard(2), NavigationCard(3)});
+  const struct {
+    int row;
+    Rating rating;
+    int64_t pause;
+    const char* learned;
+  } steps[] = {
+      {2, Rating::None, 50, "0"},     {2, Rating::Known, 180, "180"}, {2, Rating::Known, 181, "200"},
+      {4, Rating::Known, 100, "200"},  // a navigation card does not stop the watch
+      {2, Rating::Known, 30, "330"},  {2, Rating::None, 100, "330"},  {2, Rating::NotKnown, 7, "337"},
+  };
+  for (const auto& step : steps) {
+    clock.now += step.pause;
+    (void)Answer(step.row, step.rating);
+    EXPECT_EQ(Field(2, file.columns().time_learned), step.learned);
+  }
+}
+
+TEST_F(AnswerLogTest, AClockThatWentBackStopsEveryRating) {
+  for (const Rating rating : {Rating::Known, Rating::NotKnown, Rating::None, Rating::ShowAgain}) {
+    OpenCards({NewCard(1)});
+    (void)Answer(2, Rating::None);
+    CardMarks marks;
+    EXPECT_EQ(log->Log(2, rating, marks, kNow).result, LogResult::Done);  // the same second is fine
+    const std::string before = TimeRow(2);
+    EXPECT_EQ(log->Log(2, rating, marks, kNow - 1).result, LogResult::ClockWentBack);
+    EXPECT_EQ(TimeRow(2), before);
+  }
+}
+
+TEST_F(AnswerLogTest, UndoByLevelAndHistory) {
+  TestCard card = KnownCard(1, 50, 500);
+  card.yes_no_row = Letters("wwf");
+  card.time_row =
+      std::to_string(kNow - 500) + " " + std::to_string(kNow - 600) + " " + std::to_string(kNow - 700) + " ";
+  const std::string full = card.time_row + "0 ";
+  const struct {
+    const char* topic;
+    CardMarks marks;
+    const char* topic_after;
+    std::string times;
+  } cases[] = {
+      {"3", {}, "2", full},
+      {"2", {}, "1", full},
+      {"1", {}, "2", std::to_string(kNow - 500) + " " + std::to_string(kNow - 600) + " 0 0 "},  // cut behind the streak
+      {"0", {}, "0", full},
+      {"Erdkunde", {}, "0", full},
+      {"1", {.no_history = true}, "1", full},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.topic);
+    card.topic = c.topic;
+    OpenCards({card, WrongCard(2)});
+    EXPECT_FALSE(log->CanUndo());
+    EXPECT_EQ(log->Undo(), 0);
+    (void)Answer(2, Rating::NotKnown, c.marks);
+    EXPECT_EQ(log->unknown_count(), 2);
+    EXPECT_EQ(log->Undo(), 2);
+    EXPECT_EQ(Topic(2), c.topic_after);
+    const std::string times = TimeRow(2);
+    EXPECT_EQ(times.substr(0, c.times.size()), c.times);
+    EXPECT_EQ(std::count(times.begin(), times.end(), ' '), c.marks.no_history ? 64 : 63);
+    EXPECT_EQ(YesNoRow(2), card.yes_no_row);
+    EXPECT_EQ(Score(2), "1");
+    EXPECT_EQ(log->unknown_count(), 1);
+    EXPECT_EQ(log->answered(), 0);
+    EXPECT_EQ(log->Undo(), 0);
+    EXPECT_EQ(writer->UnknownCount(), file.CountUnknown());
+  }
+}
+
+TEST_F(AnswerLogTest, NothingIsUndoneInACardThatMoved) {
+  OpenCards({NewCard(1), NewCard(2)});
+  (void)Answer(2, Rating::Known);
+  ASSERT_TRUE(file.cards().GoTo(2) && file.cards().DeleteRow());
+  EXPECT_FALSE(log->CanUndo());
+  EXPECT_EQ(log->Undo(), 0);
+}
+
+TEST_F(AnswerLogTest, AMissingIndexRowIsToldAndMended) {
+  OpenCards({NewCard(1), {.id = "000002", .score = "9999999999"}});
+  EXPECT_FALSE(Answer(2, Rating::Known).index_fault);
+  EXPECT_TRUE(Answer(3, Rating::Known).index_fault);
+  ExpectIndexFits(file);
+}
+
+TEST_F(AnswerLogTest, EveryRowChangeIsReported) {
+  struct Observer : RowObserver {
+    void RowChanged(int row) override { rows.push_back(row); }
+    std::vector<int> rows;
+  } observer;
+  OpenCards({NewCard(1), NewCard(2), NavigationCard(3)});
+  writer->SetObserver(&observer);
+  (void)Answer(3, Rating::Known);
+  (void)Answer(4, Rating::Known);
+  (void)Answer(2, Rating::NotKnown);
+  (void)log->Undo();
+  EXPECT_EQ(observer.rows, (std::vector<int>{3, 2, 2}));
+}
+
+TEST_F(AnswerLogTest, CountAndIndexHoldOverRandomRuns) {
+  std::mt19937 chance(4);
+  for (int round = 0; round < 30; ++round) {
+    std::vector<TestCard> cards;
+    for (int i = 1; i <= 25; ++i) {
+      const auto age = static_cast<int64_t>(chance() % 5000) - 200;
+      const std::function<TestCard(int)> kinds[] = {
+          NewCard, [&](int n) { return WrongCard(n, age); },
+          [&](int n) { return KnownCard(n, static_cast<int64_t>(chance() % 5000), age); },
+          [&](int n) { return NavigationCard(n); }};
+      cards.push_back(kinds[chance() % 4](i));
+    }
+    OpenCards(cards);
+    for (int step = 0; step < 200; ++step) {
+      clock.now += chance() % 300;
+      const CardMarks marks = {.early = chance() % 4 == 0, .no_history = chance() % 8 == 0};
+      const LogReport report = Answer(2 + static_cast<int>(chance() % 25), static_cast<Rating>(chance() % 4), marks);
+      if (chance() % 10 == 0) (void)log->Undo();
+      ASSERT_EQ(writer->UnknownCount(), file.CountUnknown());
+      ASSERT_FALSE(report.index_fault);
+    }
+    ExpectIndexFits(file);
+  }
+}
+
+}  // namespace
+}  // namespace tessaro

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "learn/learning_run.h"
+#include "tests/support/fixed_clock.h"
+#include "tests/support/memory_disk.h"
+#include "tests/support/scripted_random.h"
+#include "tests/support/test_cards.h"
+
+namespace tessaro {
+
+inline constexpr int64_t kNow = 1'700'000'000;
+inline constexpr int64_t kDay = 86400;
+
+// Six digits, as a card's ID is written.
+inline std::string IdText(int number) {
+  const std::string digits = std::to_string(number);
+  return std::string(6 - digits.size(), '0') + digits;
+}
+// The first letters, the rest "f".
+inline std::string Letters(std::string first) {
+  return first.append(kHistoryLength - first.size(), 'f');
+}
+
+// A card that was never answered, one last answered wrong, and one known `ago` seconds before kNow.
+inline TestCard NewCard(int number) {
+  return {.id = IdText(number)};
+}
+inline TestCard WrongCard(int number, int64_t ago = 100) {
+  return {.id = IdText(number), .score = "000000000", .time_row = std::to_string(kNow - ago) + " "};
+}
+inline TestCard KnownCard(int number, int64_t score, int64_t ago) {
+  return {.id = IdText(number),
+          .score = std::to_string(score),
+          .yes_no_row = Letters("w"),
+          .time_row = std::to_string(kNow - ago) + " "};
+}
+inline TestCard NavigationCard(int number, const std::string& question = "<navigation>") {
+  return {.id = IdText(number), .question = question, .score = "000000000"};
+}
+
+class RecordingView : public LearningView {
+ public:
+  void Refresh() override { ++refreshes; }
+  void Tell(RunMessage message, int number) override { messages.emplace_back(message, number); }
+  void ChooseMethod() override { ++choices; }
+  void EndRun() override { ++ends; }
+
+  using Messages = std::vector<std::pair<RunMessage, int>>;
+  Messages messages;
+  int refreshes = 0;
+  int choices = 0;
+  int ends = 0;
+};
+
+// A card file in memory, and a run over it with a scripted clock and scripted chance.
+class LearnTest : public ::testing::Test {
+ protected:
+  void Open(const std::vector<TestCard>& cards) {
+    OpenTestFile(disk, file, cards);
+    ASSERT_TRUE(file.RebuildIndexes());
+    run = std::make_unique<LearningRun>(file, settings, clock, random, view);
+  }
+  std::string Field(int row, int column) const { return std::string(file.cards().Peek(column, row)); }
+  std::string Score(int row) const { return Field(row, file.columns().score); }
+  std::string YesNoRow(int row) const { return Field(row, file.columns().yes_no_row); }
+  std::string TimeRow(int row) const { return Field(row, file.columns().time_row); }
+  std::string Topic(int row) const { return Field(row, file.columns().topic); }
+
+  MemoryDisk disk;
+  CardFile file{disk};
+  IniFile settings;
+  FixedClock clock{kNow};
+  ScriptedRandom random;
+  RecordingView view;
+  std::unique_ptr<LearningRun> run;
+};
+
+}  // namespace tessaro

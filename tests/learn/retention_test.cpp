@@ -1,0 +1,107 @@
+#include "learn/retention.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace tessaro {
+namespace {
+
+// Letters, newest first, and the times of the answers as distances from one moment.
+AnswerHistory History(const std::string& letters, const std::vector<int64_t>& ago, int64_t moment = 1'700'000'000) {
+  AnswerHistory history = EmptyHistory();
+  for (size_t i = 0; i < letters.size(); ++i) history.letters[i] = letters[i];
+  for (size_t i = 0; i < ago.size(); ++i) history.times[i] = moment - ago[i];
+  return history;
+}
+
+TEST(Retention, WorkedExamples) {
+  const struct {
+    const char* what;
+    std::string letters;
+    std::vector<int64_t> ago;
+    int64_t min_retention;
+    int64_t score;
+  } cases[] = {
+      {"first answer", "w", {0}, 0, 1},
+      {"first answer with a day button", "w", {0}, 604800, 604800},
+      {"one interval", "ww", {0, 1000}, 0, 1000},
+      {"one interval, ended by an empty slot", "www", {0, 1000}, 0, 1000},
+      {"growing intervals", "wwww", {0, 400, 600, 700}, 0, 533},
+      {"shrinking intervals give their mean", "wwww", {0, 100, 300, 700}, 0, 233},
+      {"the floor stands above the forecast", "wwww", {0, 400, 600, 700}, 86400, 86400},
+      {"the floor stands below it", "wwww", {0, 400, 600, 700}, 500, 533},
+      {"after a wrong answer", "wf", {0, 50}, 0, 1},
+      {"one interval since a wrong answer, older ones count", "wwfwww", {0, 300, 400, 500, 600, 900}, 0, 233},
+      {"both lines differ", "wwwfwww", {0, 300, 400, 500, 600, 700, 1000}, 0, 350},
+      {"two answers in one second", "www", {0, 0, 50}, 0, 50},
+      {"only in one second", "www", {0, 0, 0}, 0, 1},
+      {"a clock set back gives a negative interval", "ww", {0, -80}, 0, 1},
+      {"the score is bounded", "ww", {0, 1'600'000'000}, 0, kMaxScore},
+      {"times beyond all numbers", "ww", {0, std::numeric_limits<int64_t>::max()}, 0, kMaxScore},
+      {"no history kept: newest is wrong", "fww", {0, 1000, 2000}, 86400, 1},
+      {"no history kept: a broken row", "xww", {0, 1000, 2000}, 0, 1},
+      {"no history kept: the streak line reads over broken letters", "wwxww", {0, 300, 400, 500, 520}, 0, 420},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(ForecastRetention(History(c.letters, c.ago), c.min_retention).score, c.score) << c.what;
+  }
+}
+
+TEST(Retention, ShowsTheSeriesAndLinesBehindTheScore) {
+  const RetentionForecast forecast = ForecastRetention(History("wwwwfw", {0, 400, 600, 700, 900, 1000}), 0);
+  EXPECT_EQ(forecast.all.count, 3);
+  EXPECT_EQ(forecast.streak.count, 3);
+  EXPECT_EQ(forecast.all.intervals[0], 400);
+  EXPECT_DOUBLE_EQ(forecast.all_trend.b, 150);
+  EXPECT_NEAR(forecast.all_trend.a, -66.67, 0.01);
+  EXPECT_NEAR(forecast.all_trend.prediction, 533.33, 0.01);
+  EXPECT_FALSE(forecast.streak_trend.trivial);
+}
+
+TEST(Retention, SixtyFourKnownAnswersMakeSixtyThreeIntervals) {
+  std::vector<int64_t> ago;
+  for (int64_t i = 0; i < 64; ++i) ago.push_back(i * 60);
+  const RetentionForecast forecast = ForecastRetention(History(std::string(64, 'w'), ago), 0);
+  EXPECT_EQ(forecast.all.count, 63);
+  EXPECT_EQ(forecast.streak.count, 63);
+  EXPECT_EQ(forecast.score, 60);
+}
+
+TEST(Retention, DependsOnIntervalsAloneAndStaysInBounds) {
+  std::mt19937_64 random(2);
+  for (int i = 0; i < 2000; ++i) {
+    const size_t count = 1 + random() % 64;
+    std::string letters = "w";
+    std::vector<int64_t> ago = {0};
+    while (ago.size() < count) {
+      letters += random() % 4 == 0 ? 'f' : 'w';
+      ago.push_back(ago.back() + static_cast<int64_t>(random() % 10'000'000));
+    }
+    const RetentionForecast forecast = ForecastRetention(History(letters, ago), 0);
+    EXPECT_EQ(forecast.score, ForecastRetention(History(letters, ago, 2'000'000'123), 0).score);
+    EXPECT_GE(forecast.score, 1);
+    EXPECT_LE(forecast.score, kMaxScore);
+    if (forecast.all.count == forecast.streak.count && forecast.all.count > 1) {
+      // One series: the score does not fall below its mean.
+      EXPECT_GE(forecast.score + 1, ago[static_cast<size_t>(forecast.all.count)] / forecast.all.count);
+    }
+  }
+}
+
+TEST(Retention, BrokenHistoriesDoNoHarm) {
+  std::mt19937_64 random(3);
+  for (int i = 0; i < 2000; ++i) {
+    AnswerHistory history;
+    for (auto& letter : history.letters) letter = "wwwf\0x"[random() % 6];
+    for (auto& time : history.times) time = static_cast<int64_t>(random() >> (random() % 64));
+    const int64_t score = ForecastRetention(history, static_cast<int64_t>(random())).score;
+    EXPECT_TRUE(score >= 1 && score <= kMaxScore);
+  }
+}
+
+}  // namespace
+}  // namespace tessaro
