@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tessaro {
+
+// Seconds that `work` takes.
+double Time(const std::function<void()>& work);
+// 0 of no values.
+double Median(std::vector<double> values);
+
+// What a program that ran to its end took, from its start on.
+struct RunFigures {
+  double seconds = 0;
+  int64_t peak_kib = 0;  // the most memory that it held at any time
+};
+// Runs a program with its output thrown away. Ends this program when that one cannot be run or fails.
+RunFigures RunProgram(const std::vector<std::string>& arguments);
+// The path of the program that is running.
+std::string OwnPath();
+
+}  // namespace tessaro
