@@ -170,6 +170,10 @@ std::string_view MarkupReader::TagAtPosition() const {
   return std::string_view(side_).substr(position_ + 1, side_.find('>', position_) - position_);
 }
 
+bool MarkupReader::IsLeftOut(std::optional<Kind> kind) const {
+  return !kind || (*kind == Kind::Video && video_seen_);
+}
+
 // A line feed ends the word, but is a blank only directly behind letters.
 bool MarkupReader::ReadLineFeed(MarkupItem& item) {
   ++position_;
@@ -186,7 +190,7 @@ void MarkupReader::ReadText(MarkupItem& item) {
     if (c == '\n' || (c == ' ' && word_ == Word::Letters)) break;
     if (AtTag()) {
       const std::string_view tag = TagAtPosition();
-      if (KindOfTag(LowerCase(tag))) break;
+      if (!IsLeftOut(KindOfTag(LowerCase(tag)))) break;
       position_ += tag.size() + 1;
       continue;
     }
@@ -214,8 +218,7 @@ bool MarkupReader::ReadTag(MarkupItem& item) {
   const std::string_view tag = TagAtPosition();
   const std::string lower_tag = LowerCase(tag);
   const auto kind = KindOfTag(lower_tag);
-  const bool left_out = !kind || (*kind == Kind::Video && video_seen_);
-  if (left_out) {
+  if (IsLeftOut(kind)) {
     position_ += tag.size() + 1;
     return false;
   }

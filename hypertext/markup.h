@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -51,6 +52,7 @@ class MarkupReader {
 
   bool AtTag() const;
   std::string_view TagAtPosition() const;
+  bool IsLeftOut(std::optional<MarkupItem::Kind> kind) const;
   bool ReadLineFeed(MarkupItem& item);
   void ReadText(MarkupItem& item);
   bool ReadTag(MarkupItem& item);

@@ -120,7 +120,7 @@ void MediaFinder::Forget() {
 
 std::optional<fs::path> MediaFinder::Find(std::string_view name) {
   std::vector<std::string_view> parts = PartsOf(name);
-  if (parts.empty() || name.find('\0') != std::string_view::npos) return std::nullopt;
+  if (parts.empty() || parts.back() == ".." || name.find('\0') != std::string_view::npos) return std::nullopt;
   if (name.size() > 1 && name[1] == ':') {
     const fs::path drive = std::string(name.substr(0, 2)) + "/";
     parts.front().remove_prefix(std::min<size_t>(2, parts.front().size()));
@@ -151,7 +151,7 @@ std::optional<fs::path> MediaFinder::FindIn(fs::path folder, const std::vector<s
     if (match == candidates.end()) return std::nullopt;
     folder /= match->second;
   }
-  return parts.back() == ".." ? std::nullopt : std::optional(folder);
+  return folder;
 }
 
 const MediaFinder::Folder& MediaFinder::NamesIn(const fs::path& folder) {

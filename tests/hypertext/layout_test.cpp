@@ -1,0 +1,235 @@
+#include "hypertext/layout.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/hypertext/fixed_measurer.h"
+
+namespace tessaro {
+namespace {
+
+constexpr PixelSize kFrame = {200, 100};
+constexpr int kPoints = 20;  // a letter is 10 wide and 20 high
+
+std::string Place(const PixelRect& rect) {
+  return std::to_string(rect.left) + "," + std::to_string(rect.top) + " " + std::to_string(rect.width) + "x" +
+         std::to_string(rect.height);
+}
+
+std::string Dump(const Fragment& fragment) {
+  std::string dump = fragment.kind == Fragment::Kind::Text      ? "'" + fragment.text + "' "
+                     : fragment.kind == Fragment::Kind::Picture ? "img(" + fragment.text + ") "
+                                                                : "video(" + fragment.text + ") ";
+  dump += Place(fragment.rect);
+  if (fragment.style.bold) dump += " b";
+  if (fragment.style.italic) dump += " i";
+  if (fragment.style.underline) dump += " u";
+  if (fragment.framed) dump += " framed";
+  if (fragment.transparent) dump += " transparent";
+  if (fragment.colour != 0) dump += " colour " + std::to_string(fragment.colour);
+  return dump + "\n";
+}
+
+std::string Dump(const Layout& layout) {
+  std::string dump;
+  for (const Fragment& fragment : layout.fragments) dump += Dump(fragment);
+  for (const LinkArea& area : layout.links.areas()) {
+    dump += "link " + std::to_string(area.left) + "," + std::to_string(area.top) + " to " + std::to_string(area.right) +
+            "," + std::to_string(area.bottom) + ": " + std::to_string(area.target) + "\n";
+  }
+  for (const std::string& sound : layout.sounds) dump += "sound " + sound + "\n";
+  if (layout.size != kFrame)
+    dump += "size " + std::to_string(layout.size.width) + "x" + std::to_string(layout.size.height) + "\n";
+  return dump;
+}
+
+struct LayoutOf : testing::Test {
+  FixedMeasurer measurer;
+  Layout Lay(std::string_view side) { return LayOut(side, kFrame, kPoints, measurer); }
+  struct Case {
+    std::string side;
+    std::string layout;
+  };
+  void Check(const std::vector<Case>& cases) {
+    for (const Case& c : cases) EXPECT_EQ(Dump(Lay(c.side)), c.layout) << c.side;
+  }
+  void SetUp() override {
+    measurer.pictures = {
+        {"p.bmp", {40, 30}}, {"p.jpg", {40, 30}}, {"breit.jpg", {300, 10}}, {"riesig.bmp", {40960, 4096}}};
+    measurer.sounds = {"s.wav"};
+    measurer.unreadable = {"kaputt.jpg"};
+    measurer.colours = {{1, 1}, {2, 2}};
+  }
+};
+
+TEST_F(LayoutOf, EveryBlankIsOneBlankOfAdvance) {
+  Check({
+      {"", ""},
+      {"a b", "'a' 5,5 10x20\n'b' 25,5 10x20\n"},
+      {"a  b", "'a' 5,5 10x20\n' b' 25,5 20x20\n"},
+      {"a\r\nb", "'a' 5,5 10x20\n'b' 25,5 10x20\n"},
+      {"a<font size=\"40\"> </font>b", "'a' 5,5 10x20\n'b' 35,5 10x20\n"},
+  });
+}
+
+TEST_F(LayoutOf, WordsWrapWholeAtTheFramesWidth) {
+  Check({
+      {"aaaaaaaaaa bbbbbbbb", "'aaaaaaaaaa' 5,5 100x20\n'bbbbbbbb' 115,5 80x20\n"},
+      {"aaaaaaaaaa bbbbbbbbb", "'aaaaaaaaaa' 5,5 100x20\n'bbbbbbbbb' 5,25 90x20\n"},
+      {"aaaaaaaaaa bbbb<i>bbbbb</i>", "'aaaaaaaaaa' 5,5 100x20\n'bbbb' 5,25 40x20\n'bbbbb' 45,25 50x20 i\n"},
+      {"aaaaaaaaaaaaaaaaaaa  b", "'aaaaaaaaaaaaaaaaaaa' 5,5 190x20\n' b' 5,25 20x20\n"},
+  });
+}
+
+TEST_F(LayoutOf, AWordWiderThanTheFrameWidensThePaintBoxAndNothingElse) {
+  Check({{"aaaaaaaaaaaaaaaaaaaaaaaaa bb cc",
+          "'aaaaaaaaaaaaaaaaaaaaaaaaa' 5,5 250x20\n'bb' 5,25 20x20\n'cc' 35,25 20x20\nsize 260x100\n"}});
+}
+
+TEST_F(LayoutOf, LineBreaksOfEmptyLinesHaveTheCurrentHeight) {
+  Check({
+      {"a<br>b", "'a' 5,5 10x20\n'b' 5,25 10x20\n"},
+      {"a<br><br>b", "'a' 5,5 10x20\n'b' 5,45 10x20\n"},
+      {"<br><font size=\"30\"><br></font>b", "'b' 5,55 10x20\n"},
+      {"a <br>b", "'a' 5,5 10x20\n'b' 5,25 10x20\n"},
+  });
+}
+
+TEST_F(LayoutOf, SizesShareALineOnOneBaseLine) {
+  Check({{"a<font size=\"40\">B</font>c<br>d", "'a' 5,20 10x20\n'B' 15,5 20x40\n'c' 35,20 10x20\n'd' 5,45 10x20\n"}});
+}
+
+TEST_F(LayoutOf, StylesAreSwitchesNotCounters) {
+  Check({
+      {"<b><b>x</b>y", "'x' 5,5 10x20 b\n'y' 15,5 10x20\n"},
+      {"</b><i>x<u>y</i>z", "'x' 5,5 10x20 i\n'y' 15,5 10x20 i u\n'z' 25,5 10x20 u\n"},
+      {"<u>a b</u> c", "'a' 5,5 20x20 u\n'b' 25,5 10x20 u\n'c' 45,5 10x20\n"},
+  });
+}
+
+TEST_F(LayoutOf, FontSizesAreAStackOfTwentyWithTheStartSize) {
+  std::string side;
+  for (int size = 21; size <= 45; ++size) side += "<font size=\"" + std::to_string(size) + "\">";
+  EXPECT_EQ(Lay(side + "x").fragments.back().style.points, 39);
+  for (int i = 0; i < 18; ++i) side += "</font>";
+  EXPECT_EQ(Lay(side + "x").fragments.back().style.points, 21);
+  EXPECT_EQ(Lay(side + "</font></font></font>x").fragments.back().style.points, kPoints);
+  EXPECT_EQ(LayOut("x", kFrame, 5000, measurer).fragments.back().style.points, 400);
+}
+
+TEST_F(LayoutOf, TextLinksAreOneUnderlinedPieceWithAnArea) {
+  Check({
+      {"<a href=\"1\">x y</a>.", "'x y' 5,5 30x20 u colour 1\n'.' 35,5 10x20\nlink 5,5 to 34,24: 1\n"},
+      {"aaaaaaaaaaaa <a href=\"2\">b c d</a> <a href=\"0\">e</a>",
+       "'aaaaaaaaaaaa' 5,5 120x20\n'b c d' 135,5 50x20 u colour 2\n'e' 5,25 10x20 u colour 3\n"
+       "link 135,5 to 184,24: 2\nlink 5,25 to 14,44: 0\n"},
+      {"aaaaaaaaaaaaaaa <a href=\"2\">b c</a>!",
+       "'aaaaaaaaaaaaaaa' 5,5 150x20\n'b c' 5,25 30x20 u colour 2\n'!' 35,25 10x20\nlink 5,25 to 34,44: 2\n"},
+  });
+}
+
+TEST_F(LayoutOf, PlainPicturesStandOnLinesOfTheirOwn) {
+  Check({
+      {"a<img src=\"p.bmp\">b", "'a' 5,5 10x20\nimg(p.bmp) 5,25 40x30 framed transparent\n'b' 5,57 10x20\n"},
+      {"<img src=\"p.jpg\" border=\"0\"><img src=\"p.bmp\" border=\"0\"> b",
+       "img(p.jpg) 5,5 40x30\nimg(p.bmp) 5,37 40x30 transparent\n' b' 5,69 20x20\n"},
+      {"a<img src=\"fehlt.bmp\">b", "'a' 5,5 10x20\n'b' 25,5 10x20\n"},
+      {"a<Img src=\"fehlt.bmp\">b", "'a' 5,5 10x20\n'b' 15,5 10x20\n"},
+      {"<img src=\"breit.jpg\">aaaaaaaaa bbbbbbbbbbb",
+       "img(breit.jpg) 5,5 300x10 framed\n'aaaaaaaaa' 5,17 90x20\n'bbbbbbbbbbb' 5,37 110x20\nsize 310x100\n"},
+  });
+}
+
+TEST_F(LayoutOf, PictureSizesKeepProportionsAndBounds) {
+  Check({
+      {"<img src=\"p.bmp\" width=\"20\">", "img(p.bmp) 5,5 20x15 framed\n"},
+      {"<img src=\"p.bmp\" height=\"60\">", "img(p.bmp) 5,5 80x60 framed\n"},
+      {"<img src=\"p.bmp\" width=\"10\" height=\"60\">", "img(p.bmp) 5,5 10x60 framed\n"},
+      {"<img src=\"p.bmp\" width=\"40\" height=\"30\">", "img(p.bmp) 5,5 40x30 framed transparent\n"},
+      {"<img src=\"riesig.bmp\">", "img(riesig.bmp) 5,5 4096x410 framed\nsize 4106x425\n"},
+      {"<img src=\"p.bmp\" width=\"1\" height=\"999999\">", "img(p.bmp) 5,5 1x4096 framed\nsize 200x4111\n"},
+  });
+}
+
+TEST_F(LayoutOf, PictureLinksStandInTheLineLikeWords) {
+  Check({
+      {"a <a href=\"1\"><img src=\"p.jpg\"></a> b",
+       "'a' 5,11 10x20\nimg(p.jpg) 25,6 40x30 framed colour 1\n'b' 77,11 10x20\nlink 25,6 to 64,35: 1\n"},
+      {"aaaaaaaaaaaa aaa<a href=\"2\"><img src=\"p.bmp\" border=\"0\"></a><br>b",
+       "'aaaaaaaaaaaa' 5,5 120x20\n'aaa' 135,5 30x20\nimg(p.bmp) 5,26 40x30 transparent colour 2\n'b' 5,57 10x20\n"
+       "link 5,26 to 44,55: 2\n"},
+      {"a <a href=\"1\"><img src=\"fehlt.jpg\"></a>b", "'a' 5,5 10x20\n'b' 25,5 10x20\n"},
+  });
+}
+
+TEST_F(LayoutOf, OnlyTheFirstVideoIsPlacedAndSoundsAreCollected) {
+  Check({
+      {"<embed src=\"f.avi\" width=\"60\" height=\"40\">a<embed src=\"g.avi\">b",
+       "video(f.avi) 5,5 60x40 framed\n'ab' 5,47 20x20\n"},
+      {"<embed src=\"f.mpg\">", "video(f.mpg) 5,5 353x289 framed\nsize 363x304\n"},
+      {"a<embed src=\"s.wav\">b<embed src=\"fehlt.wav\">", "'a' 5,5 10x20\n'b' 15,5 10x20\nsound s.wav\n"},
+  });
+}
+
+TEST_F(LayoutOf, AnUnreadablePictureEndsTheSide) {
+  const Layout layout = Lay("a <img src=\"kaputt.jpg\"> b");
+  EXPECT_TRUE(layout.broken_off);
+  EXPECT_EQ(Dump(layout), "'a' 5,5 10x20\n");
+}
+
+TEST_F(LayoutOf, ThePaintBoxGrowsByTenBelowContentThatLeavesIt) {
+  EXPECT_EQ(Lay("a<br>a<br>a<br>a").size, kFrame);
+  EXPECT_EQ(Lay("a<br>a<br>a<br>a<br>a").size, (PixelSize{200, 115}));
+  EXPECT_EQ(LayOut("ab c", {0, 0}, kPoints, measurer).size, (PixelSize{30, 55}));
+}
+
+TEST_F(LayoutOf, TheLastLinkBeyondTheTableTakesTheOverflowEntry) {
+  std::string side;
+  for (int i = 1; i <= 120; ++i) side += "<a href=\"" + std::to_string(i) + "\">x</a><br>";
+  const Layout layout = Lay(side);
+  ASSERT_EQ(layout.links.areas().size(), LinkAreas::kEntries + 1);
+  for (const int line : {1, 110, 111, 119, 120}) {
+    const auto target = layout.links.TargetAt(7, 5 + (line - 1) * 20 + 10);
+    EXPECT_EQ(target, line <= 110 || line == 120 ? std::optional<int32_t>(line) : std::nullopt) << line;
+  }
+}
+
+TEST(LinkAreas, HitsCountBordersAndPreferTheLastDrawn) {
+  LinkAreas areas;
+  areas.Add({10, 10, 30, 40, 1});
+  areas.Add({40, 20, 30, 60, 2});
+  const struct {
+    int x, y;
+    std::optional<int32_t> target;
+  } cases[] = {{10, 10, 1}, {39, 30, 1}, {40, 20, 2},  {40, 10, 1},
+               {60, 30, 2}, {9, 10, {}}, {10, 31, {}}, {61, 20, {}}};
+  for (const auto& c : cases) EXPECT_EQ(areas.TargetAt(c.x, c.y), c.target) << c.x << "," << c.y;
+}
+
+TEST_F(LayoutOf, HostileSidesStayBounded) {
+  const auto repeat = [](std::string_view part, size_t bytes) {
+    std::string side;
+    while (side.size() < bytes) side += part;
+    return side;
+  };
+  for (const char* part : {"<", "<<b>", "a ", "<a href=\"1\">", "<img src=\"riesig.bmp\">", "<font size=\"400\"><br>",
+                           "a<b>", "&lt;", "<a href=\"1\">x</a>", "<embed src=\"s.wav\">", "x"}) {
+    const Layout layout = Lay(repeat(part, 1 << 20));
+    EXPECT_LE(layout.fragments.size(), kMaxFragments) << part;
+    EXPECT_LE(layout.size.width, kMaxExtent + 1000) << part;
+    EXPECT_LE(layout.size.height, kMaxExtent + kMaxMediaPixels + 1000) << part;
+    EXPECT_LE(measurer.longest_text, Measurer::kLongestPiece) << part;
+  }
+}
+
+TEST_F(LayoutOf, ALongFaceInPiecesIsOneArea) {
+  const Layout layout = Lay("<a href=\"1\">" + std::string(2500, 'x') + "</a>");
+  EXPECT_EQ(layout.fragments.size(), 3U);
+  ASSERT_EQ(layout.links.areas().size(), 1U);
+  EXPECT_EQ(layout.links.areas()[0].right, 5 + 25000 - 1);
+}
+
+}  // namespace
+}  // namespace tessaro

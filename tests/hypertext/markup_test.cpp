@@ -1,0 +1,232 @@
+#include "hypertext/markup.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace tessaro {
+namespace {
+
+using Kind = MarkupItem::Kind;
+
+void DumpMedia(std::ostream& out, const char* kind, const MarkupItem& item) {
+  out << kind << '(' << item.text;
+  if (item.width != 0 || item.height != 0) out << ' ' << item.width << 'x' << item.height;
+  out << (item.framed ? " framed)" : ")");
+}
+
+void Dump(std::ostream& out, const MarkupItem& item) {
+  const char sign = item.on ? '+' : '-';
+  switch (item.kind) {
+    case Kind::Text:
+      out << '\'' << item.text << '\'';
+      break;
+    case Kind::Blank:
+      out << '_';
+      break;
+    case Kind::WordEnd:
+      out << '|';
+      break;
+    case Kind::LineBreak:
+      out << "br";
+      break;
+    case Kind::Bold:
+      out << sign << 'b';
+      break;
+    case Kind::Italic:
+      out << sign << 'i';
+      break;
+    case Kind::Underline:
+      out << sign << 'u';
+      break;
+    case Kind::FontSize:
+      out << '+' << item.points;
+      break;
+    case Kind::FontSizeEnd:
+      out << "-size";
+      break;
+    case Kind::Picture:
+      DumpMedia(out, "img", item);
+      break;
+    case Kind::Video:
+      DumpMedia(out, "video", item);
+      break;
+    case Kind::Sound:
+      out << "sound(" << item.text << ')';
+      break;
+    case Kind::Link:
+      out << item.target << "->";
+      if (item.picture_face) DumpMedia(out, "img", item);
+      if (!item.picture_face) out << '\'' << item.text << '\'';
+  }
+}
+
+std::string Items(std::string_view side) {
+  MarkupReader reader(side);
+  MarkupItem item;
+  std::ostringstream out;
+  for (const char* gap = ""; reader.Next(item); gap = " ") {
+    out << gap;
+    Dump(out, item);
+  }
+  return out.str();
+}
+
+struct Case {
+  std::string side;
+  std::string items;
+};
+
+void Check(const std::vector<Case>& cases) {
+  for (const Case& c : cases) EXPECT_EQ(Items(c.side), c.items) << c.side;
+}
+
+TEST(Markup, WordsEndAtTheFirstBlankAndKeepTheFurtherOnes) {
+  Check({
+      {"", ""},
+      {"a b", "'a' _ 'b'"},
+      {"a  b", "'a' _ ' b'"},
+      {"  a   b ", "'  a' _ '  b' _"},
+      {"<br>             x", "br '             x'"},
+      {"a\tb\x0F", "'a\tb\x0F'"},
+  });
+}
+
+TEST(Markup, LineFeedsAreABlankOnlyDirectlyBehindALetterOrLink) {
+  Check({
+      {"a\r\nb", "'a' _ 'b'"},
+      {"a\n\nb", "'a' _ 'b'"},
+      {"a \nb", "'a' _ 'b'"},
+      {"a\n b", "'a' _ ' b'"},
+      {"a  \n b", "'a' _ ' ' | ' b'"},
+      {"\n<br>\na", "br 'a'"},
+      {"<b>a</b>\nb", "+b 'a' -b _ 'b'"},
+      {"<a href=\"1\">x</a>\nb", "1->'x' _ 'b'"},
+      {"a\rb\r", "'ab'"},
+  });
+}
+
+TEST(Markup, TagsInsideAWordDoNotEndIt) {
+  Check({
+      {"a<b>b</b>c d", "'a' +b 'b' -b 'c' _ 'd'"},
+      {"a<navigation>b<#SHOW:x.bmp+ (Plus)> c", "'ab' _ 'c'"},
+      {"a <u> b", "'a' _ +u ' b'"},
+      {"a<b> </b>b", "'a' +b _ -b 'b'"},
+  });
+}
+
+TEST(Markup, TagsAreReadInAnyCaseAndUnknownOnesLeftOut) {
+  Check({
+      {"<B>x</B><I></i><U></u><BR><Br>", "+b 'x' -b +i -i +u -u br br"},
+      {"<navigation><HOME><index><automap><topic=\"a > b\">x", "' b\">x'"},
+      {"<b >x<br/></p><+++>", "'x'"},
+      {"<<b>x", "'x'"},
+      {"<b\r>x<b\n>y", "+b 'xy'"},
+  });
+}
+
+TEST(Markup, BracketsWithoutEndAreText) {
+  Check({
+      {"a < b", "'a' _ '<' _ 'b'"},
+      {"1 > 0", "'1' _ '>' _ '0'"},
+      {"<b>x</b", "+b 'x</b'"},
+      {"<a href=\"1\">x</a", "1->'x' '</a'"},
+      {">", "'>'"},
+  });
+}
+
+TEST(Markup, OnlyTwoEntitiesExist) {
+  Check({
+      {"&lt;b&gt; &amp; &LT; &lt", "'<b>' _ '&amp;' _ '&LT;' _ '&lt'"},
+      {"&&lt;lt;", "'&<lt;'"},
+      {"<a href=\"1\">a&lt;b&gt;</a>", "1->'a<b>'"},
+  });
+}
+
+TEST(Markup, AllDigitsOfAFontTagAreItsSize) {
+  Check({
+      {"<font size=\"14\">x</font>", "+14 'x' -size"},
+      {"<FONT SIZE=9>", "+9"},
+      {"<font size=\"1\" color=\"2\">", "+12"},
+      {"<font size=\"0\"><font size=\"\">", "+1 +1"},
+      {"<font size=\"99999999999999999999\">", "+400"},
+      {"<font color=\"3\"></FONT>", "-size"},
+      {"</font size=7>", "+7"},
+  });
+}
+
+TEST(Markup, LinkTargetsAreNumbersOfUpToSevenCharacters) {
+  Check({
+      {"<a href=\"000042\">x</a>", "42->'x'"},
+      {"<A HREF=\"0999990\">x</A>", "999990->'x'"},
+      {"<a href=\"999991\">x</a>", "0->'x'"},
+      {"<a href=\"00000012\">x</a>", "0->'x'"},
+      {"<a href=\"-5\">x</a><a href=\"\">y</a><a href=\"x1\">z</a>", "0->'x' | 0->'y' | 0->'z'"},
+      {"<a href=\" 12b\">x</a>", "12->'x'"},
+      {"<a href=\"12>x</a>", "0->'x'"},
+      {"<a href=12>x</a>", "'x'"},
+  });
+}
+
+TEST(Markup, LinkFacesAreOnePieceWithoutTags) {
+  Check({
+      {"<a href=\"1\">New  <b>York</b><br>City</a>", "1->'New  YorkCity'"},
+      {"<a href=\"1\">a\n\nb \nc</a>", "1->'a b c'"},
+      {"<a href=\"1\">a < b</A>c", "1->'a < b' 'c'"},
+      {"<a href=\"1\">to the end </b> of it", "1->'to the end  of it'"},
+      {"<a href=\"1\">x</address>y", "1->'x' 'y'"},
+      {"<a href=\"1\"></a>", "1->''"},
+  });
+}
+
+TEST(Markup, LinksEndTheWordBeforeThemOnlyInTheirUsualForms) {
+  Check({
+      {"a<a href=\"1\">x</a>.", "'a' | 1->'x' '.'"},
+      {"a<A HREF=\"1\">x</a><a href=\"2\">y</a>", "'a' | 1->'x' | 2->'y'"},
+      {"a<a HREF=\"1\">x</a> b", "'a' 1->'x' _ 'b'"},
+      {"<a href=\"1\">x</a>    <a href=\"2\">y</a>", "1->'x' _ '   ' | 2->'y'"},
+  });
+}
+
+TEST(Markup, PicturesEndTheWordBeforeThemWithABlank) {
+  Check({
+      {"a<img src=\"p.bmp\" border=\"0\">b", "'a' _ img(p.bmp) 'b'"},
+      {"a <IMG SRC=\"p.bmp\">", "'a' _ img(p.bmp framed)"},
+      {"a<Img src=\"p.bmp\">b", "'a' img(p.bmp framed) 'b'"},
+      {"a<img>b<image>c", "'abc'"},
+  });
+}
+
+TEST(Markup, AttributesAreFoundBySubstringAndOnlyInQuotes) {
+  Check({
+      {"<img src=\"p.jpg\" width=\"30\" height=\"20\" border=\"2\">", "img(p.jpg 30x20 framed)"},
+      {"<img src=\"P.jpg\" width=30 height=\"x\">", "img(P.jpg framed)"},
+      {"<img src=p.jpg width=\"30\">", "img(30 30x0 framed)"},
+      {"<img src=\"p.jpg>x", "img( framed) 'x'"},
+      {"<img src=\"p.jpg\" width=\"99999999999\" height=\"-4\">", "img(p.jpg 1000000x0 framed)"},
+      {"<img src=\"border.bmp\" border=\"1\">", "img(border.bmp)"},
+  });
+}
+
+TEST(Markup, PictureFacesAreReadFromTheirTag) {
+  Check({
+      {"<a href=\"1\"><img src=\"p.bmp\"></a>", "1->img(p.bmp framed)"},
+      {"<a href=\"000001\">a <IMG SRC=\"p.bmp\" border=\"0\" width=\"9\"> b</a>c", "1->img(p.bmp 9x0) 'c'"},
+      {"<a href=\"1\">img src</a>", "1->img( framed)"},
+  });
+}
+
+TEST(Markup, EmbedsAreVideosOrSoundsByTheirEnding) {
+  Check({
+      {"a<embed src=\"s.wav\">b", "'a' sound(s.wav) 'b'"},
+      {"<EMBED SRC=\"f.AVI\" width=\"353\" height=\"289\">", "video(f.AVI 353x289 framed)"},
+      {"<embed src=\"f.mpeg\">x", "'x'"},
+      {"<embed src=\"f.mpg\"> x <embed src=\"g.avi\">y", "video(f.mpg framed) ' x' _ 'y'"},
+      {"<img src=\"embed.bmp\">", "sound(embed.bmp)"},
+  });
+}
+
+}  // namespace
+}  // namespace tessaro

@@ -1,0 +1,113 @@
+#include "hypertext/media.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "platform/disk.h"
+
+namespace tessaro {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct MediaFiles : testing::Test {
+  fs::path root = fs::path(testing::TempDir()) / "tessaro_media_test";
+  MediaFolders folders = {root / "kartei", root / "kartei" / "Medien"};
+
+  void SetUp() override {
+    fs::remove_all(root);
+    for (const char* name :
+         {"kartei/Bild.bmp", "kartei/\u00C4pfel.JPG", "kartei/Medien/ton.wav", "kartei/Medien/BILD.BMP",
+          "kartei/Bilder/Fl\u00FCsse/\u20AClbe.jpg", "kartei/alt\xE4.bmp", "oben.bmp", "kartei/\u03A9.bmp"}) {
+      fs::create_directories((root / name).parent_path());
+      std::ofstream(root / name) << "x";
+    }
+  }
+  void TearDown() override { fs::remove_all(root); }
+  std::string Found(std::string_view name) const {
+    const auto path = FindMedia(RealDisk(), folders, name);
+    return path ? path->lexically_normal().lexically_relative(root).string() : "-";
+  }
+};
+
+TEST_F(MediaFiles, NamesAreFoundWithoutRegardToCaseAndInTheCodePage) {
+  const struct {
+    std::string name, found;
+  } cases[] = {
+      {"Bild.bmp", "kartei/Bild.bmp"},
+      {"bILD.bMP", "kartei/Bild.bmp"},
+      {"TON.WAV", "kartei/Medien/ton.wav"},
+      {"\\bild.bmp", "kartei/Bild.bmp"},
+      {"medien\\TON.wav", "kartei/Medien/ton.wav"},
+      {"\xE4PFEL.jpg", "kartei/\u00C4pfel.JPG"},
+      {"bilder\\FL\xDCSSE/\x80LBE.JPG", "kartei/Bilder/Fl\u00FCsse/\u20AClbe.jpg"},
+      {"ALT\xC4.bmp", "kartei/alt\xE4.bmp"},
+      {".\\..\\OBEN.bmp", "oben.bmp"},
+      {(root / "oben.bmp").string(), "oben.bmp"},
+      {"fehlt.bmp", "-"},
+      {"bilder", "-"},
+      {"bild.bmp\\x.bmp", "-"},
+      {"", "-"},
+      {"\\", "-"},
+      {"..", "-"},
+      {"C:\\oben.bmp", "-"},
+      {std::string("Bild.bmp\0.jpg", 13), "-"},
+      {std::string(100000, 'x'), "-"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(Found(c.name), c.found) << c.name.substr(0, 50);
+}
+
+TEST_F(MediaFiles, AnExactNameInTheAlternativeFolderYieldsToTheOwnFolder) {
+  EXPECT_EQ(Found("BILD.BMP"), "kartei/Bild.bmp");
+  folders.folder.clear();
+  EXPECT_EQ(Found("bild.bmp"), "kartei/Medien/BILD.BMP");
+  folders.alternative.clear();
+  EXPECT_EQ(Found("bild.bmp"), "-");
+}
+
+TEST_F(MediaFiles, AFinderSeesNewFilesOnceItForgets) {
+  MediaFinder finder(RealDisk(), folders);
+  EXPECT_FALSE(finder.Find("NEU.bmp"));
+  std::ofstream(folders.folder / "neu.bmp") << "x";
+  finder.Forget();
+  EXPECT_TRUE(finder.Find("NEU.bmp"));
+}
+
+TEST(MediaDirective, NamesEndAtBracketsBlanksOrTheMarker) {
+  const struct {
+    MediaKind kind;
+    std::string side;
+    std::string directive;  // name, and "+" when the text is shown first
+  } cases[] = {
+      {MediaKind::Picture, "<#SHOW:bild.bmp+ (Pluszeichen l\xF6schen = Grafik zuerst anzeigen)>", "bild.bmp +"},
+      {MediaKind::Picture, "x<#SHOW:bild.JPG (..)>", "bild.JPG"},
+      {MediaKind::Picture, "#SHOW:C:\\x.bmp", "C:\\x.bmp"},
+      {MediaKind::Picture, "#SHOW:bild.bmp+2.bmp", "bild.bmp +"},
+      {MediaKind::Picture, "#SHOW:mein.bild.bmp", "mein.bild"},
+      {MediaKind::Picture, "#SHOW:a.bmp #SHOW:b.bmp+", "a.bmp"},
+      {MediaKind::Picture, "#SHOW:bild\r\n.bmp", "bild"},
+      {MediaKind::Picture, "#SHOW:bild.gif", "-"},
+      {MediaKind::Picture, "#SHOW:bild.Bmp", "-"},
+      {MediaKind::Picture, "#SHOW:bild.gif .jpg", "bild.gif"},
+      {MediaKind::Picture, "#show:bild.bmp", "-"},
+      {MediaKind::Picture, "#SHOW: bild.bmp", "-"},
+      {MediaKind::Picture, "#SHOW:+ .bmp", "-"},
+      {MediaKind::Video, "<#PLAY:film.avi>", "film.avi"},
+      {MediaKind::Video, "<#PLAY:film.mpeg>.mpg", "film.mpeg"},
+      {MediaKind::Sound, "#WAVE:ton.mid<br>", "ton.mid"},
+      {MediaKind::Sound, "#SHOW:ton.wav", "-"},
+      {MediaKind::Text, "<#TEXT:notiz.txt (.rtf! Ausrufezeichen anf\xFCgen = Text zuerst anzeigen)>", "notiz.txt +"},
+      {MediaKind::Text, "<#TEXT:notiz.rtf! (..)>", "notiz.rtf"},
+      {MediaKind::Text, "#TEXT:notiz.txt+", "notiz.txt +"},
+  };
+  for (const auto& c : cases) {
+    const auto found = FindDirective(c.side, c.kind);
+    EXPECT_EQ(found ? found->name + (found->text_first ? " +" : "") : "-", c.directive) << c.side;
+  }
+}
+
+}  // namespace
+}  // namespace tessaro
