@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kPadding = 16;
 constexpr int kGap = 8;
-constexpr int kIconSize = 20;
+constexpr int kLeastIcon = 20;
 constexpr int kRadius = 6;
 constexpr int kKeyPadding = 6;
 constexpr int kLeastHeight = 48;
@@ -29,7 +29,6 @@ QColor Mixed(const QColor& from, const QColor& to, qreal part) {
 AnswerButton::AnswerButton(QWidget* parent) : QPushButton(parent) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setAttribute(Qt::WA_Hover);
-  setIconSize(QSize(kIconSize, kIconSize));
 }
 
 void AnswerButton::SetMeaning(std::optional<Accent> accent, std::string_view icon_name) {
@@ -48,6 +47,10 @@ void AnswerButton::SetProminent(bool prominent) {
   if (prominent_ == prominent) return;
   prominent_ = prominent;
   update();
+}
+
+int AnswerButton::IconSide() const {
+  return std::max(kLeastIcon, QFontMetrics(font()).height());
 }
 
 QColor AnswerButton::OwnColour() const {
@@ -75,7 +78,7 @@ int AnswerButton::KeyWidth() const {
 
 QSize AnswerButton::WithoutKey() const {
   const QFontMetrics metrics(font());
-  const int width = kPadding + kIconSize + kGap + metrics.horizontalAdvance(text()) + kPadding;
+  const int width = kPadding + IconSide() + kGap + metrics.horizontalAdvance(text()) + kPadding;
   return {width, std::max(kLeastHeight, metrics.height() + 2 * kPadding)};
 }
 
@@ -108,7 +111,8 @@ void AnswerButton::PaintFrame(QPainter& painter) const {
   if (isEnabled() && isDown()) face = Mixed(face, text, 0.14);
   if (isEnabled() && underMouse() && !isDown()) face = Mixed(face, text, 0.06);
   const bool strong = prominent_ && isEnabled();
-  const QColor border = strong ? OwnColour() : Mixed(face, isEnabled() ? OwnColour() : text, 0.35);
+  const QColor strong_colour = accent_ ? OwnColour() : palette().color(QPalette::Highlight);
+  const QColor border = strong ? strong_colour : Mixed(face, isEnabled() ? OwnColour() : text, 0.35);
   const qreal width = strong ? 2.0 : 1.0;
   // The focus ring has its room around the frame, so nothing shifts when the focus comes.
   constexpr qreal kRingRoom = 3;
@@ -126,9 +130,9 @@ void AnswerButton::PaintContent(QPainter& painter) const {
   const bool with_key = !key_text_.isEmpty() && width() >= sizeHint().width();
   const QSize needed = with_key ? sizeHint() : WithoutKey();
   int x = (width() - needed.width()) / 2 + kPadding;
-  const QRect icon_place(x, (height() - kIconSize) / 2, kIconSize, kIconSize);
+  const QRect icon_place(x, (height() - IconSide()) / 2, IconSide(), IconSide());
   icon().paint(&painter, icon_place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
-  x += kIconSize + kGap;
+  x += IconSide() + kGap;
   painter.setFont(font());
   painter.setPen(palette().color(QPalette::ButtonText));
   const int text_width = QFontMetrics(font()).horizontalAdvance(text());

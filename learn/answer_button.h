@@ -31,6 +31,7 @@ class AnswerButton : public QPushButton {
   void changeEvent(QEvent* event) override;
 
  private:
+  int IconSide() const;
   QColor OwnColour() const;
   QFont KeyFont() const;
   int KeyWidth() const;

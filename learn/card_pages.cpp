@@ -19,7 +19,11 @@ namespace tessaro {
 namespace {
 
 constexpr int kLettersInLine = 75;
-constexpr QMargins kPaperMargins(24, 20, 8, 12);
+// The paper is in line with the frames of the buttons below, which keep room for their focus ring.
+constexpr int kEdge = 3;
+// The hypertext frame has margins of its own; it must only not touch the rounded edge.
+constexpr int kFrameMargin = 3;
+constexpr int kPaperMargin = 20;
 constexpr int kLargestPictureSide = 4096;
 
 QString PathText(const std::filesystem::path& path) {
@@ -42,9 +46,9 @@ QPlainTextEdit* MakeTextView(const QString& name) {
 // The sheet of paper that a page is: the same in a light and a dark desktop.
 class PaperPage : public QWidget {
  public:
-  explicit PaperPage(QWidget* content) {
+  PaperPage(QWidget* content, int margin) {
     auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(kPaperMargins);
+    layout->setContentsMargins(kEdge + margin, margin, kEdge + margin, margin);
     layout->addWidget(content);
   }
   void SetPaper(const QColor& paper) {
@@ -61,7 +65,7 @@ class PaperPage : public QWidget {
     edge.setAlphaF(0.25F);
     painter.setPen(edge);
     painter.setBrush(paper_);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(kEdge + 0.5, 0.5, -kEdge - 0.5, -0.5), kRadius, kRadius);
   }
 
  private:
@@ -101,7 +105,8 @@ CardPages::CardPages(QWidget* parent)
   setDocumentMode(true);
   tabBar()->setFocusPolicy(Qt::TabFocus);
   frame_->setObjectName(u"FrameHtml"_s);
-  frame_->setFocusPolicy(Qt::NoFocus);
+  // A click on the card leaves the focus with the buttons; Tab reaches the links.
+  frame_->setFocusPolicy(Qt::TabFocus);
   frame_->setFrameShape(QFrame::NoFrame);
   picture_->setObjectName(u"Grafik"_s);
   video_->setObjectName(u"ButtonVideo"_s);
@@ -115,7 +120,7 @@ CardPages::CardPages(QWidget* parent)
 }
 
 void CardPages::AddPage(const QString& title, QWidget* content) {
-  auto* page = new PaperPage(content);
+  auto* page = new PaperPage(content, content == frame_ ? kFrameMargin : kPaperMargin);
   pages_[static_cast<size_t>(count())] = page;
   addTab(page, title);
 }
@@ -213,7 +218,7 @@ void CardPages::ScrollBy(int heights) {
 }
 
 int CardPages::PaperWidth(const QFont& font) {
-  return QFontMetrics(font).averageCharWidth() * kLettersInLine + kPaperMargins.left() + kPaperMargins.right();
+  return QFontMetrics(font).averageCharWidth() * kLettersInLine + 4 * kPaperMargin;
 }
 
 }  // namespace tessaro

@@ -94,11 +94,14 @@ void TF_wnlern::ConnectMethods() {
   connect(ui_->MAutoReihe, &QAction::triggered, this, [this] { MethodClick(Method::RowOrder); });
   ui_->ButtonMethode->addActions(methods->actions());
   ui_->ButtonMethode->setPopupMode(QToolButton::InstantPopup);
+  // Its arrow stands in the text; the style's own hangs below it.
+  ui_->ButtonMethode->setStyleSheet(u"QToolButton::menu-indicator { image: none; }"_s);
   connect(ui_->MReiheAnfang, &QAction::triggered, this,
           [this] { Do([](LearningRun& run) { run.RestartRowOrder(); }); });
   connect(ui_->MNeueKarten, &QAction::triggered, this, &TF_wnlern::MNeueKartenClick);
   connect(ui_->MZeitsperre, &QAction::triggered, this, &TF_wnlern::SpeedButtonSperreClick);
-  connect(ui_->SpeedButtonSperre, &QAbstractButton::clicked, this, &TF_wnlern::SpeedButtonSperreClick);
+  connect(ui_->SpeedButtonSperre, &QAbstractButton::clicked, this,
+          [this] { SpeedButtonSperreClick(!ui_->MZeitsperre->isChecked()); });
 }
 
 void TF_wnlern::ConnectView() {
@@ -221,9 +224,8 @@ void TF_wnlern::ReadLooks() {
   ui_->Kartenspalte->setMaximumWidth(std::max(paper, ui_->AntwortzeileLayout->sizeHint().width()));
   const std::filesystem::path folder = file_.paths().cards.parent_path();
   ui_->PageControlAnz->SetMediaFolders({folder, folder / "Medien"});
-  parameters_ = ReadParameters(settings_.ini);
   ui_->PageControlAnz->SetLinkColours([this](int64_t id) {
-    switch (LinkStateOf(file_, id, parameters_, clock_.Now())) {
+    switch (LinkStateOf(file_, id, run_->parameters(), clock_.Now())) {
       case LinkState::KnownNotDue:
         return 1;
       case LinkState::DueOrWrong:

@@ -106,7 +106,6 @@ class TF_wnlern : public QMainWindow, private LearningView {
   Messages& messages_;
   std::unique_ptr<Ui::TF_wnlern> ui_;
   std::unique_ptr<LearningRun> run_;
-  LearningParameters parameters_;
   std::array<SideLook, 2> looks_;  // front and back
   QTimer timer_;
   int64_t start_milliseconds_ = 0;

@@ -96,9 +96,11 @@ void TF_wnlern::SpeedButtonTauschClick(bool on) {
 }
 
 void TF_wnlern::SpeedButtonSperreClick(bool on) {
-  Do([on](LearningRun& run) { run.SetTimeLock(on); });
-  // With the lock on nothing was due; without it there may be a card now.
-  if (run_ != nullptr && run_->card().row == 0) StartRun();
+  Do([on](LearningRun& run) {
+    run.SetTimeLock(on);
+    // With the lock on nothing was due; without it there may be a card.
+    if (run.card().row == 0) run.ShowNext();
+  });
 }
 
 void TF_wnlern::MethodClick(Method method) {
@@ -190,11 +192,11 @@ void TF_wnlern::ShowControls() {
   ui_->MInvers->setChecked(run_->inverse());
   ui_->SpeedButtonTausch->setChecked(run_->swapped());
   ui_->MTausch->setChecked(run_->swapped());
-  ui_->SpeedButtonSperre->setChecked(run_->time_lock());
+  ui_->SpeedButtonSperre->setAccessibleName(TimeLockText(run_->time_lock()));
   ui_->SpeedButtonSperre->setIcon(Icon(run_->time_lock() ? "lock" : "unlock"));
   ui_->MZeitsperre->setChecked(run_->time_lock());
   ui_->EditZeitsperre->setText(TimeLockText(run_->time_lock()));
-  ui_->ButtonMethode->setText(MethodText(run_->method()));
+  ui_->ButtonMethode->setText(MethodText(run_->method()) + u" ▾"_s);
   FocusNextStep();
 }
 
@@ -216,7 +218,7 @@ void TF_wnlern::ShowNotice() {
       text = ClockWentBackNotice();
       break;
     case Notice::NothingDue:
-      text = NothingDueNotice(SecondsUntilNextDue(file_, parameters_, clock_.Now()));
+      text = NothingDueNotice(SecondsUntilNextDue(file_, run_->parameters(), clock_.Now()));
       break;
     case Notice::EndOfFile:
       text = EndOfFileNotice();

@@ -50,7 +50,7 @@ void DressCaptions(Ui::TF_wnlern& ui, const QMainWindow& window) {
   }
   QFont title = window.font();
   title.setWeight(QFont::DemiBold);
-  for (QLabel* label : {ui.TitelBehaltenszeit, ui.TitelAuswahl, ui.LabelSeite}) label->setFont(title);
+  for (QLabel* label : {ui.TitelKarte, ui.TitelAuswahl, ui.LabelSeite}) label->setFont(title);
 }
 
 void DressButtons(Ui::TF_wnlern& ui) {
@@ -85,28 +85,38 @@ int NeededWidth(const QWidget& row) {
 
 // Words go before icons do: icons keep their hints.
 void FitControlBar(Ui::TF_wnlern& ui, int width) {
-  const std::initializer_list<QToolButton*> rare = {ui.SpeedButtonInversEin, ui.SpeedButtonInversAus,
-                                                    ui.SpeedButtonTausch};
   const std::initializer_list<QToolButton*> navigation = {ui.SpeedButtonHome, ui.SpeedButtonBack, ui.SpeedButtonVis,
                                                           ui.SpeedButtonUndo};
   const auto set = [](std::initializer_list<QToolButton*> buttons, Qt::ToolButtonStyle style) {
     for (QToolButton* button : buttons) button->setToolButtonStyle(style);
   };
   const auto fits = [&] { return NeededWidth(*ui.Steuerleiste) <= width; };
-  set(rare, Qt::ToolButtonTextBesideIcon);
   set(navigation, Qt::ToolButtonTextBesideIcon);
   set({ui.ButtonMethode}, Qt::ToolButtonTextBesideIcon);
   ui.EditZeitsperre->show();
-  if (!fits()) set(rare, Qt::ToolButtonIconOnly);
   if (!fits()) set(navigation, Qt::ToolButtonIconOnly);
   if (!fits()) set({ui.ButtonMethode}, Qt::ToolButtonIconOnly);
   if (!fits()) ui.EditZeitsperre->hide();
 }
 
-void FitFigures(Ui::TF_wnlern& ui, int width) {
-  const int card = ui.AntwortzeileLayout->minimumSize().width();
-  const int needed = card + ui.Anzeigen->sizeHint().width() + ui.InhaltLayout->spacing() * 3;
-  ui.Anzeigen->setVisible(ui.MAnzeigen->isChecked() && width >= std::max(kFoldWidth, needed));
+// The column of the card needs room for the answers with their keys; the figures stand beside it where they can.
+// Returns the width that is left to the card.
+int FitFigures(Ui::TF_wnlern& ui, int width) {
+  const QMargins around = ui.InhaltLayout->contentsMargins();
+  const int inside = width - around.left() - around.right();
+  const int figures = ui.Anzeigen->sizeHint().width() + 2 * ui.InhaltLayout->spacing();
+  const bool wide = width >= kFoldWidth && inside - figures >= ui.AntwortzeileLayout->sizeHint().width();
+  const bool shown = wide && ui.MAnzeigen->isChecked();
+  ui.Anzeigen->setVisible(shown);
+  // Two of the figures then move to the status line.
+  for (QLabel* label : {ui.LabelEdit1, ui.Edit1, ui.LabelLabelPos, ui.LabelPos}) label->setVisible(!shown);
+  return std::min(shown ? inside - figures : inside, ui.Kartenspalte->maximumWidth());
+}
+
+void DressIcons(Ui::TF_wnlern& ui, const QMainWindow& window) {
+  constexpr int kLeastIcon = 16;
+  const int side = std::max(kLeastIcon, window.fontMetrics().height());
+  for (QToolButton* button : ui.Steuerleiste->findChildren<QToolButton*>()) button->setIconSize(QSize(side, side));
 }
 
 }  // namespace
@@ -115,18 +125,24 @@ void DressControls(Ui::TF_wnlern& ui, QMainWindow& window) {
   DressCaptions(ui, window);
   DressButtons(ui);
   DressMenus(ui);
+  DressIcons(ui, window);
   const int figure = window.fontMetrics().horizontalAdvance(QLatin1Char('0')) * kFigureLetters;
   ui.DisplayBeh->setMinimumWidth(figure);
-  ui.DisplayKarteifach->setMinimumWidth(figure / 2);
+  constexpr int kLeastWidth = 520;
+  const QMargins around = ui.InhaltLayout->contentsMargins();
+  const int answers = ui.AntwortzeileLayout->minimumSize().width() + around.left() + around.right();
+  window.setMinimumWidth(std::max(kLeastWidth, answers));
 }
 
 void FitControls(Ui::TF_wnlern& ui, int width) {
-  FitFigures(ui, width);
+  const int card_width = FitFigures(ui, width);
   FitControlBar(ui, width);
-  ui.LabelTage->show();
-  ui.LabelTage->setVisible(NeededWidth(*ui.Tageszeile) <= width - 32);
-  ui.LabelSteuerung->show();
-  ui.LabelSteuerung->setVisible(NeededWidth(*ui.Statuszeile) <= width);
+  const auto show_if_fits = [](QWidget* part, const QWidget& row, int room) {
+    part->show();
+    part->setVisible(NeededWidth(row) <= room);
+  };
+  show_if_fits(ui.LabelTage, *ui.Tageszeile, card_width);
+  show_if_fits(ui.LabelSteuerung, *ui.Statuszeile, width);
 }
 
 void PlaceControlBar(Ui::TF_wnlern& ui, bool below) {
