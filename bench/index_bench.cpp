@@ -1,0 +1,136 @@
+// Building both indexes beside a sort of the learning index's keys, and opening a card file whole beside `wc -l` of the
+// same file, in the same run.
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "bench/generated_cards.h"
+#include "bench/measure.h"
+#include "store/card_file.h"
+
+namespace {
+
+using tessaro::CardFile;
+using tessaro::Median;
+using tessaro::OpenResult;
+using tessaro::Time;
+namespace fs = std::filesystem;
+
+constexpr int kRounds = 11;
+constexpr int kUpdates = 20000;
+
+void Check(bool good, const char* what) {
+  if (good) return;
+  std::fprintf(stderr, "failed: %s\n", what);
+  std::exit(1);
+}
+
+// What a start of the program does with a card file.
+void OpenWhole(CardFile& file, const fs::path& path) {
+  const tessaro::OpenReport report = file.Open(path);
+  Check(report.result == OpenResult::Opened && !report.learn_index_rebuilt && !report.link_index_rebuilt, "open");
+  Check(file.highest_id() > 0 && file.CountUnknown() <= file.CardCount(), "counts");
+  Check(file.Figures({1'700'000'000, 1.0, 365 * 86400}).cards == file.CardCount(), "figures");
+}
+
+void Print(const char* work, double seconds, const char* reference, double reference_seconds) {
+  std::printf("  %-34s %8.1f ms   %-11s %8.1f ms   ratio %5.2f\n", work, seconds * 1e3, reference,
+              reference_seconds * 1e3, seconds / reference_seconds);
+}
+
+void MeasureBuild(CardFile& file) {
+  std::vector<int64_t> keys;
+  for (int row = file.CardCount() + 1; row >= tessaro::kFirstCardRow; --row) {
+    keys.push_back(tessaro::LeadingNumber(file.cards().Peek(file.columns().score, row)));
+  }
+  std::vector<double> sort;
+  std::vector<double> learn;
+  std::vector<double> both;
+  for (int i = 0; i < kRounds; ++i) {
+    std::vector<int64_t> sorted = keys;
+    sort.push_back(Time([&] { std::stable_sort(sorted.begin(), sorted.end()); }));
+    learn.push_back(Time([&] { Check(file.learn_index().Build(file.cards()), "learning index"); }));
+    both.push_back(Time([&] { Check(file.RebuildIndexes(), "both indexes"); }));
+  }
+  Print("build the learning index", Median(learn), "stable_sort", Median(sort));
+  Print("build both indexes", Median(both), "stable_sort", Median(sort));
+}
+
+void MeasureUpdate(CardFile& file) {
+  std::vector<double> times;
+  uint32_t random = 1;
+  for (int i = 0; i < kUpdates; ++i) {
+    random = random * 1664525U + 1013904223U;
+    const int row = tessaro::kFirstCardRow + static_cast<int>(random % static_cast<uint32_t>(file.CardCount()));
+    const int64_t score = i % 4 == 0 ? 0 : random % 10'000'000;
+    times.push_back(Time([&] { file.learn_index().Update(row, score); }));
+  }
+  std::sort(times.begin(), times.end());
+  std::printf("  %-34s median %5.2f us, 99 %% within %5.2f us\n", "move a card in the learning index",
+              times[times.size() / 2] * 1e6, times[times.size() * 99 / 100] * 1e6);
+}
+
+void MeasureOpen(const fs::path& path) {
+  std::vector<double> open;
+  std::vector<double> count;
+  std::vector<double> peak;
+  for (int i = 0; i < kRounds; ++i) {
+    count.push_back(tessaro::RunProgram({"wc", "-l", path.string()}).seconds);
+    CardFile file;
+    open.push_back(Time([&] { OpenWhole(file, path); }));
+    file.Close();
+    peak.push_back(static_cast<double>(tessaro::RunProgram({tessaro::OwnPath(), "--open", path.string()}).peak_kib) *
+                   1024);
+  }
+  const auto size = static_cast<double>(fs::file_size(path));
+  Print("open, in process", Median(open), "wc -l", Median(count));
+  std::printf("  %-34s %8.1f MB   %-11s %8.1f MB   ratio %5.2f\n", "peak memory with it open", Median(peak) / 1e6,
+              "file", size / 1e6, Median(peak) / size);
+}
+
+// Works on a copy: the file may be somebody's own.
+void Measure(const fs::path& path, const fs::path& folder) {
+  const fs::path copy = folder / "copy.mlb";
+  CardFile file;
+  Check(file.Open(path).result == OpenResult::Opened, "open");
+  std::printf("%s, %d cards, medians of %d\n", path.filename().c_str(), file.CardCount(), kRounds);
+  Check(file.RebuildIndexes() && file.SaveCopy(copy) == tessaro::SaveResult::Saved, "copy");
+  MeasureBuild(file);
+  MeasureUpdate(file);
+  file.Close();
+  MeasureOpen(copy);
+}
+
+void MeasureGenerated(const fs::path& folder) {
+  for (const int count : {10'000, 100'000, tessaro::kMostCards}) {
+    const fs::path path = folder / (std::to_string(count) + ".mlb");
+    Check(tessaro::GenerateCards(path, count, 1), "generate");
+    Measure(path, folder);
+    fs::remove(path);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc == 3 && std::strcmp(argv[1], "--open") == 0) {
+    CardFile file;
+    OpenWhole(file, argv[2]);
+    return 0;
+  }
+  std::string name = (fs::temp_directory_path() / "index_bench_XXXXXX").string();
+  if (mkdtemp(name.data()) == nullptr) return 1;
+  if (argc > 1) {
+    Measure(argv[1], name);
+  } else {
+    MeasureGenerated(name);
+  }
+  fs::remove_all(name);
+  return 0;
+}
