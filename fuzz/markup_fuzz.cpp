@@ -5,6 +5,7 @@
 #include "hypertext/layout.h"
 #include "hypertext/media.h"
 #include "hypertext/plain_text.h"
+#include "hypertext/text_file.h"
 
 using namespace tessaro;
 
@@ -47,6 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   CheckLayout(side, {300, 200});
   CheckLayout(side, {1, 1});
   PlainText(side);
+  ReadableText(side);
   for (const MediaKind kind : {MediaKind::Picture, MediaKind::Video, MediaKind::Sound, MediaKind::Text})
     FindDirective(side, kind);
   return 0;

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "hypertext/utf8.h"
 #include "platform/disk.h"
 #include "store/code_page.h"
 
@@ -14,37 +15,8 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kSeparators = "\\/";
 
-// Bytes of the code page as UTF-8, which file names are in.
-std::string ToUtf8(std::string_view bytes) {
-  std::string utf8;
-  for (const char byte : bytes) {
-    const auto value = static_cast<uint8_t>(byte);
-    const unsigned character = value >= 0x80 && value < 0xA0 ? code_page::kHighControls[value - 0x80] : value;
-    if (character < 0x80) {
-      utf8 += byte;
-    } else if (character < 0x800) {
-      utf8 += {static_cast<char>(0xC0 | character >> 6U), static_cast<char>(0x80 | (character & 0x3FU))};
-    } else {
-      utf8 += {static_cast<char>(0xE0 | character >> 12U), static_cast<char>(0x80 | (character >> 6U & 0x3FU)),
-               static_cast<char>(0x80 | (character & 0x3FU))};
-    }
-  }
-  return utf8;
-}
-
-// The character that a UTF-8 text begins with and how many bytes it takes; nothing for what no code page byte is: four
-// bytes and more, and what is no UTF-8.
-std::optional<std::pair<unsigned, size_t>> FirstCharacter(std::string_view utf8) {
-  const auto byte = [utf8](size_t at) -> unsigned { return at < utf8.size() ? static_cast<uint8_t>(utf8[at]) : 0; };
-  const auto follows = [byte](size_t at) { return (byte(at) & 0xC0U) == 0x80U; };
-  if (byte(0) < 0x80) return std::pair(byte(0), size_t{1});
-  if ((byte(0) & 0xE0U) == 0xC0U && follows(1))
-    return std::pair((byte(0) & 0x1FU) << 6U | (byte(1) & 0x3FU), size_t{2});
-  if ((byte(0) & 0xF0U) != 0xE0U || !follows(1) || !follows(2)) return std::nullopt;
-  return std::pair((byte(0) & 0x0FU) << 12U | (byte(1) & 0x3FU) << 6U | (byte(2) & 0x3FU), size_t{3});
-}
-
-std::optional<char> ByteOfCharacter(unsigned character) {
+// Nothing when the code page lacks the character.
+std::optional<char> ByteOfCharacter(char32_t character) {
   if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) return static_cast<char>(character);
   const auto& high = code_page::kHighControls;
   const auto* found = std::find(high.begin(), high.end(), character);
@@ -63,7 +35,7 @@ std::string LowerCase(std::string_view bytes) {
 std::string LowerCaseOfDiskName(std::string_view name) {
   std::string bytes;
   for (size_t at = 0; at < name.size();) {
-    const auto first = FirstCharacter(name.substr(at));
+    const auto first = FirstUtf8(name.substr(at));
     const auto byte = first ? ByteOfCharacter(first->first) : std::nullopt;
     if (!byte) return LowerCase(name);
     bytes += *byte;
@@ -138,7 +110,7 @@ std::optional<fs::path> MediaFinder::Find(std::string_view name) {
 std::optional<fs::path> MediaFinder::FindIn(fs::path folder, const std::vector<std::string_view>& parts) {
   if (parts.empty()) return std::nullopt;
   fs::path exact = folder;
-  for (const std::string_view part : parts) exact /= ToUtf8(part);
+  for (const std::string_view part : parts) exact /= Utf8FromCodePage(part);
   if (disk_->Exists(exact)) return exact;
   for (size_t i = 0; i < parts.size(); ++i) {
     if (parts[i] == "..") {
