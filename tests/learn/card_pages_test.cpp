@@ -1,0 +1,97 @@
+#include "learn/card_pages.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QImage>
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+#include <QTabBar>
+#include <QTemporaryDir>
+#include <string>
+
+#include "hypertext/video_screen.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+class CardPagesTest : public testing::Test {
+ protected:
+  CardPagesTest() {
+    QImage(20, 10, QImage::Format_RGB32).save(folder.filePath(u"bild.bmp"_s));
+    Write(u"kaputt.jpg"_s, "no picture");
+    Write(u"notiz.txt"_s,
+          "Gr\xFC\xDF"
+          "e");
+    Write(u"ton.wav"_s, "RIFF");
+    Write(u"film.avi"_s, "RIFF");
+    pages.SetMediaFolders({folder.path().toStdString(), {}});
+  }
+  void Write(const QString& name, const QByteArray& bytes) {
+    QFile file(folder.filePath(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+  }
+  void ShowSide(const std::string& side) { pages.ShowSide(side, {QFont(), Qt::black, Qt::white}); }
+  // The titles of the pages that are offered, the one in front in brackets.
+  QString Offered() {
+    QStringList titles;
+    for (int page = 0; page < pages.count(); ++page) {
+      if (!pages.isTabVisible(page)) continue;
+      titles += page == pages.currentIndex() ? u"[%1]"_s.arg(pages.tabText(page)) : pages.tabText(page);
+    }
+    return titles.join(u' ');
+  }
+
+  QTemporaryDir folder;
+  CardPages pages;
+};
+
+TEST_F(CardPagesTest, OffersThePagesThatTheSideHasUseFor) {
+  const std::pair<const char*, QString> cases[] = {
+      {"nur Text", u"[HTML]"_s},
+      {"<#SHOW:bild.bmp>", u"Text [Grafik] HTML"_s},
+      {"<#SHOW:bild.bmp+ (Pluszeichen)>", u"Text Grafik [HTML]"_s},
+      {"<#SHOW:fehlt.bmp>", u"[HTML]"_s},
+      {"<#TEXT:notiz.txt>", u"Text Text + [HTML]"_s},
+      {"<#TEXT:notiz.txt!>", u"Text [Text +] HTML"_s},
+      {"<#PLAY:film.avi+>", u"Text Video [HTML]"_s},
+      {"<#SHOW:bild.bmp+><#PLAY:film.avi>", u"Text Grafik [Video] HTML"_s},
+      {"wieder nur Text", u"[HTML]"_s},
+  };
+  for (const auto& [side, offered] : cases) {
+    ShowSide(side);
+    EXPECT_EQ(Offered(), offered) << side;
+    EXPECT_EQ(pages.tabBar()->isVisibleTo(&pages), offered.contains(u' ')) << side;
+  }
+}
+
+TEST_F(CardPagesTest, TextPagesShowWhatAPersonReads) {
+  ShowSide("<b>Eins</b> und <a href=\"1\">zwei</a><br>drei &lt;<#TEXT:notiz.txt>");
+  EXPECT_EQ(pages.findChild<QPlainTextEdit*>(u"Text"_s)->toPlainText(), u"Eins und zwei\ndrei <"_s);
+  EXPECT_EQ(pages.findChild<QPlainTextEdit*>(u"TextPlus"_s)->toPlainText(), u"Grüße"_s);
+}
+
+TEST_F(CardPagesTest, PictureThatCannotBeReadIsReportedAndLeftOut) {
+  const QSignalSpy failed(&pages, &CardPages::PictureFailed);
+  ShowSide("<#SHOW:kaputt.jpg>");
+  EXPECT_EQ(failed.count(), 1);
+  EXPECT_EQ(Offered(), u"[HTML]"_s);
+}
+
+TEST_F(CardPagesTest, SoundsAndVideosAreAskedForOnceAShownSide) {
+  QStringList asked;
+  QObject::connect(&pages, &CardPages::SoundWanted, [&](const QString& path) { asked += path; });
+  QObject::connect(&pages, &CardPages::VideoWanted, [&](const QString& path, const VideoScreen* screen) {
+    EXPECT_NE(screen, nullptr);
+    asked += path;
+  });
+  ShowSide("<#WAVE:ton.wav><#PLAY:film.avi>");
+  pages.resize(300, 200);
+  EXPECT_EQ(asked, QStringList({folder.filePath(u"ton.wav"_s), folder.filePath(u"film.avi"_s)}));
+}
+
+}  // namespace
+}  // namespace tessaro

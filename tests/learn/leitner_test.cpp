@@ -1,0 +1,196 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "learn/leitner_count.h"
+#include "learn/leitner_method.h"
+#include "tests/learn/learn_fixture.h"
+
+namespace tessaro {
+namespace {
+
+TestCard LevelCard(int number, const std::string& topic, const std::string& letters = "", int64_t ago = 0) {
+  TestCard card = NewCard(number);
+  card.topic = topic;
+  card.yes_no_row = Letters(letters);
+  card.time_row = ago == 0 ? "0" : std::to_string(kNow - ago) + " 0";
+  return card;
+}
+
+class LeitnerTest : public LearnTest {
+ protected:
+  BoxCounts Count() {
+    CardWriter writer(file);
+    return CountBoxes(file, writer);
+  }
+  void StartBox(int box, int64_t quota = 0) { run->StartBox({box, quota, BuildBoxOrder(file, clock.now).value()}); }
+};
+
+TEST_F(LeitnerTest, CountsLevelsRaisedToTheStreak) {
+  TestCard marked = LevelCard(9, "1");
+  marked.id = "#00009";
+  Open({LevelCard(1, "00"), LevelCard(2, "Erdkunde"), LevelCard(3, "2", "wwww"), LevelCard(4, "3", "wf"),
+        LevelCard(5, "-1", "f"), LevelCard(6, "6"), LevelCard(7, "7"), NavigationCard(8), marked, LevelCard(10, "1")});
+  const BoxCounts counts = Count();
+  EXPECT_EQ(counts.fresh, 3);
+  EXPECT_EQ(counts.boxes, (std::array<int64_t, 6>{0, 0, 1, 1, 0, 1})) << "counting ends at the marked ID";
+  EXPECT_EQ(Topic(4), "4");
+  EXPECT_EQ(Topic(5), "3") << "a wrong answer never lowers a level";
+  EXPECT_EQ(Topic(2), "00");
+  EXPECT_TRUE(file.changed());
+}
+
+TEST_F(LeitnerTest, CommandsFollowCountsAndLimits) {
+  const struct {
+    const char* what;
+    BoxCounts counts;
+    int64_t quota;  // after bringing new cards
+    int64_t fresh;
+    std::string commands;  // bring, then boxes 1 ... 6; after the count | after bringing
+  } cases[] = {
+      {"only new cards", {30, {}}, 10, 20, "1000000|1100000"},
+      {"room for five", {30, {20}}, 25, 25, "1100000|1100000"},
+      {"fewer than ten", {3, {}}, 3, 0, "1000000|1100000"},
+      {"box 1 over its limit", {30, {26}}, 26, 30, "0100000|0100000"},
+      {"box 2 full", {30, {5, 50}}, 15, 20, "1010000|1010000"},
+      {"box 3 full, box 6 filled", {0, {1, 1, 100, 1, 1, 1}}, 1, 0, "1101111|1101111"},
+      {"nothing", {}, 0, 0, "1000000|1000000"},
+  };
+  const auto text = [](const BoxCommands& commands) {
+    std::string flags = commands.bring_new_cards ? "1" : "0";
+    for (const bool allowed : commands.learn) flags += allowed ? '1' : '0';
+    return flags;
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    BoxCounts counts = c.counts;
+    BoxCommands commands;
+    AllowAfterCount(counts, {}, commands);
+    const std::string after_count = text(commands);
+    EXPECT_EQ(BringNewCards({}, counts, commands), c.quota);
+    EXPECT_EQ(counts.fresh, c.fresh);
+    EXPECT_EQ(after_count + "|" + text(commands), c.commands);
+  }
+  BoxCounts counts = {0, {1, 50, 0, 0, 0, 1}};
+  BoxLimits limits;
+  BoxCommands commands;
+  AllowAfterCount(counts, limits, commands);
+  limits.cards[1] = 51;
+  AllowAfterLimitEdit(2, counts, limits, commands);
+  EXPECT_TRUE(commands.learn[0]);
+  AllowAfterLimitEdit(3, counts, limits, commands);
+  EXPECT_FALSE(commands.learn[2]);
+  limits.cards[0] = 1;
+  AllowAfterLimitEdit(1, counts, limits, commands);
+  EXPECT_FALSE(commands.bring_new_cards);
+  AllowAfterCount({}, limits, commands);
+  EXPECT_TRUE(commands.learn[5]) << "box 6 stays allowed";
+}
+
+TEST_F(LeitnerTest, LimitsComeFromTheSettings) {
+  settings.SetInt("Leitner", "Fach2", 77);
+  BoxLimits limits = ReadBoxLimits(settings);
+  EXPECT_EQ(limits.cards, (std::array<int64_t, 5>{25, 77, 100, 250, 500}));
+  limits.cards[4] = 9;
+  WriteBoxLimits(limits, settings);
+  EXPECT_EQ(settings.GetInt("Leitner", "Fach5", 0), 9);
+}
+
+TEST_F(LeitnerTest, OrderIsByNewestAnswerWithLateOnesLast) {
+  TestCard late = LevelCard(3, "1", "", -50);
+  TestCard later = LevelCard(4, "1", "", -90);
+  TestCard long_number = LevelCard(6, "1");
+  long_number.time_row = "000000000000012345 9";  // 15 characters are read: 12
+  Open({LevelCard(1, "1", "", 100), LevelCard(2, "1", "", 300), late, later, NavigationCard(5), long_number,
+        LevelCard(7, "1", "", 300)});
+  EXPECT_EQ(BuildBoxOrder(file, kNow), (BoxOrder{7, 3, 8, 2, 5, 4}));
+  Open({LevelCard(1, "1")});
+  ASSERT_TRUE(file.cards().Poke(file.columns().id, 2, ""));
+  EXPECT_EQ(BuildBoxOrder(file, kNow), std::nullopt);
+}
+
+// The same order by really inserting into a list, as the rule says it.
+TEST_F(LeitnerTest, OrderAmongEqualTimesIsThatOfTheBisection) {
+  std::mt19937 chance(5);
+  for (int round = 0; round < 60; ++round) {
+    std::vector<TestCard> cards;
+    const int count = 1 + static_cast<int>(chance() % 60);
+    for (int i = 1; i <= count; ++i) cards.push_back(LevelCard(i, "1", "", static_cast<int64_t>(chance() % 6) - 1));
+    Open(cards);
+    std::vector<std::pair<int64_t, int>> rows = {{-1, 0}, {-1, -1}, {kNow, 999999}};  // element 0 is not used
+    for (int row = count + 1; row >= 2; --row) {
+      const int64_t key = LeadingNumber(TimeRow(row));
+      size_t low = 2;
+      size_t high = rows.size() - 1;
+      size_t probe = std::max<size_t>(high / 2, 2);
+      do {
+        if (rows[probe].first > key) high = probe;
+        if (rows[probe].first < key) low = probe;
+        if (rows[probe].first == key) low = high = probe;
+        probe = low + (high - low) / 2;
+      } while (high - low >= 10);
+      while (low < high && rows[low].first < key) ++low;
+      if (key > kNow) low = rows.size() - 1;
+      rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(low), {key, row});
+    }
+    BoxOrder expected;
+    for (size_t i = 2; i + 1 < rows.size(); ++i) expected.push_back(rows[i].second);
+    ASSERT_EQ(BuildBoxOrder(file, kNow), expected) << "round " << round;
+  }
+}
+
+TEST_F(LeitnerTest, ARunOfABoxTakesNewCardsUpToTheQuotaAndThenTheBox) {
+  TestCard left_out = LevelCard(2, "0");
+  left_out.question = "<+++>";
+  const std::vector<TestCard> cards = {LevelCard(1, "0"),          left_out,
+                                       LevelCard(3, "1", "f", 10), LevelCard(4, "0"),
+                                       LevelCard(5, "1", "f", 20), LevelCard(6, "2", "w", 30)};
+  const struct {
+    int box;
+    int64_t quota;
+    std::vector<int> rows;
+  } cases[] = {{1, 0, {6, 4}}, {1, 1, {2, 6, 4}}, {1, 9, {2, 5, 6, 4}}, {2, 0, {7}}, {3, 0, {}}};
+  for (const auto& c : cases) {
+    Open(cards);
+    view = {};
+    StartBox(c.box, c.quota);
+    std::vector<int> rows;
+    for (run->Start(); view.choices == 0; run->ShowNext()) rows.push_back(run->card().row);
+    EXPECT_EQ(rows, c.rows) << "box " << c.box << ", quota " << c.quota;
+    EXPECT_EQ(view.messages, (RecordingView::Messages{{RunMessage::BoxDone, 0}}));
+    EXPECT_EQ(run->method(), Method::Standard);
+    EXPECT_EQ(run->box(), 0);
+  }
+}
+
+TEST_F(LeitnerTest, TheLockDecidesWhetherACardCountsAsShownTooEarly) {
+  const TestCard early = LevelCard(1, "1", "w", 5);
+  for (const bool lock : {true, false}) {
+    Open({early, early, early});
+    run->SetBoxLock(lock);
+    for (int row = 2; row <= 4; ++row) ASSERT_TRUE(file.cards().Poke(file.columns().score, row, "000001000"));
+    StartBox(1);
+    run->Start();
+    run->Known();  // the first card of a run is not classified, so this one is logged
+    EXPECT_EQ(run->card().status, lock ? CardStatus::Overlearning : CardStatus::RandomChoice);
+    run->Known();
+    EXPECT_EQ(run->figures().answered, lock ? 1 : 2);
+  }
+}
+
+TEST_F(LeitnerTest, ABoxCanBeLeftAndTakenUpAgain) {
+  Open({LevelCard(1, "1", "f", 30), LevelCard(2, "1", "f", 20), LevelCard(3, "1", "f", 10)});
+  run->SetMethod(Method::Leitner);
+  EXPECT_EQ(run->method(), Method::Standard) << "no box was chosen";
+  StartBox(1);
+  run->Start();
+  run->SetMethod(Method::RowOrder);
+  EXPECT_EQ(run->method(), Method::RowOrder);
+  run->SetMethod(Method::Leitner);
+  run->ShowNext();
+  EXPECT_EQ(run->card().row, 3);
+}
+
+}  // namespace
+}  // namespace tessaro

@@ -1,0 +1,314 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "tests/learn/learn_fixture.h"
+
+namespace tessaro {
+namespace {
+
+using Setting = std::tuple<const char*, const char*, int64_t>;
+
+class SelectionTest : public LearnTest {
+ protected:
+  // Opens the cards, and a run with these settings instead of those of the test before.
+  void OpenWith(const std::vector<TestCard>& cards, const std::vector<Setting>& values = {},
+                const std::vector<uint32_t>& draws = {}) {
+    settings = {};
+    for (const auto& [section, key, value] : values) settings.SetInt(section, key, value);
+    random = ScriptedRandom(draws);
+    view = {};
+    Open(cards);
+  }
+  // The rows shown after Start and further steps with this answer.
+  std::vector<int> Rows(int steps, void (LearningRun::*answer)() = &LearningRun::Known) {
+    run->Start();
+    std::vector<int> rows = {run->card().row};
+    for (int i = 1; i < steps; ++i) {
+      ++clock.now;
+      (run.get()->*answer)();
+      rows.push_back(run->card().row);
+    }
+    return rows;
+  }
+};
+
+constexpr Setting kNoChecking = {"CHK", "n", 0};
+
+TestCard With(TestCard card, std::string TestCard::*field, const std::string& value) {
+  card.*field = value;
+  return card;
+}
+
+TEST_F(SelectionTest, FirstDrawOfTheStandardMethod) {
+  const TestCard due = KnownCard(1, 50, 100);
+  const TestCard marked = With(WrongCard(2), &TestCard::answer, "<+++>");
+  const TestCard hash = With(WrongCard(3), &TestCard::id, "00#003");
+  const TestCard navigation = NavigationCard(4, "<NAVIGATION>");
+  const TestCard early = KnownCard(5, 100, 100);  // due at this very second
+  const TestCard old = KnownCard(6, 40'000'000, 365 * kDay + 1);
+  const RunMessage none = RunMessage::BoxDone;
+  const struct {
+    const char* what;
+    std::vector<TestCard> cards;
+    std::vector<Setting> values;
+    std::vector<uint32_t> draws;
+    bool lock;
+    int row;
+    size_t draw_count;
+    int64_t width;
+    RunMessage message;
+  } cases[] = {
+      {"one card", {NewCard(1)}, {}, {7}, true, 2, 1, 50, none},
+      {"a second draw after a card that is left out", {marked, due}, {}, {0, 1}, true, 3, 2, 2, none},
+      {"one with a marked ID", {hash, due}, {}, {0, 1}, true, 3, 2, 50, none},
+      {"a navigation card", {navigation, due}, {}, {0, 1}, true, 3, 2, 50, none},
+      {"nothing but navigation cards",
+       {navigation, navigation},
+       {},
+       {0, 1},
+       true,
+       0,
+       500,
+       2,
+       RunMessage::StandardExhausted},
+      {"not yet due", {early}, {}, {0}, true, 0, 500, 1, RunMessage::StandardExhausted},
+      {"not yet due without the lock", {early}, {}, {0}, false, 2, 1, 50, none},
+      {"due by weight", {due}, {{"CHK", "nt", 2}}, {0}, true, 0, 500, 1, RunMessage::StandardExhausted},
+      {"longer than the maximum time, but not yet due", {old}, {}, {0}, true, 0, 500, 1, RunMessage::StandardExhausted},
+      {"no width", {due, WrongCard(2)}, {{"RNG", "max", 0}}, {1}, true, 3, 0, 0, none},
+      {"a negative width", {due, WrongCard(2)}, {{"RNG", "max", -2}}, {1}, true, 2, 1, -2, none},
+      {"a width beyond all cards", {due, due}, {{"RNG", "max", 1LL << 62}}, {3}, true, 3, 1, 1LL << 62, none},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    std::vector<Setting> values = c.values;
+    values.push_back(kNoChecking);
+    OpenWith(c.cards, values, c.draws);
+    if (!c.lock) run->SetTimeLock(false);
+    run->Start();
+    EXPECT_EQ(run->card().row, c.row);
+    EXPECT_EQ(random.draws, c.draw_count);
+    EXPECT_EQ(run->figures().width, c.width);
+    const RecordingView::Messages told =
+        c.message == none ? RecordingView::Messages{} : RecordingView::Messages{{c.message, 0}};
+    EXPECT_EQ(view.messages, told);
+  }
+}
+
+TEST_F(SelectionTest, ManyUnknownCardsNarrowTheWidthAndNoneWidensIt) {
+  std::vector<TestCard> cards;
+  for (int i = 1; i <= 6; ++i) cards.push_back(WrongCard(i));
+  OpenWith(cards, {kNoChecking}, {0});
+  (void)Rows(2);
+  EXPECT_EQ(run->figures().unknown_count, 5);
+  EXPECT_EQ(run->figures().width, 2);
+  run->SetTimeLock(false);
+  EXPECT_EQ((run->ShowNext(), run->figures().width), 6) << "the lock resets it, the cards bound it";
+  for (int i = 0; i < 5; ++i) run->Known();
+  EXPECT_EQ(run->figures().unknown_count, 0);
+  EXPECT_EQ(run->figures().width, 50);
+}
+
+TEST_F(SelectionTest, WidthDoublesTwiceInALongSearch) {
+  std::vector<TestCard> cards;
+  for (int i = 1; i <= 20; ++i) cards.push_back(KnownCard(i, 1000, 10));
+  for (const auto& [min, lock, width, widened] :
+       std::vector<std::tuple<int64_t, bool, int64_t, bool>>{{2, true, 12, true}, {3, true, 3, false}}) {
+    OpenWith(cards, {{"RNG", "max", 3}, {"RNG", "min", min}, kNoChecking}, {0});
+    run->SetTimeLock(lock);
+    run->Start();
+    EXPECT_EQ(run->figures().width, width);
+    EXPECT_EQ(run->figures().widened, widened);
+  }
+}
+
+TEST_F(SelectionTest, TheSameCardComesTwiceOnlyWhenItAloneIsUnknown) {
+  OpenWith({WrongCard(1), WrongCard(2)}, {kNoChecking}, {0, 0, 1});
+  const std::vector<int> rows = Rows(2, &LearningRun::NotKnown);
+  EXPECT_NE(rows[0], rows[1]);
+  OpenWith({WrongCard(1), KnownCard(2, 5, 100)}, {kNoChecking}, {0});
+  EXPECT_EQ(Rows(2, &LearningRun::NotKnown), (std::vector<int>{2, 2}));
+}
+
+TEST_F(SelectionTest, WithoutNewCardsItSearchesSevenTimesAndSaysSoOnce) {
+  OpenWith({NewCard(1), NewCard(2)}, {kNoChecking}, {0, 1});
+  run->Start();
+  run->SetNoNewCards(true);
+  random.draws = 0;
+  run->ShowNext();  // the new card on screen stays
+  EXPECT_EQ(random.draws, 3500u);
+  EXPECT_EQ(view.messages, (RecordingView::Messages{{RunMessage::StandardExhausted, 0}}));
+}
+
+TEST_F(SelectionTest, ChecksEveryNthCardAndKeepsItsPosition) {
+  // Index order is row order: the scores ascend. Wrong: 2. New: 4. Due: 3, 6. Too long not shown, but not due: 7.
+  const std::vector<TestCard> cards = {
+      WrongCard(1),           KnownCard(2, 50, 900),     With(NewCard(3), &TestCard::score, "60"),
+      KnownCard(4, 7000, 10), KnownCard(5, 8000, 90000), KnownCard(6, 40'000'000, 366 * kDay)};
+  const struct {
+    const char* what;
+    std::vector<Setting> values;
+    bool no_new_cards;
+    std::vector<int> rows;
+    std::vector<CardStatus> statuses;
+    int64_t position;
+  } cases[] = {
+      {"one after the other, then anew with a draw",
+       {{"CHK", "n", 1}},
+       false,
+       {3, 4, 6, 7, 2},
+       {CardStatus::Tested, CardStatus::CheckPosition, CardStatus::Tested, CardStatus::Tested,
+        CardStatus::RepeatAfterError},
+       1},
+      {"no new cards",
+       {{"CHK", "n", 1}},
+       true,
+       {3, 6, 7},
+       {CardStatus::Tested, CardStatus::Tested, CardStatus::Tested},
+       7},
+      {"every second card",
+       {{"CHK", "n", 2}},
+       false,
+       {2, 3, 2, 4},
+       {CardStatus::RepeatAfterError, CardStatus::Tested, CardStatus::RepeatAfterError, CardStatus::CheckPosition},
+       4},
+      {"one row at a time",
+       {{"CHK", "n", 1}, {"CHK", "wi", 1}},
+       false,
+       {2, 3},
+       {CardStatus::RepeatAfterError, CardStatus::Tested},
+       3},
+      {"no rows", {{"CHK", "n", 1}, {"CHK", "wi", -1}}, false, {2}, {CardStatus::RepeatAfterError}, 1},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    OpenWith(cards, c.values, {0});
+    run->SetNoNewCards(c.no_new_cards);
+    for (size_t i = 0; i < c.rows.size(); ++i) {
+      run->ShowNext();
+      EXPECT_EQ(run->card().row, c.rows[i]) << i;
+      EXPECT_EQ(run->card().status, c.statuses[i]) << i;
+    }
+    run->KeepPositions();
+    EXPECT_EQ(file.settings().GetInt("CHK", "rpos", 0), c.position);
+  }
+}
+
+TEST_F(SelectionTest, AKeptCheckPositionIsTakenUpIfTheFileHasIt) {
+  for (const auto& [kept, row] :
+       std::vector<std::pair<int64_t, int>>{{1, 2}, {2, 3}, {3, 4}, {4, 2}, {5, 2}, {-9, 2}, {1LL << 40, 2}}) {
+    OpenWith({KnownCard(1, 10, 99), KnownCard(2, 20, 99), KnownCard(3, 30, 99)});
+    file.settings().SetInt("CHK", "rpos", kept);
+    settings.SetInt("CHK", "n", 1);
+    run = std::make_unique<LearningRun>(file, settings, clock, random, view);
+    run->Start();
+    EXPECT_EQ(run->card().row, row) << kept;
+  }
+}
+
+TEST_F(SelectionTest, DefectsOfTheIndexAreTold) {
+  using Messages = RecordingView::Messages;
+  // One card has no place in the index, so the last draw leads to the end row.
+  OpenWith({WrongCard(1), With(WrongCard(2), &TestCard::score, "9999999999")}, {kNoChecking}, {1, 1, 0});
+  run->Start();
+  EXPECT_EQ(view.messages, (Messages{{RunMessage::IndexFault, 8}})) << "once a search";
+
+  OpenWith({WrongCard(1)}, {kNoChecking}, {3, 3, 3, 0});
+  for (int i = 0; i < 3; ++i) ASSERT_TRUE(file.cards().GoTo(2) && file.cards().InsertRow(false));
+  run->SetTimeLock(false);
+  run->Start();
+  EXPECT_EQ(view.messages, (Messages{{RunMessage::IndexFault, 7}}));
+
+  OpenWith({WrongCard(1), WrongCard(2), WrongCard(3)}, {{"CHK", "n", 1}}, {0});
+  for (int i = 0; i < 2; ++i) ASSERT_TRUE(file.cards().GoTo(2) && file.cards().DeleteRow());
+  run->Start();
+  ASSERT_FALSE(view.messages.empty());
+  EXPECT_EQ(view.messages[0], (std::pair{RunMessage::IndexFault, 2}));
+}
+
+TEST_F(SelectionTest, RowOrderWalksAndStartsAnewAtTheEnd) {
+  const TestCard due = KnownCard(1, 50, 100);
+  const struct {
+    const char* what;
+    std::vector<TestCard> cards;
+    int64_t kept;
+    bool lock;
+    std::vector<int> rows;
+    size_t ends;
+    int64_t kept_after;
+  } cases[] = {
+      {"all in their order", {NewCard(1), NewCard(2), NewCard(3)}, 2, true, {2, 3, 4}, 0, 5},
+      {"the end, and the first card again", {NewCard(1), NewCard(2)}, 2, true, {2, 3, 3, 2}, 1, 3},
+      {"from the kept row", {NewCard(1), NewCard(2), NewCard(3)}, 3, true, {3, 4}, 0, 5},
+      {"from a kept row below the first", {NewCard(1), NewCard(2)}, -3, true, {2, 3}, 0, 4},
+      {"from a kept row at the end", {NewCard(1), NewCard(2)}, 4, true, {0, 2}, 1, 3},
+      {"passing over",
+       {NavigationCard(1), due, KnownCard(3, 50, 5), With(NewCard(4), &TestCard::question, "a<+++>"), NewCard(5)},
+       2,
+       true,
+       {3, 6},
+       0,
+       7},
+      {"not yet due without the lock", {due, KnownCard(2, 50, 5), NewCard(3)}, 2, false, {2, 3, 4}, 0, 5},
+      {"up to a marked ID", {NewCard(1), With(NewCard(2), &TestCard::id, "#"), NewCard(3)}, 2, true, {2, 2}, 1, 2},
+      {"a duplicate of the card on screen", {NewCard(1), NewCard(1), NewCard(3)}, 2, true, {2, 4}, 0, 5},
+      {"nothing due", {KnownCard(1, 50, 5)}, 2, true, {0}, 1, 2},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    OpenWith(c.cards);
+    file.settings().SetInt("ROW", "Pos", c.kept);
+    run->SetMethod(Method::RowOrder);
+    run->SetTimeLock(c.lock);
+    std::vector<int> rows;
+    for (size_t i = 0; i < c.rows.size(); ++i) {
+      run->ShowNext();
+      rows.push_back(run->card().row);
+    }
+    EXPECT_EQ(rows, c.rows);
+    EXPECT_EQ(view.messages, (RecordingView::Messages(c.ends, {RunMessage::EndOfFile, 0})));
+    run->KeepPositions();
+    EXPECT_EQ(file.settings().GetInt("ROW", "Pos", 0), c.kept_after);
+  }
+}
+
+TEST_F(SelectionTest, RowOrderRepeatsUnknownCardsUntilNoneIsLeft) {
+  std::vector<TestCard> cards;
+  for (int i = 1; i <= 8; ++i) cards.push_back(NewCard(i));
+  OpenWith(cards, {{"RNG", "chn", 2}, {"RNG", "min", 2}}, {0, 1});
+  run->SetMethod(Method::RowOrder);
+  EXPECT_EQ(Rows(3, &LearningRun::NotKnown).size(), 3u);  // 2, 3 wrong: from here on the two are repeated
+  EXPECT_EQ(run->stage(), RunStage::BoxSearch);
+  EXPECT_LE(run->card().row, 3);
+  run->Known();
+  run->Known();
+  EXPECT_EQ(run->figures().unknown_count, 0);
+  EXPECT_EQ(run->card().row, 4);
+  EXPECT_EQ(run->stage(), RunStage::RowOrder);
+}
+
+TEST_F(SelectionTest, RestartedRowOrderForgetsTheKeptRow) {
+  OpenWith({NewCard(1), NewCard(2), NewCard(3)});
+  file.settings().SetInt("ROW", "Pos", 4);
+  run->SetMethod(Method::RowOrder);
+  run->RestartRowOrder();
+  EXPECT_EQ(Rows(2, &LearningRun::NotKnown), (std::vector<int>{2, 3}));
+  run->RestartRowOrder();
+  run->ShowNext();
+  EXPECT_EQ(run->card().row, 2);
+}
+
+TEST_F(SelectionTest, ABrokenSourceOfChanceEndsTheSearchWithAMessage) {
+  struct : Random {
+    uint32_t Next() override { throw std::runtime_error("no chance"); }
+  } broken;
+  OpenWith({NewCard(1)});
+  run = std::make_unique<LearningRun>(file, settings, clock, broken, view);
+  run->Start();
+  EXPECT_EQ(view.messages, (RecordingView::Messages{{RunMessage::BoxSearchFailed, 0}}));
+  EXPECT_EQ(run->card().row, 0);
+}
+
+}  // namespace
+}  // namespace tessaro

@@ -1,0 +1,295 @@
+#include "learn/wnlern.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QTest>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hypertext/htmlview.h"
+#include "tests/support/fixed_clock.h"
+#include "tests/support/recorded_messages.h"
+#include "tests/support/scripted_random.h"
+#include "tests/support/test_cards.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+std::string Letters(const std::string& newest) {
+  return newest + std::string(kHistoryLength - newest.size(), 'f');
+}
+
+TestCard KnownUntil(const std::string& id, int64_t answered, int64_t score) {
+  return {.id = id, .score = std::to_string(score), .yes_no_row = Letters("ww"), .time_row = std::to_string(answered)};
+}
+
+const std::vector<TestCard> kThreeCards = {
+    {.id = "000001", .question = "Eins", .answer = "One", .score = "000000000"},
+    {.id = "000002", .question = "Zwei", .answer = "Two <a href=\"000003\">weiter</a>", .score = "000000000"},
+    {.id = "000003", .question = "<navigation><home>Start", .answer = "-"},
+};
+
+class LearningWindow : public testing::Test {
+ protected:
+  void Open(const std::vector<TestCard>& cards = kThreeCards) {
+    OpenTestFile(disk, file, cards);
+    Show();
+  }
+  void Show() {
+    window = std::make_unique<TF_wnlern>(file, settings, clock, random, messages);
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    QApplication::processEvents();
+  }
+  template <typename Widget>
+  Widget& Find(const QString& name) {
+    auto* found = window->findChild<Widget*>(name);
+    if (found == nullptr) throw std::runtime_error("no control " + name.toStdString());
+    return *found;
+  }
+  void Click(const QString& name) { QTest::mouseClick(&Find<QAbstractButton>(name), Qt::LeftButton); }
+  void Trigger(const QString& name) { Find<QAction>(name).trigger(); }
+  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+  }
+  QString Text(const QString& name) { return Find<QLabel>(name).text(); }
+  std::string_view Field(std::string_view column, int row) {
+    return file.cards().FieldAt(file.cards().ColumnIndex(column), row);
+  }
+  // Letters of all logged answers of the deck, as they stand in the cards.
+  int Logged() {
+    int logged = 0;
+    for (int row = kFirstCardRow; row < file.cards().RowCount(); ++row) {
+      if (Field(kTimeRow, row).substr(0, 1) != "0") ++logged;
+    }
+    return logged;
+  }
+
+  MemoryDisk disk;
+  CardFile file{disk};
+  ProgramSettings settings;
+  FixedClock clock;
+  ScriptedRandom random;
+  RecordedMessages messages;
+  std::unique_ptr<TF_wnlern> window;
+};
+
+TEST_F(LearningWindow, AnswerIsLoggedAndTheNextCardShown) {
+  Open();
+  EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 1"_s);
+  EXPECT_EQ(Text(u"DisplayStatus"_s), u"Unbearbeitete Karte"_s);
+  EXPECT_EQ(Text(u"Edit1"_s), u"2"_s);
+  Click(u"BtHand"_s);
+  EXPECT_EQ(window->windowTitle(), u"Antwortseite Übungskarte Pos.  - 1"_s);
+  clock.now += 10;
+  Click(u"BtWeissIch"_s);
+  EXPECT_EQ(Field(kYesNoRow, 2), Letters("w"));
+  EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 2"_s);
+  EXPECT_EQ(Text(u"Edit1"_s), u"1"_s);
+  EXPECT_EQ(Text(u"DisplayJetztGeuebt"_s), u"2"_s);
+  EXPECT_TRUE(file.changed());
+}
+
+TEST_F(LearningWindow, DoubleClickAnswersOneCardOnly) {
+  Open();
+  auto& button = Find<QAbstractButton>(u"BtLerneIch"_s);
+  QTest::mouseClick(&button, Qt::LeftButton);
+  QTest::mouseDClick(&button, Qt::LeftButton);
+  EXPECT_LE(Logged(), 2);
+  EXPECT_EQ(Text(u"DisplayJetztGeuebt"_s), u"3"_s) << "the press that completes the double click counted";
+}
+
+TEST_F(LearningWindow, KeysWorkWhateverHasTheFocus) {
+  struct Case {
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    char letter;
+  };
+  const Case cases[] = {{Qt::Key_Return, {}, 'w'}, {Qt::Key_Enter, Qt::KeypadModifier, 'w'}, {Qt::Key_Delete, {}, 'f'}};
+  for (const QString& focus : {u"BtHand"_s, u"BtLerneIch"_s, u"SpeedButtonVis"_s, u"FrameHtml"_s}) {
+    for (const Case& given : cases) {
+      SCOPED_TRACE(focus.toStdString() + " key " + std::to_string(given.key));
+      file.Close();
+      Open();
+      Find<QWidget>(focus).setFocus();
+      Key(Qt::Key_Backspace);
+      EXPECT_EQ(window->windowTitle(), u"Antwortseite Übungskarte Pos.  - 1"_s);
+      Find<QWidget>(focus).setFocus();
+      Key(given.key, given.modifiers);
+      EXPECT_EQ(Logged(), 1);
+      EXPECT_EQ(Field(kYesNoRow, 2).front(), given.letter);
+      Key(Qt::Key_Home);
+      EXPECT_EQ(window->windowTitle(), u"Linkmap Pos.  - 3"_s);
+    }
+  }
+}
+
+TEST_F(LearningWindow, SpaceTurnsAndThenAnswers) {
+  Open();
+  Key(Qt::Key_Space);
+  EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
+  Key(Qt::Key_Space);
+  EXPECT_EQ(Field(kYesNoRow, 2).front(), 'w');
+  EXPECT_EQ(Text(u"LabelSeite"_s), u"Frageseite"_s);
+}
+
+TEST_F(LearningWindow, DayButtonsSetTheLeastScore) {
+  const std::pair<QString, int64_t> cases[] = {{u"SpeedButtonTage1"_s, 86400},    {u"SpeedButtonTage3"_s, 259200},
+                                               {u"SpeedButtonTage7"_s, 604800},   {u"SpeedButtonTage14"_s, 1209600},
+                                               {u"SpeedButtonTage30"_s, 2592000}, {u"SpeedButtonTage60"_s, 5184000},
+                                               {u"SpeedButton100"_s, 8640000},    {u"SpeedButtonTage365"_s, 31536000}};
+  for (const auto& [button, score] : cases) {
+    SCOPED_TRACE(button.toStdString());
+    file.Close();
+    Open();
+    Click(button);
+    EXPECT_EQ(LeadingNumber(Field(kScore, 2)), score);
+    Click(u"BtWeissIch"_s);
+    EXPECT_EQ(LeadingNumber(Field(kScore, 3)), 1) << "it acts once";
+  }
+}
+
+TEST_F(LearningWindow, UndoTakesTheAnswerBackOnce) {
+  Open();
+  EXPECT_FALSE(Find<QAbstractButton>(u"SpeedButtonUndo"_s).isEnabled());
+  Click(u"BtWeissIch"_s);
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 1"_s);
+  EXPECT_EQ(Field(kYesNoRow, 2), Letters(""));
+  EXPECT_FALSE(Find<QAbstractButton>(u"SpeedButtonUndo"_s).isEnabled());
+}
+
+TEST_F(LearningWindow, LinkLeadsToItsCardAndBackReturns) {
+  Open({{.id = "000001", .question = "Eins <a href=\"000002\">weiter</a>"}, {.id = "000002", .question = "Zwei"}});
+  auto& frame = Find<TFrameHtml>(u"FrameHtml"_s);
+  ASSERT_EQ(frame.layout().links.areas().size(), 1U);
+  const LinkArea& area = frame.layout().links.areas().front();
+  QTest::mouseClick(&Find<QWidget>(u"PaintBox"_s), Qt::LeftButton, {}, QPoint(area.left + 2, area.top + 2));
+  EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 2"_s);
+  EXPECT_EQ(Text(u"LabelSteuerung"_s), u"Visuelle Lernsteuerung mit Hyperlinks"_s);
+  Click(u"SpeedButtonBack"_s);
+  EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 1"_s);
+  EXPECT_EQ(Logged(), 0);
+}
+
+TEST_F(LearningWindow, InverseShowsTheBackFirst) {
+  Open();
+  Click(u"SpeedButtonInversAus"_s);
+  EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte (invers) Pos.  - 1"_s);
+  Trigger(u"MKopieren"_s);
+  EXPECT_EQ(QApplication::clipboard()->text(), u"One"_s);
+  Click(u"SpeedButtonInversEin"_s);
+  EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 1"_s);
+  EXPECT_FALSE(Find<QAbstractButton>(u"SpeedButtonInversEin"_s).isVisible());
+}
+
+TEST_F(LearningWindow, ClockThatWentBackEndsTheRun) {
+  Open();
+  Click(u"BtWeissIch"_s);
+  clock.now -= 3600;
+  Click(u"BtLerneIch"_s);
+  EXPECT_EQ(Logged(), 1);
+  EXPECT_FALSE(Find<QAbstractButton>(u"BtWeissIch"_s).isEnabled());
+  EXPECT_TRUE(Find<QWidget>(u"Hinweis"_s).isVisible());
+  Key(Qt::Key_Delete);
+  EXPECT_EQ(Logged(), 1);
+  Click(u"ButtonNeuerLauf"_s);
+  EXPECT_TRUE(Find<QAbstractButton>(u"BtWeissIch"_s).isEnabled());
+  EXPECT_FALSE(Find<QWidget>(u"Hinweis"_s).isVisible());
+}
+
+TEST_F(LearningWindow, NothingDueSaysWhenAndOffersToGoOn) {
+  Open({KnownUntil("000001", clock.now - 1000, 8200)});
+  EXPECT_EQ(messages.shown, QStringList(u"\nLernen mit der autom. Standardmethode\nzur Zeit nicht mehr sinnvoll."_s));
+  EXPECT_TRUE(Text(u"LabelHinweis"_s).contains(u"in 2 Stunden 1 Minute"_s)) << Text(u"LabelHinweis"_s).toStdString();
+  EXPECT_FALSE(Find<QWidget>(u"Antwortzeile"_s).isVisible());
+  Key(Qt::Key_Delete);
+  EXPECT_TRUE(Find<QWidget>(u"Hinweis"_s).isVisible());
+  Click(u"ButtonOhneSperre"_s);
+  EXPECT_EQ(Text(u"EditZeitsperre"_s), u"Zeitsperre aus"_s);
+  EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 1"_s);
+  EXPECT_EQ(Text(u"DisplayBeh"_s), u"0:02:16:40"_s);
+  EXPECT_EQ(Text(u"DisplayZuletzt"_s), u"0:00:16:40"_s);
+}
+
+TEST_F(LearningWindow, EndOfFileInRowOrderIsTold) {
+  settings.ini.SetInt("rowlearn", "checked", 1);
+  Open({{.id = "000001", .question = "Eins"}, {.id = "000002", .question = "Zwei"}});
+  EXPECT_EQ(Text(u"LabelSteuerung"_s), u"Lernsteuerung nach Reihenfolge"_s);
+  Click(u"BtWeissIch"_s);
+  Click(u"BtWeissIch"_s);
+  EXPECT_EQ(messages.shown, QStringList(u"\nKarteiende erreicht. \nLerndurchlauf beendet."_s));
+  EXPECT_TRUE(Find<QWidget>(u"Hinweis"_s).isVisible());
+}
+
+TEST_F(LearningWindow, StoredKeysHoldAndTheFirstOfTwoEqualOnesWins) {
+  settings.ini.SetInt("LShortCuts", "turn", 0x4000 + 'T');
+  settings.ini.SetInt("LShortCuts", "know", 118);
+  settings.ini.SetInt("LShortCuts", "learn", 118);
+  settings.ini.SetInt("LShortCuts", "home", -5);
+  Open();
+  Key(Qt::Key_T, Qt::ControlModifier);
+  EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
+  Key(Qt::Key_F7);
+  EXPECT_EQ(Field(kYesNoRow, 2).front(), 'w');
+  EXPECT_EQ(Find<QAction>(u"MHome"_s).shortcut(), QKeySequence(Qt::Key_Home));
+}
+
+TEST_F(LearningWindow, OptionsAndPlaceAreReadAndKept) {
+  for (const auto& [key, value] : {std::pair("xL", 40), {"yL", 50}, {"cxL", 640}, {"cyL", 480}}) {
+    settings.ini.SetInt("POS", key, value);
+  }
+  settings.ini.SetInt("newcards", "checked", 1);
+  Open();
+  EXPECT_EQ(window->size(), QSize(640, 480));
+  EXPECT_TRUE(Find<QAction>(u"MNeueKarten"_s).isChecked());
+  EXPECT_FALSE(Find<QWidget>(u"Anzeigen"_s).isVisible());
+  window->resize(900, 500);
+  EXPECT_TRUE(Find<QWidget>(u"Anzeigen"_s).isVisible());
+  Trigger(u"MAutoReihe"_s);
+  Trigger(u"MNeueKarten"_s);
+  Trigger(u"MAnsichtUnten"_s);
+  const QSignalSpy closed(window.get(), &TF_wnlern::Closed);
+  Trigger(u"MClose"_s);
+  EXPECT_EQ(closed.count(), 1);
+  EXPECT_EQ(settings.ini.GetInt("POS", "cxL", 0), 900);
+  EXPECT_EQ(settings.ini.GetInt("rowlearn", "checked", 0), 1);
+  EXPECT_EQ(settings.ini.GetInt("newcards", "checked", 1), 0);
+  EXPECT_TRUE(file.settings().Has("CHK", "rpos"));
+  Show();
+  EXPECT_TRUE(Find<QAction>(u"MAutoReihe"_s).isChecked());
+  EXPECT_GT(Find<QWidget>(u"Steuerleiste"_s).y(), Find<QWidget>(u"Inhalt"_s).y());
+}
+
+TEST_F(LearningWindow, TimeIsShownBySeconds) {
+  Open();
+  clock.milliseconds += 65 * 1000 + 900;
+  QTest::qWait(150);
+  EXPECT_EQ(Text(u"DisplayUebungszeit"_s), u"01:05"_s);
+}
+
+TEST_F(LearningWindow, DeckWithoutCardsSaysSo) {
+  OpenTestFile(disk, file, kThreeCards);
+  while (file.CardCount() > 0) {
+    file.cards().GoTo(kFirstCardRow);
+    ASSERT_TRUE(file.cards().DeleteRow());
+  }
+  ASSERT_TRUE(file.RebuildIndexes());
+  Show();
+  EXPECT_TRUE(Text(u"LabelHinweis"_s).contains(u"keine Karten"_s));
+  Key(Qt::Key_Return);
+  EXPECT_TRUE(messages.errors.isEmpty());
+}
+
+}  // namespace
+}  // namespace tessaro
