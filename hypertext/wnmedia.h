@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+#include <memory>
+
+#include "hypertext/media_player.h"
+
+namespace Ui {
+class TF_wnmedia;
+}
+
+namespace tessaro {
+
+// The media window: plays the sounds and videos of a card. Videos open it, sounds are played without it.
+class TF_wnmedia : public QWidget {
+  Q_OBJECT
+
+ public:
+  // A null player means the machine's own.
+  explicit TF_wnmedia(std::unique_ptr<MediaPlayer> player = nullptr, QWidget* parent = nullptr);
+  ~TF_wnmedia() override;
+
+  // Sounds asked for while another one is played follow it. One that cannot be played is passed over.
+  void PlaySound(const QString& path);
+  // Opens the window and plays the video in it; an empty or unplayable path shows a message there.
+  void PlayVideo(const QString& path);
+  // Plays the video on another window's screen, for example in the place that a card has for it.
+  void PlayVideoOn(const QString& path, VideoScreen& screen);
+  // Ends all playing, drops waiting sounds and closes the window: for when the card changes.
+  void StopAll();
+
+ Q_SIGNALS:
+  void VideoEnded();  // also when it could not be played
+  void PlayingFailed(const QString& path);
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  enum class Playing { Nothing, Sound, Video };
+
+  void Start(Playing kind, const QString& path, VideoScreen* screen);
+  void Stop();
+  void PlayNextSound();
+  void OnEnded();
+  void OnFailed();
+  void ButtonPauseClick();
+  void ButtonAgainClick();
+  void ShowState(const QString& text, bool running);
+
+  std::unique_ptr<Ui::TF_wnmedia> ui_;
+  std::unique_ptr<MediaPlayer> player_;
+  QStringList waiting_sounds_;
+  QString path_;  // of what is or was played
+  Playing playing_ = Playing::Nothing;
+  bool paused_ = false;
+};
+
+}  // namespace tessaro
