@@ -272,7 +272,7 @@ TEST_F(LearningRunTest, SillySettingsAndBrokenCardsDoNoHarm) {
   const std::string questions[] = {"Frage", "Frage", "Frage", "<navigation>", "<+++>", "<home>"};
   const std::string ids[] = {"000001", "000002", "000003", "#4", "x"};
   const auto any = [&](const auto& values) { return values[chance() % std::size(values)]; };
-  for (int round = 0; round < 150; ++round) {
+  for (int round = 0; round < 60; ++round) {
     for (const char* key : {"min", "max", "chn"}) settings.SetInt("RNG", key, any(silly));
     for (const char* key : {"n", "wi", "max"}) settings.SetInt("CHK", key, any(silly));
     std::vector<TestCard> cards;
