@@ -85,14 +85,7 @@ std::string CardFile::IssueId() {
 }
 
 void CardFile::RecountIds() {
-  content_.highest_id = 0;
-  const CardTable& cards = content_.cards;
-  if (cards.RowCount() <= 2) return;
-  for (int row = 1; row <= cards.RowCount(); ++row) {
-    const std::string_view id = cards.Peek(content_.columns.id, row);
-    if (id.starts_with('#')) return;
-    content_.highest_id = std::max(content_.highest_id, LeadingNumber(id));
-  }
+  content_.highest_id = CardIds(content_.cards).highest();
 }
 
 int CardFile::RowOfId(int64_t id) const {
@@ -147,25 +140,27 @@ OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observ
 void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, Content& content,
                            OpenReport& report) {
   const auto size = [&](const fs::path& path) { return disk_.State(path).value_or(FileState()).size; };
+  const CardIds ids(content.cards);
+  content.highest_id = ids.highest();
   Tell(observer, FileStage::LoadLearnIndex, size(paths.learn_index));
-  if (!LoadIndex(paths.learn_index, content.cards, content.learn_index)) {
-    report.learn_index_rebuilt = content.learn_index.Build(content.cards);
+  if (!LoadIndex(paths.learn_index, ids, content.learn_index)) {
+    report.learn_index_rebuilt = content.learn_index.Build(content.cards, ids);
     report.index_defect = !report.learn_index_rebuilt;
   }
   Tell(observer, FileStage::LoadLinkIndex, size(paths.link_index));
-  if (!LoadIndex(paths.link_index, content.cards, content.link_index)) {
-    report.link_index_rebuilt = content.link_index.Build(content.cards);
+  if (!LoadIndex(paths.link_index, ids, content.link_index)) {
+    report.link_index_rebuilt = content.link_index.Build(content.cards, ids);
     report.index_defect = report.index_defect || !report.link_index_rebuilt;
   }
 }
 
 template <typename Index>
-bool CardFile::LoadIndex(const fs::path& path, const CardTable& cards, Index& index) {
+bool CardFile::LoadIndex(const fs::path& path, const CardIds& ids, Index& index) {
   const std::unique_ptr<ReadableFile> file = disk_.Open(path);
   if (file == nullptr) return false;
   CardTable table;
   table.SetSeparator(kFieldSeparator);
-  return table.LoadFrom(*file) && index.Adopt(table, cards);
+  return table.LoadFrom(*file) && index.Adopt(table, ids);
 }
 
 bool CardFile::CreateNew(const fs::path& path) {
@@ -178,6 +173,7 @@ bool CardFile::CreateNew(const fs::path& path) {
   Content content;
   MakeNewCards(content.cards);
   content.columns = ColumnsOf(content.cards);
+  content.highest_id = 1;
   const SaveResult result = WriteFiles(content, paths, {});
   if (result == SaveResult::CardsFailed) return false;
   const bool complete = WriteSettings(content, paths.settings) && result == SaveResult::Saved;
@@ -192,14 +188,14 @@ OpenReport CardFile::Restore(const fs::path& path, const StageObserver& observer
   Content content;
   OpenReport report = LoadCards(path, observer, content);
   if (report.result != OpenResult::Opened) return report;
-  const bool both = content.learn_index.Build(content.cards) && content.link_index.Build(content.cards);
-  report.index_defect = !both;
+  const CardIds ids(content.cards);
+  content.highest_id = ids.highest();
+  report.index_defect = !BuildIndexes(content, ids);
   content.settings = std::move(content_.settings);
   content.settings_unreadable = content_.settings_unreadable;
   content.on_disk = content_.on_disk;
   if (content.damaged_original.empty()) content.damaged_original = content_.damaged_original;
   content_ = std::move(content);
-  RecountIds();
   changed_ = true;
   return report;
 }
@@ -216,7 +212,9 @@ OpenReport CardFile::RestoreBackup(const fs::path& path, const StageObserver& ob
   Content content;
   report = LoadCards(path, observer, content);
   if (report.result != OpenResult::Opened) return report;
-  report.index_defect = !content.learn_index.Build(content.cards) || !content.link_index.Build(content.cards);
+  const CardIds ids(content.cards);
+  content.highest_id = ids.highest();
+  report.index_defect = !BuildIndexes(content, ids);
   content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
   content.on_disk = disk_.State(paths.cards);
   Become(std::move(content), paths, std::move(lock));
@@ -237,7 +235,6 @@ void CardFile::Become(Content content, const CardFilePaths& paths, std::unique_p
   content_ = std::move(content);
   paths_ = paths;
   changed_ = false;
-  RecountIds();
 }
 
 SaveResult CardFile::Save(const StageObserver& observer) {
@@ -287,6 +284,9 @@ SaveResult CardFile::WriteFiles(Content& content, const CardFilePaths& paths, co
   const auto write = [&](WritableFile& file) { return content.cards.SaveTo(file); };
   if (!ReplaceFile(disk_, paths.cards, write, paths.backup)) return SaveResult::CardsFailed;
   content.on_disk = disk_.State(paths.cards);
+  const CardIds ids(content.cards);
+  // An index that no longer fits would be refused when the file is opened. If it cannot be built it is saved as it is.
+  if (!content.learn_index.Fits(ids) || !content.link_index.Fits(ids)) (void)BuildIndexes(content, ids);
   Tell(observer, FileStage::SaveLearnIndex, 0);
   const bool learn_saved = WriteIndex(paths.learn_index, content.cards, content.learn_index);
   Tell(observer, FileStage::SaveLinkIndex, 0);
@@ -296,9 +296,7 @@ SaveResult CardFile::WriteFiles(Content& content, const CardFilePaths& paths, co
 }
 
 template <typename Index>
-bool CardFile::WriteIndex(const fs::path& path, const CardTable& cards, Index& index) {
-  // An index that no longer fits would be refused when the file is opened. If it cannot be built it is saved as it is.
-  if (!index.Fits(cards)) (void)index.Build(cards);
+bool CardFile::WriteIndex(const fs::path& path, const CardTable& cards, const Index& index) {
   if (ReplaceFile(disk_, path, [&](WritableFile& file) { return index.SaveTo(file, cards); })) return true;
   // The old index may look right and yet be that of older scores.
   (void)disk_.Remove(path);
@@ -330,11 +328,15 @@ bool CardFile::WriteSettings(const Content& content, const fs::path& path) {
 }
 
 bool CardFile::RebuildIndexes() {
+  return BuildIndexes(content_, CardIds(content_.cards));
+}
+
+bool CardFile::BuildIndexes(Content& content, const CardIds& ids) {
   LearnIndex learn_index;
   LinkIndex link_index;
-  if (!learn_index.Build(content_.cards) || !link_index.Build(content_.cards)) return false;
-  content_.learn_index = std::move(learn_index);
-  content_.link_index = std::move(link_index);
+  if (!learn_index.Build(content.cards, ids) || !link_index.Build(content.cards, ids)) return false;
+  content.learn_index = std::move(learn_index);
+  content.link_index = std::move(link_index);
   return true;
 }
 

@@ -142,8 +142,9 @@ class CardFile {
 
   OpenReport LoadCards(const std::filesystem::path& path, const StageObserver& observer, Content& content);
   template <typename Index>
-  bool LoadIndex(const std::filesystem::path& path, const CardTable& cards, Index& index);
+  bool LoadIndex(const std::filesystem::path& path, const CardIds& ids, Index& index);
   void LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, Content& content, OpenReport& report);
+  static bool BuildIndexes(Content& content, const CardIds& ids);
   OpenReport RestoreBackup(const std::filesystem::path& path, const StageObserver& observer);
   // Takes the lock of a card file unless it is that of the open one. False: another program has it; `holder` says who.
   bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, std::string& holder);
@@ -151,7 +152,7 @@ class CardFile {
 
   SaveResult WriteFiles(Content& content, const CardFilePaths& paths, const StageObserver& observer);
   template <typename Index>
-  bool WriteIndex(const std::filesystem::path& path, const CardTable& cards, Index& index);
+  bool WriteIndex(const std::filesystem::path& path, const CardTable& cards, const Index& index);
   bool KeepDamagedOriginal(Content& content, const CardFilePaths& paths);
   bool WriteSettings(const Content& content, const std::filesystem::path& path);
 

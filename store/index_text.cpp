@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
 
 #include "platform/disk.h"
 #include "platform/progress.h"
@@ -18,23 +17,6 @@ bool RowIs(const CardTable& table, int row, IndexFields fields) {
     if (table.Peek(static_cast<int>(i) + 1, row) != fields[i]) return false;
   }
   return true;
-}
-
-uint64_t Mixed(uint64_t bits) {
-  bits *= 0x9E3779B97F4A7C15U;
-  return bits ^ (bits >> 29U);
-}
-
-uint64_t Fingerprint(int row, std::string_view id) {
-  uint64_t mixed = Mixed(static_cast<uint64_t>(row));
-  while (!id.empty()) {
-    uint64_t word = 0;
-    const size_t count = std::min(id.size(), sizeof(word));
-    std::memcpy(&word, id.data(), count);
-    mixed = Mixed(mixed ^ word ^ (uint64_t{count} << 60U));
-    id.remove_prefix(count);
-  }
-  return mixed;
 }
 
 }  // namespace
@@ -78,35 +60,25 @@ void IndexTableSink::Row(IndexFields fields) {
   for (size_t i = 0; i < fields.size(); ++i) table_.SetField(static_cast<int>(i) + 1, fields[i]);
 }
 
-bool HasIndexFrame(const CardTable& table, const CardTable& cards, IndexFields columns, IndexFields first,
+bool HasIndexFrame(const CardTable& table, const CardIds& ids, IndexFields columns, IndexFields first,
                    IndexFields last) {
   if (table.ColumnCount() != static_cast<int>(columns.size())) return false;
   for (size_t i = 0; i < columns.size(); ++i) {
     if (table.ColumnName(static_cast<int>(i) + 1) != columns[i]) return false;
   }
-  return table.RowCount() == std::max(cards.RowCount(), 2) && RowIs(table, 1, first) &&
+  return table.RowCount() == std::max(ids.RowCount(), 2) && RowIs(table, 1, first) &&
          RowIs(table, table.RowCount(), last);
 }
-
-BoxPosReader::BoxPosReader(const CardTable& cards)
-    : cards_(cards), id_column_(cards.ColumnIndex(kId)), seen_(static_cast<size_t>(cards.RowCount()) + 1, false) {}
 
 int BoxPosReader::Read(std::string_view text, std::string_view id) {
   int row = 0;
   if (text.empty() || text.front() < '1' || text.front() > '9') return 0;
   const std::from_chars_result result = std::from_chars(text.data(), text.data() + text.size(), row);
   if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return 0;
-  if (row < kFirstCardRow || row >= cards_.RowCount() || seen_[static_cast<size_t>(row)]) return 0;
-  if (cards_.Peek(id_column_, row) != id) return 0;
+  if (row < kFirstCardRow || row >= ids_.RowCount() || seen_[static_cast<size_t>(row)]) return 0;
+  if (!ids_.Has(row, id)) return 0;
   seen_[static_cast<size_t>(row)] = true;
   return row;
-}
-
-uint64_t IdFingerprint(const CardTable& cards) {
-  const int column = cards.ColumnIndex(kId);
-  uint64_t sum = 0;
-  for (int row = kFirstCardRow; row < cards.RowCount(); ++row) sum += Fingerprint(row, cards.Peek(column, row));
-  return sum;
 }
 
 }  // namespace tessaro

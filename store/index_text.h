@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "store/card_ids.h"
 #include "store/card_table.h"
 
 // What the two index files have in common: the row of a card table as decimal text in one column, a start row, an end
@@ -54,24 +55,20 @@ class IndexTableSink : public IndexSink {
 
 // Checks that an index table has exactly these columns, a row for each card and two more, and these first and last
 // rows.
-bool HasIndexFrame(const CardTable& table, const CardTable& cards, IndexFields columns, IndexFields first,
+bool HasIndexFrame(const CardTable& table, const CardIds& ids, IndexFields columns, IndexFields first,
                    IndexFields last);
 
 // Reads the card rows that an index names, and sees to it that each card comes once and with its own ID.
 class BoxPosReader {
  public:
-  explicit BoxPosReader(const CardTable& cards);
+  explicit BoxPosReader(const CardIds& ids) : ids_(ids), seen_(static_cast<size_t>(ids.RowCount()) + 1, false) {}
   // The card table row in this text; 0 unless it is written as the program writes it, is that of a card which has this
   // ID, and has not come before.
   int Read(std::string_view text, std::string_view id);
 
  private:
-  const CardTable& cards_;
-  int id_column_;
+  const CardIds& ids_;
   std::vector<bool> seen_;
 };
-
-// A number that changes when the IDs of the cards or the rows they stand in change.
-uint64_t IdFingerprint(const CardTable& cards);
 
 }  // namespace tessaro

@@ -35,7 +35,8 @@ void WriteNineDigits(int64_t key, std::array<char, kScoreDigits>& text) {
 
 }  // namespace
 
-bool LearnIndex::Build(const CardTable& cards) {
+bool LearnIndex::Build(const CardTable& cards, const CardIds& ids) {
+  if (!ids.complete()) return false;
   const CardColumns columns = ColumnsOf(cards);
   const int last = cards.RowCount() - 1;
   LearnIndex built;
@@ -43,7 +44,6 @@ bool LearnIndex::Build(const CardTable& cards) {
   std::vector<int64_t> keys;
   if (last >= kFirstCardRow) keys.reserve(static_cast<size_t>(last));
   for (int row = last; row >= kFirstCardRow; --row) {
-    if (cards.Peek(columns.id, row).empty()) return false;
     const std::string_view score = cards.Peek(columns.score, row);
     keys.push_back(LeadingNumber(score));
     built.SetScore(row, keys.back(), score);
@@ -52,17 +52,17 @@ bool LearnIndex::Build(const CardTable& cards) {
   std::vector<int32_t> order = BisectionOrder(keys, kEndScore);
   for (int32_t& entry : order) entry = last - entry;
   built.sequence_.Assign(order);
-  built.fingerprint_ = IdFingerprint(cards);
+  built.fingerprint_ = ids.fingerprint();
   built.built_ = true;
   *this = std::move(built);
   return true;
 }
 
-bool LearnIndex::Adopt(const CardTable& table, const CardTable& cards) {
-  if (!HasIndexFrame(table, cards, kColumns, kFirstFields, kLastFields)) return false;
+bool LearnIndex::Adopt(const CardTable& table, const CardIds& ids) {
+  if (!HasIndexFrame(table, ids, kColumns, kFirstFields, kLastFields)) return false;
   LearnIndex adopted;
-  adopted.keys_.resize(static_cast<size_t>(cards.RowCount()) + 1);
-  BoxPosReader reader(cards);
+  adopted.keys_.resize(static_cast<size_t>(ids.RowCount()) + 1);
+  BoxPosReader reader(ids);
   std::vector<int32_t> order;
   order.reserve(static_cast<size_t>(table.RowCount()));
   int64_t least = std::numeric_limits<int64_t>::min();
@@ -76,14 +76,10 @@ bool LearnIndex::Adopt(const CardTable& table, const CardTable& cards) {
     adopted.SetScore(card_row, key, score);
   }
   adopted.sequence_.Assign(order);
-  adopted.fingerprint_ = IdFingerprint(cards);
+  adopted.fingerprint_ = ids.fingerprint();
   adopted.built_ = true;
   *this = std::move(adopted);
   return true;
-}
-
-bool LearnIndex::Fits(const CardTable& cards) const {
-  return built_ && fingerprint_ == IdFingerprint(cards);
 }
 
 CardTable LearnIndex::ToTable(const CardTable& cards) const {

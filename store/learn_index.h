@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "store/card_ids.h"
 #include "store/card_table.h"
 #include "store/row_sequence.h"
 
@@ -19,12 +20,13 @@ class LearnIndex {
  public:
   // Builds the index from the card table as it stands. A card whose score is above that of the end row is left out.
   // False when the card table has a defect (a card row without ID).
-  [[nodiscard]] bool Build(const CardTable& cards);
+  [[nodiscard]] bool Build(const CardTable& cards) { return Build(cards, CardIds(cards)); }
+  [[nodiscard]] bool Build(const CardTable& cards, const CardIds& ids);
   // Takes over a table read from a .row file, if it fits the cards: columns, start and end row as they are written,
   // every card exactly once with its own ID, ascending keys. False leaves the index as it was.
-  [[nodiscard]] bool Adopt(const CardTable& table, const CardTable& cards);
+  [[nodiscard]] bool Adopt(const CardTable& table, const CardIds& ids);
   // Whether the cards still stand in the rows in which they stood at Build or Adopt.
-  bool Fits(const CardTable& cards) const;
+  bool Fits(const CardIds& ids) const { return built_ && fingerprint_ == ids.fingerprint(); }
   // The index as the table that a .row file holds, and the text of that file.
   CardTable ToTable(const CardTable& cards) const;
   [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards) const;

@@ -23,15 +23,13 @@ constexpr std::array<std::string_view, 2> kLastFields = {"999999", "999999"};
 
 }  // namespace
 
-bool LinkIndex::Build(const CardTable& cards) {
-  const int id_column = cards.ColumnIndex(kId);
+bool LinkIndex::Build(const CardTable& cards, const CardIds& ids) {
+  if (!ids.complete()) return false;
   const int last = cards.RowCount() - 1;
   std::vector<int64_t> keys;
   if (last >= kFirstCardRow) keys.reserve(static_cast<size_t>(last));
   for (int row = last; row >= kFirstCardRow; --row) {
-    const std::string_view id = cards.Peek(id_column, row);
-    if (id.empty()) return false;
-    keys.push_back(LeadingNumber(id));
+    keys.push_back(ids.Number(row));
     if (row % kProgressStep == 0) Progress().ShowPosition(cards.RowCount() - row);
   }
   rows_ = BisectionOrder(keys, kEndId);
@@ -41,17 +39,17 @@ bool LinkIndex::Build(const CardTable& cards) {
     ids_.push_back(keys[static_cast<size_t>(entry)]);
     entry = last - entry;
   }
-  fingerprint_ = IdFingerprint(cards);
+  fingerprint_ = ids.fingerprint();
   built_ = true;
   return true;
 }
 
-bool LinkIndex::Adopt(const CardTable& table, const CardTable& cards) {
-  if (!HasIndexFrame(table, cards, kColumns, kFirstFields, kLastFields)) return false;
+bool LinkIndex::Adopt(const CardTable& table, const CardIds& ids) {
+  if (!HasIndexFrame(table, ids, kColumns, kFirstFields, kLastFields)) return false;
   LinkIndex adopted;
   adopted.ids_.reserve(static_cast<size_t>(table.RowCount()));
   adopted.rows_.reserve(static_cast<size_t>(table.RowCount()));
-  BoxPosReader reader(cards);
+  BoxPosReader reader(ids);
   int64_t least = std::numeric_limits<int64_t>::min();
   for (int row = 2; row < table.RowCount(); ++row) {
     const std::string_view id = table.Peek(1, row);
@@ -62,14 +60,10 @@ bool LinkIndex::Adopt(const CardTable& table, const CardTable& cards) {
     adopted.ids_.push_back(key);
     adopted.rows_.push_back(card_row);
   }
-  adopted.fingerprint_ = IdFingerprint(cards);
+  adopted.fingerprint_ = ids.fingerprint();
   adopted.built_ = true;
   *this = std::move(adopted);
   return true;
-}
-
-bool LinkIndex::Fits(const CardTable& cards) const {
-  return built_ && fingerprint_ == IdFingerprint(cards);
 }
 
 CardTable LinkIndex::ToTable(const CardTable& cards) const {

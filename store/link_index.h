@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "store/card_ids.h"
 #include "store/card_table.h"
 
 namespace tessaro {
@@ -13,9 +14,10 @@ class IndexSink;
 class LinkIndex {
  public:
   // As with LearnIndex, for the .idt file. A card number above 999999 is left out.
-  [[nodiscard]] bool Build(const CardTable& cards);
-  [[nodiscard]] bool Adopt(const CardTable& table, const CardTable& cards);
-  bool Fits(const CardTable& cards) const;
+  [[nodiscard]] bool Build(const CardTable& cards) { return Build(cards, CardIds(cards)); }
+  [[nodiscard]] bool Build(const CardTable& cards, const CardIds& ids);
+  [[nodiscard]] bool Adopt(const CardTable& table, const CardIds& ids);
+  bool Fits(const CardIds& ids) const { return built_ && fingerprint_ == ids.fingerprint(); }
   CardTable ToTable(const CardTable& cards) const;
   [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards) const;
 

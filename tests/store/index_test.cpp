@@ -115,12 +115,12 @@ TEST(Indexes, AdoptOnlyAFileThatFitsTheCards) {
   const CardTable cards = MakeCards(CardsWithScores({"000000005", "000000001"}));
   LearnIndex learn;
   LinkIndex link;
-  EXPECT_TRUE(learn.Adopt(IndexTableOf(kLearnText), cards));
+  EXPECT_TRUE(learn.Adopt(IndexTableOf(kLearnText), CardIds(cards)));
   EXPECT_EQ(TextOf(learn, cards), kLearnText);
-  EXPECT_TRUE(link.Adopt(IndexTableOf(kLinkText), cards));
+  EXPECT_TRUE(link.Adopt(IndexTableOf(kLinkText), CardIds(cards)));
   EXPECT_EQ(TextOf(link, cards), kLinkText);
   // The score of a row may differ from that of the card: taking an answer back leaves the index alone.
-  EXPECT_TRUE(learn.Adopt(IndexTableOf(With(kLearnText, "000000001", "000000000")), cards));
+  EXPECT_TRUE(learn.Adopt(IndexTableOf(With(kLearnText, "000000001", "000000000")), CardIds(cards)));
 
   const struct {
     std::string_view old_part, new_part;
@@ -141,7 +141,7 @@ TEST(Indexes, AdoptOnlyAFileThatFitsTheCards) {
                    {"3|000000001|000002", "3|000000006|000002"},
                    {"2|5|", "2|1000000000|"}};
   for (const auto& c : bad_learn) {
-    EXPECT_FALSE(learn.Adopt(IndexTableOf(With(kLearnText, c.old_part, c.new_part)), cards)) << c.new_part;
+    EXPECT_FALSE(learn.Adopt(IndexTableOf(With(kLearnText, c.old_part, c.new_part)), CardIds(cards))) << c.new_part;
   }
   const struct {
     std::string_view old_part, new_part;
@@ -149,9 +149,9 @@ TEST(Indexes, AdoptOnlyAFileThatFitsTheCards) {
                   {"999999|999999", "999999|99999"}, {"000001|2\n000002|3", "000002|3\n000001|2"},
                   {"000002|3", "000001|2"},          {"000002|3", "000002|x"}};
   for (const auto& c : bad_link) {
-    EXPECT_FALSE(link.Adopt(IndexTableOf(With(kLinkText, c.old_part, c.new_part)), cards)) << c.new_part;
+    EXPECT_FALSE(link.Adopt(IndexTableOf(With(kLinkText, c.old_part, c.new_part)), CardIds(cards))) << c.new_part;
   }
-  EXPECT_FALSE(learn.Adopt(CardTable(), CardTable()));
+  EXPECT_FALSE(learn.Adopt(CardTable(), CardIds(CardTable())));
   EXPECT_EQ(learn.RowCount(), 4);
   EXPECT_EQ(link.RowCount(), 4);
 }
@@ -160,13 +160,13 @@ TEST(Indexes, NoLongerFitWhenCardsMove) {
   CardTable cards = MakeCards(CardsWithIds({"000001", "000002", "000003"}));
   LearnIndex learn;
   LinkIndex link;
-  EXPECT_FALSE(learn.Fits(cards) || link.Fits(cards));
+  EXPECT_FALSE(learn.Fits(CardIds(cards)) || link.Fits(CardIds(cards)));
   ASSERT_TRUE(learn.Build(cards) && link.Build(cards));
   cards.Poke(cards.ColumnIndex(kQuestion), 2, "anders");
-  EXPECT_TRUE(learn.Fits(cards) && link.Fits(cards));
+  EXPECT_TRUE(learn.Fits(CardIds(cards)) && link.Fits(CardIds(cards)));
   cards.Poke(1, 2, "000002");
   cards.Poke(1, 3, "000001");
-  EXPECT_FALSE(learn.Fits(cards) || link.Fits(cards));
+  EXPECT_FALSE(learn.Fits(CardIds(cards)) || link.Fits(CardIds(cards)));
 }
 
 // The index as a list of rows, changed row by row.
