@@ -1,0 +1,117 @@
+#include "app/file_texts.h"
+
+#include <QLocale>
+#include <algorithm>
+#include <limits>
+
+#include "platform/qt/text.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+// The letter of the drive; systems without drives have one root.
+QChar DriveOf(const std::filesystem::path& target) {
+  const std::string root = target.root_name().string();
+  return root.empty() ? u'/' : QChar::fromLatin1(root.front());
+}
+
+QString InUseText(const std::string& owner) {
+  const QString by = owner.empty() ? QString() : u"\n(%1)"_s.arg(QString::fromLocal8Bit(owner));
+  return u"\nDie Kartei ist schon in einem\nanderen Programmfenster geöffnet%1.\nBitte schließen Sie sie dort zuerst."_s
+      .arg(by);
+}
+
+}  // namespace
+
+QString StageText(FileStage stage) {
+  switch (stage) {
+    case FileStage::LoadCards:
+      return u"Karteikarten laden"_s;
+    case FileStage::LoadLearnIndex:
+      return u"Indextabelle laden"_s;
+    case FileStage::LoadLinkIndex:
+      return u"Linkindextabelle laden"_s;
+    case FileStage::SaveCards:
+      return u"Kartei speichern"_s;
+    case FileStage::SaveLearnIndex:
+      return u"Lernindex speichern"_s;
+    case FileStage::SaveLinkIndex:
+      return u"Linkindex speichern"_s;
+  }
+  return {};
+}
+
+QString StageSizeText(FileStage stage, uint64_t file_size) {
+  switch (stage) {
+    case FileStage::LoadCards:
+      return u"Dateigröße: %1 Bytes"_s.arg(file_size);
+    case FileStage::LoadLearnIndex:
+      return u"Indexdateigröße: %1 Bytes"_s.arg(file_size);
+    case FileStage::LoadLinkIndex:
+      return u"LinkIndexdateigröße: %1 Bytes"_s.arg(file_size);
+    default:
+      return {};
+  }
+}
+
+QString RefusalText(OpenResult result, const std::string& in_use_by) {
+  switch (result) {
+    case OpenResult::Opened:
+      return {};
+    case OpenResult::WrongType:
+      return u"\nDateityp ist falsch."_s;
+    case OpenResult::CannotOpen:
+      return u"\nDatei kann nicht\ngeöffnet werden"_s;
+    case OpenResult::CannotLoad:
+      return u"\nKartei kann nicht\ngeladen werden.\nSiehe Hilfeindex."_s;
+    case OpenResult::Unusable:
+      return u"\nDie Kartei ist unbrauchbar.\nBenutzen Sie bitte\n<Karteikasten><Restore>"_s;
+    case OpenResult::InUse:
+      return InUseText(in_use_by);
+  }
+  return {};
+}
+
+QStringList RemarkTexts(const OpenReport& report) {
+  QStringList remarks;
+  if (report.learn_index_rebuilt || report.link_index_rebuilt) {
+    remarks << u"\nIndexfehler,\nversuche Neuaufbau."_s;
+  }
+  if (report.index_defect) remarks << u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s;
+  if (report.end_missing) {
+    remarks << u"\nDas Ende der Kartei fehlt, die Datei ist beschädigt.\n%1 Karten konnten gelesen werden.\n\n"
+               u"Beim nächsten Speichern bleibt die beschädigte Datei\nunter einem anderen Namen erhalten."_s.arg(
+                   QLocale().toString(report.cards));
+  }
+  return remarks;
+}
+
+QString FailureText(SaveResult result) {
+  switch (result) {
+    case SaveResult::Saved:
+      return {};
+    case SaveResult::CardsFailed:
+      return u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s;
+    case SaveResult::LearnIndexFailed:
+      return u"\nFehler Speichern Lernindex.\nSiehe Hilfeindex!"_s;
+    case SaveResult::LinkIndexFailed:
+      return u"\nFehler Speichern Linkindex.\nSiehe Hilfeindex!"_s;
+    case SaveResult::SettingsFailed:
+      return u"\nDie Karten sind gespeichert,\naber nicht die Einstellungen der Kartei."_s;
+  }
+  return {};
+}
+
+QString LowSpaceText(SaveKind kind) {
+  return kind == SaveKind::Plain ? u"Vorsicht, wenig Platz auf Disk!"_s : u"Vorsicht, evt. zu wenig Speicherplatz!"_s;
+}
+
+QString SpaceText(SaveKind kind, const std::filesystem::path& target, const SpaceEstimate& space) {
+  const QString text =
+      u"%1:  %2 Bytes frei, Kartei: %3 Bytes"_s.arg(DriveOf(target)).arg(space.free.value_or(0)).arg(space.needed);
+  return kind == SaveKind::Plain ? u"Laufwerk "_s + text : text;
+}
+
+}  // namespace tessaro

@@ -1,0 +1,151 @@
+#include "app/frbegin.h"
+
+#include <QCommandLinkButton>
+#include <QDir>
+#include <QLocale>
+#include <utility>
+
+#include "learn/lern_texts.h"
+#include "platform/qt/icons.h"
+#include "platform/qt/text.h"
+#include "ui_frbegin.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+constexpr double kTitle = 2.0;  // times the normal size
+constexpr double kFigure = 1.6;
+constexpr double kButton = 1.3;
+constexpr double kSmall = 0.9;
+
+void Scale(QWidget* widget, double factor) {
+  QFont font = widget->font();
+  font.setPointSizeF(font.pointSizeF() * factor);
+  widget->setFont(font);
+}
+
+// What the tour of the program and other samples are for, in a line below their name.
+QString SampleDescription(const QString& name) {
+  if (name == u"Erste Schritte"_s) return u"Die Bedienung in wenigen Karten"_s;
+  return u"Eine fertige Kartei zum Ausprobieren"_s;
+}
+
+QString CardsInWords(int64_t count, const QString& one, const QString& many) {
+  return count == 1 ? one : many.arg(QLocale().toString(static_cast<qlonglong>(count)));
+}
+
+// What there is to do now, beside the button that does it.
+QString AdviceFor(const BeginFile& file) {
+  const int64_t repeat = file.figures.unknown + file.figures.due;
+  if (repeat > 0)
+    return CardsInWords(repeat, u"Eine Karte wartet auf Wiederholung."_s, u"%1 Karten warten auf Wiederholung."_s);
+  if (file.figures.never_answered > 0) {
+    return CardsInWords(file.figures.never_answered, u"Eine neue Karte wartet auf Sie."_s,
+                        u"%1 neue Karten warten auf Sie."_s);
+  }
+  if (file.figures.learnable == 0) return u"In dieser Kartei gibt es noch keine Karten zum Lernen."_s;
+  if (file.next_due <= file.now) return u"Zurzeit ist nichts zu wiederholen."_s;
+  return u"Zurzeit ist nichts zu wiederholen. Die nächste Karte ist in %1 fällig."_s.arg(
+      SpanInWords(file.next_due - file.now));
+}
+
+void Empty(QVBoxLayout& list) {
+  while (QLayoutItem* item = list.takeAt(0)) {
+    if (item->widget() != nullptr) item->widget()->deleteLater();
+    delete item;
+  }
+}
+
+}  // namespace
+
+TFrameBegin::TFrameBegin(QWidget* parent) : QFrame(parent), ui_(std::make_unique<Ui::TFrameBegin>()) {
+  ui_->setupUi(this);
+  SetFonts();
+  ui_->ButtonLearn->setIcon(Icon("learn"));
+  ui_->ButtonOpen->setIcon(Icon("open"));
+  ui_->ButtonNew->setIcon(Icon("new"));
+  connect(ui_->ButtonLearn, &QPushButton::clicked, this, &TFrameBegin::LearnWanted);
+  connect(ui_->ButtonOpen, &QPushButton::clicked, this, &TFrameBegin::OpenWanted);
+  connect(ui_->ButtonNew, &QPushButton::clicked, this, &TFrameBegin::NewWanted);
+  ShowNoFile();
+}
+
+TFrameBegin::~TFrameBegin() = default;
+
+void TFrameBegin::SetFonts() {
+  Scale(ui_->LabelName, kTitle);
+  Scale(ui_->LabelWelcome, kTitle);
+  Scale(ui_->ButtonLearn, kButton);
+  for (QLabel* figure : {ui_->FigureCards, ui_->FigureNew, ui_->FigureKnown, ui_->FigureUnknown, ui_->FigureDue}) {
+    Scale(figure, kFigure);
+  }
+  for (QLabel* label :
+       {ui_->LabelCards, ui_->LabelNew, ui_->LabelKnown, ui_->LabelUnknown, ui_->LabelDue, ui_->LabelFolder}) {
+    Scale(label, kSmall);
+  }
+  for (QLabel* heading : {ui_->LabelRecent, ui_->LabelSamples}) {
+    QFont font = heading->font();
+    font.setBold(true);
+    heading->setFont(font);
+  }
+}
+
+void TFrameBegin::ShowNoFile() {
+  ui_->PanelEmpty->show();
+  ui_->PanelFile->hide();
+  ui_->PanelSamples->show();
+}
+
+void TFrameBegin::ShowFile(const BeginFile& file) {
+  ui_->LabelName->setText(FromPath(file.path.stem()));
+  ui_->LabelFolder->setText(QDir::toNativeSeparators(FromPath(file.path.parent_path())));
+  ShowFigures(file.figures);
+  ui_->LabelAdvice->setText(AdviceFor(file));
+  ui_->PanelEmpty->hide();
+  ui_->PanelSamples->hide();
+  ui_->PanelFile->show();
+  ui_->ButtonLearn->setFocus();
+}
+
+void TFrameBegin::ShowFigures(const CardFigures& figures) {
+  const std::pair<QLabel*, int64_t> shown[] = {{ui_->FigureCards, figures.cards},
+                                               {ui_->FigureNew, figures.never_answered},
+                                               {ui_->FigureKnown, figures.known},
+                                               {ui_->FigureUnknown, figures.unknown},
+                                               {ui_->FigureDue, figures.unknown + figures.due}};
+  for (const auto& [label, figure] : shown) label->setText(QLocale().toString(static_cast<qlonglong>(figure)));
+}
+
+void TFrameBegin::SetRecent(const std::vector<std::filesystem::path>& files) {
+  Empty(*ui_->ListRecent);
+  for (const std::filesystem::path& file : files) {
+    AddFileButton(*ui_->ListRecent, file, "recent", QDir::toNativeSeparators(FromPath(file.parent_path())),
+                  &TFrameBegin::FileWanted);
+  }
+  ui_->PanelRecent->setVisible(!files.empty());
+}
+
+void TFrameBegin::SetSamples(const std::vector<std::filesystem::path>& samples) {
+  Empty(*ui_->ListSamples);
+  for (const std::filesystem::path& sample : samples) {
+    AddFileButton(*ui_->ListSamples, sample, "cards", SampleDescription(FromPath(sample.stem())),
+                  &TFrameBegin::SampleWanted);
+  }
+  ui_->LabelSamples->setVisible(!samples.empty());
+}
+
+void TFrameBegin::AddFileButton(QVBoxLayout& list, const std::filesystem::path& path, std::string_view icon,
+                                const QString& description, FileSignal signal) {
+  // A single "&" would underline the next letter.
+  const QString name = FromPath(path.stem()).replace(u'&', u"&&"_s);
+  auto* button = new QCommandLinkButton(name, description, this);
+  button->setIcon(Icon(icon));
+  button->setToolTip(QDir::toNativeSeparators(FromPath(path)));
+  button->setProperty("path", FromPath(path));
+  connect(button, &QPushButton::clicked, this, [this, signal, file = FromPath(path)] { Q_EMIT(this->*signal)(file); });
+  list.addWidget(button);
+}
+
+}  // namespace tessaro

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QFrame>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "store/card_figures.h"
+
+class QVBoxLayout;
+
+namespace Ui {
+class TFrameBegin;
+}
+
+namespace tessaro {
+
+// What the start page says of the open card file.
+struct BeginFile {
+  std::filesystem::path path;
+  CardFigures figures;
+  int64_t now = 0;       // seconds since 1970
+  int64_t next_due = 0;  // when the next known card will be due, 0 = none will
+};
+
+// The start page of the main window: what is open and what to do next, or how to begin.
+class TFrameBegin : public QFrame {
+  Q_OBJECT
+
+ public:
+  explicit TFrameBegin(QWidget* parent = nullptr);
+  ~TFrameBegin() override;
+
+  void ShowNoFile();
+  void ShowFile(const BeginFile& file);
+  void SetRecent(const std::vector<std::filesystem::path>& files);
+  void SetSamples(const std::vector<std::filesystem::path>& samples);
+
+ Q_SIGNALS:
+  void OpenWanted();
+  void NewWanted();
+  void LearnWanted();
+  void FileWanted(const QString& path);
+  void SampleWanted(const QString& path);
+
+ private:
+  using FileSignal = void (TFrameBegin::*)(const QString& path);
+
+  void SetFonts();
+  void ShowFigures(const CardFigures& figures);
+  void AddFileButton(QVBoxLayout& list, const std::filesystem::path& path, std::string_view icon,
+                     const QString& description, FileSignal signal);
+
+  std::unique_ptr<Ui::TFrameBegin> ui_;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <memory>
+
+#include "platform/progress.h"
+
+class QWidget;
+
+namespace tessaro {
+
+class Clock;
+class TF_dlprogress;
+
+// Stands on the stack while work keeps the user waiting. After 0.2 s the cursor says so, after 1 s the progress dialog
+// shows what is done and how far it is; windows go on being painted. Keys and clicks wait until the work is done.
+class LongWork : public ProgressBar {
+ public:
+  LongWork(QWidget* window, const Clock& clock);
+  ~LongWork() override;
+  LongWork(const LongWork&) = delete;
+  LongWork& operator=(const LongWork&) = delete;
+
+  // What is done now; `range` is the position at its end.
+  void NextStage(const QString& text, int64_t range);
+  void SetPosition(int64_t position) override;
+
+  // True while some work is under way: a command that came by another way than keys and clicks must wait.
+  static bool Running();
+
+ private:
+  void Show(int64_t position);
+
+  QWidget* window_;
+  const Clock& clock_;
+  std::unique_ptr<TF_dlprogress> dialog_;
+  QString text_;
+  int64_t started_;
+  int64_t shown_at_ = 0;
+  int64_t range_ = 0;
+  int64_t next_look_ = 0;  // below this position the clock is not even asked
+  bool waiting_cursor_ = false;
+};
+
+}  // namespace tessaro

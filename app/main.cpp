@@ -1,0 +1,106 @@
+#include <QApplication>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QMessageBox>
+#include <QTranslator>
+#include <cstdio>
+#include <exception>
+
+#include "app/crdlogo.h"
+#include "app/program.h"
+#include "app/program_options.h"
+#include "app/wnmain.h"
+#include "platform/qt/icons.h"
+#include "platform/qt/text.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+constexpr int kWrongUsage = 2;
+
+// An exception that no handler caught ends the program; it is kept until the message loop is left, because a box inside
+// the handler would start the loop anew.
+class Application : public QApplication {
+ public:
+  using QApplication::QApplication;
+
+  bool notify(QObject* receiver, QEvent* event) override {
+    try {
+      return QApplication::notify(receiver, event);
+    } catch (const std::exception& error) {
+      failure_ = QString::fromLocal8Bit(error.what());
+      exit(EXIT_FAILURE);
+      return false;
+    }
+  }
+
+  const QString& failure() const { return failure_; }
+
+ private:
+  QString failure_;
+};
+
+void Print(FILE* stream, const QString& text) {
+  std::fputs(text.toLocal8Bit().constData(), stream);
+}
+
+void SpeakGerman(QApplication& application) {
+  QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+  auto* translator = new QTranslator(&application);
+  if (translator->load(u"qtbase_de"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QApplication::installTranslator(translator);
+  }
+}
+
+void ShowFailure(const QString& text) {
+  QMessageBox::critical(nullptr, u"Tessaro"_s, text);
+}
+
+int RunProgram(Application& application, const ProgramOptions& options) {
+  ProgramPlaces places = StandardPlaces();
+  if (!options.settings.empty()) places.settings = std::filesystem::absolute(options.settings);
+  const RealClock clock;
+  RealRandom random;
+  BoxMessages messages;
+  Program program({RealDisk(), clock, random, messages}, places);
+  program.main_window().show();
+  if (options.splash) TF_Crdlogo::ShowOver(program.main_window());
+  if (!options.card_file.empty()) program.main_window().OpenLater(std::filesystem::absolute(options.card_file));
+  const int result = QApplication::exec();
+  if (!application.failure().isEmpty()) ShowFailure(application.failure());
+  return result;
+}
+
+int Main(int argc, char** argv) {
+  QStringList arguments;
+  for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
+  const ProgramOptions options = ReadOptions(arguments);
+  if (options.show_help) return Print(stdout, HelpText()), EXIT_SUCCESS;
+  if (options.show_version) return Print(stdout, u"Tessaro 3.0\n"_s), EXIT_SUCCESS;
+  if (!options.mistake.isEmpty()) return Print(stderr, options.mistake + u"\n"_s + HelpText()), kWrongUsage;
+
+  Application application(argc, argv);
+  QApplication::setApplicationName(u"tessaro"_s);
+  QApplication::setApplicationDisplayName(u"Tessaro Hypertext-Lernprogramm"_s);
+  QApplication::setApplicationVersion(u"3.0"_s);
+  QApplication::setDesktopFileName(u"tessaro"_s);
+  SpeakGerman(application);
+  ApplyTheme(options.theme);
+  QApplication::setWindowIcon(Icon("cards"));
+  try {
+    return RunProgram(application, options);
+  } catch (const std::exception& error) {
+    ShowFailure(QString::fromLocal8Bit(error.what()));
+    return EXIT_FAILURE;
+  }
+}
+
+}  // namespace
+}  // namespace tessaro
+
+int main(int argc, char** argv) {
+  return tessaro::Main(argc, argv);
+}

@@ -1,0 +1,76 @@
+#include "app/program.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QStandardPaths>
+#include <system_error>
+#include <utility>
+
+#include "app/sample_files.h"
+#include "app/wnmain.h"
+#include "learn/wnlern.h"
+#include "platform/qt/text.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+std::filesystem::path StandardFolder(QStandardPaths::StandardLocation location) {
+  return ToPath(QStandardPaths::writableLocation(location));
+}
+
+}  // namespace
+
+ProgramPlaces StandardPlaces() {
+  return {.settings = StandardFolder(QStandardPaths::GenericConfigLocation) / "tessaro" / "tessaro.ini",
+          .samples = FindSampleFolder(ToPath(QCoreApplication::applicationDirPath())),
+          .documents = StandardFolder(QStandardPaths::DocumentsLocation) / "Tessaro"};
+}
+
+Program::Program(const Machine& machine, ProgramPlaces places)
+    : machine_(machine), places_(std::move(places)), file_(machine.disk) {
+  settings_.path = places_.settings;
+  settings_readable_ = settings_.ini.Load(machine_.disk, settings_.path);
+  main_window_ = std::make_unique<TF_wnmain>(*this);
+}
+
+Program::~Program() = default;
+
+void Program::OpenLearning() {
+  if (!file_.IsOpen()) return;
+  if (learning_window_ == nullptr) {
+    learning_window_ =
+        std::make_unique<TF_wnlern>(file_, settings_, machine_.clock, machine_.random, machine_.messages);
+    connect(learning_window_.get(), &TF_wnlern::Closed, this, &Program::EndLearning);
+    connect(learning_window_.get(), &TF_wnlern::SaveWanted, main_window_.get(), &TF_wnmain::FileSaveExecute);
+  }
+  learning_window_->show();
+  learning_window_->raise();
+  learning_window_->activateWindow();
+}
+
+void Program::CloseLearning() {
+  if (learning_window_ != nullptr) learning_window_->close();
+}
+
+bool Program::learning() const {
+  return learning_window_ != nullptr;
+}
+
+void Program::EndLearning() {
+  // The window is still busy with being closed.
+  learning_window_.release()->deleteLater();
+  SaveSettings();
+  Q_EMIT LearningClosed();
+}
+
+void Program::SaveSettings() {
+  // Settings that we could not read are not written over.
+  if (!settings_readable_) return;
+  std::error_code ignored;
+  std::filesystem::create_directories(settings_.path.parent_path(), ignored);
+  (void)settings_.Save(machine_.disk);
+}
+
+}  // namespace tessaro

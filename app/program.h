@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QObject>
+#include <filesystem>
+#include <memory>
+
+#include "platform/clock.h"
+#include "platform/disk.h"
+#include "platform/qt/messages.h"
+#include "platform/random.h"
+#include "store/card_file.h"
+#include "store/program_settings.h"
+
+class QWidget;
+
+namespace tessaro {
+
+class TF_wnmain;
+class TF_wnlern;
+
+// What the program asks of the machine and of its user; tests bring their own.
+struct Machine {
+  Disk& disk;
+  const Clock& clock;
+  Random& random;
+  Messages& messages;
+};
+
+struct ProgramPlaces {
+  std::filesystem::path settings;   // tessaro.ini; need not exist
+  std::filesystem::path samples;    // the folder with the sample card files; empty = none
+  std::filesystem::path documents;  // the user's own folder for card files; need not exist
+};
+
+// The places on this machine.
+ProgramPlaces StandardPlaces();
+
+// Owns what lives as long as the program runs: the one open card file, the settings, the windows. It is the only place
+// where windows learn of each other.
+class Program : public QObject {
+  Q_OBJECT
+
+ public:
+  Program(const Machine& machine, ProgramPlaces places);
+  ~Program() override;
+
+  CardFile& file() { return file_; }
+  ProgramSettings& settings() { return settings_; }
+  const Clock& clock() const { return machine_.clock; }
+  Disk& disk() { return machine_.disk; }
+  Messages& messages() { return machine_.messages; }
+  const ProgramPlaces& places() const { return places_; }
+  TF_wnmain& main_window() { return *main_window_; }
+
+  // Opens the learning window over the open card file, or brings it to the front.
+  void OpenLearning();
+  // Closes the learning window if it is open; it has kept its positions then.
+  void CloseLearning();
+  bool learning() const;
+  // Writes tessaro.ini, making its folder. A failure is of no consequence for the cards and is not told.
+  void SaveSettings();
+
+ Q_SIGNALS:
+  void LearningClosed();
+
+ private:
+  void EndLearning();
+
+  Machine machine_;
+  ProgramPlaces places_;
+  ProgramSettings settings_;
+  bool settings_readable_ = false;
+  CardFile file_;
+  std::unique_ptr<TF_wnmain> main_window_;
+  std::unique_ptr<TF_wnlern> learning_window_;
+};
+
+}  // namespace tessaro

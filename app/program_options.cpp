@@ -1,0 +1,63 @@
+#include "app/program_options.h"
+
+#include <QCommandLineParser>
+
+#include "platform/qt/text.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+void ReadTheme(const QString& name, ProgramOptions& options) {
+  if (name == u"dark"_s) {
+    options.theme = Theme::Dark;
+  } else if (name == u"light"_s) {
+    options.theme = Theme::Light;
+  } else {
+    options.mistake = u"--palette kennt nur light und dark."_s;
+  }
+}
+
+}  // namespace
+
+ProgramOptions ReadOptions(const QStringList& arguments) {
+  QCommandLineParser parser;
+  const QCommandLineOption settings(u"settings"_s, {}, u"DATEI"_s);
+  const QCommandLineOption palette(u"palette"_s, {}, u"NAME"_s);
+  const QCommandLineOption no_splash(u"no-splash"_s);
+  const QCommandLineOption help(QStringList{u"h"_s, u"help"_s});
+  const QCommandLineOption version(QStringList{u"v"_s, u"version"_s});
+  parser.addOptions({settings, palette, no_splash, help, version});
+
+  ProgramOptions options;
+  if (!parser.parse(arguments)) {
+    options.mistake = u"Unbekannte oder unvollständige Angabe: %1"_s.arg(
+        parser.unknownOptionNames().isEmpty() ? arguments.mid(1).join(u' ') : parser.unknownOptionNames().join(u", "));
+    return options;
+  }
+  const QStringList files = parser.positionalArguments();
+  if (files.size() > 1) options.mistake = u"Es kann nur eine Kartei zugleich geöffnet werden."_s;
+  if (!files.isEmpty()) options.card_file = ToPath(files.first());
+  options.settings = ToPath(parser.value(settings));
+  if (parser.isSet(palette)) ReadTheme(parser.value(palette), options);
+  options.splash = !parser.isSet(no_splash) && files.isEmpty();
+  options.show_help = parser.isSet(help);
+  options.show_version = parser.isSet(version);
+  return options;
+}
+
+QString HelpText() {
+  return uR"(Aufruf: tessaro [Angaben] [KARTEI.mlb]
+
+Lernen mit Karteikarten. Eine angegebene Kartei wird gleich geöffnet.
+
+  --settings DATEI      andere Einstellungsdatei statt der eigenen tessaro.ini
+  --palette light|dark  helle oder dunkle Fenster statt der Farben des Desktops
+  --no-splash           ohne Startbild
+  -h, --help            diese Hilfe
+  -v, --version         Version
+)"_s;
+}
+
+}  // namespace tessaro

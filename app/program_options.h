@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <filesystem>
+
+#include "platform/qt/theme.h"
+
+namespace tessaro {
+
+// What the command line says. Paths are as given.
+struct ProgramOptions {
+  std::filesystem::path card_file;
+  std::filesystem::path settings;  // another tessaro.ini; empty = the user's own
+  Theme theme = Theme::Desktop;
+  bool splash = true;
+  bool show_help = false;
+  bool show_version = false;
+  QString mistake;  // what cannot be understood, in words; empty = nothing
+};
+
+// `arguments` with the program's name in front.
+ProgramOptions ReadOptions(const QStringList& arguments);
+QString HelpText();
+
+}  // namespace tessaro

@@ -1,3 +1,0 @@
-#pragma once
-
-#include "store/program_settings.h"

@@ -1,0 +1,200 @@
+#include "app/wnmain.h"
+
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QTimer>
+#include <QUrl>
+
+#include "app/frbegin.h"
+#include "app/long_work.h"
+#include "app/program.h"
+#include "app/recent_files.h"
+#include "app/sample_files.h"
+#include "learn/learning_parameters.h"
+#include "platform/qt/icons.h"
+#include "platform/qt/text.h"
+#include "platform/qt/window_place.h"
+#include "ui_wnmain.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+constexpr auto kTitle = "Tessaro Hypertext-Lernprogramm 3.0"_L1;
+constexpr std::string_view kPlaceSuffix = "M";
+
+// The one card file that is being dragged; empty when it is anything else.
+QString DraggedFile(const QMimeData& data) {
+  const QList<QUrl> urls = data.urls();
+  if (urls.size() != 1 || !urls.first().isLocalFile()) return {};
+  const QString path = urls.first().toLocalFile();
+  return HasCardFileType(ToPath(path)) ? path : QString();
+}
+
+}  // namespace
+
+TF_wnmain::TF_wnmain(Program& program)
+    : program_(program), file_(program.file()), ui_(std::make_unique<Ui::TF_wnmain>()) {
+  ui_->setupUi(this);
+  MakeStatusLine();
+  SetIcons();
+  ConnectCommands();
+  RestoreWindowPlace(*this, program_.settings().ini, kPlaceSuffix);
+  ui_->FrameBegin->SetSamples(SampleFiles(program_.places().samples));
+  ShowState();
+}
+
+TF_wnmain::~TF_wnmain() = default;
+
+void TF_wnmain::ConnectCommands() {
+  connect(ui_->FileOpenExecute, &QAction::triggered, this, &TF_wnmain::FileOpenExecute);
+  connect(ui_->FileNewExecute, &QAction::triggered, this, &TF_wnmain::FileNewExecute);
+  connect(ui_->FileSaveExecute, &QAction::triggered, this, &TF_wnmain::FileSaveExecute);
+  connect(ui_->FileSaveAsExecute, &QAction::triggered, this, &TF_wnmain::FileSaveAsExecute);
+  connect(ui_->MBackupClick, &QAction::triggered, this, &TF_wnmain::MBackupClick);
+  connect(ui_->MRestoreClick, &QAction::triggered, this, &TF_wnmain::MRestoreClick);
+  connect(ui_->MClose, &QAction::triggered, this, &QWidget::close);
+  connect(ui_->LernStartExecute, &QAction::triggered, this, &TF_wnmain::LernStartExecute);
+  connect(ui_->IndexAufbauExecute, &QAction::triggered, this, &TF_wnmain::IndexAufbauExecute);
+  connect(ui_->MAboutClick, &QAction::triggered, this, &TF_wnmain::MAboutClick);
+  connect(ui_->FrameBegin, &TFrameBegin::OpenWanted, this, &TF_wnmain::FileOpenExecute);
+  connect(ui_->FrameBegin, &TFrameBegin::NewWanted, this, &TF_wnmain::FileNewExecute);
+  connect(ui_->FrameBegin, &TFrameBegin::LearnWanted, this, &TF_wnmain::LernStartExecute);
+  // Opening a file fills the page anew, and with it the button that was pressed: not while it is being pressed.
+  connect(ui_->FrameBegin, &TFrameBegin::FileWanted, this, [this](const QString& path) { OpenLater(ToPath(path)); });
+  connect(ui_->FrameBegin, &TFrameBegin::SampleWanted, this, [this](const QString& path) { OpenSample(ToPath(path)); });
+  connect(&program_, &Program::LearningClosed, this, &TF_wnmain::ShowAfterLearning);
+}
+
+void TF_wnmain::SetIcons() {
+  ui_->FileOpenExecute->setIcon(Icon("open"));
+  ui_->FileNewExecute->setIcon(Icon("new"));
+  ui_->FileSaveExecute->setIcon(Icon("save"));
+  ui_->FileSaveAsExecute->setIcon(Icon("save-as"));
+  ui_->MRestoreClick->setIcon(Icon("restore"));
+  ui_->MenuRecent->setIcon(Icon("recent"));
+  ui_->MClose->setIcon(Icon("close"));
+  ui_->LernStartExecute->setIcon(Icon("learn"));
+  ui_->IndexAufbauExecute->setIcon(Icon("index"));
+  ui_->MAboutClick->setIcon(Icon("help"));
+}
+
+void TF_wnmain::MakeStatusLine() {
+  label_status_.setObjectName(u"LabelStatus"_s);
+  label_sizes_.setObjectName(u"LabelSizes"_s);
+  ui_->StatusBar->addWidget(&label_status_, 1);
+  ui_->StatusBar->addPermanentWidget(&label_sizes_);
+}
+
+void TF_wnmain::OpenLater(const std::filesystem::path& path) {
+  QTimer::singleShot(0, this, [this, path] { OpenFile(path); });
+}
+
+void TF_wnmain::LernStartExecute() {
+  program_.OpenLearning();
+}
+
+void TF_wnmain::MAboutClick() {
+  program_.messages().Information(this,
+                                  u"Tessaro Hypertext-Lernprogramm\nVersion 3.0\n\n"
+                                  u"Karteikarten mit Verweisen, Bildern und Tönen,\n"
+                                  u"vorgelegt dann, wenn es Zeit für sie ist."_s);
+}
+
+bool TF_wnmain::FormCloseQuery() {
+  program_.CloseLearning();
+  if (!file_.IsOpen()) return true;
+  const bool empty = file_.CardCount() == 0;
+  if (!empty && !file_.changed()) {
+    (void)file_.SaveSettings();
+    return true;
+  }
+  const QString question = empty ? u"\nKartei wirklich speichern?.\nSie enthält keine Karten\noder ist defekt."_s
+                                 : u"\nAktuelle Kartei\nspeichern?"_s;
+  const Answer answer = program_.messages().Question(this, question, u"Speichern"_s, u"Nicht speichern"_s,
+                                                     u"Abbrechen"_s, empty ? Answer::Cancel : Answer::Yes);
+  return answer == Answer::No || (answer == Answer::Yes && FileSaveExecute());
+}
+
+void TF_wnmain::closeEvent(QCloseEvent* event) {
+  event->setAccepted(!LongWork::Running() && FormCloseQuery());
+  if (!event->isAccepted()) return;
+  KeepWindowPlace(*this, program_.settings().ini, kPlaceSuffix);
+  program_.SaveSettings();
+}
+
+void TF_wnmain::changeEvent(QEvent* event) {
+  // A learning run beside this window changes the card file.
+  if (event->type() == QEvent::ActivationChange) setWindowModified(file_.changed());
+  QMainWindow::changeEvent(event);
+}
+
+void TF_wnmain::dragEnterEvent(QDragEnterEvent* event) {
+  if (!LongWork::Running() && !DraggedFile(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void TF_wnmain::dropEvent(QDropEvent* event) {
+  const QString path = DraggedFile(*event->mimeData());
+  if (path.isEmpty()) return;
+  event->acceptProposedAction();
+  // The program that the file came from waits until this handler is done.
+  OpenLater(ToPath(path));
+}
+
+void TF_wnmain::ShowState() {
+  const bool open = file_.IsOpen();
+  for (QAction* action : {ui_->FileSaveExecute, ui_->FileSaveAsExecute, ui_->MBackupClick, ui_->IndexAufbauExecute,
+                          ui_->LernStartExecute}) {
+    action->setEnabled(open);
+  }
+  setWindowTitle(open ? u"%1[*] - %2"_s.arg(FromPath(file_.paths().cards.filename()), kTitle) : QString(kTitle));
+  setWindowModified(file_.changed());
+  ShowRecent();
+  ShowStartPage();
+}
+
+void TF_wnmain::ShowStartPage() {
+  if (!file_.IsOpen()) return ui_->FrameBegin->ShowNoFile();
+  const LearningParameters parameters = ReadParameters(program_.settings().ini);
+  BeginFile begin{.path = file_.paths().cards, .figures = {}, .now = program_.clock().Now(), .next_due = 0};
+  begin.figures = file_.Figures(
+      {.now = begin.now, .retention_weight = parameters.retention_weight, .max_time = parameters.max_time});
+  ui_->FrameBegin->ShowFile(begin);
+}
+
+void TF_wnmain::ShowRecent() {
+  std::vector<std::filesystem::path> files = RecentFiles(program_.settings().ini);
+  std::erase(files, file_.paths().cards);
+  ui_->FrameBegin->SetRecent(files);
+  ui_->MenuRecent->clear();
+  ui_->MenuRecent->setEnabled(!files.empty());
+  for (const std::filesystem::path& file : files) {
+    QAction* action = ui_->MenuRecent->addAction(FromPath(file.stem()).replace(u'&', u"&&"_s));
+    action->setStatusTip(FromPath(file));
+    connect(action, &QAction::triggered, this, [this, file] { OpenLater(file); });
+  }
+}
+
+void TF_wnmain::ShowAfterLearning() {
+  ShowState();
+  raise();
+  activateWindow();
+}
+
+void TF_wnmain::ShowStatus(const QString& text) {
+  label_status_.setPalette({});
+  label_status_.setText(text);
+  label_status_.repaint();
+}
+
+void TF_wnmain::ShowStatus(const QString& text, Accent accent) {
+  QPalette colours = palette();
+  colours.setColor(QPalette::WindowText, AccentColour(accent, colours));
+  label_status_.setPalette(colours);
+  label_status_.setText(text);
+  label_status_.repaint();
+}
+
+}  // namespace tessaro

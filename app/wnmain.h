@@ -1,0 +1,90 @@
+#pragma once
+
+#include <QLabel>
+#include <QMainWindow>
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+#include "app/file_texts.h"
+#include "platform/qt/theme.h"
+#include "store/card_file.h"
+
+namespace Ui {
+class TF_wnmain;
+}
+
+namespace tessaro {
+
+class LongWork;
+class Program;
+
+// The main window: the commands around the one open card file, and the start page.
+class TF_wnmain : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  explicit TF_wnmain(Program& program);
+  ~TF_wnmain() override;
+
+  // Opens a card file as the user's command would; asks before the open one is left. False: it is not open.
+  bool OpenFile(const std::filesystem::path& path);
+  // Opens it as soon as the message loop runs.
+  void OpenLater(const std::filesystem::path& path);
+
+  void FileOpenExecute();
+  void FileNewExecute();
+  // False when the file was not saved; the user knows why.
+  bool FileSaveExecute();
+  void FileSaveAsExecute();
+  void MBackupClick();
+  void MRestoreClick();
+  void IndexAufbauExecute();
+  void LernStartExecute();
+  void MAboutClick();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  void ConnectCommands();
+  void SetIcons();
+  void MakeStatusLine();
+
+  // False: the user wants to stay with the open card file, or it could not be saved.
+  bool FormCloseQuery();
+  // Asks to save a changed card file before another takes its place, and ends a learning run. False: stay.
+  bool LeaveFile();
+  bool MayOverwrite();
+  bool LoadFile(const std::filesystem::path& path);
+  void OpenSample(const std::filesystem::path& sample);
+  // Empty when the user chose none.
+  std::filesystem::path ChooseTarget(const QString& title);
+  // False when space may run short.
+  bool TellSpace(SaveKind kind, const std::filesystem::path& target);
+  // Runs one of the ways to save and says what came of it. The warning of little space stays in the status line.
+  using SaveStep = std::function<SaveResult(const StageObserver& observer)>;
+  bool Write(bool enough_space, const SaveStep& save);
+  StageObserver ShowStages(LongWork& work);
+  void Tell(const OpenReport& report);
+  void KeepBytesPerCard();
+
+  void ShowState();
+  void ShowStartPage();
+  void ShowRecent();
+  void ShowAfterLearning();
+  void ShowStatus(const QString& text);
+  void ShowStatus(const QString& text, Accent accent);
+  QString LastFolder() const;
+
+  Program& program_;
+  CardFile& file_;
+  std::unique_ptr<Ui::TF_wnmain> ui_;
+  QLabel label_status_;  // what is or was done
+  QLabel label_sizes_;   // sizes of files and drives
+};
+
+}  // namespace tessaro

@@ -1,0 +1,244 @@
+// The commands of the main window that open and save card files.
+
+#include <QLocale>
+#include <QTime>
+
+#include "app/dlneu.h"
+#include "app/frbegin.h"
+#include "app/long_work.h"
+#include "app/program.h"
+#include "app/recent_files.h"
+#include "app/sample_files.h"
+#include "app/wnmain.h"
+#include "platform/qt/text.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace fs = std::filesystem;
+
+const QString kCardFiles = u"Karteien (*.mlb *.MLB)"_s;
+const QString kBackups = u"Sicherungen und Karteien (*.ml~ *.ML~ *.mlb *.MLB)"_s;
+
+// The size of a card on disk, for the estimate of the space that saving needs.
+constexpr std::string_view kSpaceSection = "DISK";
+constexpr std::string_view kBytesPerCard = "BytesPerCard";
+constexpr int64_t kFirstBytesPerCard = 600;
+
+// The end of a stage's progress: characters of the file while reading, fields of the table while writing.
+int64_t RangeOf(FileStage stage, uint64_t file_size, const CardFile& file) {
+  constexpr int kLearnIndexColumns = 3;
+  constexpr int kLinkIndexColumns = 2;
+  const int64_t rows = file.CardCount() + 2;
+  switch (stage) {
+    case FileStage::SaveCards:
+      return rows * file.cards().ColumnCount();
+    case FileStage::SaveLearnIndex:
+      return rows * kLearnIndexColumns;
+    case FileStage::SaveLinkIndex:
+      return rows * kLinkIndexColumns;
+    default:
+      return static_cast<int64_t>(file_size);
+  }
+}
+
+}  // namespace
+
+QString TF_wnmain::LastFolder() const {
+  if (file_.IsOpen()) return FromPath(file_.paths().cards.parent_path());
+  const std::vector<fs::path> recent = RecentFiles(program_.settings().ini);
+  if (!recent.empty()) return FromPath(recent.front().parent_path());
+  return FromPath(program_.places().documents);
+}
+
+StageObserver TF_wnmain::ShowStages(LongWork& work) {
+  return [this, &work](FileStage stage, uint64_t file_size) {
+    const QString size = StageSizeText(stage, file_size);
+    if (!size.isEmpty()) label_sizes_.setText(size);
+    // While saving cards the status line may hold the warning of little space: it stays.
+    if (stage != FileStage::SaveCards) ShowStatus(StageText(stage));
+    work.NextStage(StageText(stage), RangeOf(stage, file_size, file_));
+  };
+}
+
+void TF_wnmain::FileOpenExecute() {
+  if (!LeaveFile()) return;
+  const QString path = program_.messages().ChooseFileToOpen(this, u"Kartei öffnen"_s, LastFolder(), kCardFiles);
+  if (!path.isEmpty()) LoadFile(ToPath(path));
+}
+
+bool TF_wnmain::OpenFile(const fs::path& path) {
+  return !LongWork::Running() && LeaveFile() && LoadFile(path);
+}
+
+bool TF_wnmain::LeaveFile() {
+  program_.CloseLearning();
+  if (!file_.IsOpen()) return true;
+  if (!file_.changed()) {
+    (void)file_.SaveSettings();
+    return true;
+  }
+  const Answer answer = program_.messages().Question(this, u"\nAktuelle Kartei\nzuerst speichern?"_s, u"Speichern"_s,
+                                                     u"Nicht speichern"_s, u"Abbrechen"_s, Answer::Yes);
+  return answer == Answer::No || (answer == Answer::Yes && FileSaveExecute());
+}
+
+bool TF_wnmain::LoadFile(const fs::path& path) {
+  OpenReport report;
+  {
+    LongWork work(this, program_.clock());
+    report = file_.Open(path, ShowStages(work));
+  }
+  if (report.result == OpenResult::CannotOpen) RemoveRecentFile(program_.settings().ini, path);
+  if (report.result == OpenResult::Opened) {
+    AddRecentFile(program_.settings().ini, file_.paths().cards);
+    KeepBytesPerCard();
+  }
+  Tell(report);
+  return report.result == OpenResult::Opened;
+}
+
+void TF_wnmain::Tell(const OpenReport& report) {
+  ShowState();
+  program_.SaveSettings();
+  if (report.result != OpenResult::Opened) {
+    ShowStatus({});
+    label_sizes_.clear();
+    return program_.messages().Error(this, RefusalText(report.result, report.in_use_by));
+  }
+  ShowStatus(report.cards == 1 ? u"Eine Karte geladen"_s
+                               : u"%1 Karten geladen"_s.arg(QLocale().toString(report.cards)));
+  for (const QString& remark : RemarkTexts(report)) program_.messages().Error(this, remark);
+}
+
+void TF_wnmain::OpenSample(const fs::path& sample) {
+  const std::optional<fs::path> copy = OwnCopyOfSample(sample, program_.places().documents);
+  if (copy) return OpenLater(*copy);
+  program_.messages().Error(this, u"\nDas Beispiel kann nicht in den Ordner\n%1\nkopiert werden."_s.arg(
+                                      FromPath(program_.places().documents)));
+}
+
+void TF_wnmain::FileNewExecute() {
+  if (!LeaveFile()) return;
+  TF_dlneu dialog(program_.messages(), ToPath(LastFolder()), this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  if (!file_.CreateNew(dialog.path())) return program_.messages().Error(this, FailureText(SaveResult::CardsFailed));
+  AddRecentFile(program_.settings().ini, file_.paths().cards);
+  program_.SaveSettings();
+  ShowState();
+  ShowStatus(u"Neue Kartei angelegt"_s);
+  label_sizes_.clear();
+}
+
+bool TF_wnmain::TellSpace(SaveKind kind, const fs::path& target) {
+  IniFile& settings = program_.settings().ini;
+  int64_t bytes_per_card = settings.GetInt(kSpaceSection, kBytesPerCard, kFirstBytesPerCard);
+  const SpaceEstimate space = file_.EstimateSpace(bytes_per_card, target);
+  settings.SetInt(kSpaceSection, kBytesPerCard, bytes_per_card);
+  label_sizes_.setText(SpaceText(kind, target, space));
+  if (space.Enough()) {
+    ShowStatus(StageText(FileStage::SaveCards), Accent::Notice);
+  } else {
+    ShowStatus(LowSpaceText(kind), Accent::Warning);
+  }
+  return space.Enough();
+}
+
+void TF_wnmain::KeepBytesPerCard() {
+  const std::optional<FileState> state = program_.disk().State(file_.paths().cards);
+  if (!state || file_.CardCount() == 0) return;
+  program_.settings().ini.SetInt(kSpaceSection, kBytesPerCard, static_cast<int64_t>(state->size) / file_.CardCount());
+}
+
+bool TF_wnmain::MayOverwrite() {
+  if (!file_.ChangedOnDisk()) return true;
+  return program_.messages().Question(this,
+                                      u"\nEin anderes Programm hat die Kartei\nauf der Platte inzwischen geändert.\n\n"
+                                      u"Soll sie durch die Kartei in diesem Fenster\nersetzt werden?"_s,
+                                      u"Ersetzen"_s, u"Nicht speichern"_s, {}, Answer::No) == Answer::Yes;
+}
+
+bool TF_wnmain::FileSaveExecute() {
+  if (!file_.IsOpen() || LongWork::Running() || !MayOverwrite()) return false;
+  return Write(TellSpace(SaveKind::Plain, file_.paths().cards),
+               [this](const StageObserver& observer) { return file_.Save(observer); });
+}
+
+void TF_wnmain::FileSaveAsExecute() {
+  const fs::path target = ChooseTarget(u"Kartei speichern unter"_s);
+  if (target.empty()) return;
+  if (target == file_.paths().cards) {
+    FileSaveExecute();
+    return;
+  }
+  Write(TellSpace(SaveKind::AnotherName, target),
+        [&](const StageObserver& observer) { return file_.SaveAs(target, observer); });
+  AddRecentFile(program_.settings().ini, file_.paths().cards);
+  ShowState();
+}
+
+void TF_wnmain::MBackupClick() {
+  const fs::path target = ChooseTarget(u"Sicherungskopie anlegen"_s);
+  if (target.empty()) return;
+  if (target == file_.paths().cards) {
+    return program_.messages().Error(this,
+                                     u"\nDas ist die offene Kartei selbst.\nBitte wählen Sie einen anderen Namen."_s);
+  }
+  const bool enough = TellSpace(SaveKind::AnotherName, target);
+  if (!Write(enough, [&](const StageObserver& observer) { return file_.SaveCopy(target, observer); })) return;
+  const QString text = enough ? u"Backup nach Datei\n%1\nerfolgreich."_s
+                              : u"Backup nach Datei\n%1\nEventuell zu wenig\nPlatz auf Disk."_s;
+  program_.messages().Information(this, text.arg(FromPath(target)));
+}
+
+fs::path TF_wnmain::ChooseTarget(const QString& title) {
+  const QString path = program_.messages().ChooseFileToSave(this, title, FromPath(file_.paths().cards), kCardFiles);
+  if (path.isEmpty() || HasCardFileType(ToPath(path))) return ToPath(path);
+  program_.messages().Error(this, RefusalText(OpenResult::WrongType));
+  return {};
+}
+
+bool TF_wnmain::Write(bool enough_space, const SaveStep& save) {
+  SaveResult result = SaveResult::Saved;
+  {
+    LongWork work(this, program_.clock());
+    result = save(ShowStages(work));
+  }
+  setWindowModified(file_.changed());
+  if (result != SaveResult::Saved) {
+    ShowStatus(u"Nicht vollständig gespeichert"_s, Accent::Warning);
+    program_.messages().Error(this, FailureText(result));
+    return false;
+  }
+  if (enough_space) ShowStatus(u"Gespeichert um %1"_s.arg(QTime::currentTime().toString(u"HH:mm"_s)));
+  KeepBytesPerCard();
+  return true;
+}
+
+void TF_wnmain::MRestoreClick() {
+  if (!LeaveFile()) return;
+  const QString path = program_.messages().ChooseFileToOpen(this, u"Restore"_s, LastFolder(), kBackups);
+  if (path.isEmpty()) return;
+  OpenReport report;
+  {
+    LongWork work(this, program_.clock());
+    report = file_.Restore(ToPath(path), ShowStages(work));
+  }
+  Tell(report);
+}
+
+void TF_wnmain::IndexAufbauExecute() {
+  bool built = false;
+  {
+    LongWork work(this, program_.clock());
+    ShowStatus(u"Speichertabelle"_s);
+    work.NextStage(u"Index aufbauen"_s, file_.cards().RowCount());
+    built = file_.RebuildIndexes();
+  }
+  ShowStatus(built ? u"Index neu aufgebaut"_s : QString());
+  if (!built) program_.messages().Error(this, u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);
+}
+
+}  // namespace tessaro

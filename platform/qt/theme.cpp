@@ -1,0 +1,69 @@
+#include "platform/qt/theme.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+struct Tones {
+  QRgb window, base, alternate, button, text, disabled, highlight, highlighted_text, link, link_visited;
+};
+
+constexpr Tones kLight = {0xFFF4F4F2, 0xFFFFFFFF, 0xFFECECEA, 0xFFFBFBFA, 0xFF1E2023,
+                          0xFF8B8E92, 0xFF2F5FA8, 0xFFFFFFFF, 0xFF1F57B0, 0xFF6A3FA0};
+constexpr Tones kDark = {0xFF26282B, 0xFF1C1E20, 0xFF2E3134, 0xFF34373B, 0xFFE6E6E3,
+                         0xFF84878B, 0xFF3D6FB8, 0xFFFFFFFF, 0xFF86B4F5, 0xFFC3A4F0};
+
+QPalette PaletteOf(const Tones& tones) {
+  QPalette palette(QColor(tones.button), QColor(tones.window));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+    palette.setColor(role, QColor(tones.text));
+    palette.setColor(QPalette::Disabled, role, QColor(tones.disabled));
+  }
+  palette.setColor(QPalette::Base, QColor(tones.base));
+  palette.setColor(QPalette::AlternateBase, QColor(tones.alternate));
+  palette.setColor(QPalette::ToolTipBase, QColor(tones.button));
+  palette.setColor(QPalette::PlaceholderText, QColor(tones.disabled));
+  palette.setColor(QPalette::Highlight, QColor(tones.highlight));
+  palette.setColor(QPalette::HighlightedText, QColor(tones.highlighted_text));
+  palette.setColor(QPalette::Link, QColor(tones.link));
+  palette.setColor(QPalette::LinkVisited, QColor(tones.link_visited));
+  return palette;
+}
+
+}  // namespace
+
+QPalette ThemePalette(Theme theme) {
+  if (theme == Theme::Desktop) return QApplication::palette();
+  return PaletteOf(theme == Theme::Dark ? kDark : kLight);
+}
+
+void ApplyTheme(Theme theme) {
+  if (theme == Theme::Desktop) return;
+  QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+  QApplication::setPalette(ThemePalette(theme));
+}
+
+bool IsDark(const QPalette& palette) {
+  return palette.color(QPalette::Window).lightness() < 128;
+}
+
+QColor AccentColour(Accent accent, const QPalette& palette) {
+  const bool dark = IsDark(palette);
+  switch (accent) {
+    case Accent::Known:
+      return QColor(dark ? 0xFF6FCB8Bu : 0xFF19703Au);
+    case Accent::NotKnown:
+      return QColor(dark ? 0xFFF59A90u : 0xFFAF2A20u);
+    case Accent::Notice:
+      return QColor(dark ? 0xFF86B4F5u : 0xFF1F57B0u);
+    case Accent::Warning:
+      break;
+  }
+  return QColor(dark ? 0xFFF59A90u : 0xFFAF2A20u);
+}
+
+}  // namespace tessaro
