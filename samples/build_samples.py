@@ -118,9 +118,9 @@ def capitals_home(countries, continents, overview):
         count = sum(country.continent == name for country in countries)
         names.append(f"{link(overview[name], name)}\u00a0({count})")
     question = (f"<navigation><home><br>{title('Hauptstädte der Welt')}<br>{picture('globus.png')}"
-                f"{len(countries)} Karten: Vorn steht ein Staat, hinten seine Hauptstadt. "
-                f"Drücken Sie Enter zum Lernen, oder wählen Sie einen Erdteil:<br><br>{pictures}<br>{SMALL_GAP}"
-                f'{DOT.join(names)}<br><br><font size="12">Alle Staaten: {link(2, "A bis L")}{DOT}'
+                f"{len(countries)} Karten: vorn ein Staat, hinten seine Hauptstadt.<br>"
+                f"Lernen Sie mit Enter, oder wählen Sie einen Erdteil:<br>{SMALL_GAP}{pictures}<br>{SMALL_GAP}"
+                f'{DOT.join(names)}<br>{SMALL_GAP}<font size="12">Alle Staaten: {link(2, "A bis L")}{DOT}'
                 f'{link(3, "M bis Z")}</font>')
     back = ("Aufgenommen sind die 193 Mitglieder der Vereinten Nationen, dazu Vatikanstadt, Kosovo, Palästina, Taiwan, "
             "die Cookinseln und Niue. Namen und Hauptstädte haben den Stand von 2025; die Regionen folgen dem "
@@ -155,8 +155,8 @@ def continent_card(name, file_name, countries):
     text = f"<navigation>{link(1, picture(file_name))}  {title(name)}<br>"
     for region, links in regions.items():
         heading = "" if len(regions) == 1 else f"<b>{region}</b><br>"
-        text += f"<br>{heading}{DOT.join(links)}<br>"
-    text += f'<br><font size="12">{link(1, "Zur Startkarte")}</font>'
+        text += f"{SMALL_GAP}{heading}{DOT.join(links)}<br>"
+    text += f'{SMALL_GAP}<font size="12">{link(1, "Zur Startkarte")}</font>'
     back = ("Die Farben der Links zeigen, wie Sie stehen: grün = gewusst, rot = fällig oder zuletzt nicht gewusst, "
             f'blau = noch nie beantwortet.<br><br>{link(1, "Zur Startkarte")}')
     return Card(text, back)
