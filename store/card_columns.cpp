@@ -37,19 +37,22 @@ bool IsDuplicateMarked(std::string_view text) {
 }
 
 int64_t LeadingNumber(std::string_view text) {
-  constexpr int64_t kMost = std::numeric_limits<int64_t>::max();
-  constexpr int64_t kLeast = std::numeric_limits<int64_t>::min();
+  constexpr uint64_t kMost = std::numeric_limits<int64_t>::max();
+  constexpr size_t kSafeDigits = 18;  // so many never go beyond kMost
   size_t i = 0;
   while (i < text.size() && IsBlank(text[i])) ++i;
   const bool negative = i < text.size() && text[i] == '-';
   if (i < text.size() && (text[i] == '-' || text[i] == '+')) ++i;
-  int64_t number = 0;
+  uint64_t number = 0;
+  const size_t safe_end = std::min(text.size(), i + kSafeDigits);
+  for (; i < safe_end && IsDigit(text[i]); ++i) number = number * 10 + static_cast<uint64_t>(text[i] - '0');
   for (; i < text.size() && IsDigit(text[i]); ++i) {
-    const int digit = text[i] - '0';
-    if (number > (kMost - digit) / 10) return negative ? kLeast : kMost;
+    const auto digit = static_cast<uint64_t>(text[i] - '0');
+    if (number > (kMost - digit) / 10)
+      return negative ? std::numeric_limits<int64_t>::min() : static_cast<int64_t>(kMost);
     number = number * 10 + digit;
   }
-  return negative ? -number : number;
+  return negative ? -static_cast<int64_t>(number) : static_cast<int64_t>(number);
 }
 
 bool HasDigits(std::string_view text) {

@@ -156,11 +156,8 @@ void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& obse
 
 template <typename Index>
 bool CardFile::LoadIndex(const fs::path& path, const CardIds& ids, Index& index) {
-  const std::unique_ptr<ReadableFile> file = disk_.Open(path);
-  if (file == nullptr) return false;
-  CardTable table;
-  table.SetSeparator(kFieldSeparator);
-  return table.LoadFrom(*file) && index.Adopt(table, ids);
+  const std::optional<std::string> text = ReadFile(disk_, path);
+  return text && index.Adopt(*text, ids);
 }
 
 bool CardFile::CreateNew(const fs::path& path) {

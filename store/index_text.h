@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -9,9 +10,11 @@
 #include "store/card_ids.h"
 #include "store/card_table.h"
 
-// What the two index files have in common: the row of a card table as decimal text in one column, a start row, an end
-// row, and the text format of all tables.
+// What the two index files have in common. Each is a table in the text format of all tables: column names, a start row,
+// a row for each card, an end row. One column holds the row of the card table as decimal text.
 namespace tessaro {
+
+class WritableFile;
 
 inline constexpr std::string_view kBoxPos = "BoxPos";
 inline constexpr int kStartBoxPos = -1;
@@ -20,18 +23,17 @@ inline constexpr int kEndBoxPos = 999999;
 // The fields of one index row in the order of the columns.
 using IndexFields = std::span<const std::string_view>;
 
-// Takes the rows of an index one after the other, the column names first.
-class IndexSink {
- public:
-  virtual ~IndexSink() = default;
-  virtual void Row(IndexFields fields) = 0;
+struct IndexFrame {
+  IndexFields columns;
+  IndexFields first;
+  IndexFields last;
 };
 
-// Writes the rows as the text of a table file.
-class IndexFileSink : public IndexSink {
+// Writes the rows as the text of a table file, the column names first.
+class IndexWriter {
  public:
-  explicit IndexFileSink(WritableFile& file) : file_(file) {}
-  void Row(IndexFields fields) override;
+  explicit IndexWriter(WritableFile& file) : file_(file) {}
+  void Row(IndexFields fields);
   // Writes what is still held back. False when anything could not be written.
   [[nodiscard]] bool Finish();
 
@@ -43,20 +45,14 @@ class IndexFileSink : public IndexSink {
   bool good_ = true;
 };
 
-// Makes a table of the rows.
-class IndexTableSink : public IndexSink {
- public:
-  explicit IndexTableSink(CardTable& table) : table_(table) {}
-  void Row(IndexFields fields) override;
+// Takes the fields of a card's row; false when they do not fit.
+using TakeIndexRow = std::function<bool(IndexFields fields)>;
 
- private:
-  CardTable& table_;
-};
-
-// Checks that an index table has exactly these columns, a row for each card and two more, and these first and last
-// rows.
-bool HasIndexFrame(const CardTable& table, const CardIds& ids, IndexFields columns, IndexFields first,
-                   IndexFields last);
+// Reads an index that was loaded as a table. False unless it has exactly this frame and a row for each of the cards in
+// it, all of which were taken.
+bool ReadIndexTable(const CardTable& table, const IndexFrame& frame, const CardIds& ids, const TakeIndexRow& take);
+// The same from the text of the file, without making a table of it.
+bool ReadIndexText(std::string_view text, const IndexFrame& frame, const CardIds& ids, const TakeIndexRow& take);
 
 // Reads the card rows that an index names, and sees to it that each card comes once and with its own ID.
 class BoxPosReader {

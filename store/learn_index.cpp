@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <functional>
 #include <limits>
 #include <utility>
 
@@ -33,6 +34,8 @@ void WriteNineDigits(int64_t key, std::array<char, kScoreDigits>& text) {
   for (size_t i = text.size(); i-- > 0; key /= 10) text[i] = static_cast<char>('0' + key % 10);
 }
 
+const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields};
+
 }  // namespace
 
 bool LearnIndex::Build(const CardTable& cards, const CardIds& ids) {
@@ -58,23 +61,24 @@ bool LearnIndex::Build(const CardTable& cards, const CardIds& ids) {
   return true;
 }
 
-bool LearnIndex::Adopt(const CardTable& table, const CardIds& ids) {
-  if (!HasIndexFrame(table, ids, kColumns, kFirstFields, kLastFields)) return false;
+template <typename ReadRows>
+bool LearnIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids) {
   LearnIndex adopted;
   adopted.keys_.resize(static_cast<size_t>(ids.RowCount()) + 1);
   BoxPosReader reader(ids);
   std::vector<int32_t> order;
-  order.reserve(static_cast<size_t>(table.RowCount()));
+  order.reserve(static_cast<size_t>(ids.RowCount()));
   int64_t least = std::numeric_limits<int64_t>::min();
-  for (int row = 2; row < table.RowCount(); ++row) {
-    const int card_row = reader.Read(table.Peek(1, row), table.Peek(3, row));
-    const std::string_view score = table.Peek(2, row);
-    const int64_t key = LeadingNumber(score);
+  const bool fits = read_rows(kFrame, ids, [&](IndexFields fields) {
+    const int64_t key = LeadingNumber(fields[1]);
+    const int card_row = reader.Read(fields[0], fields[2]);
     if (card_row == 0 || key < least || key > kEndScore) return false;
     least = key;
     order.push_back(card_row);
-    adopted.SetScore(card_row, key, score);
-  }
+    adopted.SetScore(card_row, key, fields[1]);
+    return true;
+  });
+  if (!fits) return false;
   adopted.sequence_.Assign(order);
   adopted.fingerprint_ = ids.fingerprint();
   adopted.built_ = true;
@@ -82,23 +86,19 @@ bool LearnIndex::Adopt(const CardTable& table, const CardIds& ids) {
   return true;
 }
 
-CardTable LearnIndex::ToTable(const CardTable& cards) const {
-  CardTable table;
-  IndexTableSink sink(table);
-  WriteRows(cards, sink);
-  return table;
+bool LearnIndex::Adopt(const CardTable& table, const CardIds& ids) {
+  return AdoptRows(std::bind_front(ReadIndexTable, std::cref(table)), ids);
+}
+
+bool LearnIndex::Adopt(std::string_view text, const CardIds& ids) {
+  return AdoptRows(std::bind_front(ReadIndexText, text), ids);
 }
 
 bool LearnIndex::SaveTo(WritableFile& file, const CardTable& cards) const {
-  IndexFileSink sink(file);
-  WriteRows(cards, sink);
-  return sink.Finish();
-}
-
-void LearnIndex::WriteRows(const CardTable& cards, IndexSink& sink) const {
+  IndexWriter writer(file);
   const int id_column = cards.ColumnIndex(kId);
-  sink.Row(kColumns);
-  sink.Row(kFirstFields);
+  writer.Row(kColumns);
+  writer.Row(kFirstFields);
   sequence_.ForEach([&](int32_t card_row) {
     std::array<char, 12> box_pos = {};
     const char* end = std::to_chars(box_pos.data(), box_pos.data() + box_pos.size(), card_row).ptr;
@@ -109,9 +109,10 @@ void LearnIndex::WriteRows(const CardTable& cards, IndexSink& sink) const {
     const std::array<std::string_view, 3> fields = {
         std::string_view(box_pos.data(), static_cast<size_t>(end - box_pos.data())), score_text,
         cards.Peek(id_column, card_row)};
-    sink.Row(fields);
+    writer.Row(fields);
   });
-  sink.Row(kLastFields);
+  writer.Row(kLastFields);
+  return writer.Finish();
 }
 
 void LearnIndex::SetScore(int card_row, int64_t key, std::string_view text) {

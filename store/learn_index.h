@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -11,7 +12,7 @@
 
 namespace tessaro {
 
-class IndexSink;
+class WritableFile;
 
 // The learning index: one row per card, sorted by the card's predicted retention time, the worst-known card first.
 // Row 1 is a start row and the last row an end row; cards stand between them, so N cards fill rows 2 ... N + 1.
@@ -23,12 +24,13 @@ class LearnIndex {
   [[nodiscard]] bool Build(const CardTable& cards) { return Build(cards, CardIds(cards)); }
   [[nodiscard]] bool Build(const CardTable& cards, const CardIds& ids);
   // Takes over a table read from a .row file, if it fits the cards: columns, start and end row as they are written,
-  // every card exactly once with its own ID, ascending keys. False leaves the index as it was.
+  // every card exactly once with its own ID, ascending keys. False leaves the index as it was. Takes the bytes of the
+  // file as well, which is faster and gives the same.
   [[nodiscard]] bool Adopt(const CardTable& table, const CardIds& ids);
+  [[nodiscard]] bool Adopt(std::string_view text, const CardIds& ids);
   // Whether the cards still stand in the rows in which they stood at Build or Adopt.
   bool Fits(const CardIds& ids) const { return built_ && fingerprint_ == ids.fingerprint(); }
-  // The index as the table that a .row file holds, and the text of that file.
-  CardTable ToTable(const CardTable& cards) const;
+  // Writes the text of the .row file; IDs are those of the cards.
   [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards) const;
 
   // Rows with start and end row; 0 before the first Build or Adopt.
@@ -46,7 +48,8 @@ class LearnIndex {
   void Update(int card_row, int64_t score);
 
  private:
-  void WriteRows(const CardTable& cards, IndexSink& sink) const;
+  template <typename ReadRows>
+  bool AdoptRows(const ReadRows& read_rows, const CardIds& ids);
   void SetScore(int card_row, int64_t key, std::string_view text);
 
   bool built_ = false;

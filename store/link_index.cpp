@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <functional>
 #include <limits>
 #include <utility>
 
@@ -20,6 +21,8 @@ constexpr int kProgressStep = 100;
 constexpr std::array<std::string_view, 2> kColumns = {kId, kBoxPos};
 constexpr std::array<std::string_view, 2> kFirstFields = {"-1", "-1"};
 constexpr std::array<std::string_view, 2> kLastFields = {"999999", "999999"};
+
+const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields};
 
 }  // namespace
 
@@ -44,53 +47,51 @@ bool LinkIndex::Build(const CardTable& cards, const CardIds& ids) {
   return true;
 }
 
-bool LinkIndex::Adopt(const CardTable& table, const CardIds& ids) {
-  if (!HasIndexFrame(table, ids, kColumns, kFirstFields, kLastFields)) return false;
+template <typename ReadRows>
+bool LinkIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids) {
   LinkIndex adopted;
-  adopted.ids_.reserve(static_cast<size_t>(table.RowCount()));
-  adopted.rows_.reserve(static_cast<size_t>(table.RowCount()));
+  adopted.ids_.reserve(static_cast<size_t>(ids.RowCount()));
+  adopted.rows_.reserve(static_cast<size_t>(ids.RowCount()));
   BoxPosReader reader(ids);
   int64_t least = std::numeric_limits<int64_t>::min();
-  for (int row = 2; row < table.RowCount(); ++row) {
-    const std::string_view id = table.Peek(1, row);
-    const int card_row = reader.Read(table.Peek(2, row), id);
-    const int64_t key = LeadingNumber(id);
+  const bool fits = read_rows(kFrame, ids, [&](IndexFields fields) {
+    const int64_t key = LeadingNumber(fields[0]);
+    const int card_row = reader.Read(fields[1], fields[0]);
     if (card_row == 0 || key < least || key > kEndId) return false;
     least = key;
     adopted.ids_.push_back(key);
     adopted.rows_.push_back(card_row);
-  }
+    return true;
+  });
+  if (!fits) return false;
   adopted.fingerprint_ = ids.fingerprint();
   adopted.built_ = true;
   *this = std::move(adopted);
   return true;
 }
 
-CardTable LinkIndex::ToTable(const CardTable& cards) const {
-  CardTable table;
-  IndexTableSink sink(table);
-  WriteRows(cards, sink);
-  return table;
+bool LinkIndex::Adopt(const CardTable& table, const CardIds& ids) {
+  return AdoptRows(std::bind_front(ReadIndexTable, std::cref(table)), ids);
+}
+
+bool LinkIndex::Adopt(std::string_view text, const CardIds& ids) {
+  return AdoptRows(std::bind_front(ReadIndexText, text), ids);
 }
 
 bool LinkIndex::SaveTo(WritableFile& file, const CardTable& cards) const {
-  IndexFileSink sink(file);
-  WriteRows(cards, sink);
-  return sink.Finish();
-}
-
-void LinkIndex::WriteRows(const CardTable& cards, IndexSink& sink) const {
+  IndexWriter writer(file);
   const int id_column = cards.ColumnIndex(kId);
-  sink.Row(kColumns);
-  sink.Row(kFirstFields);
+  writer.Row(kColumns);
+  writer.Row(kFirstFields);
   for (const int32_t card_row : rows_) {
     std::array<char, 12> box_pos = {};
     const char* end = std::to_chars(box_pos.data(), box_pos.data() + box_pos.size(), card_row).ptr;
     const std::array<std::string_view, 2> fields = {
         cards.Peek(id_column, card_row), std::string_view(box_pos.data(), static_cast<size_t>(end - box_pos.data()))};
-    sink.Row(fields);
+    writer.Row(fields);
   }
-  sink.Row(kLastFields);
+  writer.Row(kLastFields);
+  return writer.Finish();
 }
 
 int LinkIndex::RowOfId(int64_t id) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "store/card_ids.h"
@@ -8,7 +9,7 @@
 
 namespace tessaro {
 
-class IndexSink;
+class WritableFile;
 
 // The link index: card numbers in ascending order with the card table row of each, so that a link finds its card.
 class LinkIndex {
@@ -17,8 +18,8 @@ class LinkIndex {
   [[nodiscard]] bool Build(const CardTable& cards) { return Build(cards, CardIds(cards)); }
   [[nodiscard]] bool Build(const CardTable& cards, const CardIds& ids);
   [[nodiscard]] bool Adopt(const CardTable& table, const CardIds& ids);
+  [[nodiscard]] bool Adopt(std::string_view text, const CardIds& ids);
   bool Fits(const CardIds& ids) const { return built_ && fingerprint_ == ids.fingerprint(); }
-  CardTable ToTable(const CardTable& cards) const;
   [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards) const;
 
   // Rows with start and end row; 0 before the first Build or Adopt.
@@ -28,7 +29,8 @@ class LinkIndex {
   int RowOfId(int64_t id) const;
 
  private:
-  void WriteRows(const CardTable& cards, IndexSink& sink) const;
+  template <typename ReadRows>
+  bool AdoptRows(const ReadRows& read_rows, const CardIds& ids);
 
   bool built_ = false;
   std::vector<int64_t> ids_;   // in index order
