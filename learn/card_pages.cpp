@@ -1,15 +1,17 @@
 #include "learn/card_pages.h"
 
 #include <QFontMetrics>
-#include <QHBoxLayout>
 #include <QImageReader>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
+#include <QVBoxLayout>
 
 #include "hypertext/plain_text.h"
+#include "hypertext/text_file.h"
+#include "hypertext/video_screen.h"
 #include "platform/disk.h"
 #include "platform/qt/text.h"
 
@@ -25,6 +27,7 @@ constexpr int kEdge = 3;
 constexpr int kFrameMargin = 3;
 constexpr int kPaperMargin = 20;
 constexpr int kLargestPictureSide = 4096;
+constexpr uint64_t kLargestTextFile = 8 << 20;
 
 QString PathText(const std::filesystem::path& path) {
   return QString::fromStdString(path.string());
@@ -47,7 +50,7 @@ QPlainTextEdit* MakeTextView(const QString& name) {
 class PaperPage : public QWidget {
  public:
   PaperPage(QWidget* content, int margin) {
-    auto* layout = new QHBoxLayout(this);
+    auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(kEdge + margin, margin, kEdge + margin, margin);
     layout->addWidget(content);
   }
@@ -101,7 +104,7 @@ CardPages::CardPages(QWidget* parent)
       text_(MakeTextView(u"Text"_s)),
       picture_(new PictureView),
       text_file_(MakeTextView(u"TextPlus"_s)),
-      video_(new QPushButton(u"Video abspielen"_s)) {
+      video_(new VideoScreen) {
   setDocumentMode(true);
   tabBar()->setFocusPolicy(Qt::TabFocus);
   frame_->setObjectName(u"FrameHtml"_s);
@@ -109,12 +112,10 @@ CardPages::CardPages(QWidget* parent)
   frame_->setFocusPolicy(Qt::TabFocus);
   frame_->setFrameShape(QFrame::NoFrame);
   picture_->setObjectName(u"Grafik"_s);
-  video_->setObjectName(u"ButtonVideo"_s);
-  video_->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
   AddPage(u"Text"_s, text_);
   AddPage(u"Grafik"_s, picture_);
   AddPage(u"Text +"_s, text_file_);
-  AddPage(u"Video"_s, video_);
+  AddPage(u"Video"_s, MakeVideoPage());
   AddPage(u"HTML"_s, frame_);
   ConnectFrame();
 }
@@ -125,13 +126,34 @@ void CardPages::AddPage(const QString& title, QWidget* content) {
   addTab(page, title);
 }
 
+QWidget* CardPages::MakeVideoPage() {
+  auto* page = new QWidget;
+  auto* layout = new QVBoxLayout(page);
+  layout->setContentsMargins(0, 0, 0, 0);
+  auto* play = new QPushButton(u"Video abspielen"_s);
+  play->setObjectName(u"ButtonVideo"_s);
+  play->setFocusPolicy(Qt::TabFocus);
+  layout->addWidget(video_, 1);
+  layout->addWidget(play, 0, Qt::AlignLeft);
+  connect(play, &QPushButton::clicked, this, &CardPages::PlayVideo);
+  return page;
+}
+
+void CardPages::PlayVideo() {
+  Q_EMIT VideoWanted(video_path_, video_);
+}
+
+void CardPages::CloseVideo() {
+  frame_->CloseVideoPanel();
+}
+
 void CardPages::ConnectFrame() {
   connect(frame_, &TFrameHtml::LinkClicked, this, &CardPages::LinkClicked);
   connect(frame_, &TFrameHtml::SoundWanted, this, &CardPages::SoundWanted);
-  connect(frame_, &TFrameHtml::VideoClicked, this, &CardPages::VideoWanted);
-  // Later, because a message box must not open in the middle of painting.
-  connect(frame_, &TFrameHtml::DrawingFailed, this, &CardPages::DrawingFailed, Qt::QueuedConnection);
-  connect(video_, &QPushButton::clicked, this, [this] { Q_EMIT VideoWanted(video_path_); });
+  connect(frame_, &TFrameHtml::VideoClicked, this, [this](const QString& path) {
+    Q_EMIT VideoWanted(path, path.isEmpty() ? nullptr : frame_->OpenVideoPanel());
+  });
+  connect(frame_, &TFrameHtml::DrawingFailed, this, &CardPages::DrawingFailed);
 }
 
 void CardPages::SetMediaFolders(const MediaFolders& folders) {
@@ -150,6 +172,7 @@ void CardPages::ShowSide(std::string_view side, const SideLook& look) {
   ShowPages(side);
   bool first = false;
   if (const auto sound = NamedFile(side, MediaKind::Sound, first)) Q_EMIT SoundWanted(PathText(*sound));
+  if (currentIndex() == kVideo) PlayVideo();
 }
 
 void CardPages::Dress(const SideLook& look) {
@@ -205,8 +228,10 @@ bool CardPages::ShowPicture(const std::filesystem::path& path) {
 }
 
 bool CardPages::ShowTextFile(const std::filesystem::path& path) {
+  const std::optional<FileState> state = RealDisk().State(path);
+  if (!state || state->size > kLargestTextFile) return false;
   const std::optional<std::string> bytes = ReadFile(RealDisk(), path);
-  if (bytes) text_file_->setPlainText(FromBytes(*bytes));
+  if (bytes) text_file_->setPlainText(QString::fromStdString(ReadableText(*bytes)));
   return bytes.has_value();
 }
 

@@ -10,12 +10,12 @@
 #include "hypertext/media.h"
 
 class QPlainTextEdit;
-class QPushButton;
 
 namespace tessaro {
 
 class PaperPage;
 class PictureView;
+class VideoScreen;
 
 // The card side on screen: as hypertext on its paper, and on further pages what the side names to be shown with it: a
 // picture, a text file, a video; then also the bare text of the side. Pages that the side has no use for are left out,
@@ -30,6 +30,8 @@ class CardPages : public QTabWidget {
   void SetLinkColours(std::function<ColourClass(int64_t card_id)> colours);
   // Shows a side from its top, on the page that is to be seen first, and asks for its sounds.
   void ShowSide(std::string_view side, const SideLook& look);
+  // Takes away the screen that stands in the card.
+  void CloseVideo();
   // Scrolls the page in front by so many heights of it.
   void ScrollBy(int heights);
   // How wide the pages need to be for lines of about 75 letters.
@@ -38,7 +40,8 @@ class CardPages : public QTabWidget {
  Q_SIGNALS:
   void LinkClicked(int card_id);
   void SoundWanted(const QString& path);
-  void VideoWanted(const QString& path);
+  // `screen` is where it is to be seen; null where the card has no place for it. An empty path: there is no such file.
+  void VideoWanted(const QString& path, tessaro::VideoScreen* screen);
   void PictureFailed();
   void DrawingFailed();
 
@@ -51,6 +54,8 @@ class CardPages : public QTabWidget {
   std::optional<std::filesystem::path> NamedFile(std::string_view side, MediaKind kind, bool& first) const;
   bool ShowPicture(const std::filesystem::path& path);
   bool ShowTextFile(const std::filesystem::path& path);
+  QWidget* MakeVideoPage();
+  void PlayVideo();
   void ShowPages(std::string_view side);
   void Dress(const SideLook& look);
 
@@ -60,7 +65,7 @@ class CardPages : public QTabWidget {
   QPlainTextEdit* text_ = nullptr;
   PictureView* picture_ = nullptr;
   QPlainTextEdit* text_file_ = nullptr;
-  QPushButton* video_ = nullptr;
+  VideoScreen* video_ = nullptr;
   QString video_path_;
 };
 

@@ -42,13 +42,13 @@ void SubstituteDefaultFont() {
 int Points(const IniFile& settings, const char* section) {
   const int64_t size = settings.GetInt(section, "Size", 0);
   if (size > 0) return static_cast<int>(std::clamp(size, kSmallestPoints, kLargestPoints));
-  // Bounded first, so that no stored number overflows the arithmetic. A negative height is that of the letters alone,
-  // which is what a point size means; a positive one holds the space between lines too and is taken the same.
-  const int64_t bound = kLargestPoints * kDotsPerInch / kPointsPerInch;
-  const int64_t height = std::clamp(settings.GetInt(section, "Height", 0), -bound, bound);
+  // A negative height is that of the letters alone, which is what a point size means; a positive one holds the space
+  // between lines too and is taken the same. Bounded first, so that no stored number overflows the arithmetic.
+  constexpr int64_t kBound = kLargestPoints * kDotsPerInch;
+  const int64_t height = std::clamp(settings.GetInt(section, "Height", 0), -kBound, kBound);
   if (height == 0) return kDefaultPoints;
-  const int64_t pixels = height < 0 ? -height : height;
-  return static_cast<int>(std::max(kSmallestPoints, pixels * kPointsPerInch / kDotsPerInch));
+  const int64_t points = (height < 0 ? -height : height) * kPointsPerInch / kDotsPerInch;
+  return static_cast<int>(std::clamp(points, kSmallestPoints, kLargestPoints));
 }
 
 QFont Font(const IniFile& settings, const char* section) {

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+#include "hypertext/video_screen.h"
 #include "learn/lern_texts.h"
 #include "learn/link_state.h"
 #include "learn/shortcut_code.h"
@@ -122,7 +123,7 @@ void TF_wnlern::ConnectView() {
 }
 
 void TF_wnlern::ConnectNotice() {
-  connect(ui_->ButtonNeuerLauf, &QAbstractButton::clicked, this, &TF_wnlern::StartRun);
+  connect(ui_->ButtonNeuerLauf, &QAbstractButton::clicked, this, &TF_wnlern::ButtonNeuerLaufClick);
   connect(ui_->ButtonOhneSperre, &QAbstractButton::clicked, this, [this] { SpeedButtonSperreClick(false); });
   connect(ui_->ButtonHinweisEnde, &QAbstractButton::clicked, this, &TF_wnlern::close);
 }
@@ -149,7 +150,9 @@ void TF_wnlern::FormShow() {
   ReadLooks();
   start_milliseconds_ = clock_.Milliseconds();
   timer_.start();
-  StartRun();
+  MakeRun();
+  // Once the window stands: what the run has to tell comes up over it.
+  QTimer::singleShot(0, this, [this] { Do([](LearningRun& run) { run.Start(); }); });
 }
 
 void TF_wnlern::FormClose() {
@@ -158,19 +161,23 @@ void TF_wnlern::FormClose() {
   settings_.ini.SetInt("rowlearn", "checked", ui_->MAutoReihe->isChecked() ? 1 : 0);
   run_->KeepPositions();
   run_.reset();
+  Q_EMIT MediaStopWanted();
   Q_EMIT Closed();
 }
 
-void TF_wnlern::StartRun() {
+void TF_wnlern::MakeRun() {
   run_ = std::make_unique<LearningRun>(file_, settings_.ini, clock_, random_, static_cast<LearningView&>(*this));
-  Do([this](LearningRun& run) {
-    run.SetMethod(ui_->MAutoReihe->isChecked() ? Method::RowOrder : Method::Standard);
-    run.SetNoNewCards(ui_->MNeueKarten->isChecked());
-    run.SetTimeLock(ui_->MZeitsperre->isChecked());
-    run.SetInverse(ui_->MInvers->isChecked());
-    run.SetSwapped(ui_->MTausch->isChecked());
-    run.Start();
-  });
+  run_->SetMethod(ui_->MAutoReihe->isChecked() ? Method::RowOrder : Method::Standard);
+  run_->SetNoNewCards(ui_->MNeueKarten->isChecked());
+  run_->SetTimeLock(ui_->MZeitsperre->isChecked());
+  run_->SetInverse(ui_->MInvers->isChecked());
+  run_->SetSwapped(ui_->MTausch->isChecked());
+  ShowRun();
+}
+
+void TF_wnlern::ButtonNeuerLaufClick() {
+  MakeRun();
+  Do([](LearningRun& run) { run.Start(); });
 }
 
 void TF_wnlern::ReadOptions() {

@@ -18,6 +18,8 @@ class TF_wnlern;
 
 namespace tessaro {
 
+class VideoScreen;
+
 // The learning window: one run of learning over the open card file, from showing the window to closing it. It shows the
 // card and takes the answers; what they mean and which card comes next is the run's business.
 class TF_wnlern : public QMainWindow, private LearningView {
@@ -29,14 +31,20 @@ class TF_wnlern : public QMainWindow, private LearningView {
             QWidget* parent = nullptr);
   ~TF_wnlern() override;
 
+  // The video that was asked for came to its end.
+  void VideoEnded();
+
  Q_SIGNALS:
   // The window was closed, its settings and the positions of the run are kept in memory.
   void Closed();
   // The user wants the card file saved; the run goes on.
   void SaveWanted();
-  // A sound or video that the card names is to be played.
+  // A sound or video that the card names is to be played. `screen` is the video's place in this window; null where the
+  // card has none.
   void SoundWanted(const QString& path);
-  void VideoWanted(const QString& path);
+  void VideoWanted(const QString& path, tessaro::VideoScreen* screen);
+  // Another card side comes: what is being played belongs to the old one.
+  void MediaStopWanted();
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -62,7 +70,7 @@ class TF_wnlern : public QMainWindow, private LearningView {
 
   void FormShow();
   void FormClose();
-  void StartRun();
+  void MakeRun();
   void TimerLernTimer();
 
   // Everything that the user does to the run goes through here: one command at a time, faults caught, the window
@@ -86,12 +94,13 @@ class TF_wnlern : public QMainWindow, private LearningView {
   void MAnsichtClick(bool below);
   void MAnzeigenClick(bool on);
   void LinkClick(int card_id);
+  void ButtonNeuerLaufClick();
 
   void ReadOptions();
   void ReadShortcuts();
   void ReadLooks();
 
-  void ShowAll();
+  void ShowRun();
   void ShowCard();
   void ShowCaption();
   void ShowFigures();

@@ -16,6 +16,14 @@
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
+namespace {
+
+// Where no card could be shown so far, another setting may find one.
+void ShowFirst(LearningRun& run) {
+  if (run.card().row == 0) run.ShowNext();
+}
+
+}  // namespace
 
 void TF_wnlern::Refresh() {
   card_changed_ = true;
@@ -45,7 +53,10 @@ void TF_wnlern::Do(const std::function<void(LearningRun&)>& command) {
   card_changed_ = false;
   try {
     command(*run_);
-    ShowAll();
+    if (run_->card().row == 0 && notice_ == Notice::None) {
+      notice_ = file_.CardCount() == 0 ? Notice::NoCards : Notice::NothingDue;
+    }
+    ShowRun();
   } catch (...) {
     messages_.Error(this, AnswerFailedText());
   }
@@ -98,18 +109,27 @@ void TF_wnlern::SpeedButtonTauschClick(bool on) {
 void TF_wnlern::SpeedButtonSperreClick(bool on) {
   Do([on](LearningRun& run) {
     run.SetTimeLock(on);
-    // With the lock on nothing was due; without it there may be a card.
-    if (run.card().row == 0) run.ShowNext();
+    ShowFirst(run);
   });
 }
 
 void TF_wnlern::MethodClick(Method method) {
-  Do([method](LearningRun& run) { run.SetMethod(method); });
+  Do([method](LearningRun& run) {
+    run.SetMethod(method);
+    ShowFirst(run);
+  });
 }
 
 void TF_wnlern::MNeueKartenClick(bool on) {
-  Do([on](LearningRun& run) { run.SetNoNewCards(on); });
+  Do([on](LearningRun& run) {
+    run.SetNoNewCards(on);
+    ShowFirst(run);
+  });
   settings_.ini.SetInt("newcards", "checked", on ? 1 : 0);
+}
+
+void TF_wnlern::VideoEnded() {
+  ui_->PageControlAnz->CloseVideo();
 }
 
 void TF_wnlern::MKopierenClick() {
@@ -131,9 +151,8 @@ void TF_wnlern::MAnzeigenClick(bool on) {
   FitControls(*ui_, width());
 }
 
-void TF_wnlern::ShowAll() {
-  if (run_->card().row == 0 && notice_ == Notice::None) notice_ = Notice::NoCards;
-  if (card_changed_) ShowCard();
+void TF_wnlern::ShowRun() {
+  if (card_changed_ && run_->card().row != 0) ShowCard();
   ShowCaption();
   ShowFigures();
   ShowControls();
@@ -142,6 +161,7 @@ void TF_wnlern::ShowAll() {
 }
 
 void TF_wnlern::ShowCard() {
+  Q_EMIT MediaStopWanted();
   const bool question = run_->question_shown();
   ui_->PageControlAnz->ShowSide(run_->side_text(), looks_[question ? 0 : 1]);
 }
@@ -178,11 +198,15 @@ void TF_wnlern::ShowFigures() {
 }
 
 void TF_wnlern::ShowControls() {
-  const bool card = run_->card().row != 0 && !run_->ended();
-  for (QWidget* control : std::initializer_list<QWidget*>{ui_->BtHand, ui_->BtLerneIch, ui_->BtWeissIch}) {
-    control->setEnabled(card);
+  const bool card = run_->card().row != 0;
+  for (QWidget* part : {static_cast<QWidget*>(ui_->PageControlAnz), ui_->Antwortzeile, ui_->Tageszeile}) {
+    part->setVisible(card);
   }
-  ui_->Tageszeile->setEnabled(card);
+  const bool open = card && !run_->ended();
+  ui_->Antwortzeile->setEnabled(open);
+  ui_->Tageszeile->setEnabled(open);
+  for (QAction* action : {ui_->MDrehen, ui_->MKarteDrehen, ui_->Weiss_ich, ui_->Lerne_ich}) action->setEnabled(open);
+  ui_->MenuWiedervorlage->setEnabled(open);
   ui_->SpeedButtonUndo->setEnabled(run_->CanUndo());
   ui_->SpeedButtonUndo->setToolTip(run_->CanUndo() ? ui_->SpeedButtonUndo->accessibleName() : NothingToUndoHint());
   ui_->MUndo->setEnabled(run_->CanUndo());
@@ -231,6 +255,11 @@ void TF_wnlern::ShowNotice() {
   ui_->ButtonNeuerLauf->setVisible(notice_ == Notice::ClockWentBack);
   ui_->ButtonOhneSperre->setVisible(notice_ == Notice::NothingDue && run_->time_lock());
   ui_->Hinweis->setVisible(notice_ != Notice::None);
+  // Without a card the notice stands in its place.
+  const bool alone = run_->card().row == 0;
+  ui_->PolsterOben->setVisible(alone);
+  ui_->PolsterUnten->setVisible(alone);
+  if (alone || run_->ended()) ui_->ButtonHinweisEnde->setFocus();
 }
 
 }  // namespace tessaro

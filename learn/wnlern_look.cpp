@@ -65,6 +65,8 @@ void DressButtons(Ui::TF_wnlern& ui) {
   ui.SpeedButtonInversAus->setIcon(Icon("inverse"));
   ui.SpeedButtonTausch->setIcon(Icon("swap"));
   ui.ButtonMethode->setIcon(Icon("learn"));
+  ui.BildHinweis->setPixmap(Icon("clock").pixmap(QSize(20, 20), ui.BildHinweis->devicePixelRatioF()));
+  ui.Hinweis->setBackgroundRole(QPalette::AlternateBase);
 }
 
 void DressMenus(Ui::TF_wnlern& ui) {

@@ -101,6 +101,7 @@ TEST_F(LearningWindow, AnswerIsLoggedAndTheNextCardShown) {
 }
 
 TEST_F(LearningWindow, DoubleClickAnswersOneCardOnly) {
+  random.numbers = {0, 1};
   Open();
   auto& button = Find<QAbstractButton>(u"BtLerneIch"_s);
   QTest::mouseClick(&button, Qt::LeftButton);
