@@ -39,7 +39,7 @@ def picture(name):
 
 
 def title(text):
-    return f'<font size="20"><b>{text}</b></font>'
+    return f'<font size="18"><b>{text}</b></font>'
 
 
 # --- The tour: "== name" begins a card, "--" its back. An empty line is a paragraph, "# " a title,
@@ -77,8 +77,8 @@ def markup(side, numbers):
 
 def paragraph(lines):
     """One paragraph with the empty line below it. A picture ends its line by itself and wants some air below."""
-    text = " ".join(lines.split("\n")).replace("<br> ", "<br>").replace("<navigation> ", "<navigation>")
-    text = re.sub(r"# (.*)$", lambda found: title(found[1]), text)
+    text = re.sub(r"\n?^# (.*)$", lambda found: title(found[1]), lines, flags=re.M)
+    text = " ".join(text.split("\n")).replace("<br> ", "<br>")
     text = re.sub(r"^(\(\(\S+\)\)) ", r"\1" + SMALL_GAP, text).replace(" · ", DOT)
     return text + "<br><br>"
 
@@ -117,7 +117,8 @@ def capitals_home(countries, continents, overview):
     for name, _ in continents:
         count = sum(country.continent == name for country in countries)
         names.append(f"{link(overview[name], name)}\u00a0({count})")
-    question = (f"<navigation><home><br>{title('Hauptstädte der Welt')}<br>{picture('globus.png')}"
+    question = (f'<font size="3"><navigation><home><br></font>'
+                f"{title('Hauptstädte der Welt')}<br>{picture('globus.png')}"
                 f"{len(countries)} Karten: vorn ein Staat, hinten seine Hauptstadt.<br>"
                 f"Lernen Sie mit Enter, oder wählen Sie einen Erdteil:<br>{SMALL_GAP}{pictures}<br>{SMALL_GAP}"
                 f'{DOT.join(names)}<br>{SMALL_GAP}<font size="12">Alle Staaten: {link(2, "A bis L")}{DOT}'
@@ -142,9 +143,9 @@ def capitals_index(countries):
         return "<br>".join(f"<b>{letter}</b>  {DOT.join(links)}" for letter, links in entries.items())
 
     back = f'Die Staaten stehen auf der Vorderseite.<br><br>{link(1, "Zur Startkarte")}'
-    footer = '<br><br><font size="12">' + link(1, "Zur Startkarte") + DOT
-    return [Card(f"<index><navigation>{title('A bis L')}<br><br>" + side("A", "L") + footer + link(3, "M bis Z") + "</font>", back),
-            Card(f"<navigation>{title('M bis Z')}<br><br>" + side("M", "Z") + footer + link(2, "A bis L") + "</font>", back)]
+    start = '<br><br><font size="12">' + link(1, "Zur Startkarte") + DOT
+    return [Card(f"<index><navigation>{title('A bis L')}<br><br>{side('A', 'L')}{start}{link(3, 'M bis Z')}</font>", back),
+            Card(f"<navigation>{title('M bis Z')}<br><br>{side('M', 'Z')}{start}{link(2, 'A bis L')}</font>", back)]
 
 
 def continent_card(name, file_name, countries):
