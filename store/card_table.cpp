@@ -19,26 +19,6 @@ namespace fs = std::filesystem;
 constexpr char kQuote = '"';
 constexpr int kSpareRows = 2;
 
-// Writes to a new file beside `target` and puts it in its place when all went well. The new file has the old one's
-// permissions, and a file that is protected from writing stays.
-template <typename Write>
-bool Replace(const fs::path& target, Write write) {
-  std::error_code error;
-  const bool exists = fs::exists(target, error);
-  if (exists && !std::ofstream(target, std::ios::app | std::ios::binary).is_open()) return false;
-  fs::path beside = target;
-  beside += ".tmp~";
-  Disk& disk = RealDisk();
-  if (!write(beside)) {
-    (void)disk.Remove(beside);
-    return false;
-  }
-  if (exists) fs::permissions(beside, fs::status(target, error).permissions(), error);
-  if (disk.Rename(beside, target)) return true;
-  (void)disk.Remove(beside);
-  return false;
-}
-
 }  // namespace
 
 struct CardTable::State {
@@ -212,8 +192,9 @@ bool CardTable::Poke(int column, int row, Value value) {
 }
 
 bool CardTable::SaveRow(int k) {
+  if (k < 0 || k >= kSpareRows) return false;
   const int at = Reach(state_->cursor);
-  if (k < 0 || k >= kSpareRows || at == 0) return false;
+  if (at == 0) return false;
   const RowHandle row = state_->RowAt(at);
   State::SpareRow& spare = state_->spare_rows[static_cast<size_t>(k)];
   spare.clear();
@@ -222,8 +203,9 @@ bool CardTable::SaveRow(int k) {
 }
 
 bool CardTable::RestoreRow(int k) {
+  if (k < 0 || k >= kSpareRows) return false;
   const int at = Reach(state_->cursor);
-  if (k < 0 || k >= kSpareRows || at == 0) return false;
+  if (at == 0) return false;
   std::vector<FieldText> fields;
   for (const std::optional<std::string>& field : state_->spare_rows[static_cast<size_t>(k)]) {
     fields.push_back(FieldText::Own(field));
@@ -247,17 +229,30 @@ bool CardTable::LoadFrom(ReadableFile& file) {
 }
 
 bool CardTable::SaveToFile(const fs::path& path) {
-  const auto write = [this](const fs::path& target) {
-    const std::unique_ptr<WritableFile> file = RealDisk().Create(target);
-    return file != nullptr && SaveTo(*file) && file->Close();
-  };
+  const fs::path target = RealDisk().Resolve(path);
   std::error_code error;
-  const fs::file_type type = fs::symlink_status(path, error).type();
-  // A link stays a link; what it leads to is replaced.
-  if (type == fs::file_type::symlink && fs::is_regular_file(path, error))
-    return Replace(fs::canonical(path, error), write);
-  if (type == fs::file_type::regular || type == fs::file_type::not_found) return Replace(path, write);
-  return write(path);
+  const fs::file_type type = fs::symlink_status(target, error).type();
+  if (type == fs::file_type::not_found) return Replace(target);
+  if (type != fs::file_type::regular) return Write(target);
+  // A file that is protected from writing stays, though it could be replaced.
+  return std::ofstream(target, std::ios::app | std::ios::binary).is_open() && Replace(target);
+}
+
+bool CardTable::Write(const fs::path& path) {
+  const std::unique_ptr<WritableFile> file = RealDisk().Create(path);
+  return file != nullptr && SaveTo(*file) && file->Close();
+}
+
+bool CardTable::Replace(const fs::path& path) {
+  fs::path fresh = path;
+  fresh += ".tmp";
+  Disk& disk = RealDisk();
+  if (Write(fresh)) {
+    disk.CopyRights(path, fresh);
+    if (disk.Rename(fresh, path)) return true;
+  }
+  (void)disk.Remove(fresh);
+  return false;
 }
 
 bool CardTable::SaveTo(WritableFile& file) {

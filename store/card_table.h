@@ -103,6 +103,8 @@ class CardTable {
   // The true number of the row that reads as number `row` by now, 0 when there is none; see InsertRow.
   int Reach(int row) const;
   bool MoveTo(int row);
+  bool Write(const std::filesystem::path& path);
+  bool Replace(const std::filesystem::path& path);
 
   // Null only in a table that was moved from; that one can be assigned to or destroyed.
   std::unique_ptr<State> state_;

@@ -2,15 +2,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
 
 #include "store/field_text.h"
+#include "store/memory_block.h"
 #include "store/row_order.h"
-#include "store/text_block.h"
 
 namespace tessaro {
 
@@ -19,18 +18,19 @@ namespace tessaro {
 // into the block for the rest.
 //
 // A record is a run of 32-bit words: two for the row's place (its start in the block, or the number of the changed row)
-// and its kind, then for a loaded row the ends of its fields, counted from the start. Field k begins one byte behind
-// the end of field k - 1. A row that is shorter than the table has the number of its ends before them.
+// and its kind, then for a loaded row the ends of its fields, counted from the start, two in a word, or one in a word
+// where the row is too long for that. Field k begins one byte behind the end of field k - 1. A row that is shorter than
+// the table has the number of its ends in a word before them. A row of more than 4 GiB becomes a changed row.
 //
 // Fields count from 0 here; a field that a row does not have is null.
 class RowStore {
  public:
   using Value = std::optional<std::string_view>;
 
-  TextBlock& block() { return block_; }
+  MemoryBlock& block() { return block_; }
 
-  // Tells how many fields a row of the file has at most. Called once, before the first row.
-  void SetLoadedColumns(int columns) { loaded_columns_ = columns_ = columns; }
+  // Called once, before the first row: how many fields a row of the file has at most, and a guess how large it is.
+  void BeginLoading(int columns, size_t file_size);
   // Adds a row of the file. `ends` counts from `start`; a row with fewer ends than columns has null fields at its end.
   // `as_written` tells that its bytes from the start to the last end are just what would be written for it. False when
   // the store is full.
@@ -59,20 +59,27 @@ class RowStore {
     size_t end_count = 0;
     bool as_written = false;
     bool changed = false;
+    bool wide = false;
+
+    size_t End(size_t field) const;
   };
 
-  uint32_t* Record(RowHandle row);
-  const uint32_t* Record(RowHandle row) const;
+  uint32_t* Record(RowHandle row) { return reinterpret_cast<uint32_t*>(records_.data()) + row; }
+  const uint32_t* Record(RowHandle row) const { return reinterpret_cast<const uint32_t*>(records_.data()) + row; }
   Place Find(RowHandle row) const;
   uint32_t* AddRecord(size_t words, RowHandle& row);
+  static void PackEnds(std::span<const size_t> ends, bool wide, uint32_t* words);
+  // The fields of a loaded row, null ones behind the last end.
+  template <typename EndOf>
+  ChangedRow FieldsInBlock(uint64_t start, size_t count, EndOf end_of) const;
   ChangedRow& Change(RowHandle row);
   void MakeChanged(RowHandle row, ChangedRow fields);
 
-  TextBlock block_;
+  MemoryBlock block_;
+  MemoryBlock records_;
+  size_t words_used_ = 0;
   int columns_ = 0;
   int loaded_columns_ = 0;
-  std::vector<std::unique_ptr<uint32_t[]>> records_;  // chunks of words
-  size_t words_used_ = 0;                             // in the last chunk
   std::vector<ChangedRow> changed_;
   std::vector<RowHandle> removed_;  // changed rows that may be used again
 };

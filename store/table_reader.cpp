@@ -1,6 +1,7 @@
 #include "store/table_reader.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <string>
@@ -12,9 +13,12 @@
 namespace tessaro {
 namespace {
 
-constexpr size_t kPiece = size_t{1} << 20;
+constexpr size_t kPiece = size_t{1} << 18;
 constexpr size_t kLeastRoom = 4096;
-static_assert(TextBlock::kReadableBehind >= kScanWidth);
+// So much is searched for marks at once.
+constexpr size_t kScanSize = 4096;
+constexpr size_t kFirstEnds = 64;
+static_assert(MemoryBlock::kReadableBehind >= kScanWidth);
 
 // Undoes the escapes of a column name. Unlike in a row, a backslash before any other letter stays.
 std::string UnescapedName(std::string_view text, char separator) {
@@ -36,16 +40,20 @@ std::string UnescapedName(std::string_view text, char separator) {
 }  // namespace
 
 TableReader::TableReader(ReadableFile& file, char separator, TableContent& content)
-    : file_(file), separator_(separator), content_(content) {}
+    : file_(file),
+      separator_(separator),
+      plain_(separator != '\n' && separator != '\\' && separator != '\r'),
+      content_(content),
+      progress_(Progress()) {}
 
 bool TableReader::Read() {
   content_.loaded_separator = separator_;
   // One byte more than announced, so that the end of an unchanged file is found without making room again.
   const size_t announced = static_cast<size_t>(file_.Size()) + 1;
-  if (!content_.rows.block().Reserve(std::max(announced, kLeastRoom), 0) &&
-      !content_.rows.block().Reserve(kLeastRoom, 0)) {
+  if (!content_.rows.block().Reserve(std::max(announced, kLeastRoom)) && !content_.rows.block().Reserve(kLeastRoom)) {
     return false;
   }
+  warmer_.emplace(content_.rows.block().data(), static_cast<size_t>(file_.Size()));
   while (!at_end_) {
     if (!ReadPiece()) return false;
     if (!has_header_) ReadHeader();
@@ -56,13 +64,17 @@ bool TableReader::Read() {
 }
 
 bool TableReader::ReadPiece() {
-  TextBlock& block = content_.rows.block();
-  if (size_ == block.room() && !block.Reserve(size_ + size_ / 2, size_)) return false;
+  MemoryBlock& block = content_.rows.block();
+  if (size_ == block.room()) {
+    warmer_->Stop();
+    if (!block.Reserve(size_ + size_ / 2)) return false;
+  }
   text_ = block.data();
   const std::ptrdiff_t count = file_.Read(text_ + size_, std::min(kPiece, block.room() - size_));
   if (count < 0) return false;
   at_end_ = count == 0;
   size_ += static_cast<size_t>(count);
+  warmer_->Reached(size_);
   return true;
 }
 
@@ -82,8 +94,9 @@ void TableReader::ReadHeader() {
     name = i + 1;
   }
   if (has_header_) AddName(name, end);
-  content_.rows.SetLoadedColumns(content_.columns.size());
+  content_.rows.BeginLoading(content_.columns.size(), content_.rows.block().room());
   columns_ = static_cast<size_t>(content_.columns.size());
+  ends_.resize(std::min(columns_, kFirstEnds));
   if (has_header_) ++scan_;
   line_ = {.start = scan_, .segment = scan_};
   Count(scan_ - (has_return ? 1 : 0));
@@ -95,69 +108,80 @@ void TableReader::AddName(size_t from, size_t to) {
 
 // Goes through what has been read and stops before a mark whose meaning depends on bytes still to come.
 bool TableReader::ReadRows() {
-  while (scan_ < size_) {
-    size_t next = std::min(scan_ + kScanWidth, size_);
-    for (uint64_t marks = FindMarks(text_ + scan_, separator_); marks != 0; marks &= marks - 1) {
-      const size_t at = scan_ + static_cast<size_t>(std::countr_zero(marks));
-      if (at >= size_) break;
-      const size_t behind = FollowMark(at);
-      if (behind == at) {
-        scan_ = at;
-        return true;
-      }
-      if (behind > at + 1) {
-        next = behind;
-        break;
-      }
-    }
-    if (full_) return false;
-    scan_ = next;
+  std::array<uint32_t, kScanSize + kScanWidth> places;
+  while (scan_ < size_ && !full_) {
+    const size_t start = scan_;
+    const size_t size = std::min(size_ - start, kScanSize);
+    const size_t count = FindMarks(text_ + start, size, separator_, places.data());
+    scan_ += size;
+    if (!FollowMarks(start, {places.data(), count})) return true;
   }
+  return !full_;
+}
+
+// Handles marks, whose places count from `start`. False when more must be read to know what one of them means; that is
+// the next to look at. The mark that nearly all are, a separator in a line that has no escape, is handled right here.
+bool TableReader::FollowMarks(size_t start, std::span<const uint32_t> places) {
+  Line line = line_;
+  for (const uint32_t place : places) {
+    const size_t at = start + place;
+    if (plain_ && text_[at] == separator_ && line.shift == 0 && line.fields < ends_.size()) {
+      ends_[line.fields++] = at - line.start;
+      line.segment = at + 1;
+      continue;
+    }
+    line_ = line;
+    // An escaped mark is no more one.
+    if (at >= line.segment && !FollowMark(at)) {
+      scan_ = at;
+      return false;
+    }
+    line = line_;
+  }
+  line_ = line;
   return true;
 }
 
-// Handles the mark and returns where the text goes on; `at` itself when more must be read to know.
-size_t TableReader::FollowMark(size_t at) {
+bool TableReader::FollowMark(size_t at) {
   const char mark = text_[at];
   if (mark == '\n') {
     EndLine(at);
-  } else if (mark == '\\') {
-    return Unescape(at);
-  } else if (mark != '\r') {
-    EndField(at);
-  } else if (at + 1 < size_) {
-    // A separator that is a carriage return is none before a line feed.
-    if (text_[at + 1] != '\n') EndField(at);
-  } else if (!at_end_) {
-    return at;
+    return true;
   }
-  return at + 1;
+  if (mark == '\\') return Unescape(at);
+  if (mark == '\r' && at + 1 == size_ && !at_end_) return false;
+  // A separator that is a carriage return is none before a line feed.
+  if (mark != '\r' || at + 1 == size_ || text_[at + 1] != '\n') EndField(at);
+  return true;
 }
 
 // The escaped byte takes the place of its backslash. At the end of the file there is none, and the field is dropped.
-size_t TableReader::Unescape(size_t at) {
+bool TableReader::Unescape(size_t at) {
   size_t escaped = at + 1;
   if (escaped < size_ && text_[escaped] == '\r' && (escaped + 1 < size_ ? text_[escaped + 1] == '\n' : !at_end_)) {
     ++escaped;
   }
-  if (escaped >= size_) return at_end_ ? size_ : at;
+  if (escaped >= size_) return at_end_;
   const char letter = text_[escaped];
-  MoveSegment(at);
+  if (line_.shift != 0) MoveSegment(at);
   text_[at - line_.shift] = letter == 'n' || letter == 'N' ? '\n' : letter;
   line_.shift += escaped - at;
   line_.lost_returns += escaped - at - 1;
   line_.segment = escaped + 1;
-  return escaped + 1;
+  return true;
 }
 
 void TableReader::MoveSegment(size_t to) {
-  if (line_.shift == 0) return;
   std::memmove(text_ + line_.segment - line_.shift, text_ + line_.segment, to - line_.segment);
 }
 
 void TableReader::EndField(size_t at) {
-  MoveSegment(at);
-  if (line_.fields++ < columns_) ends_.push_back(at - line_.shift - line_.start);
+  if (line_.shift != 0) MoveSegment(at);
+  if (line_.fields < columns_) {
+    if (line_.fields == ends_.size()) ends_.resize(std::min(2 * ends_.size(), columns_));
+    ends_[line_.fields] = at - line_.shift - line_.start;
+  }
+  ++line_.fields;
   line_.segment = at + 1;
 }
 
@@ -169,7 +193,6 @@ void TableReader::EndLine(size_t at) {
   AddRow(as_written);
   Count(at + 1 - line_.start - line_.lost_returns - (has_return ? 1 : 0));
   line_ = {.start = at + 1, .segment = at + 1};
-  ends_.clear();
 }
 
 // A last line without a line feed is a row too, but the field that was begun is dropped.
@@ -181,7 +204,7 @@ void TableReader::EndFile() {
 
 void TableReader::AddRow(bool as_written) {
   RowHandle row = 0;
-  if (content_.rows.AddLoaded(line_.start, ends_, as_written, row)) {
+  if (content_.rows.AddLoaded(line_.start, {ends_.data(), std::min(line_.fields, columns_)}, as_written, row)) {
     content_.order.Append(row);
   } else {
     full_ = true;
@@ -189,9 +212,8 @@ void TableReader::AddRow(bool as_written) {
 }
 
 void TableReader::Count(size_t characters) {
-  ProgressState& progress = Progress();
-  progress.counter += static_cast<int64_t>(characters);
-  if (progress.display) progress.ShowPosition(progress.counter);
+  progress_.counter += static_cast<int64_t>(characters);
+  if (progress_.display) progress_.ShowPosition(progress_.counter);
 }
 
 }  // namespace tessaro

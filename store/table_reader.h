@@ -1,13 +1,18 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
 #include <vector>
 
+#include "store/page_warmer.h"
 #include "store/table_content.h"
 
 namespace tessaro {
 
 class ReadableFile;
+struct ProgressState;
 
 // Reads a table file into an empty content, once. The file is read piece by piece into one block, and each piece is
 // taken apart while it is still in the processor's cache. Escapes are undone in place: the text of a row behind an
@@ -34,8 +39,9 @@ class TableReader {
   void ReadHeader();
   void AddName(size_t from, size_t to);
   bool ReadRows();
-  size_t FollowMark(size_t at);
-  size_t Unescape(size_t at);
+  bool FollowMarks(size_t start, std::span<const uint32_t> places);
+  bool FollowMark(size_t at);
+  bool Unescape(size_t at);
   void EndField(size_t at);
   void EndLine(size_t at);
   void EndFile();
@@ -45,7 +51,9 @@ class TableReader {
 
   ReadableFile& file_;
   const char separator_;
+  const bool plain_;  // the separator has no other meaning
   TableContent& content_;
+  ProgressState& progress_;
   char* text_ = nullptr;
   size_t size_ = 0;  // bytes read so far
   size_t scan_ = 0;  // bytes looked at so far
@@ -54,7 +62,8 @@ class TableReader {
   bool has_header_ = false;
   bool full_ = false;
   Line line_;
-  std::vector<size_t> ends_;
+  std::optional<PageWarmer> warmer_;
+  std::vector<size_t> ends_;  // of the fields of the line
 };
 
 }  // namespace tessaro

@@ -1,6 +1,5 @@
-#include "store/text_block.h"
+#include "store/memory_block.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -38,6 +37,7 @@ char* Allocate(size_t size) {
 }
 
 void Free(char* data, [[maybe_unused]] size_t size) {
+  if (data == nullptr) return;
 #ifdef __linux__
   if (IsMapped(size)) {
     munmap(data, size);
@@ -47,31 +47,42 @@ void Free(char* data, [[maybe_unused]] size_t size) {
   std::free(data);
 }
 
+// Null when it failed; the memory then is as it was.
+char* Grow(char* data, size_t old_size, size_t size) {
+#ifdef __linux__
+  if (data != nullptr && IsMapped(old_size)) {
+    void* const memory = mremap(data, old_size, size, MREMAP_MAYMOVE);
+    return memory == MAP_FAILED ? nullptr : static_cast<char*>(memory);
+  }
+#endif
+  char* const memory = Allocate(size);
+  if (memory == nullptr || data == nullptr) return memory;
+  std::memcpy(memory, data, old_size);
+  Free(data, old_size);
+  return memory;
+}
+
 }  // namespace
 
-TextBlock::TextBlock(TextBlock&& other) noexcept
+MemoryBlock::MemoryBlock(MemoryBlock&& other) noexcept
     : data_(std::exchange(other.data_, nullptr)), room_(std::exchange(other.room_, 0)) {}
 
-TextBlock& TextBlock::operator=(TextBlock&& other) noexcept {
+MemoryBlock& MemoryBlock::operator=(MemoryBlock&& other) noexcept {
   std::swap(data_, other.data_);
   std::swap(room_, other.room_);
   return *this;
 }
 
-TextBlock::~TextBlock() {
-  if (data_ != nullptr) Free(data_, room_ + kReadableBehind);
+MemoryBlock::~MemoryBlock() {
+  Free(data_, room_ + kReadableBehind);
 }
 
-bool TextBlock::Reserve(size_t room, size_t used) {
+bool MemoryBlock::Reserve(size_t room) {
   if (data_ != nullptr && room <= room_) return true;
-  if (room > SIZE_MAX - kReadableBehind) return false;
-  char* const fresh = Allocate(room + kReadableBehind);
-  if (fresh == nullptr) return false;
-  if (data_ != nullptr) {
-    std::memcpy(fresh, data_, std::min(used, room_));
-    Free(data_, room_ + kReadableBehind);
-  }
-  data_ = fresh;
+  if (room > PTRDIFF_MAX - kReadableBehind) return false;
+  char* const grown = Grow(data_, room_ + kReadableBehind, room + kReadableBehind);
+  if (grown == nullptr) return false;
+  data_ = grown;
   room_ = room;
   return true;
 }
