@@ -16,8 +16,9 @@ QRect ToQt(const PixelRect& rect) {
 }
 
 void PaintText(QPainter& painter, const Fragment& fragment, TextCache& texts) {
-  const QPointF start(fragment.rect.left, fragment.baseline);
-  for (const QGlyphRun& run : texts.Find(fragment.text, fragment.style).glyphs) painter.drawGlyphRun(start, run);
+  if (fragment.text.empty()) return;
+  const QTextLayout& letters = *texts.Find(fragment.text, fragment.style).letters;
+  letters.lineAt(0).draw(&painter, QPointF(fragment.rect.left, fragment.baseline));
   if (!fragment.style.underline) return;
   const auto [below, thickness] = texts.UnderlineOf(fragment.style);
   painter.fillRect(fragment.rect.left, fragment.baseline + below, fragment.rect.width, thickness,

@@ -1,16 +1,16 @@
 #include "hypertext/text_cache.h"
 
 #include <QFontMetricsF>
-#include <QTextLayout>
-#include <QTextLine>
+#include <QTextOption>
 #include <algorithm>
+#include <utility>
 
 #include "platform/qt/text.h"
 
 namespace tessaro {
 namespace {
 
-constexpr size_t kMostBytes = 500000;  // of text; a cache that holds more starts anew
+constexpr size_t kMostWords = 8000;    // of a kibibyte or so; a cache that holds more starts anew
 constexpr double kLineSpacing = 1.22;  // of the font's own height: lines with air between them read easier
 
 QString VisibleText(std::string_view bytes) {
@@ -21,17 +21,17 @@ QString VisibleText(std::string_view bytes) {
 }
 
 TextCache::Word Shape(std::string_view bytes, const QFont& font) {
-  QTextLayout layout(VisibleText(bytes), font);
+  auto letters = std::make_unique<QTextLayout>(VisibleText(bytes), font);
   QTextOption option;
   option.setWrapMode(QTextOption::NoWrap);
   option.setFlags(QTextOption::IncludeTrailingSpaces);
-  layout.setTextOption(option);
-  layout.beginLayout();
-  QTextLine line = layout.createLine();
-  layout.endLayout();
-  if (!line.isValid()) return {};
+  letters->setTextOption(option);
+  letters->setCacheEnabled(true);
+  letters->beginLayout();
+  QTextLine line = letters->createLine();
+  letters->endLayout();
   line.setPosition({0, -line.ascent()});
-  return {qRound(line.horizontalAdvance()), line.glyphRuns()};
+  return {qRound(line.horizontalAdvance()), std::move(letters)};
 }
 
 }  // namespace
@@ -40,7 +40,7 @@ void TextCache::SetFont(const QFont& font) {
   if (font == base_) return;
   base_ = font;
   fonts_.clear();
-  bytes_ = 0;
+  words_ = 0;
 }
 
 TextExtent TextCache::Measure(std::string_view text, const TextStyle& style) {
@@ -53,12 +53,12 @@ const TextCache::Word& TextCache::Find(std::string_view text, const TextStyle& s
   auto* font = &FontOf(style);
   const auto known = font->words.find(text);
   if (known != font->words.end()) return known->second;
-  if (bytes_ > kMostBytes) {
+  if (words_ >= kMostWords) {
     fonts_.clear();
-    bytes_ = 0;
+    words_ = 0;
     font = &FontOf(style);
   }
-  bytes_ += text.size();
+  ++words_;
   return font->words.emplace(std::string(text), Shape(text, font->font)).first->second;
 }
 

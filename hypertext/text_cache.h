@@ -1,9 +1,8 @@
 #pragma once
 
 #include <QFont>
-#include <QGlyphRun>
-#include <QHash>
-#include <QList>
+#include <QTextLayout>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -18,9 +17,8 @@ class TextCache {
  public:
   struct Word {
     int width = 0;
-    QList<QGlyphRun> glyphs;  // with the base line at 0, without an underline
+    std::unique_ptr<QTextLayout> letters;  // one line, with its base line at 0, without an underline
   };
-
   struct Underline {
     int below = 0;  // the base line
     int thickness = 0;
@@ -50,7 +48,7 @@ class TextCache {
 
   QFont base_;
   std::unordered_map<uint32_t, StyledFont> fonts_;
-  size_t bytes_ = 0;
+  size_t words_ = 0;
 };
 
 }  // namespace tessaro

@@ -5,8 +5,8 @@
 #include <QKeyEvent>
 #include <utility>
 
-#include "ui_wnmedia.h"
 #include "hypertext/video_screen.h"
+#include "ui_wnmedia.h"
 
 namespace tessaro {
 

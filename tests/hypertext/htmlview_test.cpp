@@ -1,0 +1,272 @@
+#include "hypertext/htmlview.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QImage>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include "hypertext/video_screen.h"
+#include "platform/qt/text.h"
+
+namespace tessaro {
+namespace {
+
+constexpr QRgb kGreen = qRgb(0, 128, 0);
+constexpr QRgb kRed = qRgb(255, 0, 0);
+constexpr QRgb kBlue = qRgb(0, 0, 255);
+constexpr QRgb kPaper = qRgb(250, 240, 220);
+constexpr QRgb kPen = qRgb(10, 60, 160);
+
+struct HtmlView : testing::Test {
+  QTemporaryDir folder;
+  QWidget window;
+  TFrameHtml* frame = new TFrameHtml;
+  QPushButton* button = new QPushButton;
+  SideLook look = {QFont(QStringLiteral("DejaVu Sans"), 12), Qt::black, QColor(kPaper)};
+  QSignalSpy links{frame, &TFrameHtml::LinkClicked};
+  QSignalSpy failures{frame, &TFrameHtml::DrawingFailed};
+
+  void SetUp() override {
+    auto* box = new QVBoxLayout(&window);
+    box->addWidget(frame);
+    box->addWidget(button);
+    frame->SetMediaFolders({ToPath(folder.path()), {}});
+    frame->SetLinkColours([](int64_t id) { return static_cast<ColourClass>(id); });
+    window.resize(500, 400);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  }
+  QString Path(const char* name) const { return folder.filePath(QString::fromLatin1(name)); }
+  // A white picture with one point of another colour in its middle.
+  void SavePicture(const char* name, QSize size) const {
+    QImage picture(size, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    picture.setPixel(size.width() / 2, size.height() / 2, kPen);
+    ASSERT_TRUE(picture.save(Path(name)));
+  }
+  void SaveBytes(const char* name, const QByteArray& bytes) const {
+    QFile file(Path(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+  }
+  void Show(std::string_view side) {
+    frame->ShowSide(side, look);
+    QApplication::processEvents();
+  }
+  QWidget* PaintBox() const { return frame->findChild<QWidget*>(QStringLiteral("PaintBox")); }
+  QImage Grab() const { return frame->grab().toImage().convertToFormat(QImage::Format_RGB32); }
+  static int Count(const QImage& image, QRgb colour) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y)
+      for (int x = 0; x < image.width(); ++x) count += image.pixel(x, y) == colour ? 1 : 0;
+    return count;
+  }
+  QPoint MiddleOfLink(size_t i) const {
+    const LinkArea& area = frame->layout().links.areas().at(i);
+    return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+  }
+};
+
+TEST_F(HtmlView, MouseFindsLinksWhereTheyAreDrawn) {
+  Show("Weit <a href=\"7\">hier</a> und<br><br>dann <a href=\"0\">nichts</a>.");
+  ASSERT_EQ(frame->layout().links.areas().size(), 2U);
+  const QPoint beside(frame->layout().links.areas()[0].right + 2, MiddleOfLink(0).y());
+  QTest::mouseMove(PaintBox(), MiddleOfLink(0));
+  EXPECT_EQ(PaintBox()->cursor().shape(), Qt::PointingHandCursor);
+  QTest::mouseMove(PaintBox(), beside);
+  EXPECT_EQ(PaintBox()->cursor().shape(), Qt::ArrowCursor);
+  QTest::mousePress(PaintBox(), Qt::LeftButton, {}, beside);
+  QTest::mousePress(PaintBox(), Qt::RightButton, {}, MiddleOfLink(0));
+  EXPECT_EQ(links.count(), 0);
+  QTest::mousePress(PaintBox(), Qt::LeftButton, {}, MiddleOfLink(0));
+  QTest::mousePress(PaintBox(), Qt::LeftButton, {}, MiddleOfLink(1));
+  ASSERT_EQ(links.count(), 2);
+  EXPECT_EQ(links[0][0].toInt(), 7);
+  EXPECT_EQ(links[1][0].toInt(), 0);
+}
+
+TEST_F(HtmlView, TabWalksThroughTheLinksAndEnterFollows) {
+  int enter_of_window = 0;
+  auto* shortcut = new QShortcut(Qt::Key_Return, &window);
+  QObject::connect(shortcut, &QShortcut::activated, &window, [&] { ++enter_of_window; });
+  std::string side = "<a href=\"1\">a</a>";
+  for (int i = 0; i < 40; ++i) side += "<br>";
+  Show(side + "<a href=\"2\">b</a>");
+  button->setFocus();
+  QTest::keyClick(&window, Qt::Key_Return);
+  EXPECT_EQ(enter_of_window, 1);
+  QTest::keyClick(button, Qt::Key_Tab);
+  ASSERT_TRUE(frame->hasFocus());
+  QTest::keyClick(frame, Qt::Key_Return);
+  QTest::keyClick(frame, Qt::Key_Tab);
+  QTest::keyClick(frame, Qt::Key_Enter);
+  EXPECT_GT(frame->verticalScrollBar()->value(), 0);
+  ASSERT_EQ(links.count(), 2);
+  EXPECT_EQ(links[0][0].toInt(), 1);
+  EXPECT_EQ(links[1][0].toInt(), 2);
+  EXPECT_EQ(enter_of_window, 1);
+  QTest::keyClick(frame, Qt::Key_Tab);
+  EXPECT_TRUE(button->hasFocus());
+  QTest::keyClick(&window, Qt::Key_Return);
+  EXPECT_EQ(enter_of_window, 2);
+  QTest::keyClick(button, Qt::Key_Backtab, Qt::ShiftModifier);
+  QTest::keyClick(frame, Qt::Key_Return);
+  EXPECT_EQ(links.back()[0].toInt(), 2);
+}
+
+TEST_F(HtmlView, AFocusedLinkLosesItsRingWithTheSide) {
+  Show("<a href=\"1\">a</a> <a href=\"2\">b</a>");
+  frame->setFocus(Qt::TabFocusReason);
+  QTest::keyClick(frame, Qt::Key_Tab);
+  Show("<a href=\"3\">c</a>");
+  QTest::keyClick(frame, Qt::Key_Return);
+  EXPECT_EQ(links.count(), 0);
+}
+
+TEST_F(HtmlView, LongSidesScrollAndOnlyWidePicturesScrollSideways) {
+  std::string words;
+  for (int i = 0; i < 400; ++i) words += "Lernkartei ";
+  Show("kurz");
+  EXPECT_EQ(frame->verticalScrollBar()->maximum(), 0);
+  Show(words);
+  EXPECT_GT(frame->verticalScrollBar()->maximum(), 0);
+  EXPECT_EQ(frame->horizontalScrollBar()->maximum(), 0);
+  SavePicture("breit.png", {900, 20});
+  Show("<img src=\"breit.png\">" + words);
+  EXPECT_GT(frame->horizontalScrollBar()->maximum(), 0);
+  for (const Fragment& fragment : frame->layout().fragments)
+    if (fragment.kind == Fragment::Kind::Text) {
+      EXPECT_LE(fragment.rect.left + fragment.rect.width, frame->viewport()->width());
+    }
+}
+
+TEST_F(HtmlView, RefreshKeepsTheScrollPositionAndANewSideDoesNot) {
+  std::string side;
+  for (int i = 0; i < 60; ++i) side += "Zeile<br>";
+  Show(side);
+  frame->verticalScrollBar()->setValue(200);
+  frame->RefreshSide();
+  EXPECT_EQ(frame->verticalScrollBar()->value(), 200);
+  QTest::keyClick(frame, Qt::Key_PageDown);
+  EXPECT_GT(frame->verticalScrollBar()->value(), 200);
+  Show(side);
+  EXPECT_EQ(frame->verticalScrollBar()->value(), 0);
+}
+
+TEST_F(HtmlView, SoundsAreAskedForOncePerShownSide) {
+  SaveBytes("ton.wav", "x");
+  QSignalSpy sounds(frame, &TFrameHtml::SoundWanted);
+  Show("<embed src=\"TON.wav\"><embed src=\"fehlt.wav\">");
+  window.resize(600, 500);
+  frame->RefreshSide();
+  Grab();
+  ASSERT_EQ(sounds.count(), 1);
+  EXPECT_EQ(sounds[0][0].toString(), Path("ton.wav"));
+}
+
+TEST_F(HtmlView, LinksAndFramesHaveTheColourOfTheirClass) {
+  SavePicture("p.png", {30, 20});
+  const struct {
+    const char* side;
+    QRgb colour;
+  } cases[] = {{"<a href=\"1\">____</a>", kGreen},
+               {"<a href=\"2\">____</a>", kRed},
+               {"<a href=\"3\">____</a>", kBlue},
+               {"<a href=\"0\">____</a>", kBlue},
+               {"<a href=\"2\"><img src=\"p.png\"></a>", kRed},
+               {"<a href=\"1\"><img src=\"p.png\" border=\"1\"></a>", kGreen}};
+  for (const auto& c : cases) {
+    Show(c.side);
+    const QImage image = Grab();
+    for (const QRgb colour : {kGreen, kRed, kBlue}) EXPECT_EQ(Count(image, colour) > 20, colour == c.colour) << c.side;
+  }
+  Show("<a href=\"2\"><img src=\"p.png\" border=\"0\"></a>");
+  EXPECT_EQ(Count(Grab(), kRed), 0);
+  EXPECT_EQ(Count(Grab(), qRgb(255, 255, 255)), 30 * 20 - 1);
+}
+
+TEST_F(HtmlView, WhiteIsTransparentOnlyInBitmapsOfTheirOwnSize) {
+  SavePicture("p.bmp", {30, 20});
+  SavePicture("p.png", {30, 20});
+  const QRgb white = qRgb(255, 255, 255);
+  Show("<img src=\"P.BMP\" border=\"0\">");
+  EXPECT_EQ(Count(Grab(), white), 0);
+  EXPECT_EQ(Count(Grab(), kPen), 1);
+  Show("<img src=\"p.bmp\" border=\"0\" width=\"60\">");
+  EXPECT_GT(Count(Grab(), white), 1000);
+  Show("<img src=\"p.png\" border=\"0\">");
+  EXPECT_EQ(Count(Grab(), white), 30 * 20 - 1);
+}
+
+TEST_F(HtmlView, MissingPicturesTakeNoRoomAndDamagedOnesEndTheSide) {
+  Show("a<a href=\"1\"><img src=\"fehlt.png\"></a>b");
+  EXPECT_TRUE(frame->layout().links.areas().empty());
+  EXPECT_EQ(frame->layout().fragments.size(), 2U);
+  EXPECT_EQ(failures.count(), 0);
+  SaveBytes("kaputt.jpg", "\xFF\xD8\xFF\xE0 and no picture behind it");
+  Show("a <img src=\"kaputt.jpg\"> b");
+  EXPECT_EQ(frame->layout().fragments.size(), 1U);
+  frame->RefreshSide();
+  Grab();
+  QApplication::processEvents();
+  EXPECT_EQ(failures.count(), 1);
+}
+
+TEST_F(HtmlView, APictureThatBreaksOffIsToldOnceAndTheRestIsDrawn) {
+  SavePicture("halb.png", {300, 200});
+  ASSERT_TRUE(QFile::resize(Path("halb.png"), QFile(Path("halb.png")).size() / 2));
+  Show("<img src=\"halb.png\"><a href=\"1\">____</a>");
+  EXPECT_GT(Count(Grab(), kGreen), 20);
+  Grab();
+  QApplication::processEvents();
+  EXPECT_EQ(failures.count(), 1);
+}
+
+TEST_F(HtmlView, AHugePictureIsRefusedBeforeItTakesMemory) {
+  QByteArray header = QByteArray::fromHex("424d36000000000000003600000028000000");
+  header += QByteArray::fromHex("40420f0040420f00010018000000000000000000") + QByteArray(16, '\0');
+  SaveBytes("riesig.bmp", header);
+  Show("a <img src=\"riesig.bmp\">");
+  Grab();
+  QApplication::processEvents();
+  EXPECT_EQ(failures.count(), 1);
+}
+
+TEST_F(HtmlView, AReplacedPictureFileIsSeenWithTheNextSide) {
+  SavePicture("p.png", {30, 20});
+  Show("<img src=\"p.png\">");
+  SavePicture("p.png", {50, 40});
+  Show("<img src=\"p.png\">");
+  EXPECT_EQ(frame->layout().fragments.at(0).rect.width, 50);
+  EXPECT_GT(Count(Grab(), qRgb(255, 255, 255)), 1500);
+}
+
+TEST_F(HtmlView, TheVideoAreaAnswersToTheMouseAndHoldsThePanel) {
+  SaveBytes("film.avi", "x");
+  QSignalSpy videos(frame, &TFrameHtml::VideoClicked);
+  Show("kein Video");
+  EXPECT_EQ(frame->OpenVideoPanel(), nullptr);
+  Show("<embed src=\"Film.AVI\" width=\"120\" height=\"80\"> <a href=\"1\">x</a>");
+  const QRect area(5, 5, 120, 80);
+  QTest::mousePress(PaintBox(), Qt::LeftButton, {}, area.center());
+  ASSERT_EQ(videos.count(), 1);
+  EXPECT_EQ(videos[0][0].toString(), Path("film.avi"));
+  VideoScreen* panel = frame->OpenVideoPanel();
+  ASSERT_NE(panel, nullptr);
+  EXPECT_EQ(panel->geometry(), area);
+  EXPECT_TRUE(panel->isVisible());
+  Show("weiter");
+  EXPECT_FALSE(panel->isVisible());
+}
+
+}  // namespace
+}  // namespace tessaro
