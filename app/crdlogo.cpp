@@ -1,5 +1,7 @@
 #include "app/crdlogo.h"
 
+#include <QScreen>
+
 #include "platform/qt/icons.h"
 #include "ui_crdlogo.h"
 
@@ -13,7 +15,8 @@ constexpr int kIconSize = 64;
 
 void TF_Crdlogo::ShowOver(QWidget& window) {
   auto* form = new TF_Crdlogo(window);
-  form->move(window.frameGeometry().center() - form->rect().center());
+  // The window has no place yet: the desktop chooses it while the form is shown already.
+  form->move(window.screen()->availableGeometry().center() - form->rect().center());
   form->show();
 }
 

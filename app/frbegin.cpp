@@ -19,6 +19,8 @@ constexpr double kTitle = 2.0;  // times the normal size
 constexpr double kFigure = 1.6;
 constexpr double kButton = 1.3;
 constexpr double kSmall = 0.9;
+constexpr int kButtonPadding = 32;  // pixels beside icon and caption
+constexpr int kLettersInLine = 70;
 
 void Scale(QWidget* widget, double factor) {
   QFont font = widget->font();
@@ -46,9 +48,9 @@ QString AdviceFor(const BeginFile& file) {
                         u"%1 neue Karten warten auf Sie."_s);
   }
   if (file.figures.learnable == 0) return u"In dieser Kartei gibt es noch keine Karten zum Lernen."_s;
-  if (file.next_due <= file.now) return u"Zurzeit ist nichts zu wiederholen."_s;
+  if (!file.next_due_in) return u"Zurzeit ist nichts zu wiederholen."_s;
   return u"Zurzeit ist nichts zu wiederholen. Die nächste Karte ist in %1 fällig."_s.arg(
-      SpanInWords(file.next_due - file.now));
+      SpanInWords(*file.next_due_in));
 }
 
 void Empty(QVBoxLayout& list) {
@@ -69,6 +71,10 @@ TFrameBegin::TFrameBegin(QWidget* parent) : QFrame(parent), ui_(std::make_unique
   connect(ui_->ButtonLearn, &QPushButton::clicked, this, &TFrameBegin::LearnWanted);
   connect(ui_->ButtonOpen, &QPushButton::clicked, this, &TFrameBegin::OpenWanted);
   connect(ui_->ButtonNew, &QPushButton::clicked, this, &TFrameBegin::NewWanted);
+  for (QPushButton* button : {ui_->ButtonOpen, ui_->ButtonNew}) {
+    button->setMinimumWidth(button->sizeHint().width() + kButtonPadding);
+  }
+  ui_->LabelExplain->setMaximumWidth(kLettersInLine * fontMetrics().averageCharWidth());
   ShowNoFile();
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -21,8 +22,7 @@ namespace tessaro {
 struct BeginFile {
   std::filesystem::path path;
   CardFigures figures;
-  int64_t now = 0;       // seconds since 1970
-  int64_t next_due = 0;  // when the next known card will be due, 0 = none will
+  std::optional<int64_t> next_due_in;  // seconds until a known card will be due
 };
 
 // The start page of the main window: what is open and what to do next, or how to begin.

@@ -84,7 +84,6 @@ int Main(int argc, char** argv) {
 
   Application application(argc, argv);
   QApplication::setApplicationName(u"tessaro"_s);
-  QApplication::setApplicationDisplayName(u"Tessaro Hypertext-Lernprogramm"_s);
   QApplication::setApplicationVersion(u"3.0"_s);
   QApplication::setDesktopFileName(u"tessaro"_s);
   SpeakGerman(application);

@@ -8,6 +8,8 @@
 
 #include "app/sample_files.h"
 #include "app/wnmain.h"
+#include "hypertext/video_screen.h"
+#include "hypertext/wnmedia.h"
 #include "learn/wnlern.h"
 #include "platform/qt/text.h"
 
@@ -44,10 +46,22 @@ void Program::OpenLearning() {
         std::make_unique<TF_wnlern>(file_, settings_, machine_.clock, machine_.random, machine_.messages);
     connect(learning_window_.get(), &TF_wnlern::Closed, this, &Program::EndLearning);
     connect(learning_window_.get(), &TF_wnlern::SaveWanted, main_window_.get(), &TF_wnmain::FileSaveExecute);
+    TieMedia(*learning_window_);
   }
   learning_window_->show();
   learning_window_->raise();
   learning_window_->activateWindow();
+}
+
+void Program::TieMedia(TF_wnlern& learning) {
+  if (media_window_ == nullptr) media_window_ = std::make_unique<TF_wnmedia>();
+  TF_wnmedia* media = media_window_.get();
+  connect(&learning, &TF_wnlern::SoundWanted, media, &TF_wnmedia::PlaySound);
+  connect(&learning, &TF_wnlern::VideoWanted, media, [media](const QString& path, VideoScreen* screen) {
+    screen != nullptr ? media->PlayVideoOn(path, *screen) : media->PlayVideo(path);
+  });
+  connect(&learning, &TF_wnlern::MediaStopWanted, media, &TF_wnmedia::StopAll);
+  connect(media, &TF_wnmedia::VideoEnded, &learning, &TF_wnlern::VideoEnded);
 }
 
 void Program::CloseLearning() {
@@ -61,6 +75,8 @@ bool Program::learning() const {
 void Program::EndLearning() {
   // The window is still busy with being closed.
   learning_window_.release()->deleteLater();
+  // The positions of the run, which a later save of the cards would write too. A failure is of no consequence for them.
+  (void)file_.SaveSettings();
   SaveSettings();
   Q_EMIT LearningClosed();
 }

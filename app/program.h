@@ -17,6 +17,7 @@ namespace tessaro {
 
 class TF_wnmain;
 class TF_wnlern;
+class TF_wnmedia;
 
 // What the program asks of the machine and of its user; tests bring their own.
 struct Machine {
@@ -64,6 +65,7 @@ class Program : public QObject {
   void LearningClosed();
 
  private:
+  void TieMedia(TF_wnlern& learning);
   void EndLearning();
 
   Machine machine_;
@@ -72,6 +74,7 @@ class Program : public QObject {
   bool settings_readable_ = false;
   CardFile file_;
   std::unique_ptr<TF_wnmain> main_window_;
+  std::unique_ptr<TF_wnmedia> media_window_;
   std::unique_ptr<TF_wnlern> learning_window_;
 };
 

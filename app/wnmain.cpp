@@ -11,6 +11,7 @@
 #include "app/program.h"
 #include "app/recent_files.h"
 #include "app/sample_files.h"
+#include "learn/due_rule.h"
 #include "learn/learning_parameters.h"
 #include "platform/qt/icons.h"
 #include "platform/qt/text.h"
@@ -24,6 +25,7 @@ using namespace Qt::Literals::StringLiterals;
 
 constexpr auto kTitle = "Tessaro Hypertext-Lernprogramm 3.0"_L1;
 constexpr std::string_view kPlaceSuffix = "M";
+constexpr int kStatusPadding = 4;
 
 // The one card file that is being dragged; empty when it is anything else.
 QString DraggedFile(const QMimeData& data) {
@@ -84,6 +86,7 @@ void TF_wnmain::SetIcons() {
 void TF_wnmain::MakeStatusLine() {
   label_status_.setObjectName(u"LabelStatus"_s);
   label_sizes_.setObjectName(u"LabelSizes"_s);
+  label_status_.setMinimumHeight(label_status_.fontMetrics().height() + kStatusPadding);
   ui_->StatusBar->addWidget(&label_status_, 1);
   ui_->StatusBar->addPermanentWidget(&label_sizes_);
 }
@@ -158,9 +161,12 @@ void TF_wnmain::ShowState() {
 void TF_wnmain::ShowStartPage() {
   if (!file_.IsOpen()) return ui_->FrameBegin->ShowNoFile();
   const LearningParameters parameters = ReadParameters(program_.settings().ini);
-  BeginFile begin{.path = file_.paths().cards, .figures = {}, .now = program_.clock().Now(), .next_due = 0};
-  begin.figures = file_.Figures(
-      {.now = begin.now, .retention_weight = parameters.retention_weight, .max_time = parameters.max_time});
+  const int64_t now = program_.clock().Now();
+  BeginFile begin;
+  begin.path = file_.paths().cards;
+  begin.figures =
+      file_.Figures({.now = now, .retention_weight = parameters.retention_weight, .max_time = parameters.max_time});
+  begin.next_due_in = SecondsUntilNextDue(file_, parameters, now);
   ui_->FrameBegin->ShowFile(begin);
 }
 

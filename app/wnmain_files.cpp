@@ -103,9 +103,9 @@ bool TF_wnmain::LoadFile(const fs::path& path) {
 void TF_wnmain::Tell(const OpenReport& report) {
   ShowState();
   program_.SaveSettings();
+  label_sizes_.clear();
   if (report.result != OpenResult::Opened) {
     ShowStatus({});
-    label_sizes_.clear();
     return program_.messages().Error(this, RefusalText(report.result, report.in_use_by));
   }
   ShowStatus(report.cards == 1 ? u"Eine Karte geladen"_s
