@@ -80,7 +80,8 @@ struct LearningRun::State {
   Choice AskLeitner();
   void AvoidNewCards(Target& target);
   Choice Ask(SelectionMethod& method);
-  void Present(const Target& target, Rating rating, Destination destination);
+  void Present(const Target& target, bool classify, Destination destination);
+  void UpdateFigures();
   void Classify();
   CardStatus StatusOf(const Target& target) const;
 };

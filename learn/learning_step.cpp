@@ -61,13 +61,14 @@ void LearningRun::State::Step(AnswerCode code, Destination destination, int row)
   const Rating rating = RatingOf(code);
   if (!LogShownCard(rating)) {
     ended = true;
+    UpdateFigures();
     view.EndRun();
     return;
   }
   marks = {};
   const bool box_was_on = leitner_on;
   const Target target = Find(destination, row);
-  Present(target, rating, destination);
+  Present(target, code != AnswerCode::NoRating, destination);
   view.Refresh();
   if (box_was_on && !leitner_on) view.ChooseMethod();
 }
@@ -179,7 +180,7 @@ Choice LearningRun::State::Ask(SelectionMethod& method) {
   }
 }
 
-void LearningRun::State::Present(const Target& target, Rating rating, Destination destination) {
+void LearningRun::State::Present(const Target& target, bool classify, Destination destination) {
   if (target.choice.row != 0) {
     card = {};
     card.row = target.choice.row;
@@ -188,15 +189,21 @@ void LearningRun::State::Present(const Target& target, Rating rating, Destinatio
     if (!card.navigation && destination != Destination::Undone) ++run.figures.presented;
     marks = target.choice.marks;
     file.cards().GoTo(card.row);
+  } else {
+    // The card on screen stays, as a card that the method shows.
+    card.navigation = run.cards.IsNavigation(card.row);
   }
   card.newest_known = run.cards.NewestLetter(card.row) == kKnownLetter;
   card.score = run.cards.Score(card.row);
   card.last_answer = run.cards.NewestTime(card.row);
-  if (rating != Rating::None && !card.navigation) Classify();
+  if (classify && !card.navigation) Classify();
   card.status = card.row != 0 ? StatusOf(target) : CardStatus::None;
   first_side = true;
   answered = false;
+  UpdateFigures();
+}
 
+void LearningRun::State::UpdateFigures() {
   run.figures.answered = log.answered();
   run.figures.unknown_count = log.unknown_count();
   run.figures.width = run.width;

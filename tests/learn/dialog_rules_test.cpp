@@ -42,7 +42,7 @@ TEST(ParameterEntry, EveryFieldRefusesWhatIsOutsideItsRange) {
       {ParameterField::CheckRun, "99999999999999999999", false},
   };
   for (const Case& c : cases) {
-    ParameterTexts texts = TextsOf({});
+    ParameterTexts texts = ParameterTextsOf({});
     texts[static_cast<size_t>(c.field)] = c.text;
     EXPECT_EQ(IsGood(texts, c.field), c.good) << static_cast<int>(c.field) << " '" << c.text << "'";
     EXPECT_EQ(FindWrong(texts).has_value(), !c.good) << "'" << c.text << "'";
@@ -50,7 +50,7 @@ TEST(ParameterEntry, EveryFieldRefusesWhatIsOutsideItsRange) {
 }
 
 TEST(ParameterEntry, MaximumWidthMayNotLieBelowTheMinimum) {
-  ParameterTexts texts = TextsOf({});
+  ParameterTexts texts = ParameterTextsOf({});
   texts[0] = "60";
   EXPECT_EQ(FindWrong(texts), ParameterField::MaxWidth);
 }
@@ -59,8 +59,8 @@ TEST(ParameterEntry, TextsAndParametersAreTheSameThing) {
   ParameterEntry entry;
   entry.parameters = {3, 70, 8, 4, 250, 1.25, 100 * 86400};
   entry.check_position = 17;
-  const ParameterTexts texts = TextsOf(entry);
-  EXPECT_EQ(TextsOf(EntryOf(texts)), texts);
+  const ParameterTexts texts = ParameterTextsOf(entry);
+  EXPECT_EQ(ParameterTextsOf(EntryOf(texts)), texts);
   EXPECT_EQ(EntryOf(texts).parameters.max_time, 100 * 86400);
 }
 
@@ -68,7 +68,7 @@ TEST(ParameterEntry, EverySuggestionIsAGoodEntry) {
   for (int answers = 0; answers < 27; ++answers) {
     const LearningParameters p = SuggestParameters(
         static_cast<Memory>(answers % 3), static_cast<Memory>(answers / 3 % 3), static_cast<CardKind>(answers / 9));
-    EXPECT_FALSE(FindWrong(TextsOf({p, 1}))) << answers;
+    EXPECT_FALSE(FindWrong(ParameterTextsOf({p, 1}))) << answers;
   }
   EXPECT_LT(SuggestParameters(Memory::Weak, Memory::Weak, CardKind::Difficult).max_width,
             SuggestParameters(Memory::Strong, Memory::Weak, CardKind::Difficult).max_width);

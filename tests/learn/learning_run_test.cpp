@@ -57,7 +57,7 @@ TEST_F(LearningRunTest, StatusOfTheCardOnScreen) {
       {KnownCard(1, 100, 101), AnswerCode::LinkKnown, CardStatus::RetentionUpdate, true},
       {KnownCard(1, 40'000'000, 365 * kDay + 1), AnswerCode::LinkKnown, CardStatus::RepeatMaximumTime, true},
       {KnownCard(1, 100, 365 * kDay), AnswerCode::LinkKnown, CardStatus::RetentionUpdate, true},
-      {KnownCard(1, 100, 99), AnswerCode::LinkNoRating, CardStatus::RandomChoice, true},  // not classified
+      {KnownCard(1, 100, 99), AnswerCode::LinkNoRating, CardStatus::Overlearning, true},
       {NavigationCard(1), AnswerCode::LinkKnown, CardStatus::Navigation, false},
   };
   for (size_t i = 0; i < std::size(cases); ++i) {
@@ -69,6 +69,17 @@ TEST_F(LearningRunTest, StatusOfTheCardOnScreen) {
     EXPECT_EQ(run->card().status, cases[i].status);
     EXPECT_EQ(run->card().newest_known, cases[i].newest_known);
   }
+}
+
+// The only card cannot be chosen: it stays on screen after going home, and is no navigation card for that.
+TEST_F(LearningRunTest, CardThatStaysIsClassifiedAnew) {
+  Open({KnownCard(1, 100, 99)});
+  run->Start();
+  run->GoHome();
+  ASSERT_EQ(run->card().status, CardStatus::Navigation);
+  run->Known();
+  EXPECT_EQ(run->card().row, 2);
+  EXPECT_EQ(run->card().status, CardStatus::Overlearning);
 }
 
 TEST_F(LearningRunTest, CardsBeyondTheMaximumTimeKeepTheirHistory) {

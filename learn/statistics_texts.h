@@ -1,0 +1,43 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "learn/answer_log.h"
+
+// The figures of the single-card statistics as they are shown: widths, decimals and blanks are part of the form.
+namespace tessaro {
+
+// One answer of the history.
+struct HistoryRowText {
+  std::string number;    // "%2d", from 1
+  std::string letter;    // "w" or "f"
+  std::string time;      // "%10ld"
+  std::string interval;  // to the next older answer, "%10ld"; 0 where there is none
+};
+
+// One interval of a series.
+struct SeriesRowText {
+  std::string x;         // "%2d"
+  std::string interval;  // "%10ld"
+};
+
+struct TrendTexts {
+  std::vector<SeriesRowText> rows;
+  std::string line;        // " y = %.2f + %.2f x"
+  std::string prediction;  // " x = %d;     %.2f": the place of the next interval and the forecast for it
+};
+
+struct StatisticsTexts {
+  std::vector<HistoryRowText> history;
+  std::array<TrendTexts, 2> trends;  // over all intervals, and over the current streak; empty after "not known"
+  std::string score;                 // "%ld;   %ld:%02ld:%02ld:%02ld"; empty after "not known"
+};
+
+StatisticsTexts TextsOf(const AnswerStatistics& statistics);
+
+// "Karte: ", then the first 35 characters of both sides as plain text with " | " between them.
+std::string StatisticsTitle(std::string_view question, std::string_view answer);
+
+}  // namespace tessaro
