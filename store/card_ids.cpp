@@ -10,20 +10,9 @@ namespace tessaro {
 namespace {
 
 constexpr size_t kDigits = 6;
-constexpr uint32_t kOddId = UINT32_MAX;  // not written as six digits: the text counts
 
 // Each text lies in memory that is not at hand yet; asking for it so many rows ahead takes a third of the time.
 constexpr int kRowsAhead = 16;
-
-uint32_t NumberOf(std::string_view id) {
-  if (id.size() != kDigits) return kOddId;
-  uint32_t number = 0;
-  for (const char c : id) {
-    if (c < '0' || c > '9') return kOddId;
-    number = number * 10 + static_cast<uint32_t>(c - '0');
-  }
-  return number;
-}
 
 uint64_t Mixed(uint64_t bits) {
   bits *= 0x9E3779B97F4A7C15U;
@@ -32,31 +21,31 @@ uint64_t Mixed(uint64_t bits) {
 
 }  // namespace
 
+uint32_t SixDigits(std::string_view id) {
+  if (id.size() != kDigits) return kNotSixDigits;
+  uint32_t number = 0;
+  for (const char c : id) {
+    if (c < '0' || c > '9') return kNotSixDigits;
+    number = number * 10 + static_cast<uint32_t>(c - '0');
+  }
+  return number;
+}
+
 CardIds::CardIds(const CardTable& cards) : cards_(cards), id_column_(cards.ColumnIndex(kId)) {
   const int rows = cards.RowCount();
-  numbers_.assign(static_cast<size_t>(std::max(rows, 0)) + 1, kOddId);
+  numbers_.assign(static_cast<size_t>(std::max(rows, 0)) + 1, kNotSixDigits);
   bool before_end_mark = true;
   for (int row = kFirstCardRow; row < rows; ++row) {
     __builtin_prefetch(cards.Peek(id_column_, row + kRowsAhead).data());
     const std::string_view id = cards.Peek(id_column_, row);
-    const uint32_t number = NumberOf(id);
+    const uint32_t number = SixDigits(id);
     numbers_[static_cast<size_t>(row)] = number;
     complete_ = complete_ && !id.empty();
     before_end_mark = before_end_mark && !id.starts_with('#');
-    if (before_end_mark) highest_ = std::max(highest_, number != kOddId ? number : LeadingNumber(id));
-    const uint64_t text = number != kOddId ? number : std::hash<std::string_view>()(id);
+    if (before_end_mark) highest_ = std::max(highest_, number != kNotSixDigits ? number : LeadingNumber(id));
+    const uint64_t text = number != kNotSixDigits ? number : std::hash<std::string_view>()(id);
     fingerprint_ += Mixed(Mixed(text) ^ static_cast<uint64_t>(row));
   }
-}
-
-bool CardIds::Has(int row, std::string_view id) const {
-  const uint32_t number = numbers_[static_cast<size_t>(row)];
-  return number == NumberOf(id) && (number != kOddId || cards_.Peek(id_column_, row) == id);
-}
-
-int64_t CardIds::Number(int row) const {
-  const uint32_t number = numbers_[static_cast<size_t>(row)];
-  return number != kOddId ? number : LeadingNumber(cards_.Peek(id_column_, row));
 }
 
 }  // namespace tessaro

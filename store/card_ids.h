@@ -8,6 +8,10 @@
 
 namespace tessaro {
 
+// The number that the program writes as this ID. An ID in any other form is text and nothing else.
+inline constexpr uint32_t kNotSixDigits = UINT32_MAX;
+uint32_t SixDigits(std::string_view id);
+
 // The IDs of all cards of a table, read once: checking an index asks for them in any order, and the texts lie far apart
 // in memory. Holds while the table stays as it is.
 class CardIds {
@@ -16,10 +20,9 @@ class CardIds {
 
   // Rows of the card table, frame included.
   int RowCount() const { return cards_.RowCount(); }
-  // Whether the card in this row, 2 ... RowCount() - 1, has exactly this ID.
-  bool Has(int row, std::string_view id) const;
-  // The ID of a card read as a number.
-  int64_t Number(int row) const;
+  // The ID of the card in this row, 2 ... RowCount() - 1, as SixDigits reads it.
+  uint32_t number(int row) const { return numbers_[static_cast<size_t>(row)]; }
+  std::string_view Text(int row) const { return cards_.Peek(id_column_, row); }
   // Whether every card has an ID that is not empty.
   bool complete() const { return complete_; }
   // The highest number of a card, up to the first row whose ID begins with "#".

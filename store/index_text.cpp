@@ -158,15 +158,31 @@ bool ReadIndexText(std::string_view text, const IndexFrame& frame, const CardIds
   return table.LoadFrom(file) && ReadIndexTable(table, frame, ids, take);
 }
 
-int BoxPosReader::Read(std::string_view text, std::string_view id) {
+IndexedRows::IndexedRows(const CardIds& ids) : ids_(ids) {
+  rows_.reserve(static_cast<size_t>(ids.RowCount()));
+  numbers_.reserve(static_cast<size_t>(ids.RowCount()));
+}
+
+bool IndexedRows::Add(std::string_view text, std::string_view id) {
   int row = 0;
-  if (text.empty() || text.front() < '1' || text.front() > '9') return 0;
+  if (text.empty() || text.front() < '1' || text.front() > '9') return false;
   const std::from_chars_result result = std::from_chars(text.data(), text.data() + text.size(), row);
-  if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return 0;
-  if (row < kFirstCardRow || row >= ids_.RowCount() || seen_[static_cast<size_t>(row)]) return 0;
-  if (!ids_.Has(row, id)) return 0;
-  seen_[static_cast<size_t>(row)] = true;
-  return row;
+  if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return false;
+  if (row < kFirstCardRow || row >= ids_.RowCount()) return false;
+  rows_.push_back(row);
+  numbers_.push_back(SixDigits(id));
+  return numbers_.back() != kNotSixDigits || ids_.Text(row) == id;
+}
+
+bool IndexedRows::AllFit() const {
+  std::vector<uint8_t> seen(static_cast<size_t>(ids_.RowCount()) + 1, 0);
+  bool fit = true;
+  for (size_t i = 0; i < rows_.size(); ++i) {
+    uint8_t& times = seen[static_cast<size_t>(rows_[i])];
+    fit &= times == 0 && ids_.number(rows_[i]) == numbers_[i];
+    times = 1;
+  }
+  return fit;
 }
 
 }  // namespace tessaro

@@ -49,7 +49,8 @@ bool LearnIndex::Build(const CardTable& cards, const CardIds& ids) {
   for (int row = last; row >= kFirstCardRow; --row) {
     const std::string_view score = cards.Peek(columns.score, row);
     keys.push_back(LeadingNumber(score));
-    built.SetScore(row, keys.back(), score);
+    built.keys_[static_cast<size_t>(row)] = keys.back();
+    if (!IsNineDigits(score)) built.odd_scores_[row] = score;
     if (row % kProgressStep == 0) Progress().ShowPosition(cards.RowCount() - row);
   }
   std::vector<int32_t> order = BisectionOrder(keys, kEndScore);
@@ -64,22 +65,20 @@ bool LearnIndex::Build(const CardTable& cards, const CardIds& ids) {
 template <typename ReadRows>
 bool LearnIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids) {
   LearnIndex adopted;
-  adopted.keys_.resize(static_cast<size_t>(ids.RowCount()) + 1);
-  BoxPosReader reader(ids);
-  std::vector<int32_t> order;
-  order.reserve(static_cast<size_t>(ids.RowCount()));
-  int64_t least = std::numeric_limits<int64_t>::min();
-  const bool fits = read_rows(kFrame, ids, [&](IndexFields fields) {
+  IndexedRows rows(ids);
+  std::vector<int64_t> keys;
+  keys.reserve(static_cast<size_t>(ids.RowCount()));
+  const bool ascending = read_rows(kFrame, ids, [&](IndexFields fields) {
     const int64_t key = LeadingNumber(fields[1]);
-    const int card_row = reader.Read(fields[0], fields[2]);
-    if (card_row == 0 || key < least || key > kEndScore) return false;
-    least = key;
-    order.push_back(card_row);
-    adopted.SetScore(card_row, key, fields[1]);
+    if (key > kEndScore || (!keys.empty() && key < keys.back()) || !rows.Add(fields[0], fields[2])) return false;
+    if (!IsNineDigits(fields[1])) adopted.odd_scores_[rows.rows().back()] = fields[1];
+    keys.push_back(key);
     return true;
   });
-  if (!fits) return false;
-  adopted.sequence_.Assign(order);
+  if (!ascending || !rows.AllFit()) return false;
+  adopted.keys_.resize(static_cast<size_t>(ids.RowCount()) + 1);
+  for (size_t i = 0; i < keys.size(); ++i) adopted.keys_[static_cast<size_t>(rows.rows()[i])] = keys[i];
+  adopted.sequence_.Assign(rows.rows());
   adopted.fingerprint_ = ids.fingerprint();
   adopted.built_ = true;
   *this = std::move(adopted);
@@ -113,11 +112,6 @@ bool LearnIndex::SaveTo(WritableFile& file, const CardTable& cards) const {
   });
   writer.Row(kLastFields);
   return writer.Finish();
-}
-
-void LearnIndex::SetScore(int card_row, int64_t key, std::string_view text) {
-  keys_[static_cast<size_t>(card_row)] = key;
-  if (!IsNineDigits(text)) odd_scores_[card_row] = text;
 }
 
 int LearnIndex::BoxPos(int row) const {

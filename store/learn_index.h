@@ -50,7 +50,6 @@ class LearnIndex {
  private:
   template <typename ReadRows>
   bool AdoptRows(const ReadRows& read_rows, const CardIds& ids);
-  void SetScore(int card_row, int64_t key, std::string_view text);
 
   bool built_ = false;
   RowSequence sequence_;       // card table rows in index order

@@ -32,7 +32,7 @@ bool LinkIndex::Build(const CardTable& cards, const CardIds& ids) {
   std::vector<int64_t> keys;
   if (last >= kFirstCardRow) keys.reserve(static_cast<size_t>(last));
   for (int row = last; row >= kFirstCardRow; --row) {
-    keys.push_back(ids.Number(row));
+    keys.push_back(ids.number(row) != kNotSixDigits ? ids.number(row) : LeadingNumber(ids.Text(row)));
     if (row % kProgressStep == 0) Progress().ShowPosition(cards.RowCount() - row);
   }
   rows_ = BisectionOrder(keys, kEndId);
@@ -49,24 +49,20 @@ bool LinkIndex::Build(const CardTable& cards, const CardIds& ids) {
 
 template <typename ReadRows>
 bool LinkIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids) {
-  LinkIndex adopted;
-  adopted.ids_.reserve(static_cast<size_t>(ids.RowCount()));
-  adopted.rows_.reserve(static_cast<size_t>(ids.RowCount()));
-  BoxPosReader reader(ids);
-  int64_t least = std::numeric_limits<int64_t>::min();
-  const bool fits = read_rows(kFrame, ids, [&](IndexFields fields) {
+  IndexedRows rows(ids);
+  std::vector<int64_t> keys;
+  keys.reserve(static_cast<size_t>(ids.RowCount()));
+  const bool ascending = read_rows(kFrame, ids, [&](IndexFields fields) {
     const int64_t key = LeadingNumber(fields[0]);
-    const int card_row = reader.Read(fields[1], fields[0]);
-    if (card_row == 0 || key < least || key > kEndId) return false;
-    least = key;
-    adopted.ids_.push_back(key);
-    adopted.rows_.push_back(card_row);
+    if (key > kEndId || (!keys.empty() && key < keys.back()) || !rows.Add(fields[1], fields[0])) return false;
+    keys.push_back(key);
     return true;
   });
-  if (!fits) return false;
-  adopted.fingerprint_ = ids.fingerprint();
-  adopted.built_ = true;
-  *this = std::move(adopted);
+  if (!ascending || !rows.AllFit()) return false;
+  ids_ = std::move(keys);
+  rows_ = rows.rows();
+  fingerprint_ = ids.fingerprint();
+  built_ = true;
   return true;
 }
 
