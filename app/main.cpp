@@ -68,7 +68,7 @@ int RunProgram(Application& application, const ProgramOptions& options) {
   Program program({RealDisk(), clock, random, messages}, places);
   program.main_window().show();
   if (options.splash) TF_Crdlogo::ShowOver(program.main_window());
-  if (!options.card_file.empty()) program.main_window().OpenLater(std::filesystem::absolute(options.card_file));
+  if (!options.card_file.empty()) program.main_window().OpenLater(std::filesystem::weakly_canonical(options.card_file));
   const int result = QApplication::exec();
   if (!application.failure().isEmpty()) ShowFailure(application.failure());
   return result;

@@ -73,6 +73,8 @@ bool Program::learning() const {
 }
 
 void Program::EndLearning() {
+  // What plays may play on the window's own screen.
+  if (media_window_ != nullptr) media_window_->StopAll();
   // The window is still busy with being closed.
   learning_window_.release()->deleteLater();
   // The positions of the run, which a later save of the cards would write too. A failure is of no consequence for them.

@@ -66,7 +66,7 @@ void TF_wnmain::ConnectCommands() {
   connect(ui_->FrameBegin, &TFrameBegin::LearnWanted, this, &TF_wnmain::LernStartExecute);
   // Opening a file fills the page anew, and with it the button that was pressed: not while it is being pressed.
   connect(ui_->FrameBegin, &TFrameBegin::FileWanted, this, [this](const QString& path) { OpenLater(ToPath(path)); });
-  connect(ui_->FrameBegin, &TFrameBegin::SampleWanted, this, [this](const QString& path) { OpenSample(ToPath(path)); });
+  connect(ui_->FrameBegin, &TFrameBegin::SampleWanted, this, [this](const QString& path) { OpenLater(ToPath(path)); });
   connect(&program_, &Program::LearningClosed, this, &TF_wnmain::ShowAfterLearning);
 }
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "app/file_texts.h"
 #include "platform/qt/theme.h"
@@ -59,8 +60,9 @@ class TF_wnmain : public QMainWindow {
   // Asks to save a changed card file before another takes its place, and ends a learning run. False: stay.
   bool LeaveFile();
   bool MayOverwrite();
-  bool LoadFile(const std::filesystem::path& path);
-  void OpenSample(const std::filesystem::path& sample);
+  // Samples are opened as copies in the user's own folder.
+  bool LoadFile(const std::filesystem::path& chosen);
+  std::optional<std::filesystem::path> OwnFile(const std::filesystem::path& chosen);
   // Empty when the user chose none.
   std::filesystem::path ChooseTarget(const QString& title);
   // False when space may run short.

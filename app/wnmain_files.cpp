@@ -85,13 +85,26 @@ bool TF_wnmain::LeaveFile() {
   return answer == Answer::No || (answer == Answer::Yes && FileSaveExecute());
 }
 
-bool TF_wnmain::LoadFile(const fs::path& path) {
+std::optional<fs::path> TF_wnmain::OwnFile(const fs::path& chosen) {
+  const fs::path& samples = program_.places().samples;
+  if (samples.empty() || chosen.parent_path() != samples) return chosen;
+  std::optional<fs::path> copy = OwnCopyOfSample(chosen, program_.places().documents);
+  if (!copy) {
+    program_.messages().Error(this, u"\nDas Beispiel kann nicht in den Ordner\n%1\nkopiert werden."_s.arg(
+                                        FromPath(program_.places().documents)));
+  }
+  return copy;
+}
+
+bool TF_wnmain::LoadFile(const fs::path& chosen) {
+  const std::optional<fs::path> path = OwnFile(chosen);
+  if (!path) return false;
   OpenReport report;
   {
     LongWork work(this, program_.clock());
-    report = file_.Open(path, ShowStages(work));
+    report = file_.Open(*path, ShowStages(work));
   }
-  if (report.result == OpenResult::CannotOpen) RemoveRecentFile(program_.settings().ini, path);
+  if (report.result == OpenResult::CannotOpen) RemoveRecentFile(program_.settings().ini, *path);
   if (report.result == OpenResult::Opened) {
     AddRecentFile(program_.settings().ini, file_.paths().cards);
     KeepBytesPerCard();
@@ -111,13 +124,6 @@ void TF_wnmain::Tell(const OpenReport& report) {
   ShowStatus(report.cards == 1 ? u"Eine Karte geladen"_s
                                : u"%1 Karten geladen"_s.arg(QLocale().toString(report.cards)));
   for (const QString& remark : RemarkTexts(report)) program_.messages().Error(this, remark);
-}
-
-void TF_wnmain::OpenSample(const fs::path& sample) {
-  const std::optional<fs::path> copy = OwnCopyOfSample(sample, program_.places().documents);
-  if (copy) return OpenLater(*copy);
-  program_.messages().Error(this, u"\nDas Beispiel kann nicht in den Ordner\n%1\nkopiert werden."_s.arg(
-                                      FromPath(program_.places().documents)));
 }
 
 void TF_wnmain::FileNewExecute() {
