@@ -1,0 +1,114 @@
+#include "platform/disk.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace tessaro {
+namespace {
+
+namespace fs = std::filesystem;
+
+class RealDiskTest : public testing::Test {
+ protected:
+  void SetUp() override { fs::create_directory(folder_); }
+  void TearDown() override { fs::remove_all(folder_); }
+
+  bool Put(const fs::path& path, const std::string& text) {
+    const auto file = disk_.Create(path);
+    return file != nullptr && file->Write(text) && file->Flush() && file->Close();
+  }
+
+  Disk& disk_ = RealDisk();
+  const fs::path folder_ = fs::path(testing::TempDir()) / "real_disk_test";
+  const fs::path file_ = folder_ / "a.txt";
+  const fs::path other_ = folder_ / "b.txt";
+};
+
+TEST_F(RealDiskTest, ReadsBackWhatItWrote) {
+  const std::string large(3'000'000, 'x');
+  for (const std::string& text : {std::string(), std::string("a\0b\r\n", 5), large, std::string("short")}) {
+    ASSERT_TRUE(Put(file_, text));
+    EXPECT_TRUE(ReadFile(disk_, file_) == text) << text.size();
+  }
+  // A file that announces no size.
+  EXPECT_GT(ReadFile(disk_, "/proc/self/maps").value_or("").size(), 100U);
+}
+
+TEST_F(RealDiskTest, TellsFailures) {
+  const fs::path nowhere = folder_ / "none" / "x";
+  EXPECT_EQ(disk_.Open(nowhere), nullptr);
+  EXPECT_EQ(disk_.Open(folder_), nullptr);
+  EXPECT_EQ(disk_.Create(nowhere), nullptr);
+  EXPECT_EQ(disk_.Create(folder_), nullptr);
+  EXPECT_EQ(ReadFile(disk_, nowhere), std::nullopt);
+  EXPECT_EQ(ReadFile(disk_, "/proc/self/mem"), std::nullopt);
+  EXPECT_FALSE(disk_.Rename(nowhere, file_));
+  EXPECT_FALSE(disk_.Remove(folder_));
+  EXPECT_FALSE(disk_.FlushFolder(nowhere));
+  EXPECT_EQ(disk_.State(nowhere), std::nullopt);
+  EXPECT_EQ(disk_.FreeBytes(nowhere), std::nullopt);
+  EXPECT_TRUE(disk_.FileNames(nowhere).empty());
+  const auto full = disk_.Create("/dev/full");
+  ASSERT_NE(full, nullptr);
+  EXPECT_FALSE(full->Write("x"));
+  EXPECT_TRUE(full->Close());
+  EXPECT_FALSE(full->Close()) << "closed already";
+}
+
+TEST_F(RealDiskTest, RenamesOverAndRemoves) {
+  ASSERT_TRUE(Put(file_, "new"));
+  ASSERT_TRUE(Put(other_, "old"));
+  EXPECT_TRUE(disk_.Rename(file_, other_));
+  EXPECT_FALSE(disk_.Exists(file_));
+  EXPECT_EQ(ReadFile(disk_, other_), "new");
+  EXPECT_TRUE(disk_.Remove(other_));
+  EXPECT_FALSE(disk_.Exists(other_));
+  EXPECT_TRUE(disk_.Remove(other_)) << "there is none";
+  EXPECT_TRUE(disk_.FlushFolder(folder_));
+}
+
+TEST_F(RealDiskTest, StateTellsWritingAndReplacing) {
+  ASSERT_TRUE(Put(file_, "12345"));
+  const auto before = disk_.State(file_);
+  ASSERT_TRUE(before.has_value());
+  EXPECT_EQ(before->size, 5U);
+  EXPECT_EQ(before, disk_.State(file_));
+  // The same size and time in another file.
+  ASSERT_TRUE(Put(other_, "54321"));
+  fs::last_write_time(other_, fs::last_write_time(file_));
+  ASSERT_TRUE(disk_.Rename(other_, file_));
+  EXPECT_NE(before, disk_.State(file_));
+  const auto replaced = disk_.State(file_);
+  fs::last_write_time(file_, fs::last_write_time(file_) + std::chrono::nanoseconds(100));
+  EXPECT_NE(replaced, disk_.State(file_));
+}
+
+TEST_F(RealDiskTest, ListsPlainFilesAndFreeBytes) {
+  ASSERT_TRUE(Put(file_, ""));
+  ASSERT_TRUE(Put(folder_ / "\xC3\xBC.mlb", ""));
+  fs::create_directory(folder_ / "folder");
+  std::vector<std::string> names = disk_.FileNames(folder_);
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(names, (std::vector<std::string>{"a.txt", "\xC3\xBC.mlb"}));
+  // Others may be writing at the same time.
+  constexpr double kGiB = 1 << 30;
+  EXPECT_NEAR(static_cast<double>(disk_.FreeBytes(folder_).value_or(0)),
+              static_cast<double>(fs::space(folder_).available), kGiB);
+}
+
+TEST_F(RealDiskTest, FollowsLinksToTheirEnd) {
+  ASSERT_TRUE(Put(file_, "x"));
+  fs::create_symlink(file_, other_);
+  fs::create_symlink(folder_ / "none", folder_ / "dangling");
+  EXPECT_EQ(disk_.Resolve(other_), fs::canonical(file_));
+  EXPECT_EQ(disk_.Resolve(file_), file_);
+  EXPECT_EQ(disk_.Resolve(folder_ / "dangling"), folder_ / "dangling");
+}
+
+}  // namespace
+}  // namespace tessaro
