@@ -62,7 +62,7 @@ void AnswerLog::WriteAnswer(int row, bool known, bool keep_history, int64_t now,
     return;
   }
   UpdateIndex(row, outcome.score, report);
-  statistics_ = AnswerStatistics{row, outcome.history, std::move(outcome.forecast), outcome.score};
+  statistics_ = AnswerStatistics{row, outcome.history, outcome.forecast, outcome.score};
 }
 
 void AnswerLog::UpdateIndex(int row, int64_t score, LogReport& report) {

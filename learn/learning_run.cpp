@@ -142,7 +142,9 @@ bool LearningRun::no_new_cards() const {
 
 void LearningRun::SetTimeLock(bool on) {
   state_->run.time_lock = on;
-  if (!on) state_->run.width = state_->parameters.max_width;
+  if (on) return;
+  state_->run.width = state_->parameters.max_width;
+  state_->run.figures.width = state_->run.width;
 }
 
 bool LearningRun::time_lock() const {
