@@ -1,6 +1,5 @@
 #include "hypertext/htmlview.h"
 
-#include <QAccessible>
 #include <QFocusEvent>
 #include <QFontInfo>
 #include <QFontMetrics>
@@ -15,6 +14,7 @@
 
 #include "hypertext/painter.h"
 #include "hypertext/picture_store.h"
+#include "hypertext/plain_text.h"
 #include "hypertext/qt_measurer.h"
 #include "hypertext/text_cache.h"
 #include "hypertext/video_screen.h"
@@ -130,6 +130,7 @@ void TFrameHtml::ShowSide(std::string_view side, const SideLook& look) {
   state.pictures.Forget();
   state.failure_told = false;
   CloseVideoPanel();
+  setAccessibleDescription(FromBytes(PlainText(side)));
   QPalette paper = palette();
   paper.setColor(QPalette::Window, look.paper);
   state.paper->setPalette(paper);

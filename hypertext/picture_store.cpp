@@ -94,7 +94,7 @@ QPixmap PictureStore::Picture(std::string_view name, QSize size, bool white_is_t
   if (const QPixmap* known = pictures_.object(key)) return *known;
   QImage image = ReadPicture(entry.path, size);
   if (white_is_transparent && !image.isNull()) MakeWhiteTransparent(image);
-  const QPixmap picture = QPixmap::fromImage(std::move(image));
+  QPixmap picture = QPixmap::fromImage(std::move(image));
   pictures_.insert(key, new QPixmap(picture), std::max<int>(1, picture.width() * picture.height() / 256));
   return picture;
 }

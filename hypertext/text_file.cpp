@@ -70,8 +70,8 @@ std::string FromUtf16(std::string_view file, bool low_byte_first) {
   std::string text;
   Utf16Joiner joiner;
   for (size_t at = 2; at + 1 < file.size(); at += 2) {
-    const auto first = static_cast<uint8_t>(file[at]);
-    const auto second = static_cast<uint8_t>(file[at + 1]);
+    const uint32_t first = static_cast<uint8_t>(file[at]);
+    const uint32_t second = static_cast<uint8_t>(file[at + 1]);
     joiner.Add(low_byte_first ? first | second << 8U : first << 8U | second, text);
   }
   return text;
