@@ -106,8 +106,9 @@ TEST_F(LearningWindow, DoubleClickAnswersOneCardOnly) {
   auto& button = Find<QAbstractButton>(u"BtLerneIch"_s);
   QTest::mouseClick(&button, Qt::LeftButton);
   QTest::mouseDClick(&button, Qt::LeftButton);
-  EXPECT_LE(Logged(), 2);
-  EXPECT_EQ(Text(u"DisplayJetztGeuebt"_s), u"3"_s) << "the press that completes the double click counted";
+  QTest::mouseRelease(&button, Qt::LeftButton);
+  EXPECT_EQ(Logged(), 1);
+  EXPECT_EQ(Text(u"DisplayJetztGeuebt"_s), u"2"_s);
 }
 
 TEST_F(LearningWindow, KeysWorkWhateverHasTheFocus) {
