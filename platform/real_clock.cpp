@@ -5,7 +5,9 @@
 
 namespace tessaro {
 
-int64_t RealClock::Now() const { return static_cast<int64_t>(std::time(nullptr)); }
+int64_t RealClock::Now() const {
+  return static_cast<int64_t>(std::time(nullptr));
+}
 
 int64_t RealClock::Milliseconds() const {
   using namespace std::chrono;
