@@ -25,6 +25,14 @@ bool IsEmptyRow(const CardTable& cards, int row) {
   return true;
 }
 
+// Column names are written as they are: one with these characters would come back as another, or as two lines.
+bool HasOddColumnNames(const CardTable& cards) {
+  for (int column = 1; column <= cards.ColumnCount(); ++column) {
+    if (cards.ColumnName(column).value_or("").find_first_of("\n\\") != std::string_view::npos) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 void MakeNewCards(CardTable& cards) {
@@ -52,7 +60,9 @@ void MakeNewCards(CardTable& cards) {
 
 CardTableState CompleteCards(CardTable& cards) {
   const CardColumns columns = ColumnsOf(cards);
-  if (columns.id == 0 || columns.question == 0 || columns.answer == 0) return CardTableState::Unusable;
+  if (columns.id == 0 || columns.question == 0 || columns.answer == 0 || HasOddColumnNames(cards)) {
+    return CardTableState::Unusable;
+  }
   while (cards.Last() && IsEmptyRow(cards, cards.RowCount())) cards.DeleteRow();
   if (cards.RowCount() == 0) return CardTableState::Unusable;
   for (const std::string_view name : kCardColumns) {

@@ -37,10 +37,9 @@ struct Line {
 };
 
 Line LineAt(std::string_view text, size_t begin) {
-  const size_t feed = text.find('\n', begin);
-  if (feed == std::string_view::npos) return {begin, text.size(), text.size()};
+  const size_t feed = std::min(text.find('\n', begin), text.size());
   const size_t end = feed > begin && text[feed - 1] == '\r' ? feed - 1 : feed;
-  return {begin, end, feed + 1};
+  return {begin, end, std::min(feed + 1, text.size())};
 }
 
 std::string_view Content(std::string_view text, const Line& line) {

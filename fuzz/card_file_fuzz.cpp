@@ -1,0 +1,46 @@
+// Opens any bytes as a card file, works with it, saves it and opens it again: no card may get lost on the way.
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "store/card_file.h"
+#include "tests/support/memory_disk.h"
+
+namespace {
+
+using namespace tessaro;
+
+void Require(bool good) {
+  if (!good) std::abort();
+}
+
+void Work(CardFile& file) {
+  const CardFigures figures = file.Figures({1'700'000'000, 1.5, 365 * 86400});
+  Require(figures.cards == file.CardCount());
+  Require(figures.never_answered + figures.known + figures.unknown == figures.learnable);
+  Require(figures.due <= figures.known && file.CountUnknown() <= figures.learnable);
+  (void)file.RowOfId(file.highest_id());
+  for (int row = kFirstCardRow; row <= file.CardCount() + 1; ++row) file.learn_index().Update(row, row % 3);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  MemoryDisk disk;
+  const std::string bytes(reinterpret_cast<const char*>(data), size);
+  disk.Put("/d/x.mlb", bytes);
+  CardFile file(disk);
+  const OpenReport report = file.Open("/d/x.mlb");
+  Require(report.result == OpenResult::Opened || report.result == OpenResult::Unusable);
+  if (report.result != OpenResult::Opened) return 0;
+  const int cards = file.CardCount();
+  Require(cards > 0 && cards == report.cards);
+  Work(file);
+  Require(file.Save() == SaveResult::Saved);
+  Require(disk.Content("/d/x.ml~") == bytes);
+  Require(disk.Exists("/d/x-beschaedigt-1.mlb") == report.end_missing);
+  const OpenReport again = file.Open("/d/x.mlb");
+  Require(again.result == OpenResult::Opened && again.cards == cards && !again.end_missing);
+  Require(again.index_defect == report.index_defect);
+  return 0;
+}

@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <fstream>
+
+#include "app/crdlogo.h"
+#include "app/dlneu.h"
+#include "app/dlprogress.h"
+#include "app/long_work.h"
+#include "platform/qt/text.h"
+#include "tests/support/fixed_clock.h"
+#include "tests/support/recorded_messages.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+class NewFileDialog : public testing::Test {
+ protected:
+  void Name(const QString& name) { dialog.findChild<QLineEdit*>(u"EditName"_s)->setText(name); }
+  bool CanAccept() {
+    return dialog.findChild<QDialogButtonBox*>(u"ButtonBox"_s)->button(QDialogButtonBox::Ok)->isEnabled();
+  }
+
+  QTemporaryDir folder;
+  std::filesystem::path decks = ToPath(folder.path()) / "new folder";
+  RecordedMessages messages;
+  TF_dlneu dialog{messages, decks, nullptr};
+};
+
+TEST_F(NewFileDialog, TakesOnlyNamesThatEverySystemCanHold) {
+  struct Case {
+    QString name;
+    std::string file;  // empty = refused
+  };
+  const Case cases[] = {{u""_s, ""},
+                        {u"  "_s, ""},
+                        {u"a/b"_s, ""},
+                        {u"a\\b"_s, ""},
+                        {u"wer?"_s, ""},
+                        {u".mlb"_s, ""},
+                        {u"Französisch 1.2"_s, "Französisch 1.2.mlb"},
+                        {u" Englisch.mlb "_s, "Englisch.mlb"},
+                        {u"ALT.MLB"_s, "ALT.MLB"},
+                        {u"Alt.Mlb"_s, "Alt.Mlb.mlb"}};
+  for (const Case& c : cases) {
+    Name(c.name);
+    EXPECT_EQ(CanAccept(), !c.file.empty()) << c.name.toStdString();
+    if (!c.file.empty()) {
+      EXPECT_EQ(dialog.path(), decks / c.file);
+    }
+  }
+  Name(u"Deck"_s);
+  dialog.findChild<QLineEdit*>(u"EditFolder"_s)->setText(u"relative"_s);
+  EXPECT_FALSE(CanAccept());
+}
+
+TEST_F(NewFileDialog, AsksBeforeItReplacesAFile) {
+  Name(u"Deck"_s);
+  dialog.accept();
+  EXPECT_EQ(dialog.result(), QDialog::Accepted);
+  EXPECT_TRUE(messages.asked.isEmpty());
+  EXPECT_TRUE(std::filesystem::is_directory(decks)) << "the folder is made";
+
+  std::ofstream(decks / "Deck.mlb") << "cards";
+  dialog.setResult(QDialog::Rejected);
+  dialog.accept();
+  EXPECT_EQ(dialog.result(), QDialog::Rejected) << "the safe answer is another name";
+  messages.answers = {Answer::Yes};
+  dialog.accept();
+  EXPECT_EQ(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(messages.asked.size(), 2);
+}
+
+TEST(LongWork, ShowsCursorAndDialogOnlyWhenItTakesLong) {
+  FixedClock clock;
+  QWidget window;
+  window.show();
+  const auto dialog = [&] { return window.findChild<TF_dlprogress*>(); };
+  {
+    LongWork work(&window, clock);
+    work.NextStage(u"Karteikarten laden"_s, 1000);
+    work.SetPosition(100);
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    clock.milliseconds += 250;
+    work.SetPosition(200);
+    EXPECT_NE(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(dialog(), nullptr);
+    clock.milliseconds += 800;
+    work.SetPosition(500);
+    ASSERT_NE(dialog(), nullptr);
+    EXPECT_TRUE(dialog()->isVisible());
+    EXPECT_EQ(dialog()->findChild<QProgressBar*>()->value(), 500);
+    work.SetPosition(900);
+    EXPECT_EQ(dialog()->findChild<QProgressBar*>()->value(), 500) << "not painted at every call";
+    clock.milliseconds += 100;
+    work.SetPosition(5000);
+    EXPECT_EQ(dialog()->findChild<QProgressBar*>()->value(), 1000) << "a wrong range does no harm";
+    work.NextStage(u"Indextabelle laden"_s, 0);
+    EXPECT_EQ(dialog()->findChild<QLabel*>()->text(), u"Indextabelle laden"_s);
+  }
+  EXPECT_EQ(dialog(), nullptr);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  EXPECT_EQ(Progress().bar, nullptr);
+}
+
+TEST(Splash, GoesByItselfAndTakesNoInput) {
+  QWidget window;
+  window.show();
+  TF_Crdlogo::ShowOver(window);
+  auto* splash = window.findChild<TF_Crdlogo*>();
+  ASSERT_NE(splash, nullptr);
+  EXPECT_TRUE(splash->windowFlags() & Qt::WindowTransparentForInput);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return window.findChild<TF_Crdlogo*>() == nullptr; }, 3000));
+}
+
+}  // namespace
+}  // namespace tessaro

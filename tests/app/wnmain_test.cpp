@@ -1,0 +1,336 @@
+#include "app/wnmain.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTest>
+#include <QUrl>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/program.h"
+#include "learn/wnlern.h"
+#include "tests/support/fixed_clock.h"
+#include "tests/support/recorded_messages.h"
+#include "tests/support/scripted_random.h"
+#include "tests/support/test_cards.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+constexpr int64_t kNow = 1'700'000'000;
+constexpr const char* kOther = "/deck/other.mlb";
+
+std::string Newest(char letter) {
+  return letter + std::string(kHistoryLength - 1, 'f');
+}
+
+// One card of every kind that the start page counts, and a navigation card.
+const std::vector<TestCard> kCards = {
+    {.id = "000001", .score = "000000001"},
+    {.id = "000002", .score = "000000000", .time_row = std::to_string(kNow - 500)},
+    {.id = "000003", .score = "000000100", .yes_no_row = Newest('w'), .time_row = std::to_string(kNow - 500)},
+    {.id = "000004", .score = "000900000", .yes_no_row = Newest('w'), .time_row = std::to_string(kNow - 500)},
+    {.id = "000005", .question = "<navigation><home>Start"},
+};
+
+class MainWindow : public testing::Test {
+ protected:
+  MainWindow() {
+    PutDeck(kTestFile, kCards);
+    PutDeck(kOther, {{.id = "000007"}, {.id = "000008"}});
+    window().show();
+  }
+
+  // A card file with the indexes that fit it.
+  void PutDeck(const char* path, const std::vector<TestCard>& cards) {
+    CardTable table = MakeCards(cards);
+    disk.Put(path, FileText(table));
+    CardFile deck(disk);
+    EXPECT_EQ(deck.Open(path).result, OpenResult::Opened);
+    EXPECT_EQ(deck.Save(), SaveResult::Saved);
+  }
+  // The file is open, one card of it was changed since.
+  void OpenAndChange() {
+    ASSERT_TRUE(window().OpenFile(kTestFile));
+    program.file().cards().Poke(program.file().columns().answer, 2, "anders");
+    program.file().MarkChanged();
+  }
+  bool SavedOnDisk() { return disk.Content(kTestFile)->find("anders") != std::string::npos; }
+
+  TF_wnmain& window() { return program.main_window(); }
+  void Trigger(const QString& command) { Find<QAction>(command).trigger(); }
+  QString Text(const QString& label) { return Find<QLabel>(label).text(); }
+  template <typename Kind>
+  Kind& Find(const QString& name) {
+    auto* found = window().findChild<Kind*>(name);
+    if (found == nullptr) throw std::runtime_error("no " + name.toStdString());
+    return *found;
+  }
+
+  MemoryDisk disk;
+  FixedClock clock{kNow};
+  ScriptedRandom random;
+  RecordedMessages messages;
+  Program program{{disk, clock, random, messages}, {"/tessaro.ini", {}, "/documents"}};
+};
+
+TEST_F(MainWindow, StartPageOffersWhatCanBeDone) {
+  const QStringList need_file = {u"FileSaveExecute"_s, u"FileSaveAsExecute"_s, u"MBackupClick"_s,
+                                 u"IndexAufbauExecute"_s, u"LernStartExecute"_s};
+  for (const QString& command : need_file) EXPECT_FALSE(Find<QAction>(command).isEnabled()) << command.toStdString();
+  EXPECT_TRUE(Find<QWidget>(u"PanelEmpty"_s).isVisible());
+  EXPECT_FALSE(Find<QWidget>(u"PanelRecent"_s).isVisible());
+
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  for (const QString& command : need_file) EXPECT_TRUE(Find<QAction>(command).isEnabled()) << command.toStdString();
+  EXPECT_FALSE(Find<QWidget>(u"PanelEmpty"_s).isVisible());
+  EXPECT_EQ(window().windowTitle(), u"x.mlb[*] - Tessaro Hypertext-Lernprogramm 3.0"_s);
+  EXPECT_EQ(Text(u"LabelName"_s), u"x"_s);
+  const QStringList figures = {Text(u"FigureCards"_s), Text(u"FigureNew"_s), Text(u"FigureKnown"_s),
+                               Text(u"FigureUnknown"_s), Text(u"FigureDue"_s)};
+  EXPECT_EQ(figures.join(u' '), u"5 1 2 1 2"_s);
+  EXPECT_EQ(messages.errors, QStringList());
+}
+
+TEST_F(MainWindow, AdviceSaysWhatIsToDoNow) {
+  const TestCard later = kCards[3];
+  struct Case {
+    std::vector<TestCard> cards;
+    QString advice;
+  };
+  const Case cases[] = {
+      {kCards, u"2 Karten warten auf Wiederholung."_s},
+      {{kCards[1], later}, u"Eine Karte wartet auf Wiederholung."_s},
+      {{kCards[0], later}, u"Eine neue Karte wartet auf Sie."_s},
+      {{later}, u"Zurzeit ist nichts zu wiederholen. Die nächste Karte ist in 10 Tagen 10 Stunden fällig."_s},
+      {{kCards[4]}, u"In dieser Kartei gibt es noch keine Karten zum Lernen."_s},
+  };
+  for (const Case& c : cases) {
+    PutDeck("/deck/advice.mlb", c.cards);
+    ASSERT_TRUE(window().OpenFile("/deck/advice.mlb"));
+    EXPECT_EQ(Text(u"LabelAdvice"_s), c.advice);
+    program.file().Close();
+  }
+}
+
+TEST_F(MainWindow, RefusedFilesLeaveTheOpenOneOpen) {
+  disk.Put("/deck/rubbish.mlb", "no cards\n");
+  disk.Put("/deck/x.Mlb", "");
+  disk.HoldLock("/deck/.other.mlb.lock", "rechner, Prozess 123");
+  struct Case {
+    QString path;
+    QString message;
+  };
+  const Case cases[] = {
+      {u"/deck/x.Mlb"_s, u"\nDateityp ist falsch."_s},
+      {u"/deck/missing.mlb"_s, u"\nDatei kann nicht\ngeöffnet werden"_s},
+      {u"/deck/rubbish.mlb"_s, u"\nDie Kartei ist unbrauchbar.\nBenutzen Sie bitte\n<Karteikasten><Restore>"_s},
+      {u"/deck/other.mlb"_s,
+       u"\nDie Kartei ist schon in einem\nanderen Programmfenster geöffnet\n(rechner, Prozess "
+       u"123).\nBitte schließen Sie sie dort zuerst."_s},
+  };
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  for (const Case& c : cases) {
+    messages.errors.clear();
+    messages.files = {c.path};
+    Trigger(u"FileOpenExecute"_s);
+    EXPECT_EQ(messages.errors, QStringList{c.message});
+    EXPECT_EQ(program.file().paths().cards, kTestFile) << c.path.toStdString();
+    EXPECT_EQ(Text(u"LabelName"_s), u"x"_s);
+  }
+}
+
+TEST_F(MainWindow, OpeningTellsOfDefectsOnce) {
+  const QString index = u"\nIndexfehler,\nversuche Neuaufbau."_s;
+  const QString cut =
+      u"\nDas Ende der Kartei fehlt, die Datei ist beschädigt.\n5 Karten konnten gelesen werden.\n\n"
+      u"Beim nächsten Speichern bleibt die beschädigte Datei\nunter einem anderen Namen erhalten."_s;
+  struct Case {
+    std::function<void()> damage;
+    QStringList remarks;
+  };
+  const Case cases[] = {
+      {[] {}, {}},
+      {[&] { EXPECT_TRUE(disk.Remove("/deck/x.row")); }, {index}},
+      {[&] { disk.Put("/deck/x.idt", "rubbish"); }, {index}},
+      {[&] { EXPECT_TRUE(disk.Remove("/deck/x.row") && disk.Remove("/deck/x.idt")); }, {index}},
+      {[&] { disk.Put(kTestFile, disk.Content(kTestFile)->substr(0, disk.Content(kTestFile)->rfind("##"))); }, {cut}},
+  };
+  for (const Case& c : cases) {
+    PutDeck(kTestFile, kCards);
+    c.damage();
+    messages.errors.clear();
+    EXPECT_TRUE(window().OpenFile(kTestFile));
+    EXPECT_EQ(messages.errors, c.remarks);
+    program.file().Close();
+  }
+}
+
+// What a changed card file asks before it is left, and what each answer does.
+TEST_F(MainWindow, LeavingAChangedFileAsksFirst) {
+  const auto close = [this] { return window().close(); };
+  const auto open = [this] {
+    messages.files = {QString::fromUtf8(kOther)};
+    Trigger(u"FileOpenExecute"_s);
+    return program.file().paths().cards == kOther;
+  };
+  const auto restore = [this] {
+    messages.files = {u"/deck/other.ml~"_s};
+    Trigger(u"MRestoreClick"_s);
+    return program.file().CardCount() == 2;
+  };
+  const QString first = u"\nAktuelle Kartei\nzuerst speichern?"_s;
+  struct Case {
+    std::function<bool()> leave;
+    QString question;
+    Answer answer;
+    bool saved;
+    bool left;
+  };
+  const Case cases[] = {
+      {open, first, Answer::Yes, true, true},
+      {open, first, Answer::No, false, true},
+      {open, first, Answer::Cancel, false, false},
+      {restore, first, Answer::Yes, true, true},
+      {restore, first, Answer::Cancel, false, false},
+      {close, u"\nAktuelle Kartei\nspeichern?"_s, Answer::Yes, true, true},
+      {close, u"\nAktuelle Kartei\nspeichern?"_s, Answer::No, false, true},
+      {close, u"\nAktuelle Kartei\nspeichern?"_s, Answer::Cancel, false, false},
+  };
+  for (const Case& c : cases) {
+    program.file().Close();
+    PutDeck(kTestFile, kCards);
+    window().show();
+    OpenAndChange();
+    messages.asked.clear();
+    messages.answers = {c.answer};
+    EXPECT_EQ(c.leave(), c.left);
+    EXPECT_EQ(messages.asked, QStringList{c.question});
+    EXPECT_EQ(SavedOnDisk(), c.saved) << c.question.toStdString() << " answer " << static_cast<int>(c.answer);
+  }
+}
+
+TEST_F(MainWindow, AFileWithoutCardsIsNotSavedUnasked) {
+  PutDeck(kTestFile, {{.id = "000001"}});
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  ASSERT_TRUE(program.file().cards().GoTo(kFirstCardRow));
+  ASSERT_TRUE(program.file().cards().DeleteRow());
+  const std::optional<std::string> before = disk.Content(kTestFile);
+  EXPECT_FALSE(window().close()) << "the safe answer is to stay";
+  messages.answers = {Answer::No};
+  EXPECT_TRUE(window().close());
+  EXPECT_EQ(messages.asked.first(), u"\nKartei wirklich speichern?.\nSie enthält keine Karten\noder ist defekt."_s);
+  EXPECT_EQ(disk.Content(kTestFile), before);
+}
+
+TEST_F(MainWindow, AFailedSaveIsToldAndKeepsTheWindowOpen) {
+  OpenAndChange();
+  disk.stay_broken(true);
+  disk.FailAt(1);
+  messages.answers = {Answer::Yes};
+  EXPECT_FALSE(window().close());
+  EXPECT_EQ(messages.errors, QStringList{u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s});
+  EXPECT_TRUE(window().isWindowModified());
+  disk.stay_broken(false);
+  disk.FailAt(0);
+  EXPECT_TRUE(window().FileSaveExecute());
+  EXPECT_TRUE(SavedOnDisk());
+  EXPECT_FALSE(window().isWindowModified());
+}
+
+TEST_F(MainWindow, AFileChangedByAnotherProgramIsAskedAboutBeforeItIsOverwritten) {
+  for (const Answer answer : {Answer::No, Answer::Yes}) {
+    program.file().Close();
+    PutDeck(kTestFile, kCards);
+    OpenAndChange();
+    disk.Put(kTestFile, "written by someone else");
+    messages.asked.clear();
+    messages.answers = {answer};
+    EXPECT_EQ(window().FileSaveExecute(), answer == Answer::Yes);
+    EXPECT_EQ(messages.asked.size(), 1);
+    EXPECT_EQ(SavedOnDisk(), answer == Answer::Yes);
+  }
+}
+
+TEST_F(MainWindow, SavingUnderAnotherNameMovesThereABackupDoesNot) {
+  OpenAndChange();
+  messages.files = {u"/deck/copy.mlb"_s};
+  Trigger(u"MBackupClick"_s);
+  EXPECT_EQ(messages.shown, QStringList{u"Backup nach Datei\n/deck/copy.mlb\nerfolgreich."_s});
+  EXPECT_EQ(program.file().paths().cards, kTestFile);
+  EXPECT_TRUE(program.file().changed());
+
+  messages.files = {QString::fromUtf8(kTestFile)};
+  Trigger(u"MBackupClick"_s);
+  EXPECT_EQ(messages.errors.size(), 1) << "a backup over the open file is none";
+
+  messages.files = {u"/deck/wrong.txt"_s};
+  Trigger(u"FileSaveAsExecute"_s);
+  EXPECT_EQ(messages.errors.value(1), u"\nDateityp ist falsch."_s);
+
+  messages.files = {u"/deck/moved.mlb"_s};
+  Trigger(u"FileSaveAsExecute"_s);
+  EXPECT_EQ(program.file().paths().cards, "/deck/moved.mlb");
+  EXPECT_FALSE(program.file().changed());
+  EXPECT_EQ(disk.Content("/deck/moved.mlb"), disk.Content("/deck/copy.mlb"));
+  EXPECT_FALSE(SavedOnDisk());
+
+  disk.set_capacity(0);
+  messages.files = {u"/deck/full.mlb"_s};
+  Trigger(u"MBackupClick"_s);
+  EXPECT_EQ(Text(u"LabelStatus"_s), u"Nicht vollständig gespeichert"_s);
+  EXPECT_EQ(messages.errors.last(), u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s);
+}
+
+TEST_F(MainWindow, RestoreBringsTheBackupBack) {
+  OpenAndChange();
+  EXPECT_TRUE(window().FileSaveExecute());
+  messages.files = {u"/deck/x.ml~"_s};
+  Trigger(u"MRestoreClick"_s);
+  EXPECT_EQ(program.file().cards().Peek(program.file().columns().answer, 2), "Antwort");
+  EXPECT_TRUE(program.file().changed()) << "what is on disk is another state";
+  EXPECT_EQ(program.file().learn_index().RowCount(), 7);
+}
+
+TEST_F(MainWindow, RecentFilesAreKeptNewestFirstAndOfferedAgain) {
+  EXPECT_TRUE(window().OpenFile(kTestFile));
+  EXPECT_TRUE(window().OpenFile(kOther));
+  const std::string settings = disk.Content("/tessaro.ini").value_or("");
+  EXPECT_LT(settings.find(kOther), settings.find(kTestFile)) << settings;
+
+  const QList<QAction*> recent = Find<QMenu>(u"MenuRecent"_s).actions();
+  ASSERT_EQ(recent.size(), 1) << "the open file is not offered";
+  EXPECT_TRUE(disk.Remove(kTestFile));
+  recent.first()->trigger();
+  QApplication::processEvents();
+  EXPECT_EQ(messages.errors.size(), 1);
+  EXPECT_EQ(Find<QMenu>(u"MenuRecent"_s).actions().size(), 0) << "a file that is gone leaves the list";
+}
+
+TEST_F(MainWindow, LearningLastsUntilAnotherFileIsOpened) {
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  QTest::mouseClick(&Find<QPushButton>(u"ButtonLearn"_s), Qt::LeftButton);
+  EXPECT_TRUE(program.learning());
+  Trigger(u"LernStartExecute"_s);
+  int windows = 0;
+  for (const QWidget* widget : QApplication::topLevelWidgets()) {
+    windows += widget->isVisible() && qobject_cast<const TF_wnlern*>(widget) != nullptr;
+  }
+  EXPECT_EQ(windows, 1) << "no second window for the same run";
+  EXPECT_TRUE(window().OpenFile(kOther));
+  EXPECT_FALSE(program.learning());
+}
+
+}  // namespace
+}  // namespace tessaro
