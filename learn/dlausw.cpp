@@ -1,0 +1,140 @@
+#include "learn/dlausw.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QIntValidator>
+#include <QLineEdit>
+#include <QPushButton>
+#include <utility>
+
+#include "ui_dlausw.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+// The running counts are painted so often, in milliseconds.
+constexpr int64_t kRepaintInterval = 50;
+
+constexpr size_t Place(int box) {
+  return static_cast<size_t>(box - 1);
+}
+
+}  // namespace
+
+TF_dlausw::TF_dlausw(CardFile& file, ProgramSettings& settings, const Clock& clock, Messages& messages,
+                     const MethodChoice& shown, RowObserver* observer, QWidget* parent)
+    : QDialog(parent),
+      ui_(std::make_unique<Ui::TF_dlausw>()),
+      file_(file),
+      settings_(settings),
+      clock_(clock),
+      messages_(messages),
+      observer_(observer) {
+  ui_->setupUi(this);
+  count_edits_ = {ui_->EditAnzFach1, ui_->EditAnzFach2, ui_->EditAnzFach3,
+                  ui_->EditAnzFach4, ui_->EditAnzFach5, ui_->EditAnzFach6};
+  limit_edits_ = {ui_->MaskEditMax1, ui_->MaskEditMax2, ui_->MaskEditMax3, ui_->MaskEditMax4, ui_->MaskEditMax5};
+  learn_buttons_ = {ui_->BitBtnLern1, ui_->BitBtnLern2, ui_->BitBtnLern3,
+                    ui_->BitBtnLern4, ui_->BitBtnLern5, ui_->BitBtnLern6};
+  for (int box = 1; box <= kLimitedBoxes; ++box) {
+    QLineEdit* edit = limit_edits_[Place(box)];
+    edit->setValidator(new QIntValidator(0, 99999, edit));
+    connect(edit, &QLineEdit::textEdited, this, [this, box] { LimitEdited(box); });
+  }
+  for (int box = 1; box <= kBoxes; ++box) {
+    connect(learn_buttons_[Place(box)], &QPushButton::clicked, this, [this, box] { BitBtnLernClick(box); });
+  }
+  connect(ui_->BitBtnSort, &QPushButton::clicked, this, &TF_dlausw::BitBtnSortClick);
+  connect(ui_->BitBtnNeuNach1, &QPushButton::clicked, this, &TF_dlausw::BitBtnNeuNach1Click);
+  connect(ui_->CheckBoxKompatibel, &QCheckBox::toggled, this, &TF_dlausw::CheckBoxKompatibelClick);
+  connect(ui_->BtLern, &QPushButton::clicked, this, &TF_dlausw::BtLernClick);
+  connect(ui_->BitBtnCancel, &QPushButton::clicked, this, &QDialog::reject);
+  ui_->RadioReihe->setChecked(shown.method == Method::RowOrder);
+  ui_->RadioStandard->setChecked(shown.method != Method::RowOrder);
+  ui_->CheckBoxKompatibel->setChecked(shown.box_lock);
+  ui_->PageControl->setCurrentWidget(shown.method == Method::Leitner ? ui_->TabSheetManuell : ui_->TabSheetAuto);
+}
+
+TF_dlausw::~TF_dlausw() = default;
+
+void TF_dlausw::BitBtnSortClick() {
+  if (counting_) return;
+  counting_ = true;
+  limits_ = ReadBoxLimits(settings_.ini);
+  for (size_t i = 0; i < limit_edits_.size(); ++i) {
+    limit_edits_[i]->setText(QString::number(limits_.cards[i]));
+    limit_edits_[i]->setEnabled(true);
+  }
+  CardWriter writer(file_);
+  writer.SetObserver(observer_);
+  counts_ = CountBoxes(file_, writer, [this](const BoxCounts& counts) { ShowProgress(counts); });
+  AllowAfterCount(counts_, limits_, commands_);
+  ui_->StatusZeile->setText(u"Leitner-Index aufbauen"_s);
+  ui_->StatusZeile->repaint();
+  std::optional<BoxOrder> order = BuildBoxOrder(file_, clock_.Now());
+  ui_->StatusZeile->clear();
+  if (!order) messages_.Error(this, u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);
+  order_ = std::move(order).value_or(BoxOrder());
+  counting_ = false;
+  ShowCounts();
+  ShowCommands();
+}
+
+void TF_dlausw::ShowProgress(const BoxCounts& counts) {
+  const int64_t now = clock_.Milliseconds();
+  if (now - progress_shown_ < kRepaintInterval) return;
+  progress_shown_ = now;
+  counts_ = counts;
+  ShowCounts();
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void TF_dlausw::BitBtnNeuNach1Click() {
+  BringNewCards(limits_, counts_, commands_);
+  ShowCounts();
+  ShowCommands();
+}
+
+void TF_dlausw::BitBtnLernClick(int box) {
+  choice_.method = Method::Leitner;
+  choice_.box = {box, box == 1 ? counts_.boxes[0] : 0, std::move(order_)};
+  choice_.box_lock = ui_->CheckBoxKompatibel->isChecked();
+  WriteBoxLimits(limits_, settings_.ini);
+  accept();
+}
+
+void TF_dlausw::LimitEdited(int box) {
+  limits_.cards[Place(box)] = limit_edits_[Place(box)]->text().toLongLong();
+  AllowAfterLimitEdit(box, counts_, limits_, commands_);
+  WriteBoxLimits(limits_, settings_.ini);
+  ShowCommands();
+}
+
+void TF_dlausw::CheckBoxKompatibelClick() {
+  QCheckBox* box = ui_->CheckBoxKompatibel;
+  QPalette palette;
+  if (!box->isChecked()) palette.setColor(QPalette::WindowText, QColor(200, 30, 30));
+  box->setPalette(palette);
+  box->setText(box->isChecked() ? u"Zeitsperre gegen vorzeitiges Weiterücken ist aktiv:"_s
+                                : u"Original Leitnermethode. Nicht k o m p a t i b e l !"_s);
+}
+
+void TF_dlausw::BtLernClick() {
+  choice_.method = ui_->RadioReihe->isChecked() ? Method::RowOrder : Method::Standard;
+  choice_.box_lock = ui_->CheckBoxKompatibel->isChecked();
+  accept();
+}
+
+void TF_dlausw::ShowCounts() {
+  ui_->EditAnzNeu->setText(QString::number(counts_.fresh));
+  for (size_t i = 0; i < count_edits_.size(); ++i) count_edits_[i]->setText(QString::number(counts_.boxes[i]));
+}
+
+void TF_dlausw::ShowCommands() {
+  ui_->BitBtnNeuNach1->setEnabled(commands_.bring_new_cards);
+  for (size_t i = 0; i < learn_buttons_.size(); ++i) learn_buttons_[i]->setEnabled(commands_.learn[i]);
+}
+
+}  // namespace tessaro

@@ -1,0 +1,80 @@
+#include "learn/dldata.h"
+
+#include <QHeaderView>
+#include <QTableWidget>
+
+#include "learn/interval_plot.h"
+#include "learn/statistics_texts.h"
+#include "platform/qt/text.h"
+#include "ui_dldata.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+void SetRow(QTableWidget* table, int row, std::initializer_list<std::string> texts) {
+  int column = 0;
+  for (const std::string& text : texts) {
+    auto* item = new QTableWidgetItem(FromBytes(text));
+    item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    table->setItem(row, column++, item);
+  }
+}
+
+void Prepare(QTableWidget* table, const QStringList& heads) {
+  table->setColumnCount(static_cast<int>(heads.size()));
+  table->setHorizontalHeaderLabels(heads);
+  table->verticalHeader()->hide();
+  table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 4);
+  table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  table->horizontalHeader()->setStretchLastSection(true);
+  table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+}
+
+}  // namespace
+
+TF_dldata::TF_dldata(QWidget* parent) : QWidget(parent, Qt::Window), ui_(std::make_unique<Ui::TF_dldata>()) {
+  ui_->setupUi(this);
+  Prepare(ui_->GridVerlauf, {u"Nr."_s, u"Antwort"_s, u"Zeit"_s, u"Abstand"_s});
+  Prepare(ui_->GridReihe1, {u"x"_s, u"Abstand"_s});
+  Prepare(ui_->GridReihe2, {u"x"_s, u"Abstand"_s});
+}
+
+TF_dldata::~TF_dldata() = default;
+
+void TF_dldata::Show(const AnswerStatistics& statistics, std::string_view question, std::string_view answer) {
+  ui_->LabelTitel->setText(FromBytes(StatisticsTitle(question, answer)));
+  const StatisticsTexts texts = TextsOf(statistics);
+  ShowHistory(texts);
+  ShowSeries(ui_->GridReihe1, texts.trends[0]);
+  ShowSeries(ui_->GridReihe2, texts.trends[1]);
+  ui_->Edit_y1->setText(FromBytes(texts.trends[0].line));
+  ui_->Edit_y2->setText(FromBytes(texts.trends[1].line));
+  ui_->EditPredict1->setText(FromBytes(texts.trends[0].prediction));
+  ui_->EditPredict2->setText(FromBytes(texts.trends[1].prediction));
+  ui_->EditGewicht->setText(statistics.forecast ? FromBytes(texts.score) : u"0;  (ohne Berechnung)"_s);
+  ui_->EditStatus->setText(statistics.history.corrected ? u"Korrektur Zeitreihe"_s : QString());
+  ui_->Abstaende->Show(statistics.forecast);
+}
+
+void TF_dldata::ShowHistory(const StatisticsTexts& texts) {
+  ui_->GridVerlauf->setRowCount(static_cast<int>(texts.history.size()));
+  int row = 0;
+  for (const HistoryRowText& text : texts.history) {
+    SetRow(ui_->GridVerlauf, row++, {text.number, text.letter, text.time, text.interval});
+  }
+}
+
+void TF_dldata::ShowSeries(QTableWidget* table, const TrendTexts& texts) {
+  table->setRowCount(static_cast<int>(texts.rows.size()));
+  int row = 0;
+  for (const SeriesRowText& text : texts.rows) SetRow(table, row++, {text.x, text.interval});
+}
+
+void TF_dldata::closeEvent(QCloseEvent* event) {
+  QWidget::closeEvent(event);
+  Q_EMIT Closed();
+}
+
+}  // namespace tessaro

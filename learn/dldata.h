@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+#include <string_view>
+
+#include "learn/answer_log.h"
+
+class QTableWidget;
+
+namespace Ui {
+class TF_dldata;
+}
+
+namespace tessaro {
+
+struct StatisticsTexts;
+struct TrendTexts;
+
+// The statistics of the card answered last: its history, the two lines through the intervals between its answers, and
+// the retention time that follows. Stays beside the learning window while it is switched on.
+class TF_dldata : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit TF_dldata(QWidget* parent = nullptr);
+  ~TF_dldata() override;
+
+  void Show(const AnswerStatistics& statistics, std::string_view question, std::string_view answer);
+
+ Q_SIGNALS:
+  void Closed();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void ShowHistory(const StatisticsTexts& texts);
+  static void ShowSeries(QTableWidget* table, const TrendTexts& texts);
+
+  std::unique_ptr<Ui::TF_dldata> ui_;
+};
+
+}  // namespace tessaro
