@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
+#include <QTextDocumentFragment>
 #include <QVBoxLayout>
 
 #include "hypertext/plain_text.h"
@@ -28,10 +29,6 @@ constexpr int kFrameMargin = 3;
 constexpr int kPaperMargin = 20;
 constexpr int kLargestPictureSide = 4096;
 constexpr uint64_t kLargestTextFile = 8 << 20;
-
-QString PathText(const std::filesystem::path& path) {
-  return QString::fromStdString(path.string());
-}
 
 QPlainTextEdit* MakeTextView(const QString& name) {
   auto* view = new QPlainTextEdit;
@@ -171,7 +168,7 @@ void CardPages::ShowSide(std::string_view side, const SideLook& look) {
   text_->setPlainText(FromBytes(PlainText(side)));
   ShowPages(side);
   bool first = false;
-  if (const auto sound = NamedFile(side, MediaKind::Sound, first)) Q_EMIT SoundWanted(PathText(*sound));
+  if (const auto sound = NamedFile(side, MediaKind::Sound, first)) Q_EMIT SoundWanted(FromPath(*sound));
   if (currentIndex() == kVideo) PlayVideo();
 }
 
@@ -205,7 +202,7 @@ void CardPages::ShowPages(std::string_view side) {
   const auto picture = NamedFile(side, MediaKind::Picture, first);
   offer(kPicture, picture && ShowPicture(*picture), first);
   const auto video = NamedFile(side, MediaKind::Video, first);
-  video_path_ = video ? PathText(*video) : QString();
+  video_path_ = video ? FromPath(*video) : QString();
   offer(kVideo, video.has_value(), first);
   const auto text = NamedFile(side, MediaKind::Text, first);
   offer(kTextFile, text && ShowTextFile(*text), first);
@@ -215,7 +212,7 @@ void CardPages::ShowPages(std::string_view side) {
 }
 
 bool CardPages::ShowPicture(const std::filesystem::path& path) {
-  QImageReader reader(PathText(path));
+  QImageReader reader(FromPath(path));
   reader.setAutoTransform(true);
   const QSize size = reader.size();
   if (size.width() > kLargestPictureSide || size.height() > kLargestPictureSide) {
@@ -233,6 +230,11 @@ bool CardPages::ShowTextFile(const std::filesystem::path& path) {
   const std::optional<std::string> bytes = ReadFile(RealDisk(), path);
   if (bytes) text_file_->setPlainText(QString::fromStdString(ReadableText(*bytes)));
   return bytes.has_value();
+}
+
+QString CardPages::SelectedText() const {
+  const QPlainTextEdit* front = currentIndex() == kText ? text_ : currentIndex() == kTextFile ? text_file_ : nullptr;
+  return front == nullptr ? QString() : front->textCursor().selection().toPlainText();
 }
 
 void CardPages::ScrollBy(int heights) {

@@ -32,6 +32,8 @@ class CardPages : public QTabWidget {
   void ShowSide(std::string_view side, const SideLook& look);
   // Takes away the screen that stands in the card.
   void CloseVideo();
+  // What is marked on the page in front; empty when nothing is.
+  QString SelectedText() const;
   // Scrolls the page in front by so many heights of it.
   void ScrollBy(int heights);
   // How wide the pages need to be for lines of about 75 letters.

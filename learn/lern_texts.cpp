@@ -190,6 +190,10 @@ QString NothingToUndoHint() {
   return u"In diesem Lauf gibt es keine Entscheidung mehr, die zurückzunehmen ist."_s;
 }
 
+QString RunEndedHint() {
+  return u"Der Lauf ist beendet."_s;
+}
+
 QString AnswerFailedText() {
   return u"Exceptionfehler bei Auswertung"_s;
 }

@@ -41,8 +41,9 @@ QString NothingDueNotice(std::optional<int64_t> seconds);
 QString EndOfFileNotice();
 QString NoCardsNotice();
 
-// Why undo is greyed.
+// Why controls are greyed.
 QString NothingToUndoHint();
+QString RunEndedHint();
 
 // Faults of the window itself.
 QString AnswerFailedText();

@@ -6,11 +6,13 @@
 #include <algorithm>
 
 #include "hypertext/video_screen.h"
+#include "learn/learning_keys.h"
 #include "learn/lern_texts.h"
 #include "learn/link_state.h"
 #include "learn/shortcut_code.h"
 #include "learn/side_look.h"
 #include "learn/wnlern_look.h"
+#include "platform/qt/text.h"
 #include "platform/qt/window_place.h"
 #include "ui_wnlern.h"
 
@@ -192,26 +194,19 @@ void TF_wnlern::ReadOptions() {
 }
 
 void TF_wnlern::ReadShortcuts() {
-  struct Shortcut {
-    std::string_view key;
-    QAction* action;
-    QKeyCombination standard;
-  };
-  const std::array<Shortcut, 5> shortcuts = {{{"turn", ui_->MKarteDrehen, Qt::Key_Backspace},
-                                              {"know", ui_->Weiss_ich, Qt::Key_Return},
-                                              {"learn", ui_->Lerne_ich, Qt::Key_Delete},
-                                              {"back", ui_->MBack, Qt::Key_End},
-                                              {"home", ui_->MHome, Qt::Key_Home}}};
+  const std::array<QAction*, kLearningCommands> actions = {ui_->MKarteDrehen, ui_->Weiss_ich, ui_->Lerne_ich,
+                                                           ui_->MBack, ui_->MHome};
+  const LearningKeys codes = ReadLearningKeys(settings_.ini);
   // Two commands with the same key: the first one has it. Qt would run neither.
   QList<QKeySequence> taken;
-  for (const Shortcut& shortcut : shortcuts) {
-    const int64_t code = settings_.ini.GetInt("LShortCuts", shortcut.key, 0);
-    const QKeyCombination key = KeyFromShortcutCode(code).value_or(shortcut.standard);
+  for (size_t i = 0; i < actions.size(); ++i) {
+    const auto stored = KeyFromShortcutCode(codes[i]);
+    const QKeyCombination key = stored ? *stored : *KeyFromShortcutCode(kStandardKeys[i]);
     QList<QKeySequence> keys = {QKeySequence(key)};
     if (key.key() == Qt::Key_Return) keys += QKeySequence(QKeyCombination(key.keyboardModifiers(), Qt::Key_Enter));
     if (taken.contains(keys.front())) keys.clear();
     taken += keys;
-    shortcut.action->setShortcuts(keys);
+    actions[i]->setShortcuts(keys);
   }
   for (QAction* action : {ui_->MUndo, ui_->MSpeichern, ui_->MKopieren}) {
     if (taken.contains(action->shortcut())) action->setShortcut({});
@@ -230,7 +225,9 @@ void TF_wnlern::ReadLooks() {
   const int paper = std::max(CardPages::PaperWidth(looks_[0].font), CardPages::PaperWidth(looks_[1].font));
   ui_->Kartenspalte->setMaximumWidth(std::max(paper, ui_->AntwortzeileLayout->sizeHint().width()));
   const std::filesystem::path folder = file_.paths().cards.parent_path();
-  ui_->PageControlAnz->SetMediaFolders({folder, folder / "Medien"});
+  // An absolute path stands for itself.
+  const QString media = FromBytes(settings_.ini.GetString("MEDIA", "Folder", "Medien"));
+  ui_->PageControlAnz->SetMediaFolders({folder, folder / ToPath(media)});
   ui_->PageControlAnz->SetLinkColours([this](int64_t id) {
     switch (LinkStateOf(file_, id, run_->parameters(), clock_.Now())) {
       case LinkState::KnownNotDue:

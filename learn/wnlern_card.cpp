@@ -133,11 +133,13 @@ void TF_wnlern::VideoEnded() {
 }
 
 void TF_wnlern::MKopierenClick() {
-  if (run_ != nullptr) QGuiApplication::clipboard()->setText(FromBytes(PlainText(run_->side_text())));
+  const QString selected = ui_->PageControlAnz->SelectedText();
+  const QString text = selected.isEmpty() ? FromBytes(PlainText(run_->side_text())) : selected;
+  QGuiApplication::clipboard()->setText(text);
 }
 
 void TF_wnlern::MSpeichernClick() {
-  if (run_ != nullptr) run_->KeepPositions();
+  run_->KeepPositions();
   Q_EMIT SaveWanted();
 }
 
@@ -205,6 +207,9 @@ void TF_wnlern::ShowControls() {
   const bool open = card && !run_->ended();
   ui_->Antwortzeile->setEnabled(open);
   ui_->Tageszeile->setEnabled(open);
+  for (AnswerButton* button : {ui_->BtHand, ui_->BtLerneIch, ui_->BtWeissIch}) {
+    button->setToolTip(open ? button->accessibleDescription() : RunEndedHint());
+  }
   for (QAction* action : {ui_->MDrehen, ui_->MKarteDrehen, ui_->Weiss_ich, ui_->Lerne_ich}) action->setEnabled(open);
   ui_->MenuWiedervorlage->setEnabled(open);
   ui_->SpeedButtonUndo->setEnabled(run_->CanUndo());
@@ -224,13 +229,15 @@ void TF_wnlern::ShowControls() {
   FocusNextStep();
 }
 
-// The button for what comes next has the focus, so that the space bar does it too.
+// The button for what comes next has the focus, so that the space bar does it too. A navigation card asks nothing: the
+// next thing is to go on.
 void TF_wnlern::FocusNextStep() {
-  const bool first = run_->first_side_shown();
-  ui_->BtHand->SetProminent(first);
-  ui_->BtLerneIch->SetProminent(!first);
-  ui_->BtWeissIch->SetProminent(!first);
-  if (card_changed_) (first ? ui_->BtHand : ui_->BtWeissIch)->setFocus();
+  const bool asks = !run_->card().navigation;
+  const bool turn = asks && run_->first_side_shown();
+  ui_->BtHand->SetProminent(turn);
+  ui_->BtLerneIch->SetProminent(asks && !turn);
+  ui_->BtWeissIch->SetProminent(asks && !turn);
+  if (card_changed_) (turn ? ui_->BtHand : ui_->BtWeissIch)->setFocus();
 }
 
 void TF_wnlern::ShowNotice() {
