@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,55 +10,13 @@
 #include "platform/file_lock.h"
 #include "store/card_columns.h"
 #include "store/card_figures.h"
+#include "store/card_file_types.h"
 #include "store/card_table.h"
 #include "store/ini_file.h"
 #include "store/learn_index.h"
 #include "store/link_index.h"
 
 namespace tessaro {
-
-// The companions of X.mlb: the same drive, folder and name with another ending.
-struct CardFilePaths {
-  std::filesystem::path cards;        // X.mlb
-  std::filesystem::path learn_index;  // X.row
-  std::filesystem::path link_index;   // X.idt
-  std::filesystem::path settings;     // X.ini
-  std::filesystem::path backup;       // X.ml~
-};
-CardFilePaths PathsFor(const std::filesystem::path& cards);
-
-// True for a path that ends in exactly ".mlb" or ".MLB"; a mixed-case ending is deliberately refused.
-bool HasCardFileType(const std::filesystem::path& path);
-
-// What happens, as it happens, for the status line. `file_size` is that of the file to be loaded, 0 when saving.
-enum class FileStage { LoadCards, LoadLearnIndex, LoadLinkIndex, SaveCards, SaveLearnIndex, SaveLinkIndex };
-using StageObserver = std::function<void(FileStage stage, uint64_t file_size)>;
-
-enum class OpenResult {
-  Opened,
-  WrongType,   // the name does not end in .mlb or .MLB
-  CannotOpen,  // no such file, or not readable
-  CannotLoad,  // reading broke off
-  Unusable,    // no cards in it, or not a card file
-  InUse,       // another running program has it open
-};
-struct OpenReport {
-  OpenResult result = OpenResult::Opened;
-  bool learn_index_rebuilt = false;
-  bool link_index_rebuilt = false;
-  bool index_defect = false;  // a rebuild failed on a defect of the card table
-  bool end_missing = false;   // the file broke off before its end row; `cards` cards were read
-  int cards = 0;
-  std::string in_use_by;  // for InUse: who holds it, as "machine, process 123"; empty when unknown
-};
-
-enum class SaveResult { Saved, CardsFailed, LearnIndexFailed, LinkIndexFailed, SettingsFailed };
-
-struct SpaceEstimate {
-  uint64_t needed = 0;           // bytes: cards times the clamped bytes-per-card estimate, plus 20 %
-  std::optional<uint64_t> free;  // bytes free on the target drive; nothing when it cannot be told
-  bool Enough() const { return !free || needed <= *free; }
-};
 
 // The card file that is open, or none. It owns the card table with both indexes and the settings of the file. There is
 // one in a running program; functions that work on cards take a reference to it.
