@@ -1,5 +1,6 @@
 #include "store/table_scan.h"
 
+#include <algorithm>
 #include <bit>
 
 // x86 processors of 64 bits have SSE2; most have AVX2, which is asked for at run time.
@@ -30,21 +31,27 @@ __attribute__((always_inline)) inline uint32_t* AddPlaces(uint64_t bits, size_t 
   return places + count;
 }
 
+bool IsMark(char byte, char separator) {
+  return byte == separator || byte == '\\' || byte == '\n';
+}
+
 #ifdef TESSARO_SSE2
 
+// A bit for each of 16 bytes.
+uint32_t MarksOf16(const char* text, char separator) {
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+  const __m128i equal = _mm_or_si128(
+      _mm_or_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(separator)), _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\\'))),
+      _mm_cmpeq_epi8(bytes, _mm_set1_epi8('\n')));
+  return static_cast<uint32_t>(_mm_movemask_epi8(equal));
+}
+
 size_t FindMarksSse2(const char* text, size_t size, char separator, uint32_t* places) {
-  const __m128i separators = _mm_set1_epi8(separator);
-  const __m128i backslashes = _mm_set1_epi8('\\');
-  const __m128i line_feeds = _mm_set1_epi8('\n');
   uint32_t* next = places;
   for (size_t start = 0; start < size; start += kScanWidth) {
     uint64_t found = 0;
     for (size_t i = 0; i < kScanWidth; i += sizeof(__m128i)) {
-      const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + start + i));
-      const __m128i equal =
-          _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(bytes, separators), _mm_cmpeq_epi8(bytes, backslashes)),
-                       _mm_cmpeq_epi8(bytes, line_feeds));
-      found |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(equal))) << i;
+      found |= static_cast<uint64_t>(MarksOf16(text + start + i, separator)) << i;
     }
     next = AddPlaces(found, start, size, next);
   }
@@ -77,8 +84,7 @@ size_t FindMarksPortable(const char* text, size_t size, char separator, uint32_t
   for (size_t start = 0; start < size; start += kScanWidth) {
     uint64_t found = 0;
     for (size_t i = 0; i < kScanWidth; ++i) {
-      const char byte = text[start + i];
-      found |= static_cast<uint64_t>(byte == separator || byte == '\\' || byte == '\n') << i;
+      found |= static_cast<uint64_t>(IsMark(text[start + i], separator)) << i;
     }
     next = AddPlaces(found, start, size, next);
   }
@@ -96,6 +102,24 @@ size_t FindMarks(const char* text, size_t size, char separator, uint32_t* places
 #else
   return FindMarksPortable(text, size, separator, places);
 #endif
+}
+
+size_t FindFirstMark(std::string_view text, char separator) {
+#ifdef TESSARO_SSE2
+  constexpr size_t kStep = sizeof(__m128i);
+  if (text.size() >= kStep) {
+    for (size_t at = 0;; at += kStep) {
+      // The last step goes over some bytes twice.
+      at = std::min(at, text.size() - kStep);
+      const uint32_t found = MarksOf16(text.data() + at, separator);
+      if (found != 0) return at + static_cast<size_t>(std::countr_zero(found));
+      if (at + kStep == text.size()) return text.size();
+    }
+  }
+#endif
+  size_t at = 0;
+  while (at < text.size() && !IsMark(text[at], separator)) ++at;
+  return at;
 }
 
 }  // namespace tessaro

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace tessaro {
 
@@ -11,5 +12,8 @@ inline constexpr size_t kScanWidth = 64;
 // Writes where in the text the separators, backslashes and line feeds are, in ascending order, and returns how many.
 // `text` has less than 4 GiB; `places` has room for `size` + kScanWidth numbers.
 size_t FindMarks(const char* text, size_t size, char separator, uint32_t* places);
+
+// Where the first of these marks is; the size of the text when there is none. Reads nothing behind it.
+size_t FindFirstMark(std::string_view text, char separator);
 
 }  // namespace tessaro

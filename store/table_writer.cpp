@@ -2,6 +2,7 @@
 
 #include "platform/disk.h"
 #include "platform/progress.h"
+#include "store/table_scan.h"
 
 namespace tessaro {
 namespace {
@@ -16,31 +17,31 @@ TableWriter::TableWriter(WritableFile& file, char separator, const TableContent&
     : file_(file),
       separator_(separator),
       content_(content),
+      progress_(Progress()),
       line_end_(content.line_end == LineEnd::CrLf ? "\r\n" : "\n"),
       spans_fit_(separator == content.loaded_separator) {}
 
 bool TableWriter::Write() {
   if (content_.columns.size() == 0) return true;
   buffer_.reserve(kBufferSize);
-  if (!WriteHeader()) return false;
+  AddHeader();
   for (int i = 0; i < content_.order.size(); ++i) {
     if (!WriteRow(content_.order.At(i))) return false;
+    Count();
   }
   return WriteSpan() && WriteBuffer();
 }
 
-bool TableWriter::WriteHeader() {
+void TableWriter::AddHeader() {
   for (int column = 0; column < content_.columns.size(); ++column) {
     if (column > 0) buffer_ += separator_;
     buffer_ += content_.columns.Name(column);
   }
   buffer_ += line_end_;
   Count();
-  return true;
 }
 
 bool TableWriter::WriteRow(RowHandle row) {
-  Count();
   if (const RowStore::Value bytes = content_.rows.AsWritten(row); bytes && spans_fit_) {
     const size_t size = bytes->size() + line_end_.size();
     if (!span_.empty() && span_.data() + span_.size() == bytes->data()) {
@@ -65,13 +66,10 @@ void TableWriter::AddFields(RowHandle row) {
 }
 
 void TableWriter::AddEscaped(std::string_view text) {
-  const char marks[] = {'\n', '\\', separator_};
-  const std::string_view set(marks, sizeof(marks));
-  for (size_t mark = text.find_first_of(set); mark != std::string_view::npos; mark = text.find_first_of(set)) {
+  for (size_t mark = 0; (mark = FindFirstMark(text, separator_)) < text.size(); text.remove_prefix(mark + 1)) {
     buffer_ += text.substr(0, mark);
     buffer_ += '\\';
     buffer_ += text[mark] == '\n' ? 'n' : text[mark];
-    text.remove_prefix(mark + 1);
   }
   buffer_ += text;
 }
@@ -92,10 +90,9 @@ bool TableWriter::WriteBuffer() {
   return written;
 }
 
-void TableWriter::Count() const {
-  ProgressState& progress = Progress();
-  progress.counter += content_.columns.size();
-  progress.ShowPosition(progress.counter);
+void TableWriter::Count() {
+  progress_.counter += content_.columns.size();
+  progress_.ShowPosition(progress_.counter);
 }
 
 }  // namespace tessaro

@@ -8,6 +8,7 @@
 namespace tessaro {
 
 class WritableFile;
+struct ProgressState;
 
 // Writes a table file. Neighbouring rows that are still as they were read go out as one span of the loaded block; all
 // others are written field by field.
@@ -19,17 +20,18 @@ class TableWriter {
   [[nodiscard]] bool Write();
 
  private:
-  bool WriteHeader();
+  void AddHeader();
   bool WriteRow(RowHandle row);
   void AddFields(RowHandle row);
   void AddEscaped(std::string_view text);
   bool WriteSpan();
   bool WriteBuffer();
-  void Count() const;
+  void Count();
 
   WritableFile& file_;
   const char separator_;
   const TableContent& content_;
+  ProgressState& progress_;
   const std::string_view line_end_;
   const bool spans_fit_;   // rows as read are rows as written
   std::string_view span_;  // rows of the block that are still to be written; the buffer goes before them
