@@ -59,6 +59,8 @@ class TF_wnmain : public QMainWindow {
   bool FormCloseQuery();
   // Asks to save a changed card file before another takes its place, and ends a learning run. False: stay.
   bool LeaveFile();
+  // Saving is also asked for by the learning window, and its questions stand over that.
+  QWidget* Asker();
   bool MayOverwrite();
   // Samples are opened as copies in the user's own folder.
   bool LoadFile(const std::filesystem::path& chosen);

@@ -1,5 +1,6 @@
 // The commands of the main window that open and save card files.
 
+#include <QApplication>
 #include <QLocale>
 #include <QTime>
 
@@ -158,9 +159,14 @@ void TF_wnmain::KeepBytesPerCard() {
   program_.settings().ini.SetInt(kSpaceSection, kBytesPerCard, static_cast<int64_t>(state->size) / file_.CardCount());
 }
 
+QWidget* TF_wnmain::Asker() {
+  QWidget* active = QApplication::activeWindow();
+  return active != nullptr ? active : this;
+}
+
 bool TF_wnmain::MayOverwrite() {
   if (!file_.ChangedOnDisk()) return true;
-  return program_.messages().Question(this,
+  return program_.messages().Question(Asker(),
                                       u"\nEin anderes Programm hat die Kartei\nauf der Platte inzwischen geändert.\n\n"
                                       u"Soll sie durch die Kartei in diesem Fenster\nersetzt werden?"_s,
                                       u"Ersetzen"_s, u"Nicht speichern"_s, {}, Answer::No) == Answer::Yes;
@@ -215,7 +221,7 @@ bool TF_wnmain::Write(bool enough_space, const SaveStep& save) {
   setWindowModified(file_.changed());
   if (result != SaveResult::Saved) {
     ShowStatus(u"Nicht vollständig gespeichert"_s, Accent::Warning);
-    program_.messages().Error(this, FailureText(result));
+    program_.messages().Error(Asker(), FailureText(result));
     return false;
   }
   if (enough_space) ShowStatus(u"Gespeichert um %1"_s.arg(QTime::currentTime().toString(u"HH:mm"_s)));

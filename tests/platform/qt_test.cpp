@@ -1,0 +1,133 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QScreen>
+#include <QWidget>
+#include <cmath>
+
+#include "platform/qt/icons.h"
+#include "platform/qt/text.h"
+#include "platform/qt/theme.h"
+#include "platform/qt/window_place.h"
+#include "store/ini_file.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+TEST(Text, EveryByteSurvivesTheWayThereAndBack) {
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) all.push_back(static_cast<char>(byte));
+  EXPECT_EQ(ToBytes(FromBytes(all)), all);
+  EXPECT_EQ(FromBytes("\x80 \xC4\xD6\xDC\xE4\xF6\xFC\xDF \x84\x93\x96 \x9F"), u"€ ÄÖÜäöüß „“– Ÿ"_s);
+}
+
+TEST(Text, WhatTheCodePageCannotHoldIsRefused) {
+  for (const QString& text : {u"Ω"_s, u"Čeština"_s, u"日本"_s, u"😀"_s, QString(QChar(0x0100))}) {
+    EXPECT_EQ(ToBytes(u"gut "_s + text), std::nullopt) << text.toStdString();
+  }
+}
+
+// Relative luminance and contrast as the accessibility guidelines for the web compute them.
+double Luminance(const QColor& colour) {
+  const auto linear = [](double part) {
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+double Contrast(const QColor& one, const QColor& other) {
+  const double a = Luminance(one);
+  const double b = Luminance(other);
+  return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+TEST(Theme, TextAndAccentsAreReadableInBothPalettes) {
+  constexpr double kReadable = 4.5;
+  for (const Theme theme : {Theme::Light, Theme::Dark}) {
+    const QPalette palette = ThemePalette(theme);
+    EXPECT_EQ(IsDark(palette), theme == Theme::Dark);
+    const auto colour = [&](QPalette::ColorRole role) { return palette.color(QPalette::Active, role); };
+    for (const QPalette::ColorRole ground : {QPalette::Window, QPalette::Base, QPalette::Button}) {
+      for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Link, QPalette::LinkVisited}) {
+        EXPECT_GE(Contrast(colour(role), colour(ground)), kReadable) << static_cast<int>(role);
+      }
+      for (const Accent accent : {Accent::Known, Accent::NotKnown, Accent::Notice, Accent::Warning}) {
+        EXPECT_GE(Contrast(AccentColour(accent, palette), colour(ground)), kReadable) << static_cast<int>(accent);
+      }
+    }
+    EXPECT_GE(Contrast(colour(QPalette::HighlightedText), colour(QPalette::Highlight)), kReadable);
+  }
+}
+
+// The colour of the strongest pixel of an icon.
+QColor InkOf(const QIcon& icon, QIcon::Mode mode) {
+  const QImage image = icon.pixmap(QSize(32, 32), 1.0, mode).toImage();
+  QColor ink(Qt::transparent);
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      const QColor pixel = image.pixelColor(x, y);
+      if (pixel.alpha() > ink.alpha()) ink = pixel;
+    }
+  }
+  return ink;
+}
+
+TEST(Icons, FollowThePaletteUnlessTheyHaveAColour) {
+  const QPalette before = QApplication::palette();
+  const QIcon icon = Icon("home");
+  const QIcon green = Icon("known", QColor(0, 128, 0));
+  for (const Theme theme : {Theme::Light, Theme::Dark}) {
+    const QPalette palette = ThemePalette(theme);
+    QApplication::setPalette(palette);
+    EXPECT_EQ(InkOf(icon, QIcon::Normal).rgb(), palette.color(QPalette::Active, QPalette::WindowText).rgb());
+    EXPECT_EQ(InkOf(icon, QIcon::Disabled).rgb(), palette.color(QPalette::Disabled, QPalette::WindowText).rgb());
+    EXPECT_EQ(InkOf(green, QIcon::Normal).rgb(), QColor(0, 128, 0).rgb());
+  }
+  QApplication::setPalette(before);
+  EXPECT_TRUE(Icon("no such icon").isNull());
+}
+
+TEST(WindowPlace, ComesBackAndIsAlwaysOnAScreen) {
+  const QRect screen = QApplication::primaryScreen()->availableGeometry();
+  struct Case {
+    QRect kept;
+    QRect restored;
+  };
+  const Case cases[] = {
+      {{50, 60, 300, 200}, {50, 60, 300, 200}},
+      {{-5000, -5000, 300, 200}, {screen.left(), screen.top(), 300, 200}},
+      {{90000, 90000, 300, 200}, {screen.right() + 1 - 300, screen.bottom() + 1 - 200, 300, 200}},
+      {{50, 60, 90000, 90000}, {screen.left(), screen.top(), screen.width(), screen.height()}},
+      {{50, 60, -7, 0}, {50, 60, 120, 100}},
+  };
+  for (const Case& c : cases) {
+    IniFile settings;
+    settings.Parse("[POS]\nxT=" + std::to_string(c.kept.x()) + "\nyT=" + std::to_string(c.kept.y()) +
+                   "\ncxT=" + std::to_string(c.kept.width()) + "\ncyT=" + std::to_string(c.kept.height()) + "\n");
+    QWidget window;
+    window.setMinimumSize(120, 100);
+    RestoreWindowPlace(window, settings, "T");
+    EXPECT_EQ(QRect(window.pos(), window.size()), c.restored) << c.kept.x() << " " << c.kept.width();
+    KeepWindowPlace(window, settings, "T");
+    EXPECT_EQ(settings.GetInt("POS", "cxT", 0), c.restored.width());
+    EXPECT_EQ(settings.GetInt("POS", "xT", 0), c.restored.x());
+  }
+}
+
+TEST(WindowPlace, OfAMaximisedWindowIsTheOneItGoesBackTo) {
+  IniFile settings;
+  QWidget window;
+  window.setGeometry(40, 50, 300, 200);
+  window.show();
+  window.showMaximized();
+  QApplication::processEvents();
+  KeepWindowPlace(window, settings, "T");
+  EXPECT_EQ(settings.GetInt("POS", "cxT", 0), 300);
+  QWidget next;
+  RestoreWindowPlace(next, settings, "T");
+  EXPECT_TRUE(next.isMaximized());
+}
+
+}  // namespace
+}  // namespace tessaro
