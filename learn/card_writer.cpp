@@ -1,22 +1,27 @@
 #include "learn/card_writer.h"
 
+#include <vector>
+
 namespace tessaro {
 
 void CardWriter::Write(int row, const CardChange& change) {
   const CardReader cards(file_);
   const bool was_unknown = unknown_ && cards.IsUnknown(row);
   const CardColumns& columns = file_.columns();
+  std::vector<int> changed;
   const auto put = [&](int column, const std::optional<std::string>& text) {
-    if (text) file_.cards().Poke(column, row, *text);
+    if (!text) return;
+    file_.cards().Poke(column, row, *text);
+    changed.push_back(column);
   };
   put(columns.topic, change.topic);
   put(columns.yes_no_row, change.yes_no_row);
   put(columns.time_row, change.time_row);
   put(columns.score, change.score);
   put(columns.time_learned, change.time_learned);
+  if (!changed.empty()) file_.RowChanged(row, changed);
 
   if (unknown_) *unknown_ += static_cast<int>(cards.IsUnknown(row)) - static_cast<int>(was_unknown);
-  file_.MarkChanged();
   if (observer_ != nullptr) observer_->RowChanged(row);
 }
 

@@ -80,6 +80,7 @@ int64_t BringNewCards(const BoxLimits& limits, BoxCounts& counts, BoxCommands& c
 BoxCounts CountBoxes(CardFile& file, CardWriter& writer, const std::function<void(const BoxCounts&)>& progress) {
   const CardReader cards(file);
   BoxCounts counts;
+  file.BeginManyChanges();
   for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
     if (cards.Id(row).substr(0, 1) == "#") break;
     if (progress && (row - kFirstCardRow) % kProgressStep == 0) progress(counts);
@@ -91,6 +92,7 @@ BoxCounts CountBoxes(CardFile& file, CardWriter& writer, const std::function<voi
       ++counts.boxes[static_cast<size_t>(level - 1)];
     }
   }
+  file.EndManyChanges();
   return counts;
 }
 

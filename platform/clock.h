@@ -20,4 +20,7 @@ class RealClock : public Clock {
   int64_t Milliseconds() const override;
 };
 
+// The machine's own clock.
+const Clock& SystemClock();
+
 }  // namespace tessaro

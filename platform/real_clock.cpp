@@ -14,4 +14,9 @@ int64_t RealClock::Milliseconds() const {
   return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
+const Clock& SystemClock() {
+  static const RealClock clock;
+  return clock;
+}
+
 }  // namespace tessaro

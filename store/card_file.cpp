@@ -64,14 +64,14 @@ CardFilePaths PathsFor(const fs::path& cards) {
   const auto with_ending = [&](const char* ending) { return fs::path(cards).replace_extension(ending); };
   std::string backup = cards.string();
   if (!backup.empty()) backup.back() = '~';
-  return {cards, with_ending(".row"), with_ending(".idt"), with_ending(".ini"), backup};
+  return {cards, with_ending(".row"), with_ending(".idt"), with_ending(".ini"), backup, with_ending(".mlj")};
 }
 
 bool HasCardFileType(const fs::path& path) {
   return EndsInAny(path, ".mlb", ".MLB");
 }
 
-CardFile::CardFile(Disk& disk) : disk_(disk) {}
+CardFile::CardFile(Disk& disk, const Clock& clock) : disk_(disk), journal_(disk, clock) {}
 CardFile::~CardFile() = default;
 
 int CardFile::CardCount() const {
@@ -115,7 +115,9 @@ OpenReport CardFile::Open(const fs::path& path, const StageObserver& observer) {
   if (report.result != OpenResult::Opened) return report;
   LoadIndexes(paths, observer, content, report);
   content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
+  const ContentStamp stamp = content.stamp;
   Become(std::move(content), paths, std::move(lock));
+  FindUnsaved(paths, stamp, report);
   return report;
 }
 
@@ -126,7 +128,9 @@ OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observ
   Tell(observer, FileStage::LoadCards, file->Size());
   content.cards.SetSeparator(kFieldSeparator);
   content.cards.SetNameFromPath(path.string());
-  if (!content.cards.LoadFrom(*file)) return Refused(OpenResult::CannotLoad);
+  StampingReader stamped(*file);
+  if (!content.cards.LoadFrom(stamped)) return Refused(OpenResult::CannotLoad);
+  content.stamp = stamped.Stamp();
   const CardTableState state = CompleteCards(content.cards);
   if (state == CardTableState::Unusable) return Refused(OpenResult::Unusable);
   content.columns = ColumnsOf(content.cards);
@@ -193,7 +197,7 @@ OpenReport CardFile::Restore(const fs::path& path, const StageObserver& observer
   content.on_disk = content_.on_disk;
   if (content.damaged_original.empty()) content.damaged_original = content_.damaged_original;
   content_ = std::move(content);
-  changed_ = true;
+  TableChanged();
   return report;
 }
 
@@ -214,8 +218,14 @@ OpenReport CardFile::RestoreBackup(const fs::path& path, const StageObserver& ob
   report.index_defect = !BuildIndexes(content, ids);
   content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
   content.on_disk = disk_.State(paths.cards);
+  const ContentStamp stamp = content.stamp;
   Become(std::move(content), paths, std::move(lock));
   changed_ = true;
+  FindUnsaved(paths, stamp, report);
+  if (report.unsaved) return report;
+  // What lies under the card file's own name, if anything, is another state than the backup.
+  journal_.Begin(paths.journal, StampOf(disk_, paths.cards).value_or(stamp));
+  TableChanged();
   return report;
 }
 
@@ -229,6 +239,9 @@ bool CardFile::TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& l
 
 void CardFile::Become(Content content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock) {
   if (paths.cards != paths_.cards) lock_ = std::move(lock);
+  journal_.End();
+  journal_.Begin(paths.journal, content.stamp);
+  unsaved_.clear();
   content_ = std::move(content);
   paths_ = paths;
   changed_ = false;
@@ -238,6 +251,7 @@ SaveResult CardFile::Save(const StageObserver& observer) {
   if (!IsOpen()) return SaveResult::CardsFailed;
   SaveResult result = WriteFiles(content_, paths_, observer);
   if (result == SaveResult::CardsFailed) return result;
+  journal_.Saved(content_.stamp);
   if (!WriteSettings(content_, paths_.settings) && result == SaveResult::Saved) result = SaveResult::SettingsFailed;
   if (result == SaveResult::Saved) changed_ = false;
   return result;
@@ -269,6 +283,9 @@ SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer)
   content_.damaged_original.clear();
   content_.settings_unreadable = false;
   if (!WriteSettings(content_, paths.settings) && result == SaveResult::Saved) result = SaveResult::SettingsFailed;
+  journal_.End();
+  journal_.Begin(paths.journal, content_.stamp);
+  unsaved_.clear();
   paths_ = paths;
   lock_ = std::move(lock);
   changed_ = result != SaveResult::Saved;
@@ -278,7 +295,13 @@ SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer)
 SaveResult CardFile::WriteFiles(Content& content, const CardFilePaths& paths, const StageObserver& observer) {
   Tell(observer, FileStage::SaveCards, 0);
   if (!KeepDamagedOriginal(content, paths)) return SaveResult::CardsFailed;
-  const auto write = [&](WritableFile& file) { return content.cards.SaveTo(file); };
+  const auto write = [&](WritableFile& file) {
+    StampingWriter stamped(file);
+    if (!content.cards.SaveTo(stamped)) return false;
+    content.stamp = stamped.Stamp();
+    if (&content == &content_) journal_.Written(content.stamp);
+    return true;
+  };
   if (!ReplaceFile(disk_, paths.cards, write, paths.backup)) return SaveResult::CardsFailed;
   content.on_disk = disk_.State(paths.cards);
   const CardIds ids(content.cards);
@@ -338,6 +361,8 @@ bool CardFile::BuildIndexes(Content& content, const CardIds& ids) {
 }
 
 void CardFile::Close() {
+  journal_.End();
+  unsaved_.clear();
   content_ = Content();
   paths_ = CardFilePaths();
   lock_.reset();

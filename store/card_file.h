@@ -4,13 +4,16 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "platform/disk.h"
 #include "platform/file_lock.h"
 #include "store/card_columns.h"
 #include "store/card_figures.h"
 #include "store/card_file_types.h"
+#include "store/card_journal.h"
 #include "store/card_table.h"
 #include "store/ini_file.h"
 #include "store/learn_index.h"
@@ -22,7 +25,7 @@ namespace tessaro {
 // one in a running program; functions that work on cards take a reference to it.
 class CardFile {
  public:
-  explicit CardFile(Disk& disk = RealDisk());
+  explicit CardFile(Disk& disk = RealDisk(), const Clock& clock = SystemClock());
   ~CardFile();
   CardFile(const CardFile&) = delete;
   CardFile& operator=(const CardFile&) = delete;
@@ -40,6 +43,14 @@ class CardFile {
   const CardFilePaths& paths() const { return paths_; }
   bool changed() const { return changed_; }
   void MarkChanged() { changed_ = true; }
+  // To be called after every change of a card row, with the columns that changed (none: all of them): the file is
+  // changed, and the journal keeps it.
+  void RowChanged(int row, std::span<const int> columns = {});
+  // The same after rows came, went or moved.
+  void TableChanged();
+  // Between these, many rows are changed: their records go to the disk in large pieces.
+  void BeginManyChanges() { journal_.BeginBatch(); }
+  void EndManyChanges() { journal_.EndBatch(content_.cards); }
 
   // Cards between the marker rows; 0 when nothing is open.
   int CardCount() const;
@@ -76,7 +87,15 @@ class CardFile {
   [[nodiscard]] bool SaveSettings();
   // Rebuilds both indexes. False when the card table has a defect; the indexes then are as they were.
   [[nodiscard]] bool RebuildIndexes();
+  // Closes the file; changes that were not saved are given up.
   void Close();
+
+  // After Open reported changes of an earlier run: takes them over into the cards, rebuilds the indexes and marks the
+  // file as changed. A change that fits no row ends it; what was before it counts. False: the card table has a defect.
+  [[nodiscard]] bool TakeOverUnsaved();
+  // ... or keeps them under another name, which is returned; empty when that failed.
+  std::filesystem::path PutUnsavedAside();
+  CardJournal& journal() { return journal_; }
 
   // True when another program has written the file on disk since it was opened or saved last.
   bool ChangedOnDisk() const;
@@ -93,6 +112,7 @@ class CardFile {
     IniFile settings;
     bool settings_unreadable = false;  // there are settings that we could not read: they are not written over
     int64_t highest_id = 0;
+    ContentStamp stamp;                      // of the card file as it was read or written last
     std::optional<FileState> on_disk;        // the card file as it was read or written last
     std::filesystem::path damaged_original;  // the file read, when it was damaged and is not yet put by
   };
@@ -105,7 +125,9 @@ class CardFile {
   OpenReport RestoreBackup(const std::filesystem::path& path, const StageObserver& observer);
   // Takes the lock of a card file unless it is that of the open one. False: another program has it; `holder` says who.
   bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, std::string& holder);
+  // The content takes the place of the open one, whose unsaved changes are given up.
   void Become(Content content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock);
+  void FindUnsaved(const CardFilePaths& paths, const ContentStamp& stamp, OpenReport& report);
 
   SaveResult WriteFiles(Content& content, const CardFilePaths& paths, const StageObserver& observer);
   template <typename Index>
@@ -117,6 +139,8 @@ class CardFile {
   Content content_;
   CardFilePaths paths_;  // all empty when nothing is open
   std::unique_ptr<FileLock> lock_;
+  CardJournal journal_;
+  std::vector<JournalRecord> unsaved_;  // found on opening and neither taken over nor put aside yet
   bool changed_ = false;
 };
 

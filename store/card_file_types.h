@@ -16,6 +16,7 @@ struct CardFilePaths {
   std::filesystem::path link_index;   // X.idt
   std::filesystem::path settings;     // X.ini
   std::filesystem::path backup;       // X.ml~
+  std::filesystem::path journal;      // X.mlj
 };
 CardFilePaths PathsFor(const std::filesystem::path& cards);
 
@@ -34,6 +35,14 @@ enum class OpenResult {
   Unusable,    // no cards in it, or not a card file
   InUse,       // another running program has it open
 };
+// Changes that an earlier run of the program could not save before it ended.
+struct UnsavedChanges {
+  int cards = 0;             // that were changed one by one
+  bool whole_table = false;  // before that, the cards were replaced as a whole
+  int64_t first = 0;         // when, seconds since 1970
+  int64_t last = 0;
+};
+
 struct OpenReport {
   OpenResult result = OpenResult::Opened;
   bool learn_index_rebuilt = false;
@@ -41,7 +50,9 @@ struct OpenReport {
   bool index_defect = false;  // a rebuild failed on a defect of the card table
   bool end_missing = false;   // the file broke off before its end row; `cards` cards were read
   int cards = 0;
-  std::string in_use_by;  // for InUse: who holds it, as "machine, process 123"; empty when unknown
+  std::optional<UnsavedChanges> unsaved;  // the caller asks whether to take them over
+  std::filesystem::path put_aside;        // changes of another state of the file were found and now have this name
+  std::string in_use_by;                  // for InUse: who holds it, as "machine, process 123"; empty when unknown
 };
 
 enum class SaveResult { Saved, CardsFailed, LearnIndexFailed, LinkIndexFailed, SettingsFailed };

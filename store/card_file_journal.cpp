@@ -1,0 +1,118 @@
+// The part of the card file that has to do with changes which are not saved yet.
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "store/card_file.h"
+#include "store/card_layout.h"
+
+namespace tessaro {
+namespace {
+
+namespace fs = std::filesystem;
+
+UnsavedChanges Summary(const std::vector<JournalRecord>& records) {
+  UnsavedChanges summary;
+  std::set<uint32_t> rows;
+  summary.first = summary.last = records.front().time;
+  for (const JournalRecord& record : records) {
+    summary.first = std::min(summary.first, record.time);
+    summary.last = std::max(summary.last, record.time);
+    if (const auto* change = std::get_if<RowChange>(&record.what)) rows.insert(change->row);
+    if (!std::holds_alternative<TableChange>(record.what)) continue;
+    summary.whole_table = true;
+    rows.clear();
+  }
+  summary.cards = static_cast<int>(rows.size());
+  return summary;
+}
+
+class TextReader : public ReadableFile {
+ public:
+  explicit TextReader(std::string_view text) : rest_(text) {}
+  uint64_t Size() const override { return rest_.size(); }
+  std::ptrdiff_t Read(char* buffer, size_t size) override {
+    const size_t count = rest_.copy(buffer, size);
+    rest_.remove_prefix(count);
+    return static_cast<std::ptrdiff_t>(count);
+  }
+
+ private:
+  std::string_view rest_;
+};
+
+bool Apply(const TableChange& change, CardTable& cards) {
+  CardTable table;
+  table.SetSeparator(kFieldSeparator);
+  TextReader reader(change.text);
+  if (!table.LoadFrom(reader) || CompleteCards(table) == CardTableState::Unusable) return false;
+  table.SetNameFromPath(cards.TableName() + ".");
+  cards = std::move(table);
+  return true;
+}
+
+bool Apply(const RowChange& change, CardTable& cards) {
+  const auto fits = [&](const RowChange::Field& field) {
+    return field.column >= 1 && field.column <= static_cast<uint32_t>(cards.ColumnCount());
+  };
+  if (change.row < 1 || change.row > static_cast<uint32_t>(cards.RowCount()) ||
+      !std::all_of(change.fields.begin(), change.fields.end(), fits)) {
+    return false;
+  }
+  for (const RowChange::Field& field : change.fields) {
+    cards.Poke(static_cast<int>(field.column), static_cast<int>(change.row), field.text);
+  }
+  return true;
+}
+
+}  // namespace
+
+void CardFile::RowChanged(int row, std::span<const int> columns) {
+  changed_ = true;
+  journal_.RowChanged(content_.cards, row, columns);
+}
+
+void CardFile::TableChanged() {
+  changed_ = true;
+  journal_.TableChanged(content_.cards);
+}
+
+void CardFile::FindUnsaved(const CardFilePaths& paths, const ContentStamp& stamp, OpenReport& report) {
+  CardJournal::Found found = journal_.Find(paths.journal, stamp);
+  if (!found.exists) return;
+  if (!found.fits) {
+    report.put_aside = journal_.PutAside(paths.journal);
+  } else if (found.changes.empty()) {
+    // All of it was saved; only the removing of the journal was cut short.
+    (void)disk_.Remove(paths.journal);
+  } else {
+    report.unsaved = Summary(found.changes);
+    unsaved_ = std::move(found.changes);
+  }
+}
+
+bool CardFile::TakeOverUnsaved() {
+  std::vector<int> rows;
+  bool whole_table = false;
+  for (const JournalRecord& record : std::exchange(unsaved_, {})) {
+    const auto* row = std::get_if<RowChange>(&record.what);
+    const auto* table = std::get_if<TableChange>(&record.what);
+    if (row != nullptr && !Apply(*row, content_.cards)) break;
+    if (table != nullptr && !Apply(*table, content_.cards)) break;
+    if (row != nullptr) rows.push_back(static_cast<int>(row->row));
+    if (table != nullptr) whole_table = true;
+  }
+  content_.columns = ColumnsOf(content_.cards);
+  RecountIds();
+  changed_ = true;
+  journal_.Adopt(content_.cards, std::move(rows), whole_table);
+  return RebuildIndexes();
+}
+
+fs::path CardFile::PutUnsavedAside() {
+  unsaved_.clear();
+  return journal_.PutAside(paths_.journal);
+}
+
+}  // namespace tessaro

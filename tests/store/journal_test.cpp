@@ -1,0 +1,266 @@
+#include "store/journal.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "tests/support/fixed_clock.h"
+#include "tests/support/test_cards.h"
+
+namespace tessaro {
+namespace {
+
+const std::filesystem::path kJournal = "/deck/x.mlj";
+
+JournalContents Example() {
+  return {{33, 44},
+          {{1000, RowChange{2, {{5, "000000777"}, {7, std::string("w\0\xFF\n", 4)}}}},
+           {1001, SavePoint{{12, 0xFFFFFFFFFFFFFFFF}}},
+           {-1, TableChange{"ID\nx\n"}},
+           {1002, RowChange{4294967295, {}}}},
+          false};
+}
+
+std::string TextOf(const JournalContents& contents) {
+  std::string text = JournalHead(contents.base);
+  for (const JournalRecord& record : contents.records) text += JournalText(record);
+  return text;
+}
+
+TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
+  const JournalContents example = Example();
+  const std::string text = TextOf(example);
+  std::vector<size_t> ends{JournalHead(example.base).size()};
+  for (const JournalRecord& record : example.records) ends.push_back(ends.back() + JournalText(record).size());
+  const auto expect_whole_up_to = [&](const std::string& bytes, size_t place) {
+    SCOPED_TRACE(place);
+    const std::optional<JournalContents> read = ParseJournal(bytes);
+    const auto whole = std::count_if(ends.begin(), ends.end(), [&](size_t end) { return end <= place; });
+    ASSERT_EQ(read.has_value(), whole > 0);
+    if (!read) return;
+    EXPECT_EQ(read->base, example.base);
+    EXPECT_EQ(read->records, std::vector(example.records.begin(), example.records.begin() + (whole - 1)));
+    EXPECT_EQ(read->cut, bytes.size() != ends[static_cast<size_t>(whole - 1)]);
+  };
+  for (size_t place = 0; place <= text.size(); ++place) expect_whole_up_to(text.substr(0, place), place);
+  for (size_t place = 0; place < text.size(); ++place) {
+    std::string damaged = text;
+    damaged[place] = static_cast<char>(damaged[place] ^ 0x10);
+    expect_whole_up_to(damaged, place);
+  }
+}
+
+TEST(Journal, TellsWhatAFileLacksFromItsLastSavePointOn) {
+  const JournalContents example = Example();
+  const auto& records = example.records;
+  EXPECT_EQ(ChangesSince(example, {33, 44}), (std::vector{records[0], records[2], records[3]}));
+  EXPECT_EQ(ChangesSince(example, {12, 0xFFFFFFFFFFFFFFFF}), (std::vector{records[2], records[3]}));
+  EXPECT_EQ(ChangesSince(example, {33, 45}), std::nullopt);
+}
+
+// A card file that is changed, and a program that can end at any moment.
+class CardFileJournal : public ::testing::Test {
+ protected:
+  CardFileJournal() {
+    OpenTestFile(disk_, *file_, {{.id = "000001"}, {.id = "000002"}, {.id = "000003"}});
+    Watch();
+  }
+
+  void Watch() {
+    file_->journal().SetFailureObserver([this] { ++failures_; });
+  }
+
+  // Sets the score of a card, as an answer does.
+  void Change(int row, int64_t score) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%09d", static_cast<int>(score));
+    file_->cards().Poke(file_->columns().score, row, text);
+    file_->learn_index().Update(row, score);
+    file_->RowChanged(row, std::array{file_->columns().score});
+  }
+
+  // The program ends without having been asked to, and is started again.
+  OpenReport Crash() {
+    file_.reset();
+    disk_.FailAt(0);
+    file_ = std::make_unique<CardFile>(disk_, clock_);
+    Watch();
+    return file_->Open(kTestFile);
+  }
+
+  // What the user has in mind as the state of his cards.
+  std::string Text() { return FileText(file_->cards()); }
+
+  MemoryDisk disk_;
+  FixedClock clock_{1'700'000'000};
+  std::unique_ptr<CardFile> file_ = std::make_unique<CardFile>(disk_, clock_);
+  int failures_ = 0;
+};
+
+TEST_F(CardFileJournal, BringsBackWhatWasNotSaved) {
+  Change(2, 5);
+  clock_.now += 60;
+  Change(4, 6);
+  Change(2, 7);
+  const std::string text = Text();
+  const OpenReport report = Crash();
+  ASSERT_TRUE(report.unsaved);
+  EXPECT_EQ(report.unsaved->cards, 2);
+  EXPECT_EQ(report.unsaved->last - report.unsaved->first, 60);
+  EXPECT_FALSE(file_->changed());
+  EXPECT_NE(Text(), text);
+  ASSERT_TRUE(file_->TakeOverUnsaved());
+  EXPECT_EQ(Text(), text);
+  EXPECT_TRUE(file_->changed());
+  EXPECT_EQ(file_->learn_index().Score(file_->learn_index().RowOfCard(2)), 7);
+  // What was taken over is still unsaved.
+  ASSERT_TRUE(Crash().unsaved && file_->TakeOverUnsaved());
+  ASSERT_EQ(file_->Save(), SaveResult::Saved);
+  EXPECT_FALSE(disk_.Exists(kJournal));
+  EXPECT_FALSE(Crash().unsaved);
+  EXPECT_EQ(Text(), text);
+}
+
+TEST_F(CardFileJournal, EndsWithTheFileThatIsGivenUp) {
+  Change(2, 5);
+  file_->Close();
+  EXPECT_FALSE(disk_.Exists(kJournal));
+  ASSERT_EQ(file_->Open(kTestFile).result, OpenResult::Opened);
+  Change(2, 5);
+  const OpenReport again = file_->Open(kTestFile);
+  EXPECT_FALSE(again.unsaved || disk_.Exists(kJournal));
+  Change(2, 5);
+  ASSERT_EQ(file_->SaveAs("/deck/y.mlb"), SaveResult::Saved);
+  EXPECT_FALSE(disk_.Exists(kJournal));
+  Change(2, 8);
+  EXPECT_TRUE(disk_.Exists("/deck/y.mlj"));
+}
+
+TEST_F(CardFileJournal, IsPutAsideWhenItIsNotWanted) {
+  for (const bool asked : {true, false}) {
+    Change(2, asked ? 5 : 6);
+    const std::string journal = *disk_.Content(kJournal);
+    ASSERT_TRUE(Crash().unsaved);
+    const std::string name = asked ? "/deck/x-Antworten-1.mlj" : "/deck/x-Antworten-2.mlj";
+    if (asked) {
+      EXPECT_EQ(file_->PutUnsavedAside(), name);
+    }
+    // A change before the question was answered must not cost the answers either.
+    Change(3, 9);
+    EXPECT_EQ(disk_.Content(name), journal);
+    ASSERT_EQ(file_->Save(), SaveResult::Saved);
+  }
+}
+
+TEST_F(CardFileJournal, OfAnotherStateIsNeverReplayed) {
+  Change(2, 5);
+  const std::string journal = *disk_.Content(kJournal);
+  CardTable other = MakeCards({{.id = "000001"}, {.id = "000009"}, {.id = "000003"}});
+  disk_.Put(kTestFile, FileText(other));
+  const OpenReport report = Crash();
+  EXPECT_FALSE(report.unsaved);
+  EXPECT_EQ(report.put_aside, "/deck/x-Antworten-1.mlj");
+  EXPECT_EQ(disk_.Content(report.put_aside), journal);
+  EXPECT_EQ(Text(), FileText(other));
+}
+
+TEST_F(CardFileJournal, HoldsRestoredCardsToo) {
+  Change(2, 5);
+  ASSERT_EQ(file_->Save(), SaveResult::Saved);
+  Change(3, 6);
+  ASSERT_EQ(file_->Restore("/deck/x.ml~").result, OpenResult::Opened);
+  Change(4, 7);
+  const std::string text = Text();
+  const OpenReport report = Crash();
+  ASSERT_TRUE(report.unsaved && report.unsaved->whole_table);
+  EXPECT_EQ(report.unsaved->cards, 1);
+  ASSERT_TRUE(file_->TakeOverUnsaved());
+  EXPECT_EQ(Text(), text);
+}
+
+TEST_F(CardFileJournal, FollowsTheBackupWhenTheCardFileIsGone) {
+  ASSERT_EQ(file_->Save(), SaveResult::Saved);
+  Change(2, 5);
+  const std::string text = Text();
+  ASSERT_TRUE(disk_.Rename(kTestFile, "/deck/x.ml~"));
+  ASSERT_EQ(Crash().result, OpenResult::CannotOpen);
+  const OpenReport report = file_->Restore("/deck/x.ml~");
+  ASSERT_TRUE(report.unsaved && file_->TakeOverUnsaved());
+  EXPECT_EQ(Text(), text);
+}
+
+TEST_F(CardFileJournal, OfADamagedFileFits) {
+  disk_.Put(kTestFile, disk_.Content(kTestFile)->substr(0, disk_.Content(kTestFile)->size() - 20));
+  ASSERT_TRUE(Crash().end_missing);
+  Change(2, 5);
+  const std::string text = Text();
+  ASSERT_TRUE(Crash().unsaved && file_->TakeOverUnsaved());
+  EXPECT_EQ(Text(), text);
+}
+
+TEST_F(CardFileJournal, OnAFullDiskIsToldOnceAndMadeGoodWhenThereIsRoom) {
+  const uint64_t used = uint64_t{1} << 40;
+  disk_.set_capacity(used - *disk_.FreeBytes("/deck") + 700);
+  for (int score = 1; score < 40; ++score) Change(2 + score % 3, score);
+  EXPECT_EQ(failures_, 1);
+  disk_.set_capacity(used);
+  Change(2, 100);
+  const std::string text = Text();
+  ASSERT_TRUE(Crash().unsaved && file_->TakeOverUnsaved());
+  EXPECT_EQ(Text(), text);
+}
+
+TEST_F(CardFileJournal, SurvivesAPowerCutOnceItIsFlushed) {
+  Change(2, 5);
+  ASSERT_TRUE(file_->journal().Flush());
+  const std::string text = Text();
+  Change(3, 6);
+  disk_.LoseUnflushed();
+  ASSERT_TRUE(Crash().unsaved && file_->TakeOverUnsaved());
+  EXPECT_EQ(Text(), text);
+}
+
+// Any run of changes and saves in which one operation of the disk fails, or all from there on: what the program did not
+// report as failed is there after a crash.
+TEST_F(CardFileJournal, LosesNothingWhereverTheDiskFails) {
+  using enum MemoryDisk::WriteFault;
+  int journals = 0;
+  for (const bool stays_broken : {false, true}) {
+    for (const MemoryDisk::WriteFault fault : {Nothing, Half, HalfUnnoticed}) {
+      bool reached = true;
+      for (int n = 1; reached; ++n) {
+        SCOPED_TRACE(n);
+        ASSERT_EQ(Crash().result, OpenResult::Opened);
+        (void)file_->PutUnsavedAside();
+        std::mt19937 random(static_cast<uint32_t>(n));
+        failures_ = 0;
+        disk_.stay_broken(stays_broken);
+        disk_.FailAt(n, fault);
+        std::string kept = Text();  // the newest state of which no change was reported as not kept
+        for (int step = 0; step < 12; ++step) {
+          const bool save = random() % 4 == 0;
+          if (save) {
+            (void)file_->Save();
+          } else {
+            Change(2 + static_cast<int>(random() % 3), static_cast<int>(random() % 1000));
+          }
+          if (!file_->journal().failing()) kept = Text();
+        }
+        reached = disk_.operations() >= n;
+        EXPECT_LE(failures_, 1);
+        const OpenReport report = Crash();
+        EXPECT_TRUE(report.put_aside.empty());
+        if (report.unsaved) {
+          ++journals;
+          EXPECT_TRUE(file_->TakeOverUnsaved());
+        }
+        EXPECT_EQ(Text(), kept);
+        ASSERT_EQ(file_->Save(), SaveResult::Saved);
+      }
+    }
+  }
+  EXPECT_GT(journals, 80);
+}
+
+}  // namespace
+}  // namespace tessaro
