@@ -1,5 +1,6 @@
 #include "app/file_texts.h"
 
+#include <QDateTime>
 #include <QLocale>
 #include <algorithm>
 #include <limits>
@@ -23,7 +24,26 @@ QString InUseText(const std::string& owner) {
       .arg(by);
 }
 
+QString MomentText(int64_t time) {
+  return QLocale().toString(QDateTime::fromSecsSinceEpoch(time), u"dd.MM.yyyy, HH:mm 'Uhr'"_s);
+}
+
+QString ChangedText(const UnsavedChanges& unsaved) {
+  const QString cards = unsaved.cards == 1 ? u"einer Karte"_s : u"%1 Karten"_s.arg(QLocale().toString(unsaved.cards));
+  if (!unsaved.whole_table) return u"Änderungen an %1"_s.arg(cards);
+  const QString whole = u"eine wiederhergestellte oder umgebaute Kartei"_s;
+  return unsaved.cards == 0 ? whole : u"%1\nund danach Änderungen an %2"_s.arg(whole, cards);
+}
+
 }  // namespace
+
+QString UnsavedText(const UnsavedChanges& unsaved) {
+  const QString first = MomentText(unsaved.first);
+  const QString last = MomentText(unsaved.last);
+  const QString when = first == last ? u"vom %1"_s.arg(first) : u"vom %1\nbis %2"_s.arg(first, last);
+  return u"\nDas Programm wurde beendet,\nbevor die Kartei gespeichert war.\n\nEs gibt noch %1\n%2.\n\n"
+         u"Sollen sie übernommen werden?"_s.arg(ChangedText(unsaved), when);
+}
 
 QString StageText(FileStage stage) {
   switch (stage) {
@@ -84,6 +104,11 @@ QStringList RemarkTexts(const OpenReport& report) {
     remarks << u"\nDas Ende der Kartei fehlt, die Datei ist beschädigt.\n%1 Karten konnten gelesen werden.\n\n"
                u"Beim nächsten Speichern bleibt die beschädigte Datei\nunter einem anderen Namen erhalten."_s.arg(
                    QLocale().toString(report.cards));
+  }
+  if (!report.put_aside.empty()) {
+    remarks << u"\nZu dieser Kartei gibt es nicht gespeicherte Änderungen,\n"
+               u"die zu einem anderen Stand der Datei gehören.\n\nSie bleiben erhalten in der Datei\n%1."_s.arg(
+                   FromPath(report.put_aside.filename()));
   }
   return remarks;
 }

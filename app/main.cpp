@@ -66,6 +66,7 @@ int RunProgram(Application& application, const ProgramOptions& options) {
   RealRandom random;
   BoxMessages messages;
   Program program({RealDisk(), clock, random, messages}, places);
+  program.file().journal().FlushInBackground();
   program.main_window().show();
   if (options.splash) TF_Crdlogo::ShowOver(program.main_window());
   if (!options.card_file.empty()) program.main_window().OpenLater(std::filesystem::weakly_canonical(options.card_file));

@@ -31,7 +31,7 @@ ProgramPlaces StandardPlaces() {
 }
 
 Program::Program(const Machine& machine, ProgramPlaces places)
-    : machine_(machine), places_(std::move(places)), file_(machine.disk) {
+    : machine_(machine), places_(std::move(places)), file_(machine.disk, machine.clock) {
   settings_.path = places_.settings;
   settings_readable_ = settings_.ini.Load(machine_.disk, settings_.path);
   main_window_ = std::make_unique<TF_wnmain>(*this);

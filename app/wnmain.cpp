@@ -68,6 +68,9 @@ void TF_wnmain::ConnectCommands() {
   connect(ui_->FrameBegin, &TFrameBegin::FileWanted, this, [this](const QString& path) { OpenLater(ToPath(path)); });
   connect(ui_->FrameBegin, &TFrameBegin::SampleWanted, this, [this](const QString& path) { OpenLater(ToPath(path)); });
   connect(&program_, &Program::LearningClosed, this, &TF_wnmain::ShowAfterLearning);
+  // The news comes in the middle of a learning step.
+  file_.journal().SetFailureObserver(
+      [this] { QMetaObject::invokeMethod(this, &TF_wnmain::TellThatChangesAreNotKept, Qt::QueuedConnection); });
 }
 
 void TF_wnmain::SetIcons() {
@@ -126,6 +129,7 @@ void TF_wnmain::closeEvent(QCloseEvent* event) {
   if (!event->isAccepted()) return;
   KeepWindowPlace(*this, program_.settings().ini, kPlaceSuffix);
   program_.SaveSettings();
+  file_.Close();
 }
 
 void TF_wnmain::changeEvent(QEvent* event) {

@@ -74,6 +74,9 @@ class TF_wnmain : public QMainWindow {
   bool Write(bool enough_space, const SaveStep& save);
   StageObserver ShowStages(LongWork& work);
   void Tell(const OpenReport& report);
+  // Asks whether to take over what an earlier run could not save, and does so.
+  void AskForUnsaved(const UnsavedChanges& unsaved);
+  void TellThatChangesAreNotKept();
   void KeepBytesPerCard();
 
   void ShowState();

@@ -125,6 +125,28 @@ void TF_wnmain::Tell(const OpenReport& report) {
   ShowStatus(report.cards == 1 ? u"Eine Karte geladen"_s
                                : u"%1 Karten geladen"_s.arg(QLocale().toString(report.cards)));
   for (const QString& remark : RemarkTexts(report)) program_.messages().Error(this, remark);
+  if (report.unsaved) AskForUnsaved(*report.unsaved);
+}
+
+void TF_wnmain::AskForUnsaved(const UnsavedChanges& unsaved) {
+  const Answer answer =
+      program_.messages().Question(this, UnsavedText(unsaved), u"Übernehmen"_s, u"Nicht übernehmen"_s, {}, Answer::Yes);
+  if (answer != Answer::Yes) {
+    const fs::path aside = file_.PutUnsavedAside();
+    if (!aside.empty()) ShowStatus(u"Nicht übernommen, erhalten in %1"_s.arg(FromPath(aside.filename())));
+    return;
+  }
+  const bool built = file_.TakeOverUnsaved();
+  ShowState();
+  ShowStatus(u"Änderungen übernommen, noch nicht gespeichert"_s);
+  if (!built) program_.messages().Error(this, u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);
+}
+
+void TF_wnmain::TellThatChangesAreNotKept() {
+  program_.messages().Error(Asker(),
+                            u"\nIhre Antworten können zur Zeit nicht\nlaufend auf die Platte geschrieben "
+                            u"werden.\nVielleicht ist sie voll.\n\nSie können weiterlernen. Bitte speichern "
+                            u"Sie,\nbevor Sie das Programm beenden."_s);
 }
 
 void TF_wnmain::FileNewExecute() {

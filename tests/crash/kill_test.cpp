@@ -1,0 +1,214 @@
+// Kills a learning program at random moments, over and over, and looks each time whether an answer is gone that the
+// learner saw taken. The program is a child process with a real run on a real card file; it tells through a pipe what
+// it is about to do and, once the next card would be on screen, what the card's row then holds.
+// Usage: kill_test [NUMBER OF KILLS] [SEED]
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <random>
+#include <string>
+#include <thread>
+
+#include "learn/learning_run.h"
+#include "store/card_ids.h"
+#include "tests/support/fixed_clock.h"
+#include "tests/support/test_cards.h"
+
+namespace tessaro {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kCards = 120;
+constexpr int kSecondsPerStep = 7;
+
+struct SeededRandom : Random {
+  explicit SeededRandom(uint32_t seed) : generator(seed) {}
+  uint32_t Next() override { return static_cast<uint32_t>(generator()) >> 1U; }
+  std::mt19937 generator;
+};
+
+struct SilentView : LearningView {
+  void Refresh() override {}
+  void Tell(RunMessage, int) override {}
+  void ChooseMethod() override {}
+  void EndRun() override {}
+};
+
+[[noreturn]] void Fail(const std::string& what) {
+  std::printf("FAILED: %s\n", what.c_str());
+  std::_Exit(EXIT_FAILURE);
+}
+
+std::string RowText(const CardFile& file, int row) {
+  std::string text;
+  for (int column = 1; column <= file.cards().ColumnCount(); ++column) {
+    text += std::string(file.cards().Peek(column, row)) + '|';
+  }
+  return text;
+}
+
+// Opens the file as the program does, taking over what an earlier run left; returns how many cards that changed.
+int OpenAfterCrash(CardFile& file, const fs::path& path) {
+  const OpenReport report = file.Open(path);
+  if (report.result != OpenResult::Opened) Fail("the card file cannot be opened");
+  if (report.end_missing || file.CardCount() != kCards) Fail("the card file is not whole");
+  if (!report.put_aside.empty()) Fail("the journal was taken for that of another state");
+  if (report.unsaved && !file.TakeOverUnsaved()) Fail("the indexes cannot be built");
+  const CardIds ids(file.cards());
+  if (!file.learn_index().Fits(ids) || !file.link_index().Fits(ids)) Fail("an index does not fit");
+  return report.unsaved ? report.unsaved->cards : 0;
+}
+
+// Learns until it is killed.
+[[noreturn]] void Learn(const fs::path& path, int64_t now, uint32_t seed, int news) {
+  FixedClock clock(now);
+  SeededRandom random(seed);
+  SilentView view;
+  CardFile file(RealDisk(), clock);
+  file.journal().FlushInBackground();
+  OpenAfterCrash(file, path);
+  LearningRun run(file, IniFile(), clock, random, view);
+  run.Start();
+  const auto tell = [&](char what, int row) {
+    const std::string line = what + std::to_string(row) + ' ' + RowText(file, row) + '\n';
+    if (write(news, line.data(), line.size()) < 0) std::_Exit(EXIT_FAILURE);
+  };
+  int last_row = kFirstCardRow;
+  for (;;) {
+    clock.now += kSecondsPerStep;
+    const uint32_t dice = random.Next() % 20;
+    const int row = dice == 0 ? last_row : run.card().row;
+    tell('?', row);
+    if (dice == 0) {
+      run.Undo();
+    } else if (dice < 6) {
+      run.NotKnown();
+    } else if (dice < 9) {
+      run.KnownForDays(3);
+    } else {
+      run.Known();
+    }
+    tell('=', row);
+    last_row = row;
+    if (random.Next() % 12 == 0 && file.Save() != SaveResult::Saved) std::_Exit(EXIT_FAILURE);
+  }
+}
+
+struct Tally {
+  int kills = 0;
+  int answers = 0;  // acknowledged
+  int taken_over = 0;
+  int lost = 0;
+};
+
+class Killer {
+ public:
+  Killer(fs::path folder, uint32_t seed) : folder_(std::move(folder)), random_(seed) {
+    std::vector<TestCard> cards;
+    for (int i = 1; i <= kCards; ++i) {
+      char id[16];
+      std::snprintf(id, sizeof id, "%06d", i);
+      cards.push_back({.id = id});
+    }
+    CardTable table = MakeCards(cards);
+    fs::create_directories(folder_ / "deck");
+    if (!table.SaveToFile(path())) Fail("cannot write the card file");
+  }
+
+  Tally tally;
+
+  void KillOnce() {
+    int pipe_ends[2];
+    if (pipe(pipe_ends) != 0) Fail("no pipe");
+    const auto seed = static_cast<uint32_t>(random_());
+    const pid_t child = fork();
+    if (child == 0) {
+      close(pipe_ends[0]);
+      Learn(path(), now_, seed, pipe_ends[1]);
+    }
+    close(pipe_ends[1]);
+    FILE* news = fdopen(pipe_ends[0], "r");
+    const int answers = static_cast<int>(random_() % 60);
+    for (int i = 0; i < answers; ++i) Listen(news);
+    std::this_thread::sleep_for(std::chrono::microseconds(random_() % 4000));
+    kill(child, SIGKILL);
+    while (Listen(news)) {
+    }
+    std::fclose(news);
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (!WIFSIGNALED(status)) Fail("the program ended by itself");
+    ++tally.kills;
+    now_ += 100000;
+    CompareWithCopy();
+  }
+
+ private:
+  fs::path path() const { return folder_ / "deck" / "x.mlb"; }
+
+  // One piece of news; false at their end.
+  bool Listen(FILE* news) {
+    char line[4096];
+    if (std::fgets(line, sizeof line, news) == nullptr) return false;
+    const std::string text = line;
+    if (text.back() != '\n') return true;
+    const int row = std::stoi(text.substr(1));
+    if (text[0] == '?') {
+      asked_row_ = row;
+    } else {
+      asked_row_ = 0;
+      ++tally.answers;
+      seen_[row] = text.substr(text.find(' ') + 1, text.size() - text.find(' ') - 2);
+    }
+    return true;
+  }
+
+  // Looks at a copy: the next program has to find its way from what the killed one really left.
+  void CompareWithCopy() {
+    const fs::path copy = folder_ / "copy";
+    fs::remove_all(copy);
+    fs::copy(path().parent_path(), copy);
+    CardFile file;
+    tally.taken_over += OpenAfterCrash(file, copy / "x.mlb");
+    for (auto& [row, text] : seen_) {
+      // Of the answer during which the program died nobody was told.
+      if (row != asked_row_ && RowText(file, row) != text) {
+        ++tally.lost;
+        std::printf("row %d was  %s\n        is  %s\n", row, text.c_str(), RowText(file, row).c_str());
+      }
+      text = RowText(file, row);
+    }
+    asked_row_ = 0;
+  }
+
+  fs::path folder_;
+  std::mt19937 random_;
+  int64_t now_ = 1'700'000'000;
+  std::map<int, std::string> seen_;  // what the learner knows of each row
+  int asked_row_ = 0;                // the row of an answer that was not acknowledged yet
+};
+
+}  // namespace
+}  // namespace tessaro
+
+int main(int argc, char** argv) {
+  using namespace tessaro;
+  const int kills = argc > 1 ? std::atoi(argv[1]) : 30;
+  const auto seed = static_cast<uint32_t>(argc > 2 ? std::atoi(argv[2]) : 1);
+  std::string folder = (fs::temp_directory_path() / "kill_test_XXXXXX").string();
+  if (mkdtemp(folder.data()) == nullptr) Fail("no folder");
+  Killer killer(folder, seed);
+  for (int i = 0; i < kills; ++i) killer.KillOnce();
+  fs::remove_all(folder);
+  const Tally& tally = killer.tally;
+  std::printf("%d kills, %d answers acknowledged, %d cards changed by journals, %d answers lost\n", tally.kills,
+              tally.answers, tally.taken_over, tally.lost);
+  return tally.lost == 0 && tally.taken_over > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
