@@ -4,6 +4,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDateTime>
 #include <QDropEvent>
 #include <QLabel>
 #include <QMenu>
@@ -64,7 +65,7 @@ class MainWindow : public testing::Test {
   void OpenAndChange() {
     ASSERT_TRUE(window().OpenFile(kTestFile));
     program.file().cards().Poke(program.file().columns().answer, 2, "anders");
-    program.file().MarkChanged();
+    program.file().RowChanged(2);
   }
   bool SavedOnDisk() { return disk.Content(kTestFile)->find("anders") != std::string::npos; }
 
@@ -219,6 +220,40 @@ TEST_F(MainWindow, LeavingAChangedFileAsksFirst) {
     EXPECT_EQ(messages.asked, QStringList{c.question});
     EXPECT_EQ(SavedOnDisk(), c.saved) << c.question.toStdString() << " answer " << static_cast<int>(c.answer);
   }
+}
+
+TEST_F(MainWindow, WhatACrashLeftIsAskedFor) {
+  for (const Answer answer : {Answer::Yes, Answer::No}) {
+    PutDeck(kTestFile, kCards);
+    {
+      CardFile crashed(disk, clock);
+      ASSERT_EQ(crashed.Open(kTestFile).result, OpenResult::Opened);
+      crashed.cards().Poke(crashed.columns().answer, 2, "anders");
+      crashed.RowChanged(2);
+    }
+    messages.asked.clear();
+    messages.answers = {answer};
+    ASSERT_TRUE(window().OpenFile(kTestFile));
+    const QString when = QDateTime::fromSecsSinceEpoch(kNow).toString(u"dd.MM.yyyy, HH:mm"_s);
+    EXPECT_EQ(messages.asked, QStringList{u"\nDas Programm wurde beendet,\nbevor die Kartei gespeichert war.\n\n"
+                                          u"Es gibt noch Änderungen an einer Karte\nvom %1 Uhr.\n\n"
+                                          u"Sollen sie übernommen werden?"_s.arg(when)});
+    EXPECT_EQ(window().isWindowModified(), answer == Answer::Yes);
+    EXPECT_EQ(disk.Exists("/deck/x-Antworten-1.mlj"), answer == Answer::No);
+    messages.answers = {Answer::Yes};
+    EXPECT_TRUE(window().close());
+    EXPECT_EQ(SavedOnDisk(), answer == Answer::Yes);
+  }
+}
+
+TEST_F(MainWindow, ADiskThatTakesNoAnswersIsToldOfOnce) {
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  disk.stay_broken(true);
+  disk.FailAt(1);
+  for (int i = 0; i < 3; ++i) program.file().RowChanged(2);
+  EXPECT_EQ(messages.errors.size(), 0) << "not in the middle of an answer";
+  QApplication::processEvents();
+  EXPECT_EQ(messages.errors.size(), 1);
 }
 
 TEST_F(MainWindow, AFileWithoutCardsIsNotSavedUnasked) {

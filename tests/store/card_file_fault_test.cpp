@@ -26,7 +26,7 @@ struct Unsaved {
     file.learn_index().Update(2, 777);
     new_text = FileText(file.cards());
     file.settings().SetInt("S", "k", 2);
-    file.MarkChanged();
+    file.RowChanged(2);
     disk.FailAt(n, fault);
   }
 

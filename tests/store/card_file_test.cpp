@@ -34,7 +34,7 @@ class CardFileTest : public ::testing::Test {
   static void Answer(CardFile& file, const char* score) {
     file.cards().Poke(file.columns().score, 2, score);
     file.learn_index().Update(2, LeadingNumber(score));
-    file.MarkChanged();
+    file.RowChanged(2);
   }
 
   MemoryDisk disk_;
@@ -89,7 +89,7 @@ TEST_F(CardFileTest, OpenRefusesWhatIsNoCardFileAndKeepsTheOpenOne) {
   disk_.HoldLock("/deck/.benutzt.mlb.lock", "pc, process 7");
   disk_.PutSymbolicLink("/deck/link.mlb", "/deck/x.txt");
   ASSERT_EQ(file_.Open(kTestFile).result, OpenResult::Opened);
-  file_.MarkChanged();
+  file_.RowChanged(2);
   const struct {
     const char* path;
     OpenResult result;
