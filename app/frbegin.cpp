@@ -66,9 +66,13 @@ TFrameBegin::TFrameBegin(QWidget* parent) : QFrame(parent), ui_(std::make_unique
   ui_->setupUi(this);
   SetFonts();
   ui_->ButtonLearn->setIcon(Icon("learn"));
+  ui_->ButtonReihe->setIcon(Icon("next"));
+  ui_->ButtonLeitner->setIcon(Icon("boxes"));
   ui_->ButtonOpen->setIcon(Icon("open"));
   ui_->ButtonNew->setIcon(Icon("new"));
   connect(ui_->ButtonLearn, &QPushButton::clicked, this, &TFrameBegin::LearnWanted);
+  connect(ui_->ButtonReihe, &QPushButton::clicked, this, &TFrameBegin::RowOrderWanted);
+  connect(ui_->ButtonLeitner, &QPushButton::clicked, this, &TFrameBegin::BoxesWanted);
   connect(ui_->ButtonOpen, &QPushButton::clicked, this, &TFrameBegin::OpenWanted);
   connect(ui_->ButtonNew, &QPushButton::clicked, this, &TFrameBegin::NewWanted);
   for (QPushButton* button : {ui_->ButtonOpen, ui_->ButtonNew}) {

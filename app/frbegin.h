@@ -42,6 +42,8 @@ class TFrameBegin : public QFrame {
   void OpenWanted();
   void NewWanted();
   void LearnWanted();
+  void RowOrderWanted();
+  void BoxesWanted();
   void FileWanted(const QString& path);
   void SampleWanted(const QString& path);
 

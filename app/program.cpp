@@ -10,6 +10,7 @@
 #include "app/wnmain.h"
 #include "hypertext/video_screen.h"
 #include "hypertext/wnmedia.h"
+#include "learn/dlausw.h"
 #include "learn/wnlern.h"
 #include "platform/qt/text.h"
 
@@ -39,18 +40,34 @@ Program::Program(const Machine& machine, ProgramPlaces places)
 
 Program::~Program() = default;
 
-void Program::OpenLearning() {
+void Program::OpenLearning(std::optional<MethodChoice> choice) {
   if (!file_.IsOpen()) return;
-  if (learning_window_ == nullptr) {
-    learning_window_ =
-        std::make_unique<TF_wnlern>(file_, settings_, machine_.clock, machine_.random, machine_.messages);
-    connect(learning_window_.get(), &TF_wnlern::Closed, this, &Program::EndLearning);
-    connect(learning_window_.get(), &TF_wnlern::SaveWanted, main_window_.get(), &TF_wnmain::FileSaveExecute);
-    TieMedia(*learning_window_);
-  }
+  if (learning_window_ == nullptr) MakeLearningWindow();
+  if (choice) learning_window_->LearnBy(*std::move(choice));
   learning_window_->show();
   learning_window_->raise();
   learning_window_->activateWindow();
+  Q_EMIT LearningOpened();
+}
+
+void Program::MakeLearningWindow() {
+  learning_window_ = std::make_unique<TF_wnlern>(file_, settings_, machine_.clock, machine_.random, machine_.messages);
+  connect(learning_window_.get(), &TF_wnlern::Closed, this, &Program::EndLearning);
+  connect(learning_window_.get(), &TF_wnlern::SaveWanted, main_window_.get(), &TF_wnmain::FileSaveExecute);
+  TieMedia(*learning_window_);
+}
+
+void Program::ChooseMethod(bool boxes) {
+  if (!file_.IsOpen()) return;
+  if (learning_window_ != nullptr) {
+    OpenLearning();
+    learning_window_->SpeedButtonLeitnerClick();
+    return;
+  }
+  const bool row_order = settings_.ini.GetInt("rowlearn", "checked", 0) != 0;
+  const MethodDialogState shown = {.automatic = row_order ? Method::RowOrder : Method::Standard, .boxes = boxes};
+  TF_dlausw dialog(file_, settings_, machine_.clock, machine_.messages, shown, main_window_.get());
+  if (dialog.exec() == QDialog::Accepted) OpenLearning(dialog.TakeChoice());
 }
 
 void Program::TieMedia(TF_wnlern& learning) {

@@ -3,7 +3,9 @@
 #include <QObject>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
+#include "learn/method_choice.h"
 #include "platform/clock.h"
 #include "platform/disk.h"
 #include "platform/qt/messages.h"
@@ -53,8 +55,11 @@ class Program : public QObject {
   const ProgramPlaces& places() const { return places_; }
   TF_wnmain& main_window() { return *main_window_; }
 
-  // Opens the learning window over the open card file, or brings it to the front.
-  void OpenLearning();
+  // Opens the learning window over the open card file, or brings it to the front. With a choice it learns by that; else
+  // by the automatic method used last, and an open window goes on as it is.
+  void OpenLearning(std::optional<MethodChoice> choice = std::nullopt);
+  // Lets the user choose the method, the Leitner boxes in front or not, and opens the learning window with it.
+  void ChooseMethod(bool boxes);
   // Closes the learning window if it is open; it has kept its positions then.
   void CloseLearning();
   bool learning() const;
@@ -62,9 +67,11 @@ class Program : public QObject {
   void SaveSettings();
 
  Q_SIGNALS:
+  void LearningOpened();
   void LearningClosed();
 
  private:
+  void MakeLearningWindow();
   void TieMedia(TF_wnlern& learning);
   void EndLearning();
 

@@ -11,6 +11,7 @@
 #include "app/program.h"
 #include "app/recent_files.h"
 #include "app/sample_files.h"
+#include "learn/dlparam.h"
 #include "learn/due_rule.h"
 #include "learn/learning_parameters.h"
 #include "platform/qt/icons.h"
@@ -59,14 +60,20 @@ void TF_wnmain::ConnectCommands() {
   connect(ui_->MRestoreClick, &QAction::triggered, this, &TF_wnmain::MRestoreClick);
   connect(ui_->MClose, &QAction::triggered, this, &QWidget::close);
   connect(ui_->LernStartExecute, &QAction::triggered, this, &TF_wnmain::LernStartExecute);
+  connect(ui_->LernAuswahlExecute, &QAction::triggered, this, &TF_wnmain::LernAuswahlExecute);
+  connect(ui_->LernEinstellungExecute, &QAction::triggered, this, &TF_wnmain::LernEinstellungExecute);
   connect(ui_->IndexAufbauExecute, &QAction::triggered, this, &TF_wnmain::IndexAufbauExecute);
   connect(ui_->MAboutClick, &QAction::triggered, this, &TF_wnmain::MAboutClick);
   connect(ui_->FrameBegin, &TFrameBegin::OpenWanted, this, &TF_wnmain::FileOpenExecute);
   connect(ui_->FrameBegin, &TFrameBegin::NewWanted, this, &TF_wnmain::FileNewExecute);
   connect(ui_->FrameBegin, &TFrameBegin::LearnWanted, this, &TF_wnmain::LernStartExecute);
+  connect(ui_->FrameBegin, &TFrameBegin::RowOrderWanted, this,
+          [this] { program_.OpenLearning(MethodChoice{.method = Method::RowOrder}); });
+  connect(ui_->FrameBegin, &TFrameBegin::BoxesWanted, this, [this] { program_.ChooseMethod(true); });
   // Opening a file fills the page anew, and with it the button that was pressed: not while it is being pressed.
   connect(ui_->FrameBegin, &TFrameBegin::FileWanted, this, [this](const QString& path) { OpenLater(ToPath(path)); });
   connect(ui_->FrameBegin, &TFrameBegin::SampleWanted, this, [this](const QString& path) { OpenLater(ToPath(path)); });
+  connect(&program_, &Program::LearningOpened, this, &TF_wnmain::ShowLearningCommands);
   connect(&program_, &Program::LearningClosed, this, &TF_wnmain::ShowAfterLearning);
   // The news comes in the middle of a learning step.
   file_.journal().SetFailureObserver(
@@ -82,6 +89,8 @@ void TF_wnmain::SetIcons() {
   ui_->MenuRecent->setIcon(Icon("recent"));
   ui_->MClose->setIcon(Icon("close"));
   ui_->LernStartExecute->setIcon(Icon("learn"));
+  ui_->LernAuswahlExecute->setIcon(Icon("boxes"));
+  ui_->LernEinstellungExecute->setIcon(Icon("settings"));
   ui_->IndexAufbauExecute->setIcon(Icon("index"));
   ui_->MAboutClick->setIcon(Icon("help"));
 }
@@ -100,6 +109,21 @@ void TF_wnmain::OpenLater(const std::filesystem::path& path) {
 
 void TF_wnmain::LernStartExecute() {
   program_.OpenLearning();
+}
+
+void TF_wnmain::LernAuswahlExecute() {
+  program_.ChooseMethod(false);
+}
+
+void TF_wnmain::LernEinstellungExecute() {
+  IniFile& settings = program_.settings().ini;
+  TF_dlparam dialog(ReadParameterEntry(settings, file_.settings()), this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  WriteParameterEntry(dialog.entry(), settings, file_.settings());
+  program_.SaveSettings();
+  (void)file_.SaveSettings();
+  // When a card is due depends on them.
+  ShowStartPage();
 }
 
 void TF_wnmain::MAboutClick() {
@@ -153,13 +177,23 @@ void TF_wnmain::dropEvent(QDropEvent* event) {
 void TF_wnmain::ShowState() {
   const bool open = file_.IsOpen();
   for (QAction* action : {ui_->FileSaveExecute, ui_->FileSaveAsExecute, ui_->MBackupClick, ui_->IndexAufbauExecute,
-                          ui_->LernStartExecute}) {
+                          ui_->LernStartExecute, ui_->LernAuswahlExecute}) {
     action->setEnabled(open);
   }
+  ShowLearningCommands();
   setWindowTitle(open ? u"%1[*] - %2"_s.arg(FromPath(file_.paths().cards.filename()), kTitle) : QString(kTitle));
   setWindowModified(file_.changed());
   ShowRecent();
   ShowStartPage();
+}
+
+// A run reads its parameters when it begins and writes its position when it ends.
+void TF_wnmain::ShowLearningCommands() {
+  const bool learning = program_.learning();
+  ui_->LernEinstellungExecute->setEnabled(file_.IsOpen() && !learning);
+  ui_->LernEinstellungExecute->setStatusTip(
+      learning ? u"Erst das Lernfenster schließen: Die Werte gelten für einen ganzen Lauf"_s
+               : u"Einstellen, wie die Karten ausgewählt werden"_s);
 }
 
 void TF_wnmain::ShowStartPage() {

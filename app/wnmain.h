@@ -42,6 +42,8 @@ class TF_wnmain : public QMainWindow {
   void MRestoreClick();
   void IndexAufbauExecute();
   void LernStartExecute();
+  void LernAuswahlExecute();
+  void LernEinstellungExecute();
   void MAboutClick();
 
  protected:
@@ -80,6 +82,7 @@ class TF_wnmain : public QMainWindow {
   void KeepBytesPerCard();
 
   void ShowState();
+  void ShowLearningCommands();
   void ShowStartPage();
   void ShowRecent();
   void ShowAfterLearning();

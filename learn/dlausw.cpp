@@ -2,11 +2,14 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QIntValidator>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopedValueRollback>
 #include <utility>
 
+#include "platform/qt/theme.h"
 #include "ui_dlausw.h"
 
 using namespace Qt::StringLiterals;
@@ -24,14 +27,13 @@ constexpr size_t Place(int box) {
 }  // namespace
 
 TF_dlausw::TF_dlausw(CardFile& file, ProgramSettings& settings, const Clock& clock, Messages& messages,
-                     const MethodChoice& shown, RowObserver* observer, QWidget* parent)
+                     const MethodDialogState& shown, QWidget* parent)
     : QDialog(parent),
       ui_(std::make_unique<Ui::TF_dlausw>()),
       file_(file),
       settings_(settings),
       clock_(clock),
-      messages_(messages),
-      observer_(observer) {
+      messages_(messages) {
   ui_->setupUi(this);
   count_edits_ = {ui_->EditAnzFach1, ui_->EditAnzFach2, ui_->EditAnzFach3,
                   ui_->EditAnzFach4, ui_->EditAnzFach5, ui_->EditAnzFach6};
@@ -51,43 +53,60 @@ TF_dlausw::TF_dlausw(CardFile& file, ProgramSettings& settings, const Clock& clo
   connect(ui_->CheckBoxKompatibel, &QCheckBox::toggled, this, &TF_dlausw::CheckBoxKompatibelClick);
   connect(ui_->BtLern, &QPushButton::clicked, this, &TF_dlausw::BtLernClick);
   connect(ui_->BitBtnCancel, &QPushButton::clicked, this, &QDialog::reject);
-  ui_->RadioReihe->setChecked(shown.method == Method::RowOrder);
-  ui_->RadioStandard->setChecked(shown.method != Method::RowOrder);
+  connect(ui_->PageControl, &QTabWidget::currentChanged, this, &TF_dlausw::PageChanged);
+  (shown.automatic == Method::RowOrder ? ui_->RadioReihe : ui_->RadioStandard)->setChecked(true);
   ui_->CheckBoxKompatibel->setChecked(shown.box_lock);
-  ui_->PageControl->setCurrentWidget(shown.method == Method::Leitner ? ui_->TabSheetManuell : ui_->TabSheetAuto);
+  ui_->PageControl->setCurrentWidget(shown.boxes ? ui_->TabSheetManuell : ui_->TabSheetAuto);
+  PageChanged();
 }
 
 TF_dlausw::~TF_dlausw() = default;
 
 void TF_dlausw::BitBtnSortClick() {
   if (counting_) return;
-  counting_ = true;
+  const QScopedValueRollback<bool> counting(counting_, true);
   limits_ = ReadBoxLimits(settings_.ini);
   for (size_t i = 0; i < limit_edits_.size(); ++i) {
     limit_edits_[i]->setText(QString::number(limits_.cards[i]));
     limit_edits_[i]->setEnabled(true);
   }
+  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
   CardWriter writer(file_);
-  writer.SetObserver(observer_);
   counts_ = CountBoxes(file_, writer, [this](const BoxCounts& counts) { ShowProgress(counts); });
   AllowAfterCount(counts_, limits_, commands_);
-  ui_->StatusZeile->setText(u"Leitner-Index aufbauen"_s);
-  ui_->StatusZeile->repaint();
-  std::optional<BoxOrder> order = BuildBoxOrder(file_, clock_.Now());
-  ui_->StatusZeile->clear();
-  if (!order) messages_.Error(this, u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);
-  order_ = std::move(order).value_or(BoxOrder());
-  counting_ = false;
   ShowCounts();
+  BuildOrder();
+  QGuiApplication::restoreOverrideCursor();
   ShowCommands();
 }
 
-void TF_dlausw::ShowProgress(const BoxCounts& counts) {
+void TF_dlausw::BuildOrder() {
+  ui_->StatusZeile->setText(u"Leitner-Index aufbauen"_s);
+  Progress() = {.counter = 0, .display = false, .bar = this};
+  std::optional<BoxOrder> order = BuildBoxOrder(file_, clock_.Now());
+  Progress() = {};
+  ui_->StatusZeile->clear();
+  if (!order) messages_.Error(this, u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);
+  order_ = std::move(order).value_or(BoxOrder());
+}
+
+bool TF_dlausw::PaintNow() {
   const int64_t now = clock_.Milliseconds();
-  if (now - progress_shown_ < kRepaintInterval) return;
-  progress_shown_ = now;
+  if (now - painted_ < kRepaintInterval) return false;
+  painted_ = now;
+  return true;
+}
+
+void TF_dlausw::ShowProgress(const BoxCounts& counts) {
+  if (!PaintNow()) return;
   counts_ = counts;
   ShowCounts();
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void TF_dlausw::SetPosition(int64_t position) {
+  if (!PaintNow()) return;
+  ui_->StatusZeile->setText(u"Leitner-Index aufbauen: %1 Karten"_s.arg(position));
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
@@ -114,11 +133,23 @@ void TF_dlausw::LimitEdited(int box) {
 
 void TF_dlausw::CheckBoxKompatibelClick() {
   QCheckBox* box = ui_->CheckBoxKompatibel;
-  QPalette palette;
-  if (!box->isChecked()) palette.setColor(QPalette::WindowText, QColor(200, 30, 30));
-  box->setPalette(palette);
-  box->setText(box->isChecked() ? u"Zeitsperre gegen vorzeitiges Weiterücken ist aktiv:"_s
+  QPalette colours = palette();
+  if (!box->isChecked()) colours.setColor(QPalette::WindowText, AccentColour(Accent::NotKnown, colours));
+  box->setPalette(colours);
+  box->setText(box->isChecked() ? u"Zeitsperre gegen vorzeitiges Weiterrücken ist aktiv:"_s
                                 : u"Original Leitnermethode. Nicht k o m p a t i b e l !"_s);
+}
+
+// A box is started by its own button; the button for the automatic methods would start another thing than one sees.
+void TF_dlausw::PageChanged() {
+  const bool boxes = ui_->PageControl->currentWidget() == ui_->TabSheetManuell;
+  ui_->BtLern->setEnabled(!boxes);
+  ui_->BtLern->setToolTip(boxes ? u"Hier beginnt das Lernen mit dem Knopf eines Faches"_s : u"Lernfenster anzeigen"_s);
+  if (boxes) {
+    ui_->BitBtnSort->setFocus();
+  } else {
+    (ui_->RadioReihe->isChecked() ? ui_->RadioReihe : ui_->RadioStandard)->setFocus();
+  }
 }
 
 void TF_dlausw::BtLernClick() {

@@ -5,9 +5,9 @@
 #include <memory>
 #include <optional>
 
-#include "learn/learning_run.h"
 #include "learn/leitner_count.h"
-#include "learn/leitner_method.h"
+#include "learn/method_choice.h"
+#include "platform/progress.h"
 #include "platform/qt/messages.h"
 #include "store/card_file.h"
 #include "store/program_settings.h"
@@ -21,23 +21,21 @@ class TF_dlausw;
 
 namespace tessaro {
 
-// What the learner chose: a method of the automatic kind, or a Leitner box to work through.
-struct MethodChoice {
-  Method method = Method::Standard;
-  LeitnerBox box;        // for Method::Leitner
-  bool box_lock = true;  // the lock against early advancing
+// What the dialog opens with.
+struct MethodDialogState {
+  Method automatic = Method::Standard;  // or RowOrder
+  bool boxes = false;                   // the tab of the Leitner boxes is in front
+  bool box_lock = true;
 };
 
 // The selection of the learning method. It counts the cards into the Leitner boxes and shows which of them may be
-// learned; accepted, it has a choice.
-class TF_dlausw : public QDialog {
+// learned; accepted, it has a choice. Counting raises the levels of cards, also when no choice follows.
+class TF_dlausw : public QDialog, private ProgressBar {
   Q_OBJECT
 
  public:
-  // `shown` is the choice that the dialog opens with; of a Leitner box only the tab and the lock are taken. `observer`
-  // hears of the cards whose level counting raises and may be null.
   TF_dlausw(CardFile& file, ProgramSettings& settings, const Clock& clock, Messages& messages,
-            const MethodChoice& shown, RowObserver* observer, QWidget* parent = nullptr);
+            const MethodDialogState& shown, QWidget* parent = nullptr);
   ~TF_dlausw() override;
 
   MethodChoice TakeChoice() { return std::move(choice_); }
@@ -49,17 +47,21 @@ class TF_dlausw : public QDialog {
   void LimitEdited(int box);
   void CheckBoxKompatibelClick();
   void BtLernClick();
+  void PageChanged();
 
   void ShowCounts();
   void ShowCommands();
+  // Both paint the dialog now and then, so that it lives while a large file is counted.
   void ShowProgress(const BoxCounts& counts);
+  void SetPosition(int64_t position) override;
+  bool PaintNow();
+  void BuildOrder();
 
   std::unique_ptr<Ui::TF_dlausw> ui_;
   CardFile& file_;
   ProgramSettings& settings_;
   const Clock& clock_;
   Messages& messages_;
-  RowObserver* observer_;
   std::array<QLineEdit*, kBoxes> count_edits_;
   std::array<QLineEdit*, kLimitedBoxes> limit_edits_;
   std::array<QPushButton*, kBoxes> learn_buttons_;
@@ -69,7 +71,7 @@ class TF_dlausw : public QDialog {
   BoxCommands commands_;
   BoxOrder order_;
   bool counting_ = false;
-  int64_t progress_shown_ = 0;  // when the running counts were painted last, in milliseconds
+  int64_t painted_ = 0;  // when the running work was painted last, in milliseconds
   MethodChoice choice_;
 };
 

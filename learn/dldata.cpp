@@ -1,6 +1,7 @@
 #include "learn/dldata.h"
 
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QTableWidget>
 
 #include "learn/interval_plot.h"
@@ -36,12 +37,21 @@ void Prepare(QTableWidget* table, const QStringList& heads) {
 
 TF_dldata::TF_dldata(QWidget* parent) : QWidget(parent, Qt::Window), ui_(std::make_unique<Ui::TF_dldata>()) {
   ui_->setupUi(this);
+  // The keys stay with the learning window.
+  setAttribute(Qt::WA_ShowWithoutActivating);
   Prepare(ui_->GridVerlauf, {u"Nr."_s, u"Antwort"_s, u"Zeit"_s, u"Abstand"_s});
   Prepare(ui_->GridReihe1, {u"x"_s, u"Abstand"_s});
   Prepare(ui_->GridReihe2, {u"x"_s, u"Abstand"_s});
 }
 
 TF_dldata::~TF_dldata() = default;
+
+void TF_dldata::Clear() {
+  ui_->LabelTitel->setText(u"Nach der nächsten Antwort steht hier, wie sich ihre Behaltenszeit ergibt."_s);
+  for (QTableWidget* table : {ui_->GridVerlauf, ui_->GridReihe1, ui_->GridReihe2}) table->setRowCount(0);
+  for (QLineEdit* edit : findChildren<QLineEdit*>()) edit->clear();
+  ui_->Abstaende->Show(std::nullopt);
+}
 
 void TF_dldata::Show(const AnswerStatistics& statistics, std::string_view question, std::string_view answer) {
   ui_->LabelTitel->setText(FromBytes(StatisticsTitle(question, answer)));

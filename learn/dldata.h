@@ -26,6 +26,8 @@ class TF_dldata : public QWidget {
   explicit TF_dldata(QWidget* parent = nullptr);
   ~TF_dldata() override;
 
+  // Before the first answer, and after one was taken back.
+  void Clear();
   void Show(const AnswerStatistics& statistics, std::string_view question, std::string_view answer);
 
  Q_SIGNALS:

@@ -3,8 +3,7 @@
 #include <QPushButton>
 #include <QShortcut>
 
-#include "learn/learning_keys.h"
-#include "learn/shortcut_code.h"
+#include "learn/command_keys.h"
 #include "platform/qt/icons.h"
 #include "ui_frage.h"
 
@@ -14,14 +13,11 @@ namespace tessaro {
 namespace {
 
 // Gives the button the key of its command, which then also stands on it.
-void SetKey(QPushButton* button, int64_t code) {
-  const std::optional<QKeyCombination> key = KeyFromShortcutCode(code);
-  if (!key) return;
-  button->setText(u"%1   %2"_s.arg(button->text(), KeyName(*key)));
-  QList<QKeySequence> keys = {QKeySequence(*key)};
-  if (key->key() == Qt::Key_Return) keys += QKeySequence(QKeyCombination(key->keyboardModifiers(), Qt::Key_Enter));
-  for (const QKeySequence& sequence : keys) {
-    QObject::connect(new QShortcut(sequence, button->window()), &QShortcut::activated, button, &QPushButton::click);
+void SetKeys(QPushButton* button, const QList<QKeySequence>& keys) {
+  if (keys.isEmpty()) return;
+  button->setText(u"%1   %2"_s.arg(button->text(), FirstKeyName(keys)));
+  for (const QKeySequence& key : keys) {
+    QObject::connect(new QShortcut(key, button->window()), &QShortcut::activated, button, &QPushButton::click);
   }
 }
 
@@ -29,10 +25,10 @@ void SetKey(QPushButton* button, int64_t code) {
 
 TF_frage::TF_frage(const IniFile& settings, QWidget* parent) : QDialog(parent), ui_(std::make_unique<Ui::TF_frage>()) {
   ui_->setupUi(this);
-  const LearningKeys keys = ReadLearningKeys(settings);
-  SetKey(ui_->BtHand, keys[static_cast<size_t>(LearningCommand::Turn)]);
-  SetKey(ui_->BtWeissIch, keys[static_cast<size_t>(LearningCommand::Known)]);
-  SetKey(ui_->BtLerneIch, keys[static_cast<size_t>(LearningCommand::NotKnown)]);
+  const CommandKeys keys = KeysOfCommands(ReadLearningKeys(settings));
+  SetKeys(ui_->BtHand, keys[static_cast<size_t>(LearningCommand::Turn)]);
+  SetKeys(ui_->BtWeissIch, keys[static_cast<size_t>(LearningCommand::Known)]);
+  SetKeys(ui_->BtLerneIch, keys[static_cast<size_t>(LearningCommand::NotKnown)]);
   ui_->BtHand->setIcon(Icon("turn"));
   ui_->BtWeissIch->setIcon(Icon("known"));
   ui_->BtLerneIch->setIcon(Icon("not-known"));

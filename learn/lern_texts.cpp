@@ -98,7 +98,7 @@ QString StatusText(CardStatus status, int64_t check_count) {
   return {};
 }
 
-QString StageText(RunStage stage) {
+QString StageText(RunStage stage, int box) {
   switch (stage) {
     case RunStage::None:
       return u"Lernsteuerung"_s;
@@ -111,7 +111,7 @@ QString StageText(RunStage stage) {
     case RunStage::RowOrder:
       return u"Lernsteuerung nach Reihenfolge"_s;
     case RunStage::LeitnerBox:
-      return u"Lernsteuerung manuell"_s;
+      return u"Lernsteuerung manuell - in Karteifach %1 -"_s.arg(box);
     case RunStage::Navigation:
       return u"Visuelle Lernsteuerung mit Hyperlinks"_s;
   }
@@ -184,6 +184,10 @@ QString EndOfFileNotice() {
 
 QString NoCardsNotice() {
   return u"Diese Kartei enthält keine Karten, die gelernt werden können."_s;
+}
+
+QString RowOrderRestartedNotice() {
+  return u"Die Reihenfolge geht mit der nächsten Karte am Anfang der Kartei weiter."_s;
 }
 
 QString NothingToUndoHint() {

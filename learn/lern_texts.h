@@ -24,8 +24,8 @@ QString CaptionText(CardSide side, bool inverse, bool navigation, int position);
 QString SideText(CardSide side, bool inverse, bool navigation);
 // Empty for CardStatus::None.
 QString StatusText(CardStatus status, int64_t check_count);
-// How the card on screen was chosen.
-QString StageText(RunStage stage);
+// How the card on screen was chosen. `box` is that of the box method.
+QString StageText(RunStage stage, int box);
 QString MethodText(Method method);
 QString TimeLockText(bool on);
 
@@ -40,6 +40,7 @@ QString ClockWentBackNotice();
 QString NothingDueNotice(std::optional<int64_t> seconds);
 QString EndOfFileNotice();
 QString NoCardsNotice();
+QString RowOrderRestartedNotice();
 
 // Why controls are greyed.
 QString NothingToUndoHint();

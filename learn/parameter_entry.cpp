@@ -2,10 +2,15 @@
 
 #include <algorithm>
 #include <charconv>
+#include <string_view>
+
+#include "store/ini_file.h"
 
 namespace tessaro {
 namespace {
 
+constexpr std::string_view kSection = "CHK";
+constexpr std::string_view kPositionKey = "rpos";
 constexpr int64_t kSecondsPerDay = 86400;
 constexpr int64_t kMostCards = 999990;
 constexpr double kMostWeight = 4.0;
@@ -68,6 +73,15 @@ Range RangeOf(const ParameterTexts& texts, ParameterField field) {
 }
 
 }  // namespace
+
+ParameterEntry ReadParameterEntry(const IniFile& program, const IniFile& card_file) {
+  return {ReadParameters(program), card_file.GetInt(kSection, kPositionKey, 1)};
+}
+
+void WriteParameterEntry(const ParameterEntry& entry, IniFile& program, IniFile& card_file) {
+  WriteParameters(entry.parameters, program);
+  card_file.SetInt(kSection, kPositionKey, entry.check_position);
+}
 
 ParameterTexts ParameterTextsOf(const ParameterEntry& entry) {
   const LearningParameters& p = entry.parameters;

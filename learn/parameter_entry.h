@@ -30,6 +30,10 @@ struct ParameterEntry {
   int64_t check_position = 1;
 };
 
+// The parameters of the program's settings, the position of the card file's ("CHK"/"rpos").
+ParameterEntry ReadParameterEntry(const IniFile& program, const IniFile& card_file);
+void WriteParameterEntry(const ParameterEntry& entry, IniFile& program, IniFile& card_file);
+
 ParameterTexts ParameterTextsOf(const ParameterEntry& entry);
 // The first field, in their order, whose text is no number or out of its range; nothing when all are good.
 std::optional<ParameterField> FindWrong(const ParameterTexts& texts);

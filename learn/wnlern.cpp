@@ -6,10 +6,10 @@
 #include <algorithm>
 
 #include "hypertext/video_screen.h"
-#include "learn/learning_keys.h"
+#include "learn/command_keys.h"
+#include "learn/dldata.h"
 #include "learn/lern_texts.h"
 #include "learn/link_state.h"
-#include "learn/shortcut_code.h"
 #include "learn/side_look.h"
 #include "learn/wnlern_look.h"
 #include "platform/qt/text.h"
@@ -93,14 +93,18 @@ void TF_wnlern::ConnectMethods() {
   auto* methods = new QActionGroup(this);
   methods->addAction(ui_->MAutoStandard);
   methods->addAction(ui_->MAutoReihe);
+  methods->addAction(ui_->MLeitner);
   connect(ui_->MAutoStandard, &QAction::triggered, this, [this] { MethodClick(Method::Standard); });
   connect(ui_->MAutoReihe, &QAction::triggered, this, [this] { MethodClick(Method::RowOrder); });
   ui_->ButtonMethode->addActions(methods->actions());
   ui_->ButtonMethode->setPopupMode(QToolButton::InstantPopup);
   // Its arrow stands in the text; the style's own hangs below it.
   ui_->ButtonMethode->setStyleSheet(u"QToolButton::menu-indicator { image: none; }"_s);
-  connect(ui_->MReiheAnfang, &QAction::triggered, this,
-          [this] { Do([](LearningRun& run) { run.RestartRowOrder(); }); });
+  connect(ui_->MLeitner, &QAction::triggered, this, &TF_wnlern::SpeedButtonLeitnerClick);
+  connect(ui_->SpeedButtonLeitner, &QAbstractButton::clicked, this, &TF_wnlern::SpeedButtonLeitnerClick);
+  connect(ui_->SpeedButtonLeitnerOn, &QAbstractButton::clicked, this, [this] { MethodClick(automatic_); });
+  connect(ui_->SpeedButtonLeitnerOff, &QAbstractButton::clicked, this, [this] { MethodClick(Method::Leitner); });
+  connect(ui_->MReiheAnfang, &QAction::triggered, this, &TF_wnlern::MReiheAnfangClick);
   connect(ui_->MNeueKarten, &QAction::triggered, this, &TF_wnlern::MNeueKartenClick);
   connect(ui_->MZeitsperre, &QAction::triggered, this, &TF_wnlern::SpeedButtonSperreClick);
   connect(ui_->SpeedButtonSperre, &QAbstractButton::clicked, this,
@@ -114,6 +118,9 @@ void TF_wnlern::ConnectView() {
   connect(ui_->MAnsichtOben, &QAction::triggered, this, [this] { MAnsichtClick(false); });
   connect(ui_->MAnsichtUnten, &QAction::triggered, this, [this] { MAnsichtClick(true); });
   connect(ui_->MAnzeigen, &QAction::triggered, this, &TF_wnlern::MAnzeigenClick);
+  connect(ui_->TbCalc, &QAbstractButton::clicked, this, &TF_wnlern::TbCalcClick);
+  connect(ui_->MEinzelstatistik, &QAction::triggered, this, &TF_wnlern::TbCalcClick);
+  connect(ui_->MShortCutsDef, &QAction::triggered, this, &TF_wnlern::MShortCutsDefClick);
   connect(ui_->MInvers, &QAction::triggered, this, &TF_wnlern::SpeedButtonInversClick);
   connect(ui_->SpeedButtonInversEin, &QAbstractButton::clicked, this, [this] { SpeedButtonInversClick(false); });
   connect(ui_->SpeedButtonInversAus, &QAbstractButton::clicked, this, [this] { SpeedButtonInversClick(true); });
@@ -153,14 +160,16 @@ void TF_wnlern::FormShow() {
   start_milliseconds_ = clock_.Milliseconds();
   timer_.start();
   MakeRun();
+  if (settings_.ini.GetInt(kShowSection, "Stat", 0) != 0) ShowStatisticsWindow();
   // Once the window stands: what the run has to tell comes up over it.
-  QTimer::singleShot(0, this, [this] { Do([](LearningRun& run) { run.Start(); }); });
+  QTimer::singleShot(0, this, [this] { Do([this](LearningRun& run) { StartRun(run); }); });
 }
 
 void TF_wnlern::FormClose() {
   timer_.stop();
   KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
-  settings_.ini.SetInt("rowlearn", "checked", ui_->MAutoReihe->isChecked() ? 1 : 0);
+  HideStatisticsWindow();
+  settings_.ini.SetInt("rowlearn", "checked", automatic_ == Method::RowOrder ? 1 : 0);
   run_->KeepPositions();
   run_.reset();
   Q_EMIT MediaStopWanted();
@@ -169,7 +178,7 @@ void TF_wnlern::FormClose() {
 
 void TF_wnlern::MakeRun() {
   run_ = std::make_unique<LearningRun>(file_, settings_.ini, clock_, random_, static_cast<LearningView&>(*this));
-  run_->SetMethod(ui_->MAutoReihe->isChecked() ? Method::RowOrder : Method::Standard);
+  run_->SetMethod(automatic_);
   run_->SetNoNewCards(ui_->MNeueKarten->isChecked());
   run_->SetTimeLock(ui_->MZeitsperre->isChecked());
   run_->SetInverse(ui_->MInvers->isChecked());
@@ -184,7 +193,7 @@ void TF_wnlern::ButtonNeuerLaufClick() {
 
 void TF_wnlern::ReadOptions() {
   const auto checked = [this](std::string_view section) { return settings_.ini.GetInt(section, "checked", 0) != 0; };
-  (checked("rowlearn") ? ui_->MAutoReihe : ui_->MAutoStandard)->setChecked(true);
+  automatic_ = checked("rowlearn") ? Method::RowOrder : Method::Standard;
   ui_->MNeueKarten->setChecked(checked("newcards"));
   const bool below = settings_.ini.GetInt(kShowSection, "Align", 0) != 0;
   (below ? ui_->MAnsichtUnten : ui_->MAnsichtOben)->setChecked(true);
@@ -196,28 +205,21 @@ void TF_wnlern::ReadOptions() {
 void TF_wnlern::ReadShortcuts() {
   const std::array<QAction*, kLearningCommands> actions = {ui_->MKarteDrehen, ui_->Weiss_ich, ui_->Lerne_ich,
                                                            ui_->MBack, ui_->MHome};
-  const LearningKeys codes = ReadLearningKeys(settings_.ini);
-  // Two commands with the same key: the first one has it. Qt would run neither.
+  const CommandKeys keys = KeysOfCommands(ReadLearningKeys(settings_.ini));
   QList<QKeySequence> taken;
   for (size_t i = 0; i < actions.size(); ++i) {
-    const auto stored = KeyFromShortcutCode(codes[i]);
-    const QKeyCombination key = stored ? *stored : *KeyFromShortcutCode(kStandardKeys[i]);
-    QList<QKeySequence> keys = {QKeySequence(key)};
-    if (key.key() == Qt::Key_Return) keys += QKeySequence(QKeyCombination(key.keyboardModifiers(), Qt::Key_Enter));
-    if (taken.contains(keys.front())) keys.clear();
-    taken += keys;
-    actions[i]->setShortcuts(keys);
+    actions[i]->setShortcuts(keys[i]);
+    taken += keys[i];
   }
+  // The learner's own keys come first; what the form gives comes back when its key is free again.
   for (QAction* action : {ui_->MUndo, ui_->MSpeichern, ui_->MKopieren}) {
-    if (taken.contains(action->shortcut())) action->setShortcut({});
+    if (!action->data().isValid()) action->setData(QVariant::fromValue(action->shortcut()));
+    const auto key = action->data().value<QKeySequence>();
+    action->setShortcut(taken.contains(key) ? QKeySequence() : key);
   }
-  const auto key_text = [](const QAction* action) {
-    const QKeySequence key = action->shortcut();
-    return key.isEmpty() ? QString() : KeyName(key[0]);
-  };
-  ui_->BtHand->SetKeyText(key_text(ui_->MKarteDrehen));
-  ui_->BtWeissIch->SetKeyText(key_text(ui_->Weiss_ich));
-  ui_->BtLerneIch->SetKeyText(key_text(ui_->Lerne_ich));
+  ui_->BtHand->SetKeyText(FirstKeyName(keys[static_cast<size_t>(LearningCommand::Turn)]));
+  ui_->BtWeissIch->SetKeyText(FirstKeyName(keys[static_cast<size_t>(LearningCommand::Known)]));
+  ui_->BtLerneIch->SetKeyText(FirstKeyName(keys[static_cast<size_t>(LearningCommand::NotKnown)]));
 }
 
 void TF_wnlern::ReadLooks() {

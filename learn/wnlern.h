@@ -5,9 +5,10 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "hypertext/htmlview.h"
-#include "learn/learning_run.h"
+#include "learn/method_choice.h"
 #include "platform/qt/messages.h"
 #include "store/card_file.h"
 #include "store/program_settings.h"
@@ -18,6 +19,7 @@ class TF_wnlern;
 
 namespace tessaro {
 
+class TF_dldata;
 class VideoScreen;
 
 // The learning window: one run of learning over the open card file, from showing the window to closing it. It shows the
@@ -30,6 +32,11 @@ class TF_wnlern : public QMainWindow, private LearningView {
   TF_wnlern(CardFile& file, ProgramSettings& settings, const Clock& clock, Random& random, Messages& messages,
             QWidget* parent = nullptr);
   ~TF_wnlern() override;
+
+  // Goes on, or when the window is not yet shown begins, with this method.
+  void LearnBy(MethodChoice choice);
+  // Lets the user choose the method, a Leitner box for example, and goes on with it.
+  void SpeedButtonLeitnerClick();
 
   // The video that was asked for came to its end.
   void VideoEnded();
@@ -55,7 +62,7 @@ class TF_wnlern : public QMainWindow, private LearningView {
 
  private:
   // What the strip above the card says.
-  enum class Notice { None, ClockWentBack, NothingDue, EndOfFile, NoCards };
+  enum class Notice { None, ClockWentBack, NothingDue, EndOfFile, NoCards, RowOrderRestarted };
 
   void Refresh() override;
   void Tell(RunMessage message, int number) override;
@@ -88,13 +95,26 @@ class TF_wnlern : public QMainWindow, private LearningView {
   void SpeedButtonTauschClick(bool on);
   void SpeedButtonSperreClick(bool on);
   void MethodClick(Method method);
+  void MReiheAnfangClick();
+  void MShortCutsDefClick();
+  void TbCalcClick(bool on);
   void MNeueKartenClick(bool on);
   void MKopierenClick();
   void MSpeichernClick();
   void MAnsichtClick(bool below);
   void MAnzeigenClick(bool on);
   void LinkClick(int card_id);
+  // Leaves the card on screen by `go`; when the run wants to know whether it was known, the user is asked first.
+  // Otherwise the code is `unasked`.
+  void Leave(const std::function<void(LearningRun&, AnswerCode)>& go, AnswerCode unasked);
+  AnswerCode AskWhetherKnown();
   void ButtonNeuerLaufClick();
+
+  void StartRun(LearningRun& run);
+  void TakeChoice(LearningRun& run, MethodChoice choice);
+  static void ShowFirstIfNone(LearningRun& run);
+  void ShowStatisticsWindow();
+  void HideStatisticsWindow();
 
   void ReadOptions();
   void ReadShortcuts();
@@ -105,6 +125,8 @@ class TF_wnlern : public QMainWindow, private LearningView {
   void ShowCaption();
   void ShowFigures();
   void ShowControls();
+  void ShowMethod();
+  void ShowStatistics();
   void ShowNotice();
   void FocusNextStep();
 
@@ -120,6 +142,10 @@ class TF_wnlern : public QMainWindow, private LearningView {
   int64_t start_milliseconds_ = 0;
   bool in_command_ = false;
   bool card_changed_ = false;
+  bool choose_method_ = false;                // a box is done: the selection of the method comes next
+  Method automatic_ = Method::Standard;       // what goes on when no box is learned: Standard or RowOrder
+  std::optional<MethodChoice> first_choice_;  // given before the window was shown
+  std::unique_ptr<TF_dldata> statistics_;     // while it is switched on
   Notice notice_ = Notice::None;
 };
 

@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QScopedValueRollback>
+#include <utility>
 
 #include "hypertext/plain_text.h"
 #include "learn/due_rule.h"
@@ -16,14 +17,7 @@
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
-namespace {
-
-// Where no card could be shown so far, another setting may find one.
-void ShowFirst(LearningRun& run) {
-  if (run.card().row == 0) run.ShowNext();
-}
-
-}  // namespace
+namespace {}  // namespace
 
 void TF_wnlern::Refresh() {
   card_changed_ = true;
@@ -37,9 +31,8 @@ void TF_wnlern::Tell(RunMessage message, int number) {
   IsFault(message) ? messages_.Error(this, text) : messages_.Information(this, text);
 }
 
-// The box method has no window here: the standard method goes on.
 void TF_wnlern::ChooseMethod() {
-  ui_->MAutoStandard->setChecked(true);
+  choose_method_ = true;
 }
 
 void TF_wnlern::EndRun() {
@@ -60,6 +53,7 @@ void TF_wnlern::Do(const std::function<void(LearningRun&)>& command) {
   } catch (...) {
     messages_.Error(this, AnswerFailedText());
   }
+  if (std::exchange(choose_method_, false)) QTimer::singleShot(0, this, &TF_wnlern::SpeedButtonLeitnerClick);
 }
 
 void TF_wnlern::BtHandClick() {
@@ -83,11 +77,11 @@ void TF_wnlern::SpeedButtonUndoClick() {
 }
 
 void TF_wnlern::SpeedButtonHomeClick() {
-  Do([](LearningRun& run) { run.GoHome(); });
+  Leave([](LearningRun& run, AnswerCode code) { run.GoHome(code); }, AnswerCode::NoRating);
 }
 
 void TF_wnlern::SpeedButtonBackClick() {
-  Do([](LearningRun& run) { run.GoBack(); });
+  Leave([](LearningRun& run, AnswerCode code) { run.GoBack(code); }, AnswerCode::NoRating);
 }
 
 void TF_wnlern::SpeedButtonVisClick() {
@@ -95,7 +89,7 @@ void TF_wnlern::SpeedButtonVisClick() {
 }
 
 void TF_wnlern::LinkClick(int card_id) {
-  Do([card_id](LearningRun& run) { run.FollowLink(card_id); });
+  Leave([card_id](LearningRun& run, AnswerCode code) { run.FollowLink(card_id, code); }, AnswerCode::LinkNoRating);
 }
 
 void TF_wnlern::SpeedButtonInversClick(bool on) {
@@ -109,21 +103,14 @@ void TF_wnlern::SpeedButtonTauschClick(bool on) {
 void TF_wnlern::SpeedButtonSperreClick(bool on) {
   Do([on](LearningRun& run) {
     run.SetTimeLock(on);
-    ShowFirst(run);
-  });
-}
-
-void TF_wnlern::MethodClick(Method method) {
-  Do([method](LearningRun& run) {
-    run.SetMethod(method);
-    ShowFirst(run);
+    ShowFirstIfNone(run);
   });
 }
 
 void TF_wnlern::MNeueKartenClick(bool on) {
   Do([on](LearningRun& run) {
     run.SetNoNewCards(on);
-    ShowFirst(run);
+    ShowFirstIfNone(run);
   });
   settings_.ini.SetInt("newcards", "checked", on ? 1 : 0);
 }
@@ -158,7 +145,9 @@ void TF_wnlern::ShowRun() {
   ShowCaption();
   ShowFigures();
   ShowControls();
+  ShowMethod();
   ShowNotice();
+  ShowStatistics();
   FitControls(*ui_, width());
 }
 
@@ -171,7 +160,7 @@ void TF_wnlern::ShowCard() {
 void TF_wnlern::ShowCaption() {
   const ShownCard& card = run_->card();
   if (card.row == 0) {
-    setWindowTitle(StageText(RunStage::None));
+    setWindowTitle(StageText(RunStage::None, 0));
     ui_->LabelSeite->clear();
     return;
   }
@@ -195,7 +184,7 @@ void TF_wnlern::ShowFigures() {
   ui_->Edit1->setText(QString::number(figures.unknown_count));
   ui_->DisplayCheckAnzahl->setText(QString::number(figures.check_count));
   ui_->DisplayJetztGeuebt->setText(QString::number(figures.presented));
-  ui_->LabelSteuerung->setText(StageText(run_->stage()));
+  ui_->LabelSteuerung->setText(StageText(run_->stage(), run_->box()));
   TimerLernTimer();
 }
 
@@ -225,7 +214,6 @@ void TF_wnlern::ShowControls() {
   ui_->SpeedButtonSperre->setIcon(Icon(run_->time_lock() ? "lock" : "unlock"));
   ui_->MZeitsperre->setChecked(run_->time_lock());
   ui_->EditZeitsperre->setText(TimeLockText(run_->time_lock()));
-  ui_->ButtonMethode->setText(MethodText(run_->method()) + u" ▾"_s);
   FocusNextStep();
 }
 
@@ -256,6 +244,9 @@ void TF_wnlern::ShowNotice() {
       break;
     case Notice::NoCards:
       text = NoCardsNotice();
+      break;
+    case Notice::RowOrderRestarted:
+      text = RowOrderRestartedNotice();
       break;
   }
   ui_->LabelHinweis->setText(text);

@@ -65,6 +65,10 @@ void DressButtons(Ui::TF_wnlern& ui) {
   ui.SpeedButtonInversAus->setIcon(Icon("inverse"));
   ui.SpeedButtonTausch->setIcon(Icon("swap"));
   ui.ButtonMethode->setIcon(Icon("learn"));
+  ui.SpeedButtonLeitner->setIcon(Icon("boxes"));
+  ui.SpeedButtonLeitnerOn->setIcon(Icon("boxes-leave"));
+  ui.SpeedButtonLeitnerOff->setIcon(Icon("boxes-resume"));
+  ui.TbCalc->setIcon(Icon("chart"));
   ui.BildHinweis->setPixmap(Icon("clock").pixmap(QSize(20, 20), ui.BildHinweis->devicePixelRatioF()));
   ui.Hinweis->setBackgroundRole(QPalette::AlternateBase);
 }
@@ -74,6 +78,8 @@ void DressMenus(Ui::TF_wnlern& ui) {
   ui.MBack->setIcon(Icon("back"));
   ui.MVis->setIcon(Icon("overview"));
   ui.MSpeichern->setIcon(Icon("save"));
+  ui.MLeitner->setIcon(Icon("boxes"));
+  ui.MEinzelstatistik->setIcon(Icon("chart"));
   ui.MUndo->setIcon(Icon("undo"));
   ui.MKarteDrehen->setIcon(Icon("turn"));
   ui.MDrehen->setIcon(Icon("turn"));

@@ -1,0 +1,27 @@
+#include "learn/command_keys.h"
+
+#include <algorithm>
+
+#include "learn/shortcut_code.h"
+
+namespace tessaro {
+
+CommandKeys KeysOfCommands(const LearningKeys& codes) {
+  CommandKeys keys;
+  for (size_t i = 0; i < keys.size(); ++i) {
+    const auto stored = KeyFromShortcutCode(codes[i]);
+    const QKeyCombination key = stored ? *stored : *KeyFromShortcutCode(kStandardKeys[i]);
+    const auto taken = [&](const QList<QKeySequence>& earlier) { return earlier.contains(QKeySequence(key)); };
+    if (std::any_of(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(i), taken)) continue;
+    keys[i] = {QKeySequence(key)};
+    // Enter of the number block is a key of its own to Qt.
+    if (key.key() == Qt::Key_Return) keys[i] += QKeySequence(QKeyCombination(key.keyboardModifiers(), Qt::Key_Enter));
+  }
+  return keys;
+}
+
+QString FirstKeyName(const QList<QKeySequence>& keys) {
+  return keys.isEmpty() ? QString() : KeyName(keys.front()[0]);
+}
+
+}  // namespace tessaro

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "learn/learning_run.h"
+#include "learn/leitner_method.h"
+
+namespace tessaro {
+
+// What the learner chose: a method of the automatic kind, or a Leitner box to work through.
+struct MethodChoice {
+  Method method = Method::Standard;
+  LeitnerBox box = {};   // for Method::Leitner
+  bool box_lock = true;  // the lock against early advancing
+};
+
+}  // namespace tessaro

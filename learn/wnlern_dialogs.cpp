@@ -1,0 +1,145 @@
+// The windows that the learning window opens, and what it does with what they bring.
+
+#include <utility>
+
+#include "learn/dlausw.h"
+#include "learn/dldata.h"
+#include "learn/dllernkeys.h"
+#include "learn/frage.h"
+#include "learn/lern_texts.h"
+#include "learn/wnlern.h"
+#include "platform/qt/window_place.h"
+#include "ui_wnlern.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+constexpr std::string_view kStatisticsPlace = "D";
+
+}  // namespace
+
+void TF_wnlern::LearnBy(MethodChoice choice) {
+  if (run_ == nullptr) {
+    first_choice_ = std::move(choice);
+    return;
+  }
+  if (in_command_) return;
+  if (run_->ended()) MakeRun();
+  Do([&](LearningRun& run) {
+    TakeChoice(run, std::move(choice));
+    run.ShowNext();
+  });
+}
+
+void TF_wnlern::StartRun(LearningRun& run) {
+  if (first_choice_) TakeChoice(run, *std::exchange(first_choice_, std::nullopt));
+  run.Start();
+}
+
+void TF_wnlern::TakeChoice(LearningRun& run, MethodChoice choice) {
+  run.SetBoxLock(choice.box_lock);
+  if (choice.method == Method::Leitner) {
+    run.StartBox(std::move(choice.box));
+    return;
+  }
+  automatic_ = choice.method;
+  run.SetMethod(automatic_);
+}
+
+// Where no card could be shown so far, another setting may find one.
+void TF_wnlern::ShowFirstIfNone(LearningRun& run) {
+  if (run.card().row == 0) run.ShowNext();
+}
+
+void TF_wnlern::MethodClick(Method method) {
+  if (method != Method::Leitner) automatic_ = method;
+  Do([method](LearningRun& run) {
+    run.SetMethod(method);
+    ShowFirstIfNone(run);
+  });
+}
+
+void TF_wnlern::SpeedButtonLeitnerClick() {
+  if (run_ == nullptr || in_command_) return;
+  const MethodDialogState shown = {.automatic = automatic_, .boxes = true, .box_lock = run_->box_lock()};
+  TF_dlausw dialog(file_, settings_, clock_, messages_, shown, this);
+  if (dialog.exec() == QDialog::Accepted) {
+    LearnBy(dialog.TakeChoice());
+  } else {
+    Do(ShowFirstIfNone);
+  }
+}
+
+void TF_wnlern::MReiheAnfangClick() {
+  Do([](LearningRun& run) { run.RestartRowOrder(); });
+  if (notice_ != Notice::None) return;
+  notice_ = Notice::RowOrderRestarted;
+  ShowNotice();
+}
+
+void TF_wnlern::MShortCutsDefClick() {
+  TF_dllernkeys(settings_.ini, this).exec();
+  ReadShortcuts();
+}
+
+void TF_wnlern::Leave(const std::function<void(LearningRun&, AnswerCode)>& go, AnswerCode unasked) {
+  Do([&](LearningRun& run) { go(run, run.AsksBeforeLeaving() ? AskWhetherKnown() : unasked); });
+}
+
+AnswerCode TF_wnlern::AskWhetherKnown() {
+  TF_frage question(settings_.ini, this);
+  connect(&question, &TF_frage::TurnWanted, this, [this] {
+    run_->Turn();
+    ShowRun();
+  });
+  question.exec();
+  return question.code();
+}
+
+void TF_wnlern::TbCalcClick(bool on) {
+  settings_.ini.SetInt("SHOW", "Stat", on ? 1 : 0);
+  on ? ShowStatisticsWindow() : HideStatisticsWindow();
+}
+
+void TF_wnlern::ShowStatisticsWindow() {
+  statistics_ = std::make_unique<TF_dldata>(this);
+  connect(statistics_.get(), &TF_dldata::Closed, this, [this] { TbCalcClick(false); });
+  RestoreWindowPlace(*statistics_, settings_.ini, kStatisticsPlace);
+  ShowStatistics();
+  statistics_->show();
+}
+
+void TF_wnlern::HideStatisticsWindow() {
+  if (statistics_ != nullptr) {
+    KeepWindowPlace(*statistics_, settings_.ini, kStatisticsPlace);
+    statistics_->hide();
+    // It may be its own closing that leads here.
+    statistics_.release()->deleteLater();
+  }
+  ShowStatistics();
+}
+
+void TF_wnlern::ShowStatistics() {
+  ui_->TbCalc->setChecked(statistics_ != nullptr);
+  ui_->MEinzelstatistik->setChecked(statistics_ != nullptr);
+  if (statistics_ == nullptr) return;
+  const AnswerStatistics* figures = run_ == nullptr ? nullptr : run_->statistics();
+  if (figures == nullptr) return statistics_->Clear();
+  const CardReader cards(file_);
+  statistics_->Show(*figures, cards.Question(figures->row), cards.Answer(figures->row));
+}
+
+void TF_wnlern::ShowMethod() {
+  const Method method = run_->method();
+  ui_->MAutoStandard->setChecked(method == Method::Standard);
+  ui_->MAutoReihe->setChecked(method == Method::RowOrder);
+  ui_->MLeitner->setChecked(method == Method::Leitner);
+  ui_->ButtonMethode->setText(MethodText(method) + u" ▾"_s);
+  ui_->SpeedButtonLeitnerOn->setVisible(method == Method::Leitner);
+  // A box that was left can be taken up again.
+  ui_->SpeedButtonLeitnerOff->setVisible(method != Method::Leitner && run_->box() != 0);
+}
+
+}  // namespace tessaro

@@ -1,0 +1,288 @@
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTableWidget>
+
+#include "hypertext/htmlview.h"
+#include "learn/dlausw.h"
+#include "learn/dldata.h"
+#include "learn/dllernkeys.h"
+#include "learn/dlparam.h"
+#include "learn/frage.h"
+#include "learn/hot_key_edit.h"
+#include "tests/learn/window_fixture.h"
+#include "tests/support/dialog_driver.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+void Press(const QWidget& window, const QString& button) {
+  QTest::mouseClick(&Control<QAbstractButton>(window, button), Qt::LeftButton);
+}
+
+QString Line(const QWidget& window, const QString& edit) {
+  return Control<QLineEdit>(window, edit).text();
+}
+
+QString StatusLine(const QWidget& window) {
+  return Control<QLabel>(window, u"StatusZeile"_s).text();
+}
+
+class LearningDialogs : public LearningWindow {
+ protected:
+  // Opens the selection of the method with `open` and does `act` there.
+  void Choose(const std::function<void(TF_dlausw&)>& act) {
+    DriveDialog<TF_dlausw>([&] { Trigger(u"MLeitner"_s); }, act);
+  }
+  bool Checked(const QString& action) { return Find<QAction>(action).isChecked(); }
+  void FollowFirstLink() {
+    const LinkArea area = Find<TFrameHtml>(u"FrameHtml"_s).layout().links.areas().front();
+    QTest::mouseClick(&Find<QWidget>(u"PaintBox"_s), Qt::LeftButton, {}, QPoint(area.left + 2, area.top + 2));
+  }
+};
+
+// Two cards of box 1, the second answered longer ago; two new ones; one of box 2; one raised to it by its streak.
+std::vector<TestCard> BoxCards(int64_t now) {
+  const auto time = [&](int64_t ago) { return std::to_string(now - ago); };
+  return {{.id = "000001", .score = "000000000", .time_row = time(500), .topic = "01"},
+          {.id = "000002", .score = "000000000", .time_row = time(900), .topic = "1"},
+          {.id = "000003"},
+          {.id = "000004"},
+          {.id = "000005", .time_row = time(100), .topic = "2"},
+          {.id = "000006", .yes_no_row = Letters("ww"), .time_row = time(700), .topic = "1"}};
+}
+
+TEST_F(LearningDialogs, ABoxIsCountedLearnedToItsEndAndChosenAnew) {
+  Open(BoxCards(clock.now));
+  Choose([&](TF_dlausw& dialog) {
+    for (const QString& name : {u"BitBtnLern1"_s, u"BitBtnNeuNach1"_s, u"BitBtnLern6"_s}) {
+      EXPECT_FALSE(Control<QWidget>(dialog, name).isEnabled()) << name.toStdString();
+    }
+    Press(dialog, u"BitBtnSort"_s);
+    EXPECT_EQ(Line(dialog, u"EditAnzNeu"_s) + Line(dialog, u"EditAnzFach1"_s) + Line(dialog, u"EditAnzFach2"_s),
+              u"222"_s);
+    EXPECT_EQ(Field(kTopic, 7), "2") << "raised to the streak";
+    auto& limit = Control<QLineEdit>(dialog, u"MaskEditMax2"_s);
+    limit.selectAll();
+    QTest::keyClicks(&limit, u"2"_s);
+    EXPECT_FALSE(Control<QWidget>(dialog, u"BitBtnLern1"_s).isEnabled()) << "box 2 is full";
+    QTest::keyClicks(&limit, u"0"_s);
+    Press(dialog, u"BitBtnNeuNach1"_s);
+    EXPECT_EQ(Line(dialog, u"EditAnzNeu"_s) + Line(dialog, u"EditAnzFach1"_s), u"04"_s);
+    Press(dialog, u"CheckBoxKompatibel"_s);
+    Press(dialog, u"BitBtnLern1"_s);
+  });
+  EXPECT_EQ(settings.ini.GetInt("Leitner", "Fach2", 0), 20);
+  EXPECT_EQ(Text(u"LabelSteuerung"_s), u"Lernsteuerung manuell - in Karteifach 1 -"_s);
+  EXPECT_TRUE(Checked(u"MLeitner"_s));
+  QStringList order;
+  const auto answer = [&] {
+    order += window->windowTitle().last(1);
+    Click(u"BtWeissIch"_s);
+  };
+  for (int card = 0; card < 3; ++card) answer();
+  DriveDialog<TF_dlausw>(answer, [&](TF_dlausw& dialog) {
+    EXPECT_FALSE(Control<QCheckBox>(dialog, u"CheckBoxKompatibel"_s).isChecked()) << "kept for the run";
+    EXPECT_FALSE(Control<QWidget>(dialog, u"BitBtnLern2"_s).isEnabled()) << "not yet counted anew";
+    Press(dialog, u"BitBtnCancel"_s);
+  });
+  EXPECT_EQ(order.join(u""), u"3421"_s) << "new cards first, then the one answered longest ago";
+  EXPECT_EQ(messages.shown, QStringList(u"\nKarteifach abgearbeitet.\nWeiter mit neuer Auswahl."_s));
+  EXPECT_TRUE(Checked(u"MAutoStandard"_s));
+  EXPECT_FALSE(Find<QWidget>(u"SpeedButtonLeitnerOff"_s).isVisible()) << "an ended box cannot be taken up again";
+}
+
+TEST_F(LearningDialogs, ABoxIsLeftAndTakenUpByItsButtons) {
+  Open(BoxCards(clock.now));
+  Choose([](TF_dlausw& dialog) {
+    Press(dialog, u"BitBtnSort"_s);
+    Press(dialog, u"BitBtnLern2"_s);
+  });
+  EXPECT_EQ(window->windowTitle().last(1), u"6"_s);
+  Click(u"SpeedButtonLeitnerOn"_s);
+  EXPECT_TRUE(Checked(u"MAutoStandard"_s));
+  Choose([](TF_dlausw& dialog) { Press(dialog, u"BitBtnCancel"_s); });
+  EXPECT_TRUE(Checked(u"MAutoStandard"_s)) << "cancelled";
+  Click(u"SpeedButtonLeitnerOff"_s);
+  EXPECT_TRUE(Checked(u"MLeitner"_s));
+  Click(u"BtWeissIch"_s);
+  EXPECT_EQ(window->windowTitle().last(1), u"5"_s) << "where the box was left";
+}
+
+TEST_F(LearningDialogs, RowOrderGoesToTheEndAndFromTheStartAgain) {
+  Open({{.id = "000001"}, {.id = "000002"}, {.id = "000003"}});
+  file.settings().SetInt("ROW", "Pos", 3);
+  Choose([](TF_dlausw& dialog) {
+    Control<QTabWidget>(dialog, u"PageControl"_s).setCurrentIndex(0);
+    Control<QRadioButton>(dialog, u"RadioReihe"_s).setChecked(true);
+    Press(dialog, u"BtLern"_s);
+  });
+  EXPECT_TRUE(Checked(u"MAutoReihe"_s));
+  EXPECT_EQ(window->windowTitle().last(1), u"2"_s) << "the kept position";
+  Trigger(u"MReiheAnfang"_s);
+  EXPECT_TRUE(Find<QWidget>(u"Hinweis"_s).isVisible());
+  for (const QString& next : {u"1"_s, u"3"_s}) {
+    Click(u"BtWeissIch"_s);
+    EXPECT_EQ(window->windowTitle().last(1), next);
+  }
+  EXPECT_TRUE(messages.shown.isEmpty());
+  Click(u"BtWeissIch"_s);
+  EXPECT_EQ(messages.shown, QStringList(u"\nKarteiende erreicht. \nLerndurchlauf beendet."_s));
+  window->close();
+  EXPECT_EQ(settings.ini.GetInt("rowlearn", "checked", 0), 1);
+}
+
+TEST(ParameterDialog, AWrongEntryKeepsTheFocusAndChangesNothing) {
+  struct Case {
+    QString field;
+    QString text;
+    QString message;
+  };
+  const Case cases[] = {{u"EdMinBreite"_s, u"1"_s, u"<< Minimale Breite mindestens 2 ! >>"_s},
+                        {u"EdMaxBreite"_s, u"1"_s, u"<< Breite zu klein >>"_s},
+                        {u"EdAnzKartWechsel"_s, u"4"_s, u"<< Zahl von 5 bis 50 erforderlich >>"_s},
+                        {u"EdCheck_n"_s, u"21"_s, u"<< Zahl von 2 bis 20 >>"_s},
+                        {u"EdCheck_w"_s, u"x"_s, u"<< w = 10 bis 2000 >>"_s},
+                        {u"EdCheckZeitFaktor"_s, u"4,1"_s, u"<< Zahl von 1.0 bis 4.0 >>"_s},
+                        {u"EdCheckImmer"_s, u""_s, u"<< Zahl 14 bis 500 >>"_s}};
+  for (const Case& given : cases) {
+    SCOPED_TRACE(given.field.toStdString());
+    const ParameterEntry before = {{.max_width = 70}, 9};
+    TF_dlparam dialog(before);
+    dialog.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    auto& edit = Control<QLineEdit>(dialog, given.field);
+    edit.setFocus();
+    edit.selectAll();
+    QTest::keyClick(&edit, Qt::Key_Delete);
+    QTest::keyClicks(&edit, given.text);
+    QTest::keyClick(&edit, Qt::Key_Tab);
+    QApplication::processEvents();
+    EXPECT_EQ(QApplication::focusWidget(), &edit);
+    EXPECT_EQ(StatusLine(dialog), given.message);
+    QTest::keyClick(&edit, Qt::Key_Return);
+    QApplication::processEvents();
+    EXPECT_TRUE(dialog.isVisible());
+    Press(dialog, u"BitBtnCancel"_s);
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_EQ(ParameterTextsOf(dialog.entry()), ParameterTextsOf(before));
+  }
+}
+
+TEST(ParameterDialog, DefaultsAndTheAssistantFillTheFields) {
+  TF_dlparam dialog({{.max_width = 77, .retention_weight = 2.5}, 9});
+  dialog.show();
+  Press(dialog, u"BitBtnDefault"_s);
+  EXPECT_EQ(StatusLine(dialog), u"Vorgabewerte gesetzt"_s);
+  EXPECT_EQ(Line(dialog, u"EdMaxBreite"_s) + Line(dialog, u"EdCheckZeitFaktor"_s), u"501.0"_s);
+  EXPECT_EQ(Line(dialog, u"EdCheckPosition"_s), u"9"_s);
+  Control<QTabWidget>(dialog, u"PageControl"_s).setCurrentIndex(1);
+  for (const QString& answer : {u"RadioKurzSchwach"_s, u"RadioLangGut"_s}) Press(dialog, answer);
+  Press(dialog, u"BitBtnUebernehmen"_s);
+  EXPECT_EQ(StatusLine(dialog), u"Eingaben im Assistenten fehlen"_s);
+  EXPECT_EQ(Line(dialog, u"EdMaxBreite"_s), u"50"_s);
+  Press(dialog, u"RadioKartenSchwer"_s);
+  Press(dialog, u"BitBtnUebernehmen"_s);
+  EXPECT_EQ(Line(dialog, u"EdMaxBreite"_s) + Line(dialog, u"EdCheckZeitFaktor"_s), u"151.5"_s);
+  EXPECT_EQ(dialog.entry().parameters.max_width, 77) << "nothing holds before OK";
+  Press(dialog, u"BitBtnOK"_s);
+  EXPECT_EQ(dialog.entry().parameters.max_width, 15);
+}
+
+TEST_F(LearningDialogs, AKeyOfOnesOwnWorksInTheWindowAndOnTheQuestion) {
+  Open({{.id = "000001", .question = "<a href=\"000002\">weiter</a>"}, {.id = "000002"}});
+  const auto set = [](TF_dllernkeys& dialog, const QString& field, Qt::Key key) {
+    QTest::keyClick(&Control<HotKeyEdit>(dialog, field), key);
+  };
+  DriveDialog<TF_dllernkeys>([&] { Trigger(u"MShortCutsDef"_s); },
+                             [&](TF_dllernkeys& dialog) {
+                               EXPECT_EQ(Line(dialog, u"HotKeyLerne"_s), u"Entf"_s);
+                               set(dialog, u"HotKeyLerne"_s, Qt::Key_Return);
+                               EXPECT_TRUE(StatusLine(dialog).contains(u"„Weiß ich“ und „Lerne ich“"_s));
+                               set(dialog, u"HotKeyLerne"_s, Qt::Key_F7);
+                               EXPECT_TRUE(StatusLine(dialog).isEmpty());
+                               set(dialog, u"HotKeyHome"_s, Qt::Key_F8);
+                               Press(dialog, u"BitBtnOK"_s);
+                             });
+  EXPECT_EQ(settings.ini.GetInt("LShortCuts", "learn", 0), 118);
+  EXPECT_EQ(settings.ini.GetInt("LShortCuts", "turn", 0), 8) << "unchanged keys are written too";
+  FollowFirstLink();
+  DriveDialog<TF_frage>([&] { Key(Qt::Key_F8); }, [](TF_frage& dialog) { QTest::keyClick(&dialog, Qt::Key_F7); });
+  EXPECT_NE(Field(kTimeRow, 3).front(), '0');
+  Key(Qt::Key_Delete);
+  EXPECT_EQ(Logged(), 1) << "the old key is free";
+  Key(Qt::Key_F7);
+  EXPECT_EQ(Logged(), 2);
+}
+
+TEST_F(LearningDialogs, LeavingALinkedCardAsksWhetherItWasKnown) {
+  struct Case {
+    Qt::Key key;
+    std::string letters;
+    bool logged;
+  };
+  const Case cases[] = {{Qt::Key_Return, Letters("w"), true},
+                        {Qt::Key_Delete, Letters(""), true},
+                        {Qt::Key_Escape, Letters(""), false},
+                        {Qt::Key_Backspace, Letters("w"), true}};
+  const std::function<void()> ways[] = {[&] { FollowFirstLink(); }, [&] { Click(u"SpeedButtonHome"_s); },
+                                        [&] { Click(u"SpeedButtonBack"_s); }};
+  for (const Case& given : cases) {
+    for (const std::function<void()>& leave : ways) {
+      file.Close();
+      Open({{.id = "000001", .question = "<home><a href=\"000002\">weiter</a>"},
+            {.id = "000002", .question = "<a href=\"000001\">zurueck</a>"}});
+      FollowFirstLink();
+      ASSERT_EQ(window->windowTitle().last(1), u"2"_s);
+      DriveDialog<TF_frage>(leave, [&](TF_frage& dialog) {
+        QTest::keyClick(&dialog, given.key);
+        if (given.key != Qt::Key_Backspace) return;
+        EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
+        EXPECT_TRUE(dialog.isVisible()) << "it asks on";
+        Press(dialog, u"BtWeissIch"_s);
+      });
+      EXPECT_EQ(window->windowTitle().last(1), u"1"_s);
+      EXPECT_EQ(Field(kYesNoRow, 3), given.letters);
+      EXPECT_EQ(Field(kTimeRow, 3).front() != '0', given.logged);
+    }
+  }
+}
+
+TEST_F(LearningDialogs, StatisticsShowTheFiguresOfTheLastAnswer) {
+  const auto time = [&](int64_t ago) { return std::to_string(clock.now - ago); };
+  settings.ini.SetInt("SHOW", "Stat", 1);
+  Open({{.id = "000001",
+         .question = "Eins",
+         .answer = "One",
+         .yes_no_row = Letters("www"),
+         .time_row = time(400) + " " + time(600) + " " + time(700)}});
+  auto* data = window->findChild<TF_dldata*>();
+  ASSERT_TRUE(data != nullptr && data->isVisible());
+  EXPECT_TRUE(Line(*data, u"EditGewicht"_s).isEmpty());
+  Click(u"BtWeissIch"_s);
+  EXPECT_EQ(Control<QLabel>(*data, u"LabelTitel"_s).text(), u"Karte: Eins | One"_s);
+  const auto& grid = Control<QTableWidget>(*data, u"GridVerlauf"_s);
+  EXPECT_EQ(grid.rowCount(), 64);
+  EXPECT_EQ(grid.item(0, 3)->text(), u"       400"_s);
+  EXPECT_EQ(Line(*data, u"Edit_y1"_s), u" y = -66.67 + 150.00 x"_s);
+  EXPECT_EQ(Line(*data, u"EditPredict2"_s), u" x = 4;     533.33"_s);
+  EXPECT_EQ(Line(*data, u"EditGewicht"_s), u"533;   0:00:08:53"_s);
+  clock.now += 1000;
+  Click(u"BtLerneIch"_s);
+  EXPECT_EQ(Line(*data, u"EditGewicht"_s), u"0;  (ohne Berechnung)"_s);
+  EXPECT_TRUE(Line(*data, u"Edit_y1"_s).isEmpty());
+  data->close();
+  EXPECT_FALSE(Find<QAbstractButton>(u"TbCalc"_s).isChecked());
+  EXPECT_EQ(settings.ini.GetInt("SHOW", "Stat", 1), 0);
+  Click(u"TbCalc"_s);
+  window->close();
+  EXPECT_EQ(settings.ini.GetInt("SHOW", "Stat", 0), 1) << "kept on for the next run";
+}
+
+}  // namespace
+}  // namespace tessaro
