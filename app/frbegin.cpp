@@ -75,7 +75,7 @@ TFrameBegin::TFrameBegin(QWidget* parent) : QFrame(parent), ui_(std::make_unique
   connect(ui_->ButtonLeitner, &QPushButton::clicked, this, &TFrameBegin::BoxesWanted);
   connect(ui_->ButtonOpen, &QPushButton::clicked, this, &TFrameBegin::OpenWanted);
   connect(ui_->ButtonNew, &QPushButton::clicked, this, &TFrameBegin::NewWanted);
-  for (QPushButton* button : {ui_->ButtonOpen, ui_->ButtonNew}) {
+  for (QPushButton* button : {ui_->ButtonOpen, ui_->ButtonNew, ui_->ButtonReihe, ui_->ButtonLeitner}) {
     button->setMinimumWidth(button->sizeHint().width() + kButtonPadding);
   }
   ui_->LabelExplain->setMaximumWidth(kLettersInLine * fontMetrics().averageCharWidth());

@@ -133,9 +133,7 @@ void TF_dlausw::LimitEdited(int box) {
 
 void TF_dlausw::CheckBoxKompatibelClick() {
   QCheckBox* box = ui_->CheckBoxKompatibel;
-  QPalette colours = palette();
-  if (!box->isChecked()) colours.setColor(QPalette::WindowText, AccentColour(Accent::NotKnown, colours));
-  box->setPalette(colours);
+  SetAccent(*box, box->isChecked() ? std::nullopt : std::optional(Accent::NotKnown));
   box->setText(box->isChecked() ? u"Zeitsperre gegen vorzeitiges Weiterrücken ist aktiv:"_s
                                 : u"Original Leitnermethode. Nicht k o m p a t i b e l !"_s);
 }
@@ -165,7 +163,17 @@ void TF_dlausw::ShowCounts() {
 
 void TF_dlausw::ShowCommands() {
   ui_->BitBtnNeuNach1->setEnabled(commands_.bring_new_cards);
-  for (size_t i = 0; i < learn_buttons_.size(); ++i) learn_buttons_[i]->setEnabled(commands_.learn[i]);
+  for (int box = 1; box <= kBoxes; ++box) {
+    QPushButton* button = learn_buttons_[Place(box)];
+    button->setEnabled(commands_.learn[Place(box)]);
+    button->setToolTip(button->isEnabled() ? u"Durcharbeiten von Karteifach %1 jetzt starten"_s.arg(box)
+                                           : ReasonText(box));
+  }
+}
+
+QString TF_dlausw::ReasonText(int box) const {
+  if (counts_.boxes[Place(box)] == 0) return u"Fach %1 ist leer"_s.arg(box);
+  return u"In Fach %1 ist kein Platz für gewusste Karten: erst dort lernen oder mehr Karten zulassen"_s.arg(box + 1);
 }
 
 }  // namespace tessaro

@@ -51,6 +51,8 @@ class TF_dlausw : public QDialog, private ProgressBar {
 
   void ShowCounts();
   void ShowCommands();
+  // Why a counted box cannot be learned.
+  QString ReasonText(int box) const;
   // Both paint the dialog now and then, so that it lives while a large file is counted.
   void ShowProgress(const BoxCounts& counts);
   void SetPosition(int64_t position) override;

@@ -1,18 +1,24 @@
 #include "learn/dldata.h"
 
+#include <QDateTime>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <QTableWidget>
 
 #include "learn/interval_plot.h"
 #include "learn/statistics_texts.h"
 #include "platform/qt/text.h"
+#include "platform/qt/theme.h"
 #include "ui_dldata.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
+
+constexpr int kTimeColumn = 2;
 
 void SetRow(QTableWidget* table, int row, std::initializer_list<std::string> texts) {
   int column = 0;
@@ -35,13 +41,17 @@ void Prepare(QTableWidget* table, const QStringList& heads) {
 
 }  // namespace
 
-TF_dldata::TF_dldata(QWidget* parent) : QWidget(parent, Qt::Window), ui_(std::make_unique<Ui::TF_dldata>()) {
+TF_dldata::TF_dldata(QWidget* parent) : QWidget(parent, Qt::Dialog), ui_(std::make_unique<Ui::TF_dldata>()) {
   ui_->setupUi(this);
   // The keys stay with the learning window.
   setAttribute(Qt::WA_ShowWithoutActivating);
-  Prepare(ui_->GridVerlauf, {u"Nr."_s, u"Antwort"_s, u"Zeit"_s, u"Abstand"_s});
-  Prepare(ui_->GridReihe1, {u"x"_s, u"Abstand"_s});
-  Prepare(ui_->GridReihe2, {u"x"_s, u"Abstand"_s});
+  Prepare(ui_->GridVerlauf, {u"Nr."_s, u"Antwort"_s, u"Zeit (s)"_s, u"Abstand (s)"_s});
+  Prepare(ui_->GridReihe1, {u"x"_s, u"Abstand (s)"_s});
+  for (QLabel* label : {ui_->LabelMethode, ui_->LabelGerade1, ui_->LabelGerade2, ui_->LabelPredict1, ui_->LabelPredict2,
+                        ui_->LabelGewicht}) {
+    MakeQuiet(*label);
+  }
+  Prepare(ui_->GridReihe2, {u"x"_s, u"Abstand (s)"_s});
 }
 
 TF_dldata::~TF_dldata() = default;
@@ -49,7 +59,10 @@ TF_dldata::~TF_dldata() = default;
 void TF_dldata::Clear() {
   ui_->LabelTitel->setText(u"Nach der nächsten Antwort steht hier, wie sich ihre Behaltenszeit ergibt."_s);
   for (QTableWidget* table : {ui_->GridVerlauf, ui_->GridReihe1, ui_->GridReihe2}) table->setRowCount(0);
-  for (QLineEdit* edit : findChildren<QLineEdit*>()) edit->clear();
+  for (QLineEdit* edit : findChildren<QLineEdit*>()) {
+    edit->clear();
+    edit->setPlaceholderText({});
+  }
   ui_->Abstaende->Show(std::nullopt);
 }
 
@@ -59,6 +72,9 @@ void TF_dldata::Show(const AnswerStatistics& statistics, std::string_view questi
   ShowHistory(texts);
   ShowSeries(ui_->GridReihe1, texts.trends[0]);
   ShowSeries(ui_->GridReihe2, texts.trends[1]);
+  const QString no_line = statistics.forecast ? u"zu wenige Abstände für eine Gerade"_s : QString();
+  ui_->Edit_y1->setPlaceholderText(no_line);
+  ui_->Edit_y2->setPlaceholderText(no_line);
   ui_->Edit_y1->setText(FromBytes(texts.trends[0].line));
   ui_->Edit_y2->setText(FromBytes(texts.trends[1].line));
   ui_->EditPredict1->setText(FromBytes(texts.trends[0].prediction));
@@ -72,7 +88,14 @@ void TF_dldata::ShowHistory(const StatisticsTexts& texts) {
   ui_->GridVerlauf->setRowCount(static_cast<int>(texts.history.size()));
   int row = 0;
   for (const HistoryRowText& text : texts.history) {
-    SetRow(ui_->GridVerlauf, row++, {text.number, text.letter, text.time, text.interval});
+    SetRow(ui_->GridVerlauf, row, {text.number, text.letter, text.time, text.interval});
+    // The time as people read it.
+    const qint64 seconds = FromBytes(text.time).toLongLong();
+    if (seconds != 0) {
+      const QDateTime time = QDateTime::fromSecsSinceEpoch(seconds);
+      ui_->GridVerlauf->item(row, kTimeColumn)->setToolTip(QLocale().toString(time, QLocale::ShortFormat));
+    }
+    ++row;
   }
 }
 

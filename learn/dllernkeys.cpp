@@ -3,6 +3,7 @@
 #include <QPushButton>
 
 #include "learn/hot_key_edit.h"
+#include "platform/qt/theme.h"
 #include "store/ini_file.h"
 #include "ui_dllernkeys.h"
 
@@ -56,6 +57,7 @@ void TF_dllernkeys::BitBtnDefaultClick() {
 
 void TF_dllernkeys::ShowConflict() {
   const auto doubled = FindDoubledKey(FieldKeys());
+  SetAccent(*ui_->StatusZeile, doubled ? std::optional(Accent::Warning) : std::nullopt);
   if (!doubled) {
     ui_->StatusZeile->clear();
     return;

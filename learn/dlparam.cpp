@@ -2,6 +2,7 @@
 
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include "ui_dlparam.h"
@@ -34,6 +35,22 @@ QString RefusalText(ParameterField field) {
   }
 }
 
+// What the assistant suggests, a line for each value.
+QString SuggestionTable(const LearningParameters& p) {
+  const auto line = [](const QString& name, const QString& value, const QString& unit) {
+    return u"<tr><td>%1&nbsp;&nbsp;</td><td align=right>%2</td><td>&nbsp;%3</td></tr>"_s.arg(name, value, unit);
+  };
+  const auto number = [](int64_t value) { return QString::number(value); };
+  return u"Dazu passen diese Werte:<table cellspacing=2>"_s +
+         line(u"Auswahl aus den am schlechtesten beherrschten"_s, number(p.max_width), u"Karten"_s) +
+         line(u"bei Intensivwiederholung aus"_s, number(p.min_width), u"Karten"_s) +
+         line(u"Intensivwiederholung ab"_s, number(p.switch_count), u"nicht gewussten Karten"_s) +
+         line(u"Überprüfung bei jeder"_s, number(p.check_every) + u'.', u"Karte"_s) +
+         line(u"am Stück durchzuprüfen"_s, number(p.check_run), u"Karten"_s) +
+         line(u"Behaltenszeit mal"_s, QString::fromStdString(WeightText(p.retention_weight)), {}) +
+         line(u"spätestens wieder nach"_s, number(p.max_time / kSecondsPerDay), u"Tagen"_s) + u"</table>"_s;
+}
+
 // The place of the checked button, which is the place of its answer; nothing while none is checked.
 template <typename Choice>
 std::optional<Choice> Chosen(std::initializer_list<const QRadioButton*> buttons) {
@@ -63,6 +80,7 @@ TF_dlparam::TF_dlparam(const ParameterEntry& entry, QWidget* parent)
   connect(ui_->BitBtnCancel, &QPushButton::clicked, this, &QDialog::reject);
   connect(ui_->BitBtnDefault, &QPushButton::clicked, this, &TF_dlparam::BitBtnDefaultClick);
   connect(ui_->BitBtnUebernehmen, &QPushButton::clicked, this, &TF_dlparam::BitBtnUebernehmenClick);
+  for (QLabel* hint : findChildren<QLabel*>(QRegularExpression(u"^HinweisEd"_s))) MakeQuiet(*hint);
   ui_->PageControl->setCurrentIndex(0);
   ui_->EdMinBreite->setFocus();
   ShowSuggestion();
@@ -82,18 +100,18 @@ void TF_dlparam::BitBtnOKClick() {
 
 void TF_dlparam::BitBtnDefaultClick() {
   SetTexts(ParameterTextsOf({LearningParameters(), EntryOf(Texts()).check_position}));
-  ui_->StatusZeile->setText(u"Vorgabewerte gesetzt"_s);
+  Say(u"Vorgabewerte gesetzt"_s);
 }
 
 void TF_dlparam::BitBtnUebernehmenClick() {
   const std::optional<LearningParameters> suggestion = Suggestion();
   if (!suggestion) {
-    ui_->StatusZeile->setText(u"Eingaben im Assistenten fehlen"_s);
+    Say(u"Eingaben im Assistenten fehlen"_s, Accent::Warning);
     return;
   }
   SetTexts(ParameterTextsOf({*suggestion, EntryOf(Texts()).check_position}));
   ui_->PageControl->setCurrentWidget(ui_->TabSheetWerte);
-  ui_->StatusZeile->setText(u"Vorgeschlagene Werte eingetragen; mit OK gelten sie."_s);
+  Say(u"Vorgeschlagene Werte eingetragen; mit OK gelten sie."_s);
 }
 
 // Also sent by Enter, on which OK follows and looks at all fields itself.
@@ -111,9 +129,15 @@ void TF_dlparam::FieldLeft(ParameterField field) {
 void TF_dlparam::RefuseField(ParameterField field) {
   QLineEdit* edit = fields_[static_cast<size_t>(field)];
   ui_->PageControl->setCurrentWidget(ui_->TabSheetWerte);
-  ui_->StatusZeile->setText(RefusalText(field));
+  // The field that the focus comes back from says by this that it was left.
   edit->setFocus();
   edit->selectAll();
+  Say(RefusalText(field), Accent::Warning);
+}
+
+void TF_dlparam::Say(const QString& text, std::optional<Accent> accent) {
+  SetAccent(*ui_->StatusZeile, accent);
+  ui_->StatusZeile->setText(text);
 }
 
 std::optional<LearningParameters> TF_dlparam::Suggestion() const {
@@ -130,15 +154,7 @@ void TF_dlparam::ShowSuggestion() {
     ui_->LabelVorschlag->setText(u"Beantworten Sie die drei Fragen; dann stehen hier die Werte, die dazu passen."_s);
     return;
   }
-  ui_->LabelVorschlag->setText(
-      u"Vorschlag: Auswahl aus %1 bis %2 Karten, Intensivwiederholung ab %3 nicht gewussten Karten, Check bei jeder "
-      u"%4. Karte über %5 Karten, Zeitfaktor %6, spätestens nach %7 Tagen wieder vorlegen."_s.arg(p->min_width)
-          .arg(p->max_width)
-          .arg(p->switch_count)
-          .arg(p->check_every)
-          .arg(p->check_run)
-          .arg(QString::fromStdString(WeightText(p->retention_weight)))
-          .arg(p->max_time / kSecondsPerDay));
+  ui_->LabelVorschlag->setText(SuggestionTable(*p));
 }
 
 ParameterTexts TF_dlparam::Texts() const {

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "learn/parameter_entry.h"
+#include "platform/qt/theme.h"
 
 class QLineEdit;
 
@@ -37,6 +38,7 @@ class TF_dlparam : public QDialog {
   ParameterTexts Texts() const;
   void SetTexts(const ParameterTexts& texts);
   void RefuseField(ParameterField field);
+  void Say(const QString& text, std::optional<Accent> accent = std::nullopt);
   std::optional<LearningParameters> Suggestion() const;
 
   std::unique_ptr<Ui::TF_dlparam> ui_;

@@ -35,6 +35,7 @@ QString DurationText(double seconds) {
 IntervalPlot::IntervalPlot(QWidget* parent) : QWidget(parent) {
   setAccessibleName(u"Abstände zwischen den Antworten mit beiden Geraden"_s);
   setMinimumSize(240, 160);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
 void IntervalPlot::Show(const std::optional<RetentionForecast>& forecast) {

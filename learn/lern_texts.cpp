@@ -111,7 +111,8 @@ QString StageText(RunStage stage, int box) {
     case RunStage::RowOrder:
       return u"Lernsteuerung nach Reihenfolge"_s;
     case RunStage::LeitnerBox:
-      return u"Lernsteuerung manuell - in Karteifach %1 -"_s.arg(box);
+      // The box that has just been worked through is none any more.
+      return box == 0 ? u"Lernsteuerung"_s : u"Lernsteuerung manuell - in Karteifach %1 -"_s.arg(box);
     case RunStage::Navigation:
       return u"Visuelle Lernsteuerung mit Hyperlinks"_s;
   }

@@ -24,7 +24,7 @@ QString CaptionText(CardSide side, bool inverse, bool navigation, int position);
 QString SideText(CardSide side, bool inverse, bool navigation);
 // Empty for CardStatus::None.
 QString StatusText(CardStatus status, int64_t check_count);
-// How the card on screen was chosen. `box` is that of the box method.
+// How the card on screen was chosen. `box` is that of the box method, 0 = none.
 QString StageText(RunStage stage, int box);
 QString MethodText(Method method);
 QString TimeLockText(bool on);

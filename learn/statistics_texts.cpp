@@ -34,7 +34,7 @@ TrendTexts TextsOfTrend(const IntervalSeries& series, const Trend& trend) {
     texts.rows.push_back({Format("%2d", series.count - i),
                           Format("%10lld", static_cast<long long>(series.intervals[static_cast<size_t>(i)]))});
   }
-  texts.line = Format(" y = %.2f + %.2f x", trend.a, trend.b);
+  if (!trend.trivial) texts.line = Format(" y = %.2f + %.2f x", trend.a, trend.b);
   texts.prediction = Format(" x = %d;     %.2f", series.count + 1, trend.prediction);
   return texts;
 }

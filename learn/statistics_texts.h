@@ -25,7 +25,7 @@ struct SeriesRowText {
 
 struct TrendTexts {
   std::vector<SeriesRowText> rows;
-  std::string line;        // " y = %.2f + %.2f x"
+  std::string line;        // " y = %.2f + %.2f x"; empty with too few intervals for a line
   std::string prediction;  // " x = %d;     %.2f": the place of the next interval and the forecast for it
 };
 

@@ -1,5 +1,7 @@
 // The windows that the learning window opens, and what it does with what they bring.
 
+#include <QScreen>
+#include <algorithm>
 #include <utility>
 
 #include "learn/dlausw.h"
@@ -17,6 +19,13 @@ namespace tessaro {
 namespace {
 
 constexpr std::string_view kStatisticsPlace = "D";
+
+// To the right of the learning window where the screen has room, else at the right edge of the screen.
+void PlaceBeside(QWidget& window, const QWidget& other) {
+  const QRect screen = other.screen()->availableGeometry();
+  const QRect beside = other.frameGeometry();
+  window.move(std::max(screen.left(), std::min(beside.right() + 1, screen.right() - window.width())), beside.top());
+}
 
 }  // namespace
 
@@ -106,6 +115,7 @@ void TF_wnlern::TbCalcClick(bool on) {
 void TF_wnlern::ShowStatisticsWindow() {
   statistics_ = std::make_unique<TF_dldata>(this);
   connect(statistics_.get(), &TF_dldata::Closed, this, [this] { TbCalcClick(false); });
+  PlaceBeside(*statistics_, *this);
   RestoreWindowPlace(*statistics_, settings_.ini, kStatisticsPlace);
   ShowStatistics();
   statistics_->show();

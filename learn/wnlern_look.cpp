@@ -10,14 +10,13 @@
 
 #include "learn/card_pages.h"
 #include "platform/qt/icons.h"
+#include "platform/qt/theme.h"
 #include "ui_wnlern.h"
 
 namespace tessaro {
 namespace {
 
-constexpr int kFoldWidth = 900;  // below this the figures beside the card are folded away
-constexpr float kQuiet = 0.7F;   // strength of captions against the text colour; keeps a contrast above 4.5
-constexpr qreal kSmallScale = 0.9;
+constexpr int kFoldWidth = 900;     // below this the figures beside the card are folded away
 constexpr int kFigureLetters = 12;  // room for "1234:23:59:59"
 
 std::vector<QLabel*> Captions(Ui::TF_wnlern& ui) {
@@ -38,16 +37,7 @@ std::vector<QLabel*> Captions(Ui::TF_wnlern& ui) {
 }
 
 void DressCaptions(Ui::TF_wnlern& ui, const QMainWindow& window) {
-  QPalette quiet = window.palette();
-  QColor colour = quiet.color(QPalette::WindowText);
-  colour.setAlphaF(kQuiet);
-  quiet.setColor(QPalette::WindowText, colour);
-  QFont small = window.font();
-  small.setPointSizeF(small.pointSizeF() * kSmallScale);
-  for (QLabel* caption : Captions(ui)) {
-    caption->setPalette(quiet);
-    caption->setFont(small);
-  }
+  for (QLabel* caption : Captions(ui)) MakeQuiet(*caption);
   QFont title = window.font();
   title.setWeight(QFont::DemiBold);
   for (QLabel* label : {ui.TitelKarte, ui.TitelAuswahl, ui.LabelSeite}) label->setFont(title);
@@ -78,8 +68,6 @@ void DressMenus(Ui::TF_wnlern& ui) {
   ui.MBack->setIcon(Icon("back"));
   ui.MVis->setIcon(Icon("overview"));
   ui.MSpeichern->setIcon(Icon("save"));
-  ui.MLeitner->setIcon(Icon("boxes"));
-  ui.MEinzelstatistik->setIcon(Icon("chart"));
   ui.MUndo->setIcon(Icon("undo"));
   ui.MKarteDrehen->setIcon(Icon("turn"));
   ui.MDrehen->setIcon(Icon("turn"));

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QStyleFactory>
+#include <QWidget>
 
 namespace tessaro {
 namespace {
@@ -64,6 +65,25 @@ QColor AccentColour(Accent accent, const QPalette& palette) {
       break;
   }
   return QColor(dark ? 0xFFF59A90u : 0xFFAF2A20u);
+}
+
+void SetAccent(QWidget& text, std::optional<Accent> accent) {
+  QPalette colours = text.parentWidget()->palette();
+  if (accent) colours.setColor(QPalette::WindowText, AccentColour(*accent, colours));
+  text.setPalette(colours);
+}
+
+void MakeQuiet(QWidget& text) {
+  constexpr float kQuiet = 0.7F;  // of the text colour's strength; keeps a contrast above 4.5
+  constexpr qreal kSmall = 0.9;
+  QPalette palette = text.window()->palette();
+  QColor colour = palette.color(QPalette::WindowText);
+  colour.setAlphaF(kQuiet);
+  palette.setColor(QPalette::WindowText, colour);
+  text.setPalette(palette);
+  QFont font = text.window()->font();
+  font.setPointSizeF(font.pointSizeF() * kSmall);
+  text.setFont(font);
 }
 
 }  // namespace tessaro

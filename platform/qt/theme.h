@@ -2,6 +2,9 @@
 
 #include <QColor>
 #include <QPalette>
+#include <optional>
+
+class QWidget;
 
 namespace tessaro {
 
@@ -15,6 +18,10 @@ enum class Accent { Known, NotKnown, Notice, Warning };
 
 // A colour for text, lines and icons on the window's background, readable in a light and in a dark palette.
 QColor AccentColour(Accent accent, const QPalette& palette);
+// Text in one of these colours, or back in that of its surroundings.
+void SetAccent(QWidget& text, std::optional<Accent> accent);
+// Small and quiet beside what it explains: hints and the captions of figures. Its window's font and palette count.
+void MakeQuiet(QWidget& text);
 bool IsDark(const QPalette& palette);
 
 }  // namespace tessaro

@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QDropEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
@@ -18,7 +19,10 @@
 #include <vector>
 
 #include "app/program.h"
+#include "learn/dlausw.h"
+#include "learn/dlparam.h"
 #include "learn/wnlern.h"
+#include "tests/support/dialog_driver.h"
 #include "tests/support/fixed_clock.h"
 #include "tests/support/recorded_messages.h"
 #include "tests/support/scripted_random.h"
@@ -87,8 +91,9 @@ class MainWindow : public testing::Test {
 };
 
 TEST_F(MainWindow, StartPageOffersWhatCanBeDone) {
-  const QStringList need_file = {u"FileSaveExecute"_s, u"FileSaveAsExecute"_s, u"MBackupClick"_s,
-                                 u"IndexAufbauExecute"_s, u"LernStartExecute"_s};
+  const QStringList need_file = {u"FileSaveExecute"_s,       u"FileSaveAsExecute"_s, u"MBackupClick"_s,
+                                 u"IndexAufbauExecute"_s,    u"LernStartExecute"_s,  u"LernAuswahlExecute"_s,
+                                 u"LernEinstellungExecute"_s};
   for (const QString& command : need_file) EXPECT_FALSE(Find<QAction>(command).isEnabled()) << command.toStdString();
   EXPECT_TRUE(Find<QWidget>(u"PanelEmpty"_s).isVisible());
   EXPECT_FALSE(Find<QWidget>(u"PanelRecent"_s).isVisible());
@@ -365,6 +370,60 @@ TEST_F(MainWindow, LearningLastsUntilAnotherFileIsOpened) {
   EXPECT_EQ(windows, 1) << "no second window for the same run";
   EXPECT_TRUE(window().OpenFile(kOther));
   EXPECT_FALSE(program.learning());
+}
+
+TEST_F(MainWindow, OtherWaysToLearnStartFromTheStartPage) {
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  const auto count_and_press = [](const QString& button) {
+    return [button](TF_dlausw& dialog) {
+      QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnSort"_s), Qt::LeftButton);
+      QTest::mouseClick(&Control<QPushButton>(dialog, button), Qt::LeftButton);
+    };
+  };
+  const auto leitner = [&] { QTest::mouseClick(&Find<QPushButton>(u"ButtonLeitner"_s), Qt::LeftButton); };
+  DriveDialog<TF_dlausw>(leitner, count_and_press(u"BitBtnCancel"_s));
+  EXPECT_FALSE(program.learning());
+  QTest::mouseClick(&Find<QPushButton>(u"ButtonReihe"_s), Qt::LeftButton);
+  QApplication::processEvents();
+  const auto stage = [] {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget* widget : windows) {
+      if (widget->isVisible() && qobject_cast<const TF_wnlern*>(widget) != nullptr) {
+        return Control<QLabel>(*widget, u"LabelSteuerung"_s).text();
+      }
+    }
+    return QString();
+  };
+  EXPECT_EQ(stage(), u"Lernsteuerung nach Reihenfolge"_s);
+  // The running window takes the choice over.
+  DriveDialog<TF_dlausw>([&] { Trigger(u"LernAuswahlExecute"_s); }, count_and_press(u"BitBtnLern1"_s));
+  EXPECT_EQ(stage(), u"Lernsteuerung manuell - in Karteifach 1 -"_s);
+  program.CloseLearning();
+  EXPECT_EQ(program.settings().ini.GetInt("rowlearn", "checked", 0), 1);
+}
+
+TEST_F(MainWindow, ParametersAreKeptInBothSettingsAndWaitForTheEndOfARun) {
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  const auto set = [&](const QString& days, const QString& button) {
+    DriveDialog<TF_dlparam>([&] { Trigger(u"LernEinstellungExecute"_s); },
+                            [&](TF_dlparam& dialog) {
+                              Control<QLineEdit>(dialog, u"EdCheckImmer"_s).setText(days);
+                              Control<QLineEdit>(dialog, u"EdCheckPosition"_s).setText(u"3"_s);
+                              QTest::mouseClick(&Control<QPushButton>(dialog, button), Qt::LeftButton);
+                            });
+  };
+  set(u"20"_s, u"BitBtnCancel"_s);
+  EXPECT_FALSE(program.settings().ini.Has("CHK", "max"));
+  set(u"7"_s, u"BitBtnOK"_s);
+  EXPECT_FALSE(program.settings().ini.Has("CHK", "max")) << "refused, then closed";
+  set(u"20"_s, u"BitBtnOK"_s);
+  EXPECT_NE(disk.Content("/tessaro.ini")->find("max=20"), std::string::npos);
+  EXPECT_EQ(disk.Content("/tessaro.ini")->find("rpos"), std::string::npos);
+  EXPECT_NE(disk.Content("/deck/x.ini")->find("rpos=3"), std::string::npos);
+  program.OpenLearning();
+  EXPECT_FALSE(Find<QAction>(u"LernEinstellungExecute"_s).isEnabled());
+  program.CloseLearning();
+  EXPECT_TRUE(Find<QAction>(u"LernEinstellungExecute"_s).isEnabled());
 }
 
 }  // namespace
