@@ -72,7 +72,7 @@ void TF_dldata::Show(const AnswerStatistics& statistics, std::string_view questi
   ShowHistory(texts);
   ShowSeries(ui_->GridReihe1, texts.trends[0]);
   ShowSeries(ui_->GridReihe2, texts.trends[1]);
-  const QString no_line = statistics.forecast ? u"zu wenige Abstände für eine Gerade"_s : QString();
+  const QString no_line = statistics.forecast ? u"zu wenige Abstände"_s : QString();
   ui_->Edit_y1->setPlaceholderText(no_line);
   ui_->Edit_y2->setPlaceholderText(no_line);
   ui_->Edit_y1->setText(FromBytes(texts.trends[0].line));

@@ -3,21 +3,22 @@
 #include <QPushButton>
 #include <QShortcut>
 
+#include "learn/answer_button.h"
 #include "learn/command_keys.h"
-#include "platform/qt/icons.h"
 #include "ui_frage.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
 
 // Gives the button the key of its command, which then also stands on it.
-void SetKeys(QPushButton* button, const QList<QKeySequence>& keys) {
+void SetKeys(AnswerButton* button, const QList<QKeySequence>& keys) {
   if (keys.isEmpty()) return;
-  button->setText(u"%1   %2"_s.arg(button->text(), FirstKeyName(keys)));
+  button->SetKeyText(FirstKeyName(keys));
   for (const QKeySequence& key : keys) {
-    QObject::connect(new QShortcut(key, button->window()), &QShortcut::activated, button, &QPushButton::click);
+    auto* shortcut = new QShortcut(key, button->window());
+    // The key that led to the question may still be held down.
+    shortcut->setAutoRepeat(false);
+    QObject::connect(shortcut, &QShortcut::activated, button, &QPushButton::click);
   }
 }
 
@@ -29,16 +30,25 @@ TF_frage::TF_frage(const IniFile& settings, QWidget* parent) : QDialog(parent), 
   SetKeys(ui_->BtHand, keys[static_cast<size_t>(LearningCommand::Turn)]);
   SetKeys(ui_->BtWeissIch, keys[static_cast<size_t>(LearningCommand::Known)]);
   SetKeys(ui_->BtLerneIch, keys[static_cast<size_t>(LearningCommand::NotKnown)]);
-  ui_->BtHand->setIcon(Icon("turn"));
-  ui_->BtWeissIch->setIcon(Icon("known"));
-  ui_->BtLerneIch->setIcon(Icon("not-known"));
+  ui_->BtHand->SetMeaning(std::nullopt, "turn");
+  ui_->BtWeissIch->SetMeaning(Accent::Known, "known");
+  ui_->BtLerneIch->SetMeaning(Accent::NotKnown, "not-known");
   connect(ui_->BtHand, &QPushButton::clicked, this, &TF_frage::TurnWanted);
   connect(ui_->BtWeissIch, &QPushButton::clicked, this, [this] { Close(AnswerCode::LinkKnown); });
   connect(ui_->BtLerneIch, &QPushButton::clicked, this, [this] { Close(AnswerCode::LinkNotKnown); });
+  connect(ui_->BtOhne, &QPushButton::clicked, this, &QDialog::reject);
   ui_->BtHand->setFocus();
+  StandBelowTheCard();
 }
 
 TF_frage::~TF_frage() = default;
+
+void TF_frage::StandBelowTheCard() {
+  if (parentWidget() == nullptr) return;
+  adjustSize();
+  const QRect window = parentWidget()->window()->geometry();
+  move(window.center().x() - width() / 2, window.bottom() - height());
+}
 
 void TF_frage::Close(AnswerCode code) {
   code_ = code;

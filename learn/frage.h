@@ -31,6 +31,7 @@ class TF_frage : public QDialog {
 
  private:
   void Close(AnswerCode code);
+  void StandBelowTheCard();
 
   std::unique_ptr<Ui::TF_frage> ui_;
   AnswerCode code_ = AnswerCode::LinkNoRating;

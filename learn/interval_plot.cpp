@@ -1,5 +1,6 @@
 #include "learn/interval_plot.h"
 
+#include <QLocale>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -22,7 +23,7 @@ QString DurationText(double seconds) {
   constexpr double kHour = 60 * kMinute;
   constexpr double kDay = 24 * kHour;
   const auto text = [&](double unit, QStringView name) {
-    return QString::number(seconds / unit, 'g', 3) + name.toString();
+    return QLocale().toString(seconds / unit, 'g', 3) + name.toString();
   };
   if (seconds >= kDay) return text(kDay, u" Tage");
   if (seconds >= kHour) return text(kHour, u" Std.");
@@ -85,6 +86,25 @@ void IntervalPlot::PaintAxes(QPainter& painter, const Scale& scale) const {
   const QRectF below(scale.area.left(), scale.area.bottom() + 4, scale.area.width(), fontMetrics().height());
   painter.drawText(below, Qt::AlignLeft, u"älteste"_s);
   painter.drawText(below, Qt::AlignRight, u"Prognose"_s);
+  PaintLegend(painter, scale);
+}
+
+// Above the points, from the right.
+void IntervalPlot::PaintLegend(QPainter& painter, const Scale& scale) const {
+  double right = scale.area.right();
+  const std::pair<QString, QColor> entries[] = {{u"2. seit dem letzten Fehler"_s, kStreakColour},
+                                                {u"1. alle Abstände"_s, kAllColour}};
+  for (const auto& [name, colour] : entries) {
+    const int width = fontMetrics().horizontalAdvance(name);
+    const double base = scale.area.top() - 4;
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(QPointF(right - width, base), name);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    painter.drawEllipse(QPointF(right - width - 2 * kPointRadius - 2, base - fontMetrics().xHeight() / 2.0),
+                        kPointRadius, kPointRadius);
+    right -= width + 4 * kPointRadius + kMargin;
+  }
 }
 
 void IntervalPlot::PaintSeries(QPainter& painter, const Scale& scale, const IntervalSeries& series, const Trend& trend,

@@ -31,6 +31,7 @@ class IntervalPlot : public QWidget {
   };
   Scale MakeScale() const;
   void PaintAxes(QPainter& painter, const Scale& scale) const;
+  void PaintLegend(QPainter& painter, const Scale& scale) const;
   void PaintSeries(QPainter& painter, const Scale& scale, const IntervalSeries& series, const Trend& trend,
                    const QColor& colour, Qt::PenStyle style) const;
 

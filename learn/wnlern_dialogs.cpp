@@ -76,8 +76,10 @@ void TF_wnlern::SpeedButtonLeitnerClick() {
   TF_dlausw dialog(file_, settings_, clock_, messages_, shown, this);
   if (dialog.exec() == QDialog::Accepted) {
     LearnBy(dialog.TakeChoice());
-  } else {
+  } else if (run_->card().row == 0) {
     Do(ShowFirstIfNone);
+  } else {
+    ShowMethod();
   }
 }
 

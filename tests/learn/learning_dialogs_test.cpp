@@ -22,8 +22,10 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-void Press(const QWidget& window, const QString& button) {
-  QTest::mouseClick(&Control<QAbstractButton>(window, button), Qt::LeftButton);
+void Press(const QWidget& window, const QString& name) {
+  auto& button = Control<QAbstractButton>(window, name);
+  // At its left, where a box or radio button has its mark.
+  QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
 }
 
 QString Line(const QWidget& window, const QString& edit) {
@@ -36,9 +38,15 @@ QString StatusLine(const QWidget& window) {
 
 class LearningDialogs : public LearningWindow {
  protected:
+  template <typename Dialog>
+  void Drive(const std::function<void()>& open, const std::function<void(Dialog&)>& act) {
+    DriveDialog<Dialog>(open, act);
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+  }
   // Opens the selection of the method with `open` and does `act` there.
   void Choose(const std::function<void(TF_dlausw&)>& act) {
-    DriveDialog<TF_dlausw>([&] { Trigger(u"MLeitner"_s); }, act);
+    Drive<TF_dlausw>([&] { Trigger(u"MLeitner"_s); }, act);
   }
   bool Checked(const QString& action) { return Find<QAction>(action).isChecked(); }
   void FollowFirstLink() {
@@ -87,7 +95,7 @@ TEST_F(LearningDialogs, ABoxIsCountedLearnedToItsEndAndChosenAnew) {
     Click(u"BtWeissIch"_s);
   };
   for (int card = 0; card < 3; ++card) answer();
-  DriveDialog<TF_dlausw>(answer, [&](TF_dlausw& dialog) {
+  Drive<TF_dlausw>(answer, [&](TF_dlausw& dialog) {
     EXPECT_FALSE(Control<QCheckBox>(dialog, u"CheckBoxKompatibel"_s).isChecked()) << "kept for the run";
     EXPECT_FALSE(Control<QWidget>(dialog, u"BitBtnLern2"_s).isEnabled()) << "not yet counted anew";
     Press(dialog, u"BitBtnCancel"_s);
@@ -200,20 +208,20 @@ TEST_F(LearningDialogs, AKeyOfOnesOwnWorksInTheWindowAndOnTheQuestion) {
   const auto set = [](TF_dllernkeys& dialog, const QString& field, Qt::Key key) {
     QTest::keyClick(&Control<HotKeyEdit>(dialog, field), key);
   };
-  DriveDialog<TF_dllernkeys>([&] { Trigger(u"MShortCutsDef"_s); },
-                             [&](TF_dllernkeys& dialog) {
-                               EXPECT_EQ(Line(dialog, u"HotKeyLerne"_s), u"Entf"_s);
-                               set(dialog, u"HotKeyLerne"_s, Qt::Key_Return);
-                               EXPECT_TRUE(StatusLine(dialog).contains(u"„Weiß ich“ und „Lerne ich“"_s));
-                               set(dialog, u"HotKeyLerne"_s, Qt::Key_F7);
-                               EXPECT_TRUE(StatusLine(dialog).isEmpty());
-                               set(dialog, u"HotKeyHome"_s, Qt::Key_F8);
-                               Press(dialog, u"BitBtnOK"_s);
-                             });
+  Drive<TF_dllernkeys>([&] { Trigger(u"MShortCutsDef"_s); },
+                       [&](TF_dllernkeys& dialog) {
+                         EXPECT_EQ(Line(dialog, u"HotKeyLerne"_s), u"Entf"_s);
+                         set(dialog, u"HotKeyLerne"_s, Qt::Key_Return);
+                         EXPECT_TRUE(StatusLine(dialog).contains(u"„Weiß ich“ und „Lerne ich“"_s));
+                         set(dialog, u"HotKeyLerne"_s, Qt::Key_F7);
+                         EXPECT_TRUE(StatusLine(dialog).isEmpty());
+                         set(dialog, u"HotKeyHome"_s, Qt::Key_F8);
+                         Press(dialog, u"BitBtnOK"_s);
+                       });
   EXPECT_EQ(settings.ini.GetInt("LShortCuts", "learn", 0), 118);
   EXPECT_EQ(settings.ini.GetInt("LShortCuts", "turn", 0), 8) << "unchanged keys are written too";
   FollowFirstLink();
-  DriveDialog<TF_frage>([&] { Key(Qt::Key_F8); }, [](TF_frage& dialog) { QTest::keyClick(&dialog, Qt::Key_F7); });
+  Drive<TF_frage>([&] { Key(Qt::Key_F8); }, [](TF_frage& dialog) { QTest::keyClick(&dialog, Qt::Key_F7); });
   EXPECT_NE(Field(kTimeRow, 3).front(), '0');
   Key(Qt::Key_Delete);
   EXPECT_EQ(Logged(), 1) << "the old key is free";
@@ -240,7 +248,7 @@ TEST_F(LearningDialogs, LeavingALinkedCardAsksWhetherItWasKnown) {
             {.id = "000002", .question = "<a href=\"000001\">zurueck</a>"}});
       FollowFirstLink();
       ASSERT_EQ(window->windowTitle().last(1), u"2"_s);
-      DriveDialog<TF_frage>(leave, [&](TF_frage& dialog) {
+      Drive<TF_frage>(leave, [&](TF_frage& dialog) {
         QTest::keyClick(&dialog, given.key);
         if (given.key != Qt::Key_Backspace) return;
         EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);

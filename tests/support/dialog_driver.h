@@ -17,7 +17,7 @@ void DriveDialog(const std::function<void()>& open, const std::function<void(Dia
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
     auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-    if (met || dialog == nullptr) return;
+    if (met || dialog == nullptr || !dialog->isActiveWindow()) return;
     met = true;
     act(*dialog);
     if (dialog->isVisible()) dialog->close();
