@@ -31,8 +31,8 @@ LogReport AnswerLog::Log(int row, Rating rating, CardMarks& marks, int64_t now) 
 }
 
 int64_t AnswerLog::TimeSpent(int64_t now) {
-  const int64_t pause = previous_answer_ ? SaturatingSubtract(now, *previous_answer_) : 0;
-  previous_answer_ = now;
+  const int64_t pause = state_.previous_answer ? SaturatingSubtract(now, *state_.previous_answer) : 0;
+  state_.previous_answer = now;
   return pause > kLongestPause ? kTimeWhenAway : pause;
 }
 
@@ -47,14 +47,14 @@ void AnswerLog::WriteAnswer(int row, bool known, bool keep_history, int64_t now,
   context.history = cards.History(row);
   context.score = cards.Score(row);
   context.time_learned = cards.TimeLearned(row);
-  context.unknown_count = unknown_count_;
+  context.unknown_count = state_.unknown_count;
 
   AnswerOutcome outcome = ComputeAnswer(context);
 
   writer_.Write(row, outcome.change);
-  last_ = LoggedAnswer{row, std::string(cards.Id(row)), keep_history, unknown_count_};
-  unknown_count_ = outcome.unknown_count;
-  ++answered_;
+  state_.last = AnswerLogState::LoggedAnswer{row, std::string(cards.Id(row)), keep_history, state_.unknown_count};
+  state_.unknown_count = outcome.unknown_count;
+  ++state_.answered;
   report.logged = true;
   report.wiped = outcome.wiped;
   if (outcome.times_out_of_order) {
@@ -62,7 +62,7 @@ void AnswerLog::WriteAnswer(int row, bool known, bool keep_history, int64_t now,
     return;
   }
   UpdateIndex(row, outcome.score, report);
-  statistics_ = AnswerStatistics{row, outcome.history, outcome.forecast, outcome.score};
+  state_.statistics = AnswerStatistics{row, outcome.history, outcome.forecast, outcome.score};
 }
 
 void AnswerLog::UpdateIndex(int row, int64_t score, LogReport& report) {
@@ -71,18 +71,18 @@ void AnswerLog::UpdateIndex(int row, int64_t score, LogReport& report) {
   index.Update(row, score);
 }
 
-bool AnswerLog::CanUndo() const {
-  return last_ && CardReader(file_).Id(last_->row) == last_->id;
+int AnswerLog::UndoRow() const {
+  return state_.last && CardReader(file_).Id(state_.last->row) == state_.last->id ? state_.last->row : 0;
 }
 
 int AnswerLog::Undo() {
-  if (!CanUndo()) return 0;
-  const int row = last_->row;
-  writer_.Write(row, ComputeUndo(CardReader(file_), row, last_->kept_history));
-  unknown_count_ = last_->unknown_count;
-  --answered_;
-  last_.reset();
-  statistics_.reset();
+  const int row = UndoRow();
+  if (row == 0) return 0;
+  writer_.Write(row, ComputeUndo(CardReader(file_), row, state_.last->kept_history));
+  state_.unknown_count = state_.last->unknown_count;
+  --state_.answered;
+  state_.last.reset();
+  state_.statistics.reset();
   return row;
 }
 

@@ -40,6 +40,22 @@ struct AnswerStatistics {
   int64_t score = 0;
 };
 
+// What a run of answers comes to, and what taking one of them back has to know.
+struct AnswerLogState {
+  struct LoggedAnswer {
+    int row;
+    std::string id;
+    bool kept_history;
+    int64_t unknown_count;  // before the answer
+  };
+
+  std::optional<int64_t> previous_answer;  // seconds since 1970
+  int64_t unknown_count = 0;
+  int answered = 0;
+  std::optional<LoggedAnswer> last;
+  std::optional<AnswerStatistics> statistics;
+};
+
 // Logs the answers of one run into the cards and the learning index, keeps the figures that belong to it, and takes the
 // last answer back.
 class AnswerLog {
@@ -51,24 +67,24 @@ class AnswerLog {
 
   // The least score of the next known answers, in seconds; 0 = none.
   void SetMinRetention(int64_t seconds) { min_retention_ = seconds; }
-  bool CanUndo() const;
-  // Takes the last logged answer back and returns its card's row; 0 when there is nothing to undo.
+  // The row of the card whose answer Undo takes back; 0 when there is nothing to undo.
+  int UndoRow() const;
+  bool CanUndo() const { return UndoRow() != 0; }
+  // Takes the last logged answer back and returns UndoRow.
   int Undo();
 
   // Cards whose score is 0, by the steps of this run. It can differ from the true number until the next recount.
-  int64_t unknown_count() const { return unknown_count_; }
-  void RecountUnknown() { unknown_count_ = writer_.UnknownCount(); }
-  int answered() const { return answered_; }
-  const std::optional<AnswerStatistics>& statistics() const { return statistics_; }
+  int64_t unknown_count() const { return state_.unknown_count; }
+  void RecountUnknown() { state_.unknown_count = writer_.UnknownCount(); }
+  int answered() const { return state_.answered; }
+  const std::optional<AnswerStatistics>& statistics() const { return state_.statistics; }
+
+  // Everything but the clock of the last step: going back to an earlier state turns no clock back, so a clock that went
+  // back is noticed all the same.
+  const AnswerLogState& state() const { return state_; }
+  void SetState(const AnswerLogState& state) { state_ = state; }
 
  private:
-  struct LoggedAnswer {
-    int row;
-    std::string id;
-    bool kept_history;
-    int64_t unknown_count;  // before the answer
-  };
-
   int64_t TimeSpent(int64_t now);
   void WriteAnswer(int row, bool known, bool keep_history, int64_t now, int64_t spent, LogReport& report);
   void UpdateIndex(int row, int64_t score, LogReport& report);
@@ -76,12 +92,8 @@ class AnswerLog {
   CardFile& file_;
   CardWriter& writer_;
   std::optional<int64_t> previous_step_;
-  std::optional<int64_t> previous_answer_;
   int64_t min_retention_ = 0;
-  int64_t unknown_count_ = 0;
-  int answered_ = 0;
-  std::optional<LoggedAnswer> last_;
-  std::optional<AnswerStatistics> statistics_;
+  AnswerLogState state_;
 };
 
 }  // namespace tessaro

@@ -4,6 +4,18 @@
 
 namespace tessaro {
 
+CardChange LearnedColumns(const CardFile& file, int row) {
+  const CardColumns& columns = file.columns();
+  const auto text = [&](int column) { return std::string(file.cards().Peek(column, row)); };
+  CardChange contents;
+  contents.topic = text(columns.topic);
+  contents.yes_no_row = text(columns.yes_no_row);
+  contents.time_row = text(columns.time_row);
+  contents.score = text(columns.score);
+  contents.time_learned = text(columns.time_learned);
+  return contents;
+}
+
 void CardWriter::Write(int row, const CardChange& change) {
   const CardReader cards(file_);
   const bool was_unknown = unknown_ && cards.IsUnknown(row);
@@ -23,6 +35,18 @@ void CardWriter::Write(int row, const CardChange& change) {
 
   if (unknown_) *unknown_ += static_cast<int>(cards.IsUnknown(row)) - static_cast<int>(was_unknown);
   if (observer_ != nullptr) observer_->RowChanged(row);
+}
+
+CardChange CardWriter::Exchange(int row, CardChange columns) {
+  CardChange before = LearnedColumns(file_, row);
+  bool differs = false;
+  for (const auto column : {&CardChange::topic, &CardChange::yes_no_row, &CardChange::time_row, &CardChange::score,
+                            &CardChange::time_learned}) {
+    if (columns.*column == before.*column) (columns.*column).reset();
+    differs = differs || columns.*column;
+  }
+  if (differs) Write(row, columns);
+  return before;
 }
 
 int64_t CardWriter::UnknownCount() {

@@ -13,6 +13,8 @@ namespace tessaro {
 struct CardChange {
   std::optional<std::string> topic, yes_no_row, time_row, score, time_learned;
 };
+// All that learning writes in a row, as it stands.
+CardChange LearnedColumns(const CardFile& file, int row);
 
 // Hears of every change of a card row the moment it has happened.
 class RowObserver {
@@ -29,6 +31,8 @@ class CardWriter {
 
   void SetObserver(RowObserver* observer) { observer_ = observer; }
   void Write(int row, const CardChange& change);
+  // Brings the columns that `columns` sets to these contents, and gives what stood there. No change is no write.
+  CardChange Exchange(int row, CardChange columns);
 
   // Cards whose score is 0: no marker rows, no ID with "#", no navigation cards. Counted over the file at the first
   // call and when the number of rows changed since; else it costs nothing.

@@ -15,6 +15,7 @@ class CheckingPass : public SelectionMethod {
   Choice Failed(SelectionContext& run) override;
 
   int64_t position() const { return position_; }
+  void SetPosition(int64_t position) { position_ = position; }
   // True when the pass comes before the next card: it does before every n-th card presented.
   static bool IsPending(int presented, const LearningParameters& parameters);
 

@@ -43,28 +43,48 @@ void LearningRun::KnownForDays(int days) {
 
 void LearningRun::Undo() {
   if (ended()) return;
-  const int row = state_->log.Undo();
-  if (row != 0) state_->Step(AnswerCode::ShowAgain, Destination::Undone, row);
+  const int row = state_->log.UndoRow();
+  if (row == 0) return;
+  state_->BeginStep(row);
+  state_->log.Undo();
+  state_->Step(AnswerCode::ShowAgain, Destination::Undone, row);
 }
 
 bool LearningRun::CanUndo() const {
   return !ended() && state_->log.CanUndo();
 }
 
+void LearningRun::TakeBackAnswer() {
+  if (CanTakeBackAnswer()) state_->TakeBack();
+}
+
+bool LearningRun::CanTakeBackAnswer() const {
+  return !ended() && !state_->steps.empty();
+}
+
+void LearningRun::RestoreAnswer() {
+  if (CanRestoreAnswer()) state_->Restore();
+}
+
+bool LearningRun::CanRestoreAnswer() const {
+  return !ended() && !state_->steps_taken_back.empty();
+}
+
 void LearningRun::GoHome(AnswerCode code) {
-  if (!ended()) state_->Step(code, Destination::Home);
+  state_->Leave(code, Destination::Home);
 }
 
 void LearningRun::GoBack(AnswerCode code) {
-  if (!ended()) state_->Step(code, Destination::Back);
+  state_->Leave(code, Destination::Back);
 }
 
 void LearningRun::GoOverview(AnswerCode code) {
-  if (!ended()) state_->Step(code, Destination::Overview);
+  state_->Leave(code, Destination::Overview);
 }
 
 void LearningRun::FollowLink(int64_t id, AnswerCode code) {
   if (ended()) return;
+  state_->BeginStep(code);
   state_->back.Push(LeadingNumber(state_->run.cards.Id(card().row)));
   state_->Step(code, Destination::Link, state_->file.RowOfId(id));
 }
@@ -116,7 +136,7 @@ Method LearningRun::method() const {
 }
 
 void LearningRun::StartBox(LeitnerBox box) {
-  state_->leitner.Start(std::move(box));
+  state_->PutBy(state_->leitner.Start(std::move(box)));
   SetMethod(Method::Leitner);
 }
 

@@ -39,6 +39,18 @@ class LearningRun {
   void Undo();
   bool CanUndo() const;
 
+  // Takes the last answer of the run back exactly, and with it all that was done since: the card is on screen again as
+  // it was when it was answered, and its columns, the learning index, the figures, the way back and the methods with
+  // their positions are what they were then. As many answers as were given; a press of Undo counts as one. What the
+  // learner set by hand stays: time lock, no new cards, lock of the boxes, the order of the sides. So does the clock:
+  // it still may not go back behind the latest step.
+  void TakeBackAnswer();
+  bool CanTakeBackAnswer() const;
+  // Gives the answer that was taken back last again, with all that had been done since. Possible until the next answer,
+  // and until a box begins or ends.
+  void RestoreAnswer();
+  bool CanRestoreAnswer() const;
+
   // `code` is NoRating, or what a question on leaving the card brought: Known or NotKnown.
   void GoHome(AnswerCode code = AnswerCode::NoRating);
   void GoBack(AnswerCode code = AnswerCode::NoRating);
@@ -83,7 +95,8 @@ class LearningRun {
   // Row order goes on at the first card.
   void RestartRowOrder();
 
-  // To be called after cards were edited, added or removed while the run goes on.
+  // To be called after cards were edited, added or removed while the run goes on. Answers before can be taken back no
+  // more.
   void CardsChanged();
   // Hears of every card row that the run changes. May be null.
   void SetRowObserver(RowObserver* observer);

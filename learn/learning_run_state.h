@@ -1,5 +1,8 @@
 #pragma once
 
+#include <deque>
+#include <vector>
+
 #include "learn/checking_pass.h"
 #include "learn/learning_run.h"
 #include "learn/leitner_method.h"
@@ -19,8 +22,41 @@ enum class Destination {
   Undone,  // the card whose answer was taken back
 };
 
+Rating RatingOf(AnswerCode code);
+
+// The card on screen, and how the learner came to it.
+struct RunScene {
+  ShownCard card;
+  CardMarks marks;
+  bool answered = false;
+  bool first_side = true;
+  bool return_after_answer = false;  // the card was reached by a link beside a visible answer window
+  bool leitner_on = false;
+  BackStack back;
+};
+
+// All of a run that its steps change, beside the cards themselves. A member that is missing here is not taken back.
+struct RunMoment {
+  RunScene scene;
+  SelectionState selection;
+  AnswerLogState log;
+  int64_t check_position = 1;
+  RowOrderMethod::Place row_order;
+  LeitnerMethod::Place leitner;
+};
+
+// An answer with all that was done behind it, up to the next answer. Holds what stood there before it; while it is
+// taken back, what stood there behind it.
+struct AnswerStep {
+  RunMoment moment;
+  int row = 0;         // of the card: an answer changes one card
+  CardChange columns;  // all that learning writes
+  LearnIndex::Place place;
+  std::vector<BoxOrder> orders;  // those that gave way to another one, one after the other
+};
+
 // The inside of a learning run: its state, and the learning step.
-struct LearningRun::State {
+struct LearningRun::State : RunScene {
   State(CardFile& card_file, const IniFile& program_settings, const Clock& run_clock, Random& random,
         LearningView& run_view);
 
@@ -30,8 +66,20 @@ struct LearningRun::State {
 
   // "Known" or "not known" for the card on screen. Without one it just asks for a card.
   void Answer(AnswerCode code);
+  // Goes from the card on screen to another one, perhaps with an answer.
+  void Leave(AnswerCode code, Destination destination);
   // Takes over what someone else changed in the card table.
   void CardsChanged();
+
+  // To be called before anything is done about an answer: from here on it can be taken back. `row` is the card's.
+  void BeginStep(int row);
+  // The same for a command that may carry an answer to the card on screen.
+  void BeginStep(AnswerCode code);
+  // Takes the last step back, or gives the one taken back last again.
+  void TakeBack();
+  void Restore();
+  // The order that gave way to another one; it comes back with the step in which that happened.
+  void PutBy(BoxOrder order);
 
   CardFile& file;
   const Clock& clock;
@@ -45,19 +93,16 @@ struct LearningRun::State {
   CheckingPass checking;
   RowOrderMethod row_order;
   LeitnerMethod leitner;
-  bool leitner_on = false;
   bool box_lock = true;
 
-  BackStack back;
+  // The last one is the newest answer, or the one taken back last.
+  std::deque<AnswerStep> steps;
+  std::deque<AnswerStep> steps_taken_back;
+
   Landmarks landmarks;
   bool answer_window_visible = false;
-  bool return_after_answer = false;  // the card was reached by a link beside a visible answer window
 
-  ShownCard card;
-  CardMarks marks;  // of the card on screen
-  bool answered = false;
   bool ended = false;
-  bool first_side = true;
   bool inverse = false;
   bool swapped = false;
 
@@ -84,6 +129,10 @@ struct LearningRun::State {
   void UpdateFigures();
   void Classify();
   CardStatus StatusOf(const Target& target) const;
+
+  RunMoment Moment() const;
+  void SetMoment(const RunMoment& moment);
+  void Exchange(AnswerStep& step);
 };
 
 }  // namespace tessaro

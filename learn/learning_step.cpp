@@ -8,6 +8,8 @@ namespace {
 
 constexpr int kMostSearchesWithoutNewCards = 6;
 
+}  // namespace
+
 Rating RatingOf(AnswerCode code) {
   switch (code) {
     case AnswerCode::NotKnown:
@@ -23,15 +25,13 @@ Rating RatingOf(AnswerCode code) {
   }
 }
 
-}  // namespace
-
 LearningRun::State::State(CardFile& card_file, const IniFile& program_settings, const Clock& run_clock, Random& random,
                           LearningView& run_view)
     : file(card_file),
       clock(run_clock),
       view(run_view),
       parameters(ReadParameters(program_settings)),
-      run{file, parameters, log, random, run_view},
+      run{{}, file, parameters, log, random, run_view},
       checking(card_file.settings().GetInt("CHK", "rpos", 1)) {
   run.width = parameters.max_width;
 }
@@ -42,14 +42,23 @@ void LearningRun::State::Answer(AnswerCode code) {
     Step(AnswerCode::NoRating, Destination::Method);
     return;
   }
+  BeginStep(code);
   // Set before the step, which takes it back with the next card on screen.
   answered = true;
   Step(code, return_after_answer ? Destination::Back : Destination::Method);
 }
 
+void LearningRun::State::Leave(AnswerCode code, Destination destination) {
+  if (ended) return;
+  BeginStep(code);
+  Step(code, destination);
+}
+
 void LearningRun::State::CardsChanged() {
   writer.ForgetCount();
   landmarks.Forget();
+  steps.clear();
+  steps_taken_back.clear();
   if (!run.cards.IsCardRow(card.row)) card = {};
   view.Refresh();
 }
@@ -156,7 +165,7 @@ Choice LearningRun::State::AskRowOrder() {
 Choice LearningRun::State::AskLeitner() {
   const Choice choice = Ask(leitner);
   if (choice.row == 0) {
-    leitner.End();
+    PutBy(leitner.End());
     leitner_on = false;
     view.Tell(RunMessage::BoxDone, 0);
   }

@@ -38,21 +38,25 @@ std::optional<BoxOrder> BuildBoxOrder(const CardFile& file, int64_t now) {
   return order;
 }
 
-void LeitnerMethod::Start(LeitnerBox box) {
-  box_ = std::move(box);
-  scan_row_ = kFirstCardRow;
-  order_place_ = 0;
+BoxOrder LeitnerMethod::Start(LeitnerBox box) {
+  place_ = {box.box, box.quota};
+  return std::exchange(order_, std::move(box.order));
+}
+
+BoxOrder LeitnerMethod::End() {
+  place_ = {};
+  return std::exchange(order_, {});
 }
 
 Choice LeitnerMethod::Next(SelectionContext& run) {
   run.stage = RunStage::LeitnerBox;
   Choice choice;
-  choice.row = box_.quota > 0 ? NextNewCard(run) : 0;
+  choice.row = place_.quota > 0 ? NextNewCard(run) : 0;
   if (choice.row != 0) {
-    --box_.quota;
+    --place_.quota;
     return choice;
   }
-  box_.quota = 0;
+  place_.quota = 0;
   choice.row = NextOfBox(run);
   return choice;
 }
@@ -64,22 +68,22 @@ Choice LeitnerMethod::Failed(SelectionContext& run) {
 
 int LeitnerMethod::NextNewCard(const SelectionContext& run) {
   const CardReader& cards = run.cards;
-  for (int row = scan_row_; row <= cards.LastCardRow() && !cards.HasEndMark(row); ++row) {
+  for (int row = place_.scan_row; row <= cards.LastCardRow() && !cards.HasEndMark(row); ++row) {
     if (cards.Level(row) >= 1 || run.IsLeftOut(row)) continue;
-    scan_row_ = row + 1;
+    place_.scan_row = row + 1;
     return row;
   }
   return 0;
 }
 
 int LeitnerMethod::NextOfBox(const SelectionContext& run) {
-  while (order_place_ < box_.order.size()) {
-    const int row = box_.order[order_place_];
+  while (place_.order_place < order_.size()) {
+    const int row = order_[place_.order_place];
     if (run.cards.HasEndMark(row)) break;
-    ++order_place_;
-    if (run.cards.IsCardRow(row) && run.cards.Level(row) == box_.box) return row;
+    ++place_.order_place;
+    if (run.cards.IsCardRow(row) && run.cards.Level(row) == place_.box) return row;
   }
-  order_place_ = 0;
+  place_.order_place = 0;
   return 0;
 }
 

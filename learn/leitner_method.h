@@ -26,12 +26,25 @@ struct LeitnerBox {
 // card when the box is worked through.
 class LeitnerMethod : public SelectionMethod {
  public:
-  // From the first card and the first place of the order on.
-  void Start(LeitnerBox box);
-  // Ends the box; nothing of it is kept.
-  void End() { box_ = {}; }
-  bool has_box() const { return box_.box != 0; }
-  int box() const { return box_.box; }
+  // Where the work on a box stands, without the order of the cards.
+  struct Place {
+    int box = 0;  // 0 = none
+    int64_t quota = 0;
+    int scan_row = kFirstCardRow;  // where the search for new cards goes on
+    size_t order_place = 0;        // the place of the order to look at next
+  };
+
+  // From the first card and the first place of the order on. Returns the order of the box before.
+  BoxOrder Start(LeitnerBox box);
+  // Ends the box and returns its order; nothing of it is kept.
+  BoxOrder End();
+  bool has_box() const { return place_.box != 0; }
+  int box() const { return place_.box; }
+
+  // Both together put the method back to where it stood in this run.
+  const Place& place() const { return place_; }
+  void SetPlace(const Place& place) { place_ = place; }
+  void SwapOrder(BoxOrder& order) { order_.swap(order); }
 
   Choice Next(SelectionContext& run) override;
   Choice Failed(SelectionContext& run) override;
@@ -40,9 +53,8 @@ class LeitnerMethod : public SelectionMethod {
   int NextNewCard(const SelectionContext& run);
   int NextOfBox(const SelectionContext& run);
 
-  LeitnerBox box_;
-  int scan_row_ = kFirstCardRow;  // where the search for new cards goes on
-  size_t order_place_ = 0;        // the place of the order to look at next
+  Place place_;
+  BoxOrder order_;
 };
 
 }  // namespace tessaro

@@ -13,20 +13,20 @@ constexpr std::string_view kKey = "Pos";
 Choice RowOrderMethod::Next(SelectionContext& run) {
   run.log.RecountUnknown();
   Choice choice;
-  if (!first_step_ && RepeatsUnknown(run)) {
+  if (!place_.first_step && RepeatsUnknown(run)) {
     choice.go_on = true;
     return choice;
   }
-  if (first_step_) {
-    position_ = std::max<int64_t>(run.file.settings().GetInt(kSection, kKey, kFirstCardRow), kFirstCardRow);
-    first_step_ = false;
+  if (place_.first_step) {
+    place_.position = std::max<int64_t>(run.file.settings().GetInt(kSection, kKey, kFirstCardRow), kFirstCardRow);
+    place_.first_step = false;
   }
   run.stage = RunStage::RowOrder;
-  for (; run.cards.IsCardRow(position_); ++position_) {
-    const int row = static_cast<int>(position_);
+  for (; run.cards.IsCardRow(place_.position); ++place_.position) {
+    const int row = static_cast<int>(place_.position);
     if (run.cards.HasEndMark(row)) break;
     if (!Takes(run, row, choice.marks)) continue;
-    ++position_;
+    ++place_.position;
     choice.row = row;
     return choice;
   }
@@ -35,7 +35,7 @@ Choice RowOrderMethod::Next(SelectionContext& run) {
 }
 
 Choice RowOrderMethod::Failed(SelectionContext& run) {
-  position_ = kFirstCardRow;
+  place_.position = kFirstCardRow;
   run.view.Tell(RunMessage::RowOrderFailed, 0);
   return {};
 }
@@ -43,11 +43,11 @@ Choice RowOrderMethod::Failed(SelectionContext& run) {
 bool RowOrderMethod::RepeatsUnknown(SelectionContext& run) {
   const int64_t unknown = run.log.unknown_count();
   if (unknown >= run.parameters.switch_count) {
-    repeating_ = true;
+    place_.repeating = true;
     run.width = run.parameters.min_width;
   }
-  if (unknown == 0) repeating_ = false;
-  return repeating_;
+  if (unknown == 0) place_.repeating = false;
+  return place_.repeating;
 }
 
 bool RowOrderMethod::Takes(SelectionContext& run, int row, CardMarks& marks) {
@@ -64,21 +64,28 @@ bool RowOrderMethod::Takes(SelectionContext& run, int row, CardMarks& marks) {
 
 void RowOrderMethod::EndOfFile(SelectionContext& run) {
   Restart(run.file.settings());
-  first_step_ = true;
+  place_.first_step = true;
   run.view.Tell(RunMessage::EndOfFile, 0);
 }
 
 void RowOrderMethod::Restart(IniFile& settings) {
-  position_ = kFirstCardRow;
+  place_.position = kFirstCardRow;
   KeepPosition(settings, kFirstCardRow);
 }
 
-void RowOrderMethod::Keep(IniFile& settings) const {
-  if (!first_step_) KeepPosition(settings, position_);
+void RowOrderMethod::Keep(IniFile& settings) {
+  if (!place_.first_step) KeepPosition(settings, place_.position);
+}
+
+void RowOrderMethod::SetPlace(const Place& place, IniFile& settings) {
+  if (place.kept != place_.kept) settings.SetInt(kSection, kKey, place.kept.value_or(found_));
+  place_ = place;
 }
 
 void RowOrderMethod::KeepPosition(IniFile& settings, int64_t row) {
+  if (!place_.kept) found_ = settings.GetInt(kSection, kKey, kFirstCardRow);
   settings.SetInt(kSection, kKey, row);
+  place_.kept = row;
 }
 
 }  // namespace tessaro

@@ -9,8 +9,16 @@
 
 namespace tessaro {
 
+// What the methods come to share in the course of a run.
+struct SelectionState {
+  bool row_order = false;
+  int64_t width = 0;   // the selection width R
+  RunFigures figures;  // a method fills in what it has to show
+  RunStage stage = RunStage::None;
+};
+
 // What the methods of one run share: what they choose from, what they go by, and what they tell.
-struct SelectionContext {
+struct SelectionContext : SelectionState {
   CardFile& file;
   const LearningParameters& parameters;
   AnswerLog& log;
@@ -22,11 +30,7 @@ struct SelectionContext {
   int shown_row = 0;  // the card on screen; 0 = none yet
   bool no_new_cards = false;
   bool time_lock = true;
-  bool row_order = false;
-  int64_t width = 0;            // the selection width R
   bool told_exhausted = false;  // in the running step
-  RunFigures figures = {};      // a method fills in what it has to show
-  RunStage stage = RunStage::None;
 
   // Cards are told apart by their ID text, so a duplicate of the card on screen counts as that card.
   bool IsShownCard(int row) const { return shown_row != 0 && cards.Id(row) == cards.Id(shown_row); }

@@ -135,7 +135,7 @@ void LearnIndex::Update(int card_row, int64_t score) {
   if (!built_ || card_row < kFirstCardRow) return;
   const auto key_of_card = static_cast<size_t>(card_row);
   if (key_of_card >= keys_.size()) keys_.resize(key_of_card + 1);
-  int place = sequence_.FirstNot([&](int32_t row) { return keys_[static_cast<size_t>(row)] < score; });
+  int place = FirstNotBelow(score);
   const int old_place = sequence_.PositionOf(card_row);
   if (old_place == place && keys_[key_of_card] == score) return;
   if (old_place != place) {
@@ -145,6 +145,41 @@ void LearnIndex::Update(int card_row, int64_t score) {
   }
   keys_[key_of_card] = score;
   odd_scores_.erase(card_row);
+}
+
+LearnIndex::Place LearnIndex::PlaceOf(int card_row) const {
+  Place place;
+  place.card_row = card_row;
+  place.row = RowOfCard(card_row);
+  const auto key_of_card = static_cast<size_t>(card_row);
+  if (key_of_card < keys_.size()) place.score = keys_[key_of_card];
+  if (const auto odd = odd_scores_.find(card_row); odd != odd_scores_.end()) place.odd_score = odd->second;
+  return place;
+}
+
+void LearnIndex::Restore(const Place& place) {
+  const auto key_of_card = static_cast<size_t>(place.card_row);
+  if (key_of_card >= keys_.size() || PlaceOf(place.card_row) == place) return;
+  const int old_position = sequence_.PositionOf(place.card_row);
+  if (old_position >= 0) sequence_.Erase(old_position);
+  if (place.row != 0) {
+    const int position = place.row - kFirstCardRow;
+    sequence_.Insert(IsInOrder(position, place.score) ? position : FirstNotBelow(place.score), place.card_row);
+  }
+  keys_[key_of_card] = place.score;
+  odd_scores_.erase(place.card_row);
+  if (place.odd_score) odd_scores_[place.card_row] = *place.odd_score;
+}
+
+int LearnIndex::FirstNotBelow(int64_t score) const {
+  return sequence_.FirstNot([&](int32_t row) { return keys_[static_cast<size_t>(row)] < score; });
+}
+
+// Whether a card of this score may come in before the one at `position`.
+bool LearnIndex::IsInOrder(int position, int64_t score) const {
+  const auto key_at = [&](int at) { return keys_[static_cast<size_t>(sequence_.At(at))]; };
+  return position >= 0 && position <= sequence_.size() && (position == 0 || key_at(position - 1) <= score) &&
+         (position == sequence_.size() || score <= key_at(position));
 }
 
 }  // namespace tessaro

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -47,9 +48,24 @@ class LearnIndex {
   // that already is that row stays there; one that is not in the index comes in.
   void Update(int card_row, int64_t score);
 
+  // How a card stands in the index.
+  struct Place {
+    int card_row = 0;
+    int row = 0;  // index row; 0 = not in the index
+    int64_t score = 0;
+    std::optional<std::string> odd_score;  // the text of a score that is not written as nine digits
+    bool operator==(const Place&) const = default;
+  };
+  Place PlaceOf(int card_row) const;
+  // Turns later updates of the card round: it stands again as PlaceOf said, among equal scores too, provided that all
+  // other cards do. Where they do not and the order of the scores forbids the row, the score decides as in Update.
+  void Restore(const Place& place);
+
  private:
   template <typename ReadRows>
   bool AdoptRows(const ReadRows& read_rows, const CardIds& ids);
+  int FirstNotBelow(int64_t score) const;
+  bool IsInOrder(int position, int64_t score) const;
 
   bool built_ = false;
   RowSequence sequence_;       // card table rows in index order

@@ -1,0 +1,314 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <sstream>
+
+#include "learn/answer_log.h"
+#include "learn/leitner_count.h"
+#include "learn/leitner_method.h"
+#include "tests/learn/learn_fixture.h"
+
+namespace tessaro {
+namespace {
+
+class TakingBack : public LearnTest {
+ protected:
+  // Three new cards and one that is known and due, in row order.
+  void Start() {
+    settings.SetInt("CHK", "n", 0);
+    Open({NewCard(1), NewCard(2), KnownCard(3, 100, 5000), NewCard(4)});
+    run->SetMethod(Method::RowOrder);
+    run->Start();
+  }
+  std::string Dump() const;
+};
+
+// The whole of the card file and of the run over it, as far as it shows.
+std::string TakingBack::Dump() const {
+  std::ostringstream out;
+  for (int row = 1; row <= file.cards().RowCount(); ++row) {
+    for (int column = 1; column <= file.cards().ColumnCount(); ++column) out << file.cards().Peek(column, row) << '|';
+  }
+  MemoryDisk index;
+  EXPECT_TRUE(file.learn_index().SaveTo(*index.Create("index"), file.cards()));
+  const ShownCard& card = run->card();
+  const RunFigures& figures = run->figures();
+  out << '\n'
+      << *index.Content("index") << file.settings().Text() << "\ncursor " << file.cards().CurrentRow() << "\ncard "
+      << card.row << ' ' << static_cast<int>(card.status) << card.navigation << card.by_link << card.newest_known << ' '
+      << card.score << ' ' << card.last_answer << ' ' << run->question_shown() << run->answered() << "\nfigures "
+      << figures.presented << ' ' << figures.answered << ' ' << figures.unknown_count << ' ' << figures.width << ' '
+      << figures.drawn_position << ' ' << figures.check_count << ' ' << figures.widened << "\nrun "
+      << static_cast<int>(run->stage()) << static_cast<int>(run->method()) << run->box() << run->CanUndo()
+      << run->CanGoBack() << run->AsksBeforeLeaving();
+  if (const AnswerStatistics* statistics = run->statistics()) {
+    out << "\nstatistics " << statistics->row << ' ' << statistics->score << ' ' << statistics->history.times[0] << ' '
+        << LettersText(statistics->history.letters) << ' ' << (statistics->forecast ? statistics->forecast->score : -1);
+  }
+  return out.str();
+}
+
+// The time on a card runs on from the answer before it, and the days of a button do not outlive their answer.
+TEST_F(TakingBack, AnAnswerGivenAnewCountsFromTheOneBefore) {
+  Start();
+  run->NotKnown();
+  clock.now += 20;
+  run->Turn();
+  const std::string before = Dump();
+  run->KnownForDays(30);
+  run->GoHome();
+  const std::string after = Dump();
+  clock.now += 5;
+  const int refreshes = view.refreshes;
+  run->TakeBackAnswer();
+  EXPECT_EQ(Dump(), before);
+  EXPECT_EQ(view.refreshes, refreshes + 1);
+  run->RestoreAnswer();
+  EXPECT_EQ(Dump(), after);
+  run->TakeBackAnswer();
+  clock.now += 5;
+  run->Known();
+  EXPECT_EQ(Field(3, file.columns().time_learned), "30");
+  EXPECT_EQ(Score(3), "000000001");
+  EXPECT_FALSE(run->CanRestoreAnswer());
+  run->CardsChanged();
+  EXPECT_FALSE(run->CanTakeBackAnswer()) << "the cards may be others";
+}
+
+// Taking back turns no clock back: a step earlier than the one that was taken back ends the run.
+TEST_F(TakingBack, AClockThatWentBackIsStillNoticed) {
+  Start();
+  clock.now += 100;
+  run->Known();
+  run->TakeBackAnswer();
+  clock.now -= 50;
+  run->Known();
+  EXPECT_TRUE(run->ended());
+  EXPECT_EQ(run->figures().answered, 0);
+  EXPECT_FALSE(run->CanTakeBackAnswer());
+}
+
+// It undoes, in its own way, the last answer that stands; taking the press back brings that answer back.
+TEST_F(TakingBack, APressOfTheUndoButtonIsAStepOfItsOwn) {
+  Start();
+  const std::string at_first = Dump();
+  run->Known();
+  const std::string answered = Dump();
+  run->Known();
+  run->TakeBackAnswer();
+  run->Undo();
+  EXPECT_FALSE(run->CanRestoreAnswer());
+  EXPECT_EQ(Score(2), "1");
+  const std::string pressed = Dump();
+  run->TakeBackAnswer();
+  EXPECT_EQ(Dump(), answered);
+  run->RestoreAnswer();
+  EXPECT_EQ(Dump(), pressed);
+  run->TakeBackAnswer();
+  run->TakeBackAnswer();
+  EXPECT_EQ(Dump(), at_first);
+}
+
+// The answer ended the box, and the learner has counted and chosen another one since.
+TEST_F(TakingBack, ABoxThatWasDoneIsGoneOnWith) {
+  std::vector<TestCard> cards = {KnownCard(1, 100, 5000), KnownCard(2, 100, 6000), KnownCard(3, 100, 7000)};
+  for (TestCard& card : cards) card.topic = "1";
+  Open(cards);
+  run->StartBox({1, 0, {3, 2}});
+  run->Start();
+  run->Known();
+  const std::string in_the_box = Dump();
+  run->Known();
+  EXPECT_EQ(view.choices, 1);
+  CardWriter writer(file);
+  CountBoxes(file, writer);
+  EXPECT_EQ(Topic(2), "2");
+  run->StartBox({1, 0, {4}});
+  run->ShowNext();
+  EXPECT_EQ(run->card().row, 4);
+  run->TakeBackAnswer();
+  EXPECT_EQ(Topic(2), "1") << "the level was raised for the answer that is taken back";
+  ASSERT_TRUE(file.cards().Poke(file.columns().topic, 3, "1"));
+  EXPECT_EQ(Dump(), in_the_box);
+  run->Known();
+  EXPECT_EQ(view.choices, 2);
+}
+
+// A rebuilt index has another order among equal scores: the places that were noted need not fit it.
+TEST_F(TakingBack, ARebuiltIndexStaysInOrder) {
+  std::vector<TestCard> cards;
+  for (int i = 1; i <= 30; ++i) cards.push_back(i % 3 == 0 ? KnownCard(i, i % 4, 5000 + i) : WrongCard(i));
+  Open(cards);
+  run->Start();
+  for (int i = 0; i < 12; ++i, clock.now += 9) run->Known();
+  for (const int row : {9, 20, 21, 22}) ASSERT_TRUE(file.cards().Poke(file.columns().score, row, "000000999"));
+  ASSERT_TRUE(file.RebuildIndexes());
+  while (run->CanTakeBackAnswer()) run->TakeBackAnswer();
+  const LearnIndex& index = file.learn_index();
+  for (int row = 2; row < index.RowCount(); ++row) {
+    EXPECT_LE(index.Score(row - 1), index.Score(row));
+    EXPECT_EQ(index.RowOfCard(index.BoxPos(row)), row);
+  }
+}
+
+// Scripts of any commands over any cards, with answers taken back and restored in between.
+class TakingBackScript : public TakingBack {
+ protected:
+  enum class What { Known, NotKnown, Days, Undo, Home, Back, Link, Turn, Next, Method, Box, Restart };
+  struct Command {
+    What what = What::Known;
+    int number = 0;
+    int64_t time = 0;
+    size_t draws = 0;
+  };
+  // What was done to come here, and what it came to.
+  struct Moment {
+    std::vector<Command> script;
+    std::string dump;
+  };
+
+  int Any(int count) { return static_cast<int>(chance() % static_cast<unsigned>(count)); }
+  void PutAnyCards();
+  void Begin(int options);
+  Command AnyCommand();
+  bool IsAnswer(const Command& command) const;
+  void Perform(const Command& command);
+  void Exchange(std::vector<Moment>& from, std::vector<Moment>& to);
+
+  std::mt19937 chance{4};
+  std::vector<Command> script;
+  std::vector<Moment> back, again;
+};
+
+void TakingBackScript::PutAnyCards() {
+  const char* const questions[] = {"Frage", "Frage", "Frage", "Frage", "<navigation>", "<home>", "<+++>"};
+  const char* const letters[] = {"", "f", "fw", "w", "ww", "wwfw", "www"};
+  const char* const scores[] = {"000000000", "000000001", "000000001", "000000050", "7", "", "000900000", "9999999999"};
+  std::vector<TestCard> cards(static_cast<size_t>(1 + Any(30)));
+  for (TestCard& card : cards) {
+    card = {IdText(static_cast<int>(&card - cards.data()) + 1), questions[Any(7)], "", scores[Any(8)]};
+    if (Any(20) == 0) card.id = "#7";
+    card.yes_no_row = Letters(letters[Any(7)]);
+    card.topic = std::to_string(Any(4));
+    for (int64_t time = kNow + 20 - Any(400); Any(4) != 0; time -= Any(300))
+      card.time_row += " " + std::to_string(time);
+  }
+  CardTable table = MakeCards(cards);
+  disk.Put(kTestFile, FileText(table));
+  disk.Put("/deck/x.ini", "[ROW]\nPos=" + std::to_string(Any(9)) + "\n");
+  settings.SetInt("RNG", "max", 1 + Any(10));
+  settings.SetInt("RNG", "chn", Any(5));
+  settings.SetInt("CHK", "n", Any(4));
+  settings.SetInt("CHK", "wi", 1 + Any(6));
+  random.numbers.assign(300, 0);
+  for (uint32_t& number : random.numbers) number = static_cast<uint32_t>(chance()) >> 1U;
+}
+
+void TakingBackScript::Begin(int options) {
+  run.reset();
+  file.Close();
+  ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
+  ASSERT_TRUE(file.RebuildIndexes());
+  run = std::make_unique<LearningRun>(file, settings, clock, random, view);
+  run->SetTimeLock(options % 2 == 0);
+  run->SetNoNewCards(options % 3 == 0);
+  run->SetAnswerWindowVisible(options % 5 == 0);
+  clock.now = kNow;
+  random.draws = 0;
+  run->Start();
+}
+
+TakingBackScript::Command TakingBackScript::AnyCommand() {
+  const What all[] = {What::Known, What::Known, What::Known,  What::NotKnown, What::NotKnown, What::Days,
+                      What::Undo,  What::Undo,  What::Home,   What::Back,     What::Link,     What::Link,
+                      What::Turn,  What::Next,  What::Method, What::Box,      What::Restart};
+  return {all[Any(17)], Any(60), clock.now + Any(60), random.draws};
+}
+
+bool TakingBackScript::IsAnswer(const Command& command) const {
+  if (command.what == What::Undo) return run->CanUndo();
+  const bool rates = command.what <= What::Days ||
+                     (command.what >= What::Home && command.what <= What::Link && command.number % 3 < 2);
+  return rates && run->card().row != 0 && !CardReader(file).IsNavigation(run->card().row);
+}
+
+void TakingBackScript::Perform(const Command& command) {
+  clock.now = command.time;
+  random.draws = command.draws;
+  const int number = command.number;
+  const AnswerCode code = std::array{AnswerCode::Known, AnswerCode::NotKnown, AnswerCode::NoRating}[number % 3];
+  const AnswerCode link =
+      std::array{AnswerCode::LinkKnown, AnswerCode::LinkNotKnown, AnswerCode::LinkNoRating}[number % 3];
+  switch (command.what) {
+    case What::Known:
+      return run->Known();
+    case What::NotKnown:
+      return run->NotKnown();
+    case What::Days:
+      return run->KnownForDays(number);
+    case What::Undo:
+      return run->Undo();
+    case What::Home:
+      return run->GoHome(code);
+    case What::Back:
+      return run->GoBack(code);
+    case What::Link:
+      return run->FollowLink(number / 2, link);
+    case What::Turn:
+      return run->Turn();
+    case What::Next:
+      return run->ShowNext();
+    case What::Method:
+      return run->SetMethod(static_cast<Method>(number % 3));
+    case What::Restart:
+      return run->RestartRowOrder();
+    case What::Box:
+      break;
+  }
+  run->StartBox({1 + number % 3, number % 4, BuildBoxOrder(file, clock.now).value_or(BoxOrder{})});
+  run->ShowNext();
+}
+
+void TakingBackScript::Exchange(std::vector<Moment>& from, std::vector<Moment>& to) {
+  to.push_back({script, Dump()});
+  &from == &back ? run->TakeBackAnswer() : run->RestoreAnswer();
+  script = from.back().script;
+  EXPECT_EQ(Dump(), from.back().dump);
+  from.pop_back();
+}
+
+// Each time the whole is what it was then. In the end it is what a run comes to that was only given what stands.
+TEST_F(TakingBackScript, LeavesNothingOfWhatWasTakenBack) {
+  int exchanges = 0;
+  for (int round = 0; round < 120 && !HasFailure(); ++round) {
+    SCOPED_TRACE(round);
+    script.clear(), back.clear(), again.clear();
+    PutAnyCards();
+    const int options = Any(30);
+    Begin(options);
+    for (int step = 0; step < 40 && !HasFailure(); ++step) {
+      ASSERT_EQ(run->CanTakeBackAnswer(), !back.empty());
+      ASSERT_EQ(run->CanRestoreAnswer(), !again.empty());
+      std::vector<Moment>& from = Any(2) == 0 ? back : again;
+      if (Any(3) == 0 && !from.empty()) {
+        Exchange(from, &from == &back ? again : back);
+        ++exchanges;
+        continue;
+      }
+      const Command command = AnyCommand();
+      const int choices = view.choices;
+      if (IsAnswer(command)) back.push_back({script, Dump()}), again.clear();
+      script.push_back(command);
+      Perform(command);
+      if (command.what == What::Box || view.choices > choices) again.clear();
+    }
+    const std::string dump = Dump();
+    Begin(options);
+    for (const Command& command : script) Perform(command);
+    EXPECT_EQ(Dump(), dump);
+  }
+  EXPECT_GT(exchanges, 500);
+}
+
+}  // namespace
+}  // namespace tessaro
