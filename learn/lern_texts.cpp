@@ -191,6 +191,14 @@ QString RowOrderRestartedNotice() {
   return u"Die Reihenfolge geht mit der nächsten Karte am Anfang der Kartei weiter."_s;
 }
 
+QString AnswerTakenBackText() {
+  return u"Antwort zurückgenommen"_s;
+}
+
+QString AnswerRestoredText() {
+  return u"Antwort wiederhergestellt"_s;
+}
+
 QString NothingToUndoHint() {
   return u"In diesem Lauf gibt es keine Entscheidung mehr, die zurückzunehmen ist."_s;
 }

@@ -42,6 +42,10 @@ QString EndOfFileNotice();
 QString NoCardsNotice();
 QString RowOrderRestartedNotice();
 
+// In place of how the card was chosen, until the next command.
+QString AnswerTakenBackText();
+QString AnswerRestoredText();
+
 // Why controls are greyed.
 QString NothingToUndoHint();
 QString RunEndedHint();

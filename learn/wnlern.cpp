@@ -58,7 +58,13 @@ void TF_wnlern::ConnectAnswers() {
   connect(ui_->Weiss_ich, &QAction::triggered, this, &TF_wnlern::Weiss_ichExecute);
   connect(ui_->Lerne_ich, &QAction::triggered, this, &TF_wnlern::Lerne_ichExecute);
   // A key that is held down must not run through the cards.
-  for (QAction* action : {ui_->MKarteDrehen, ui_->Weiss_ich, ui_->Lerne_ich, ui_->MUndo}) action->setAutoRepeat(false);
+  for (QAction* action :
+       {ui_->MKarteDrehen, ui_->Weiss_ich, ui_->Lerne_ich, ui_->MAntwortZurueck, ui_->MAntwortWieder}) {
+    action->setAutoRepeat(false);
+  }
+  connect(ui_->SpeedButtonUndo, &QAbstractButton::clicked, this, &TF_wnlern::SpeedButtonUndoClick);
+  connect(ui_->MAntwortZurueck, &QAction::triggered, this, &TF_wnlern::MAntwortZurueckClick);
+  connect(ui_->MAntwortWieder, &QAction::triggered, this, &TF_wnlern::MAntwortWiederClick);
   const auto connect_days = [this](QToolButton* button, QAction* action, int days) {
     connect(button, &QAbstractButton::clicked, this, [this, days] { SpeedButtonTageClick(days); });
     connect(action, &QAction::triggered, this, [this, days] { SpeedButtonTageClick(days); });
@@ -78,7 +84,6 @@ void TF_wnlern::ConnectNavigation() {
     connect(button, &QAbstractButton::clicked, this, handler);
     connect(action, &QAction::triggered, this, handler);
   };
-  tie(ui_->SpeedButtonUndo, ui_->MUndo, &TF_wnlern::SpeedButtonUndoClick);
   tie(ui_->SpeedButtonHome, ui_->MHome, &TF_wnlern::SpeedButtonHomeClick);
   tie(ui_->SpeedButtonBack, ui_->MBack, &TF_wnlern::SpeedButtonBackClick);
   tie(ui_->SpeedButtonVis, ui_->MVis, &TF_wnlern::SpeedButtonVisClick);
@@ -212,7 +217,7 @@ void TF_wnlern::ReadShortcuts() {
     taken += keys[i];
   }
   // The learner's own keys come first; what the form gives comes back when its key is free again.
-  for (QAction* action : {ui_->MUndo, ui_->MSpeichern, ui_->MKopieren}) {
+  for (QAction* action : {ui_->MAntwortZurueck, ui_->MAntwortWieder, ui_->MSpeichern, ui_->MKopieren}) {
     if (!action->data().isValid()) action->setData(QVariant::fromValue(action->shortcut()));
     const auto key = action->data().value<QKeySequence>();
     action->setShortcut(taken.contains(key) ? QKeySequence() : key);

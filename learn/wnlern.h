@@ -88,6 +88,8 @@ class TF_wnlern : public QMainWindow, private LearningView {
   void Lerne_ichExecute();
   void SpeedButtonTageClick(int days);
   void SpeedButtonUndoClick();
+  void MAntwortZurueckClick();
+  void MAntwortWiederClick();
   void SpeedButtonHomeClick();
   void SpeedButtonBackClick();
   void SpeedButtonVisClick();
@@ -147,6 +149,7 @@ class TF_wnlern : public QMainWindow, private LearningView {
   std::optional<MethodChoice> first_choice_;  // given before the window was shown
   std::unique_ptr<TF_dldata> statistics_;     // while it is switched on
   Notice notice_ = Notice::None;
+  QString done_;  // what the last command did, where the card alone would not tell
 };
 
 }  // namespace tessaro

@@ -43,6 +43,7 @@ void TF_wnlern::Do(const std::function<void(LearningRun&)>& command) {
   if (run_ == nullptr || in_command_) return;
   const QScopedValueRollback<bool> in_command(in_command_, true);
   notice_ = Notice::None;
+  done_.clear();
   card_changed_ = false;
   try {
     command(*run_);
@@ -74,6 +75,20 @@ void TF_wnlern::SpeedButtonTageClick(int days) {
 
 void TF_wnlern::SpeedButtonUndoClick() {
   Do([](LearningRun& run) { run.Undo(); });
+}
+
+void TF_wnlern::MAntwortZurueckClick() {
+  Do([this](LearningRun& run) {
+    run.TakeBackAnswer();
+    done_ = AnswerTakenBackText();
+  });
+}
+
+void TF_wnlern::MAntwortWiederClick() {
+  Do([this](LearningRun& run) {
+    run.RestoreAnswer();
+    done_ = AnswerRestoredText();
+  });
 }
 
 void TF_wnlern::SpeedButtonHomeClick() {
@@ -184,7 +199,7 @@ void TF_wnlern::ShowFigures() {
   ui_->Edit1->setText(QString::number(figures.unknown_count));
   ui_->DisplayCheckAnzahl->setText(QString::number(figures.check_count));
   ui_->DisplayJetztGeuebt->setText(QString::number(figures.presented));
-  ui_->LabelSteuerung->setText(StageText(run_->stage(), run_->box()));
+  ui_->LabelSteuerung->setText(done_.isEmpty() ? StageText(run_->stage(), run_->box()) : done_);
   TimerLernTimer();
 }
 
@@ -203,7 +218,8 @@ void TF_wnlern::ShowControls() {
   ui_->MenuWiedervorlage->setEnabled(open);
   ui_->SpeedButtonUndo->setEnabled(run_->CanUndo());
   ui_->SpeedButtonUndo->setToolTip(run_->CanUndo() ? ui_->SpeedButtonUndo->accessibleName() : NothingToUndoHint());
-  ui_->MUndo->setEnabled(run_->CanUndo());
+  ui_->MAntwortZurueck->setEnabled(run_->CanTakeBackAnswer());
+  ui_->MAntwortWieder->setEnabled(run_->CanRestoreAnswer());
   ui_->SpeedButtonInversEin->setVisible(run_->inverse());
   ui_->SpeedButtonInversEin->setChecked(true);
   ui_->SpeedButtonInversAus->setVisible(!run_->inverse());

@@ -145,6 +145,8 @@ void TF_wnlern::ShowStatistics() {
 
 void TF_wnlern::ShowMethod() {
   const Method method = run_->method();
+  // An answer that is taken back may bring back another method.
+  if (method != Method::Leitner) automatic_ = method;
   ui_->MAutoStandard->setChecked(method == Method::Standard);
   ui_->MAutoReihe->setChecked(method == Method::RowOrder);
   ui_->MLeitner->setChecked(method == Method::Leitner);

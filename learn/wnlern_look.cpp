@@ -68,7 +68,8 @@ void DressMenus(Ui::TF_wnlern& ui) {
   ui.MBack->setIcon(Icon("back"));
   ui.MVis->setIcon(Icon("overview"));
   ui.MSpeichern->setIcon(Icon("save"));
-  ui.MUndo->setIcon(Icon("undo"));
+  ui.MAntwortZurueck->setIcon(Icon("undo"));
+  ui.MAntwortWieder->setIcon(Icon("redo"));
   ui.MKarteDrehen->setIcon(Icon("turn"));
   ui.MDrehen->setIcon(Icon("turn"));
   ui.Weiss_ich->setIcon(Icon("known"));

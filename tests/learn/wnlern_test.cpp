@@ -92,10 +92,37 @@ TEST_F(LearningWindow, UndoTakesTheAnswerBackOnce) {
   Open();
   EXPECT_FALSE(Find<QAbstractButton>(u"SpeedButtonUndo"_s).isEnabled());
   Click(u"BtWeissIch"_s);
-  Key(Qt::Key_Z, Qt::ControlModifier);
+  Click(u"SpeedButtonUndo"_s);
   EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 1"_s);
   EXPECT_EQ(Field(kYesNoRow, 2), Letters(""));
+  EXPECT_EQ(Field(kScore, 2), "1");
   EXPECT_FALSE(Find<QAbstractButton>(u"SpeedButtonUndo"_s).isEnabled());
+}
+
+TEST_F(LearningWindow, KeysTakeAnswersBackExactlyAndRestoreThem) {
+  Open();
+  const auto can = [this] {
+    return std::pair(Find<QAction>(u"MAntwortZurueck"_s).isEnabled(), Find<QAction>(u"MAntwortWieder"_s).isEnabled());
+  };
+  EXPECT_EQ(can(), std::pair(false, false));
+  Key(Qt::Key_Backspace);
+  Key(Qt::Key_Return);
+  Key(Qt::Key_Delete);
+  EXPECT_EQ(Logged(), 2);
+  EXPECT_EQ(can(), std::pair(true, false));
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Text(u"LabelSteuerung"_s), u"Antwort zurückgenommen"_s);
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(window->windowTitle(), u"Antwortseite Übungskarte Pos.  - 1"_s) << "the side that was on screen";
+  EXPECT_EQ(Field(kScore, 2), "000000000");
+  EXPECT_EQ(Logged(), 0);
+  EXPECT_EQ(can(), std::pair(false, true));
+  Key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(Text(u"LabelSteuerung"_s), u"Antwort wiederhergestellt"_s);
+  EXPECT_EQ(Field(kYesNoRow, 2), Letters("w"));
+  EXPECT_EQ(can(), std::pair(true, true));
+  Click(u"BtHand"_s);
+  EXPECT_NE(Text(u"LabelSteuerung"_s), u"Antwort wiederhergestellt"_s);
 }
 
 TEST_F(LearningWindow, LinkLeadsToItsCardWithoutAQuestion) {
