@@ -52,7 +52,7 @@ QPointF IntervalPlot::Scale::Point(double place, double seconds) const {
 IntervalPlot::Scale IntervalPlot::MakeScale() const {
   Scale scale;
   const int line = fontMetrics().height();
-  scale.area = QRectF(rect()).adjusted(kMargin, kMargin + line, -kMargin, -kMargin - line);
+  scale.area = QRectF(rect()).adjusted(kMargin, 2 * kMargin + line, -kMargin, -kMargin - line);
   const IntervalSeries& all = forecast_->all;
   scale.places = all.count + 1;
   double longest = std::max(forecast_->all_trend.prediction, forecast_->streak_trend.prediction);
@@ -82,7 +82,7 @@ void IntervalPlot::PaintAxes(QPainter& painter, const Scale& scale) const {
   painter.drawLine(scale.area.bottomLeft(), scale.area.bottomRight());
   painter.drawLine(scale.area.topLeft(), scale.area.bottomLeft());
   painter.setPen(palette().color(QPalette::WindowText));
-  painter.drawText(QPointF(scale.area.left(), scale.area.top() - 4), DurationText(scale.longest));
+  painter.drawText(QPointF(scale.area.left(), scale.area.top() - kMargin), DurationText(scale.longest));
   const QRectF below(scale.area.left(), scale.area.bottom() + 4, scale.area.width(), fontMetrics().height());
   painter.drawText(below, Qt::AlignLeft, u"älteste"_s);
   painter.drawText(below, Qt::AlignRight, u"Prognose"_s);
@@ -96,7 +96,7 @@ void IntervalPlot::PaintLegend(QPainter& painter, const Scale& scale) const {
                                                 {u"1. alle Abstände"_s, kAllColour}};
   for (const auto& [name, colour] : entries) {
     const int width = fontMetrics().horizontalAdvance(name);
-    const double base = scale.area.top() - 4;
+    const double base = scale.area.top() - kMargin;
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(QPointF(right - width, base), name);
     painter.setPen(Qt::NoPen);
