@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <algorithm>
+#include <utility>
 
 #include "hypertext/video_screen.h"
 #include "learn/command_keys.h"
@@ -137,7 +138,10 @@ void TF_wnlern::ConnectView() {
 }
 
 void TF_wnlern::ConnectNotice() {
-  connect(ui_->ButtonNeuerLauf, &QAbstractButton::clicked, this, &TF_wnlern::ButtonNeuerLaufClick);
+  connect(ui_->ButtonNeuerLauf, &QAbstractButton::clicked, this, [this] {
+    MakeRun();
+    StartRun();
+  });
   connect(ui_->ButtonOhneSperre, &QAbstractButton::clicked, this, [this] { SpeedButtonSperreClick(false); });
   connect(ui_->ButtonHinweisEnde, &QAbstractButton::clicked, this, &TF_wnlern::close);
 }
@@ -165,15 +169,15 @@ void TF_wnlern::FormShow() {
   start_milliseconds_ = clock_.Milliseconds();
   timer_.start();
   MakeRun();
-  if (settings_.ini.GetInt(kShowSection, "Stat", 0) != 0) ShowStatisticsWindow();
+  if (settings_.ini.GetInt(kShowSection, "Stat", 0) != 0) SwitchStatistics(true);
   // Once the window stands: what the run has to tell comes up over it.
-  QTimer::singleShot(0, this, [this] { Do([this](LearningRun& run) { StartRun(run); }); });
+  QTimer::singleShot(0, this, &TF_wnlern::StartRun);
 }
 
 void TF_wnlern::FormClose() {
   timer_.stop();
   KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
-  HideStatisticsWindow();
+  SwitchStatistics(false);
   settings_.ini.SetInt("rowlearn", "checked", automatic_ == Method::RowOrder ? 1 : 0);
   run_->KeepPositions();
   run_.reset();
@@ -191,9 +195,11 @@ void TF_wnlern::MakeRun() {
   ShowRun();
 }
 
-void TF_wnlern::ButtonNeuerLaufClick() {
-  MakeRun();
-  Do([](LearningRun& run) { run.Start(); });
+void TF_wnlern::StartRun() {
+  Do([this](LearningRun& run) {
+    if (first_choice_) TakeChoice(run, *std::exchange(first_choice_, std::nullopt));
+    run.Start();
+  });
 }
 
 void TF_wnlern::ReadOptions() {

@@ -78,6 +78,7 @@ class TF_wnlern : public QMainWindow, private LearningView {
   void FormShow();
   void FormClose();
   void MakeRun();
+  void StartRun();
   void TimerLernTimer();
 
   // Everything that the user does to the run goes through here: one command at a time, faults caught, the window
@@ -106,18 +107,12 @@ class TF_wnlern : public QMainWindow, private LearningView {
   void MAnsichtClick(bool below);
   void MAnzeigenClick(bool on);
   void LinkClick(int card_id);
-  // Leaves the card on screen by `go`; when the run wants to know whether it was known, the user is asked first.
-  // Otherwise the code is `unasked`.
+  // Leaves the card by `go`, with what the user says of it where the run wants to know, else with `unasked`.
   void Leave(const std::function<void(LearningRun&, AnswerCode)>& go, AnswerCode unasked);
   AnswerCode AskWhetherKnown();
-  void ButtonNeuerLaufClick();
-
-  void StartRun(LearningRun& run);
   void TakeChoice(LearningRun& run, MethodChoice choice);
   static void ShowFirstIfNone(LearningRun& run);
-  void ShowStatisticsWindow();
-  void HideStatisticsWindow();
-
+  void SwitchStatistics(bool on);
   void ReadOptions();
   void ReadShortcuts();
   void ReadLooks();

@@ -42,11 +42,6 @@ void TF_wnlern::LearnBy(MethodChoice choice) {
   });
 }
 
-void TF_wnlern::StartRun(LearningRun& run) {
-  if (first_choice_) TakeChoice(run, *std::exchange(first_choice_, std::nullopt));
-  run.Start();
-}
-
 void TF_wnlern::TakeChoice(LearningRun& run, MethodChoice choice) {
   run.SetBoxLock(choice.box_lock);
   if (choice.method == Method::Leitner) {
@@ -111,24 +106,22 @@ AnswerCode TF_wnlern::AskWhetherKnown() {
 
 void TF_wnlern::TbCalcClick(bool on) {
   settings_.ini.SetInt("SHOW", "Stat", on ? 1 : 0);
-  on ? ShowStatisticsWindow() : HideStatisticsWindow();
+  SwitchStatistics(on);
 }
 
-void TF_wnlern::ShowStatisticsWindow() {
-  statistics_ = std::make_unique<TF_dldata>(this);
-  connect(statistics_.get(), &TF_dldata::Closed, this, [this] { TbCalcClick(false); });
-  PlaceBeside(*statistics_, *this);
-  RestoreWindowPlace(*statistics_, settings_.ini, kStatisticsPlace);
-  ShowStatistics();
-  statistics_->show();
-}
-
-void TF_wnlern::HideStatisticsWindow() {
+void TF_wnlern::SwitchStatistics(bool on) {
   if (statistics_ != nullptr) {
     KeepWindowPlace(*statistics_, settings_.ini, kStatisticsPlace);
     statistics_->hide();
     // It may be its own closing that leads here.
     statistics_.release()->deleteLater();
+  }
+  if (on) {
+    statistics_ = std::make_unique<TF_dldata>(this);
+    connect(statistics_.get(), &TF_dldata::Closed, this, [this] { TbCalcClick(false); });
+    PlaceBeside(*statistics_, *this);
+    RestoreWindowPlace(*statistics_, settings_.ini, kStatisticsPlace);
+    statistics_->show();
   }
   ShowStatistics();
 }
