@@ -94,7 +94,7 @@ bool LearningRun::CanGoBack() const {
 }
 
 bool LearningRun::AsksBeforeLeaving() const {
-  return card().by_link && !card().navigation && !answered();
+  return card().by_link && !card().navigation && !answered() && !ended();
 }
 
 void LearningRun::SetAnswerWindowVisible(bool visible) {
