@@ -37,15 +37,17 @@ void CardWriter::Write(int row, const CardChange& change) {
   if (observer_ != nullptr) observer_->RowChanged(row);
 }
 
-CardChange CardWriter::Exchange(int row, CardChange columns) {
+CardChange CardWriter::Exchange(int row, const CardChange& columns) {
   CardChange before = LearnedColumns(file_, row);
+  CardChange change;
   bool differs = false;
   for (const auto column : {&CardChange::topic, &CardChange::yes_no_row, &CardChange::time_row, &CardChange::score,
                             &CardChange::time_learned}) {
-    if (columns.*column == before.*column) (columns.*column).reset();
-    differs = differs || columns.*column;
+    if (!(columns.*column) || columns.*column == before.*column) continue;
+    change.*column = columns.*column;
+    differs = true;
   }
-  if (differs) Write(row, columns);
+  if (differs) Write(row, change);
   return before;
 }
 

@@ -32,7 +32,7 @@ class CardWriter {
   void SetObserver(RowObserver* observer) { observer_ = observer; }
   void Write(int row, const CardChange& change);
   // Brings the columns that `columns` sets to these contents, and gives what stood there. No change is no write.
-  CardChange Exchange(int row, CardChange columns);
+  CardChange Exchange(int row, const CardChange& columns);
 
   // Cards whose score is 0: no marker rows, no ID with "#", no navigation cards. Counted over the file at the first
   // call and when the number of rows changed since; else it costs nothing.

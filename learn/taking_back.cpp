@@ -58,7 +58,7 @@ void LearningRun::State::SetMoment(const RunMoment& moment) {
 
 void LearningRun::State::Exchange(AnswerStep& step) {
   const RunMoment moment = std::exchange(step.moment, Moment());
-  step.columns = writer.Exchange(step.row, std::move(step.columns));
+  step.columns = writer.Exchange(step.row, step.columns);
   LearnIndex& index = file.learn_index();
   const LearnIndex::Place place = std::exchange(step.place, index.PlaceOf(step.row));
   index.Restore(place);
