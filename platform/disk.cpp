@@ -113,6 +113,12 @@ class PosixDisk : public Disk {
     return file.IsOpen() && (::fsync(file.number()) == 0 || errno == EINVAL);
   }
 
+  bool MakeFolder(const fs::path& folder) override {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    return fs::is_directory(folder, error);
+  }
+
   LockAttempt Lock(const fs::path& path) override { return AcquireFileLock(path); }
 
   fs::path Resolve(const fs::path& path) const override {

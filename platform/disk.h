@@ -58,6 +58,8 @@ class Disk {
   virtual void CopyRights(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
   // True also when there was no such file.
   [[nodiscard]] virtual bool Remove(const std::filesystem::path& path) = 0;
+  // Makes the folder and those above it; true also when it is there. A disk without folders needs none.
+  [[nodiscard]] virtual bool MakeFolder(const std::filesystem::path& /*folder*/) { return true; }
   // Makes renames in this folder survive a power cut.
   [[nodiscard]] virtual bool FlushFolder(const std::filesystem::path& folder) = 0;
   // See AcquireFileLock.

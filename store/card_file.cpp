@@ -185,7 +185,7 @@ bool CardFile::CreateNew(const fs::path& path) {
 
 OpenReport CardFile::Restore(const fs::path& path, const StageObserver& observer) {
   if (!HasCardFileType(path) && !HasBackupType(path)) return Refused(OpenResult::WrongType);
-  if (!IsOpen()) return HasBackupType(path) ? RestoreBackup(path, observer) : Open(path, observer);
+  if (!IsOpen()) return HasBackupType(path) ? RestoreAs(CardsOfBackup(path), path, observer) : Open(path, observer);
   Content content;
   OpenReport report = LoadCards(path, observer, content);
   if (report.result != OpenResult::Opened) return report;
@@ -201,17 +201,18 @@ OpenReport CardFile::Restore(const fs::path& path, const StageObserver& observer
   return report;
 }
 
-OpenReport CardFile::RestoreBackup(const fs::path& path, const StageObserver& observer) {
+OpenReport CardFile::RestoreAs(const fs::path& cards, const fs::path& backup, const StageObserver& observer) {
+  if (IsOpen() || !HasCardFileType(cards) || !HasBackupType(backup)) return Refused(OpenResult::WrongType);
   OpenReport report;
-  const CardFilePaths paths = PathsFor(CardsOfBackup(fs::absolute(path).lexically_normal()));
+  const CardFilePaths paths = PathsFor(fs::absolute(cards).lexically_normal());
   std::unique_ptr<FileLock> lock;
-  if (!disk_.Exists(path)) return Refused(OpenResult::CannotOpen);
+  if (!disk_.Exists(backup)) return Refused(OpenResult::CannotOpen);
   if (!TakeLock(paths, lock, report.in_use_by)) {
     report.result = OpenResult::InUse;
     return report;
   }
   Content content;
-  report = LoadCards(path, observer, content);
+  report = LoadCards(backup, observer, content);
   if (report.result != OpenResult::Opened) return report;
   const CardIds ids(content.cards);
   content.highest_id = ids.highest();

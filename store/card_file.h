@@ -75,6 +75,9 @@ class CardFile {
   // file keeps its own name and is changed. Without an open file it opens `path`, for a backup X.ml~ under the name
   // X.mlb. Anything but Opened leaves everything as it was.
   [[nodiscard]] OpenReport Restore(const std::filesystem::path& path, const StageObserver& observer = {});
+  // The same without an open file, for a backup of any name: it is opened as the card file `cards`, which may be missing.
+  [[nodiscard]] OpenReport RestoreAs(const std::filesystem::path& cards, const std::filesystem::path& backup,
+                                     const StageObserver& observer = {});
   // Saves cards, indexes and settings, and clears the changed flag when all went well. One backup generation is kept
   // beside the file. A failure does not keep the later files from being written; the first one is returned.
   [[nodiscard]] SaveResult Save(const StageObserver& observer = {});
@@ -122,7 +125,6 @@ class CardFile {
   bool LoadIndex(const std::filesystem::path& path, const CardIds& ids, Index& index);
   void LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, Content& content, OpenReport& report);
   static bool BuildIndexes(Content& content, const CardIds& ids);
-  OpenReport RestoreBackup(const std::filesystem::path& path, const StageObserver& observer);
   // Takes the lock of a card file unless it is that of the open one. False: another program has it; `holder` says who.
   bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, std::string& holder);
   // The content takes the place of the open one, whose unsaved changes are given up.
