@@ -61,11 +61,15 @@ void ShowFailure(const QString& text) {
 
 int RunProgram(Application& application, const ProgramOptions& options) {
   ProgramPlaces places = StandardPlaces();
-  if (!options.settings.empty()) places.settings = std::filesystem::absolute(options.settings);
+  if (!options.settings.empty()) {
+    places.settings = std::filesystem::absolute(options.settings);
+    places.backups = places.settings.parent_path() / "Sicherungen";
+  }
   const RealClock clock;
   RealRandom random;
   BoxMessages messages;
-  Program program({RealDisk(), clock, random, messages}, places);
+  ThreadBackground background;
+  Program program({RealDisk(), clock, random, messages, &background}, places);
   program.file().journal().FlushInBackground();
   program.main_window().show();
   if (options.splash) TF_Crdlogo::ShowOver(program.main_window());

@@ -28,7 +28,8 @@ std::filesystem::path StandardFolder(QStandardPaths::StandardLocation location) 
 ProgramPlaces StandardPlaces() {
   return {.settings = StandardFolder(QStandardPaths::GenericConfigLocation) / "tessaro" / "tessaro.ini",
           .samples = FindSampleFolder(ToPath(QCoreApplication::applicationDirPath())),
-          .documents = StandardFolder(QStandardPaths::DocumentsLocation) / "Tessaro"};
+          .documents = StandardFolder(QStandardPaths::DocumentsLocation) / "Tessaro",
+          .backups = StandardFolder(QStandardPaths::AppLocalDataLocation) / "Sicherungen"};
 }
 
 Program::Program(const Machine& machine, ProgramPlaces places)
@@ -38,7 +39,15 @@ Program::Program(const Machine& machine, ProgramPlaces places)
   main_window_ = std::make_unique<TF_wnmain>(*this);
 }
 
-Program::~Program() = default;
+Program::~Program() {
+  // The last save may still be being copied; its copy counts only when it is complete.
+  if (machine_.background != nullptr) machine_.background->Wait();
+}
+
+void Program::RunInBackground(QObject& receiver, BackgroundWork work) {
+  if (machine_.background != nullptr) return machine_.background->Run(receiver, std::move(work));
+  work()();
+}
 
 void Program::OpenLearning(std::optional<MethodChoice> choice) {
   if (!file_.IsOpen()) return;

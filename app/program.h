@@ -8,6 +8,7 @@
 #include "learn/method_choice.h"
 #include "platform/clock.h"
 #include "platform/disk.h"
+#include "platform/qt/background.h"
 #include "platform/qt/messages.h"
 #include "platform/random.h"
 #include "store/card_file.h"
@@ -27,12 +28,14 @@ struct Machine {
   const Clock& clock;
   Random& random;
   Messages& messages;
+  Background* background = nullptr;  // null: what belongs there is done at once
 };
 
 struct ProgramPlaces {
   std::filesystem::path settings;   // tessaro.ini; need not exist
   std::filesystem::path samples;    // the folder with the sample card files; empty = none
   std::filesystem::path documents;  // the user's own folder for card files; need not exist
+  std::filesystem::path backups;    // the folder of dated copies of card files; need not exist; empty = none are made
 };
 
 // The places on this machine.
@@ -63,6 +66,8 @@ class Program : public QObject {
   // Closes the learning window if it is open; it has kept its positions then.
   void CloseLearning();
   bool learning() const;
+  // See Background::Run.
+  void RunInBackground(QObject& receiver, BackgroundWork work);
   // Writes tessaro.ini, making its folder. A failure is of no consequence for the cards and is not told.
   void SaveSettings();
 

@@ -52,7 +52,8 @@ QString HelpText() {
 
 Lernen mit Karteikarten. Eine angegebene Kartei wird gleich geöffnet.
 
-  --settings DATEI      andere Einstellungsdatei statt der eigenen tessaro.ini
+  --settings DATEI      andere Einstellungsdatei statt der eigenen tessaro.ini;
+                        Sicherungen stehen dann im Ordner daneben
   --palette light|dark  helle oder dunkle Fenster statt der Farben des Desktops
   --no-splash           ohne Startbild
   -h, --help            diese Hilfe

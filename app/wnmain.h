@@ -6,9 +6,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "app/file_texts.h"
 #include "platform/qt/theme.h"
+#include "store/backup_generations.h"
 #include "store/card_file.h"
 
 namespace Ui {
@@ -19,6 +21,7 @@ namespace tessaro {
 
 class LongWork;
 class Program;
+struct BackupOffer;
 
 // The main window: the commands around the one open card file, and the start page.
 class TF_wnmain : public QMainWindow {
@@ -81,6 +84,14 @@ class TF_wnmain : public QMainWindow {
   void TellThatChangesAreNotKept();
   void KeepBytesPerCard();
 
+  // Copies the card file that was just saved into the folder of dated copies.
+  void KeepGeneration();
+  void ShowGenerationResult(GenerationResult result);
+  // The backups of a card file, that of the last save first.
+  std::vector<BackupOffer> BackupsOf(const std::filesystem::path& cards);
+  // Lets the user choose what is to be restored over the card file `cards`; empty when nothing.
+  std::filesystem::path ChooseBackup(const std::filesystem::path& cards);
+
   void ShowState();
   void ShowLearningCommands();
   void ShowStartPage();
@@ -93,8 +104,9 @@ class TF_wnmain : public QMainWindow {
   Program& program_;
   CardFile& file_;
   std::unique_ptr<Ui::TF_wnmain> ui_;
-  QLabel label_status_;  // what is or was done
-  QLabel label_sizes_;   // sizes of files and drives
+  std::filesystem::path refused_;  // the card file that could not be opened last; its backups are offered
+  QLabel label_status_;            // what is or was done
+  QLabel label_sizes_;             // sizes of files and drives
 };
 
 }  // namespace tessaro

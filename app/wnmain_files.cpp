@@ -21,7 +21,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace fs = std::filesystem;
 
 const QString kCardFiles = u"Karteien (*.mlb *.MLB)"_s;
-const QString kBackups = u"Sicherungen und Karteien (*.ml~ *.ML~ *.mlb *.MLB)"_s;
 
 // The size of a card on disk, for the estimate of the space that saving needs.
 constexpr std::string_view kSpaceSection = "DISK";
@@ -105,6 +104,7 @@ bool TF_wnmain::LoadFile(const fs::path& chosen) {
     LongWork work(this, program_.clock());
     report = file_.Open(*path, ShowStages(work));
   }
+  refused_ = report.result == OpenResult::Opened ? fs::path() : *path;
   if (report.result == OpenResult::CannotOpen) RemoveRecentFile(program_.settings().ini, *path);
   if (report.result == OpenResult::Opened) {
     AddRecentFile(program_.settings().ini, file_.paths().cards);
@@ -196,8 +196,10 @@ bool TF_wnmain::MayOverwrite() {
 
 bool TF_wnmain::FileSaveExecute() {
   if (!file_.IsOpen() || LongWork::Running() || !MayOverwrite()) return false;
-  return Write(TellSpace(SaveKind::Plain, file_.paths().cards),
-               [this](const StageObserver& observer) { return file_.Save(observer); });
+  const bool saved = Write(TellSpace(SaveKind::Plain, file_.paths().cards),
+                           [this](const StageObserver& observer) { return file_.Save(observer); });
+  if (saved) KeepGeneration();
+  return saved;
 }
 
 void TF_wnmain::FileSaveAsExecute() {
@@ -207,8 +209,9 @@ void TF_wnmain::FileSaveAsExecute() {
     FileSaveExecute();
     return;
   }
-  Write(TellSpace(SaveKind::AnotherName, target),
-        [&](const StageObserver& observer) { return file_.SaveAs(target, observer); });
+  const bool saved = Write(TellSpace(SaveKind::AnotherName, target),
+                           [&](const StageObserver& observer) { return file_.SaveAs(target, observer); });
+  if (saved) KeepGeneration();
   AddRecentFile(program_.settings().ini, file_.paths().cards);
   ShowState();
 }
@@ -249,18 +252,6 @@ bool TF_wnmain::Write(bool enough_space, const SaveStep& save) {
   if (enough_space) ShowStatus(u"Gespeichert um %1"_s.arg(QTime::currentTime().toString(u"HH:mm"_s)));
   KeepBytesPerCard();
   return true;
-}
-
-void TF_wnmain::MRestoreClick() {
-  if (!LeaveFile()) return;
-  const QString path = program_.messages().ChooseFileToOpen(this, u"Restore"_s, LastFolder(), kBackups);
-  if (path.isEmpty()) return;
-  OpenReport report;
-  {
-    LongWork work(this, program_.clock());
-    report = file_.Restore(ToPath(path), ShowStages(work));
-  }
-  Tell(report);
 }
 
 void TF_wnmain::IndexAufbauExecute() {

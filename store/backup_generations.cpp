@@ -25,10 +25,10 @@ constexpr size_t kLongestStem = 80;  // bytes, so that the whole name stays belo
 constexpr uint64_t kMegabyte = 1'000'000;
 
 std::string PathSign(const fs::path& path) {
-  uint64_t hash = 0xCBF29CE484222325U;
-  for (const char c : path.string()) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
+  ContentHash hash;
+  hash.Add(path.string());
   std::array<char, 24> text = {};
-  std::snprintf(text.data(), text.size(), "%016llx", static_cast<unsigned long long>(hash));
+  std::snprintf(text.data(), text.size(), "%016llx", static_cast<unsigned long long>(hash.Stamp().hash));
   return std::string(text.data(), kSignLength);
 }
 
@@ -187,7 +187,6 @@ GenerationResult GenerationFolder::CopyTo(const SavedCards& saved, const fs::pat
   // Asked after the opening: a file saved once more has another state, whichever of the two was opened.
   if (disk_.State(saved.path) != saved.state) return GenerationResult::Overtaken;
   if (source == nullptr) return GenerationResult::Failed;
-  CardTextCount original;
   const bool copied = ReplaceFile(disk_, fresh, [&](WritableFile& target) {
     constexpr size_t kPiece = size_t{1} << 18U;
     std::string piece(kPiece, '\0');
@@ -195,18 +194,15 @@ GenerationResult GenerationFolder::CopyTo(const SavedCards& saved, const fs::pat
     while (size > 0) {
       size = source->Read(piece.data(), piece.size());
       if (size <= 0) break;
-      const std::string_view bytes(piece.data(), static_cast<size_t>(size));
-      original.Add(bytes);
-      if (!target.Write(bytes)) return false;
+      if (!target.Write(std::string_view(piece.data(), static_cast<size_t>(size)))) return false;
     }
     return size == 0;
   });
   CardTextCount copy;
   if (!copied || !CountFile(disk_, fresh, copy)) return GenerationResult::Failed;
   disk_.CopyRights(saved.path, fresh);
-  const bool whole = copy.bytes() == saved.state.size && copy.rows() == saved.cards + 2 && copy.HasEndRow();
-  const bool same = copy.bytes() == original.bytes() && copy.hash() == original.hash();
-  return whole && same ? GenerationResult::Made : GenerationResult::Failed;
+  const bool good = copy.rows() == saved.cards + 2 && copy.HasEndRow() && copy.Stamp() == saved.stamp;
+  return good ? GenerationResult::Made : GenerationResult::Failed;
 }
 
 void GenerationFolder::LetGo(const fs::path& card_file, uint64_t most_bytes) {

@@ -9,6 +9,7 @@
 
 #include "platform/disk.h"
 #include "store/backup_rule.h"
+#include "store/content_stamp.h"
 #include "store/ini_file.h"
 
 namespace tessaro {
@@ -48,6 +49,7 @@ GenerationSettings ReadGenerationSettings(const IniFile& settings);
 struct SavedCards {
   std::filesystem::path path;
   FileState state;
+  ContentStamp stamp;  // of what was written
   int64_t cards = 0;
 };
 
@@ -67,9 +69,10 @@ class GenerationFolder {
   // The copies of this card file, the newest first.
   std::vector<Generation> Of(const std::filesystem::path& card_file) const;
 
-  // Makes a copy (and the folder), reads it back and counts it, and only then gives it its name and lets older ones go: those that
-  // GenerationsToKeep does not keep and, over all card files, the oldest while all together take more than `most_mb`.
-  // The newest one of a card file always stays. A failure leaves all older copies. `now`: the time of the save.
+  // Makes a copy (and the folder), reads it back and counts it, and only then gives it its name and lets older ones go:
+  // those that GenerationsToKeep does not keep and, over all card files, the oldest while all together take more than
+  // `most_mb`. The newest one of a card file always stays. A failure leaves all older copies. `now`: the time of the
+  // save.
   GenerationResult Add(const SavedCards& saved, const LocalTime& now, const GenerationSettings& settings);
 
  private:

@@ -75,7 +75,8 @@ class CardFile {
   // file keeps its own name and is changed. Without an open file it opens `path`, for a backup X.ml~ under the name
   // X.mlb. Anything but Opened leaves everything as it was.
   [[nodiscard]] OpenReport Restore(const std::filesystem::path& path, const StageObserver& observer = {});
-  // The same without an open file, for a backup of any name: it is opened as the card file `cards`, which may be missing.
+  // The same without an open file, for a backup of any name: it is opened as the card file `cards`, which may be
+  // missing.
   [[nodiscard]] OpenReport RestoreAs(const std::filesystem::path& cards, const std::filesystem::path& backup,
                                      const StageObserver& observer = {});
   // Saves cards, indexes and settings, and clears the changed flag when all went well. One backup generation is kept
@@ -100,6 +101,9 @@ class CardFile {
   std::filesystem::path PutUnsavedAside();
   CardJournal& journal() { return journal_; }
 
+  // What the card file on the disk was when it was read or written last.
+  const std::optional<FileState>& on_disk() const { return content_.on_disk; }
+  const ContentStamp& stamp() const { return content_.stamp; }
   // True when another program has written the file on disk since it was opened or saved last.
   bool ChangedOnDisk() const;
   // Clamps `bytes_per_card` to 300 ... 2000 (the clamped value replaces it) and estimates the space of a save.

@@ -10,7 +10,6 @@ namespace tessaro {
 namespace {
 
 constexpr size_t kPiece = size_t{1} << 18U;
-constexpr uint64_t kHashPrime = 0x100000001B3U;
 
 std::string_view WithoutLineEnd(std::string_view line) {
   if (line.ends_with('\n')) line.remove_suffix(1);
@@ -45,10 +44,7 @@ int IdColumn(std::string_view header) {
 void CardTextCount::Add(std::string_view bytes) {
   if (lines_ == 0) header_ += bytes.substr(0, bytes.find('\n'));
   lines_ += std::count(bytes.begin(), bytes.end(), '\n');
-  bytes_ += bytes.size();
-  uint64_t hash = hash_;
-  for (const char c : bytes) hash = (hash ^ static_cast<unsigned char>(c)) * kHashPrime;
-  hash_ = hash;
+  hash_.Add(bytes);
 
   tail_ += bytes;
   const size_t last = tail_.rfind('\n');

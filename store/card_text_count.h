@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "store/content_stamp.h"
+
 namespace tessaro {
 
 class Disk;
@@ -21,16 +23,13 @@ class CardTextCount {
   int64_t rows() const { return lines_ > 0 ? lines_ - 1 : 0; }
   // Whether the text ends with the row that ends every card file, line end included.
   bool HasEndRow() const;
-  uint64_t bytes() const { return bytes_; }
-  // The same for the same bytes, however they were cut into pieces.
-  uint64_t hash() const { return hash_; }
+  ContentStamp Stamp() const { return hash_.Stamp(); }
 
  private:
   std::string header_;  // the first line, with its line feed
   std::string tail_;    // the last complete line and what follows it
   int64_t lines_ = 0;
-  uint64_t bytes_ = 0;
-  uint64_t hash_ = 0xCBF29CE484222325U;
+  ContentHash hash_;
 };
 
 // Feeds the whole file to `count`. False when it cannot be read.

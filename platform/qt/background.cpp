@@ -15,9 +15,8 @@ ThreadBackground::~ThreadBackground() {
 }
 
 void ThreadBackground::Run(QObject& receiver, BackgroundWork work) {
-  pool_.start([&receiver, work = std::move(work)] {
-    QMetaObject::invokeMethod(&receiver, work(), Qt::QueuedConnection);
-  });
+  pool_.start(
+      [&receiver, work = std::move(work)] { QMetaObject::invokeMethod(&receiver, work(), Qt::QueuedConnection); });
 }
 
 void ThreadBackground::Wait() {

@@ -128,16 +128,12 @@ TEST(CardTextCount, CountsTheSameHoweverTheTextIsCut) {
       {"Name\n##\n", 1, false},
   };
   for (const Case& c : cases) {
-    std::set<uint64_t> hashes;
     for (const size_t piece : {size_t{1}, size_t{3}, c.text.size() + 1}) {
       CardTextCount count;
       for (size_t at = 0; at < c.text.size(); at += piece) count.Add(std::string_view(c.text).substr(at, piece));
       EXPECT_EQ(count.rows(), c.rows) << c.text;
       EXPECT_EQ(count.HasEndRow(), c.end_row) << c.text;
-      EXPECT_EQ(count.bytes(), c.text.size());
-      hashes.insert(count.hash());
     }
-    EXPECT_EQ(hashes.size(), 1U);
   }
 }
 
@@ -147,7 +143,7 @@ class Generations : public testing::Test {
   SavedCards Save(const std::string& path, int cards) {
     CardTable table = MakeCards(std::vector<TestCard>(static_cast<size_t>(cards), {.id = "000001"}));
     disk.Put(path, FileText(table));
-    return {path, *disk.State(path), cards};
+    return {path, *disk.State(path), *StampOf(disk, path), cards};
   }
   GenerationResult Add(const std::string& path, int cards, int day = 0) {
     return folder.Add(Save(path, cards), After(kMonday, day), settings);
@@ -198,8 +194,9 @@ TEST_F(Generations, CountsOnlyWhatReadsBackAsItWasSaved) {
   SavedCards wrong_count = Save("/a/x.mlb", 6);
   wrong_count.cards = 7;
   EXPECT_EQ(folder.Add(wrong_count, kMonday, settings), GenerationResult::Failed);
-  disk.Put("/a/x.mlb", *disk.Content("/a/x.mlb") + "more");
-  EXPECT_EQ(folder.Add({"/a/x.mlb", *disk.State("/a/x.mlb"), 6}, kMonday, settings), GenerationResult::Failed);
+  SavedCards misread = Save("/a/x.mlb", 6);
+  misread.stamp.hash ^= 1U;
+  EXPECT_EQ(folder.Add(misread, kMonday, settings), GenerationResult::Failed);
   const SavedCards overtaken = Save("/a/x.mlb", 6);
   Save("/a/x.mlb", 8);
   EXPECT_EQ(folder.Add(overtaken, kMonday, settings), GenerationResult::Overtaken);
