@@ -73,12 +73,14 @@ TFrameBegin::TFrameBegin(QWidget* parent) : QFrame(parent), ui_(std::make_unique
   connect(ui_->ButtonLearn, &QPushButton::clicked, this, &TFrameBegin::LearnWanted);
   connect(ui_->ButtonReihe, &QPushButton::clicked, this, &TFrameBegin::RowOrderWanted);
   connect(ui_->ButtonLeitner, &QPushButton::clicked, this, &TFrameBegin::BoxesWanted);
+  connect(ui_->ButtonCheck, &QPushButton::clicked, this, &TFrameBegin::CheckWanted);
   connect(ui_->ButtonOpen, &QPushButton::clicked, this, &TFrameBegin::OpenWanted);
   connect(ui_->ButtonNew, &QPushButton::clicked, this, &TFrameBegin::NewWanted);
   for (QPushButton* button : {ui_->ButtonOpen, ui_->ButtonNew, ui_->ButtonReihe, ui_->ButtonLeitner}) {
     button->setMinimumWidth(button->sizeHint().width() + kButtonPadding);
   }
   ui_->LabelExplain->setMaximumWidth(kLettersInLine * fontMetrics().averageCharWidth());
+  ShowCheck({});
   ShowNoFile();
 }
 
@@ -117,6 +119,11 @@ void TFrameBegin::ShowFile(const BeginFile& file) {
   ui_->PanelSamples->hide();
   ui_->PanelFile->show();
   ui_->ButtonLearn->setFocus();
+}
+
+void TFrameBegin::ShowCheck(const QString& text) {
+  ui_->LabelCheck->setText(text);
+  ui_->PanelCheck->setVisible(!text.isEmpty());
 }
 
 void TFrameBegin::ShowFigures(const CardFigures& figures) {

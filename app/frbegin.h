@@ -35,6 +35,8 @@ class TFrameBegin : public QFrame {
 
   void ShowNoFile();
   void ShowFile(const BeginFile& file);
+  // A line on what a check of the open card file found; empty hides it.
+  void ShowCheck(const QString& text);
   void SetRecent(const std::vector<std::filesystem::path>& files);
   void SetSamples(const std::vector<std::filesystem::path>& samples);
 
@@ -44,6 +46,7 @@ class TFrameBegin : public QFrame {
   void LearnWanted();
   void RowOrderWanted();
   void BoxesWanted();
+  void CheckWanted();
   void FileWanted(const QString& path);
   void SampleWanted(const QString& path);
 

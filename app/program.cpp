@@ -1,7 +1,9 @@
 #include "app/program.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
+#include <QLocale>
 #include <QStandardPaths>
 #include <system_error>
 #include <utility>
@@ -10,6 +12,8 @@
 #include "app/wnmain.h"
 #include "hypertext/video_screen.h"
 #include "hypertext/wnmedia.h"
+#include "learn/check_texts.h"
+#include "learn/deck_check.h"
 #include "learn/dlausw.h"
 #include "learn/wnlern.h"
 #include "platform/qt/text.h"
@@ -50,7 +54,7 @@ void Program::RunInBackground(QObject& receiver, BackgroundWork work) {
 }
 
 void Program::OpenLearning(std::optional<MethodChoice> choice) {
-  if (!file_.IsOpen()) return;
+  if (!file_.IsOpen() || !MayLearn()) return;
   if (learning_window_ == nullptr) MakeLearningWindow();
   if (choice) learning_window_->LearnBy(*std::move(choice));
   learning_window_->show();
@@ -77,6 +81,16 @@ void Program::ChooseMethod(bool boxes) {
   const MethodDialogState shown = {.automatic = row_order ? Method::RowOrder : Method::Standard, .boxes = boxes};
   TF_dlausw dialog(file_, settings_, machine_.clock, machine_.messages, shown, main_window_.get());
   if (dialog.exec() == QDialog::Accepted) OpenLearning(dialog.TakeChoice());
+}
+
+bool Program::MayLearn() {
+  if (learning_window_ != nullptr) return true;
+  const int64_t now = machine_.clock.Now();
+  const int64_t cards = CountFutureAnswers(file_, now);
+  if (cards == 0) return true;
+  const QString clock = QLocale().toString(QDateTime::fromSecsSinceEpoch(now), u"d. MMMM yyyy, HH:mm"_s);
+  return machine_.messages.Question(main_window_.get(), FutureAnswersText(cards, clock), u"Trotzdem lernen"_s,
+                                    u"Nicht lernen"_s, {}, Answer::No) == Answer::Yes;
 }
 
 void Program::TieMedia(TF_wnlern& learning) {

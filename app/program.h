@@ -35,7 +35,8 @@ struct ProgramPlaces {
   std::filesystem::path settings;   // tessaro.ini; need not exist
   std::filesystem::path samples;    // the folder with the sample card files; empty = none
   std::filesystem::path documents;  // the user's own folder for card files; need not exist
-  std::filesystem::path backups;    // the folder of dated copies of card files; need not exist; empty = none are made
+  // The folder of dated copies of card files; need not exist; empty: none are made.
+  std::filesystem::path backups = {};
 };
 
 // The places on this machine.
@@ -78,6 +79,8 @@ class Program : public QObject {
  private:
   void MakeLearningWindow();
   void TieMedia(TF_wnlern& learning);
+  // Asks when the next answers would wipe the statistics of cards. False: the user does not want to learn now.
+  bool MayLearn();
   void EndLearning();
 
   Machine machine_;

@@ -63,9 +63,12 @@ void TF_wnmain::ConnectCommands() {
   connect(ui_->LernAuswahlExecute, &QAction::triggered, this, &TF_wnmain::LernAuswahlExecute);
   connect(ui_->LernEinstellungExecute, &QAction::triggered, this, &TF_wnmain::LernEinstellungExecute);
   connect(ui_->IndexAufbauExecute, &QAction::triggered, this, &TF_wnmain::IndexAufbauExecute);
+  connect(ui_->KarteiPruefenExecute, &QAction::triggered, this, &TF_wnmain::KarteiPruefenExecute);
   connect(ui_->MAboutClick, &QAction::triggered, this, &TF_wnmain::MAboutClick);
   connect(ui_->FrameBegin, &TFrameBegin::OpenWanted, this, &TF_wnmain::FileOpenExecute);
   connect(ui_->FrameBegin, &TFrameBegin::NewWanted, this, &TF_wnmain::FileNewExecute);
+  connect(ui_->FrameBegin, &TFrameBegin::CheckWanted, this, &TF_wnmain::KarteiPruefenExecute);
+  connect(&check_timer_, &QTimer::timeout, this, &TF_wnmain::ContinueCheck);
   connect(ui_->FrameBegin, &TFrameBegin::LearnWanted, this, &TF_wnmain::LernStartExecute);
   connect(ui_->FrameBegin, &TFrameBegin::RowOrderWanted, this,
           [this] { program_.OpenLearning(MethodChoice{.method = Method::RowOrder}); });
@@ -177,7 +180,7 @@ void TF_wnmain::dropEvent(QDropEvent* event) {
 void TF_wnmain::ShowState() {
   const bool open = file_.IsOpen();
   for (QAction* action : {ui_->FileSaveExecute, ui_->FileSaveAsExecute, ui_->MBackupClick, ui_->IndexAufbauExecute,
-                          ui_->LernStartExecute, ui_->LernAuswahlExecute}) {
+                          ui_->KarteiPruefenExecute, ui_->LernStartExecute, ui_->LernAuswahlExecute}) {
     action->setEnabled(open);
   }
   ShowLearningCommands();
@@ -185,6 +188,7 @@ void TF_wnmain::ShowState() {
   setWindowModified(file_.changed());
   ShowRecent();
   ShowStartPage();
+  BeginCheck();
 }
 
 // A run reads its parameters when it begins and writes its position when it ends.

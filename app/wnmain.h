@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <QTimer>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "app/file_texts.h"
+#include "learn/deck_check.h"
 #include "platform/qt/theme.h"
 #include "store/backup_generations.h"
 #include "store/card_file.h"
@@ -44,6 +46,7 @@ class TF_wnmain : public QMainWindow {
   void MBackupClick();
   void MRestoreClick();
   void IndexAufbauExecute();
+  void KarteiPruefenExecute();
   void LernStartExecute();
   void LernAuswahlExecute();
   void LernEinstellungExecute();
@@ -84,6 +87,13 @@ class TF_wnmain : public QMainWindow {
   void TellThatChangesAreNotKept();
   void KeepBytesPerCard();
 
+  // Checks the open card file beside the work of the user, some time after it was opened.
+  void BeginCheck();
+  void ContinueCheck();
+  void ShowCheck(const DeckReport& report);
+  DeckReport CheckNow();
+  void RepairNow(const std::vector<DeckFinding>& findings);
+
   // Copies the card file that was just saved into the folder of dated copies.
   void KeepGeneration();
   void ShowGenerationResult(GenerationResult result);
@@ -104,9 +114,12 @@ class TF_wnmain : public QMainWindow {
   Program& program_;
   CardFile& file_;
   std::unique_ptr<Ui::TF_wnmain> ui_;
-  std::filesystem::path refused_;  // the card file that could not be opened last; its backups are offered
-  QLabel label_status_;            // what is or was done
-  QLabel label_sizes_;             // sizes of files and drives
+  QTimer check_timer_;
+  std::unique_ptr<DeckCheck> check_;  // the one that is under way
+  std::filesystem::path checked_;     // the card file that the start page shows findings of
+  std::filesystem::path refused_;     // the card file that could not be opened last; its backups are offered
+  QLabel label_status_;               // what is or was done
+  QLabel label_sizes_;                // sizes of files and drives
 };
 
 }  // namespace tessaro

@@ -12,12 +12,14 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <QUrl>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "app/dlrestore.h"
 #include "app/program.h"
 #include "learn/dlausw.h"
 #include "learn/dlparam.h"
@@ -71,6 +73,14 @@ class MainWindow : public testing::Test {
     program.file().cards().Poke(program.file().columns().answer, 2, "anders");
     program.file().RowChanged(2);
   }
+  // Restores without a choice among the backups of the open file; when the user stays, it does not come to that.
+  void RestoreAnother() {
+    QTimer::singleShot(0, [] {
+      const QWidget* dialog = QApplication::activeModalWidget();
+      if (dialog != nullptr) dialog->findChild<QPushButton*>(u"ButtonOther"_s)->click();
+    });
+    Trigger(u"MRestoreClick"_s);
+  }
   bool SavedOnDisk() { return disk.Content(kTestFile)->find("anders") != std::string::npos; }
 
   TF_wnmain& window() { return program.main_window(); }
@@ -91,9 +101,9 @@ class MainWindow : public testing::Test {
 };
 
 TEST_F(MainWindow, StartPageOffersWhatCanBeDone) {
-  const QStringList need_file = {u"FileSaveExecute"_s,       u"FileSaveAsExecute"_s, u"MBackupClick"_s,
-                                 u"IndexAufbauExecute"_s,    u"LernStartExecute"_s,  u"LernAuswahlExecute"_s,
-                                 u"LernEinstellungExecute"_s};
+  const QStringList need_file = {u"FileSaveExecute"_s,    u"FileSaveAsExecute"_s,     u"MBackupClick"_s,
+                                 u"IndexAufbauExecute"_s, u"KarteiPruefenExecute"_s,  u"LernStartExecute"_s,
+                                 u"LernAuswahlExecute"_s, u"LernEinstellungExecute"_s};
   for (const QString& command : need_file) EXPECT_FALSE(Find<QAction>(command).isEnabled()) << command.toStdString();
   EXPECT_TRUE(Find<QWidget>(u"PanelEmpty"_s).isVisible());
   EXPECT_FALSE(Find<QWidget>(u"PanelRecent"_s).isVisible());
@@ -193,7 +203,7 @@ TEST_F(MainWindow, LeavingAChangedFileAsksFirst) {
   };
   const auto restore = [this] {
     messages.files = {u"/deck/other.ml~"_s};
-    Trigger(u"MRestoreClick"_s);
+    RestoreAnother();
     return program.file().CardCount() == 2;
   };
   const QString first = u"\nAktuelle Kartei\nzuerst speichern?"_s;
@@ -336,8 +346,7 @@ TEST_F(MainWindow, SavingUnderAnotherNameMovesThereABackupDoesNot) {
 TEST_F(MainWindow, RestoreBringsTheBackupBack) {
   OpenAndChange();
   EXPECT_TRUE(window().FileSaveExecute());
-  messages.files = {u"/deck/x.ml~"_s};
-  Trigger(u"MRestoreClick"_s);
+  DriveDialog<TF_dlrestore>([this] { Trigger(u"MRestoreClick"_s); }, [](TF_dlrestore& dialog) { dialog.accept(); });
   EXPECT_EQ(program.file().cards().Peek(program.file().columns().answer, 2), "Antwort");
   EXPECT_TRUE(program.file().changed()) << "what is on disk is another state";
   EXPECT_EQ(program.file().learn_index().RowCount(), 7);

@@ -1,0 +1,95 @@
+// The check of the open card file: quietly after it was opened, and as a command.
+
+#include "app/frbegin.h"
+#include "app/long_work.h"
+#include "app/program.h"
+#include "app/wnmain.h"
+#include "learn/check_texts.h"
+#include "learn/dlcheck.h"
+#include "ui_wnmain.h"
+
+#include <QLocale>
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+constexpr int kBeginAfter = 300;  // milliseconds: the start page is painted first
+constexpr int64_t kSlice = 4;     // milliseconds, so that no key press waits noticeably
+constexpr int kRowsAtOnce = 200;
+
+}  // namespace
+
+// It cannot run on another thread: the user may begin to learn at any time, and answers change the cards.
+void TF_wnmain::BeginCheck() {
+  check_timer_.stop();
+  check_.reset();
+  if (!file_.IsOpen() || file_.paths().cards != checked_) ui_->FrameBegin->ShowCheck({});
+  if (file_.IsOpen()) check_timer_.start(kBeginAfter);
+}
+
+void TF_wnmain::ContinueCheck() {
+  if (LongWork::Running()) return;
+  if (!file_.IsOpen()) return check_timer_.stop();
+  if (check_ == nullptr || check_->RowCount() != file_.cards().RowCount()) {
+    check_ = std::make_unique<DeckCheck>(file_, program_.clock().Now());
+    check_timer_.start(0);
+  }
+  const int64_t end = program_.clock().Milliseconds() + kSlice;
+  bool more = true;
+  do {
+    more = check_->Step(kRowsAtOnce);
+  } while (more && program_.clock().Milliseconds() < end);
+  if (more) return;
+  check_timer_.stop();
+  ShowCheck(check_->TakeReport());
+  check_.reset();
+}
+
+void TF_wnmain::ShowCheck(const DeckReport& report) {
+  checked_ = file_.paths().cards;
+  const QString summary = SummaryText(report);
+  ui_->FrameBegin->ShowCheck(summary.isEmpty() ? QString()
+                                               : u"Bei der Prüfung der Kartei aufgefallen: %1."_s.arg(summary));
+}
+
+DeckReport TF_wnmain::CheckNow() {
+  LongWork work(this, program_.clock());
+  DeckCheck check(file_, program_.clock().Now());
+  work.NextStage(u"Kartei prüfen"_s, check.Range());
+  while (check.Step(kRowsAtOnce)) work.SetPosition(check.Position());
+  return check.TakeReport();
+}
+
+void TF_wnmain::RepairNow(const std::vector<DeckFinding>& findings) {
+  int repaired = 0;
+  {
+    LongWork work(this, program_.clock());
+    work.NextStage(u"Index aufbauen"_s, file_.cards().RowCount());
+    repaired = RepairDeck(file_, findings, program_.clock().Now());
+  }
+  ShowState();
+  ShowStatus(repaired == 1 ? u"Eine Reparatur ausgeführt, noch nicht gespeichert"_s
+                           : u"%1 Reparaturen ausgeführt, noch nicht gespeichert"_s.arg(QLocale().toString(repaired)));
+}
+
+void TF_wnmain::KarteiPruefenExecute() {
+  if (!file_.IsOpen() || LongWork::Running()) return;
+  // A learning run knows its cards by row and number.
+  program_.CloseLearning();
+  const DeckReport report = CheckNow();
+  if (report.findings.empty()) {
+    ShowCheck(report);
+    return program_.messages().Information(
+        this, report.cards == 1
+                  ? u"\nDie Kartei ist in Ordnung.\nEine Karte geprüft."_s
+                  : u"\nDie Kartei ist in Ordnung.\n%1 Karten geprüft."_s.arg(QLocale().toString(report.cards)));
+  }
+  TF_dlcheck dialog(file_, report, this);
+  if (dialog.exec() == QDialog::Accepted) RepairNow(dialog.Chosen());
+  check_timer_.stop();
+  ShowCheck(CheckNow());
+}
+
+}  // namespace tessaro

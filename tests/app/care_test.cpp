@@ -1,0 +1,202 @@
+// What the main window does for the safety of a card file: dated copies, and the check of its cards.
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QTreeView>
+#include <QTreeWidget>
+
+#include "app/dlrestore.h"
+#include "app/program.h"
+#include "app/wnmain.h"
+#include "learn/check_model.h"
+#include "learn/dlcheck.h"
+#include "tests/support/dialog_driver.h"
+#include "tests/support/fixed_clock.h"
+#include "tests/support/recorded_messages.h"
+#include "tests/support/scripted_random.h"
+#include "tests/support/test_cards.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+constexpr int64_t kNow = 1'700'000'000;
+constexpr const char* kBackups = "/backups";
+
+TestCard Card(const std::string& id, int64_t answered = kNow - 100) {
+  std::string times = std::to_string(answered);
+  for (int i = 1; i < kHistoryLength; ++i) times += " 0";
+  return {.id = id, .question = "<b>Wer</b> ist " + id + "?", .time_row = times};
+}
+
+class Care : public testing::Test {
+ protected:
+  void Open(const std::vector<TestCard>& cards) {
+    CardTable table = MakeCards(cards);
+    disk.Put(kTestFile, FileText(table));
+    CardFile deck(disk);
+    ASSERT_EQ(deck.Open(kTestFile).result, OpenResult::Opened);
+    ASSERT_EQ(deck.Save(), SaveResult::Saved);
+    deck.Close();
+    window().show();
+    ASSERT_TRUE(window().OpenFile(kTestFile));
+  }
+  void SaveAnswer(const std::string& answer) {
+    program.file().cards().Poke(program.file().columns().answer, 2, answer);
+    program.file().RowChanged(2);
+    clock.now += 60;
+    EXPECT_TRUE(window().FileSaveExecute());
+  }
+  TF_wnmain& window() { return program.main_window(); }
+  QString Status() { return Control<QLabel>(window(), u"LabelStatus"_s).text(); }
+  void Trigger(const QString& command) { window().findChild<QAction*>(command)->trigger(); }
+  std::string FirstAnswer() {
+    return std::string(program.file().cards().Peek(program.file().columns().answer, kFirstCardRow));
+  }
+  // What the start page says about the check once it is done; empty when it is silent.
+  QString CheckLine() {
+    QTest::qWait(450);
+    const auto& panel = Control<QWidget>(window(), u"PanelCheck"_s);
+    return panel.isVisible() ? Control<QLabel>(window(), u"LabelCheck"_s).text() : QString();
+  }
+
+  MemoryDisk disk;
+  FixedClock clock{kNow};
+  ScriptedRandom random;
+  RecordedMessages messages;
+  Program program{{disk, clock, random, messages},
+                  {.settings = "/tessaro.ini", .samples = {}, .documents = "/documents", .backups = kBackups}};
+};
+
+TEST_F(Care, EverySaveIsOfferedForRestoring) {
+  Open({Card("000001"), Card("000002")});
+  SaveAnswer("eins");
+  SaveAnswer("zwei");
+  SaveAnswer("drei");
+  EXPECT_TRUE(Status().startsWith(u"Gespeichert um"_s));
+  DriveDialog<TF_dlrestore>([this] { Trigger(u"MRestoreClick"_s); },
+                            [](TF_dlrestore& dialog) {
+                              auto& list = Control<QTreeWidget>(dialog, u"ListBackups"_s);
+                              ASSERT_EQ(list.topLevelItemCount(), 4);
+                              EXPECT_EQ(list.topLevelItem(0)->text(3), u"Stand vor dem letzten Speichern"_s);
+                              for (int row = 0; row < 4; ++row) EXPECT_EQ(list.topLevelItem(row)->text(1), u"2"_s);
+                              list.setCurrentItem(list.topLevelItem(3));
+                              QTest::keyClick(&list, Qt::Key_Return);
+                            });
+  EXPECT_EQ(FirstAnswer(), "eins");
+  EXPECT_EQ(program.file().paths().cards, kTestFile);
+  EXPECT_TRUE(program.file().changed());
+  EXPECT_EQ(program.file().learn_index().RowCount(), 4);
+}
+
+TEST_F(Care, ACardFileThatIsGoneComesBackUnderItsName) {
+  Open({Card("000001")});
+  SaveAnswer("eins");
+  program.file().Close();
+  disk.Put(kTestFile, "rubbish");
+  ASSERT_TRUE(disk.Remove("/deck/x.ml~"));
+  EXPECT_FALSE(window().OpenFile(kTestFile));
+  DriveDialog<TF_dlrestore>([this] { Trigger(u"MRestoreClick"_s); }, [](TF_dlrestore& dialog) { dialog.accept(); });
+  EXPECT_EQ(FirstAnswer(), "eins");
+  EXPECT_EQ(program.file().paths().cards, kTestFile);
+  EXPECT_TRUE(window().FileSaveExecute());
+}
+
+TEST_F(Care, AFailedCopyIsToldInTheStatusLineAndCostsNothing) {
+  Open({Card("000001")});
+  int failures = 0;
+  int told = 0;
+  for (int n = 1; n < 60; ++n) {
+    program.file().MarkChanged();
+    disk.FailAt(n);
+    const bool saved = window().FileSaveExecute();
+    disk.FailAt(0);
+    if (saved && Status().startsWith(u"Gespeichert, aber"_s)) ++told;
+    failures += saved ? 0 : 1;
+  }
+  EXPECT_GT(told, 4);
+  EXPECT_EQ(messages.errors.size(), failures) << "a failed copy brings up no box";
+  EXPECT_TRUE(messages.asked.isEmpty());
+}
+
+TEST_F(Care, NoCopiesAreMadeWhenSwitchedOff) {
+  Open({Card("000001")});
+  program.settings().ini.SetInt("Sicherungen", "Aktiv", 0);
+  SaveAnswer("eins");
+  EXPECT_TRUE(disk.FileNames(kBackups).empty());
+}
+
+TEST_F(Care, TheCheckIsQuietAndLeadsToItsFindings) {
+  TestCard link = Card("000003");
+  link.answer = "<a href=\"9\">x</a>";
+  Open({Card("000001"), Card("000001"), link, Card("000004", kNow + 500)});
+  EXPECT_EQ(CheckLine(),
+            u"Bei der Prüfung der Kartei aufgefallen: eine Antwort in der Zukunft, eine doppelte Nummer, ein Verweis "
+            "ins Leere."_s);
+  EXPECT_FALSE(program.file().changed());
+  EXPECT_TRUE(messages.errors.isEmpty() && messages.shown.isEmpty() && messages.asked.isEmpty());
+
+  DriveDialog<TF_dlcheck>([this] { Control<QPushButton>(window(), u"ButtonCheck"_s).click(); },
+                          [](TF_dlcheck& dialog) {
+                            const QAbstractItemModel& model = *Control<QTreeView>(dialog, u"ListFindings"_s).model();
+                            ASSERT_EQ(model.rowCount(), 3);
+                            EXPECT_EQ(model.index(1, CheckModel::CardId).data().toString(), u"000003"_s);
+                            EXPECT_EQ(model.index(1, CheckModel::Question).data().toString(), u"Wer ist 000003?"_s);
+                            EXPECT_EQ(dialog.Chosen().size(), 1U) << "what depends on the clock is not chosen";
+                            dialog.accept();
+                          });
+  EXPECT_EQ(program.file().RowOfId(5), 3);
+  EXPECT_TRUE(program.file().changed());
+  EXPECT_EQ(Status(), u"Eine Reparatur ausgeführt, noch nicht gespeichert"_s);
+  EXPECT_EQ(CheckLine(),
+            u"Bei der Prüfung der Kartei aufgefallen: eine Antwort in der Zukunft, ein Verweis ins Leere."_s);
+}
+
+TEST_F(Care, AGoodFileIsNotTalkedAbout) {
+  Open({Card("000001")});
+  EXPECT_EQ(CheckLine(), QString());
+  Trigger(u"KarteiPruefenExecute"_s);
+  EXPECT_EQ(messages.shown, QStringList{u"\nDie Kartei ist in Ordnung.\nEine Karte geprüft."_s});
+}
+
+TEST_F(Care, FindingsBoxesAreReachedByKeys) {
+  TestCard broken = Card("000001");
+  broken.yes_no_row = "w";
+  broken.score = "?";
+  Open({broken, Card("000002", kNow + 9)});
+  DriveDialog<TF_dlcheck>([this] { Trigger(u"KarteiPruefenExecute"_s); },
+                          [](TF_dlcheck& dialog) {
+                            auto& list = Control<QTreeView>(dialog, u"ListFindings"_s);
+                            list.setCurrentIndex(list.model()->index(0, 0));
+                            QTest::keyClick(&list, Qt::Key_Space);
+                            EXPECT_EQ(dialog.Chosen().size(), 1U);
+                            Control<QPushButton>(dialog, u"ButtonNone"_s).click();
+                            EXPECT_TRUE(dialog.Chosen().empty());
+                            Control<QPushButton>(dialog, u"ButtonAll"_s).click();
+                            EXPECT_EQ(dialog.Chosen().size(), 3U);
+                            dialog.reject();
+                          });
+  EXPECT_FALSE(program.file().changed()) << "nothing is repaired without being asked";
+}
+
+TEST_F(Care, AsksBeforeTheClockCostsStatistics) {
+  Open({Card("000001"), Card("000002", kNow + 500)});
+  Trigger(u"LernStartExecute"_s);
+  ASSERT_EQ(messages.asked.size(), 1);
+  EXPECT_TRUE(messages.asked.first().startsWith(u"\nBei einer Karte liegt die letzte Antwort in der Zukunft."_s));
+  EXPECT_FALSE(program.learning()) << "the safe answer is not to learn";
+  messages.answers = {Answer::Yes};
+  Trigger(u"LernStartExecute"_s);
+  EXPECT_TRUE(program.learning());
+  Trigger(u"LernStartExecute"_s);
+  EXPECT_EQ(messages.asked.size(), 2) << "not while a run is under way";
+}
+
+}  // namespace
+}  // namespace tessaro
