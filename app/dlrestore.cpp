@@ -44,7 +44,7 @@ TF_dlrestore::~TF_dlrestore() = default;
 void TF_dlrestore::AddOffer(const BackupOffer& offer) {
   const QLocale locale;
   auto* item = new QTreeWidgetItem(ui_->ListBackups);
-  item->setText(Saved, locale.toString(offer.saved, u"ddd dd.MM.yyyy  HH:mm"_s));
+  item->setText(Saved, locale.toString(offer.saved, u"ddd dd.MM.yyyy  HH:mm:ss"_s));
   item->setText(Cards, CardsText(offer.cards));
   item->setText(Size, locale.formattedDataSize(static_cast<qint64>(offer.bytes), 1, QLocale::DataSizeSIFormat));
   item->setTextAlignment(Cards, Qt::AlignRight | Qt::AlignVCenter);

@@ -47,25 +47,24 @@ QString SummaryText(const DeckReport& report) {
 QString FaultText(const DeckFinding& finding) {
   switch (finding.fault) {
     case DeckFault::MissingId:
-      return u"Die Karte hat keine Nummer."_s;
+      return u"Karte ohne Nummer."_s;
     case DeckFault::DoubleId:
-      return u"Die Nummer %1 hat schon eine Karte davor."_s.arg(NumberText(finding.number));
+      return u"Nummer %1 hat schon eine Karte davor."_s.arg(NumberText(finding.number));
     case DeckFault::DeadLink:
-      return finding.number == 0
-                 ? u"Ein Verweis nennt keine Kartennummer."_s
-                 : u"Ein Verweis führt zur Karte %1, die es nicht gibt."_s.arg(NumberText(finding.number));
+      return finding.number == 0 ? u"Verweis ohne gültige Kartennummer."_s
+                                 : u"Verweis auf Karte %1, die es nicht gibt."_s.arg(NumberText(finding.number));
     case DeckFault::FutureAnswer:
-      return u"Die letzte Antwort liegt in der Zukunft. Die nächste löscht die Statistik der Karte."_s;
+      return u"Letzte Antwort in der Zukunft. Die nächste löscht die Statistik der Karte."_s;
     case DeckFault::TimeOrder:
-      return u"Die Zeiten der Antworten stehen nicht in ihrer Reihenfolge."_s;
+      return u"Zeiten der Antworten nicht in ihrer Reihenfolge."_s;
     case DeckFault::Letters:
-      return u"Die Liste der Antworten hat nicht 64 Buchstaben „w“ und „f“."_s;
+      return u"Antworten sind nicht 64 Buchstaben „w“ oder „f“."_s;
     case DeckFault::Times:
-      return u"Die Liste der Zeiten hat nicht 64 Zahlen."_s;
+      return u"Zeiten der Antworten sind nicht 64 Zahlen."_s;
     case DeckFault::Score:
-      return u"Die Behaltenszeit ist keine Zahl im erlaubten Bereich."_s;
+      return u"Behaltenszeit ist keine gültige Zahl."_s;
     case DeckFault::TimeLearned:
-      return u"Die Lernzeit ist keine Zahl."_s;
+      return u"Lernzeit ist keine gültige Zahl."_s;
   }
   return {};
 }
@@ -75,13 +74,13 @@ QString RepairText(const DeckFinding& finding) {
     case DeckFault::MissingId:
     case DeckFault::DoubleId:
       if (finding.links_lead_to) return u"Bitte selbst ändern: Verweise führen zu dieser Nummer."_s;
-      return finding.can_repair ? u"Die Karte bekommt eine neue Nummer."_s : u"Es ist keine Nummer mehr frei."_s;
+      return finding.can_repair ? u"Eine neue Nummer geben."_s : u"Es ist keine Nummer mehr frei."_s;
     case DeckFault::DeadLink:
       return u"Bitte selbst ändern."_s;
     case DeckFault::FutureAnswer:
-      return u"Zeit auf jetzt setzen. Nur richtig, wenn die Uhr des PCs jetzt stimmt."_s;
+      return u"Zeit auf jetzt setzen. Nur richtig, wenn die Uhr des PCs jetzt stimmt. Die Antworten bleiben."_s;
     case DeckFault::TimeOrder:
-      return u"Bleibt, wie sie ist."_s;
+      return u"Bleibt unverändert."_s;
     case DeckFault::Letters:
       return u"Auf 64 Buchstaben bringen. Fehlende und unlesbare werden „f“, überzählige entfallen."_s;
     case DeckFault::Times:

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QPushButton>
 #include <QShortcut>
+#include <QStyledItemDelegate>
 
 #include "learn/check_model.h"
 #include "learn/check_texts.h"
@@ -13,8 +14,20 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-constexpr int kQuestionLetters = 22;
-constexpr int kFaultLetters = 44;
+// The frame of an empty box is drawn a little darker than the window, which in a dark list cannot be seen.
+class BoxDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->palette.setColor(QPalette::Window, option->palette.color(QPalette::Text));
+  }
+};
+
+constexpr int kQuestionLetters = 24;
+constexpr int kFaultLetters = 46;
 
 }  // namespace
 
@@ -23,6 +36,7 @@ TF_dlcheck::TF_dlcheck(const CardFile& file, const DeckReport& report, QWidget* 
   ui_->setupUi(this);
   ui_->LabelSummary->setText(u"Das ist aufgefallen: %1."_s.arg(SummaryText(report)));
   ui_->ListFindings->setModel(model_);
+  ui_->ListFindings->setItemDelegate(new BoxDelegate(this));
   SetColumns();
   ui_->ButtonBox->button(QDialogButtonBox::Ok)->setText(u"Ausgewählte &reparieren"_s);
   ui_->ButtonBox->button(QDialogButtonBox::Cancel)->setText(u"Sch&ließen"_s);
@@ -33,6 +47,10 @@ TF_dlcheck::TF_dlcheck(const CardFile& file, const DeckReport& report, QWidget* 
   auto* space = new QShortcut(Qt::Key_Space, ui_->ListFindings);
   space->setContext(Qt::WidgetShortcut);
   connect(space, &QShortcut::activated, this, &TF_dlcheck::ToggleRow);
+  connect(ui_->ListFindings->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &TF_dlcheck::ShowDetail);
+  constexpr int kDetailLines = 2;
+  ui_->LabelDetail->setMinimumHeight(kDetailLines * fontMetrics().lineSpacing());
+  ui_->ListFindings->setCurrentIndex(model_->index(0, CheckModel::CardId));
   ShowChoice();
   ui_->ListFindings->setFocus();
 }
@@ -51,6 +69,14 @@ void TF_dlcheck::ShowChoice() {
   QPushButton& repair = *ui_->ButtonBox->button(QDialogButtonBox::Ok);
   repair.setEnabled(model_->ChosenCount() > 0);
   repair.setToolTip(repair.isEnabled() ? QString() : u"Es ist keine Reparatur ausgewählt"_s);
+}
+
+void TF_dlcheck::ShowDetail(const QModelIndex& row) {
+  QStringList texts;
+  for (const int column : {CheckModel::Fault, CheckModel::Repair}) {
+    texts << row.siblingAtColumn(column).data().toString();
+  }
+  ui_->LabelDetail->setText(texts.join(u'\n'));
 }
 
 void TF_dlcheck::ToggleRow() {

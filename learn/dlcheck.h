@@ -29,6 +29,8 @@ class TF_dlcheck : public QDialog {
  private:
   void SetColumns();
   void ShowChoice();
+  // What is too long for the columns stands in full below them.
+  void ShowDetail(const QModelIndex& row);
   void ToggleRow();
 
   std::unique_ptr<Ui::TF_dlcheck> ui_;
