@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "learn/deck_check.h"
 #include "store/card_file.h"
 #include "tests/support/memory_disk.h"
 
@@ -21,6 +22,22 @@ void Work(CardFile& file) {
   Require(figures.due <= figures.known && file.CountUnknown() <= figures.learnable);
   (void)file.RowOfId(file.highest_id());
   for (int row = kFirstCardRow; row <= file.CardCount() + 1; ++row) file.learn_index().Update(row, row % 3);
+}
+
+// Repairing a second time finds nothing to repair, and no card gets lost.
+void CheckAndRepair(CardFile& file) {
+  constexpr int64_t kNow = 1'700'000'000;
+  for (const bool repaired : {false, true}) {
+    DeckCheck check(file, kNow);
+    while (check.Step(3)) {
+    }
+    const DeckReport report = check.TakeReport();
+    Require(report.cards == file.CardCount());
+    Require(report.Count(DeckFault::FutureAnswer) == CountFutureAnswers(file, kNow));
+    const int cards = file.CardCount();
+    const int count = RepairDeck(file, report.findings, kNow);
+    Require(file.CardCount() == cards && (!repaired || count == 0));
+  }
 }
 
 }  // namespace
@@ -42,5 +59,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const OpenReport again = file.Open("/d/x.mlb");
   Require(again.result == OpenResult::Opened && again.cards == cards && !again.end_missing);
   Require(again.index_defect == report.index_defect);
+  CheckAndRepair(file);
   return 0;
 }

@@ -93,6 +93,7 @@ void DeckCheck::ReadId(int row) {
   if (id.find('#') != std::string_view::npos) return;
   if (!HasDigits(id)) return Add(DeckFault::MissingId, row);
   const int64_t number = LeadingNumber(id);
+  highest_ = std::max(highest_, number);
   int& first_row = FirstRow(number);
   if (first_row != 0) return Add(DeckFault::DoubleId, row, number);
   first_row = row;
@@ -143,9 +144,9 @@ void DeckCheck::Add(DeckFault fault, int row, int64_t number) {
 bool DeckCheck::CanRepair(const DeckFinding& finding) const {
   switch (finding.fault) {
     case DeckFault::MissingId:
-      return file_.highest_id() < kMaxLinkTarget;
+      return highest_ < kMaxLinkTarget;
     case DeckFault::DoubleId:
-      return !finding.links_lead_to && file_.highest_id() < kMaxLinkTarget;
+      return !finding.links_lead_to && highest_ < kMaxLinkTarget;
     case DeckFault::DeadLink:
     case DeckFault::TimeOrder:
       return false;

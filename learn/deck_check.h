@@ -76,6 +76,7 @@ class DeckCheck {
   std::vector<int> row_of_;  // by number, for those that links can lead to; 0 = no card
   std::unordered_map<int64_t, int> row_of_others_;
   std::vector<bool> linked_;  // by number
+  int64_t highest_ = 0;       // number of a card
   DeckReport report_;
 };
 

@@ -20,13 +20,20 @@ void Write(CardFile& file, int row, int column, const std::string& text) {
   file.RowChanged(row, std::array{column});
 }
 
+// The highest number of any card. That of the card file counts only up to the first "#".
+int64_t HighestNumber(const CardFile& file) {
+  const CardReader cards(file);
+  int64_t highest = 0;
+  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
+    if (!cards.HasEndMark(row)) highest = std::max(highest, LeadingNumber(cards.Id(row)));
+  }
+  return highest;
+}
+
 // A number that no card has; nothing when there is none left that links could lead to.
 std::optional<std::string> FreeId(CardFile& file) {
-  while (file.highest_id() < kMaxLinkTarget) {
-    std::string id = file.IssueId();
-    if (file.RowOfId(file.highest_id()) == 0) return id;
-  }
-  return std::nullopt;
+  if (file.highest_id() >= kMaxLinkTarget) return std::nullopt;
+  return file.IssueId();
 }
 
 std::string LettersAsRead(std::string_view letters) {
@@ -99,6 +106,8 @@ int ColumnOf(const CardColumns& columns, DeckFault fault) {
 
 int RepairDeck(CardFile& file, const std::vector<DeckFinding>& findings, int64_t now) {
   int repaired = 0;
+  const int64_t taken = std::min(HighestNumber(file), kMaxLinkTarget);
+  while (file.highest_id() < taken) (void)file.IssueId();
   file.BeginManyChanges();
   for (const DeckFinding& finding : findings) {
     if (!finding.can_repair || !CardReader(file).IsCardRow(finding.row)) continue;

@@ -127,7 +127,8 @@ TEST_F(DeckCheckTest, RepairsKeepAllThatCanBeRead) {
   future.time_row = Times(kNow + 1500, 3);
   TestCard linking = Card("000005");
   linking.question = "<a href=\"1\">";
-  EXPECT_EQ(Found({Card("000001"), broken, future, linking, Card("no")}), "D3/1 Y+3 T+3 S+3 Z+3 F+4 D+5/5 I+6");
+  EXPECT_EQ(Found({Card("000001"), broken, future, linking, Card("no"), Card("#"), Card("000040")}),
+            "D3/1 Y+3 T+3 S+3 Z+3 F+4 D+5/5 I+6");
   EXPECT_EQ(RepairDeck(file, report.findings, kNow), 7);
   EXPECT_TRUE(file.changed());
   EXPECT_EQ(Field(kYesNoRow, 3), Letters("wfwf"));
@@ -136,14 +137,14 @@ TEST_F(DeckCheckTest, RepairsKeepAllThatCanBeRead) {
   EXPECT_EQ(Field(kTimeLearned, 3), "0");
   EXPECT_EQ(Field(kTimeRow, 4), std::to_string(kNow) + " " + std::to_string(kNow) + " " + std::to_string(kNow - 500) +
                                     " " + Times(0, 0, 61));
-  EXPECT_EQ(Field(kId, 5), "000006");
-  EXPECT_EQ(Field(kId, 6), "000007");
-  EXPECT_EQ(file.RowOfId(7), 6) << "the indexes fit again";
-  EXPECT_EQ(file.IssueId(), "000008");
+  EXPECT_EQ(Field(kId, 5), "000041");
+  EXPECT_EQ(Field(kId, 6), "000042");
+  EXPECT_EQ(file.RowOfId(42), 6) << "the indexes fit again";
+  EXPECT_EQ(file.IssueId(), "000043");
 
   ASSERT_EQ(file.Save(), SaveResult::Saved);
   CardTable saved = TableOf(*disk.Content(kTestFile));
-  EXPECT_EQ(saved.Peek(1, 6), "000007");
+  EXPECT_EQ(saved.Peek(1, 6), "000042");
   DeckCheck again(file, kNow);
   while (again.Step(100)) {
   }

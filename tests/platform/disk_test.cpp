@@ -101,6 +101,14 @@ TEST_F(RealDiskTest, ListsPlainFilesAndFreeBytes) {
               static_cast<double>(fs::space(folder_).available), kGiB);
 }
 
+TEST_F(RealDiskTest, MakesFoldersWithThoseAboveThem) {
+  EXPECT_TRUE(disk_.MakeFolder(folder_ / "a" / "b"));
+  EXPECT_TRUE(disk_.MakeFolder(folder_ / "a" / "b")) << "there already";
+  ASSERT_TRUE(Put(file_, ""));
+  EXPECT_FALSE(disk_.MakeFolder(file_ / "c"));
+  EXPECT_TRUE(Put(folder_ / "a" / "b" / "x", ""));
+}
+
 TEST_F(RealDiskTest, FollowsLinksToTheirEnd) {
   ASSERT_TRUE(Put(file_, "x"));
   fs::create_symlink(file_, other_);

@@ -2,9 +2,11 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QThread>
 #include <QWidget>
 #include <cmath>
 
+#include "platform/qt/background.h"
 #include "platform/qt/icons.h"
 #include "platform/qt/text.h"
 #include "platform/qt/theme.h"
@@ -86,6 +88,28 @@ TEST(Icons, FollowThePaletteUnlessTheyHaveAColour) {
   }
   QApplication::setPalette(before);
   EXPECT_TRUE(Icon("no such icon").isNull());
+}
+
+TEST(Background, WorksBesideTheWindowsAndReportsToThem) {
+  ThreadBackground background;
+  const QThread* windows = QThread::currentThread();
+  QString order;
+  auto* gone = new QObject;
+  QObject receiver;
+  const auto work = [&](QChar name) {
+    return [&order, windows, name]() -> std::function<void()> {
+      order += QThread::currentThread() == windows ? u'?' : name;
+      return [&order, windows, name] { order += QThread::currentThread() == windows ? name.toUpper() : u'?'; };
+    };
+  };
+  background.Run(receiver, work(u'a'));
+  background.Run(*gone, work(u'b'));
+  background.Run(receiver, work(u'c'));
+  background.Wait();
+  EXPECT_EQ(order, u"abc"_s) << "one after the other, and nothing here yet";
+  delete gone;
+  QApplication::processEvents();
+  EXPECT_EQ(order, u"abcAC"_s);
 }
 
 TEST(WindowPlace, ComesBackAndIsAlwaysOnAScreen) {
