@@ -75,11 +75,11 @@ class TF_wnmain : public QMainWindow {
   std::optional<std::filesystem::path> OwnFile(const std::filesystem::path& chosen);
   // Empty when the user chose none.
   std::filesystem::path ChooseTarget(const QString& title);
-  // False when space may run short.
-  bool TellSpace(SaveKind kind, const std::filesystem::path& target);
-  // Runs one of the ways to save and says what came of it. The warning of little space stays in the status line.
+  // Shows the free and the needed space. The result is the warning that it may run short, or empty.
+  QString TellSpace(SaveKind kind, const std::filesystem::path& target);
+  // Runs one of the ways to save and says what came of it. The warning stands in the status line to the end.
   using SaveStep = std::function<SaveResult(const StageObserver& observer)>;
-  bool Write(bool enough_space, const SaveStep& save);
+  bool Write(const QString& warning, const SaveStep& save);
   StageObserver ShowStages(LongWork& work);
   void Tell(const OpenReport& report);
   // Asks whether to take over what an earlier run could not save, and does so.

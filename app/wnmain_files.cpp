@@ -161,7 +161,7 @@ void TF_wnmain::FileNewExecute() {
   label_sizes_.clear();
 }
 
-bool TF_wnmain::TellSpace(SaveKind kind, const fs::path& target) {
+QString TF_wnmain::TellSpace(SaveKind kind, const fs::path& target) {
   IniFile& settings = program_.settings().ini;
   int64_t bytes_per_card = settings.GetInt(kSpaceSection, kBytesPerCard, kFirstBytesPerCard);
   const SpaceEstimate space = file_.EstimateSpace(bytes_per_card, target);
@@ -169,10 +169,10 @@ bool TF_wnmain::TellSpace(SaveKind kind, const fs::path& target) {
   label_sizes_.setText(SpaceText(kind, target, space));
   if (space.Enough()) {
     ShowStatus(StageText(FileStage::SaveCards), Accent::Notice);
-  } else {
-    ShowStatus(LowSpaceText(kind), Accent::Warning);
+    return {};
   }
-  return space.Enough();
+  ShowStatus(LowSpaceText(kind), Accent::Warning);
+  return LowSpaceText(kind);
 }
 
 void TF_wnmain::KeepBytesPerCard() {
@@ -223,10 +223,10 @@ void TF_wnmain::MBackupClick() {
     return program_.messages().Error(this,
                                      u"\nDas ist die offene Kartei selbst.\nBitte wählen Sie einen anderen Namen."_s);
   }
-  const bool enough = TellSpace(SaveKind::AnotherName, target);
-  if (!Write(enough, [&](const StageObserver& observer) { return file_.SaveCopy(target, observer); })) return;
-  const QString text = enough ? u"Backup nach Datei\n%1\nerfolgreich."_s
-                              : u"Backup nach Datei\n%1\nEventuell zu wenig\nPlatz auf Disk."_s;
+  const QString warning = TellSpace(SaveKind::AnotherName, target);
+  if (!Write(warning, [&](const StageObserver& observer) { return file_.SaveCopy(target, observer); })) return;
+  const QString text = warning.isEmpty() ? u"Backup nach Datei\n%1\nerfolgreich."_s
+                                         : u"Backup nach Datei\n%1\nEventuell zu wenig\nPlatz auf Disk."_s;
   program_.messages().Information(this, text.arg(FromPath(target)));
 }
 
@@ -237,7 +237,7 @@ fs::path TF_wnmain::ChooseTarget(const QString& title) {
   return {};
 }
 
-bool TF_wnmain::Write(bool enough_space, const SaveStep& save) {
+bool TF_wnmain::Write(const QString& warning, const SaveStep& save) {
   SaveResult result = SaveResult::Saved;
   {
     LongWork work(this, program_.clock());
@@ -249,7 +249,8 @@ bool TF_wnmain::Write(bool enough_space, const SaveStep& save) {
     program_.messages().Error(Asker(), FailureText(result));
     return false;
   }
-  if (enough_space) ShowStatus(u"Gespeichert um %1"_s.arg(QTime::currentTime().toString(u"HH:mm"_s)));
+  const QString saved = u"Gespeichert um %1"_s.arg(QTime::currentTime().toString(u"HH:mm"_s));
+  warning.isEmpty() ? ShowStatus(saved) : ShowStatus(warning + u' ' + saved, Accent::Warning);
   KeepBytesPerCard();
   return true;
 }

@@ -1,6 +1,6 @@
 #include "platform/qt/window_place.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QScreen>
 #include <QWidget>
 #include <algorithm>
@@ -35,10 +35,15 @@ QRect ScreenAround(const QRect& place) {
 void RestoreWindowPlace(QWidget& window, const IniFile& settings, std::string_view suffix) {
   QRect place(Read(settings, "x", suffix, 0), Read(settings, "y", suffix, 0),
               Read(settings, "cx", suffix, window.width()), Read(settings, "cy", suffix, window.height()));
+  bool placed = settings.Has(kSection, Key("x", suffix)) && settings.Has(kSection, Key("y", suffix));
+  if (const QWidget* active = QApplication::activeWindow(); !placed && active != nullptr && active != &window) {
+    place.moveCenter(active->frameGeometry().center());
+    placed = true;
+  }
   const QRect screen = ScreenAround(place);
   place.setSize(place.size().boundedTo(screen.size()).expandedTo(window.minimumSize()));
   window.resize(place.size());
-  if (settings.Has(kSection, Key("x", suffix)) && settings.Has(kSection, Key("y", suffix))) {
+  if (placed) {
     window.move(std::max(screen.left(), std::min(place.left(), screen.right() + 1 - place.width())),
                 std::max(screen.top(), std::min(place.top(), screen.bottom() + 1 - place.height())));
   }

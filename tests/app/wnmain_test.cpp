@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
@@ -299,6 +300,40 @@ TEST_F(MainWindow, AFailedSaveIsToldAndKeepsTheWindowOpen) {
   EXPECT_FALSE(window().isWindowModified());
 }
 
+// The estimate is at least 300 bytes a card and a fifth more: 1800 bytes for five cards, which need less in truth.
+TEST_F(MainWindow, SavingTellsTheSpaceAndTheWarningOutlastsIt) {
+  struct Case {
+    QString command;
+    uint64_t free;
+    QString sizes;
+    QString status;
+  };
+  const QString low = u"Vorsicht, wenig Platz auf Disk! Gespeichert um "_s;
+  const QString perhaps_low = u"Vorsicht, evt. zu wenig Speicherplatz! Gespeichert um "_s;
+  const Case cases[] = {
+      {u"FileSaveExecute"_s, 1800, u"Laufwerk /:  1800 Bytes frei, Kartei: 1800 Bytes"_s, u"Gespeichert um "_s},
+      {u"FileSaveExecute"_s, 1799, u"Laufwerk /:  1799 Bytes frei, Kartei: 1800 Bytes"_s, low},
+      {u"FileSaveAsExecute"_s, 1799, u"/:  1799 Bytes frei, Kartei: 1800 Bytes"_s, perhaps_low},
+      {u"MBackupClick"_s, 1799, u"/:  1799 Bytes frei, Kartei: 1800 Bytes"_s, perhaps_low},
+  };
+  const uint64_t all = *disk.FreeBytes({});
+  for (const Case& c : cases) {
+    disk.set_capacity(all);
+    program.file().Close();
+    PutDeck(kTestFile, kCards);
+    OpenAndChange();
+    EXPECT_EQ(Text(u"LabelSizes"_s), QString()) << "sizes tell of loading, not of what is loaded";
+    messages.files = {u"/deck/another.mlb"_s};
+    disk.set_capacity(all - *disk.FreeBytes({}) + c.free);
+    Trigger(c.command);
+    EXPECT_EQ(Text(u"LabelSizes"_s), c.sizes);
+    EXPECT_EQ(Text(u"LabelStatus"_s).chopped(5), c.status) << c.command.toStdString() << " " << c.free;
+    EXPECT_TRUE(Find<QLabel>(u"LabelStatus"_s).palette() != window().palette() || c.free == 1800);
+  }
+  EXPECT_EQ(messages.shown,
+            QStringList{u"Backup nach Datei\n/deck/another.mlb\nEventuell zu wenig\nPlatz auf Disk."_s});
+}
+
 TEST_F(MainWindow, AFileChangedByAnotherProgramIsAskedAboutBeforeItIsOverwritten) {
   for (const Answer answer : {Answer::No, Answer::Yes}) {
     program.file().Close();
@@ -367,16 +402,50 @@ TEST_F(MainWindow, RecentFilesAreKeptNewestFirstAndOfferedAgain) {
   EXPECT_EQ(Find<QMenu>(u"MenuRecent"_s).actions().size(), 0) << "a file that is gone leaves the list";
 }
 
+// Dropped on what fills the window, as with a real mouse.
+TEST_F(MainWindow, ACardFileDroppedOnTheWindowIsOpened) {
+  struct Case {
+    QList<QUrl> urls;
+    bool taken;
+  };
+  const QUrl other = QUrl::fromLocalFile(QString::fromUtf8(kOther));
+  const Case cases[] = {
+      {{QUrl::fromLocalFile(u"/deck/notes.txt"_s)}, false},
+      {{QUrl(u"https://example.org/other.mlb"_s)}, false},
+      {{other, other}, false},
+      {{}, false},
+      {{other}, true},
+  };
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  QWidget& page = Find<QWidget>(u"FrameBegin"_s);
+  for (const Case& c : cases) {
+    QMimeData data;
+    data.setUrls(c.urls);
+    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&page, &enter);
+    EXPECT_EQ(enter.isAccepted(), c.taken) << c.urls.size();
+    QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&page, &drop);
+    EXPECT_EQ(program.file().paths().cards, kTestFile) << "the program it came from still waits";
+    QApplication::processEvents();
+    EXPECT_EQ(program.file().paths().cards, c.taken ? kOther : kTestFile);
+  }
+}
+
 TEST_F(MainWindow, LearningLastsUntilAnotherFileIsOpened) {
   ASSERT_TRUE(window().OpenFile(kTestFile));
   QTest::mouseClick(&Find<QPushButton>(u"ButtonLearn"_s), Qt::LeftButton);
   EXPECT_TRUE(program.learning());
   Trigger(u"LernStartExecute"_s);
   int windows = 0;
+  const QWidget* learning = nullptr;
   for (const QWidget* widget : QApplication::topLevelWidgets()) {
-    windows += widget->isVisible() && qobject_cast<const TF_wnlern*>(widget) != nullptr;
+    if (!widget->isVisible() || qobject_cast<const TF_wnlern*>(widget) == nullptr) continue;
+    ++windows;
+    learning = widget;
   }
-  EXPECT_EQ(windows, 1) << "no second window for the same run";
+  ASSERT_EQ(windows, 1) << "no second window for the same run";
+  EXPECT_TRUE(learning->screen()->availableGeometry().contains(learning->pos()));
   EXPECT_TRUE(window().OpenFile(kOther));
   EXPECT_FALSE(program.learning());
 }

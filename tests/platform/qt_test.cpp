@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <QTest>
 #include <QThread>
 #include <QWidget>
 #include <cmath>
@@ -137,6 +138,22 @@ TEST(WindowPlace, ComesBackAndIsAlwaysOnAScreen) {
     EXPECT_EQ(settings.GetInt("POS", "cxT", 0), c.restored.width());
     EXPECT_EQ(settings.GetInt("POS", "xT", 0), c.restored.x());
   }
+}
+
+TEST(WindowPlace, OfAWindowNeverPlacedIsOverTheActiveOne) {
+  const QRect screen = QApplication::primaryScreen()->availableGeometry();
+  QWidget active;
+  active.setGeometry(100, 120, 400, 300);
+  active.show();
+  active.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&active));
+  QWidget window;
+  window.resize(300, 200);
+  RestoreWindowPlace(window, IniFile(), "T");
+  EXPECT_EQ(window.geometry().center(), active.frameGeometry().center());
+  window.resize(screen.size() * 2);
+  RestoreWindowPlace(window, IniFile(), "T");
+  EXPECT_EQ(QRect(window.pos(), window.size()), screen);
 }
 
 TEST(WindowPlace, OfAMaximisedWindowIsTheOneItGoesBackTo) {
