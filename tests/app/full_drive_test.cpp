@@ -58,13 +58,13 @@ class FullDrive : public testing::Test {
 
 // From no room at all to room for everything: somewhere on the way each of the three files is the one that fails.
 TEST_F(FullDrive, AlwaysHoldsAWholeCardFileAndTellsWhatIsMissing) {
-  CardTable table = MakeCards(std::vector<TestCard>(1000, {.answer = std::string(300, 'a')}));
+  CardTable table = MakeCards(std::vector<TestCard>(3000));
   const std::string old_cards = FileText(table);
   table.Poke(table.ColumnIndex(kAnswer), 2, std::string(20000, 'b'));
   const std::string new_cards = FileText(table);
   const QString cards_failed = u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s;
   std::set<QString> told;
-  for (uint64_t free = 0; free <= 800 * kKiB; free += 16 * kKiB) {
+  for (uint64_t free = 0; free <= 640 * kKiB; free += 16 * kKiB) {
     SCOPED_TRACE(free);
     FillBut(free, old_cards);
     messages.errors.clear();
