@@ -17,19 +17,16 @@
 namespace {
 
 using tessaro::CardFile;
+using tessaro::Check;
 using tessaro::Median;
 using tessaro::OpenResult;
+using tessaro::Print;
 using tessaro::Time;
 namespace fs = std::filesystem;
 
-constexpr int kRounds = 11;
+constexpr int kRounds = 7;
 constexpr int kUpdates = 20000;
-
-void Check(bool good, const char* what) {
-  if (good) return;
-  std::fprintf(stderr, "failed: %s\n", what);
-  std::exit(1);
-}
+constexpr double kMilli = 1e3;
 
 // What a start of the program does with a card file.
 void OpenWhole(CardFile& file, const fs::path& path) {
@@ -37,11 +34,6 @@ void OpenWhole(CardFile& file, const fs::path& path) {
   Check(report.result == OpenResult::Opened && !report.learn_index_rebuilt && !report.link_index_rebuilt, "open");
   Check(file.highest_id() > 0 && file.CountUnknown() <= file.CardCount(), "counts");
   Check(file.Figures({1'700'000'000, 1.0, 365 * 86400}).cards == file.CardCount(), "figures");
-}
-
-void Print(const char* work, double seconds, const char* reference, double reference_seconds) {
-  std::printf("  %-34s %8.1f ms   %-11s %8.1f ms   ratio %5.2f\n", work, seconds * 1e3, reference,
-              reference_seconds * 1e3, seconds / reference_seconds);
 }
 
 void MeasureBuild(CardFile& file) {
@@ -58,8 +50,9 @@ void MeasureBuild(CardFile& file) {
     learn.push_back(Time([&] { Check(file.learn_index().Build(file.cards()), "learning index"); }));
     both.push_back(Time([&] { Check(file.RebuildIndexes(), "both indexes"); }));
   }
-  Print("build the learning index", Median(learn), "stable_sort", Median(sort));
-  Print("build both indexes", Median(both), "stable_sort", Median(sort));
+  const tessaro::Measured reference = {"stable_sort of the keys", Median(sort) * kMilli};
+  Print({"build the learning index", Median(learn) * kMilli}, "ms", reference);
+  Print({"build both indexes", Median(both) * kMilli}, "ms", reference);
 }
 
 void MeasureUpdate(CardFile& file) {
@@ -71,9 +64,8 @@ void MeasureUpdate(CardFile& file) {
     const int64_t score = i % 4 == 0 ? 0 : random % 10'000'000;
     times.push_back(Time([&] { file.learn_index().Update(row, score); }));
   }
-  std::sort(times.begin(), times.end());
-  std::printf("  %-34s median %5.2f us, 99 %% within %5.2f us\n", "move a card in the learning index",
-              times[times.size() / 2] * 1e6, times[times.size() * 99 / 100] * 1e6);
+  Print({"move a card in the learning index", Median(times) * 1e6}, "us",
+        {"99 % within", tessaro::Nearly(times) * 1e6});
 }
 
 void MeasureOpen(const fs::path& path) {
@@ -88,10 +80,9 @@ void MeasureOpen(const fs::path& path) {
     peak.push_back(static_cast<double>(tessaro::RunProgram({tessaro::OwnPath(), "--open", path.string()}).peak_kib) *
                    1024);
   }
-  const auto size = static_cast<double>(fs::file_size(path));
-  Print("open, in process", Median(open), "wc -l", Median(count));
-  std::printf("  %-34s %8.1f MB   %-11s %8.1f MB   ratio %5.2f\n", "peak memory with it open", Median(peak) / 1e6,
-              "file", size / 1e6, Median(peak) / size);
+  const double size = static_cast<double>(fs::file_size(path)) / 1e6;
+  Print({"open, in process", Median(open) * kMilli}, "ms", {"wc -l", Median(count) * kMilli});
+  Print({"peak memory with it open", Median(peak) / 1e6}, "MB", {"size of the file", size});
 }
 
 // Works on a copy: the file may be somebody's own.

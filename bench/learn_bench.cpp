@@ -3,7 +3,7 @@
 #include <stdlib.h>
 
 #include <algorithm>
-#include <chrono>
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "bench/generated_cards.h"
+#include "bench/measure.h"
 #include "learn/learning_run.h"
 #include "learn/leitner_count.h"
 #include "learn/leitner_method.h"
@@ -20,14 +21,15 @@
 namespace tessaro {
 namespace {
 
-using Stopwatch = std::chrono::steady_clock;
-
 constexpr int kSteps = 20000;
+constexpr int kRounds = 5;
+constexpr double kMilli = 1e3;
+constexpr double kMicro = 1e6;
 
-double Microseconds(const std::function<void()>& work) {
-  const auto begin = Stopwatch::now();
-  work();
-  return std::chrono::duration<double, std::micro>(Stopwatch::now() - begin).count();
+std::vector<double> Repeat(int count, const std::function<void(int step)>& work) {
+  std::vector<double> times;
+  for (int step = 0; step < count; ++step) times.push_back(Time([&] { work(step); }));
+  return times;
 }
 
 struct StepClock : Clock {
@@ -69,23 +71,37 @@ struct Bench {
       run.Known();
     }
   }
-  void Report(const char* name, std::vector<double>& times) {
-    std::sort(times.begin(), times.end());
-    const auto at = [&](double part) {
-      return times[static_cast<size_t>(part * static_cast<double>(times.size() - 1))];
-    };
-    std::printf("  %-22s median %8.1f us   p99 %8.1f us   longest %8.1f us   (%d logged, %d messages)\n", name, at(0.5),
-                at(0.99), times.back(), run.figures().answered, view.messages);
-  }
 };
 
-void TimeMethod(CardFile& file, Method method, const char* name) {
+// The row of times of a card as text: the least that logging an answer writes.
+double WriteTimes() {
+  std::array<char, 32 * kHistoryLength> text;
+  return Median(Repeat(kSteps, [&](int step) {
+    char* end = text.data();
+    for (int i = 0; i < kHistoryLength; ++i) end += std::snprintf(end, 32, "%d ", 1'700'000'000 - step * i);
+  }));
+}
+
+void Report(const char* name, const char* slow_name, const std::vector<double>& times) {
+  const Measured reference = {"write 64 numbers", WriteTimes() * kMicro};
+  Print({name, Median(times) * kMicro}, "us", reference);
+  Print({slow_name, Nearly(times) * kMicro}, "us", reference);
+}
+
+void TimeMethod(CardFile& file, Method method, const char* name, const char* slow_name) {
   Bench bench(file);
   bench.run.SetMethod(method);
   bench.run.Start();
-  std::vector<double> times;
-  for (int step = 0; step < kSteps; ++step) times.push_back(Microseconds([&] { bench.Answer(step); }));
-  bench.Report(name, times);
+  Report(name, slow_name, Repeat(kSteps, [&](int step) { bench.Answer(step); }));
+  Check(bench.run.figures().answered > 0 && bench.view.messages == 0, "learning run");
+}
+
+// Sorting the cards by the time of their newest answer is the least that any box order costs.
+void SortTimes(const CardFile& file) {
+  const CardReader cards(file);
+  std::vector<int64_t> keys;
+  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) keys.push_back(cards.NewestTime(row));
+  std::stable_sort(keys.begin(), keys.end());
 }
 
 void TimeBoxes(CardFile& file) {
@@ -93,31 +109,25 @@ void TimeBoxes(CardFile& file) {
   CardWriter writer(file);
   BoxCounts counts;
   BoxOrder order;
-  const double counting = Microseconds([&] { counts = CountBoxes(file, writer); });
-  const double ordering = Microseconds([&] { order = BuildBoxOrder(file, bench.clock.now).value_or(BoxOrder{}); });
+  const double counting = Median(Repeat(kRounds, [&](int) { counts = CountBoxes(file, writer); }));
+  const double ordering =
+      Median(Repeat(kRounds, [&](int) { order = BuildBoxOrder(file, bench.clock.now).value_or(BoxOrder{}); }));
+  const double sorting = Median(Repeat(kRounds, [&](int) { SortTimes(file); }));
+  Print({"count the Leitner boxes", counting * kMilli}, "ms", {"read and sort the times", sorting * kMilli});
+  Print({"order the Leitner boxes", ordering * kMilli}, "ms", {"read and sort the times", sorting * kMilli});
+
   const auto largest = std::max_element(counts.boxes.begin(), counts.boxes.end()) - counts.boxes.begin();
   const int box = static_cast<int>(largest) + 1;
-
-  std::vector<double> times;
   bench.run.StartBox({box, 0, order});
   bench.run.Start();
+  std::vector<double> times;
   for (int step = 0; step < kSteps; ++step) {
-    times.push_back(Microseconds([&] { bench.Answer(step); }));
+    times.push_back(Time([&] { bench.Answer(step); }));
     if (!std::exchange(bench.view.box_done, false)) continue;
     bench.run.StartBox({box, 0, order});
     bench.run.ShowNext();
   }
-  bench.Report("Leitner box", times);
-  std::printf("  counting the boxes %.1f ms, box order %.1f ms\n", counting / 1000, ordering / 1000);
-}
-
-// What any ordering of the cards costs at least.
-void TimeReference(const CardFile& file) {
-  const CardReader cards(file);
-  std::vector<int64_t> keys;
-  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) keys.push_back(cards.NewestTime(row));
-  std::printf("  reference: stable_sort of the times %.1f ms\n",
-              Microseconds([&] { std::stable_sort(keys.begin(), keys.end()); }) / 1000);
+  Report("one step, Leitner box", "one step, Leitner box, 99 % within", times);
 }
 
 bool Measure(const std::filesystem::path& path) {
@@ -127,10 +137,9 @@ bool Measure(const std::filesystem::path& path) {
     return false;
   }
   std::printf("%s, %d cards\n", path.filename().c_str(), file.CardCount());
-  TimeMethod(file, Method::Standard, "automatic method");
-  TimeMethod(file, Method::RowOrder, "row order");
+  TimeMethod(file, Method::Standard, "one step, automatic method", "one step, automatic method, 99 % within");
+  TimeMethod(file, Method::RowOrder, "one step, row order", "one step, row order, 99 % within");
   TimeBoxes(file);
-  TimeReference(file);
   return true;
 }
 

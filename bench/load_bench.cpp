@@ -17,27 +17,22 @@
 namespace {
 
 using tessaro::CardTable;
+using tessaro::Check;
 using tessaro::Median;
-using tessaro::RunFigures;
+using tessaro::Print;
+using tessaro::ProcessFigures;
 using tessaro::RunProgram;
 namespace fs = std::filesystem;
 
 constexpr int kRounds = 11;
 constexpr double kMega = 1e6;
+constexpr double kMilli = 1e3;
 
 CardTable Load(const fs::path& path) {
   CardTable table;
   table.SetSeparator(tessaro::kFieldSeparator);
-  if (!table.LoadFromFile(path)) {
-    std::fprintf(stderr, "cannot load %s\n", path.c_str());
-    std::exit(1);
-  }
+  Check(table.LoadFromFile(path), "load");
   return table;
-}
-
-void Print(const char* work, double seconds, const char* reference, double reference_seconds) {
-  std::printf("  %-34s %8.1f ms   %-6s %8.1f ms   ratio %5.2f\n", work, seconds * 1e3, reference,
-              reference_seconds * 1e3, seconds / reference_seconds);
 }
 
 void MeasureLoad(const fs::path& path) {
@@ -46,14 +41,13 @@ void MeasureLoad(const fs::path& path) {
   std::vector<double> peak;
   for (int i = 0; i < kRounds; ++i) {
     count.push_back(RunProgram({"wc", "-l", path.string()}).seconds);
-    const RunFigures figures = RunProgram({tessaro::OwnPath(), "--load", path.string()});
+    const ProcessFigures figures = RunProgram({tessaro::OwnPath(), "--load", path.string()});
     load.push_back(figures.seconds);
     peak.push_back(static_cast<double>(figures.peak_kib) * 1024);
   }
-  const auto size = static_cast<double>(fs::file_size(path));
-  Print("load, whole process", Median(load), "wc -l", Median(count));
-  std::printf("  %-34s %8.1f MB   file   %8.1f MB   ratio %5.2f\n", "peak memory", Median(peak) / kMega, size / kMega,
-              Median(peak) / size);
+  Print({"load, whole process", Median(load) * kMilli}, "ms", {"wc -l", Median(count) * kMilli});
+  Print({"peak memory", Median(peak) / kMega}, "MB",
+        {"size of the file", static_cast<double>(fs::file_size(path)) / kMega});
 }
 
 void ChangeEveryHundredth(CardTable& table) {
@@ -80,11 +74,8 @@ void MeasureSave(const fs::path& path, const fs::path& folder) {
     sync();
     save.push_back(tessaro::Time([&] { good = table.SaveToFile(saved) && good; }));
   }
-  if (!good) {
-    std::fprintf(stderr, "cannot save to %s\n", saved.c_str());
-    std::exit(1);
-  }
-  Print("save, 1 % of the rows changed", Median(save), "cp", Median(copy));
+  Check(good, "save");
+  Print({"save, 1 % of the rows changed", Median(save) * kMilli}, "ms", {"cp", Median(copy) * kMilli});
 }
 
 void Measure(const fs::path& path, const fs::path& folder) {
@@ -96,10 +87,7 @@ void Measure(const fs::path& path, const fs::path& folder) {
 void MeasureGenerated(const fs::path& folder) {
   for (const int count : {10'000, 100'000, tessaro::kMostCards}) {
     const fs::path path = folder / (std::to_string(count) + ".mlb");
-    if (!tessaro::GenerateCards(path, count, 1)) {
-      std::fprintf(stderr, "cannot write %s\n", path.c_str());
-      std::exit(1);
-    }
+    Check(tessaro::GenerateCards(path, count, 1), "generate");
     Measure(path, folder);
     fs::remove(path);
   }

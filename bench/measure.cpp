@@ -39,8 +39,26 @@ double Median(std::vector<double> values) {
   return *middle;
 }
 
-RunFigures RunProgram(const std::vector<std::string>& arguments) {
-  RunFigures figures;
+double Nearly(std::vector<double> values) {
+  if (values.empty()) return 0;
+  std::sort(values.begin(), values.end());
+  return values[(values.size() - 1) * 99 / 100];
+}
+
+void Print(Measured work, const char* unit, Measured reference) {
+  std::printf("  %-42s %10.3f %s   %-28s %10.3f %s   ratio %7.2f\n", work.what, work.value, unit, reference.what,
+              reference.value, unit, work.value / reference.value);
+  std::fflush(stdout);
+}
+
+void Check(bool good, const char* what) {
+  if (good) return;
+  std::fprintf(stderr, "failed: %s\n", what);
+  std::exit(1);
+}
+
+ProcessFigures RunProgram(const std::vector<std::string>& arguments) {
+  ProcessFigures figures;
   int status = 0;
   rusage usage = {};
   figures.seconds = Time([&] {
