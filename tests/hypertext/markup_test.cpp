@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -11,67 +11,43 @@ namespace {
 
 using Kind = MarkupItem::Kind;
 
-void DumpMedia(std::ostream& out, const char* kind, const MarkupItem& item) {
-  out << kind << '(' << item.text;
-  if (item.width != 0 || item.height != 0) out << ' ' << item.width << 'x' << item.height;
-  out << (item.framed ? " framed)" : ")");
+std::string DumpMedia(const char* kind, const MarkupItem& item) {
+  std::string dump = std::string(kind) + "(" + item.text;
+  if (item.width != 0 || item.height != 0) dump += " " + std::to_string(item.width) + "x" + std::to_string(item.height);
+  return dump + (item.framed ? " framed)" : ")");
 }
 
-void Dump(std::ostream& out, const MarkupItem& item) {
-  const char sign = item.on ? '+' : '-';
+std::string Dump(const MarkupItem& item) {
+  const std::string face = item.picture_face ? DumpMedia("img", item) : "'" + item.text + "'";
   switch (item.kind) {
     case Kind::Text:
-      out << '\'' << item.text << '\'';
-      break;
-    case Kind::Blank:
-      out << '_';
-      break;
-    case Kind::WordEnd:
-      out << '|';
-      break;
-    case Kind::LineBreak:
-      out << "br";
-      break;
-    case Kind::Bold:
-      out << sign << 'b';
-      break;
-    case Kind::Italic:
-      out << sign << 'i';
-      break;
-    case Kind::Underline:
-      out << sign << 'u';
-      break;
+      return "'" + item.text + "'";
     case Kind::FontSize:
-      out << '+' << item.points;
-      break;
-    case Kind::FontSizeEnd:
-      out << "-size";
-      break;
+      return "+" + std::to_string(item.points);
     case Kind::Picture:
-      DumpMedia(out, "img", item);
-      break;
+      return DumpMedia("img", item);
     case Kind::Video:
-      DumpMedia(out, "video", item);
-      break;
+      return DumpMedia("video", item);
     case Kind::Sound:
-      out << "sound(" << item.text << ')';
-      break;
+      return "sound(" + item.text + ")";
     case Kind::Link:
-      out << item.target << "->";
-      if (item.picture_face) DumpMedia(out, "img", item);
-      if (!item.picture_face) out << '\'' << item.text << '\'';
+      return std::to_string(item.target) + "->" + face;
+    default:
+      break;
   }
+  static const std::map<Kind, std::string> names = {
+      {Kind::Blank, "_"},  {Kind::WordEnd, "|"},   {Kind::LineBreak, "br"},     {Kind::Bold, "b"},
+      {Kind::Italic, "i"}, {Kind::Underline, "u"}, {Kind::FontSizeEnd, "-size"}};
+  const bool is_switch = item.kind == Kind::Bold || item.kind == Kind::Italic || item.kind == Kind::Underline;
+  return (is_switch ? item.on ? "+" : "-" : "") + names.at(item.kind);
 }
 
 std::string Items(std::string_view side) {
   MarkupReader reader(side);
   MarkupItem item;
-  std::ostringstream out;
-  for (const char* gap = ""; reader.Next(item); gap = " ") {
-    out << gap;
-    Dump(out, item);
-  }
-  return out.str();
+  std::string items;
+  while (reader.Next(item)) items += (items.empty() ? "" : " ") + Dump(item);
+  return items;
 }
 
 struct Case {

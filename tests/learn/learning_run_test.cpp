@@ -203,17 +203,22 @@ TEST_F(LearningRunTest, UndoShowsTheCardAgainWithoutChoosing) {
 }
 
 TEST_F(LearningRunTest, AClockThatWentBackEndsTheRun) {
-  Open({NewCard(1), NewCard(2)});
-  run->Start();
-  const int row = run->card().row;
-  --clock.now;
-  run->GoHome();
-  EXPECT_TRUE(run->ended());
-  EXPECT_EQ(view.ends, 1);
-  run->Known();
-  run->Undo();
-  EXPECT_EQ(run->card().row, row);
-  EXPECT_FALSE(file.changed());
+  const std::function<void()> commands[] = {[&] { run->Known(); }, [&] { run->NotKnown(); }, [&] { run->GoHome(); },
+                                            [&] { run->FollowLink(1, AnswerCode::LinkNoRating); }};
+  for (const auto& command : commands) {
+    view = {};
+    Open({NewCard(1), NewCard(2)});
+    run->Start();
+    const int row = run->card().row;
+    --clock.now;
+    command();
+    EXPECT_TRUE(run->ended());
+    EXPECT_EQ(view.ends, 1);
+    run->Known();
+    run->Undo();
+    EXPECT_EQ(run->card().row, row);
+    EXPECT_FALSE(file.changed());
+  }
 }
 
 TEST_F(LearningRunTest, ACardFromTheFutureIsTold) {

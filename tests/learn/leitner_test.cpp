@@ -110,36 +110,6 @@ TEST_F(LeitnerTest, OrderIsByNewestAnswerWithLateOnesLast) {
   EXPECT_EQ(BuildBoxOrder(file, kNow), std::nullopt);
 }
 
-// The same order by really inserting into a list, as the rule says it.
-TEST_F(LeitnerTest, OrderAmongEqualTimesIsThatOfTheBisection) {
-  std::mt19937 chance(5);
-  for (int round = 0; round < 60; ++round) {
-    std::vector<TestCard> cards;
-    const int count = 1 + static_cast<int>(chance() % 60);
-    for (int i = 1; i <= count; ++i) cards.push_back(LevelCard(i, "1", "", static_cast<int64_t>(chance() % 6) - 1));
-    Open(cards);
-    std::vector<std::pair<int64_t, int>> rows = {{-1, 0}, {-1, -1}, {kNow, 999999}};  // element 0 is not used
-    for (int row = count + 1; row >= 2; --row) {
-      const int64_t key = LeadingNumber(TimeRow(row));
-      size_t low = 2;
-      size_t high = rows.size() - 1;
-      size_t probe = std::max<size_t>(high / 2, 2);
-      do {
-        if (rows[probe].first > key) high = probe;
-        if (rows[probe].first < key) low = probe;
-        if (rows[probe].first == key) low = high = probe;
-        probe = low + (high - low) / 2;
-      } while (high - low >= 10);
-      while (low < high && rows[low].first < key) ++low;
-      if (key > kNow) low = rows.size() - 1;
-      rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(low), {key, row});
-    }
-    BoxOrder expected;
-    for (size_t i = 2; i + 1 < rows.size(); ++i) expected.push_back(rows[i].second);
-    ASSERT_EQ(BuildBoxOrder(file, kNow), expected) << "round " << round;
-  }
-}
-
 TEST_F(LeitnerTest, ARunOfABoxTakesNewCardsUpToTheQuotaAndThenTheBox) {
   TestCard left_out = LevelCard(2, "0");
   left_out.question = "<+++>";

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <map>
 #include <stdexcept>
 
 #include "tests/learn/learn_fixture.h"
@@ -47,7 +48,6 @@ TEST_F(SelectionTest, FirstDrawOfTheStandardMethod) {
   const TestCard navigation = NavigationCard(4, "<NAVIGATION>");
   const TestCard early = KnownCard(5, 100, 100);  // due at this very second
   const TestCard old = KnownCard(6, 40'000'000, 365 * kDay + 1);
-  const RunMessage none = RunMessage::BoxDone;
   const struct {
     const char* what;
     std::vector<TestCard> cards;
@@ -57,28 +57,19 @@ TEST_F(SelectionTest, FirstDrawOfTheStandardMethod) {
     int row;
     size_t draw_count;
     int64_t width;
-    RunMessage message;
   } cases[] = {
-      {"one card", {NewCard(1)}, {}, {7}, true, 2, 1, 50, none},
-      {"a second draw after a card that is left out", {marked, due}, {}, {0, 1}, true, 3, 2, 2, none},
-      {"one with a marked ID", {hash, due}, {}, {0, 1}, true, 3, 2, 50, none},
-      {"a navigation card", {navigation, due}, {}, {0, 1}, true, 3, 2, 50, none},
-      {"nothing but navigation cards",
-       {navigation, navigation},
-       {},
-       {0, 1},
-       true,
-       0,
-       500,
-       2,
-       RunMessage::StandardExhausted},
-      {"not yet due", {early}, {}, {0}, true, 0, 500, 1, RunMessage::StandardExhausted},
-      {"not yet due without the lock", {early}, {}, {0}, false, 2, 1, 50, none},
-      {"due by weight", {due}, {{"CHK", "nt", 2}}, {0}, true, 0, 500, 1, RunMessage::StandardExhausted},
-      {"longer than the maximum time, but not yet due", {old}, {}, {0}, true, 0, 500, 1, RunMessage::StandardExhausted},
-      {"no width", {due, WrongCard(2)}, {{"RNG", "max", 0}}, {1}, true, 3, 0, 0, none},
-      {"a negative width", {due, WrongCard(2)}, {{"RNG", "max", -2}}, {1}, true, 2, 1, -2, none},
-      {"a width beyond all cards", {due, due}, {{"RNG", "max", 1LL << 62}}, {3}, true, 3, 1, 1LL << 62, none},
+      {"one card", {NewCard(1)}, {}, {7}, true, 2, 1, 50},
+      {"a second draw after a card that is left out", {marked, due}, {}, {0, 1}, true, 3, 2, 2},
+      {"one with a marked ID", {hash, due}, {}, {0, 1}, true, 3, 2, 50},
+      {"a navigation card", {navigation, due}, {}, {0, 1}, true, 3, 2, 50},
+      {"nothing but navigation cards", {navigation, navigation}, {}, {0, 1}, true, 0, 500, 2},
+      {"not yet due", {early}, {}, {0}, true, 0, 500, 1},
+      {"not yet due without the lock", {early}, {}, {0}, false, 2, 1, 50},
+      {"due by weight", {due}, {{"CHK", "nt", 2}}, {0}, true, 0, 500, 1},
+      {"beyond the maximum time, but not yet due", {old}, {}, {0}, true, 0, 500, 1},
+      {"no width", {due, WrongCard(2)}, {{"RNG", "max", 0}}, {1}, true, 3, 0, 0},
+      {"a negative width", {due, WrongCard(2)}, {{"RNG", "max", -2}}, {1}, true, 2, 1, -2},
+      {"a width beyond all cards", {due, due}, {{"RNG", "max", 1LL << 62}}, {3}, true, 3, 1, 1LL << 62},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -90,9 +81,8 @@ TEST_F(SelectionTest, FirstDrawOfTheStandardMethod) {
     EXPECT_EQ(run->card().row, c.row);
     EXPECT_EQ(random.draws, c.draw_count);
     EXPECT_EQ(run->figures().width, c.width);
-    const RecordingView::Messages told =
-        c.message == none ? RecordingView::Messages{} : RecordingView::Messages{{c.message, 0}};
-    EXPECT_EQ(view.messages, told);
+    const bool exhausted = c.row == 0;
+    EXPECT_EQ(view.messages, RecordingView::Messages(exhausted ? 1 : 0, {RunMessage::StandardExhausted, 0}));
   }
 }
 
@@ -150,48 +140,29 @@ TEST_F(SelectionTest, ChecksEveryNthCardAndKeepsItsPosition) {
     const char* what;
     std::vector<Setting> values;
     bool no_new_cards;
-    std::vector<int> rows;
-    std::vector<CardStatus> statuses;
+    std::string shown;  // rows and why: t tested, c check position, e repeated after an error
     int64_t position;
   } cases[] = {
-      {"one after the other, then anew with a draw",
-       {{"CHK", "n", 1}},
-       false,
-       {3, 4, 6, 7, 2},
-       {CardStatus::Tested, CardStatus::CheckPosition, CardStatus::Tested, CardStatus::Tested,
-        CardStatus::RepeatAfterError},
-       1},
-      {"no new cards",
-       {{"CHK", "n", 1}},
-       true,
-       {3, 6, 7},
-       {CardStatus::Tested, CardStatus::Tested, CardStatus::Tested},
-       7},
-      {"every second card",
-       {{"CHK", "n", 2}},
-       false,
-       {2, 3, 2, 4},
-       {CardStatus::RepeatAfterError, CardStatus::Tested, CardStatus::RepeatAfterError, CardStatus::CheckPosition},
-       4},
-      {"one row at a time",
-       {{"CHK", "n", 1}, {"CHK", "wi", 1}},
-       false,
-       {2, 3},
-       {CardStatus::RepeatAfterError, CardStatus::Tested},
-       3},
-      {"no rows", {{"CHK", "n", 1}, {"CHK", "wi", -1}}, false, {2}, {CardStatus::RepeatAfterError}, 1},
+      {"one after the other, then anew with a draw", {{"CHK", "n", 1}}, false, "3t 4c 6t 7t 2e ", 1},
+      {"no new cards", {{"CHK", "n", 1}}, true, "3t 6t 7t ", 7},
+      {"every second card", {{"CHK", "n", 2}}, false, "2e 3t 2e 4c ", 4},
+      {"one row at a time", {{"CHK", "n", 1}, {"CHK", "wi", 1}}, false, "2e 3t ", 3},
+      {"no rows", {{"CHK", "n", 1}, {"CHK", "wi", -1}}, false, "2e ", 1},
   };
+  const std::map<CardStatus, char> letters = {
+      {CardStatus::Tested, 't'}, {CardStatus::CheckPosition, 'c'}, {CardStatus::RepeatAfterError, 'e'}};
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
     OpenWith(cards, c.values, {0});
     run->SetNoNewCards(c.no_new_cards);
-    for (size_t i = 0; i < c.rows.size(); ++i) {
+    std::string shown;
+    while (shown.size() < c.shown.size()) {
       run->ShowNext();
-      EXPECT_EQ(run->card().row, c.rows[i]) << i;
-      EXPECT_EQ(run->card().status, c.statuses[i]) << i;
+      const auto letter = letters.find(run->card().status);
+      shown += std::to_string(run->card().row) + (letter == letters.end() ? '?' : letter->second) + " ";
     }
+    EXPECT_EQ(shown, c.shown) << c.what;
     run->KeepPositions();
-    EXPECT_EQ(file.settings().GetInt("CHK", "rpos", 0), c.position);
+    EXPECT_EQ(file.settings().GetInt("CHK", "rpos", 0), c.position) << c.what;
   }
 }
 

@@ -42,22 +42,6 @@ std::vector<int32_t> OrderByInserting(const std::vector<int64_t>& keys, int64_t 
   return order;
 }
 
-TEST(BisectionOrder, OrdersSmallCasesByHand) {
-  const struct {
-    std::vector<int64_t> keys;
-    std::vector<int32_t> order;
-  } cases[] = {
-      {{}, {}},
-      {{7}, {0}},
-      {{5, 1, 5}, {1, 2, 0}},
-      {{3, 3, 3}, {2, 1, 0}},
-      {{1000}, {}},                // above the end key: no place
-      {{999, 5, 999}, {1, 2, 0}},  // equal to the end key
-      {{-4, 0, -4}, {2, 0, 1}},
-  };
-  for (const auto& c : cases) EXPECT_EQ(BisectionOrder(c.keys, 999), c.order) << ::testing::PrintToString(c.keys);
-}
-
 TEST(BisectionOrder, GivesTheOrderOfInsertingOneByOne) {
   std::mt19937 random(20240229);
   const auto draw = [&](int64_t most) { return static_cast<int64_t>(random() % static_cast<uint64_t>(most + 1)); };

@@ -8,7 +8,7 @@
 namespace tessaro {
 namespace {
 
-const std::vector<TestCard> kTwoCards = {{.id = "000007", .score = "000000005"}, {.id = "000003"}};
+const std::vector<TestCard> kTwoCards = {{.id = "000007", .score = "5"}, {.id = "000003"}};
 constexpr const char* kLock = "/deck/.x.mlb.lock";
 
 std::string TextOf(std::string text) {

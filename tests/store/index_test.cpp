@@ -171,19 +171,6 @@ TEST(Indexes, AdoptOnlyAFileThatFitsTheCards) {
   EXPECT_EQ(link.RowCount(), 4);
 }
 
-TEST(Indexes, NoLongerFitWhenCardsMove) {
-  CardTable cards = MakeCards(CardsWithIds({"000001", "000002", "000003"}));
-  LearnIndex learn;
-  LinkIndex link;
-  EXPECT_FALSE(learn.Fits(CardIds(cards)) || link.Fits(CardIds(cards)));
-  ASSERT_TRUE(learn.Build(cards) && link.Build(cards));
-  cards.Poke(cards.ColumnIndex(kQuestion), 2, "anders");
-  EXPECT_TRUE(learn.Fits(CardIds(cards)) && link.Fits(CardIds(cards)));
-  cards.Poke(1, 2, "000002");
-  cards.Poke(1, 3, "000001");
-  EXPECT_FALSE(learn.Fits(CardIds(cards)) || link.Fits(CardIds(cards)));
-}
-
 // The index as a list of rows, changed row by row.
 class PlainIndex {
  public:
@@ -225,18 +212,18 @@ class PlainIndex {
 };
 
 TEST(LearnIndex, UpdatesAsMovingRowsInAListDoes) {
-  constexpr int kCards = 3000;  // several chunks, which grow, split and run empty
+  constexpr int kCards = 2500;  // several chunks, which grow, split and run empty
   std::vector<std::string> scores;
   for (int i = 0; i < kCards; ++i) scores.push_back(std::to_string(i % 7));
   // Two cards are too high for the index at first.
-  scores[10] = scores[2900] = "1000000000";
+  scores[10] = scores[2400] = "1000000000";
   const CardTable cards = MakeCards(CardsWithScores(scores));
   LearnIndex index;
   ASSERT_TRUE(index.Build(cards));
   PlainIndex plain(index);
   std::mt19937 random(7);
-  for (int i = 0; i < 6000; ++i) {
-    const int card_row = 2 + static_cast<int>(random() % (i < 3000 ? kCards : 50));
+  for (int i = 0; i < 4000; ++i) {
+    const int card_row = 2 + static_cast<int>(random() % (i < 2000 ? kCards : 50));
     const int64_t score = i % 3 == 0 ? 0 : static_cast<int64_t>(random() % (i % 2 == 0 ? 10 : 1000));
     index.Update(card_row, score);
     plain.Update(card_row, score);
@@ -250,14 +237,6 @@ TEST(LearnIndex, UpdatesAsMovingRowsInAListDoes) {
     }
     plain.ExpectSame(index);
   }
-}
-
-TEST(LearnIndex, AnUpdatedScoreIsWrittenWithNineDigits) {
-  const CardTable cards = MakeCards(CardsWithScores({"1", "2"}));
-  LearnIndex index;
-  ASSERT_TRUE(index.Build(cards));
-  index.Update(3, 1);
-  EXPECT_EQ(TextOf(index, cards), "BoxPos|Score|ID\n-1|-1|@@\n3|000000001|000002\n2|1|000001\n999999|999999999|##\n");
 }
 
 }  // namespace

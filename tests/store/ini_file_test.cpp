@@ -132,7 +132,9 @@ TEST(IniFile, LoadsAndSavesAFile) {
   IniFile ini;
   EXPECT_TRUE(ini.Load(disk, "/a.ini"));
   EXPECT_TRUE(ini.SetInt("POS", "x", -5));
-  EXPECT_TRUE(ini.Save(disk, "/a.ini"));
+  disk.PutSymbolicLink("/link.ini", "/a.ini");
+  EXPECT_TRUE(ini.Save(disk, "/link.ini"));
+  EXPECT_TRUE(disk.FileNames("/") == std::vector<std::string>{"a.ini"}) << "the link stays one";
   IniFile again;
   EXPECT_TRUE(again.Load(disk, "/a.ini"));
   EXPECT_EQ(again.GetInt("POS", "x", 0), -5);

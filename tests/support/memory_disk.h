@@ -52,11 +52,6 @@ class MemoryDisk : public Disk {
     const auto name = names_.find(Resolve(path).string());
     return name == names_.end() ? std::nullopt : std::optional(files_.at(name->second).bytes);
   }
-  std::vector<std::string> AllNames() const {
-    std::vector<std::string> all;
-    for (const auto& [name, number] : names_) all.push_back(name);
-    return all;
-  }
   // Another program holds the lock, until it lets go.
   void HoldLock(const Path& path, const std::string& holder) { locks_[path.string()] = holder; }
   void ReleaseLock(const Path& path) { locks_.erase(path.string()); }

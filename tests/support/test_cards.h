@@ -15,7 +15,7 @@ namespace tessaro {
 
 // A card of a test; what it does not say is that of a new card.
 struct TestCard {
-  std::string id;
+  std::string id = "000001";
   std::string question = "Frage";
   std::string answer = "Antwort";
   std::string score = "000000001";
