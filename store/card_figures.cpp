@@ -1,6 +1,7 @@
 #include "store/card_figures.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace tessaro {
@@ -11,9 +12,8 @@ constexpr int64_t kMostSeconds = int64_t{1} << 52;
 
 constexpr int kRowsAhead = 16;
 
-bool IsLearnable(const CardTable& cards, const CardColumns& columns, int row) {
-  return cards.Peek(columns.id, row).find('#') == std::string_view::npos &&
-         !IsNavigation(cards.Peek(columns.question, row));
+bool IsLearnable(std::string_view id, std::string_view question) {
+  return id.find('#') == std::string_view::npos && !IsNavigation(question);
 }
 
 bool IsDue(int64_t newest, int64_t score, const DueTerms& terms) {
@@ -24,15 +24,15 @@ bool IsDue(int64_t newest, int64_t score, const DueTerms& terms) {
   return start + retained < terms.now || start + terms.max_time < terms.now;
 }
 
-void CountHistory(const CardTable& cards, const CardColumns& columns, int row, const DueTerms& terms,
-                  CardFigures& figures) {
-  const int64_t newest = LeadingNumber(cards.Peek(columns.time_row, row));
+void CountHistory(std::string_view time_row, std::string_view score_text, std::string_view yes_no_row,
+                  const DueTerms& terms, CardFigures& figures) {
+  const int64_t newest = LeadingNumber(time_row);
   if (newest <= 0) {
     ++figures.never_answered;
     return;
   }
-  const int64_t score = LeadingNumber(cards.Peek(columns.score, row));
-  if (score <= 0 || !cards.Peek(columns.yes_no_row, row).starts_with('w')) {
+  const int64_t score = LeadingNumber(score_text);
+  if (score <= 0 || !yes_no_row.starts_with('w')) {
     ++figures.unknown;
     return;
   }
@@ -44,21 +44,28 @@ void CountHistory(const CardTable& cards, const CardColumns& columns, int row, c
 
 CardFigures FiguresOf(const CardTable& cards, const CardColumns& columns, const DueTerms& terms) {
   CardFigures figures;
-  for (int row = kFirstCardRow; row < cards.RowCount(); ++row) {
+  const std::array read = {columns.id, columns.question, columns.time_row, columns.score, columns.yes_no_row};
+  std::array<std::string_view, read.size()> texts;
+  const int end = cards.RowCount();
+  for (int row = kFirstCardRow; row < end; ++row) {
+    cards.PeekAll(row, read, texts);
+    const auto& [id, question, time_row, score, yes_no_row] = texts;
     ++figures.cards;
-    if (!IsLearnable(cards, columns, row)) continue;
+    if (!IsLearnable(id, question)) continue;
     ++figures.learnable;
-    CountHistory(cards, columns, row, terms, figures);
+    CountHistory(time_row, score, yes_no_row, terms, figures);
   }
   return figures;
 }
 
 int64_t CountUnknown(const CardTable& cards, const CardColumns& columns) {
   int64_t count = 0;
-  for (int row = kFirstCardRow; row < cards.RowCount(); ++row) {
+  const int end = cards.RowCount();
+  for (int row = kFirstCardRow; row < end; ++row) {
     // Asking the memory for a text some rows before it is read takes off half of the time.
     __builtin_prefetch(cards.Peek(columns.score, row + kRowsAhead).data());
-    if (LeadingNumber(cards.Peek(columns.score, row)) == 0 && IsLearnable(cards, columns, row)) ++count;
+    if (LeadingNumber(cards.Peek(columns.score, row)) != 0) continue;
+    if (IsLearnable(cards.Peek(columns.id, row), cards.Peek(columns.question, row))) ++count;
   }
   return count;
 }

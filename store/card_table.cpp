@@ -1,5 +1,6 @@
 #include "store/card_table.h"
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <system_error>
@@ -185,6 +186,11 @@ std::string_view CardTable::FieldAt(int column, int row) {
 
 std::string_view CardTable::Peek(int column, int row) const {
   return state_->Get(row, column).value_or("");
+}
+
+void CardTable::PeekAll(int row, std::span<const int> columns, std::span<std::string_view> values) const {
+  if (!state_->HasRow(row)) return std::fill(values.begin(), values.end(), "");
+  state_->content.rows.GetAll(state_->RowAt(row), columns, values);
 }
 
 bool CardTable::Poke(int column, int row, Value value) {

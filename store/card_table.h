@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -69,6 +70,8 @@ class CardTable {
   std::string_view FieldAt(int column, int row);
   // The same without moving the cursor: "" when there is no such field or it is null. For loops over many rows.
   std::string_view Peek(int column, int row) const;
+  // Peeks at several columns of one row, which is found only once.
+  void PeekAll(int row, std::span<const int> columns, std::span<std::string_view> values) const;
   bool Poke(int column, int row, Value value);
 
   // Copies the cursor row to spare row 0 or 1, and back: the cursor row then has as many fields as the spare row.

@@ -138,8 +138,7 @@ int RowStore::FieldCount(RowHandle row) const {
   return place.changed ? static_cast<int>(changed_[place.start].size()) : columns_;
 }
 
-RowStore::Value RowStore::Get(RowHandle row, int field) const {
-  const Place place = Find(row);
+RowStore::Value RowStore::FieldAt(const Place& place, int field) const {
   const auto index = static_cast<size_t>(field);
   if (place.changed) {
     const ChangedRow& fields = changed_[place.start];
@@ -148,6 +147,15 @@ RowStore::Value RowStore::Get(RowHandle row, int field) const {
   if (index >= place.end_count) return std::nullopt;
   const size_t from = index == 0 ? 0 : place.End(index - 1) + 1;
   return std::string_view(block_.data() + place.start + from, place.End(index) - from);
+}
+
+RowStore::Value RowStore::Get(RowHandle row, int field) const {
+  return FieldAt(Find(row), field);
+}
+
+void RowStore::GetAll(RowHandle row, std::span<const int> columns, std::span<std::string_view> values) const {
+  const Place place = Find(row);
+  for (size_t i = 0; i < columns.size(); ++i) values[i] = FieldAt(place, columns[i] - 1).value_or("");
 }
 
 void RowStore::Set(RowHandle row, int field, Value value) {

@@ -44,6 +44,8 @@ class RowStore {
 
   int FieldCount(RowHandle row) const;
   Value Get(RowHandle row, int field) const;
+  // The same for several fields of one row, which is found only once. Columns count from 1, as in a table; "" for null.
+  void GetAll(RowHandle row, std::span<const int> columns, std::span<std::string_view> values) const;
   // `value` may be a view into this store. The field must exist.
   void Set(RowHandle row, int field, Value value);
   // Replaces all fields of a row; the row then has so many.
@@ -67,6 +69,7 @@ class RowStore {
   uint32_t* Record(RowHandle row) { return reinterpret_cast<uint32_t*>(records_.data()) + row; }
   const uint32_t* Record(RowHandle row) const { return reinterpret_cast<const uint32_t*>(records_.data()) + row; }
   Place Find(RowHandle row) const;
+  Value FieldAt(const Place& place, int field) const;
   uint32_t* AddRecord(size_t words, RowHandle& row);
   static void PackEnds(std::span<const size_t> ends, bool wide, uint32_t* words);
   // The fields of a loaded row, null ones behind the last end.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -68,8 +69,12 @@ class TableTwins {
     int number = 0;
     for (const NaiveTable::Row& row : naive_.rows) {
       ++number;
+      std::vector<int> columns(row.size());
+      std::iota(columns.begin(), columns.end(), 1);
+      std::vector<std::string_view> texts(row.size());
+      table_.PeekAll(number, columns, texts);
       for (size_t i = 0; i < row.size(); ++i) {
-        if (table_.Peek(static_cast<int>(i) + 1, number) != row[i].value_or("")) return false;
+        if (table_.Peek(columns[i], number) != row[i].value_or("") || texts[i] != row[i].value_or("")) return false;
       }
     }
     return true;
