@@ -173,7 +173,8 @@ bool IniFile::SetString(std::string_view section, std::string_view key, std::str
     place = text_.size();
     added = (text_.empty() ? "" : ending) + '[' + std::string(section) + ']' + ending + new_line;
   }
-  if (place > 0 && text_[place - 1] != '\n') added.insert(0, ending);
+  // A text that was cut within a line ending gets the rest of it.
+  if (place > 0 && text_[place - 1] != '\n') added.insert(0, text_[place - 1] == '\r' ? "\n" : ending);
   text_.insert(place, added);
   return true;
 }

@@ -80,6 +80,7 @@ TEST(IniFile, ChangesNothingButTheValue) {
       {"[S]\na=1\n\n[T]\nb=2", "S", "k", "v", "[S]\na=1\nk=v\n\n[T]\nb=2"},
       {"[S]\na=1\n\n[T]\nb=2", "T", "k", "v", "[S]\na=1\n\n[T]\nb=2\nk=v\n"},
       {"[S]\na=1", "U", "k", "v", "[S]\na=1\n\n[U]\nk=v\n"},
+      {"[S]\na=1\r", "S", "k", "v", "[S]\na=1\r\nk=v\n"},
       {"a=1\r\n", "S", "a", "v", "a=1\r\n\r\n[S]\r\na=v\r\n"},
       {"[S]\nk= \"a\" \n", "S", "k", "a", "[S]\nk= \"a\" \n"},
       {"[S]\nk=\n", "S", "k", "", "[S]\nk=\n"},
