@@ -93,7 +93,7 @@ void TimeMethod(CardFile& file, Method method, const char* name, const char* slo
   bench.run.SetMethod(method);
   bench.run.Start();
   Report(name, slow_name, Repeat(kSteps, [&](int step) { bench.Answer(step); }));
-  Check(bench.run.figures().answered > 0 && bench.view.messages == 0, "learning run");
+  Check(bench.run.figures().answered > 0, "learning run");
 }
 
 // Sorting the cards by the time of their newest answer is the least that any box order costs.
