@@ -12,8 +12,9 @@ class ProgressBar {
   virtual void SetPosition(int64_t position) = 0;
 };
 
-// How far long work has come. One for the whole program, since one long work runs at a time: tables count the
-// characters they read and the fields they write; the caller resets the counter and knows the range of the bar.
+// How far long work has come. One for the whole thread, since one long work runs at a time: tables count the characters
+// they read and the fields they write; the caller resets the counter and knows the range of the bar. Work that is given
+// to another thread shows nothing.
 struct ProgressState {
   int64_t counter = 0;
   // While set, reading a table moves the bar. Writing moves it in any case.
@@ -26,7 +27,7 @@ struct ProgressState {
 };
 
 inline ProgressState& Progress() {
-  static ProgressState state;
+  static thread_local ProgressState state;
   return state;
 }
 

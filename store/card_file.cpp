@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <future>
 #include <utility>
 
 #include "store/card_layout.h"
@@ -56,6 +57,17 @@ OpenReport Refused(OpenResult result) {
 
 void Tell(const StageObserver& observer, FileStage stage, uint64_t file_size) {
   if (observer) observer(stage, file_size);
+}
+
+// Where an index came from.
+enum class IndexSource { File, Cards, Nowhere };
+
+// Takes the index from its file's text if that fits the cards, else makes it from them.
+template <typename Index>
+IndexSource AdoptOrBuild(const std::optional<std::string>& text, const CardTable& cards, const CardIds& ids,
+                         Index& index) {
+  if (text && index.Adopt(*text, ids)) return IndexSource::File;
+  return index.Build(cards, ids) ? IndexSource::Cards : IndexSource::Nowhere;
 }
 
 }  // namespace
@@ -147,21 +159,16 @@ void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& obse
   const CardIds ids(content.cards);
   content.highest_id = ids.highest();
   Tell(observer, FileStage::LoadLearnIndex, size(paths.learn_index));
-  if (!LoadIndex(paths.learn_index, ids, content.learn_index)) {
-    report.learn_index_rebuilt = content.learn_index.Build(content.cards, ids);
-    report.index_defect = !report.learn_index_rebuilt;
-  }
+  const std::optional<std::string> learn_text = ReadFile(disk_, paths.learn_index);
+  const std::optional<std::string> link_text = ReadFile(disk_, paths.link_index);
+  const auto make_link_index = [&] { return AdoptOrBuild(link_text, content.cards, ids, content.link_index); };
+  // Without a thread to spare it is made when its result is asked for.
+  std::future<IndexSource> link = std::async(std::launch::async | std::launch::deferred, make_link_index);
+  const IndexSource learn = AdoptOrBuild(learn_text, content.cards, ids, content.learn_index);
   Tell(observer, FileStage::LoadLinkIndex, size(paths.link_index));
-  if (!LoadIndex(paths.link_index, ids, content.link_index)) {
-    report.link_index_rebuilt = content.link_index.Build(content.cards, ids);
-    report.index_defect = report.index_defect || !report.link_index_rebuilt;
-  }
-}
-
-template <typename Index>
-bool CardFile::LoadIndex(const fs::path& path, const CardIds& ids, Index& index) {
-  const std::optional<std::string> text = ReadFile(disk_, path);
-  return text && index.Adopt(*text, ids);
+  report.learn_index_rebuilt = learn == IndexSource::Cards;
+  report.link_index_rebuilt = link.get() == IndexSource::Cards;
+  report.index_defect = !content.learn_index.Fits(ids) || !content.link_index.Fits(ids);
 }
 
 bool CardFile::CreateNew(const fs::path& path) {

@@ -125,8 +125,6 @@ class CardFile {
   };
 
   OpenReport LoadCards(const std::filesystem::path& path, const StageObserver& observer, Content& content);
-  template <typename Index>
-  bool LoadIndex(const std::filesystem::path& path, const CardIds& ids, Index& index);
   void LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, Content& content, OpenReport& report);
   static bool BuildIndexes(Content& content, const CardIds& ids);
   // Takes the lock of a card file unless it is that of the open one. False: another program has it; `holder` says who.
