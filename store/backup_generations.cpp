@@ -96,6 +96,7 @@ std::vector<Generation> OldestFirst(std::vector<Generation> all) {
   std::reverse(older.begin(), older.end());
   std::stable_sort(older.begin(), older.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
   std::vector<Generation> sorted;
+  sorted.reserve(older.size());
   for (auto& [time, generation] : older) sorted.push_back(std::move(generation));
   return sorted;
 }
@@ -208,6 +209,7 @@ GenerationResult GenerationFolder::CopyTo(const SavedCards& saved, const fs::pat
 void GenerationFolder::LetGo(const fs::path& card_file, uint64_t most_bytes) {
   const std::vector<Generation> own = Of(card_file);
   std::vector<LocalTime> saves;
+  saves.reserve(own.size());
   for (const Generation& generation : own) saves.push_back(generation.name.saved);
   const std::vector<bool> keep = GenerationsToKeep(saves);
   for (size_t i = own.size(); i-- > 1;) {

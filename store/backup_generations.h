@@ -26,7 +26,7 @@ struct GenerationName {
   LocalTime saved;
   int64_t number = 0;  // from 1
   int64_t cards = 0;
-  auto operator<=>(const GenerationName&) const = default;
+  bool operator==(const GenerationName&) const = default;
 };
 std::string FileNameOf(const GenerationName& name);
 // Nothing for any name that FileNameOf would not write: such files are none of ours.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <tuple>
 #include <vector>
 
 namespace tessaro {
@@ -12,7 +13,11 @@ struct LocalTime {
   int hour = 0;
   int minute = 0;
   int second = 0;
-  auto operator<=>(const LocalTime&) const = default;
+  bool operator==(const LocalTime&) const = default;
+  bool operator<(const LocalTime& other) const {
+    return std::tie(year, month, day, hour, minute, second) <
+           std::tie(other.year, other.month, other.day, other.hour, other.minute, other.second);
+  }
 };
 
 // Which of the dated copies of a card file are kept: those of the last 10 saves, the last one of each of the last 10
