@@ -11,7 +11,7 @@ namespace tessaro {
 namespace {
 
 constexpr int kRowsAhead = 16;
-constexpr size_t kMostDigits = 18;  // so many always fit
+constexpr size_t kMostDigits = 18;  // those of kMostInHistory
 
 bool IsNumber(std::string_view text) {
   return !text.empty() && text.size() <= kMostDigits && text.find_first_not_of("0123456789") == std::string_view::npos;

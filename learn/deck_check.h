@@ -19,11 +19,12 @@ enum class DeckFault {
   FutureAnswer,  // the newest answer is later than now: the next one would wipe the card's statistics
   TimeOrder,     // an answer is later than the one after it
   Letters,       // YesNoRow is not 64 letters "w" and "f"
-  Times,         // TimeRow is not 64 numbers, or 63 as after an undo
+  Times,         // TimeRow is not 64 numbers from 0 to kMostInHistory, or 63 as after an undo
   Score,         // no number from 0 to kMaxScore
-  TimeLearned,   // no number
+  TimeLearned,   // no number from 0 to kMostInHistory
 };
 inline constexpr int kDeckFaults = 9;
+inline constexpr int64_t kMostInHistory = 999'999'999'999'999'999;
 
 struct DeckFinding {
   DeckFault fault = DeckFault::MissingId;

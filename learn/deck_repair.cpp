@@ -49,7 +49,7 @@ AnswerTimes TimesAsRead(std::string_view text) {
   AnswerTimes times{};
   for (int64_t& time : times) {
     const size_t blank = text.find(' ');
-    time = std::max<int64_t>(LeadingNumber(text.substr(0, blank)), 0);
+    time = std::clamp<int64_t>(LeadingNumber(text.substr(0, blank)), 0, kMostInHistory);
     if (blank == std::string_view::npos) break;
     text.remove_prefix(blank + 1);
   }
@@ -78,7 +78,7 @@ std::optional<std::string> Repaired(CardFile& file, const DeckFinding& finding, 
     case DeckFault::Score:
       return ScoreText(std::clamp<int64_t>(cards.Score(finding.row), 0, kMaxScore));
     case DeckFault::TimeLearned:
-      return std::to_string(std::max<int64_t>(cards.TimeLearned(finding.row), 0));
+      return std::to_string(std::clamp<int64_t>(cards.TimeLearned(finding.row), 0, kMostInHistory));
     case DeckFault::DeadLink:
     case DeckFault::TimeOrder:
       break;
