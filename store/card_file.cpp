@@ -273,8 +273,10 @@ SaveResult CardFile::SaveCopy(const fs::path& path, const StageObserver& observe
   std::string holder;
   if (!TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
   const std::optional<FileState> on_disk = content_.on_disk;
+  const ContentStamp stamp = content_.stamp;
   const SaveResult result = WriteFiles(content_, paths, observer);
   content_.on_disk = on_disk;
+  content_.stamp = stamp;
   return result;
 }
 
