@@ -34,7 +34,6 @@ void CardWriter::Write(int row, const CardChange& change) {
   if (!changed.empty()) file_.RowChanged(row, changed);
 
   if (unknown_) *unknown_ += static_cast<int>(cards.IsUnknown(row)) - static_cast<int>(was_unknown);
-  if (observer_ != nullptr) observer_->RowChanged(row);
 }
 
 CardChange CardWriter::Exchange(int row, const CardChange& columns) {

@@ -16,20 +16,12 @@ struct CardChange {
 // All that learning writes in a row, as it stands.
 CardChange LearnedColumns(const CardFile& file, int row);
 
-// Hears of every change of a card row the moment it has happened.
-class RowObserver {
- public:
-  virtual ~RowObserver() = default;
-  virtual void RowChanged(int row) = 0;
-};
-
-// The one place through which learning changes card rows. Marks the file as changed and knows at any time how many
-// cards have the score 0, without looking at them all.
+// The one place through which learning changes card rows. Tells the file, which journals them, and knows at any time
+// how many cards have the score 0, without looking at them all.
 class CardWriter {
  public:
   explicit CardWriter(CardFile& file) : file_(file) {}
 
-  void SetObserver(RowObserver* observer) { observer_ = observer; }
   void Write(int row, const CardChange& change);
   // Brings the columns that `columns` sets to these contents, and gives what stood there. No change is no write.
   CardChange Exchange(int row, const CardChange& columns);
@@ -42,7 +34,6 @@ class CardWriter {
 
  private:
   CardFile& file_;
-  RowObserver* observer_ = nullptr;
   std::optional<int64_t> unknown_;
   int counted_rows_ = 0;
 };

@@ -195,10 +195,6 @@ void LearningRun::CardsChanged() {
   state_->CardsChanged();
 }
 
-void LearningRun::SetRowObserver(RowObserver* observer) {
-  state_->writer.SetObserver(observer);
-}
-
 const LearningParameters& LearningRun::parameters() const {
   return state_->parameters;
 }

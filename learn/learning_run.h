@@ -14,7 +14,6 @@ namespace tessaro {
 
 struct AnswerStatistics;
 struct LeitnerBox;
-class RowObserver;
 
 // One run of learning over the open card file: shows a card, takes the answer, logs it, chooses the next.
 class LearningRun {
@@ -98,8 +97,6 @@ class LearningRun {
   // To be called after cards were edited, added or removed while the run goes on. Answers before can be taken back no
   // more.
   void CardsChanged();
-  // Hears of every card row that the run changes. May be null.
-  void SetRowObserver(RowObserver* observer);
 
   const LearningParameters& parameters() const;
   // What led to the last logged score; null before the first answer and after an undo.
