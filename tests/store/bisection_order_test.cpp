@@ -8,29 +8,22 @@
 namespace tessaro {
 namespace {
 
-struct IndexRow {
-  int64_t key;
-  int32_t entry;
-};
-
 // Puts the entries in row by row, as the order is defined. `rows` counts from 1 with a start row, as an index does.
 std::vector<int32_t> OrderByInserting(const std::vector<int64_t>& keys, int64_t end_key) {
-  std::vector<IndexRow> rows = {{0, 0}, {-1, -1}, {end_key, -1}};
+  struct Row {
+    int64_t key;
+    int32_t entry;
+  };
+  std::vector<Row> rows = {{0, 0}, {-1, -1}, {end_key, -1}};
   size_t n = 2;
   for (size_t i = 0; i < keys.size(); ++i) {
     size_t low = 2;
     size_t high = n;
     size_t middle = std::max<size_t>(n / 2, 2);
     do {
-      if (rows[middle].key > keys[i]) {
-        high = middle;
-        middle = low + (high - low) / 2;
-      } else if (rows[middle].key < keys[i]) {
-        low = middle;
-        middle = low + (high - low) / 2;
-      } else {
-        low = high = middle;
-      }
+      if (rows[middle].key >= keys[i]) high = middle;
+      if (rows[middle].key <= keys[i]) low = middle;
+      middle = low + (high - low) / 2;
     } while (high - low >= 10);
     while (low <= high && rows[low].key < keys[i]) ++low;
     if (low > high) continue;

@@ -25,11 +25,5 @@ TEST(CodePage, TellsLetters) {
   for (const char c : "@[`{0 ×÷«…€²"_cp) EXPECT_FALSE(IsLetter(c)) << static_cast<int>(c);
 }
 
-TEST(CodePage, ComparesWithoutRegardToCase) {
-  EXPECT_TRUE(EqualIgnoringCase("ÜBUNG"_cp, "übung"_cp));
-  EXPECT_FALSE(EqualIgnoringCase("Übung"_cp, "Ubung"_cp));
-  EXPECT_FALSE(EqualIgnoringCase("a", "ab"));
-}
-
 }  // namespace
 }  // namespace tessaro

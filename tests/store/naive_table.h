@@ -1,8 +1,6 @@
 #pragma once
 
 #include <array>
-#include <iterator>
-#include <list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,7 +9,7 @@
 namespace tessaro {
 
 // The table in the plainest form, as a measure for the real one: a list of rows with a remembered place, and a reader
-// and a writer that go byte by byte.
+// and a writer that go byte by byte. Rows, columns and answers as CardTable has them.
 class NaiveTable {
  public:
   using Value = std::optional<std::string>;
@@ -20,7 +18,7 @@ class NaiveTable {
   explicit NaiveTable(char separator) : separator_(separator) {}
 
   std::vector<std::string> columns;
-  std::list<Row> rows;
+  std::vector<Row> rows;
   int cursor = 0;
   bool bof = true;
   bool eof = true;
@@ -43,44 +41,38 @@ class NaiveTable {
   void AppendRow() { rows.emplace_back(columns.size()); }
   bool InsertRow(bool after) {
     if (!Reach(cursor)) return false;
-    place_ = rows.insert(after ? std::next(place_) : place_, Row(columns.size()));
+    place_ += after ? 1 : 0;
+    rows.insert(rows.begin() + place_, Row(columns.size()));
     return true;
   }
   bool DeleteRow() {
     if (!Reach(cursor)) return false;
-    place_ = rows.erase(place_);
-    if (place_ == rows.end()) number_ = 0;
+    rows.erase(rows.begin() + place_);
+    if (place_ == RowCount()) number_ = 0;
     if (cursor > RowCount()) Last();
     return true;
   }
   Value Field(int column) {
-    if (!Reach(cursor) || column < 1 || column > static_cast<int>(place_->size())) return std::nullopt;
-    return (*place_)[static_cast<size_t>(column) - 1];
+    return Reach(cursor) && HasField(column) ? Here()[static_cast<size_t>(column) - 1] : std::nullopt;
   }
   bool SetField(int column, const Value& value) {
-    if (!Reach(cursor) || column < 1 || column > static_cast<int>(place_->size())) return false;
-    (*place_)[static_cast<size_t>(column) - 1] = value;
-    return true;
+    return Reach(cursor) && HasField(column) && (Here()[static_cast<size_t>(column) - 1] = value, true);
   }
-  bool SaveRow(int k) { return k >= 0 && k < 2 && Reach(cursor) && (spare_[static_cast<size_t>(k)] = *place_, true); }
-  bool RestoreRow(int k) {
-    return k >= 0 && k < 2 && Reach(cursor) && (*place_ = spare_[static_cast<size_t>(k)], true);
-  }
+  bool SaveRow(int k) { return k >= 0 && k < 2 && Reach(cursor) && (spare_[static_cast<size_t>(k)] = Here(), true); }
+  bool RestoreRow(int k) { return k >= 0 && k < 2 && Reach(cursor) && (Here() = spare_[static_cast<size_t>(k)], true); }
 
   void Load(std::string_view file) {
-    const std::string text = AsText(file, line_end_);
+    const std::string text = AsText(file);
     size_t at = ReadHeader(text);
     while (at < text.size()) at = ReadRow(text, at);
-    number_ = 0;
   }
   std::string Save() {
     std::string file;
-    for (size_t i = 0; i < columns.size(); ++i) file += (i > 0 ? std::string(1, separator_) : "") + columns[i];
+    for (const std::string& name : columns) file += (&name != columns.data() ? Separator() : "") + name;
     file += columns.empty() ? "" : line_end_;
     for (const Row& row : rows) {
       for (size_t i = 0; i < columns.size(); ++i) {
-        if (i > 0) file += separator_;
-        if (i < row.size()) file += Escaped(row[i].value_or(""));
+        file += (i > 0 ? Separator() : "") + (i < row.size() ? Escaped(row[i].value_or("")) : "");
       }
       file += columns.empty() ? "" : line_end_;
     }
@@ -99,26 +91,22 @@ class NaiveTable {
   // Goes from the remembered row when it is not behind, else from the head; also when the way would leave the list.
   bool Reach(int row) {
     if (row < 1 || row > RowCount()) return false;
-    if (number_ < 1 || row < number_) FromHead();
-    while (number_ < row && place_ != rows.end()) ++number_, ++place_;
-    if (place_ != rows.end()) return true;
-    FromHead();
-    std::advance(place_, row - 1);
+    place_ = number_ < 1 || row < number_ ? row - 1 : place_ + row - number_;
+    if (place_ >= RowCount()) place_ = row - 1;
     number_ = row;
     return true;
   }
-  void FromHead() {
-    place_ = rows.begin();
-    number_ = 1;
-  }
+  Row& Here() { return rows[static_cast<size_t>(place_)]; }
+  bool HasField(int column) { return column >= 1 && column <= static_cast<int>(Here().size()); }
+  std::string Separator() const { return std::string(1, separator_); }
 
   // What a file opened as text gives: a carriage return before a line feed is not there.
-  static std::string AsText(std::string_view file, std::string& line_end) {
+  std::string AsText(std::string_view file) {
     std::string text;
     const size_t header = file.find('\n');
     for (size_t i = 0; i < file.size(); ++i) {
-      const bool vanishes = file[i] == '\r' && i + 1 < file.size() && file[i + 1] == '\n';
-      if (vanishes && i + 1 == header) line_end = "\r\n";
+      const bool vanishes = file.substr(i).starts_with("\r\n");
+      if (vanishes && i + 1 == header) line_end_ = "\r\n";
       if (!vanishes) text += file[i];
     }
     return text;
@@ -135,7 +123,7 @@ class NaiveTable {
   std::string Name(std::string_view raw) const {
     std::string name;
     for (size_t i = 0; i < raw.size(); ++i) {
-      const char next = raw[i] == '\\' && i + 1 < raw.size() ? raw[i + 1] : '\0';
+      const char next = i + 1 < raw.size() ? raw[i + 1] : '\0';
       const bool escape = raw[i] == '\\' && i + 1 < raw.size() && (next == 'n' || next == '\\' || next == separator_);
       name += !escape ? raw[i] : next == 'n' ? '\n' : next;
       i += escape ? 1 : 0;
@@ -147,22 +135,19 @@ class NaiveTable {
     Last();
     std::string field;
     size_t number = 0;
-    const auto store = [&] {
-      if (number < columns.size()) rows.back()[number] = field;
-      ++number;
-      field.clear();
-    };
-    for (; at < text.size() && text[at] != '\n'; ++at) {
+    for (; at < text.size(); ++at) {
       if (text[at] == '\\') {
         const char next = at + 1 < text.size() ? text[++at] : '\\';
         field += next == 'n' || next == 'N' ? '\n' : next;
-      } else if (text[at] == separator_) {
-        store();
+      } else if (text[at] == '\n' || text[at] == separator_) {
+        if (number < columns.size()) rows.back()[number] = field;
+        ++number;
+        field.clear();
+        if (text[at] == '\n') break;
       } else {
         field += text[at];
       }
     }
-    if (at < text.size()) store();
     return at + 1;
   }
   std::string Escaped(std::string_view value) const {
@@ -176,8 +161,8 @@ class NaiveTable {
 
   char separator_;
   std::string line_end_ = "\n";
-  std::list<Row>::iterator place_;
-  int number_ = 0;
+  int number_ = 0;  // of the remembered row, 0 for none
+  int place_ = 0;   // where that row really stands, counted from 0
   std::array<Row, 2> spare_;
 };
 

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <cstdint>
 #include <numeric>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "platform/disk.h"
 #include "store/card_table.h"
 #include "tests/store/naive_table.h"
+#include "tests/support/memory_disk.h"
 
 namespace tessaro {
 
@@ -30,18 +30,6 @@ class TextFile : public ReadableFile {
   uint64_t size_;
 };
 
-class StringFile : public WritableFile {
- public:
-  bool Write(std::string_view bytes) override {
-    text += bytes;
-    return true;
-  }
-  bool Flush() override { return true; }
-  bool Close() override { return true; }
-
-  std::string text;
-};
-
 // The table and its plain model, which are told the same and must answer the same.
 class TableTwins {
  public:
@@ -54,21 +42,18 @@ class TableTwins {
   }
 
   // True when both answered the same and stand on the same row.
-  bool Do(uint8_t operation, uint8_t argument) {
-    return Answer(operation, argument) && table_.CurrentRow() == naive_.cursor && table_.Bof() == naive_.bof &&
-           table_.Eof() == naive_.eof && table_.RowCount() == naive_.RowCount();
+  bool Do(uint8_t operation, int argument) {
+    constexpr size_t kCount = std::size(kOperations);
+    return kOperations[operation % kCount](table_, naive_, argument) && table_.CurrentRow() == naive_.cursor &&
+           table_.Bof() == naive_.bof && table_.Eof() == naive_.eof && table_.RowCount() == naive_.RowCount();
   }
 
   bool SameContent() const {
-    if (table_.RowCount() != naive_.RowCount() || table_.ColumnCount() != static_cast<int>(naive_.columns.size())) {
-      return false;
-    }
-    for (int i = 1; i <= table_.ColumnCount(); ++i) {
-      if (table_.ColumnName(i) != naive_.columns[static_cast<size_t>(i) - 1]) return false;
-    }
-    int number = 0;
-    for (const NaiveTable::Row& row : naive_.rows) {
-      ++number;
+    std::vector<std::string> names;
+    for (int i = 1; i <= table_.ColumnCount(); ++i) names.emplace_back(table_.ColumnName(i).value_or(""));
+    if (names != naive_.columns || table_.RowCount() != naive_.RowCount()) return false;
+    for (int number = 1; number <= naive_.RowCount(); ++number) {
+      const NaiveTable::Row& row = naive_.rows[static_cast<size_t>(number) - 1];
       std::vector<int> columns(row.size());
       std::iota(columns.begin(), columns.end(), 1);
       std::vector<std::string_view> texts(row.size());
@@ -81,71 +66,49 @@ class TableTwins {
   }
 
   bool SameFile() {
-    StringFile file;
-    return table_.SaveTo(file) && file.text == naive_.Save() && table_.CurrentRow() == naive_.cursor;
+    MemoryDisk disk;
+    return table_.SaveTo(*disk.Create("file")) && disk.Content("file") == naive_.Save() &&
+           table_.CurrentRow() == naive_.cursor;
   }
 
  private:
-  static bool Same(CardTable::Value a, const NaiveTable::Value& b) {
-    return a.has_value() == b.has_value() && a.value_or("") == b.value_or("");
+  using Operation = bool (*)(CardTable& a, NaiveTable& b, int n);
+
+  static bool Set(CardTable& a, NaiveTable& b, int column, const NaiveTable::Value& value) {
+    return a.SetField(column, value) == b.SetField(column, value);
+  }
+  // The value is a view of a part of the table itself.
+  static bool Copy(CardTable& a, NaiveTable& b, int n) {
+    const CardTable::Value value = a.Field(1 + n / 5 % 3);
+    if (!value) return Set(a, b, n % 5, std::nullopt);
+    const std::string_view part = value->substr(std::min<size_t>(n / 15U, value->size()));
+    const std::string copy(part);
+    return a.SetField(n % 5, part) == b.SetField(n % 5, copy);
   }
 
-  bool Answer(uint8_t operation, uint8_t argument) {
-    const int column = argument % 5;
-    switch (operation % 18) {
-      case 0:
-        return table_.AppendRow(), naive_.AppendRow(), true;
-      case 1:
-        return table_.InsertRow(false) == naive_.InsertRow(false);
-      case 2:
-        return table_.InsertRow(true) == naive_.InsertRow(true);
-      case 3:
-        return table_.DeleteRow() == naive_.DeleteRow();
-      case 4:
-        return table_.First() == naive_.GoTo(1);
-      case 5:
-        return table_.Last() == naive_.Last();
-      case 6:
-        return table_.Prior() == naive_.Prior();
-      case 7:
-        return table_.Next() == naive_.Next();
-      case 8:
-        return table_.GoTo(argument) == naive_.GoTo(argument);
-      case 9:
-        return SetBoth(column, std::string(argument / 16, static_cast<char>(argument)));
-      case 10:
-        return SetBoth(column, std::nullopt);
-      case 11:
-        return SetBoth(column, "a\\;\n\r" + std::to_string(argument));
-      case 12:
-        return Same(table_.Field(column), naive_.Field(column));
-      case 13:
-        return ReadAt(column, argument / 5);
-      case 14:
-        return table_.SaveRow(argument % 3) == naive_.SaveRow(argument % 3);
-      case 15:
-        return table_.RestoreRow(argument % 3) == naive_.RestoreRow(argument % 3);
-      case 16:
-        return argument > 4 || (table_.AddColumn("x"), naive_.AddColumn("x"), true);
-      // A value that is a view of a part of the table itself.
-      default:
-        return CopyBoth(column, 1 + argument / 5 % 3, argument / 15);
-    }
-  }
-  bool SetBoth(int column, const NaiveTable::Value& value) {
-    return table_.SetField(column, value) == naive_.SetField(column, value);
-  }
-  bool CopyBoth(int column, int from, size_t part) {
-    const CardTable::Value value = table_.Field(from);
-    const std::string copy(value.value_or(""));
-    const size_t start = std::min(part, copy.size());
-    if (!value) return table_.SetField(column, value) == naive_.SetField(column, std::nullopt);
-    return table_.SetField(column, value->substr(start)) == naive_.SetField(column, copy.substr(start));
-  }
-  bool ReadAt(int column, int row) {
-    const std::string read(table_.FieldAt(column, row));
-    return read == (naive_.GoTo(row) ? naive_.Field(column).value_or("") : "");
-  }
+  static constexpr Operation kOperations[] = {
+      [](CardTable& a, NaiveTable& b, int) { return a.AppendRow(), b.AppendRow(), true; },
+      [](CardTable& a, NaiveTable& b, int) { return a.InsertRow(false) == b.InsertRow(false); },
+      [](CardTable& a, NaiveTable& b, int) { return a.InsertRow(true) == b.InsertRow(true); },
+      [](CardTable& a, NaiveTable& b, int) { return a.DeleteRow() == b.DeleteRow(); },
+      [](CardTable& a, NaiveTable& b, int) { return a.First() == b.GoTo(1); },
+      [](CardTable& a, NaiveTable& b, int) { return a.Last() == b.Last(); },
+      [](CardTable& a, NaiveTable& b, int) { return a.Prior() == b.Prior(); },
+      [](CardTable& a, NaiveTable& b, int) { return a.Next() == b.Next(); },
+      [](CardTable& a, NaiveTable& b, int n) { return a.GoTo(n) == b.GoTo(n); },
+      [](CardTable& a, NaiveTable& b, int n) { return Set(a, b, n % 5, std::string(n / 16U, static_cast<char>(n))); },
+      [](CardTable& a, NaiveTable& b, int n) { return Set(a, b, n % 5, std::nullopt); },
+      [](CardTable& a, NaiveTable& b, int n) { return Set(a, b, n % 5, "a\\;\n\r" + std::to_string(n)); },
+      [](CardTable& a, NaiveTable& b, int n) { return a.Field(n % 5) == b.Field(n % 5); },
+      [](CardTable& a, NaiveTable& b, int n) {
+        const std::string read(a.FieldAt(n % 5, n / 5));
+        return read == (b.GoTo(n / 5) ? b.Field(n % 5).value_or("") : "");
+      },
+      [](CardTable& a, NaiveTable& b, int n) { return a.SaveRow(n % 3) == b.SaveRow(n % 3); },
+      [](CardTable& a, NaiveTable& b, int n) { return a.RestoreRow(n % 3) == b.RestoreRow(n % 3); },
+      [](CardTable& a, NaiveTable& b, int n) { return n > 4 || (a.AddColumn("x"), b.AddColumn("x"), true); },
+      Copy,
+  };
 
   CardTable table_;
   NaiveTable naive_;

@@ -53,11 +53,11 @@ inline std::string FileText(CardTable& table) {
 }
 
 // Reads such a text.
-inline CardTable TableOf(const std::string& text) {
+inline CardTable TableOf(const std::string& text, char separator = kFieldSeparator) {
   MemoryDisk disk;
   disk.Put("table", text);
   CardTable table;
-  table.SetSeparator(kFieldSeparator);
+  table.SetSeparator(separator);
   EXPECT_TRUE(table.LoadFrom(*disk.Open("table")));
   return table;
 }
