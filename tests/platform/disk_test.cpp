@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -15,8 +14,8 @@ namespace fs = std::filesystem;
 
 class RealDiskTest : public testing::Test {
  protected:
-  void SetUp() override { fs::create_directory(folder_); }
-  void TearDown() override { fs::remove_all(folder_); }
+  RealDiskTest() { fs::create_directory(folder_); }
+  ~RealDiskTest() override { fs::remove_all(folder_); }
 
   bool Put(const fs::path& path, const std::string& text) {
     const auto file = disk_.Create(path);
@@ -41,11 +40,10 @@ TEST_F(RealDiskTest, ReadsBackWhatItWrote) {
 
 TEST_F(RealDiskTest, TellsFailures) {
   const fs::path nowhere = folder_ / "none" / "x";
-  EXPECT_EQ(disk_.Open(nowhere), nullptr);
-  EXPECT_EQ(disk_.Open(folder_), nullptr);
-  EXPECT_EQ(disk_.Create(nowhere), nullptr);
-  EXPECT_EQ(disk_.Create(folder_), nullptr);
-  EXPECT_EQ(ReadFile(disk_, nowhere), std::nullopt);
+  for (const fs::path& bad : {nowhere, folder_}) {
+    EXPECT_EQ(disk_.Open(bad), nullptr);
+    EXPECT_EQ(disk_.Create(bad), nullptr);
+  }
   EXPECT_EQ(ReadFile(disk_, "/proc/self/mem"), std::nullopt);
   EXPECT_FALSE(disk_.Rename(nowhere, file_));
   EXPECT_FALSE(disk_.Remove(folder_));
@@ -60,18 +58,6 @@ TEST_F(RealDiskTest, TellsFailures) {
   EXPECT_FALSE(full->Close()) << "closed already";
 }
 
-TEST_F(RealDiskTest, RenamesOverAndRemoves) {
-  ASSERT_TRUE(Put(file_, "new"));
-  ASSERT_TRUE(Put(other_, "old"));
-  EXPECT_TRUE(disk_.Rename(file_, other_));
-  EXPECT_FALSE(disk_.Exists(file_));
-  EXPECT_EQ(ReadFile(disk_, other_), "new");
-  EXPECT_TRUE(disk_.Remove(other_));
-  EXPECT_FALSE(disk_.Exists(other_));
-  EXPECT_TRUE(disk_.Remove(other_)) << "there is none";
-  EXPECT_TRUE(disk_.FlushFolder(folder_));
-}
-
 TEST_F(RealDiskTest, StateTellsWritingAndReplacing) {
   ASSERT_TRUE(Put(file_, "12345"));
   const auto before = disk_.State(file_);
@@ -82,19 +68,21 @@ TEST_F(RealDiskTest, StateTellsWritingAndReplacing) {
   ASSERT_TRUE(Put(other_, "54321"));
   fs::last_write_time(other_, fs::last_write_time(file_));
   ASSERT_TRUE(disk_.Rename(other_, file_));
-  EXPECT_NE(before, disk_.State(file_));
+  EXPECT_FALSE(disk_.Exists(other_));
+  EXPECT_EQ(ReadFile(disk_, file_), "54321");
   const auto replaced = disk_.State(file_);
+  EXPECT_NE(before, replaced);
   fs::last_write_time(file_, fs::last_write_time(file_) + std::chrono::nanoseconds(100));
   EXPECT_NE(replaced, disk_.State(file_));
+  EXPECT_TRUE(disk_.Remove(file_));
+  EXPECT_FALSE(disk_.Exists(file_));
+  EXPECT_TRUE(disk_.Remove(file_)) << "there is none";
 }
 
 TEST_F(RealDiskTest, ListsPlainFilesAndFreeBytes) {
-  ASSERT_TRUE(Put(file_, ""));
   ASSERT_TRUE(Put(folder_ / "\xC3\xBC.mlb", ""));
   fs::create_directory(folder_ / "folder");
-  std::vector<std::string> names = disk_.FileNames(folder_);
-  std::sort(names.begin(), names.end());
-  EXPECT_EQ(names, (std::vector<std::string>{"a.txt", "\xC3\xBC.mlb"}));
+  EXPECT_EQ(disk_.FileNames(folder_), std::vector<std::string>{"\xC3\xBC.mlb"});
   // Others may be writing at the same time.
   constexpr double kGiB = 1 << 30;
   EXPECT_NEAR(static_cast<double>(disk_.FreeBytes(folder_).value_or(0)),
@@ -104,9 +92,8 @@ TEST_F(RealDiskTest, ListsPlainFilesAndFreeBytes) {
 TEST_F(RealDiskTest, MakesFoldersWithThoseAboveThem) {
   EXPECT_TRUE(disk_.MakeFolder(folder_ / "a" / "b"));
   EXPECT_TRUE(disk_.MakeFolder(folder_ / "a" / "b")) << "there already";
-  ASSERT_TRUE(Put(file_, ""));
-  EXPECT_FALSE(disk_.MakeFolder(file_ / "c"));
-  EXPECT_TRUE(Put(folder_ / "a" / "b" / "x", ""));
+  ASSERT_TRUE(Put(folder_ / "a" / "b" / "x", ""));
+  EXPECT_FALSE(disk_.MakeFolder(folder_ / "a" / "b" / "x" / "c"));
 }
 
 TEST_F(RealDiskTest, FollowsLinksToTheirEnd) {
@@ -114,7 +101,6 @@ TEST_F(RealDiskTest, FollowsLinksToTheirEnd) {
   fs::create_symlink(file_, other_);
   fs::create_symlink(folder_ / "none", folder_ / "dangling");
   EXPECT_EQ(disk_.Resolve(other_), fs::canonical(file_));
-  EXPECT_EQ(disk_.Resolve(file_), file_);
   EXPECT_EQ(disk_.Resolve(folder_ / "dangling"), folder_ / "dangling");
 }
 

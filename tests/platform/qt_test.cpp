@@ -115,28 +115,25 @@ TEST(Background, WorksBesideTheWindowsAndReportsToThem) {
 
 TEST(WindowPlace, ComesBackAndIsAlwaysOnAScreen) {
   const QRect screen = QApplication::primaryScreen()->availableGeometry();
-  struct Case {
-    QRect kept;
-    QRect restored;
-  };
-  const Case cases[] = {
+  const std::pair<QRect, QRect> cases[] = {
       {{50, 60, 300, 200}, {50, 60, 300, 200}},
       {{-5000, -5000, 300, 200}, {screen.left(), screen.top(), 300, 200}},
       {{90000, 90000, 300, 200}, {screen.right() + 1 - 300, screen.bottom() + 1 - 200, 300, 200}},
-      {{50, 60, 90000, 90000}, {screen.left(), screen.top(), screen.width(), screen.height()}},
+      {{50, 60, 90000, 90000}, screen},
       {{50, 60, -7, 0}, {50, 60, 120, 100}},
   };
-  for (const Case& c : cases) {
+  for (const auto& [kept, restored] : cases) {
     IniFile settings;
-    settings.Parse("[POS]\nxT=" + std::to_string(c.kept.x()) + "\nyT=" + std::to_string(c.kept.y()) +
-                   "\ncxT=" + std::to_string(c.kept.width()) + "\ncyT=" + std::to_string(c.kept.height()) + "\n");
+    const std::pair<const char*, int> values[] = {
+        {"xT", kept.x()}, {"yT", kept.y()}, {"cxT", kept.width()}, {"cyT", kept.height()}};
+    for (const auto& [key, value] : values) settings.SetInt("POS", key, value);
     QWidget window;
     window.setMinimumSize(120, 100);
     RestoreWindowPlace(window, settings, "T");
-    EXPECT_EQ(QRect(window.pos(), window.size()), c.restored) << c.kept.x() << " " << c.kept.width();
+    EXPECT_EQ(QRect(window.pos(), window.size()), restored) << kept.x() << " " << kept.width();
     KeepWindowPlace(window, settings, "T");
-    EXPECT_EQ(settings.GetInt("POS", "cxT", 0), c.restored.width());
-    EXPECT_EQ(settings.GetInt("POS", "xT", 0), c.restored.x());
+    EXPECT_EQ(settings.GetInt("POS", "cxT", 0), restored.width());
+    EXPECT_EQ(settings.GetInt("POS", "xT", 0), restored.x());
   }
 }
 

@@ -23,8 +23,7 @@ struct Fault {
 // An open file with an unsaved answer, on a disk that then fails at operation `n`.
 struct Unsaved {
   Unsaved(int n, const Fault& fault) {
-    CardTable cards = MakeCards({{.id = "000001"}, {.id = "000002"}});
-    old_text = FileText(cards);
+    old_text = FileText({{.id = "000001"}, {.id = "000002"}});
     if (fault.damaged) old_text.resize(old_text.size() - 20);
     disk.set_has_links(fault.has_links);
     disk.Put(kTestFile, old_text);
@@ -50,37 +49,31 @@ struct Unsaved {
 void ExpectWholeFiles(const Unsaved& unsaved, SaveResult result, const Fault& fault) {
   const std::optional<std::string> cards = unsaved.disk.Content(kTestFile);
   const std::optional<std::string> backup = unsaved.disk.Content("/deck/x.ml~");
-  const bool is_new = cards == unsaved.new_text && backup == unsaved.old_text;
   if (result != SaveResult::CardsFailed) {
-    EXPECT_TRUE(is_new);
+    EXPECT_TRUE(cards == unsaved.new_text && backup == unsaved.old_text);
+    EXPECT_TRUE(!fault.damaged || unsaved.disk.Content("/deck/x-beschaedigt-1.mlb") == unsaved.old_text);
   } else if (!fault.stays) {
     EXPECT_EQ(cards, unsaved.old_text);
     EXPECT_TRUE(backup == "older" || !fault.has_links);
   } else {
-    EXPECT_TRUE(cards == unsaved.old_text ||
-                (fault.has_links ? cards == unsaved.new_text : backup == unsaved.old_text));
+    const bool is_new = fault.has_links ? cards == unsaved.new_text : backup == unsaved.old_text;
+    EXPECT_TRUE(cards == unsaved.old_text || is_new);
   }
-  if (result != SaveResult::CardsFailed && fault.damaged) {
-    EXPECT_EQ(unsaved.disk.Content("/deck/x-beschaedigt-1.mlb"), unsaved.old_text);
-  }
-  if (result == SaveResult::SettingsFailed) {
-    EXPECT_EQ(unsaved.disk.Content("/deck/x.ini"), "[S]\nk=1\n");
-  }
+  EXPECT_TRUE(result != SaveResult::SettingsFailed || unsaved.disk.Content("/deck/x.ini") == "[S]\nk=1\n");
 }
 
-void ExpectNothingLeftOver(const Unsaved& unsaved) {
-  for (const std::string& name : unsaved.disk.FileNames("/deck")) EXPECT_FALSE(name.ends_with(".tmp")) << name;
+bool LeavesNothing(const MemoryDisk& disk) {
+  const std::vector<std::string> names = disk.FileNames("/deck");
+  return std::none_of(names.begin(), names.end(), [](const std::string& name) { return name.ends_with(".tmp"); });
 }
 
 void ExpectASecondSaveMendsAll(Unsaved& unsaved) {
   unsaved.disk.FailAt(0);
   EXPECT_EQ(unsaved.file.Save(), SaveResult::Saved);
-  unsaved.file.Close();
-  CardFile again(unsaved.disk);
-  const OpenReport report = again.Open(kTestFile);
+  const OpenReport report = unsaved.file.Open(kTestFile);
   EXPECT_FALSE(report.end_missing || report.learn_index_rebuilt || report.link_index_rebuilt);
-  EXPECT_EQ(again.learn_index().Score(3), 777);
-  ExpectNothingLeftOver(unsaved);
+  EXPECT_EQ(unsaved.file.learn_index().Score(3), 777);
+  EXPECT_TRUE(LeavesNothing(unsaved.disk));
 }
 
 TEST(CardFileFault, AtAnyOperationOfASaveLeavesAWholeFileAndTellsWhatFailed) {
@@ -99,10 +92,7 @@ TEST(CardFileFault, AtAnyOperationOfASaveLeavesAWholeFileAndTellsWhatFailed) {
       reached = unsaved.disk.operations() >= n;
       results.insert(result);
       EXPECT_EQ(unsaved.file.changed(), result != SaveResult::Saved);
-      if (!fault.stays) {
-        EXPECT_FALSE(unsaved.file.ChangedOnDisk());
-        ExpectNothingLeftOver(unsaved);
-      }
+      EXPECT_TRUE(fault.stays || (!unsaved.file.ChangedOnDisk() && LeavesNothing(unsaved.disk)));
       ExpectWholeFiles(unsaved, result, fault);
       unsaved.disk.LoseUnflushed();
       ExpectWholeFiles(unsaved, result, fault);
@@ -138,81 +128,68 @@ TEST(CardFileFault, AtAnyOperationOfOpeningIsToldAndKeepsTheOpenFile) {
 TEST(CardFileFault, SettingsThatCouldNotBeReadAreNotWrittenOver) {
   MemoryDisk disk;
   disk.Put("/deck/x.ini", "[S]\nk=1\n");
-  int n = 1;
   CardFile file(disk);
-  OpenTestFile(disk, file, {{.id = "000001"}});
-  // The last thing opening does is to read the settings.
   disk.FailAt(0);
-  ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
-  n = disk.operations();
-  disk.FailAt(n);
+  OpenTestFile(disk, file, {{.id = "000001"}});
+  disk.FailAt(disk.operations());  // the last thing opening does is to read the settings
   ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
   disk.FailAt(0);
   EXPECT_EQ(file.Save(), SaveResult::SettingsFailed);
   EXPECT_EQ(disk.Content("/deck/x.ini"), "[S]\nk=1\n");
 }
 
-// A folder on the machine's own disk.
+// A card file in a folder on the machine's own disk.
 class RealFolderTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    std::string name = (fs::temp_directory_path() / "tessaro-XXXXXX").string();
-    ASSERT_NE(mkdtemp(name.data()), nullptr);
-    folder_ = name;
+  RealFolderTest() {
+    fs::create_directory(folder_);
+    EXPECT_TRUE(file_.CreateNew(path_));
   }
-  void TearDown() override { fs::remove_all(folder_); }
+  ~RealFolderTest() override { fs::remove_all(folder_); }
 
-  static std::string Bytes(const fs::path& path) { return ReadFile(RealDisk(), path).value_or("(missing)"); }
-
-  fs::path folder_;
+  const fs::path folder_ = fs::path(testing::TempDir()) / "card_file_fault_test";
+  const fs::path path_ = folder_ / "a.mlb";
+  CardFile file_;
 };
 
 TEST_F(RealFolderTest, NeverGivesAFileToTwo) {
-  CardFile first;
-  ASSERT_TRUE(first.CreateNew(folder_ / "a.mlb"));
-  fs::create_symlink(folder_ / "a.mlb", folder_ / "b.mlb");
+  const fs::path link = folder_ / "b.mlb";
+  fs::create_symlink(path_, link);
   CardFile second;
-  for (const char* name : {"a.mlb", "b.mlb"}) {
-    const OpenReport report = second.Open(folder_ / name);
+  for (const fs::path& name : {path_, link}) {
+    const OpenReport report = second.Open(name);
     EXPECT_EQ(report.result, OpenResult::InUse);
     EXPECT_TRUE(report.in_use_by.ends_with(", process " + std::to_string(getpid()))) << report.in_use_by;
   }
-  EXPECT_FALSE(second.CreateNew(folder_ / "a.mlb"));
-  first.Close();
-  EXPECT_EQ(second.Open(folder_ / "b.mlb").result, OpenResult::Opened);
+  EXPECT_FALSE(second.CreateNew(path_));
+  file_.Close();
+  EXPECT_EQ(second.Open(link).result, OpenResult::Opened);
   second.Close();
   EXPECT_FALSE(fs::exists(folder_ / ".a.mlb.lock"));
   // What a program that died left behind keeps nobody out.
   std::ofstream(folder_ / ".a.mlb.lock") << "pc\n1\n";
-  EXPECT_EQ(first.Open(folder_ / "a.mlb").result, OpenResult::Opened);
+  EXPECT_EQ(file_.Open(path_).result, OpenResult::Opened);
 }
 
-TEST_F(RealFolderTest, SavingKeepsTheRightsOfTheFile) {
-  CardFile file;
-  ASSERT_TRUE(file.CreateNew(folder_ / "a.mlb"));
-  fs::permissions(folder_ / "a.mlb", fs::perms::owner_read | fs::perms::owner_write);
-  ASSERT_EQ(file.Save(), SaveResult::Saved);
-  EXPECT_EQ(fs::status(folder_ / "a.mlb").permissions(), fs::perms::owner_read | fs::perms::owner_write);
-  EXPECT_FALSE(file.ChangedOnDisk());
-}
-
-TEST_F(RealFolderTest, AFileThatMayNotGrowKeepsItsOldContent) {
-  CardFile file;
-  ASSERT_TRUE(file.CreateNew(folder_ / "a.mlb"));
-  const std::string old_text = Bytes(folder_ / "a.mlb");
-  file.cards().Poke(file.columns().answer, 2, std::string(100000, 'x'));
+TEST_F(RealFolderTest, AFileThatMayNotGrowKeepsItsOldContentAndRights) {
+  constexpr fs::perms kRights = fs::perms::owner_read | fs::perms::owner_write;
+  fs::permissions(path_, kRights);
+  const std::optional<std::string> old_text = ReadFile(RealDisk(), path_);
+  file_.cards().Poke(file_.columns().answer, 2, std::string(100000, 'x'));
   rlimit old_limit = {};
   getrlimit(RLIMIT_FSIZE, &old_limit);
   rlimit limit = old_limit;
   limit.rlim_cur = 50000;
   std::signal(SIGXFSZ, SIG_IGN);
   setrlimit(RLIMIT_FSIZE, &limit);
-  const SaveResult result = file.Save();
+  const SaveResult result = file_.Save();
   setrlimit(RLIMIT_FSIZE, &old_limit);
   EXPECT_EQ(result, SaveResult::CardsFailed);
-  EXPECT_EQ(Bytes(folder_ / "a.mlb"), old_text);
+  EXPECT_EQ(ReadFile(RealDisk(), path_), old_text);
   EXPECT_FALSE(fs::exists(folder_ / "a.mlb.tmp"));
-  EXPECT_EQ(file.Save(), SaveResult::Saved);
+  EXPECT_EQ(file_.Save(), SaveResult::Saved);
+  EXPECT_EQ(fs::status(path_).permissions(), kRights);
+  EXPECT_FALSE(file_.ChangedOnDisk());
 }
 
 }  // namespace

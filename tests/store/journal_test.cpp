@@ -21,17 +21,11 @@ JournalContents Example() {
           false};
 }
 
-std::string TextOf(const JournalContents& contents) {
-  std::string text = JournalHead(contents.base);
-  for (const JournalRecord& record : contents.records) text += JournalText(record);
-  return text;
-}
-
 TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
   const JournalContents example = Example();
-  const std::string text = TextOf(example);
-  std::vector<size_t> ends{JournalHead(example.base).size()};
-  for (const JournalRecord& record : example.records) ends.push_back(ends.back() + JournalText(record).size());
+  std::string text = JournalHead(example.base);
+  std::vector<size_t> ends{text.size()};
+  for (const JournalRecord& record : example.records) ends.push_back((text += JournalText(record)).size());
   const auto expect_whole_up_to = [&](const std::string& bytes, size_t place) {
     SCOPED_TRACE(place);
     const std::optional<JournalContents> read = ParseJournal(bytes);
@@ -42,8 +36,9 @@ TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
     EXPECT_EQ(read->records, std::vector(example.records.begin(), example.records.begin() + (whole - 1)));
     EXPECT_EQ(read->cut, bytes.size() != ends[static_cast<size_t>(whole - 1)]);
   };
-  for (size_t place = 0; place <= text.size(); ++place) expect_whole_up_to(text.substr(0, place), place);
-  for (size_t place = 0; place < text.size(); ++place) {
+  for (size_t place = 0; place <= text.size(); ++place) {
+    expect_whole_up_to(text.substr(0, place), place);
+    if (place == text.size()) break;
     std::string damaged = text;
     damaged[place] = static_cast<char>(damaged[place] ^ 0x10);
     expect_whole_up_to(damaged, place);
@@ -72,9 +67,7 @@ class CardFileJournal : public ::testing::Test {
 
   // Sets the score of a card, as an answer does.
   void Change(int row, int64_t score) {
-    char text[16];
-    std::snprintf(text, sizeof text, "%09d", static_cast<int>(score));
-    file_->cards().Poke(file_->columns().score, row, text);
+    file_->cards().Poke(file_->columns().score, row, std::to_string(score));
     file_->learn_index().Update(row, score);
     file_->RowChanged(row, std::array{file_->columns().score});
   }
@@ -90,6 +83,13 @@ class CardFileJournal : public ::testing::Test {
 
   // What the user has in mind as the state of his cards.
   std::string Text() { return FileText(file_->cards()); }
+
+  // After a crash that state is still to be had.
+  void CrashAndTakeOver() {
+    const std::string text = Text();
+    ASSERT_TRUE(Crash().unsaved && file_->TakeOverUnsaved());
+    EXPECT_EQ(Text(), text);
+  }
 
   MemoryDisk disk_;
   FixedClock clock_{1'700'000'000};
@@ -113,8 +113,7 @@ TEST_F(CardFileJournal, BringsBackWhatWasNotSaved) {
   EXPECT_EQ(Text(), text);
   EXPECT_TRUE(file_->changed());
   EXPECT_EQ(file_->learn_index().Score(file_->learn_index().RowOfCard(2)), 7);
-  // What was taken over is still unsaved.
-  ASSERT_TRUE(Crash().unsaved && file_->TakeOverUnsaved());
+  CrashAndTakeOver();  // it is still unsaved
   ASSERT_EQ(file_->Save(), SaveResult::Saved);
   EXPECT_FALSE(disk_.Exists(kJournal));
   EXPECT_FALSE(Crash().unsaved);
@@ -155,13 +154,13 @@ TEST_F(CardFileJournal, IsPutAsideWhenItIsNotWanted) {
 TEST_F(CardFileJournal, OfAnotherStateIsNeverReplayed) {
   Change(2, 5);
   const std::string journal = *disk_.Content(kJournal);
-  CardTable other = MakeCards({{.id = "000001"}, {.id = "000009"}, {.id = "000003"}});
-  disk_.Put(kTestFile, FileText(other));
+  const std::string other = FileText({{.id = "000001"}, {.id = "000009"}, {.id = "000003"}});
+  disk_.Put(kTestFile, other);
   const OpenReport report = Crash();
   EXPECT_FALSE(report.unsaved);
   EXPECT_EQ(report.put_aside, "/deck/x-Antworten-1.mlj");
   EXPECT_EQ(disk_.Content(report.put_aside), journal);
-  EXPECT_EQ(Text(), FileText(other));
+  EXPECT_EQ(Text(), other);
 }
 
 TEST_F(CardFileJournal, HoldsRestoredCardsToo) {
@@ -193,9 +192,7 @@ TEST_F(CardFileJournal, OfADamagedFileFits) {
   disk_.Put(kTestFile, disk_.Content(kTestFile)->substr(0, disk_.Content(kTestFile)->size() - 20));
   ASSERT_TRUE(Crash().end_missing);
   Change(2, 5);
-  const std::string text = Text();
-  ASSERT_TRUE(Crash().unsaved && file_->TakeOverUnsaved());
-  EXPECT_EQ(Text(), text);
+  CrashAndTakeOver();
 }
 
 TEST_F(CardFileJournal, OnAFullDiskIsToldOnceAndMadeGoodWhenThereIsRoom) {
@@ -205,9 +202,7 @@ TEST_F(CardFileJournal, OnAFullDiskIsToldOnceAndMadeGoodWhenThereIsRoom) {
   EXPECT_EQ(failures_, 1);
   disk_.set_capacity(used);
   Change(2, 100);
-  const std::string text = Text();
-  ASSERT_TRUE(Crash().unsaved && file_->TakeOverUnsaved());
-  EXPECT_EQ(Text(), text);
+  CrashAndTakeOver();
 }
 
 TEST_F(CardFileJournal, SurvivesAPowerCutOnceItIsFlushed) {
@@ -238,8 +233,7 @@ TEST_F(CardFileJournal, LosesNothingWhereverTheDiskFails) {
         disk_.FailAt(n, fault);
         std::string kept = Text();  // the newest state of which no change was reported as not kept
         for (int step = 0; step < 12; ++step) {
-          const bool save = random() % 4 == 0;
-          if (save) {
+          if (random() % 4 == 0) {
             (void)file_->Save();
           } else {
             Change(2 + static_cast<int>(random() % 3), static_cast<int>(random() % 1000));

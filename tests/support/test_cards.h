@@ -52,6 +52,11 @@ inline std::string FileText(CardTable& table) {
   return disk.Content("table").value_or("");
 }
 
+inline std::string FileText(const std::vector<TestCard>& cards) {
+  CardTable table = MakeCards(cards);
+  return FileText(table);
+}
+
 // Reads such a text.
 inline CardTable TableOf(const std::string& text, char separator = kFieldSeparator) {
   MemoryDisk disk;
@@ -66,8 +71,7 @@ inline constexpr const char* kTestFile = "/deck/x.mlb";
 
 // Puts the cards on the disk under kTestFile and opens them.
 inline void OpenTestFile(MemoryDisk& disk, CardFile& file, const std::vector<TestCard>& cards) {
-  CardTable table = MakeCards(cards);
-  disk.Put(kTestFile, FileText(table));
+  disk.Put(kTestFile, FileText(cards));
   ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
 }
 
