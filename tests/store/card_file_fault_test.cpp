@@ -129,8 +129,9 @@ TEST(CardFileFault, SettingsThatCouldNotBeReadAreNotWrittenOver) {
   MemoryDisk disk;
   disk.Put("/deck/x.ini", "[S]\nk=1\n");
   CardFile file(disk);
-  disk.FailAt(0);
   OpenTestFile(disk, file, {{.id = "000001"}});
+  disk.FailAt(0);
+  ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
   disk.FailAt(disk.operations());  // the last thing opening does is to read the settings
   ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
   disk.FailAt(0);

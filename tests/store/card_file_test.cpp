@@ -33,36 +33,25 @@ class CardFileTest : public ::testing::Test {
   CardFile file_{disk_};
 };
 
-TEST(CardFilePaths, StandBesideTheCardFile) {
-  const CardFilePaths paths = PathsFor("/a.b/Karten 1.MLB");
-  EXPECT_EQ(paths.link_index, "/a.b/Karten 1.idt");
-  EXPECT_EQ(paths.backup, "/a.b/Karten 1.ML~");
-}
-
-TEST_F(CardFileTest, CreateNewWritesOneIndexCard) {
-  ASSERT_TRUE(file_.CreateNew("/deck/neu.mlb"));
+TEST_F(CardFileTest, CreateNewWritesOneIndexCardAndKeepsTheFileThatWasThere) {
+  ASSERT_TRUE(file_.CreateNew(kTestFile));
   std::string history = std::string(kHistoryLength, 'f') + "|0";
   for (int i = 1; i < kHistoryLength; ++i) history += " 0";
-  EXPECT_EQ(TextOf("/deck/neu.mlb"),
+  EXPECT_EQ(TextOf(kTestFile),
             "ID|Topic|Question|Answer|Score|TimeLearned|YesNoRow|TimeRow\n@@|||||||\n000001|00|" +
                 std::string("<index><navigation><font size=\"14\">Index</font><font size=\"12\"><br><br>z.B. "
                             "für Kurzbeschreibung und Links auf Themenübersichten."_cp) +
                 "|-|000000001|00|" + history + "\n##|||||||\n");
-  EXPECT_EQ(TextOf("/deck/neu.row"), "BoxPos|Score|ID\n-1|-1|@@\n2|000000001|000001\n999999|999999999|##\n");
-  EXPECT_EQ(TextOf("/deck/neu.idt"), "ID|BoxPos\n-1|-1\n000001|2\n999999|999999\n");
+  EXPECT_EQ(TextOf("/deck/x.row"), "BoxPos|Score|ID\n-1|-1|@@\n2|000000001|000001\n999999|999999999|##\n");
+  EXPECT_EQ(TextOf("/deck/x.idt"), "ID|BoxPos\n-1|-1\n000001|2\n999999|999999\n");
+  EXPECT_EQ(disk_.Content("/deck/x.ml~"), FileText(kTwoCards));
   EXPECT_FALSE(file_.changed());
   EXPECT_EQ(file_.IssueId(), "000002");
   EXPECT_EQ(file_.IssueId(), "000003");
-  const OpenReport report = file_.Open("/deck/neu.mlb");
+  for (const char* bad : {"/deck/neu.Mlb", "/deck/neu", "/deck/neu.ml~"}) EXPECT_FALSE(file_.CreateNew(bad)) << bad;
+  const OpenReport report = file_.Open(kTestFile);
   EXPECT_FALSE(report.learn_index_rebuilt || report.link_index_rebuilt || report.end_missing);
   EXPECT_EQ(file_.highest_id(), 1);
-}
-
-TEST_F(CardFileTest, CreateNewKeepsTheFileThatWasThereAsBackup) {
-  ASSERT_TRUE(file_.CreateNew(kTestFile));
-  EXPECT_EQ(disk_.Content("/deck/x.ml~"), FileText(kTwoCards));
-  for (const char* bad : {"/deck/neu.Mlb", "/deck/neu", "/deck/neu.ml~"}) EXPECT_FALSE(file_.CreateNew(bad)) << bad;
-  EXPECT_EQ(file_.paths().cards, kTestFile);
 }
 
 TEST_F(CardFileTest, OpenRefusesWhatIsNoCardFileAndKeepsTheOpenOne) {
@@ -95,16 +84,13 @@ TEST_F(CardFileTest, OpenRebuildsAnIndexThatDoesNotFit) {
   ASSERT_EQ(file_.Save(), SaveResult::Saved);
   const std::string row = *disk_.Content("/deck/x.row");
   const std::string idt = *disk_.Content("/deck/x.idt");
-  const struct {
-    std::string row, idt;
-    bool learn_rebuilt, link_rebuilt;
-  } cases[] = {{row, idt, false, false}, {"", idt, true, false}, {row, "x\n", false, true}, {idt, row, true, true}};
+  const std::pair<std::string, std::string> cases[] = {{row, idt}, {"", idt}, {row, "x\n"}, {idt, row}};
   for (const auto& c : cases) {
-    disk_.Put("/deck/x.row", c.row);
-    disk_.Put("/deck/x.idt", c.idt);
+    disk_.Put("/deck/x.row", c.first);
+    disk_.Put("/deck/x.idt", c.second);
     const OpenReport report = file_.Open(kTestFile);
-    EXPECT_EQ(report.learn_index_rebuilt, c.learn_rebuilt);
-    EXPECT_EQ(report.link_index_rebuilt, c.link_rebuilt);
+    EXPECT_EQ(report.learn_index_rebuilt, c.first != row);
+    EXPECT_EQ(report.link_index_rebuilt, c.second != idt);
     EXPECT_EQ(file_.learn_index().BoxPos(2), 3);
     EXPECT_EQ(file_.RowOfId(7), 2);
   }
@@ -209,18 +195,26 @@ TEST_F(CardFileTest, SaveAsMovesOnToTheNewName) {
 }
 
 TEST_F(CardFileTest, RestorePutsOtherCardsIntoTheOpenFile) {
-  disk_.Put("/deck/x.ml~", FileText({{.id = "000020"}}));
+  std::string broken = FileText({{.id = "000020"}});
+  broken.resize(broken.size() - 10);
+  disk_.Put("/deck/x.ml~", broken);
   disk_.Put("/deck/leer.mlb", "");
   EXPECT_EQ(file_.Restore("/deck/x.row").result, OpenResult::WrongType);
   EXPECT_EQ(file_.Restore("/deck/leer.mlb").result, OpenResult::Unusable);
   EXPECT_FALSE(file_.changed());
-  ASSERT_EQ(file_.Restore("/deck/x.ml~").result, OpenResult::Opened);
+  const OpenReport report = file_.Restore("/deck/x.ml~");
+  ASSERT_EQ(report.result, OpenResult::Opened);
+  EXPECT_TRUE(report.end_missing);
   EXPECT_EQ(file_.paths().cards, kTestFile);
   EXPECT_TRUE(file_.changed());
   EXPECT_EQ(file_.highest_id(), 20);
   EXPECT_EQ(file_.RowOfId(20), 2);
   EXPECT_EQ(file_.learn_index().RowCount(), 3);
   EXPECT_FALSE(file_.ChangedOnDisk());
+  // The save that makes a new backup keeps the damaged one.
+  ASSERT_EQ(file_.Save(), SaveResult::Saved);
+  EXPECT_EQ(disk_.Content("/deck/x-beschaedigt-1.mlb"), broken);
+  EXPECT_EQ(disk_.Content("/deck/x.ml~"), FileText(kTwoCards));
 }
 
 TEST_F(CardFileTest, RestoreWithoutAnOpenFileOpensTheBackupUnderTheCardFilesName) {
@@ -230,20 +224,9 @@ TEST_F(CardFileTest, RestoreWithoutAnOpenFileOpensTheBackupUnderTheCardFilesName
   disk_.Put(kTestFile, "zerstoert");
   ASSERT_EQ(file_.Restore("/deck/x.ml~").result, OpenResult::Opened);
   EXPECT_EQ(file_.paths().cards, kTestFile);
-  EXPECT_TRUE(file_.changed());
-  EXPECT_TRUE(disk_.IsLocked(kLock));
+  EXPECT_TRUE(file_.changed() && disk_.IsLocked(kLock));
   ASSERT_EQ(file_.Save(), SaveResult::Saved);
   EXPECT_EQ(disk_.Content(kTestFile), backup);
-}
-
-TEST_F(CardFileTest, ADamagedBackupIsKeptWhenSavingReplacesIt) {
-  std::string broken = FileText({{.id = "000020"}});
-  broken.resize(broken.size() - 10);
-  disk_.Put("/deck/x.ml~", broken);
-  ASSERT_TRUE(file_.Restore("/deck/x.ml~").end_missing);
-  ASSERT_EQ(file_.Save(), SaveResult::Saved);
-  EXPECT_EQ(disk_.Content("/deck/x-beschaedigt-1.mlb"), broken);
-  EXPECT_EQ(disk_.Content("/deck/x.ml~"), FileText(kTwoCards));
 }
 
 TEST_F(CardFileTest, TellsThatAnotherProgramWroteTheFile) {
@@ -258,18 +241,13 @@ TEST_F(CardFileTest, TellsThatAnotherProgramWroteTheFile) {
 
 TEST_F(CardFileTest, EstimatesTheSpaceOfASave) {
   disk_.set_capacity(disk_.Content(kTestFile)->size() + 1000);
-  const struct {
-    int64_t bytes_per_card, clamped;
-    uint64_t needed;
-    bool enough;
-  } cases[] = {{301, 301, 722, true}, {9999, 2000, 4800, false}, {-1, 300, 720, true}};
-  for (const auto& c : cases) {
-    int64_t bytes_per_card = c.bytes_per_card;
+  for (const auto& [wish, clamped] : {std::pair<int64_t, int64_t>{301, 301}, {9999, 2000}, {-1, 300}}) {
+    int64_t bytes_per_card = wish;
     const SpaceEstimate estimate = file_.EstimateSpace(bytes_per_card, kTestFile);
-    EXPECT_EQ(bytes_per_card, c.clamped);
-    EXPECT_EQ(estimate.needed, c.needed);
+    EXPECT_EQ(bytes_per_card, clamped);
+    EXPECT_EQ(estimate.needed, static_cast<uint64_t>(clamped * 2 * 6 / 5));
     EXPECT_EQ(estimate.free, 1000U);
-    EXPECT_EQ(estimate.Enough(), c.enough);
+    EXPECT_EQ(estimate.Enough(), clamped < 400);
   }
 }
 

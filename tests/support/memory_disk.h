@@ -5,7 +5,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -38,24 +37,22 @@ class MemoryDisk : public Disk {
   void set_has_links(bool on) { has_links_ = on; }
   // All content that was not flushed is gone; names stay.
   void LoseUnflushed() {
-    for (auto& [number, file] : files_) file.bytes = file.safe_bytes;
+    for (auto& [name, file] : files_) file->bytes = file->safe_bytes;
   }
 
   // Puts a file on the disk as another program would.
-  void Put(const Path& path, std::string bytes) {
-    names_[path.string()] = ++last_number_;
-    files_[last_number_] = {bytes, bytes, ++last_time_};
+  void Put(const Path& path, const std::string& bytes) {
+    files_[path] = std::make_shared<File>(File{bytes, bytes, ++last_time_, ++last_number_});
   }
-  void PutSymbolicLink(const Path& path, const Path& target) { links_[path.string()] = target; }
+  void PutSymbolicLink(const Path& path, const Path& target) { links_[path] = target; }
   // The content; nothing when there is no such file.
   std::optional<std::string> Content(const Path& path) const {
-    const auto name = names_.find(Resolve(path).string());
-    return name == names_.end() ? std::nullopt : std::optional(files_.at(name->second).bytes);
+    const auto file = files_.find(Resolve(path));
+    return file == files_.end() ? std::nullopt : std::optional(file->second->bytes);
   }
-  // Another program holds the lock, until it lets go.
-  void HoldLock(const Path& path, const std::string& holder) { locks_[path.string()] = holder; }
-  void ReleaseLock(const Path& path) { locks_.erase(path.string()); }
-  bool IsLocked(const Path& path) const { return locks_.count(path.string()) > 0; }
+  // Another program holds the lock.
+  void HoldLock(const Path& path, const std::string& holder) { locks_[path] = holder; }
+  bool IsLocked(const Path& path) const { return locks_.count(path) > 0; }
 
   std::unique_ptr<ReadableFile> Open(const Path& path) override {
     std::optional<std::string> bytes = Content(path);
@@ -64,137 +61,111 @@ class MemoryDisk : public Disk {
   }
   std::unique_ptr<WritableFile> Create(const Path& path) override {
     if (Fails()) return nullptr;
-    const std::string name = Resolve(path).string();
-    if (names_.count(name) == 0) names_[name] = ++last_number_;
-    files_[names_[name]] = {{}, {}, ++last_time_};
-    return std::make_unique<Writer>(*this, names_[name]);
+    std::shared_ptr<File>& file = files_[Resolve(path)];
+    if (file == nullptr) file = std::make_shared<File>(File{{}, {}, 0, ++last_number_});
+    *file = {{}, {}, ++last_time_, file->number};
+    return std::make_unique<Writer>(*this, file);
   }
   bool Rename(const Path& from, const Path& to) override {
-    const auto name = names_.find(from.string());
-    if (Fails() || name == names_.end()) return false;
-    const uint64_t number = name->second;
+    if (Fails() || files_.count(from) == 0) return false;
     // Two names of one file both stay.
-    if (names_.count(to.string()) > 0 && names_[to.string()] == number) return true;
-    names_.erase(name);
-    names_[to.string()] = number;
-    links_.erase(to.string());
+    if (files_.count(to) > 0 && files_[to] == files_[from]) return true;
+    files_[to] = files_.extract(from).mapped();
+    links_.erase(to);
     return true;
   }
   bool Link(const Path& from, const Path& to) override {
-    if (Fails() || !has_links_ || names_.count(from.string()) == 0 || names_.count(to.string()) > 0) return false;
-    names_[to.string()] = names_[from.string()];
-    return true;
+    return !Fails() && has_links_ && files_.count(from) > 0 && files_.try_emplace(to, files_[from]).second;
   }
   void CopyRights(const Path&, const Path&) override {}
-  bool Remove(const Path& path) override {
-    if (Fails()) return false;
-    names_.erase(path.string());
-    return true;
-  }
+  bool Remove(const Path& path) override { return !Fails() && (files_.erase(path), true); }
   bool FlushFolder(const Path&) override { return !Fails(); }
   LockAttempt Lock(const Path& path) override {
-    if (const auto lock = locks_.find(path.string()); lock != locks_.end()) return {nullptr, true, lock->second};
+    if (IsLocked(path)) return {nullptr, true, locks_[path]};
     if (Fails()) return {};
-    locks_[path.string()] = "this test";
+    locks_[path] = "this test";
     return {std::make_unique<HeldLock>(*this, path), false, {}};
   }
-  bool Exists(const Path& path) const override { return names_.count(Resolve(path).string()) > 0; }
+  bool Exists(const Path& path) const override { return files_.count(Resolve(path)) > 0; }
   Path Resolve(const Path& path) const override {
-    const auto link = links_.find(path.string());
+    const auto link = links_.find(path);
     return link == links_.end() ? path : link->second;
   }
   std::optional<FileState> State(const Path& path) const override {
-    const auto name = names_.find(Resolve(path).string());
-    if (name == names_.end()) return std::nullopt;
-    const File& file = files_.at(name->second);
-    return FileState{file.bytes.size(), file.time, name->second};
+    const auto file = files_.find(Resolve(path));
+    if (file == files_.end()) return std::nullopt;
+    return FileState{file->second->bytes.size(), file->second->time, file->second->number};
   }
-  std::optional<uint64_t> FreeBytes(const Path&) const override { return capacity_ - std::min(capacity_, UsedBytes()); }
+  std::optional<uint64_t> FreeBytes(const Path&) const override {
+    std::map<uint64_t, uint64_t> sizes;
+    for (const auto& [name, file] : files_) sizes[file->number] = file->bytes.size();
+    uint64_t used = 0;
+    for (const auto& [number, size] : sizes) used += size;
+    return capacity_ - std::min(capacity_, used);
+  }
   std::vector<std::string> FileNames(const Path& folder) const override {
     std::vector<std::string> found;
-    for (const auto& [name, number] : names_) {
-      if (Path(name).parent_path() == folder) found.push_back(Path(name).filename().string());
+    for (const auto& [name, file] : files_) {
+      if (name.parent_path() == folder) found.push_back(name.filename().string());
     }
     return found;
   }
 
  private:
+  // May have several names.
   struct File {
     std::string bytes;
     std::string safe_bytes;  // what survives a power cut
     int64_t time = 0;
+    uint64_t number = 0;
   };
 
-  class HeldLock : public FileLock {
-   public:
-    HeldLock(MemoryDisk& disk, Path path) : disk_(disk), path_(std::move(path)) {}
-    ~HeldLock() override { disk_.ReleaseLock(path_); }
-
-   private:
-    MemoryDisk& disk_;
-    Path path_;
+  struct HeldLock : FileLock {
+    HeldLock(MemoryDisk& disk_in, Path path_in) : disk(disk_in), path(std::move(path_in)) {}
+    ~HeldLock() override { disk.locks_.erase(path); }
+    MemoryDisk& disk;
+    Path path;
   };
 
-  class Reader : public ReadableFile {
-   public:
-    Reader(MemoryDisk& disk, std::string bytes) : disk_(disk), bytes_(std::move(bytes)) {}
-    uint64_t Size() const override { return bytes_.size(); }
+  struct Reader : ReadableFile {
+    Reader(MemoryDisk& disk_in, std::string bytes_in) : disk(disk_in), bytes(std::move(bytes_in)) {}
+    uint64_t Size() const override { return bytes.size(); }
     std::ptrdiff_t Read(char* buffer, size_t size) override {
-      if (disk_.Fails()) return -1;
-      const size_t count = bytes_.copy(buffer, size, at_);
-      at_ += count;
+      if (disk.Fails()) return -1;
+      const size_t count = bytes.copy(buffer, size, at);
+      at += count;
       return static_cast<std::ptrdiff_t>(count);
     }
-
-   private:
-    MemoryDisk& disk_;
-    std::string bytes_;
-    size_t at_ = 0;
+    MemoryDisk& disk;
+    std::string bytes;
+    size_t at = 0;
   };
 
-  class Writer : public WritableFile {
-   public:
-    Writer(MemoryDisk& disk, uint64_t number) : disk_(disk), number_(number) {}
-    bool Write(std::string_view bytes) override {
-      File& file = disk_.files_[number_];
-      if (disk_.Fails()) {
-        if (disk_.fault_ != WriteFault::Nothing) file.bytes += bytes.substr(0, bytes.size() / 2);
-        return disk_.fault_ == WriteFault::HalfUnnoticed;
+  struct Writer : WritableFile {
+    Writer(MemoryDisk& disk_in, std::shared_ptr<File> file_in) : disk(disk_in), file(std::move(file_in)) {}
+    bool Write(std::string_view text) override {
+      if (disk.Fails()) {
+        if (disk.fault_ != WriteFault::Nothing) file->bytes += text.substr(0, text.size() / 2);
+        return disk.fault_ == WriteFault::HalfUnnoticed;
       }
-      const uint64_t room = *disk_.FreeBytes({});
-      file.bytes += bytes.substr(0, room);
-      return bytes.size() <= room;
+      const uint64_t room = *disk.FreeBytes({});
+      file->bytes += text.substr(0, room);
+      return text.size() <= room;
     }
-    bool Flush() override {
-      if (disk_.Fails()) return false;
-      File& file = disk_.files_[number_];
-      file.safe_bytes = file.bytes;
-      return true;
-    }
-    bool Close() override { return !disk_.Fails(); }
-
-   private:
-    MemoryDisk& disk_;
-    uint64_t number_;
+    bool Flush() override { return !disk.Fails() && (file->safe_bytes = file->bytes, true); }
+    bool Close() override { return !disk.Fails(); }
+    MemoryDisk& disk;
+    std::shared_ptr<File> file;
   };
 
   bool Fails() {
     ++operations_;
     return operations_ == fail_at_ || (stay_broken_ && fail_at_ > 0 && operations_ > fail_at_);
   }
-  uint64_t UsedBytes() const {
-    std::set<uint64_t> named;
-    uint64_t used = 0;
-    for (const auto& [name, number] : names_) {
-      if (named.insert(number).second) used += files_.at(number).bytes.size();
-    }
-    return used;
-  }
 
-  std::map<std::string, uint64_t> names_;
-  std::map<uint64_t, File> files_;
-  std::map<std::string, Path> links_;
-  std::map<std::string, std::string> locks_;
+  std::map<Path, std::shared_ptr<File>> files_;
+  std::map<Path, Path> links_;
+  std::map<Path, std::string> locks_;
   uint64_t last_number_ = 0;
   int64_t last_time_ = 0;
   uint64_t capacity_ = uint64_t{1} << 40;
