@@ -86,15 +86,7 @@ int OpenAfterCrash(CardFile& file, const fs::path& path) {
     const uint32_t dice = random.Next() % 20;
     const int row = dice == 0 ? last_row : run.card().row;
     tell('?', row);
-    if (dice == 0) {
-      run.Undo();
-    } else if (dice < 6) {
-      run.NotKnown();
-    } else if (dice < 9) {
-      run.KnownForDays(3);
-    } else {
-      run.Known();
-    }
+    dice == 0 ? run.Undo() : dice < 6 ? run.NotKnown() : dice < 9 ? run.KnownForDays(3) : run.Known();
     tell('=', row);
     last_row = row;
     if (random.Next() % 12 == 0 && file.Save() != SaveResult::Saved) std::_Exit(EXIT_FAILURE);
@@ -113,9 +105,7 @@ class Killer {
   Killer(fs::path folder, uint32_t seed) : folder_(std::move(folder)), random_(seed) {
     std::vector<TestCard> cards;
     for (int i = 1; i <= kCards; ++i) {
-      char id[16];
-      std::snprintf(id, sizeof id, "%06d", i);
-      cards.push_back({.id = id});
+      cards.push_back({.id = std::to_string(100000 + i)});
     }
     CardTable table = MakeCards(cards);
     fs::create_directories(folder_ / "deck");
@@ -160,13 +150,11 @@ class Killer {
     const std::string text = line;
     if (text.back() != '\n') return true;
     const int row = std::stoi(text.substr(1));
-    if (text[0] == '?') {
-      asked_row_ = row;
-    } else {
-      asked_row_ = 0;
-      ++tally.answers;
-      seen_[row] = text.substr(text.find(' ') + 1, text.size() - text.find(' ') - 2);
-    }
+    const bool asked = text[0] == '?';
+    asked_row_ = asked ? row : 0;
+    if (asked) return true;
+    ++tally.answers;
+    seen_[row] = text.substr(text.find(' ') + 1, text.size() - text.find(' ') - 2);
     return true;
   }
 

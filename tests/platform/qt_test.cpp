@@ -40,9 +40,8 @@ double Luminance(const QColor& colour) {
   return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
 }
 double Contrast(const QColor& one, const QColor& other) {
-  const double a = Luminance(one);
-  const double b = Luminance(other);
-  return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+  const auto [low, high] = std::minmax({Luminance(one), Luminance(other)});
+  return (high + 0.05) / (low + 0.05);
 }
 
 TEST(Theme, TextAndAccentsAreReadableInBothPalettes) {
@@ -50,16 +49,17 @@ TEST(Theme, TextAndAccentsAreReadableInBothPalettes) {
   for (const Theme theme : {Theme::Light, Theme::Dark}) {
     const QPalette palette = ThemePalette(theme);
     EXPECT_EQ(IsDark(palette), theme == Theme::Dark);
-    const auto colour = [&](QPalette::ColorRole role) { return palette.color(QPalette::Active, role); };
-    for (const QPalette::ColorRole ground : {QPalette::Window, QPalette::Base, QPalette::Button}) {
-      for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Link, QPalette::LinkVisited}) {
-        EXPECT_GE(Contrast(colour(role), colour(ground)), kReadable) << static_cast<int>(role);
-      }
-      for (const Accent accent : {Accent::Known, Accent::NotKnown, Accent::Notice, Accent::Warning}) {
-        EXPECT_GE(Contrast(AccentColour(accent, palette), colour(ground)), kReadable) << static_cast<int>(accent);
+    QList<QColor> inks;
+    for (const auto role : {QPalette::WindowText, QPalette::Link, QPalette::LinkVisited}) inks += palette.color(role);
+    for (const Accent accent : {Accent::Known, Accent::NotKnown, Accent::Notice, Accent::Warning}) {
+      inks += AccentColour(accent, palette);
+    }
+    for (const auto ground : {QPalette::Window, QPalette::Base, QPalette::Button}) {
+      for (const QColor& ink : inks) {
+        EXPECT_GE(Contrast(ink, palette.color(ground)), kReadable) << ink.name().toStdString();
       }
     }
-    EXPECT_GE(Contrast(colour(QPalette::HighlightedText), colour(QPalette::Highlight)), kReadable);
+    EXPECT_GE(Contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)), kReadable);
   }
 }
 
