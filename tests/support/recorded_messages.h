@@ -11,24 +11,15 @@ namespace tessaro {
 // prepared answer the safe one is given, and no file is chosen.
 class RecordedMessages : public Messages {
  public:
-  void Information(QWidget* /*parent*/, const QString& text) override { shown += text; }
-  void Error(QWidget* /*parent*/, const QString& text) override { errors += text; }
-  Answer Question(QWidget* /*parent*/, const QString& text, const QString& /*yes*/, const QString& /*no*/,
-                  const QString& /*cancel*/, Answer safe) override {
+  void Information(QWidget*, const QString& text) override { shown += text; }
+  void Error(QWidget*, const QString& text) override { errors += text; }
+  Answer Question(QWidget*, const QString& text, const QString&, const QString&, const QString&, Answer safe) override {
     asked += text;
     return Next(answers, safe);
   }
-  QString ChooseFileToOpen(QWidget* /*parent*/, const QString& /*title*/, const QString& /*folder*/,
-                           const QString& /*filter*/) override {
-    return Next(files, QString());
-  }
-  QString ChooseFileToSave(QWidget* /*parent*/, const QString& /*title*/, const QString& /*path*/,
-                           const QString& /*filter*/) override {
-    return Next(files, QString());
-  }
-  QString ChooseFolder(QWidget* /*parent*/, const QString& /*title*/, const QString& /*folder*/) override {
-    return Next(files, QString());
-  }
+  QString ChooseFileToOpen(QWidget*, const QString&, const QString&, const QString&) override { return Next(files); }
+  QString ChooseFileToSave(QWidget*, const QString&, const QString&, const QString&) override { return Next(files); }
+  QString ChooseFolder(QWidget*, const QString&, const QString&) override { return Next(files); }
 
   QStringList shown;
   QStringList errors;
@@ -38,7 +29,7 @@ class RecordedMessages : public Messages {
 
  private:
   template <typename Value>
-  static Value Next(std::deque<Value>& prepared, Value otherwise) {
+  static Value Next(std::deque<Value>& prepared, Value otherwise = {}) {
     if (prepared.empty()) return otherwise;
     Value next = prepared.front();
     prepared.pop_front();
