@@ -8,15 +8,14 @@ namespace {
 using namespace Qt::StringLiterals;
 
 TEST(ProgramOptions, AreReadFromTheCommandLine) {
-  struct Case {
+  const struct {
     QString line;
     std::string card_file;
     std::string settings;
     Theme theme;
     bool splash;
     bool mistake;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {u""_s, "", "", Theme::Desktop, true, false},
       {u"a.mlb"_s, "a.mlb", "", Theme::Desktop, false, false},
       {u"--no-splash"_s, "", "", Theme::Desktop, false, false},
@@ -28,7 +27,7 @@ TEST(ProgramOptions, AreReadFromTheCommandLine) {
       {u"--unknown"_s, "", "", Theme::Desktop, true, true},
       {u"a.mlb b.mlb"_s, "a.mlb", "", Theme::Desktop, false, true},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const ProgramOptions options = ReadOptions(QStringList(u"tessaro"_s) + c.line.split(u' ', Qt::SkipEmptyParts));
     EXPECT_EQ(options.mistake.isEmpty(), !c.mistake) << c.line.toStdString();
     EXPECT_EQ(options.card_file.string(), c.card_file);

@@ -1,67 +1,39 @@
 #include <gtest/gtest.h>
 
-#include "learn/learning_keys.h"
+#include <string>
+#include <vector>
+
 #include "learn/parameter_entry.h"
 #include "learn/statistics_texts.h"
-#include "store/ini_file.h"
 
 namespace tessaro {
 namespace {
 
 TEST(ParameterEntry, EveryFieldRefusesWhatIsOutsideItsRange) {
-  struct Case {
-    ParameterField field;
-    const char* text;
-    bool good;
+  // The texts of each field in the dialog's order, beside a minimum width of 5.
+  const struct {
+    std::vector<std::string> good, bad;
+  } fields[] = {
+      {{"2", "50"}, {"1", "zwei", ""}},
+      {{"5"}, {"1", "4"}},
+      {{"5", "50"}, {"4", "51"}},
+      {{"2", " 20 "}, {"1", "21"}},
+      {{"10", "2000"}, {"9", "2001", "99999999999999999999"}},
+      {{"1.0", "1,25", "4.0"}, {"0.99", "4.01", "nan", "1.5x"}},
+      {{"14", "500"}, {"13", "501"}},
+      {{"1"}, {"0"}},
   };
-  const Case cases[] = {
-      {ParameterField::MinWidth, "1", false},
-      {ParameterField::MinWidth, "2", true},
-      {ParameterField::MinWidth, "zwei", false},
-      {ParameterField::MinWidth, "", false},
-      {ParameterField::MaxWidth, "1", false},
-      {ParameterField::MaxWidth, "2", true},
-      {ParameterField::SwitchCount, "4", false},
-      {ParameterField::SwitchCount, "5", true},
-      {ParameterField::SwitchCount, "50", true},
-      {ParameterField::SwitchCount, "51", false},
-      {ParameterField::CheckEvery, "1", false},
-      {ParameterField::CheckEvery, " 20 ", true},
-      {ParameterField::CheckRun, "9", false},
-      {ParameterField::CheckRun, "2000", true},
-      {ParameterField::RetentionWeight, "0.99", false},
-      {ParameterField::RetentionWeight, "1,25", true},
-      {ParameterField::RetentionWeight, "4.0", true},
-      {ParameterField::RetentionWeight, "4.01", false},
-      {ParameterField::RetentionWeight, "nan", false},
-      {ParameterField::RetentionWeight, "1.5x", false},
-      {ParameterField::MaxDays, "13", false},
-      {ParameterField::MaxDays, "500", true},
-      {ParameterField::CheckPosition, "0", false},
-      {ParameterField::CheckPosition, "1", true},
-      {ParameterField::CheckRun, "99999999999999999999", false},
-  };
-  for (const Case& c : cases) {
-    ParameterTexts texts = ParameterTextsOf({});
-    texts[static_cast<size_t>(c.field)] = c.text;
-    EXPECT_EQ(IsGood(texts, c.field), c.good) << static_cast<int>(c.field) << " '" << c.text << "'";
-    EXPECT_EQ(FindWrong(texts).has_value(), !c.good) << "'" << c.text << "'";
+  for (size_t field = 0; field < kParameterFields; ++field) {
+    ParameterTexts texts = ParameterTextsOf({{.min_width = 5, .max_width = 50}, 1});
+    for (const std::string& text : fields[field].good) {
+      texts[field] = text;
+      EXPECT_FALSE(FindWrong(texts)) << field << " '" << text << "'";
+    }
+    for (const std::string& text : fields[field].bad) {
+      texts[field] = text;
+      EXPECT_EQ(FindWrong(texts), static_cast<ParameterField>(field)) << text;
+    }
   }
-}
-
-TEST(ParameterEntry, MaximumWidthMayNotLieBelowTheMinimum) {
-  ParameterTexts texts = ParameterTextsOf({});
-  texts[0] = "60";
-  EXPECT_EQ(FindWrong(texts), ParameterField::MaxWidth);
-}
-
-TEST(ParameterEntry, TextsAndParametersAreTheSameThing) {
-  ParameterEntry entry;
-  entry.parameters = {3, 70, 8, 4, 250, 1.25, 100 * 86400};
-  entry.check_position = 17;
-  const ParameterTexts texts = ParameterTextsOf(entry);
-  EXPECT_EQ(ParameterTextsOf(EntryOf(texts)), texts);
-  EXPECT_EQ(EntryOf(texts).parameters.max_time, 100 * 86400);
 }
 
 TEST(ParameterEntry, EverySuggestionIsAGoodEntry) {
@@ -72,20 +44,6 @@ TEST(ParameterEntry, EverySuggestionIsAGoodEntry) {
   }
   EXPECT_LT(SuggestParameters(Memory::Weak, Memory::Weak, CardKind::Difficult).max_width,
             SuggestParameters(Memory::Strong, Memory::Weak, CardKind::Difficult).max_width);
-}
-
-TEST(LearningKeys, StoredKeysBelowOneLeaveTheStandardOnes) {
-  IniFile settings;
-  settings.Parse("[LShortCuts]\nturn=0\nknow=-3\nlearn=16430\nback=x\n");
-  EXPECT_EQ(ReadLearningKeys(settings), (LearningKeys{8, 13, 16430, 35, 36}));
-  WriteLearningKeys(kStandardKeys, settings);
-  EXPECT_EQ(settings.GetInt("LShortCuts", "home", 0), 36);
-  EXPECT_EQ(ReadLearningKeys(settings), kStandardKeys);
-}
-
-TEST(LearningKeys, TheFirstTwoCommandsWithOneKeyAreFound) {
-  EXPECT_FALSE(FindDoubledKey(kStandardKeys));
-  EXPECT_EQ(FindDoubledKey({8, 13, 46, 13, 8}), std::pair(LearningCommand::Turn, LearningCommand::Home));
 }
 
 TEST(StatisticsTexts, FiguresHaveTheirFixedForms) {

@@ -37,7 +37,6 @@ TEST_F(LeitnerTest, CountsLevelsRaisedToTheStreak) {
   EXPECT_EQ(counts.boxes, (std::array<int64_t, 6>{0, 0, 1, 1, 0, 1})) << "counting ends at the marked ID";
   EXPECT_EQ(Topic(4), "4");
   EXPECT_EQ(Topic(5), "3") << "a wrong answer never lowers a level";
-  EXPECT_EQ(Topic(2), "00");
   EXPECT_TRUE(file.changed());
 }
 
@@ -72,29 +71,15 @@ TEST_F(LeitnerTest, CommandsFollowCountsAndLimits) {
     EXPECT_EQ(counts.fresh, c.fresh);
     EXPECT_EQ(after_count + "|" + text(commands), c.commands);
   }
-  BoxCounts counts = {0, {1, 50, 0, 0, 0, 1}};
+  const BoxCounts counts = {0, {1, 50, 0, 0, 0, 1}};
   BoxLimits limits;
   BoxCommands commands;
   AllowAfterCount(counts, limits, commands);
-  limits.cards[1] = 51;
-  AllowAfterLimitEdit(2, counts, limits, commands);
-  EXPECT_TRUE(commands.learn[0]);
-  AllowAfterLimitEdit(3, counts, limits, commands);
-  EXPECT_FALSE(commands.learn[2]);
-  limits.cards[0] = 1;
-  AllowAfterLimitEdit(1, counts, limits, commands);
-  EXPECT_FALSE(commands.bring_new_cards);
+  limits.cards = {1, 51, 100, 250, 500};
+  for (const int box : {1, 2, 3}) AllowAfterLimitEdit(box, counts, limits, commands);
+  EXPECT_EQ(text(commands), "0110001");
   AllowAfterCount({}, limits, commands);
   EXPECT_TRUE(commands.learn[5]) << "box 6 stays allowed";
-}
-
-TEST_F(LeitnerTest, LimitsComeFromTheSettings) {
-  settings.SetInt("Leitner", "Fach2", 77);
-  BoxLimits limits = ReadBoxLimits(settings);
-  EXPECT_EQ(limits.cards, (std::array<int64_t, 5>{25, 77, 100, 250, 500}));
-  limits.cards[4] = 9;
-  WriteBoxLimits(limits, settings);
-  EXPECT_EQ(settings.GetInt("Leitner", "Fach5", 0), 9);
 }
 
 TEST_F(LeitnerTest, OrderIsByNewestAnswerWithLateOnesLast) {
@@ -147,19 +132,6 @@ TEST_F(LeitnerTest, TheLockDecidesWhetherACardCountsAsShownTooEarly) {
     run->Known();
     EXPECT_EQ(run->figures().answered, lock ? 1 : 2);
   }
-}
-
-TEST_F(LeitnerTest, ABoxCanBeLeftAndTakenUpAgain) {
-  Open({LevelCard(1, "1", "f", 30), LevelCard(2, "1", "f", 20), LevelCard(3, "1", "f", 10)});
-  run->SetMethod(Method::Leitner);
-  EXPECT_EQ(run->method(), Method::Standard) << "no box was chosen";
-  StartBox(1);
-  run->Start();
-  run->SetMethod(Method::RowOrder);
-  EXPECT_EQ(run->method(), Method::RowOrder);
-  run->SetMethod(Method::Leitner);
-  run->ShowNext();
-  EXPECT_EQ(run->card().row, 3);
 }
 
 }  // namespace
