@@ -58,7 +58,6 @@ TEST_F(SelectionTest, FirstDrawOfTheStandardMethod) {
     size_t draw_count;
     int64_t width;
   } cases[] = {
-      {"one card", {NewCard(1)}, {}, {7}, true, 2, 1, 50},
       {"a second draw after a card that is left out", {marked, due}, {}, {0, 1}, true, 3, 2, 2},
       {"one with a marked ID", {hash, due}, {}, {0, 1}, true, 3, 2, 50},
       {"a navigation card", {navigation, due}, {}, {0, 1}, true, 3, 2, 50},
@@ -198,7 +197,9 @@ TEST_F(SelectionTest, DefectsOfTheIndexAreTold) {
 }
 
 TEST_F(SelectionTest, RowOrderWalksAndStartsAnewAtTheEnd) {
-  const TestCard due = KnownCard(1, 50, 100);
+  const TestCard due = KnownCard(2, 50, 100);
+  const TestCard early = KnownCard(3, 50, 5);
+  const TestCard marked = With(NewCard(4), &TestCard::question, "a<+++>");
   const struct {
     const char* what;
     std::vector<TestCard> cards;
@@ -213,17 +214,11 @@ TEST_F(SelectionTest, RowOrderWalksAndStartsAnewAtTheEnd) {
       {"from the kept row", {NewCard(1), NewCard(2), NewCard(3)}, 3, true, {3, 4}, 0, 5},
       {"from a kept row below the first", {NewCard(1), NewCard(2)}, -3, true, {2, 3}, 0, 4},
       {"from a kept row at the end", {NewCard(1), NewCard(2)}, 4, true, {0, 2}, 1, 3},
-      {"passing over",
-       {NavigationCard(1), due, KnownCard(3, 50, 5), With(NewCard(4), &TestCard::question, "a<+++>"), NewCard(5)},
-       2,
-       true,
-       {3, 6},
-       0,
-       7},
-      {"not yet due without the lock", {due, KnownCard(2, 50, 5), NewCard(3)}, 2, false, {2, 3, 4}, 0, 5},
+      {"passing over", {NavigationCard(1), due, early, marked, NewCard(5)}, 2, true, {3, 6}, 0, 7},
+      {"not yet due without the lock", {due, early, NewCard(4)}, 2, false, {2, 3, 4}, 0, 5},
       {"up to a marked ID", {NewCard(1), With(NewCard(2), &TestCard::id, "#"), NewCard(3)}, 2, true, {2, 2}, 1, 2},
       {"a duplicate of the card on screen", {NewCard(1), NewCard(1), NewCard(3)}, 2, true, {2, 4}, 0, 5},
-      {"nothing due", {KnownCard(1, 50, 5)}, 2, true, {0}, 1, 2},
+      {"nothing due", {early}, 2, true, {0}, 1, 2},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
