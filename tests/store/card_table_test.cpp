@@ -82,6 +82,9 @@ TEST(CardTable, ReadsAnyTextUnderAnySeparatorAsThePlainModel) {
       TableTwins twins(static_cast<char>(byte));
       ASSERT_TRUE(twins.Load(text, 1 + random() % 20, text.size())) << byte << testing::PrintToString(text);
       ASSERT_TRUE(twins.SameFile()) << byte << testing::PrintToString(text);
+      for (int i = 0; i < 12; ++i) {
+        ASSERT_TRUE(twins.Do(8, 1 + i / 3) && twins.Do(12, 1 + i % 3)) << byte << testing::PrintToString(text);
+      }
     }
   }
 }

@@ -195,6 +195,11 @@ TEST_F(CardFileJournal, SurvivesAPowerCutOnceItIsFlushed) {
   disk_.LoseUnflushed();
   ASSERT_TRUE(Crash().unsaved && file_->TakeOverUnsaved());
   EXPECT_EQ(Text(), text);
+  // Written anew after a failure, it is on the disk before it replaces the one before.
+  disk_.FailAt(1);
+  Change(4, 7);
+  disk_.LoseUnflushed();
+  CrashAndTakeOver();
 }
 
 // Any run of changes, saves and restores in which one operation of the disk fails, or all from there on: what the
