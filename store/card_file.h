@@ -42,7 +42,6 @@ class CardFile {
   bool IsOpen() const { return !paths_.cards.empty(); }
   const CardFilePaths& paths() const { return paths_; }
   bool changed() const { return changed_; }
-  void MarkChanged() { changed_ = true; }
   // To be called after every change of a card row, with the columns that changed (none: all of them): the file is
   // changed, and the journal keeps it.
   void RowChanged(int row, std::span<const int> columns = {});

@@ -113,7 +113,7 @@ TEST_F(Care, AFailedCopyIsToldInTheStatusLineAndCostsNothing) {
   int failures = 0;
   int told = 0;
   for (int n = 1; n < 60; ++n) {
-    program.file().MarkChanged();
+    program.file().RowChanged(2);
     disk.FailAt(n);
     const bool saved = window().FileSaveExecute();
     disk.FailAt(0);

@@ -70,8 +70,9 @@ TEST_F(FullDrive, AlwaysHoldsAWholeCardFileAndTellsWhatIsMissing) {
     messages.errors.clear();
     ASSERT_TRUE(program.main_window().OpenFile(drive / "x.mlb"));
     messages.errors.clear();
+    program.file().journal().SetFailureObserver({});
+    program.file().RowChanged(2);
     program.file().cards().Poke(program.file().columns().answer, 2, std::string(20000, 'b'));
-    program.file().MarkChanged();
     const bool saved = program.main_window().FileSaveExecute();
     ASSERT_EQ(messages.errors.size(), saved ? 0 : 1);
     EXPECT_EQ(program.file().changed(), !saved);
