@@ -78,7 +78,8 @@ TEST_F(LayoutOf, WordsWrapWholeAtTheFramesWidthWhichOnlyAWiderWordLeaves) {
   Check({
       {"aaaaaaaaaaaaaaaaaaaaaaaaa bb cc",
        "'aaaaaaaaaaaaaaaaaaaaaaaaa' 5,5 250x20\n'bb' 5,25 20x20\n'cc' 35,25 20x20\nsize 260x100\n"},
-      {"aaaaaaaaaa bbbbbbbb", "'aaaaaaaaaa' 5,5 100x20\n'bbbbbbbb' 115,5 80x20\n"},
+      {"aaaaaaaaaa bbbbbbbb<font size=\"10\">c</font>",  // just fits
+       "'aaaaaaaaaa' 5,5 100x20\n'bbbbbbbb' 115,5 80x20\n'c' 195,13 5x10\n"},
       {"aaaaaaaaaa bbbbbbbbb", "'aaaaaaaaaa' 5,5 100x20\n'bbbbbbbbb' 5,25 90x20\n"},
       {"aaaaaaaaaa bbbb<i>bbbbb</i>", "'aaaaaaaaaa' 5,5 100x20\n'bbbb' 5,25 40x20\n'bbbbb' 45,25 50x20 i\n"},
       {"aaaaaaaaaaaaaaaaaaa  b", "'aaaaaaaaaaaaaaaaaaa' 5,5 190x20\n' b' 5,25 20x20\n"},

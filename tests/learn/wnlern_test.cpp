@@ -126,13 +126,16 @@ TEST_F(LearningWindow, ClockThatWentBackEndsTheRun) {
 }
 
 TEST_F(LearningWindow, NothingDueSaysWhenAndOffersToGoOn) {
-  Open({KnownUntil("000001", clock.now - 1000, 8200)});
+  TestCard card = KnownUntil("000001", clock.now - 1000, 8200);
+  card.question = "<a href=\"000001\">diese</a>";
+  Open({card});
   EXPECT_EQ(messages.shown, QStringList(u"\nLernen mit der autom. Standardmethode\nzur Zeit nicht mehr sinnvoll."_s));
   EXPECT_TRUE(Text(u"LabelHinweis"_s).contains(u"in 2 Stunden 1 Minute"_s)) << Text(u"LabelHinweis"_s).toStdString();
   Key(Qt::Key_Delete);
   EXPECT_TRUE(Find<QWidget>(u"Hinweis"_s).isVisible());
   Click(u"ButtonOhneSperre"_s);
   EXPECT_EQ(Text(u"EditZeitsperre"_s), u"Zeitsperre aus"_s);
+  EXPECT_EQ(Find<TFrameHtml>(u"FrameHtml"_s).layout().fragments.at(0).colour, 1) << "known and not due";
   EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 1"_s);
   EXPECT_EQ(Text(u"DisplayZuletzt"_s), u"0:00:16:40"_s);
 }
