@@ -42,21 +42,29 @@ class Descriptor {
 
 class PosixReadableFile : public ReadableFile {
  public:
-  PosixReadableFile(int number, uint64_t size) : file_(number), size_(size) {}
+  PosixReadableFile(int number, uint64_t size, off_t offset = 0) : file_(number), size_(size), offset_(offset) {}
 
   uint64_t Size() const override { return size_; }
 
   std::ptrdiff_t Read(char* buffer, size_t size) override {
     ssize_t count = 0;
     do {
-      count = ::read(file_.number(), buffer, std::min(size, kMostPerCall));
+      count = ::pread(file_.number(), buffer, std::min(size, kMostPerCall), offset_);
     } while (count < 0 && errno == EINTR);
+    if (count > 0) offset_ += count;
     return count;
+  }
+
+  std::unique_ptr<ReadableFile> ReadFrom(uint64_t offset) override {
+    const int number = ::fcntl(file_.number(), F_DUPFD_CLOEXEC, 0);
+    if (number < 0) return nullptr;
+    return std::make_unique<PosixReadableFile>(number, size_, static_cast<off_t>(offset));
   }
 
  private:
   Descriptor file_;
   uint64_t size_;
+  off_t offset_;
 };
 
 class PosixWritableFile : public WritableFile {

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 // The columns of a card file and the texts of their empty state. A card file is a table of these columns whose first
@@ -41,6 +42,21 @@ bool IsDuplicateMarked(std::string_view text);
 
 // Reads a decimal number as the C library's strtoll does: blanks, a sign, digits; 0 without digits. Saturates.
 int64_t LeadingNumber(std::string_view text);
+// The number that a text of one to nine digits and nothing else is; nothing for any other text.
+inline std::optional<uint32_t> DigitsOnly(std::string_view text) {
+  constexpr size_t kMostDigits = 9;
+  if (text.empty() || text.size() > kMostDigits) return std::nullopt;
+  uint32_t number = 0;
+  bool only_digits = true;
+  // Goes on behind a wrong byte: nearly all texts are right, and a loop without a way out is faster.
+  for (const char c : text) {
+    const auto digit = static_cast<uint32_t>(static_cast<unsigned char>(c)) - '0';
+    only_digits &= digit <= 9;
+    number = number * 10 + digit;
+  }
+  if (!only_digits) return std::nullopt;
+  return number;
+}
 // True when LeadingNumber finds digits to read.
 bool HasDigits(std::string_view text);
 

@@ -140,9 +140,9 @@ OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observ
   Tell(observer, FileStage::LoadCards, file->Size());
   content.cards.SetSeparator(kFieldSeparator);
   content.cards.SetNameFromPath(path.string());
-  StampingReader stamped(*file);
-  if (!content.cards.LoadFrom(stamped)) return Refused(OpenResult::CannotLoad);
-  content.stamp = stamped.Stamp();
+  ContentHash hash;
+  if (!content.cards.LoadFrom(*file, &hash)) return Refused(OpenResult::CannotLoad);
+  content.stamp = hash.Stamp();
   const CardTableState state = CompleteCards(content.cards);
   if (state == CardTableState::Unusable) return Refused(OpenResult::Unusable);
   content.columns = ColumnsOf(content.cards);
@@ -156,15 +156,18 @@ OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observ
 void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, Content& content,
                            OpenReport& report) {
   const auto size = [&](const fs::path& path) { return disk_.State(path).value_or(FileState()).size; };
+  // A thread reads the texts while the IDs are collected; without one to spare they are read when they are asked for.
+  constexpr auto kOnOtherThread = std::launch::async | std::launch::deferred;
+  Tell(observer, FileStage::LoadLearnIndex, size(paths.learn_index));
+  std::future texts = std::async(kOnOtherThread, [&] {
+    return std::array{ReadFile(disk_, paths.learn_index), ReadFile(disk_, paths.link_index)};
+  });
   const CardIds ids(content.cards);
   content.highest_id = ids.highest();
-  Tell(observer, FileStage::LoadLearnIndex, size(paths.learn_index));
-  const std::optional<std::string> learn_text = ReadFile(disk_, paths.learn_index);
-  const std::optional<std::string> link_text = ReadFile(disk_, paths.link_index);
-  const auto make_link_index = [&] { return AdoptOrBuild(link_text, content.cards, ids, content.link_index); };
-  // Without a thread to spare it is made when its result is asked for.
-  std::future<IndexSource> link = std::async(std::launch::async | std::launch::deferred, make_link_index);
-  const IndexSource learn = AdoptOrBuild(learn_text, content.cards, ids, content.learn_index);
+  const std::array<std::optional<std::string>, 2> read = texts.get();
+  const auto make_link_index = [&] { return AdoptOrBuild(read[1], content.cards, ids, content.link_index); };
+  std::future<IndexSource> link = std::async(kOnOtherThread, make_link_index);
+  const IndexSource learn = AdoptOrBuild(read[0], content.cards, ids, content.learn_index);
   Tell(observer, FileStage::LoadLinkIndex, size(paths.link_index));
   report.learn_index_rebuilt = learn == IndexSource::Cards;
   report.link_index_rebuilt = link.get() == IndexSource::Cards;

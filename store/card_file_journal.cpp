@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "platform/memory_file.h"
 #include "store/card_file.h"
 #include "store/card_layout.h"
 
@@ -28,24 +29,10 @@ UnsavedChanges Summary(const std::vector<JournalRecord>& records) {
   return summary;
 }
 
-class TextReader : public ReadableFile {
- public:
-  explicit TextReader(std::string_view text) : rest_(text) {}
-  uint64_t Size() const override { return rest_.size(); }
-  std::ptrdiff_t Read(char* buffer, size_t size) override {
-    const size_t count = rest_.copy(buffer, size);
-    rest_.remove_prefix(count);
-    return static_cast<std::ptrdiff_t>(count);
-  }
-
- private:
-  std::string_view rest_;
-};
-
 bool Apply(const TableChange& change, CardTable& cards) {
   CardTable table;
   table.SetSeparator(kFieldSeparator);
-  TextReader reader(change.text);
+  MemoryReader reader(change.text);
   if (!table.LoadFrom(reader) || CompleteCards(table) == CardTableState::Unusable) return false;
   table.SetNameFromPath(cards.TableName() + ".");
   cards = std::move(table);

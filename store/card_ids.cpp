@@ -9,8 +9,6 @@
 namespace tessaro {
 namespace {
 
-constexpr size_t kDigits = 6;
-
 // Each text lies in memory that is not at hand yet; asking for it so many rows ahead takes a third of the time.
 constexpr int kRowsAhead = 16;
 
@@ -21,21 +19,11 @@ uint64_t Mixed(uint64_t bits) {
 
 }  // namespace
 
-uint32_t SixDigits(std::string_view id) {
-  if (id.size() != kDigits) return kNotSixDigits;
-  uint32_t number = 0;
-  for (const char c : id) {
-    if (c < '0' || c > '9') return kNotSixDigits;
-    number = number * 10 + static_cast<uint32_t>(c - '0');
-  }
-  return number;
-}
-
-CardIds::CardIds(const CardTable& cards) : cards_(cards), id_column_(cards.ColumnIndex(kId)) {
-  const int rows = cards.RowCount();
-  numbers_.assign(static_cast<size_t>(std::max(rows, 0)) + 1, kNotSixDigits);
+CardIds::CardIds(const CardTable& cards)
+    : cards_(cards), row_count_(cards.RowCount()), id_column_(cards.ColumnIndex(kId)) {
+  numbers_.assign(static_cast<size_t>(row_count_) + 1, kNotSixDigits);
   bool before_end_mark = true;
-  for (int row = kFirstCardRow; row < rows; ++row) {
+  for (int row = kFirstCardRow; row < row_count_; ++row) {
     __builtin_prefetch(cards.Peek(id_column_, row + kRowsAhead).data());
     const std::string_view id = cards.Peek(id_column_, row);
     const uint32_t number = SixDigits(id);

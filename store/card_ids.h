@@ -4,13 +4,16 @@
 #include <string_view>
 #include <vector>
 
+#include "store/card_columns.h"
 #include "store/card_table.h"
 
 namespace tessaro {
 
 // The number that the program writes as this ID. An ID in any other form is text and nothing else.
 inline constexpr uint32_t kNotSixDigits = UINT32_MAX;
-uint32_t SixDigits(std::string_view id);
+inline uint32_t SixDigits(std::string_view id) {
+  return id.size() == 6 ? DigitsOnly(id).value_or(kNotSixDigits) : kNotSixDigits;
+}
 
 // The IDs of all cards of a table, read once: checking an index asks for them in any order, and the texts lie far apart
 // in memory. Holds while the table stays as it is.
@@ -19,7 +22,7 @@ class CardIds {
   explicit CardIds(const CardTable& cards);
 
   // Rows of the card table, frame included.
-  int RowCount() const { return cards_.RowCount(); }
+  int RowCount() const { return row_count_; }
   // The ID of the card in this row, 2 ... RowCount() - 1, as SixDigits reads it.
   uint32_t number(int row) const { return numbers_[static_cast<size_t>(row)]; }
   std::string_view Text(int row) const { return cards_.Peek(id_column_, row); }
@@ -32,6 +35,7 @@ class CardIds {
 
  private:
   const CardTable& cards_;
+  int row_count_;
   int id_column_;
   std::vector<uint32_t> numbers_;  // by row
   bool complete_ = true;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/memory_file.h"
 #include "store/card_table.h"
 
 namespace tessaro {
@@ -11,20 +12,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr size_t kBatchSize = size_t{1} << 20U;
-
-class TextFile : public WritableFile {
- public:
-  bool Write(std::string_view bytes) override {
-    text_ += bytes;
-    return true;
-  }
-  bool Flush() override { return true; }
-  bool Close() override { return true; }
-  std::string TakeText() { return std::move(text_); }
-
- private:
-  std::string text_;
-};
 
 fs::path Beside(fs::path path) {
   return path += ".tmp";
@@ -136,7 +123,7 @@ JournalRecord CardJournal::RowRecord(const CardTable& cards, int row, std::span<
 JournalRecord CardJournal::TableRecord(CardTable& cards) const {
   // Writing the table moves its cursor.
   const int row = cards.CurrentRow();
-  TextFile file;
+  MemoryWriter file;
   (void)cards.SaveTo(file);
   cards.GoTo(row);
   return {clock_.Now(), TableChange{file.TakeText()}};

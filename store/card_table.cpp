@@ -227,9 +227,9 @@ bool CardTable::LoadFromFile(const fs::path& path) {
   return true;
 }
 
-bool CardTable::LoadFrom(ReadableFile& file) {
+bool CardTable::LoadFrom(ReadableFile& file, ContentHash* hash) {
   TableContent content;
-  if (!TableReader(file, state_->separator, content).Read()) return false;
+  if (!TableReader(file, state_->separator, content, hash).Read()) return false;
   state_->TakeOver(std::move(content));
   return true;
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "platform/disk.h"
@@ -11,16 +14,23 @@ namespace tessaro {
 // Tells one content of a file from another.
 struct ContentStamp {
   uint64_t size = 0;  // bytes
-  uint64_t hash = 0;  // XXH3 with 64 bits over all of them
+  uint64_t hash = 0;  // of all of them, see ContentHash
   bool operator==(const ContentStamp&) const = default;
 };
 
-// The stamp of all bytes added so far.
+// The stamp of all bytes added so far. The hash is XXH3 with 64 bits over the XXH3 hashes of all pieces of the content,
+// each of kPiece bytes but the last, so that two threads can take the stamp of one content.
 class ContentHash {
  public:
+  static constexpr size_t kPiece = size_t{256} * 1024;
+
   ContentHash();
+  ContentHash(ContentHash&&) noexcept;
+  ContentHash& operator=(ContentHash&&) noexcept;
   ~ContentHash();
   void Add(std::string_view bytes);
+  // Adds what was added to `behind`. The bytes before must be whole pieces.
+  void Append(ContentHash behind);
   ContentStamp Stamp() const;
 
  private:
@@ -28,19 +38,7 @@ class ContentHash {
   std::unique_ptr<State> state_;
 };
 
-// Takes the stamp of a file while it is read, or written.
-class StampingReader : public ReadableFile {
- public:
-  explicit StampingReader(ReadableFile& file) : file_(file) {}
-  uint64_t Size() const override { return file_.Size(); }
-  std::ptrdiff_t Read(char* buffer, size_t size) override;
-  ContentStamp Stamp() const { return hash_.Stamp(); }
-
- private:
-  ReadableFile& file_;
-  ContentHash hash_;
-};
-
+// Takes the stamp of a file while it is written.
 class StampingWriter : public WritableFile {
  public:
   explicit StampingWriter(WritableFile& file) : file_(file) {}

@@ -1,17 +1,19 @@
 #include "store/index_text.h"
 
 #include <algorithm>
-#include <charconv>
+#include <array>
 #include <cstring>
 
-#include "platform/disk.h"
+#include "platform/memory_file.h"
 #include "platform/progress.h"
 #include "store/card_columns.h"
+#include "store/table_scan.h"
 
 namespace tessaro {
 namespace {
 
 constexpr size_t kHeldBytes = size_t{256} * 1024;
+constexpr size_t kMostRowDigits = 9;
 
 // The fields of one row after the other; what a row lacks is "".
 class RowSource {
@@ -54,48 +56,55 @@ class PlainTextSource : public RowSource {
   bool HasColumns(IndexFields names) override {
     std::string expected;
     for (const std::string_view name : names) (expected += expected.empty() ? "" : "\x0F") += name;
-    return text_.find('\n') != std::string_view::npos && NextLine() == expected;
+    for (const std::string_view line_end : {"\n", "\r\n"}) {
+      if (!text_.starts_with(expected + std::string(line_end))) continue;
+      start_ = piece_end_ = expected.size() + line_end.size();
+      return true;
+    }
+    return false;
   }
   bool Next(std::span<std::string_view> fields) override {
-    if (at_ >= text_.size()) return false;
-    std::string_view line = NextLine();
-    for (std::string_view& field : fields) {
-      // Fields are too short for a vector search to be worth its start.
-      const auto separator = static_cast<size_t>(std::find(line.begin(), line.end(), kFieldSeparator) - line.begin());
-      // What no separator and no line feed ends is lost.
-      field = separator < line.size() || line_has_end_ ? line.substr(0, separator) : std::string_view();
-      line.remove_prefix(std::min(separator + 1, line.size()));
+    if (start_ >= text_.size()) return false;
+    size_t count = 0;
+    bool line_ended = false;
+    while (!line_ended && FindMark()) {
+      const size_t mark = piece_ + marks_[next_++];
+      line_ended = text_[mark] == '\n';
+      const bool has_return = line_ended && mark > start_ && text_[mark - 1] == '\r';
+      if (count < fields.size()) fields[count++] = text_.substr(start_, mark - start_ - (has_return ? 1 : 0));
+      start_ = mark + 1;
     }
+    // What no separator and no line feed ends is lost.
+    if (!line_ended) start_ = text_.size();
+    std::fill(fields.begin() + static_cast<std::ptrdiff_t>(count), fields.end(), std::string_view());
     return true;
   }
 
  private:
-  std::string_view NextLine() {
-    const size_t feed = text_.find('\n', at_);
-    line_has_end_ = feed != std::string_view::npos;
-    std::string_view line = text_.substr(at_, std::min(feed, text_.size()) - at_);
-    if (line_has_end_ && line.ends_with('\r')) line.remove_suffix(1);
-    at_ = line_has_end_ ? feed + 1 : text_.size();
-    return line;
+  // Whether there is a next mark. Looks for those of the next piece when all of this one have been taken.
+  bool FindMark() {
+    while (next_ == count_ && piece_end_ < text_.size()) {
+      piece_ = piece_end_;
+      const std::string_view piece = text_.substr(piece_, kPiece);
+      piece_end_ += piece.size();
+      const bool readable_behind = text_.size() - piece_end_ >= kScanWidth;
+      if (!readable_behind) piece.copy(last_.data(), piece.size());
+      count_ = FindMarks(readable_behind ? piece.data() : last_.data(), piece.size(), kFieldSeparator, marks_.data());
+      next_ = 0;
+    }
+    return next_ < count_;
   }
 
-  std::string_view text_;
-  size_t at_ = 0;
-  bool line_has_end_ = false;
-};
+  static constexpr size_t kPiece = 4096;
 
-class TextFile : public ReadableFile {
- public:
-  explicit TextFile(std::string_view text) : text_(text) {}
-  uint64_t Size() const override { return text_.size(); }
-  std::ptrdiff_t Read(char* buffer, size_t size) override {
-    const size_t count = text_.copy(buffer, size);
-    text_.remove_prefix(count);
-    return static_cast<std::ptrdiff_t>(count);
-  }
-
- private:
   std::string_view text_;
+  size_t start_ = 0;  // of the next field
+  size_t piece_ = 0;
+  size_t piece_end_ = 0;
+  std::array<uint32_t, kPiece + kScanWidth> marks_ = {};  // of the piece, counted from its start
+  size_t next_ = 0;
+  size_t count_ = 0;
+  std::array<char, kPiece + kScanWidth> last_ = {};  // a piece with nothing readable behind it
 };
 
 bool ReadRows(RowSource& source, const IndexFrame& frame, const CardIds& ids, const TakeIndexRow& take) {
@@ -155,7 +164,7 @@ bool ReadIndexText(std::string_view text, const IndexFrame& frame, const CardIds
   // Only odd IDs are written with escapes.
   CardTable table;
   table.SetSeparator(kFieldSeparator);
-  TextFile file(text);
+  MemoryReader file(text);
   return table.LoadFrom(file) && ReadIndexTable(table, frame, ids, take);
 }
 
@@ -165,14 +174,12 @@ IndexedRows::IndexedRows(const CardIds& ids) : ids_(ids) {
 }
 
 bool IndexedRows::Add(std::string_view text, std::string_view id) {
-  int row = 0;
-  if (text.empty() || text.front() < '1' || text.front() > '9') return false;
-  const std::from_chars_result result = std::from_chars(text.data(), text.data() + text.size(), row);
-  if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return false;
-  if (row < kFirstCardRow || row >= ids_.RowCount()) return false;
-  rows_.push_back(row);
+  if (text.size() > kMostRowDigits || text.starts_with('0')) return false;
+  const std::optional<uint32_t> row = DigitsOnly(text);
+  if (!row || *row < kFirstCardRow || static_cast<int>(*row) >= ids_.RowCount()) return false;
+  rows_.push_back(static_cast<int32_t>(*row));
   numbers_.push_back(SixDigits(id));
-  return numbers_.back() != kNotSixDigits || ids_.Text(row) == id;
+  return numbers_.back() != kNotSixDigits || ids_.Text(rows_.back()) == id;
 }
 
 bool IndexedRows::AllFit() const {

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <functional>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "platform/progress.h"
@@ -24,9 +25,10 @@ constexpr std::array<std::string_view, 3> kColumns = {kBoxPos, kScore, kId};
 constexpr std::array<std::string_view, 3> kFirstFields = {"-1", "-1", kStartMark};
 constexpr std::array<std::string_view, 3> kLastFields = {"999999", "999999999", kEndMark};
 
-bool IsNineDigits(std::string_view text) {
-  return text.size() == kScoreDigits &&
-         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+// The key of a score that is written as the program writes it.
+std::optional<int64_t> NineDigits(std::string_view score) {
+  if (score.size() != kScoreDigits) return std::nullopt;
+  return DigitsOnly(score);
 }
 
 // Writes a key of 0 ... 999999999 with its nine digits.
@@ -48,9 +50,10 @@ bool LearnIndex::Build(const CardTable& cards, const CardIds& ids) {
   if (last >= kFirstCardRow) keys.reserve(static_cast<size_t>(last));
   for (int row = last; row >= kFirstCardRow; --row) {
     const std::string_view score = cards.Peek(columns.score, row);
-    keys.push_back(LeadingNumber(score));
+    const std::optional<int64_t> key = NineDigits(score);
+    keys.push_back(key ? *key : LeadingNumber(score));
     built.keys_[static_cast<size_t>(row)] = keys.back();
-    if (!IsNineDigits(score)) built.odd_scores_[row] = score;
+    if (!key) built.odd_scores_[row] = score;
     if (row % kProgressStep == 0) Progress().ShowPosition(cards.RowCount() - row);
   }
   std::vector<int32_t> order = BisectionOrder(keys, kEndScore);
@@ -69,9 +72,10 @@ bool LearnIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids) {
   std::vector<int64_t> keys;
   keys.reserve(static_cast<size_t>(ids.RowCount()));
   const bool ascending = read_rows(kFrame, ids, [&](IndexFields fields) {
-    const int64_t key = LeadingNumber(fields[1]);
+    const std::optional<int64_t> nine_digits = NineDigits(fields[1]);
+    const int64_t key = nine_digits ? *nine_digits : LeadingNumber(fields[1]);
     if (key > kEndScore || (!keys.empty() && key < keys.back()) || !rows.Add(fields[0], fields[2])) return false;
-    if (!IsNineDigits(fields[1])) adopted.odd_scores_[rows.rows().back()] = fields[1];
+    if (!nine_digits) adopted.odd_scores_[rows.rows().back()] = fields[1];
     keys.push_back(key);
     return true;
   });

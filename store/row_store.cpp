@@ -109,6 +109,13 @@ bool RowStore::AddLoaded(size_t start, std::span<const size_t> ends, bool as_wri
   return true;
 }
 
+bool RowStore::Append(const RowStore& behind, RowHandle& added) {
+  uint32_t* const records = AddRecord(behind.words_used_, added);
+  if (records == nullptr) return false;
+  std::copy_n(behind.Record(0), behind.words_used_, records);
+  return true;
+}
+
 void RowStore::AddColumn() {
   ++columns_;
   for (ChangedRow& row : changed_) row.emplace_back();

@@ -36,6 +36,10 @@ class RowStore {
   // the store is full.
   bool AddLoaded(size_t start, std::span<const size_t> ends, bool as_written, RowHandle& row);
 
+  // Adds all rows of a store into which another part of the same block was loaded, with the same columns; none may have
+  // been changed. Their handles have grown by `added`. False when this store is full.
+  bool Append(const RowStore& behind, RowHandle& added);
+
   // Gives every row one more null field.
   void AddColumn();
   // Adds a row of null fields. False when the store is full.
