@@ -1,5 +1,4 @@
 // Checking the cards of a file, and copying it after a save, beside `wc -l` and `cp` of the same file in the same run.
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -84,29 +83,9 @@ void Measure(const fs::path& path, const fs::path& folder) {
   MeasureCopy(file, path, folder);
 }
 
-void MeasureGenerated(const fs::path& folder) {
-  for (const int count : {10'000, 100'000, tessaro::kMostCards}) {
-    const fs::path path = folder / (std::to_string(count) + ".mlb");
-    if (!tessaro::GenerateCards(path, count, 1)) {
-      std::fprintf(stderr, "cannot write %s\n", path.c_str());
-      std::exit(1);
-    }
-    Measure(path, folder);
-    fs::remove(path);
-    fs::remove_all(folder / "backups");
-  }
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::string name = (fs::temp_directory_path() / "check_bench_XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) return 1;
-  if (argc > 1) {
-    Measure(argv[1], name);
-  } else {
-    MeasureGenerated(name);
-  }
-  fs::remove_all(name);
+  tessaro::MeasureCardFiles(argc > 1 ? argv[1] : nullptr, Measure);
   return 0;
 }

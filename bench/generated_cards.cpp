@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <random>
 #include <string>
 #include <string_view>
 
+#include "bench/measure.h"
 #include "platform/disk.h"
 #include "store/card_columns.h"
 
@@ -183,6 +185,32 @@ bool GenerateCards(const std::filesystem::path& path, int count, uint32_t seed) 
   }
   AddRow(text, {kEndMark, "", "", "", "", "", "", ""});
   return file->Write(text) && file->Close();
+}
+
+void MeasureCardFiles(
+    const char* given,
+    const std::function<void(const std::filesystem::path& path, const std::filesystem::path& folder)>& measure) {
+  const auto in_new_folder = [&](const auto& work) {
+    std::string name = (std::filesystem::temp_directory_path() / "tessaro_bench_XXXXXX").string();
+    Check(mkdtemp(name.data()) != nullptr, "new folder");
+    work(std::filesystem::path(name));
+    std::filesystem::remove_all(name);
+  };
+  if (given != nullptr) {
+    in_new_folder([&](const std::filesystem::path& folder) {
+      const std::filesystem::path copy = folder / std::filesystem::path(given).filename();
+      std::filesystem::copy(given, copy);
+      measure(copy, folder);
+    });
+    return;
+  }
+  for (const int count : {10'000, 100'000, kMostCards}) {
+    in_new_folder([&](const std::filesystem::path& folder) {
+      const std::filesystem::path path = folder / (std::to_string(count) + ".mlb");
+      Check(GenerateCards(path, count, 1), "generate");
+      measure(path, folder);
+    });
+  }
 }
 
 }  // namespace tessaro

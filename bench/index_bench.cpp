@@ -1,6 +1,5 @@
 // Building both indexes beside a sort of the learning index's keys, and opening a card file whole beside `wc -l` of the
 // same file, in the same run.
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -92,7 +91,7 @@ void MeasureOpen(const fs::path& path) {
   Print({"peak memory with it open", Median(peak) / 1e6}, "MB", {"size of the file", size});
 }
 
-// Works on a copy: the file may be somebody's own.
+// A copy has index files that fit.
 void Measure(const fs::path& path, const fs::path& folder) {
   const fs::path copy = folder / "copy.mlb";
   CardFile file;
@@ -105,15 +104,6 @@ void Measure(const fs::path& path, const fs::path& folder) {
   MeasureOpen(copy);
 }
 
-void MeasureGenerated(const fs::path& folder) {
-  for (const int count : {10'000, 100'000, tessaro::kMostCards}) {
-    const fs::path path = folder / (std::to_string(count) + ".mlb");
-    Check(tessaro::GenerateCards(path, count, 1), "generate");
-    Measure(path, folder);
-    fs::remove(path);
-  }
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -122,13 +112,6 @@ int main(int argc, char** argv) {
     OpenWhole(file, argv[2]);
     return 0;
   }
-  std::string name = (fs::temp_directory_path() / "index_bench_XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) return 1;
-  if (argc > 1) {
-    Measure(argv[1], name);
-  } else {
-    MeasureGenerated(name);
-  }
-  fs::remove_all(name);
+  tessaro::MeasureCardFiles(argc > 1 ? argv[1] : nullptr, Measure);
   return 0;
 }

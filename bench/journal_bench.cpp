@@ -1,7 +1,5 @@
 // Times what the journal adds to an answer, and taking over ten thousand answers after a crash. Works on generated
 // files, or on a copy of the card file on its command line.
-#include <stdlib.h>
-
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -14,6 +12,7 @@
 #include <vector>
 
 #include "bench/generated_cards.h"
+#include "bench/measure.h"
 #include "store/card_file.h"
 
 namespace tessaro {
@@ -87,27 +86,12 @@ bool Measure(const fs::path& path) {
   return report.unsaved.has_value();
 }
 
-bool MeasureAll(const char* given) {
-  std::string name = (fs::temp_directory_path() / "journal_bench_XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) return false;
-  const fs::path folder = name;
-  bool good = true;
-  if (given != nullptr) {
-    fs::copy(given, folder / "cards.mlb");
-    good = Measure(folder / "cards.mlb");
-  } else {
-    for (const int count : {10'000, 100'000, kMostCards}) {
-      const fs::path path = folder / (std::to_string(count) + ".mlb");
-      good = good && GenerateCards(path, count, 1) && Measure(path);
-    }
-  }
-  fs::remove_all(folder);
-  return good;
-}
-
 }  // namespace
 }  // namespace tessaro
 
 int main(int argc, char** argv) {
-  return tessaro::MeasureAll(argc > 1 ? argv[1] : nullptr) ? 0 : 1;
+  tessaro::MeasureCardFiles(argc > 1 ? argv[1] : nullptr, [](const std::filesystem::path& path, const auto&) {
+    tessaro::Check(tessaro::Measure(path), "measure");
+  });
+  return 0;
 }

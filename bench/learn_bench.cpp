@@ -1,7 +1,5 @@
 // Times what a learner waits for: one learning step with each method, and counting and ordering the Leitner boxes.
 // Works on generated files, or on the card file on its command line, which is read and not written.
-#include <stdlib.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -143,22 +141,12 @@ bool Measure(const std::filesystem::path& path) {
   return true;
 }
 
-bool MeasureGenerated() {
-  std::string folder = (std::filesystem::temp_directory_path() / "learn_bench_XXXXXX").string();
-  if (mkdtemp(folder.data()) == nullptr) return false;
-  bool good = true;
-  for (const int count : {10'000, 100'000, kMostCards}) {
-    const std::filesystem::path path = std::filesystem::path(folder) / (std::to_string(count) + ".mlb");
-    good = good && GenerateCards(path, count, 1) && Measure(path);
-  }
-  std::filesystem::remove_all(folder);
-  return good;
-}
-
 }  // namespace
 }  // namespace tessaro
 
 int main(int argc, char** argv) {
-  if (argc < 2) return tessaro::MeasureGenerated() ? 0 : 1;
-  return tessaro::Measure(argv[1]) ? 0 : 1;
+  tessaro::MeasureCardFiles(argc > 1 ? argv[1] : nullptr, [](const std::filesystem::path& path, const auto&) {
+    tessaro::Check(tessaro::Measure(path), "measure");
+  });
+  return 0;
 }

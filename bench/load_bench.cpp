@@ -84,28 +84,12 @@ void Measure(const fs::path& path, const fs::path& folder) {
   MeasureSave(path, folder);
 }
 
-void MeasureGenerated(const fs::path& folder) {
-  for (const int count : {10'000, 100'000, tessaro::kMostCards}) {
-    const fs::path path = folder / (std::to_string(count) + ".mlb");
-    Check(tessaro::GenerateCards(path, count, 1), "generate");
-    Measure(path, folder);
-    fs::remove(path);
-  }
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc == 3 && std::strcmp(argv[1], "--load") == 0) {
     return Load(argv[2]).RowCount() > 0 ? 0 : 1;
   }
-  std::string name = (fs::temp_directory_path() / "load_bench_XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) return 1;
-  if (argc > 1) {
-    Measure(argv[1], name);
-  } else {
-    MeasureGenerated(name);
-  }
-  fs::remove_all(name);
+  tessaro::MeasureCardFiles(argc > 1 ? argv[1] : nullptr, Measure);
   return 0;
 }
