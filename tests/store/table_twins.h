@@ -37,15 +37,15 @@ class TableTwins {
 
   bool Load(std::string_view text, size_t piece, uint64_t told_size) {
     TextFile file(text, piece, told_size);
-    naive_.Load(text);
+    naive_.Load(std::string(text));
     return table_.LoadFrom(file) && SameContent();
   }
 
   // True when both answered the same and stand on the same row.
   bool Do(uint8_t operation, int argument) {
-    constexpr size_t kCount = std::size(kOperations);
-    return kOperations[operation % kCount](table_, naive_, argument) && table_.CurrentRow() == naive_.cursor &&
-           table_.Bof() == naive_.bof && table_.Eof() == naive_.eof && table_.RowCount() == naive_.RowCount();
+    return kOperations[operation % std::size(kOperations)](table_, naive_, argument) &&
+           table_.CurrentRow() == naive_.cursor && table_.Bof() == naive_.bof && table_.Eof() == naive_.eof &&
+           table_.RowCount() == naive_.RowCount();
   }
 
   bool SameContent() const {
@@ -104,13 +104,13 @@ class TableTwins {
       [](CardTable& a, NaiveTable& b, int n) { return Set(a, b, n % 5, "a\\;\n\r" + std::to_string(n)); },
       [](CardTable& a, NaiveTable& b, int n) { return a.Field(n % 5) == b.Field(n % 5); },
       [](CardTable& a, NaiveTable& b, int n) {
-        const std::string read(a.FieldAt(n % 5, n / 5));
-        return read == (b.GoTo(n / 5) ? b.Field(n % 5).value_or("") : "");
+        return a.FieldAt(n % 5, n / 5) == (b.GoTo(n / 5) ? b.Field(n % 5).value_or("") : "");
       },
       [](CardTable& a, NaiveTable& b, int n) { return a.SaveRow(n % 3) == b.SaveRow(n % 3); },
       [](CardTable& a, NaiveTable& b, int n) { return a.RestoreRow(n % 3) == b.RestoreRow(n % 3); },
       [](CardTable& a, NaiveTable& b, int n) { return n > 4 || (a.AddColumn("x"), b.AddColumn("x"), true); },
       Copy,
+      [](CardTable& a, NaiveTable& b, int n) { return n > 0 || (a.Clear(), b.Clear(), true); },
   };
 
   CardTable table_;
