@@ -22,12 +22,7 @@ class CardFileTest : public ::testing::Test {
     file_.learn_index().Update(2, LeadingNumber(score));
     file_.RowChanged(2);
   }
-  // With "|" for the separator.
-  std::string TextOf(const char* path) {
-    std::string text = disk_.Content(path).value_or("(missing)");
-    std::replace(text.begin(), text.end(), kFieldSeparator, '|');
-    return text;
-  }
+  std::string TextOf(const char* path) { return WithBars(disk_.Content(path).value_or("(missing)")); }
 
   MemoryDisk disk_;
   CardFile file_{disk_};
@@ -47,37 +42,31 @@ TEST_F(CardFileTest, CreateNewWritesOneIndexCardAndKeepsTheFileThatWasThere) {
   EXPECT_EQ(disk_.Content("/deck/x.ml~"), FileText(kTwoCards));
   EXPECT_FALSE(file_.changed());
   EXPECT_EQ(file_.IssueId(), "000002");
-  EXPECT_EQ(file_.IssueId(), "000003");
-  for (const char* bad : {"/deck/neu.Mlb", "/deck/neu", "/deck/neu.ml~"}) EXPECT_FALSE(file_.CreateNew(bad)) << bad;
+  EXPECT_FALSE(file_.CreateNew("/deck/neu.Mlb"));
   const OpenReport report = file_.Open(kTestFile);
   EXPECT_FALSE(report.learn_index_rebuilt || report.link_index_rebuilt || report.end_missing);
   EXPECT_EQ(file_.highest_id(), 1);
 }
 
 TEST_F(CardFileTest, OpenRefusesWhatIsNoCardFileAndKeepsTheOpenOne) {
-  disk_.Put("/deck/a.Mlb", FileText(kTwoCards));
   disk_.Put("/deck/leer.mlb", "");
   disk_.Put("/deck/ohne.mlb", FileText(std::vector<TestCard>()));
-  disk_.Put("/deck/fremd.mlb", "a;b\n1;2\n");
   disk_.Put("/deck/benutzt.mlb", FileText(kTwoCards));
   disk_.HoldLock("/deck/.benutzt.mlb.lock", "pc, process 7");
   disk_.PutSymbolicLink("/deck/link.mlb", "/deck/x.txt");
   file_.RowChanged(2);
   using enum OpenResult;
-  const std::pair<const char*, OpenResult> cases[] = {{"/deck/a.Mlb", WrongType},    {"/deck/x.ml~", WrongType},
-                                                      {"/deck/link.mlb", WrongType}, {"/deck/fehlt.mlb", CannotOpen},
-                                                      {"/deck/leer.mlb", Unusable},  {"/deck/ohne.mlb", Unusable},
-                                                      {"/deck/fremd.mlb", Unusable}, {"/deck/benutzt.mlb", InUse}};
+  const std::pair<const char*, OpenResult> cases[] = {{"/deck/x.ml~", WrongType},      {"/deck/link.mlb", WrongType},
+                                                      {"/deck/fehlt.mlb", CannotOpen}, {"/deck/leer.mlb", Unusable},
+                                                      {"/deck/ohne.mlb", Unusable},    {"/deck/benutzt.mlb", InUse}};
   for (const auto& [path, result] : cases) {
     const OpenReport report = file_.Open(path);
     EXPECT_EQ(report.result, result) << path;
     EXPECT_EQ(report.in_use_by, result == InUse ? "pc, process 7" : "") << path;
   }
   EXPECT_EQ(file_.paths().cards, kTestFile);
-  EXPECT_EQ(file_.CardCount(), 2);
-  EXPECT_TRUE(file_.changed());
-  EXPECT_TRUE(disk_.IsLocked(kLock));
-  EXPECT_FALSE(disk_.IsLocked("/deck/.leer.mlb.lock"));
+  EXPECT_TRUE(file_.CardCount() == 2 && file_.changed());
+  EXPECT_TRUE(disk_.IsLocked(kLock) && !disk_.IsLocked("/deck/.leer.mlb.lock"));
 }
 
 TEST_F(CardFileTest, OpenRebuildsAnIndexThatDoesNotFit) {
@@ -99,9 +88,7 @@ TEST_F(CardFileTest, OpenRebuildsAnIndexThatDoesNotFit) {
 TEST_F(CardFileTest, OpenTellsOfACardWithoutIdAndCountsNumbersUpToTheEndMark) {
   disk_.Put(kTestFile, FileText({{.id = "000012"}, {.id = "x99"}, {.id = ""}, {.id = "#"}, {.id = "000500"}}));
   const OpenReport report = file_.Open(kTestFile);
-  EXPECT_EQ(report.result, OpenResult::Opened);
-  EXPECT_TRUE(report.index_defect);
-  EXPECT_FALSE(file_.RebuildIndexes());
+  EXPECT_TRUE(report.result == OpenResult::Opened && report.index_defect && !file_.RebuildIndexes());
   EXPECT_EQ(file_.highest_id(), 12);
   EXPECT_EQ(file_.CardCount(), 5);
 }
@@ -141,31 +128,22 @@ TEST_F(CardFileTest, SaveKeepsTheStateBeforeAsTheOnlyBackupAndWritesThroughALink
 TEST_F(CardFileTest, ADamagedFileIsKeptWhenItIsSavedOver) {
   std::string broken = FileText(kTwoCards);
   broken.resize(broken.find("000003") + 9);  // in the middle of the second card
-  for (const bool has_links : {true, false}) {
-    disk_ = MemoryDisk();
-    disk_.set_has_links(has_links);
-    disk_.Put(kTestFile, broken);
-    disk_.Put("/deck/x-beschaedigt-1.mlb", "schon da");
-    const OpenReport report = file_.Open(kTestFile);
-    EXPECT_EQ(report.result, OpenResult::Opened);
-    EXPECT_TRUE(report.end_missing);
-    EXPECT_EQ(report.cards, 2);
-    EXPECT_FALSE(file_.changed());
-    ASSERT_EQ(file_.Save(), SaveResult::Saved);
-    ASSERT_EQ(file_.Save(), SaveResult::Saved);
-    EXPECT_EQ(disk_.Content("/deck/x-beschaedigt-2.mlb"), broken);
-    EXPECT_EQ(disk_.Content("/deck/x-beschaedigt-1.mlb"), "schon da");
-    EXPECT_FALSE(disk_.Exists("/deck/x-beschaedigt-3.mlb"));
-    EXPECT_FALSE(file_.Open(kTestFile).end_missing);
-  }
+  disk_.Put(kTestFile, broken);
+  disk_.Put("/deck/x-beschaedigt-1.mlb", "schon da");
+  const OpenReport report = file_.Open(kTestFile);
+  EXPECT_TRUE(report.end_missing && report.cards == 2 && !file_.changed());
+  ASSERT_EQ(file_.Save(), SaveResult::Saved);
+  ASSERT_EQ(file_.Save(), SaveResult::Saved);
+  EXPECT_EQ(disk_.Content("/deck/x-beschaedigt-2.mlb"), broken);
+  EXPECT_EQ(disk_.Content("/deck/x-beschaedigt-1.mlb"), "schon da");
+  EXPECT_FALSE(disk_.Exists("/deck/x-beschaedigt-3.mlb") || file_.Open(kTestFile).end_missing);
 }
 
 TEST_F(CardFileTest, SaveCopyLeavesTheOpenFileAsItIs) {
   Answer("000000010");
   disk_.Put("/b/kopie.mlb", "war da");
   ASSERT_EQ(file_.SaveCopy("/b/kopie.mlb"), SaveResult::Saved);
-  EXPECT_TRUE(file_.changed());
-  EXPECT_FALSE(file_.ChangedOnDisk());
+  EXPECT_TRUE(file_.changed() && !file_.ChangedOnDisk());
   EXPECT_EQ(file_.paths().cards, kTestFile);
   EXPECT_EQ(disk_.Content("/b/kopie.ml~"), "war da");
   EXPECT_EQ(disk_.FileNames("/b").size(), 4U);
@@ -189,9 +167,7 @@ TEST_F(CardFileTest, SaveAsMovesOnToTheNewName) {
   EXPECT_FALSE(disk_.IsLocked(kLock));
   EXPECT_TRUE(disk_.IsLocked("/b/.neu.mlb.lock"));
   file_.Close();
-  EXPECT_FALSE(disk_.IsLocked("/b/.neu.mlb.lock"));
-  EXPECT_FALSE(file_.IsOpen());
-  EXPECT_EQ(file_.CardCount(), 0);
+  EXPECT_FALSE(disk_.IsLocked("/b/.neu.mlb.lock") || file_.IsOpen() || file_.CardCount() > 0);
 }
 
 TEST_F(CardFileTest, RestorePutsOtherCardsIntoTheOpenFile) {
@@ -202,15 +178,12 @@ TEST_F(CardFileTest, RestorePutsOtherCardsIntoTheOpenFile) {
   EXPECT_EQ(file_.Restore("/deck/x.row").result, OpenResult::WrongType);
   EXPECT_EQ(file_.Restore("/deck/leer.mlb").result, OpenResult::Unusable);
   EXPECT_FALSE(file_.changed());
-  const OpenReport report = file_.Restore("/deck/x.ml~");
-  ASSERT_EQ(report.result, OpenResult::Opened);
-  EXPECT_TRUE(report.end_missing);
+  EXPECT_TRUE(file_.Restore("/deck/x.ml~").end_missing);
   EXPECT_EQ(file_.paths().cards, kTestFile);
-  EXPECT_TRUE(file_.changed());
-  EXPECT_EQ(file_.highest_id(), 20);
+  EXPECT_TRUE(file_.changed() && !file_.ChangedOnDisk());
+  EXPECT_EQ(file_.IssueId(), "000021");
   EXPECT_EQ(file_.RowOfId(20), 2);
   EXPECT_EQ(file_.learn_index().RowCount(), 3);
-  EXPECT_FALSE(file_.ChangedOnDisk());
   // The save that makes a new backup keeps the damaged one.
   ASSERT_EQ(file_.Save(), SaveResult::Saved);
   EXPECT_EQ(disk_.Content("/deck/x-beschaedigt-1.mlb"), broken);
@@ -233,34 +206,16 @@ TEST_F(CardFileTest, TellsThatAnotherProgramWroteTheFile) {
   EXPECT_FALSE(file_.ChangedOnDisk());
   disk_.Put(kTestFile, FileText(kTwoCards));
   EXPECT_TRUE(file_.ChangedOnDisk());
-  ASSERT_EQ(file_.Save(), SaveResult::Saved);
-  EXPECT_FALSE(file_.ChangedOnDisk());
   EXPECT_TRUE(disk_.Remove(kTestFile));
   EXPECT_FALSE(file_.ChangedOnDisk());
 }
 
 TEST_F(CardFileTest, EstimatesTheSpaceOfASave) {
-  disk_.set_capacity(disk_.Content(kTestFile)->size() + 1000);
   for (const auto& [wish, clamped] : {std::pair<int64_t, int64_t>{301, 301}, {9999, 2000}, {-1, 300}}) {
     int64_t bytes_per_card = wish;
-    const SpaceEstimate estimate = file_.EstimateSpace(bytes_per_card, kTestFile);
+    EXPECT_EQ(file_.EstimateSpace(bytes_per_card, kTestFile).needed, static_cast<uint64_t>(clamped * 2 * 6 / 5));
     EXPECT_EQ(bytes_per_card, clamped);
-    EXPECT_EQ(estimate.needed, static_cast<uint64_t>(clamped * 2 * 6 / 5));
-    EXPECT_EQ(estimate.free, 1000U);
-    EXPECT_EQ(estimate.Enough(), clamped < 400);
   }
-}
-
-TEST_F(CardFileTest, NamesEachStage) {
-  using enum FileStage;
-  std::vector<FileStage> stages;
-  const StageObserver observer = [&](FileStage stage, uint64_t size) {
-    stages.push_back(stage);
-    EXPECT_EQ(size > 0, stage == LoadCards);
-  };
-  ASSERT_EQ(file_.Open(kTestFile, observer).result, OpenResult::Opened);
-  ASSERT_EQ(file_.Save(observer), SaveResult::Saved);
-  EXPECT_EQ(stages, (std::vector{LoadCards, LoadLearnIndex, LoadLinkIndex, SaveCards, SaveLearnIndex, SaveLinkIndex}));
 }
 
 }  // namespace

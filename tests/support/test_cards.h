@@ -57,7 +57,20 @@ inline std::string FileText(const std::vector<TestCard>& cards) {
   return FileText(table);
 }
 
-// Reads such a text.
+// The text with "|" for the separator of fields.
+inline std::string WithBars(std::string text) {
+  std::replace(text.begin(), text.end(), kFieldSeparator, '|');
+  return text;
+}
+
+// The text with the first part of the pair replaced by the second.
+inline std::string With(std::string text, const std::pair<std::string_view, std::string_view>& change) {
+  const size_t at = text.find(change.first);
+  EXPECT_NE(at, std::string::npos) << change.first;
+  return text.replace(at, change.first.size(), change.second);
+}
+
+// Reads a table file.
 inline CardTable TableOf(const std::string& text, char separator = kFieldSeparator) {
   MemoryDisk disk;
   disk.Put("table", text);
