@@ -75,12 +75,13 @@ TEST(CardFigures, CountCardsByTheirHistory) {
     const char* what;
     TestCard card;
     std::string figures;  // what this card is counted as
+    int score_zero = 0;   // and whether it is unknown by its score alone
   } cases[] = {
       {"never answered", {.time_row = "0 0"}, "learnable new"},
       {"no history at all", {.yes_no_row = "", .time_row = ""}, "learnable new"},
-      {"not known", {.score = "000000000", .time_row = "900 800"}, "learnable unknown"},
+      {"not known", {.score = "000000000", .time_row = "900 800"}, "learnable unknown", 1},
       {"not known, taken back", {.score = "1", .time_row = "900"}, "learnable unknown"},
-      {"known, score 0", {.score = "000000000", .yes_no_row = known, .time_row = "900"}, "learnable unknown"},
+      {"known, no score", {.score = "", .yes_no_row = known, .time_row = "900"}, "learnable unknown", 1},
       {"known for long", {.score = "000500000", .yes_no_row = known, .time_row = "900000 1"}, "learnable known"},
       {"due just now", {.score = "000050001", .yes_no_row = known, .time_row = "899998"}, "learnable known"},
       {"due a second ago", {.score = "000050001", .yes_no_row = known, .time_row = "899997"}, "learnable known due"},
@@ -99,16 +100,8 @@ TEST(CardFigures, CountCardsByTheirHistory) {
     if (got.unknown == 1) figures += " unknown";
     if (got.due == 1) figures += " due";
     EXPECT_EQ(figures, c.figures) << c.what;
+    EXPECT_EQ(CountUnknown(cards, ColumnsOf(cards)), c.score_zero) << c.what;
   }
-}
-
-TEST(CardFigures, CountUnknownCardsByScoreAlone) {
-  const CardTable cards = MakeCards({{.score = "000000000"},
-                                     {.score = ""},
-                                     {.score = "1"},
-                                     {.question = "<navigation>", .score = "0"},
-                                     {.id = "##", .score = ""}});
-  EXPECT_EQ(CountUnknown(cards, ColumnsOf(cards)), 2);
 }
 
 }  // namespace

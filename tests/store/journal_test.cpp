@@ -12,28 +12,24 @@ namespace {
 
 const std::filesystem::path kJournal = "/deck/x.mlj";
 
-JournalContents Example() {
-  return {{33, 44},
-          {{1000, RowChange{2, {{5, "000000777"}, {7, std::string("w\0\xFF\n", 4)}}}},
-           {1001, SavePoint{{12, 0xFFFFFFFFFFFFFFFF}}},
-           {-1, TableChange{"ID\nx\n"}},
-           {1002, RowChange{4294967295, {}}}},
-          false};
-}
-
 TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
-  const JournalContents example = Example();
-  std::string text = JournalHead(example.base);
+  const ContentStamp base = {33, 44};
+  const std::vector<JournalRecord> records = {
+      {1000, RowChange{2, {{5, "000000777"}, {7, std::string("w\0\xFF\n", 4)}}}},
+      {1001, SavePoint{{12, 0xFFFFFFFFFFFFFFFF}}},
+      {-1, TableChange{"ID\nx\n"}},
+      {1002, RowChange{4294967295, {}}}};
+  std::string text = JournalHead(base);
   std::vector<size_t> ends{text.size()};
-  for (const JournalRecord& record : example.records) ends.push_back((text += JournalText(record)).size());
+  for (const JournalRecord& record : records) ends.push_back((text += JournalText(record)).size());
   const auto expect_whole_up_to = [&](const std::string& bytes, size_t place) {
     SCOPED_TRACE(place);
     const std::optional<JournalContents> read = ParseJournal(bytes);
     const auto whole = std::count_if(ends.begin(), ends.end(), [&](size_t end) { return end <= place; });
     ASSERT_EQ(read.has_value(), whole > 0);
     if (!read) return;
-    EXPECT_EQ(read->base, example.base);
-    EXPECT_EQ(read->records, std::vector(example.records.begin(), example.records.begin() + (whole - 1)));
+    EXPECT_EQ(read->base, base);
+    EXPECT_EQ(read->records, std::vector(records.begin(), records.begin() + (whole - 1)));
     EXPECT_EQ(read->cut, bytes.size() != ends[static_cast<size_t>(whole - 1)]);
   };
   for (size_t place = 0; place <= text.size(); ++place) {
@@ -45,24 +41,12 @@ TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
   }
 }
 
-TEST(Journal, TellsWhatAFileLacksFromItsLastSavePointOn) {
-  const JournalContents example = Example();
-  const auto& records = example.records;
-  EXPECT_EQ(ChangesSince(example, {33, 44}), (std::vector{records[0], records[2], records[3]}));
-  EXPECT_EQ(ChangesSince(example, {12, 0xFFFFFFFFFFFFFFFF}), (std::vector{records[2], records[3]}));
-  EXPECT_EQ(ChangesSince(example, {33, 45}), std::nullopt);
-}
-
 // A card file that is changed, and a program that can end at any moment.
 class CardFileJournal : public ::testing::Test {
  protected:
   CardFileJournal() {
-    OpenTestFile(disk_, *file_, {{.id = "000001"}, {.id = "000002"}, {.id = "000003"}});
-    Watch();
-  }
-
-  void Watch() {
-    file_->journal().SetFailureObserver([this] { ++failures_; });
+    disk_.Put(kTestFile, FileText({{.id = "000001"}, {.id = "000002"}, {.id = "000003"}}));
+    EXPECT_EQ(Crash().result, OpenResult::Opened);
   }
 
   // Sets the score of a card, as an answer does.
@@ -77,7 +61,7 @@ class CardFileJournal : public ::testing::Test {
     file_.reset();
     disk_.FailAt(0);
     file_ = std::make_unique<CardFile>(disk_, clock_);
-    Watch();
+    file_->journal().SetFailureObserver([this] { ++failures_; });
     return file_->Open(kTestFile);
   }
 
@@ -93,7 +77,7 @@ class CardFileJournal : public ::testing::Test {
 
   MemoryDisk disk_;
   FixedClock clock_{1'700'000'000};
-  std::unique_ptr<CardFile> file_ = std::make_unique<CardFile>(disk_, clock_);
+  std::unique_ptr<CardFile> file_;
   int failures_ = 0;
 };
 
@@ -107,16 +91,13 @@ TEST_F(CardFileJournal, BringsBackWhatWasNotSaved) {
   ASSERT_TRUE(report.unsaved);
   EXPECT_EQ(report.unsaved->cards, 2);
   EXPECT_EQ(report.unsaved->last - report.unsaved->first, 60);
-  EXPECT_FALSE(file_->changed());
-  EXPECT_NE(Text(), text);
+  EXPECT_TRUE(!file_->changed() && Text() != text);
   ASSERT_TRUE(file_->TakeOverUnsaved());
-  EXPECT_EQ(Text(), text);
-  EXPECT_TRUE(file_->changed());
+  EXPECT_TRUE(file_->changed() && Text() == text);
   EXPECT_EQ(file_->learn_index().Score(file_->learn_index().RowOfCard(2)), 7);
   CrashAndTakeOver();  // it is still unsaved
   ASSERT_EQ(file_->Save(), SaveResult::Saved);
-  EXPECT_FALSE(disk_.Exists(kJournal));
-  EXPECT_FALSE(Crash().unsaved);
+  EXPECT_FALSE(disk_.Exists(kJournal) || Crash().unsaved);
   EXPECT_EQ(Text(), text);
 }
 
@@ -154,7 +135,6 @@ TEST_F(CardFileJournal, OfAnotherStateIsNeverReplayed) {
   disk_.Put(kTestFile, other);
   const OpenReport report = Crash();
   EXPECT_FALSE(report.unsaved);
-  EXPECT_EQ(report.put_aside, "/deck/x-Antworten-1.mlj");
   EXPECT_EQ(disk_.Content(report.put_aside), journal);
   EXPECT_EQ(Text(), other);
 }
@@ -165,8 +145,7 @@ TEST_F(CardFileJournal, FollowsTheBackupWhenTheCardFileIsGone) {
   const std::string text = Text();
   ASSERT_TRUE(disk_.Rename(kTestFile, "/deck/x.ml~"));
   ASSERT_EQ(Crash().result, OpenResult::CannotOpen);
-  const OpenReport report = file_->Restore("/deck/x.ml~");
-  ASSERT_TRUE(report.unsaved && file_->TakeOverUnsaved());
+  ASSERT_TRUE(file_->Restore("/deck/x.ml~").unsaved && file_->TakeOverUnsaved());
   EXPECT_EQ(Text(), text);
 }
 
@@ -208,41 +187,42 @@ TEST_F(CardFileJournal, LosesNothingWhereverTheDiskFails) {
   using enum MemoryDisk::WriteFault;
   int journals = 0;
   int tables = 0;
-  for (const bool stays_broken : {false, true}) {
-    for (const MemoryDisk::WriteFault fault : {Nothing, Half, HalfUnnoticed}) {
-      bool reached = true;
-      for (int n = 1; reached; ++n) {
-        SCOPED_TRACE(n);
-        ASSERT_EQ(Crash().result, OpenResult::Opened);
-        (void)file_->PutUnsavedAside();
-        std::mt19937 random(static_cast<uint32_t>(n));
-        failures_ = 0;
-        disk_.stay_broken(stays_broken);
-        disk_.FailAt(n, fault);
-        std::string kept = Text();  // the newest state of which no change was reported as not kept
-        for (int step = 0; step < 12; ++step) {
-          const auto dice = random() % 8;
-          if (dice < 2) {
-            (void)file_->Save();
-          } else if (dice == 2) {
-            (void)file_->Restore("/deck/x.ml~");
-          } else {
-            Change(2 + static_cast<int>(random() % 3), static_cast<int>(random() % 1000));
-          }
-          if (!file_->journal().failing()) kept = Text();
+  for (const auto& [fault, stays] : {std::pair{Nothing, false},
+                                     {Nothing, true},
+                                     {Half, false},
+                                     {Half, true},
+                                     {HalfUnnoticed, false},
+                                     {HalfUnnoticed, true}}) {
+    bool reached = true;
+    for (int n = 1; reached; ++n) {
+      SCOPED_TRACE(n);
+      ASSERT_EQ(Crash().result, OpenResult::Opened);
+      (void)file_->PutUnsavedAside();
+      std::mt19937 random(static_cast<uint32_t>(n));
+      failures_ = 0;
+      disk_.stay_broken(stays);
+      disk_.FailAt(n, fault);
+      std::string kept = Text();  // the newest state of which no change was reported as not kept
+      for (int step = 0; step < 12; ++step) {
+        const auto dice = random() % 8;
+        if (dice < 2) {
+          (void)file_->Save();
+        } else if (dice == 2) {
+          (void)file_->Restore("/deck/x.ml~");
+        } else {
+          Change(2 + static_cast<int>(random() % 3), static_cast<int>(random() % 1000));
         }
-        reached = disk_.operations() >= n;
-        EXPECT_LE(failures_, 1);
-        const OpenReport report = Crash();
-        EXPECT_TRUE(report.put_aside.empty());
-        if (report.unsaved) {
-          ++journals;
-          tables += report.unsaved->whole_table ? 1 : 0;
-          EXPECT_TRUE(file_->TakeOverUnsaved());
-        }
-        EXPECT_EQ(Text(), kept);
-        ASSERT_EQ(file_->Save(), SaveResult::Saved);
+        if (!file_->journal().failing()) kept = Text();
       }
+      reached = disk_.operations() >= n;
+      EXPECT_LE(failures_, 1);
+      const OpenReport report = Crash();
+      EXPECT_TRUE(report.put_aside.empty());
+      journals += report.unsaved ? 1 : 0;
+      tables += report.unsaved && report.unsaved->whole_table ? 1 : 0;
+      EXPECT_TRUE(!report.unsaved || file_->TakeOverUnsaved());
+      EXPECT_EQ(Text(), kept);
+      ASSERT_EQ(file_->Save(), SaveResult::Saved);
     }
   }
   EXPECT_GT(journals, 80);
