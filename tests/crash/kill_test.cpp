@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -14,10 +15,12 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "learn/learning_run.h"
 #include "store/card_ids.h"
 #include "tests/support/fixed_clock.h"
+#include "tests/support/scripted_random.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {
@@ -27,12 +30,6 @@ namespace fs = std::filesystem;
 
 constexpr int kCards = 120;
 constexpr int kSecondsPerStep = 7;
-
-struct SeededRandom : Random {
-  explicit SeededRandom(uint32_t seed) : generator(seed) {}
-  uint32_t Next() override { return static_cast<uint32_t>(generator()) >> 1U; }
-  std::mt19937 generator;
-};
 
 struct SilentView : LearningView {
   void Refresh() override {}
@@ -69,7 +66,9 @@ int OpenAfterCrash(CardFile& file, const fs::path& path) {
 // Learns until it is killed.
 [[noreturn]] void Learn(const fs::path& path, int64_t now, uint32_t seed, int news) {
   FixedClock clock(now);
-  SeededRandom random(seed);
+  std::vector<uint32_t> numbers(10'000);
+  std::generate(numbers.begin(), numbers.end(), [g = std::mt19937(seed)]() mutable { return g() >> 1U; });
+  ScriptedRandom random(numbers);
   SilentView view;
   CardFile file(RealDisk(), clock);
   file.journal().FlushInBackground();
@@ -93,26 +92,18 @@ int OpenAfterCrash(CardFile& file, const fs::path& path) {
   }
 }
 
-struct Tally {
-  int kills = 0;
-  int answers = 0;  // acknowledged
-  int taken_over = 0;
-  int lost = 0;
-};
-
 class Killer {
  public:
   Killer(fs::path folder, uint32_t seed) : folder_(std::move(folder)), random_(seed) {
     std::vector<TestCard> cards;
-    for (int i = 1; i <= kCards; ++i) {
-      cards.push_back({.id = std::to_string(100000 + i)});
-    }
-    CardTable table = MakeCards(cards);
+    for (int i = 1; i <= kCards; ++i) cards.push_back({.id = std::to_string(100000 + i)});
     fs::create_directories(folder_ / "deck");
-    if (!table.SaveToFile(path())) Fail("cannot write the card file");
+    if (!MakeCards(cards).SaveToFile(path())) Fail("cannot write the card file");
   }
 
-  Tally tally;
+  int answers = 0;  // acknowledged
+  int taken_over = 0;
+  int lost = 0;
 
   void KillOnce() {
     int pipe_ends[2];
@@ -125,17 +116,14 @@ class Killer {
     }
     close(pipe_ends[1]);
     FILE* news = fdopen(pipe_ends[0], "r");
-    const int answers = static_cast<int>(random_() % 60);
-    for (int i = 0; i < answers; ++i) Listen(news);
+    for (auto i = random_() % 60; i > 0; --i) Listen(news);
     std::this_thread::sleep_for(std::chrono::microseconds(random_() % 4000));
     kill(child, SIGKILL);
-    while (Listen(news)) {
-    }
+    while (Listen(news)) continue;
     std::fclose(news);
     int status = 0;
     waitpid(child, &status, 0);
     if (!WIFSIGNALED(status)) Fail("the program ended by itself");
-    ++tally.kills;
     now_ += 100000;
     CompareWithCopy();
   }
@@ -150,10 +138,9 @@ class Killer {
     const std::string text = line;
     if (text.back() != '\n') return true;
     const int row = std::stoi(text.substr(1));
-    const bool asked = text[0] == '?';
-    asked_row_ = asked ? row : 0;
-    if (asked) return true;
-    ++tally.answers;
+    asked_row_ = text[0] == '?' ? row : 0;
+    if (asked_row_ != 0) return true;
+    ++answers;
     seen_[row] = text.substr(text.find(' ') + 1, text.size() - text.find(' ') - 2);
     return true;
   }
@@ -164,11 +151,11 @@ class Killer {
     fs::remove_all(copy);
     fs::copy(path().parent_path(), copy);
     CardFile file;
-    tally.taken_over += OpenAfterCrash(file, copy / "x.mlb");
+    taken_over += OpenAfterCrash(file, copy / "x.mlb");
     for (auto& [row, text] : seen_) {
       // Of the answer during which the program died nobody was told.
       if (row != asked_row_ && RowText(file, row) != text) {
-        ++tally.lost;
+        ++lost;
         std::printf("row %d was  %s\n        is  %s\n", row, text.c_str(), RowText(file, row).c_str());
       }
       text = RowText(file, row);
@@ -195,8 +182,7 @@ int main(int argc, char** argv) {
   Killer killer(folder, seed);
   for (int i = 0; i < kills; ++i) killer.KillOnce();
   fs::remove_all(folder);
-  const Tally& tally = killer.tally;
-  std::printf("%d kills, %d answers acknowledged, %d cards changed by journals, %d answers lost\n", tally.kills,
-              tally.answers, tally.taken_over, tally.lost);
-  return tally.lost == 0 && tally.taken_over > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+  std::printf("%d kills, %d answers acknowledged, %d cards changed by journals, %d answers lost\n", kills,
+              killer.answers, killer.taken_over, killer.lost);
+  return killer.lost == 0 && killer.taken_over > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -153,13 +153,10 @@ TEST_F(Generations, CountsOnlyWhatReadsBackAsItWasSaved) {
 // has come, and the saved file is untouched.
 TEST_F(Generations, AreNotLostByAFailingDisk) {
   using enum MemoryDisk::WriteFault;
+  const std::pair<MemoryDisk::WriteFault, bool> faults[] = {
+      {Nothing, false}, {Nothing, true}, {Half, false}, {Half, true}, {HalfUnnoticed, false}, {HalfUnnoticed, true}};
   std::set<GenerationResult> results;
-  for (const auto& [fault, stays] : {std::pair{Nothing, false},
-                                     {Nothing, true},
-                                     {Half, false},
-                                     {Half, true},
-                                     {HalfUnnoticed, false},
-                                     {HalfUnnoticed, true}}) {
+  for (const auto& [fault, stays] : faults) {
     int n = 1;
     for (bool reached = true; reached; ++n) {
       disk = MemoryDisk();

@@ -16,12 +16,6 @@ class CardFileTest : public ::testing::Test {
  protected:
   CardFileTest() { OpenTestFile(disk_, file_, kTwoCards); }
 
-  // Changes a card so that the next save differs.
-  void Answer(const char* score) {
-    file_.cards().Poke(file_.columns().score, 2, score);
-    file_.learn_index().Update(2, LeadingNumber(score));
-    file_.RowChanged(2);
-  }
   std::string TextOf(const char* path) { return WithBars(disk_.Content(path).value_or("(missing)")); }
 
   MemoryDisk disk_;
@@ -89,16 +83,13 @@ TEST_F(CardFileTest, OpenTellsOfACardWithoutIdAndCountsNumbersUpToTheEndMark) {
   disk_.Put(kTestFile, FileText({{.id = "000012"}, {.id = "x99"}, {.id = ""}, {.id = "#"}, {.id = "000500"}}));
   const OpenReport report = file_.Open(kTestFile);
   EXPECT_TRUE(report.result == OpenResult::Opened && report.index_defect && !file_.RebuildIndexes());
-  EXPECT_EQ(file_.highest_id(), 12);
-  EXPECT_EQ(file_.CardCount(), 5);
+  EXPECT_TRUE(file_.highest_id() == 12 && file_.CardCount() == 5);
 }
 
 TEST_F(CardFileTest, FindsCardsThatMovedAndSavesIndexesThatFit) {
   file_.cards().GoTo(2);
   file_.cards().InsertRow(false);
-  EXPECT_EQ(file_.RowOfId(7), 3);
-  EXPECT_EQ(file_.RowOfId(3), 4);
-  EXPECT_EQ(file_.RowOfId(9), 0);
+  EXPECT_TRUE(file_.RowOfId(7) == 3 && file_.RowOfId(3) == 4 && file_.RowOfId(9) == 0);
   file_.cards().Poke(file_.columns().id, 2, "000009");
   ASSERT_EQ(file_.Save(), SaveResult::Saved);
   const OpenReport report = file_.Open(kTestFile);
@@ -110,16 +101,15 @@ TEST_F(CardFileTest, SaveKeepsTheStateBeforeAsTheOnlyBackupAndWritesThroughALink
   disk_.Put("/deck/x.ini", "[Fremd]\r\nk=v\r\n");
   disk_.PutSymbolicLink("/near/y.mlb", kTestFile);
   ASSERT_EQ(file_.Open("/near/y.mlb").result, OpenResult::Opened);
-  Answer("000000010");
+  SetScore(file_, 2, 10);
   ASSERT_EQ(file_.Save(), SaveResult::Saved);
   EXPECT_FALSE(file_.changed());
   const std::string first = *disk_.Content(kTestFile);
-  Answer("000000020");
+  SetScore(file_, 2, 20);
   file_.settings().SetInt("ROW", "Pos", 2);
   ASSERT_EQ(file_.Save(), SaveResult::Saved);
   EXPECT_EQ(disk_.Content("/deck/x.ml~"), first);
-  EXPECT_EQ(disk_.FileNames("/deck").size(), 5U);
-  EXPECT_TRUE(disk_.FileNames("/near").empty());
+  EXPECT_TRUE(disk_.FileNames("/deck").size() == 5 && disk_.FileNames("/near").empty());
   EXPECT_EQ(TextOf("/deck/x.row"),
             "BoxPos|Score|ID\n-1|-1|@@\n3|000000001|000003\n2|000000020|000007\n999999|999999999|##\n");
   EXPECT_EQ(disk_.Content("/deck/x.ini"), "[Fremd]\r\nk=v\r\n\r\n[ROW]\r\nPos=2\r\n");
@@ -134,13 +124,13 @@ TEST_F(CardFileTest, ADamagedFileIsKeptWhenItIsSavedOver) {
   EXPECT_TRUE(report.end_missing && report.cards == 2 && !file_.changed());
   ASSERT_EQ(file_.Save(), SaveResult::Saved);
   ASSERT_EQ(file_.Save(), SaveResult::Saved);
-  EXPECT_EQ(disk_.Content("/deck/x-beschaedigt-2.mlb"), broken);
   EXPECT_EQ(disk_.Content("/deck/x-beschaedigt-1.mlb"), "schon da");
+  EXPECT_EQ(disk_.Content("/deck/x-beschaedigt-2.mlb"), broken);
   EXPECT_FALSE(disk_.Exists("/deck/x-beschaedigt-3.mlb") || file_.Open(kTestFile).end_missing);
 }
 
 TEST_F(CardFileTest, SaveCopyLeavesTheOpenFileAsItIs) {
-  Answer("000000010");
+  SetScore(file_, 2, 10);
   disk_.Put("/b/kopie.mlb", "war da");
   ASSERT_EQ(file_.SaveCopy("/b/kopie.mlb"), SaveResult::Saved);
   EXPECT_TRUE(file_.changed() && !file_.ChangedOnDisk());
@@ -159,13 +149,12 @@ TEST_F(CardFileTest, SaveCopyLeavesTheOpenFileAsItIs) {
 
 TEST_F(CardFileTest, SaveAsMovesOnToTheNewName) {
   file_.settings().SetInt("ROW", "Pos", 2);
-  Answer("000000010");
+  SetScore(file_, 2, 10);
   ASSERT_EQ(file_.SaveAs("/b/neu.mlb"), SaveResult::Saved);
   EXPECT_FALSE(file_.changed() || file_.ChangedOnDisk());
   EXPECT_EQ(file_.paths().learn_index, "/b/neu.row");
   EXPECT_EQ(disk_.Content("/b/neu.ini"), "[ROW]\nPos=2\n");
-  EXPECT_FALSE(disk_.IsLocked(kLock));
-  EXPECT_TRUE(disk_.IsLocked("/b/.neu.mlb.lock"));
+  EXPECT_TRUE(!disk_.IsLocked(kLock) && disk_.IsLocked("/b/.neu.mlb.lock"));
   file_.Close();
   EXPECT_FALSE(disk_.IsLocked("/b/.neu.mlb.lock") || file_.IsOpen() || file_.CardCount() > 0);
 }
@@ -182,8 +171,7 @@ TEST_F(CardFileTest, RestorePutsOtherCardsIntoTheOpenFile) {
   EXPECT_EQ(file_.paths().cards, kTestFile);
   EXPECT_TRUE(file_.changed() && !file_.ChangedOnDisk());
   EXPECT_EQ(file_.IssueId(), "000021");
-  EXPECT_EQ(file_.RowOfId(20), 2);
-  EXPECT_EQ(file_.learn_index().RowCount(), 3);
+  EXPECT_TRUE(file_.RowOfId(20) == 2 && file_.learn_index().RowCount() == 3);
   // The save that makes a new backup keeps the damaged one.
   ASSERT_EQ(file_.Save(), SaveResult::Saved);
   EXPECT_EQ(disk_.Content("/deck/x-beschaedigt-1.mlb"), broken);

@@ -2,6 +2,7 @@
 
 #include <random>
 
+#include "store/bisection_order.h"
 #include "store/learn_index.h"
 #include "store/link_index.h"
 #include "tests/support/test_cards.h"
@@ -97,23 +98,23 @@ TEST(Indexes, AdoptOnlyAFileThatFitsTheCards) {
        {Change{"000000001", "000000000"}, {"2\n", "2\r\n"}, {"2\n", "2|mehr\n"}, {"|000002", "|\\000002"}}) {
     EXPECT_TRUE(Adopts(learn, With(kLearnText, c), cards)) << c.second;
   }
-  const Change bad_learn[] = {{"BoxPos|Score|ID", "BoxPos|ID|Score"},
+  const Change bad_learn[] = {{"BoxPos|Score", "Score|BoxPos"},
                               {"|ID\n", "|ID|X\n"},
                               {"-1|-1|@@\n", ""},
                               {"-1|-1|@@", "-1|-1|"},
                               {"|##\n", "|##\n\n"},
-                              {"999999999|##", "999999998|##"},
-                              {"3|000000001|000002\n", ""},
+                              {"999|##", "998|##"},
+                              {"2|5|000001\n", ""},
                               {"2|5|", "2|1000000000|"},
                               {"|##\n", "|##"},
-                              {"|000002\n", "|000002\r\r\n"},
-                              {"3|000000001|000002", "2|000000001|000001"},
+                              {"000002\n", "000002\r\r\n"},
                               {"|000002", "|000001"},
                               {"3|0", "03|0"},
-                              {"3|000000001|000002", "4|000000001|##"},
-                              {"3|000000001|000002", "1|000000001|@@"},
-                              {"000000001", "000000006"},
-                              {"3|0", "99999999999999999999|0"}};
+                              {"2|5|000001", "4|5|##"},
+                              {"2|5|000001", "1|5|@@"},
+                              {"2|5|000001", "3|5|000002"},
+                              {"00001|", "00006|"},
+                              {"2|5", "99999999999|5"}};
   const Change bad_link[] = {{"ID|BoxPos", "BoxPos|ID"},        {"-1|-1", "-1|0"},
                              {"999999|999999", "999999|99999"}, {"000001|2\n000002|3", "000002|3\n000001|2"},
                              {"000002|3", "000001|2"},          {"000002|3", "000002|x"}};
@@ -124,6 +125,45 @@ TEST(Indexes, AdoptOnlyAFileThatFitsTheCards) {
   EXPECT_FALSE(learn.Build(defect) || link.Build(defect));
   EXPECT_EQ(learn.RowCount(), 4);
   EXPECT_EQ(link.RowCount(), 4);
+}
+
+// Puts the entries in row by row, as the order is defined. `rows` counts from 1 with a start row, as an index does.
+std::vector<int32_t> OrderByInserting(const std::vector<int64_t>& keys, int64_t end_key) {
+  std::vector<std::pair<int64_t, int32_t>> rows = {{0, 0}, {-1, -1}, {end_key, -1}};  // keys and entries
+  size_t n = 2;
+  for (size_t i = 0; i < keys.size(); ++i) {
+    size_t low = 2;
+    size_t high = n;
+    size_t middle = std::max<size_t>(n / 2, 2);
+    do {
+      if (rows[middle].first >= keys[i]) high = middle;
+      if (rows[middle].first <= keys[i]) low = middle;
+      middle = low + (high - low) / 2;
+    } while (high - low >= 10);
+    while (low <= high && rows[low].first < keys[i]) ++low;
+    if (low > high) continue;
+    rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(low), {keys[i], static_cast<int32_t>(i)});
+    ++n;
+  }
+  std::vector<int32_t> order;
+  for (size_t row = 2; row < n; ++row) order.push_back(rows[row].second);
+  return order;
+}
+
+TEST(BisectionOrder, GivesTheOrderOfInsertingOneByOne) {
+  std::mt19937 random(20240229);
+  const auto draw = [&](int64_t most) { return static_cast<int64_t>(random() % static_cast<uint64_t>(most + 1)); };
+  constexpr int64_t kEndKey = 999;
+  for (int round = 0; round < 4000; ++round) {
+    // Mostly small ones, where every size occurs; a few as long as the bisection needs to go deep.
+    const int64_t size = round % 40 == 0 ? draw(3000) : draw(80);
+    const int64_t distinct = 1 + draw(round % 3 == 0 ? 1005 : 6);
+    std::vector<int64_t> keys;
+    for (int64_t i = 0; i < size; ++i) keys.push_back(kEndKey + 2 - draw(distinct) * (round % 2 == 0 ? 1 : 150));
+    if (round % 5 == 0) std::sort(keys.begin(), keys.end());
+    if (round % 7 == 0) std::reverse(keys.begin(), keys.end());
+    ASSERT_EQ(BisectionOrder(keys, kEndKey), OrderByInserting(keys, kEndKey)) << ::testing::PrintToString(keys);
+  }
 }
 
 // The index as a list of rows, each a card and its score, changed row by row.

@@ -22,8 +22,7 @@ TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
   std::string text = JournalHead(base);
   std::vector<size_t> ends{text.size()};
   for (const JournalRecord& record : records) ends.push_back((text += JournalText(record)).size());
-  const auto expect_whole_up_to = [&](const std::string& bytes, size_t place) {
-    SCOPED_TRACE(place);
+  const auto expect_whole_up_to = [&](size_t place, const std::string& bytes) {
     const std::optional<JournalContents> read = ParseJournal(bytes);
     const auto whole = std::count_if(ends.begin(), ends.end(), [&](size_t end) { return end <= place; });
     ASSERT_EQ(read.has_value(), whole > 0);
@@ -32,13 +31,14 @@ TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
     EXPECT_EQ(read->records, std::vector(records.begin(), records.begin() + (whole - 1)));
     EXPECT_EQ(read->cut, bytes.size() != ends[static_cast<size_t>(whole - 1)]);
   };
-  for (size_t place = 0; place <= text.size(); ++place) {
-    expect_whole_up_to(text.substr(0, place), place);
-    if (place == text.size()) break;
+  for (size_t place = 0; place < text.size(); ++place) {
+    SCOPED_TRACE(place);
+    expect_whole_up_to(place, text.substr(0, place));
     std::string damaged = text;
     damaged[place] = static_cast<char>(damaged[place] ^ 0x10);
-    expect_whole_up_to(damaged, place);
+    expect_whole_up_to(place, damaged);
   }
+  expect_whole_up_to(text.size(), text);
 }
 
 // A card file that is changed, and a program that can end at any moment.
@@ -49,12 +49,7 @@ class CardFileJournal : public ::testing::Test {
     EXPECT_EQ(Crash().result, OpenResult::Opened);
   }
 
-  // Sets the score of a card, as an answer does.
-  void Change(int row, int64_t score) {
-    file_->cards().Poke(file_->columns().score, row, std::to_string(score));
-    file_->learn_index().Update(row, score);
-    file_->RowChanged(row, std::array{file_->columns().score});
-  }
+  void Change(int row, int64_t score) { SetScore(*file_, row, score); }
 
   // The program ends without having been asked to, and is started again.
   OpenReport Crash() {
@@ -76,7 +71,7 @@ class CardFileJournal : public ::testing::Test {
   }
 
   MemoryDisk disk_;
-  FixedClock clock_{1'700'000'000};
+  FixedClock clock_;
   std::unique_ptr<CardFile> file_;
   int failures_ = 0;
 };
@@ -185,14 +180,11 @@ TEST_F(CardFileJournal, SurvivesAPowerCutOnceItIsFlushed) {
 // program did not report as failed is there after a crash.
 TEST_F(CardFileJournal, LosesNothingWhereverTheDiskFails) {
   using enum MemoryDisk::WriteFault;
+  const std::pair<MemoryDisk::WriteFault, bool> faults[] = {
+      {Nothing, false}, {Nothing, true}, {Half, false}, {Half, true}, {HalfUnnoticed, false}, {HalfUnnoticed, true}};
   int journals = 0;
   int tables = 0;
-  for (const auto& [fault, stays] : {std::pair{Nothing, false},
-                                     {Nothing, true},
-                                     {Half, false},
-                                     {Half, true},
-                                     {HalfUnnoticed, false},
-                                     {HalfUnnoticed, true}}) {
+  for (const auto& [fault, stays] : faults) {
     bool reached = true;
     for (int n = 1; reached; ++n) {
       SCOPED_TRACE(n);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -86,6 +88,13 @@ inline constexpr const char* kTestFile = "/deck/x.mlb";
 inline void OpenTestFile(MemoryDisk& disk, CardFile& file, const std::vector<TestCard>& cards) {
   disk.Put(kTestFile, FileText(cards));
   ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
+}
+
+// Gives a card a score, as an answer does.
+inline void SetScore(CardFile& file, int row, int64_t score) {
+  file.cards().Poke(file.columns().score, row, std::to_string(score));
+  file.learn_index().Update(row, score);
+  file.RowChanged(row, std::array{file.columns().score});
 }
 
 }  // namespace tessaro
