@@ -1,8 +1,10 @@
 #include "platform/disk.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -49,6 +51,15 @@ TEST_F(RealDiskTest, TellsFailures) {
   EXPECT_FALSE(full->Write("x"));
   EXPECT_TRUE(full->Close());
   EXPECT_FALSE(full->Close()) << "closed already";
+  // A disk that takes a part of what is written.
+  rlimit limit = {};
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const rlim_t before = std::exchange(limit.rlim_cur, 50'000);
+  std::signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &limit);
+  EXPECT_FALSE(Put(file_, std::string(100'000, 'x')));
+  limit.rlim_cur = before;
+  setrlimit(RLIMIT_FSIZE, &limit);
 }
 
 TEST_F(RealDiskTest, StateTellsWritingAndReplacing) {

@@ -178,32 +178,12 @@ TEST_F(CardFileTest, RestorePutsOtherCardsIntoTheOpenFile) {
   EXPECT_EQ(disk_.Content("/deck/x.ml~"), FileText(kTwoCards));
 }
 
-TEST_F(CardFileTest, RestoreWithoutAnOpenFileOpensTheBackupUnderTheCardFilesName) {
-  file_.Close();
-  const std::string backup = FileText({{.id = "000020"}});
-  disk_.Put("/deck/x.ml~", backup);
-  disk_.Put(kTestFile, "zerstoert");
-  ASSERT_EQ(file_.Restore("/deck/x.ml~").result, OpenResult::Opened);
-  EXPECT_EQ(file_.paths().cards, kTestFile);
-  EXPECT_TRUE(file_.changed() && disk_.IsLocked(kLock));
-  ASSERT_EQ(file_.Save(), SaveResult::Saved);
-  EXPECT_EQ(disk_.Content(kTestFile), backup);
-}
-
 TEST_F(CardFileTest, TellsThatAnotherProgramWroteTheFile) {
   EXPECT_FALSE(file_.ChangedOnDisk());
   disk_.Put(kTestFile, FileText(kTwoCards));
   EXPECT_TRUE(file_.ChangedOnDisk());
   EXPECT_TRUE(disk_.Remove(kTestFile));
   EXPECT_FALSE(file_.ChangedOnDisk());
-}
-
-TEST_F(CardFileTest, EstimatesTheSpaceOfASave) {
-  for (const auto& [wish, clamped] : {std::pair<int64_t, int64_t>{301, 301}, {9999, 2000}, {-1, 300}}) {
-    int64_t bytes_per_card = wish;
-    EXPECT_EQ(file_.EstimateSpace(bytes_per_card, kTestFile).needed, static_cast<uint64_t>(clamped * 2 * 6 / 5));
-    EXPECT_EQ(bytes_per_card, clamped);
-  }
 }
 
 }  // namespace

@@ -18,32 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class CardTableFile : public testing::Test {
- protected:
-  CardTableFile() { fs::create_directory(folder_); }
-  ~CardTableFile() override { fs::remove_all(folder_); }
-
-  void Put(const std::string& text) { std::ofstream(path_, std::ios::binary) << text; }
-
-  const fs::path folder_ = fs::path(testing::TempDir()) / "card_table_test";
-  const fs::path path_ = folder_ / "Deck.mlb";
-};
-
-TEST(CardTable, WritesLinesInOneForm) {
-  const std::pair<std::string, std::string> cases[] = {
-      {"A;B\na\\;b;x\\\\y\nl\\nm;l\\Nm\n", "A;B\na\\;b;x\\\\y\nl\\nm;l\\nm\n"},
-      {"A;B\n1\n\n1;2;3;4\n", "A;B\n1;\n;\n1;2\n"},
-      {"A;B\n1;2\n3;4", "A;B\n1;2\n3;\n"},
-      // The line ending of the header is that of the file.
-      {"A;B\r\n1;2\n3;4\r\r\n", "A;B\r\n1;2\r\n3;4\r\r\n"},
-      {"A;B\n1;2\r\n\r\n\r", "A;B\n1;2\n;\n;\n"},
-  };
-  for (const auto& [text, written] : cases) {
-    CardTable table = TableOf(text, ';');
-    EXPECT_EQ(FileText(table), written) << text;
-  }
-}
-
 TEST(CardTable, ReadsAnyTextUnderAnySeparatorAsThePlainModel) {
   std::mt19937 random(3);
   for (int round = 0; round < 30 * 256; ++round) {
@@ -118,50 +92,33 @@ TEST(CardTable, CountsCharactersReadAndFieldsWritten) {
   Progress() = {};
 }
 
-TEST(CardTable, TakesItsNameFromThePath) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"/x/La.a.mlb", "La.a"}, {"C:La.mlb", "La"}, {"C:\\my.decks\\La", "my"}, {"/a/.mlb", ""}};
-  for (const auto& [path, name] : cases) {
-    CardTable table;
-    table.SetNameFromPath(path);
-    EXPECT_EQ(table.TableName(), name) << path;
-  }
-}
-
-TEST_F(CardTableFile, LoadsAndSavesFilesAndSurvivesFailures) {
-  Put("A;B\r\n1;2\r\n");
+TEST(CardTable, LoadsAndSavesFilesAndSurvivesFailures) {
+  const fs::path folder = fs::path(testing::TempDir()) / "card_table_test";
+  fs::create_directory(folder);
+  const fs::path path = folder / "Deck.mlb";
+  // Larger than what is read with help of a second thread, which the small texts of the other tests never start.
+  std::string text = "ID;Text\r\n";
+  for (int row = 1; row <= 4'500; ++row) text += std::to_string(row) + ";" + std::string(3990, 't') + "\\\\\r\n";
+  std::ofstream(path, std::ios::binary) << text;
   CardTable table;
-  ASSERT_TRUE(table.LoadFromFile(path_));
-  table.SetField(2, "new");
-  table.GoTo(7);
-  for (const fs::path& bad : {folder_, folder_ / "none" / "x.mlb", fs::path("/dev/full"), fs::path("/proc/self/mem")}) {
+  ASSERT_TRUE(table.LoadFromFile(path));
+  ASSERT_EQ(table.RowCount(), 4'500);
+  table.GoTo(2);
+  table.SetField(2, table.Peek(2, 1));
+  table.GoTo(9'999);
+  for (const fs::path& bad : {folder, folder / "none" / "x.mlb", fs::path("/dev/full"), fs::path("/proc/self/mem")}) {
     EXPECT_FALSE(table.LoadFromFile(bad) || table.SaveToFile(bad)) << bad;
     EXPECT_TRUE(table.Eof() && table.TableName() == "Deck");
   }
-  const fs::path link = folder_ / "link.mlb";
-  fs::create_symlink(path_, link);
+  const fs::path link = folder / "link.mlb";
+  fs::create_symlink(path, link);
   constexpr fs::perms kRights = fs::perms::owner_read | fs::perms::owner_write;
-  fs::permissions(path_, kRights);
+  fs::permissions(path, kRights);
   ASSERT_TRUE(table.SaveToFile(link));
-  EXPECT_FALSE(table.Eof());
-  EXPECT_TRUE(fs::is_symlink(link));
-  EXPECT_EQ(fs::status(path_).permissions(), kRights);
-  EXPECT_EQ(ReadFile(RealDisk(), path_), "A;B\r\n1;new\r\n");
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder_), {}), 2) << "nothing is left beside the file";
-}
-
-// Larger than what is read with help of a second thread, which the small files of the other tests never start.
-TEST_F(CardTableFile, ReadsALargeFileWhole) {
-  std::string text = "ID;Text\n";
-  constexpr int kRows = 4'500;
-  for (int row = 1; row <= kRows; ++row) text += std::to_string(row) + ";" + std::string(3990, 't') + "\\\\\n";
-  Put(text);
-  CardTable table;
-  ASSERT_TRUE(table.LoadFromFile(path_));
-  ASSERT_EQ(table.RowCount(), kRows);
-  table.Poke(2, kRows / 2, table.Peek(2, 1));
-  ASSERT_TRUE(table.SaveToFile(path_));
-  EXPECT_TRUE(ReadFile(RealDisk(), path_) == text);
+  EXPECT_TRUE(fs::is_symlink(link) && fs::status(path).permissions() == kRights && !table.Eof());
+  EXPECT_TRUE(ReadFile(RealDisk(), path) == text);
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 2) << "nothing is left beside the file";
+  fs::remove_all(folder);
 }
 
 }  // namespace

@@ -99,8 +99,7 @@ TEST_F(CardFileJournal, BringsBackWhatWasNotSaved) {
 TEST_F(CardFileJournal, EndsWithTheFileThatIsGivenUp) {
   Change(2, 5);
   file_->Close();
-  EXPECT_FALSE(disk_.Exists(kJournal));
-  ASSERT_EQ(file_->Open(kTestFile).result, OpenResult::Opened);
+  EXPECT_FALSE(disk_.Exists(kJournal) || file_->Open(kTestFile).unsaved);
   Change(2, 5);
   EXPECT_FALSE(file_->Open(kTestFile).unsaved || disk_.Exists(kJournal));
   Change(2, 5);
@@ -140,7 +139,9 @@ TEST_F(CardFileJournal, FollowsTheBackupWhenTheCardFileIsGone) {
   const std::string text = Text();
   ASSERT_TRUE(disk_.Rename(kTestFile, "/deck/x.ml~"));
   ASSERT_EQ(Crash().result, OpenResult::CannotOpen);
-  ASSERT_TRUE(file_->Restore("/deck/x.ml~").unsaved && file_->TakeOverUnsaved());
+  ASSERT_TRUE(file_->Restore("/deck/x.ml~").unsaved && file_->changed());
+  EXPECT_TRUE(file_->paths().cards == kTestFile && disk_.IsLocked("/deck/.x.mlb.lock"));
+  ASSERT_TRUE(file_->TakeOverUnsaved());
   EXPECT_EQ(Text(), text);
 }
 
