@@ -52,17 +52,12 @@ TEST(CardColumns, KnowNavigationCards) {
 TEST(CompleteCards, AddsWhatIsMissingAndKeepsWhatIsThere) {
   const std::string header = "Answer;ID;Question;Fremd\n";
   using enum CardTableState;
-  const struct {
-    const char* what;
-    std::string text;
-    CardTableState state;
-    std::string ids;
-  } cases[] = {
+  // What is odd about a text, the text, what it is, and the IDs after it was completed.
+  const std::tuple<const char*, std::string, CardTableState, std::string> cases[] = {
       {"whole", header + ";@@\nA;1;F;x\n;##\n", Whole, "@@ 1 ## "},
       {"empty lines at the end", header + ";@@\nA;1;F;x\n;##\n\n;;\n", Whole, "@@ 1 ## "},
       {"no end", header + ";@@\nA;1;F;x\n\n", Completed, "@@ 1 ## "},
       {"no start", header + "A;1;F;x\n;##\n", Completed, "@@ 1 ## "},
-      {"no frame", header + "A;1;F;x\n", Completed, "@@ 1 ## "},
       {"a second end inside", header + ";@@\n;##;;mitten\nA;1;F;x\n;##\n", Whole, "@@ ## 1 ## "},
       {"no cards", header + ";@@\n;##\n", Unusable, ""},
       {"only an end", header + ";##\n", Unusable, ""},
@@ -70,13 +65,13 @@ TEST(CompleteCards, AddsWhatIsMissingAndKeepsWhatIsThere) {
       {"no answers", "ID;Question;\n@@\n1\n##\n", Unusable, ""},
       {"nothing", "", Unusable, ""},
   };
-  for (const auto& c : cases) {
-    CardTable table = TableOf(c.text, ';');
-    EXPECT_EQ(CompleteCards(table), c.state) << c.what;
-    if (c.state == Unusable) continue;
+  for (const auto& [what, text, state, expected_ids] : cases) {
+    CardTable table = TableOf(text, ';');
+    EXPECT_EQ(CompleteCards(table), state) << what;
+    if (state == Unusable) continue;
     std::string ids;
     for (int row = 1; row <= table.RowCount(); ++row) ids += std::string(table.Peek(2, row)) + ' ';
-    EXPECT_EQ(ids, c.ids) << c.what;
+    EXPECT_EQ(ids, expected_ids) << what;
     EXPECT_EQ(table.ColumnName(4), "Fremd");
     for (const std::string_view name : kCardColumns) EXPECT_GT(table.ColumnIndex(name), 0) << name;
   }

@@ -41,21 +41,18 @@ bool Adopts(Index& index, std::string text, const CardTable& cards) {
 }
 
 TEST(LearnIndex, IsWrittenSortedByScoreWithStartAndEndRow) {
-  const struct {
-    std::vector<std::string> scores;
-    std::string rows;
-  } cases[] = {
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
       {{}, ""},
       {{"000000005", "000000001", "000000005"}, "3|000000001|000002\n2|000000005|000001\n4|000000005|000003\n"},
       {{"7", "-2", "", "\\x"}, "3|-2|000002\n4||000003\n5|\\\\x|000004\n2|7|000001\n"},
       {{"1000000000", "999999999"}, "3|999999999|000002\n"},
   };
-  for (const auto& c : cases) {
-    const CardTable cards = CardsWithScores(c.scores);
+  for (const auto& [scores, rows] : cases) {
+    const CardTable cards = CardsWithScores(scores);
     LearnIndex index;
     EXPECT_EQ(index.RowCount(), 0);
     ASSERT_TRUE(index.Build(cards));
-    EXPECT_EQ(TextOf(index, cards), "BoxPos|Score|ID\n-1|-1|@@\n" + c.rows + "999999|999999999|##\n");
+    EXPECT_EQ(TextOf(index, cards), "BoxPos|Score|ID\n-1|-1|@@\n" + rows + "999999|999999999|##\n");
     const bool nothing_left_out = index.RowCount() == cards.RowCount();
     EXPECT_EQ(Adopts(index, TextOf(index, cards), cards), nothing_left_out);
   }
