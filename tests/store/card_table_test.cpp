@@ -92,6 +92,16 @@ TEST(CardTable, CountsCharactersReadAndFieldsWritten) {
   Progress() = {};
 }
 
+TEST(CardTable, TakesItsNameFromThePath) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"/x/La.a.mlb", "La.a"}, {"C:La.mlb", "La"}, {"C:\\my.decks\\La", "my"}, {"/a/.mlb", ""}};
+  for (const auto& [path, name] : cases) {
+    CardTable table;
+    table.SetNameFromPath(path);
+    EXPECT_EQ(table.TableName(), name) << path;
+  }
+}
+
 TEST(CardTable, LoadsAndSavesFilesAndSurvivesFailures) {
   const fs::path folder = fs::path(testing::TempDir()) / "card_table_test";
   fs::create_directory(folder);

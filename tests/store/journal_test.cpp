@@ -12,23 +12,24 @@ namespace {
 
 const std::filesystem::path kJournal = "/deck/x.mlj";
 
+constexpr ContentStamp kBase = {33, 44};
+constexpr ContentStamp kSaved = {12, 0xFFFFFFFFFFFFFFFF};
+const std::vector<JournalRecord> kRecords = {{1000, RowChange{2, {{5, "000000777"}, {7, std::string("w\0\xFF\n", 4)}}}},
+                                             {1001, SavePoint{kSaved}},
+                                             {-1, TableChange{"ID\nx\n"}},
+                                             {1002, RowChange{4294967295, {}}}};
+
 TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
-  const ContentStamp base = {33, 44};
-  const std::vector<JournalRecord> records = {
-      {1000, RowChange{2, {{5, "000000777"}, {7, std::string("w\0\xFF\n", 4)}}}},
-      {1001, SavePoint{{12, 0xFFFFFFFFFFFFFFFF}}},
-      {-1, TableChange{"ID\nx\n"}},
-      {1002, RowChange{4294967295, {}}}};
-  std::string text = JournalHead(base);
+  std::string text = JournalHead(kBase);
   std::vector<size_t> ends{text.size()};
-  for (const JournalRecord& record : records) ends.push_back((text += JournalText(record)).size());
+  for (const JournalRecord& record : kRecords) ends.push_back((text += JournalText(record)).size());
   const auto expect_whole_up_to = [&](size_t place, const std::string& bytes) {
     const std::optional<JournalContents> read = ParseJournal(bytes);
     const auto whole = std::count_if(ends.begin(), ends.end(), [&](size_t end) { return end <= place; });
     ASSERT_EQ(read.has_value(), whole > 0);
     if (!read) return;
-    EXPECT_EQ(read->base, base);
-    EXPECT_EQ(read->records, std::vector(records.begin(), records.begin() + (whole - 1)));
+    EXPECT_EQ(read->base, kBase);
+    EXPECT_EQ(read->records, std::vector(kRecords.begin(), kRecords.begin() + (whole - 1)));
     EXPECT_EQ(read->cut, bytes.size() != ends[static_cast<size_t>(whole - 1)]);
   };
   for (size_t place = 0; place < text.size(); ++place) {
@@ -39,6 +40,12 @@ TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
     expect_whole_up_to(place, damaged);
   }
   expect_whole_up_to(text.size(), text);
+}
+
+TEST(Journal, TellsWhatAFileLacksFromItsLastSavePointOn) {
+  const JournalContents contents = {kBase, kRecords, false};
+  EXPECT_EQ(ChangesSince(contents, kBase), (std::vector{kRecords[0], kRecords[2], kRecords[3]}));
+  EXPECT_EQ(ChangesSince(contents, kSaved), (std::vector{kRecords[2], kRecords[3]}));
 }
 
 // A card file that is changed, and a program that can end at any moment.
