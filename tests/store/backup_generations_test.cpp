@@ -71,7 +71,7 @@ TEST(CardTextCount, CountsTheSameHoweverTheTextIsCut) {
   const std::tuple<std::string, int64_t, bool> cases[] = {
       {cards, 4, true},
       {cards.substr(0, cards.size() - 1), 3, false},
-      {"Question\x0FID\nx\x0F@@\n##\\\x0F\x0F\nx\x0F##\r\n", 3, true},
+      {"Question\x0FID\nx\x0F@@\n##\\\x0F\x0F\nx\\\x0F\x0F##\r\n", 3, true},
       {"Name\n##\n", 1, false},
   };
   for (const auto& [text, rows, end_row] : cases) {

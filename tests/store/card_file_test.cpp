@@ -167,7 +167,8 @@ TEST_F(CardFileTest, RestorePutsOtherCardsIntoTheOpenFile) {
   EXPECT_EQ(file_.Restore("/deck/x.row").result, OpenResult::WrongType);
   EXPECT_EQ(file_.Restore("/deck/leer.mlb").result, OpenResult::Unusable);
   EXPECT_FALSE(file_.changed());
-  EXPECT_TRUE(file_.Restore("/deck/x.ml~").end_missing);
+  file_.settings().SetInt("ROW", "Pos", 2);
+  EXPECT_TRUE(file_.Restore("/deck/x.ml~").end_missing && file_.settings().Has("ROW", "Pos"));
   EXPECT_EQ(file_.paths().cards, kTestFile);
   EXPECT_TRUE(file_.changed() && !file_.ChangedOnDisk());
   EXPECT_EQ(file_.IssueId(), "000021");
