@@ -90,6 +90,10 @@ int CardFile::CardCount() const {
   return std::max(content_.cards.RowCount() - 2, 0);
 }
 
+int64_t CardFile::CountUnknown() const {
+  return content_.unknown ? *content_.unknown : tessaro::CountUnknown(content_.cards, content_.columns);
+}
+
 std::string CardFile::IssueId() {
   std::array<char, 24> text = {};
   std::snprintf(text.data(), text.size(), "%06lld", static_cast<long long>(++content_.highest_id));
@@ -165,7 +169,10 @@ void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& obse
   const CardIds ids(content.cards);
   content.highest_id = ids.highest();
   const std::array<std::optional<std::string>, 2> read = texts.get();
-  const auto make_link_index = [&] { return AdoptOrBuild(read[1], content.cards, ids, content.link_index); };
+  const auto make_link_index = [&] {
+    content.unknown = tessaro::CountUnknown(content.cards, content.columns);
+    return AdoptOrBuild(read[1], content.cards, ids, content.link_index);
+  };
   std::future<IndexSource> link = std::async(kOnOtherThread, make_link_index);
   const IndexSource learn = AdoptOrBuild(read[0], content.cards, ids, content.learn_index);
   Tell(observer, FileStage::LoadLinkIndex, size(paths.link_index));

@@ -54,7 +54,8 @@ class CardFile {
   // Cards between the marker rows; 0 when nothing is open.
   int CardCount() const;
   // Cards that a person has still to learn: those with score 0, without navigation cards and cards with "#" in the ID.
-  int64_t CountUnknown() const { return tessaro::CountUnknown(content_.cards, content_.columns); }
+  // Opening has counted them, so the first answer is at hand.
+  int64_t CountUnknown() const;
   CardFigures Figures(const DueTerms& terms) const { return FiguresOf(content_.cards, content_.columns, terms); }
 
   int64_t highest_id() const { return content_.highest_id; }
@@ -118,6 +119,7 @@ class CardFile {
     IniFile settings;
     bool settings_unreadable = false;  // there are settings that we could not read: they are not written over
     int64_t highest_id = 0;
+    std::optional<int64_t> unknown;          // how many cards are unknown, as long as none was changed
     ContentStamp stamp;                      // of the card file as it was read or written last
     std::optional<FileState> on_disk;        // the card file as it was read or written last
     std::filesystem::path damaged_original;  // the file read, when it was damaged and is not yet put by

@@ -57,11 +57,13 @@ bool Apply(const RowChange& change, CardTable& cards) {
 
 void CardFile::RowChanged(int row, std::span<const int> columns) {
   changed_ = true;
+  content_.unknown.reset();
   journal_.RowChanged(content_.cards, row, columns);
 }
 
 void CardFile::TableChanged() {
   changed_ = true;
+  content_.unknown.reset();
   journal_.TableChanged(content_.cards);
 }
 
@@ -93,6 +95,7 @@ bool CardFile::TakeOverUnsaved() {
   content_.columns = ColumnsOf(content_.cards);
   RecountIds();
   changed_ = true;
+  content_.unknown.reset();
   journal_.Adopt(content_.cards, std::move(rows), whole_table);
   return RebuildIndexes();
 }
