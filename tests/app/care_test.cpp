@@ -2,32 +2,19 @@
 
 #include <gtest/gtest.h>
 
-#include <QAction>
-#include <QApplication>
-#include <QLabel>
 #include <QPushButton>
-#include <QTest>
 #include <QTreeView>
 #include <QTreeWidget>
 
 #include "app/dlrestore.h"
-#include "app/program.h"
-#include "app/wnmain.h"
 #include "learn/check_model.h"
 #include "learn/dlcheck.h"
-#include "tests/support/dialog_driver.h"
-#include "tests/support/fixed_clock.h"
-#include "tests/support/recorded_messages.h"
-#include "tests/support/scripted_random.h"
-#include "tests/support/test_cards.h"
+#include "tests/app/main_window_fixture.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
-
-constexpr int64_t kNow = 1'700'000'000;
-constexpr const char* kBackups = "/backups";
 
 TestCard Card(const std::string& id, int64_t answered = kNow - 100) {
   std::string times = std::to_string(answered);
@@ -35,62 +22,45 @@ TestCard Card(const std::string& id, int64_t answered = kNow - 100) {
   return {.id = id, .question = "<b>Wer</b> ist " + id + "?", .time_row = times};
 }
 
-class Care : public testing::Test {
+constexpr const char* kBackups = "/backups";
+
+class Care : public MainWindow {
  protected:
-  void Open(const std::vector<TestCard>& cards) {
-    CardTable table = MakeCards(cards);
-    disk.Put(kTestFile, FileText(table));
-    CardFile deck(disk);
-    ASSERT_EQ(deck.Open(kTestFile).result, OpenResult::Opened);
-    ASSERT_EQ(deck.Save(), SaveResult::Saved);
-    deck.Close();
-    window().show();
-    ASSERT_TRUE(window().OpenFile(kTestFile));
-  }
+  Care() : MainWindow(kBackups) {}
   void SaveAnswer(const std::string& answer) {
-    program.file().cards().Poke(program.file().columns().answer, 2, answer);
-    program.file().RowChanged(2);
+    Change(program.file(), answer);
     clock.now += 60;
     EXPECT_TRUE(window().FileSaveExecute());
   }
-  TF_wnmain& window() { return program.main_window(); }
-  QString Status() { return Control<QLabel>(window(), u"LabelStatus"_s).text(); }
-  void Trigger(const QString& command) { window().findChild<QAction*>(command)->trigger(); }
+  QString Status() { return Text(u"LabelStatus"_s); }
   std::string FirstAnswer() {
     return std::string(program.file().cards().Peek(program.file().columns().answer, kFirstCardRow));
   }
   // What the start page says about the check once it is done; empty when it is silent.
   QString CheckLine() {
     QTest::qWait(450);
-    const auto& panel = Control<QWidget>(window(), u"PanelCheck"_s);
-    return panel.isVisible() ? Control<QLabel>(window(), u"LabelCheck"_s).text() : QString();
+    return Find<QWidget>(u"PanelCheck"_s).isVisible() ? Text(u"LabelCheck"_s) : QString();
   }
-
-  MemoryDisk disk;
-  FixedClock clock{kNow};
-  ScriptedRandom random;
-  RecordedMessages messages;
-  Program program{{disk, clock, random, messages},
-                  {.settings = "/tessaro.ini", .samples = {}, .documents = "/documents", .backups = kBackups}};
+  template <typename Dialog>
+  void Drive(const QString& command, const std::function<void(Dialog&)>& act) {
+    DriveDialog<Dialog>([&] { Trigger(command); }, act);
+  }
 };
 
 TEST_F(Care, EverySaveIsOfferedForRestoring) {
   Open({Card("000001"), Card("000002")});
-  SaveAnswer("eins");
-  SaveAnswer("zwei");
-  SaveAnswer("drei");
+  for (const char* answer : {"eins", "zwei", "drei"}) SaveAnswer(answer);
   EXPECT_TRUE(Status().startsWith(u"Gespeichert um"_s));
-  DriveDialog<TF_dlrestore>([this] { Trigger(u"MRestoreClick"_s); },
-                            [](TF_dlrestore& dialog) {
-                              auto& list = Control<QTreeWidget>(dialog, u"ListBackups"_s);
-                              ASSERT_EQ(list.topLevelItemCount(), 4);
-                              EXPECT_EQ(list.topLevelItem(0)->text(3), u"Stand vor dem letzten Speichern"_s);
-                              for (int row = 0; row < 4; ++row) EXPECT_EQ(list.topLevelItem(row)->text(1), u"2"_s);
-                              list.setCurrentItem(list.topLevelItem(3));
-                              QTest::keyClick(&list, Qt::Key_Return);
-                            });
+  Drive<TF_dlrestore>(u"MRestoreClick"_s, [](TF_dlrestore& dialog) {
+    auto& list = Control<QTreeWidget>(dialog, u"ListBackups"_s);
+    ASSERT_EQ(list.topLevelItemCount(), 4);
+    EXPECT_EQ(list.topLevelItem(0)->text(3), u"Stand vor dem letzten Speichern"_s);
+    EXPECT_EQ(list.topLevelItem(3)->text(1), u"2"_s);
+    list.setCurrentItem(list.topLevelItem(3));
+    QTest::keyClick(&list, Qt::Key_Return);
+  });
   EXPECT_EQ(FirstAnswer(), "eins");
-  EXPECT_EQ(program.file().paths().cards, kTestFile);
+  EXPECT_EQ(CardsPath(), kTestFile);
   EXPECT_TRUE(program.file().changed());
   EXPECT_EQ(program.file().learn_index().RowCount(), 4);
 }
@@ -102,9 +72,9 @@ TEST_F(Care, ACardFileThatIsGoneComesBackUnderItsName) {
   disk.Put(kTestFile, "rubbish");
   ASSERT_TRUE(disk.Remove("/deck/x.ml~"));
   EXPECT_FALSE(window().OpenFile(kTestFile));
-  DriveDialog<TF_dlrestore>([this] { Trigger(u"MRestoreClick"_s); }, [](TF_dlrestore& dialog) { dialog.accept(); });
+  Drive<TF_dlrestore>(u"MRestoreClick"_s, [](TF_dlrestore& dialog) { dialog.accept(); });
   EXPECT_EQ(FirstAnswer(), "eins");
-  EXPECT_EQ(program.file().paths().cards, kTestFile);
+  EXPECT_EQ(CardsPath(), kTestFile);
   EXPECT_TRUE(window().FileSaveExecute());
 }
 
@@ -125,8 +95,11 @@ TEST_F(Care, AFailedCopyIsToldInTheStatusLineAndCostsNothing) {
   EXPECT_TRUE(messages.asked.isEmpty());
 }
 
-TEST_F(Care, NoCopiesAreMadeWhenSwitchedOff) {
+TEST_F(Care, AGoodFileIsNotTalkedAboutAndNoCopiesAreMadeWhenSwitchedOff) {
   Open({Card("000001")});
+  EXPECT_EQ(CheckLine(), QString());
+  Trigger(u"KarteiPruefenExecute"_s);
+  EXPECT_EQ(messages.shown, QStringList{u"\nDie Kartei ist in Ordnung.\nEine Karte geprüft."_s});
   program.settings().ini.SetInt("Sicherungen", "Aktiv", 0);
   SaveAnswer("eins");
   EXPECT_TRUE(disk.FileNames(kBackups).empty());
@@ -158,30 +131,22 @@ TEST_F(Care, TheCheckIsQuietAndLeadsToItsFindings) {
             u"Bei der Prüfung der Kartei aufgefallen: eine Antwort in der Zukunft, ein Verweis ins Leere."_s);
 }
 
-TEST_F(Care, AGoodFileIsNotTalkedAbout) {
-  Open({Card("000001")});
-  EXPECT_EQ(CheckLine(), QString());
-  Trigger(u"KarteiPruefenExecute"_s);
-  EXPECT_EQ(messages.shown, QStringList{u"\nDie Kartei ist in Ordnung.\nEine Karte geprüft."_s});
-}
-
 TEST_F(Care, FindingsBoxesAreReachedByKeys) {
   TestCard broken = Card("000001");
   broken.yes_no_row = "w";
   broken.score = "?";
   Open({broken, Card("000002", kNow + 9)});
-  DriveDialog<TF_dlcheck>([this] { Trigger(u"KarteiPruefenExecute"_s); },
-                          [](TF_dlcheck& dialog) {
-                            auto& list = Control<QTreeView>(dialog, u"ListFindings"_s);
-                            list.setCurrentIndex(list.model()->index(0, 0));
-                            QTest::keyClick(&list, Qt::Key_Space);
-                            EXPECT_EQ(dialog.Chosen().size(), 1U);
-                            Control<QPushButton>(dialog, u"ButtonNone"_s).click();
-                            EXPECT_TRUE(dialog.Chosen().empty());
-                            Control<QPushButton>(dialog, u"ButtonAll"_s).click();
-                            EXPECT_EQ(dialog.Chosen().size(), 3U);
-                            dialog.reject();
-                          });
+  Drive<TF_dlcheck>(u"KarteiPruefenExecute"_s, [](TF_dlcheck& dialog) {
+    auto& list = Control<QTreeView>(dialog, u"ListFindings"_s);
+    list.setCurrentIndex(list.model()->index(0, 0));
+    QTest::keyClick(&list, Qt::Key_Space);
+    EXPECT_EQ(dialog.Chosen().size(), 1U);
+    Control<QPushButton>(dialog, u"ButtonNone"_s).click();
+    EXPECT_TRUE(dialog.Chosen().empty());
+    Control<QPushButton>(dialog, u"ButtonAll"_s).click();
+    EXPECT_EQ(dialog.Chosen().size(), 3U);
+    dialog.reject();
+  });
   EXPECT_FALSE(program.file().changed()) << "nothing is repaired without being asked";
 }
 

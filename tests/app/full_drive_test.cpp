@@ -82,10 +82,8 @@ TEST_F(FullDrive, AlwaysHoldsAWholeCardFileAndTellsWhatIsMissing) {
     told.insert(message);
     program.file().Close();
   }
-  EXPECT_TRUE(told.contains(cards_failed));
-  EXPECT_TRUE(told.contains(u"\nFehler Speichern Lernindex.\nSiehe Hilfeindex!"_s));
-  EXPECT_TRUE(told.contains(u"\nFehler Speichern Linkindex.\nSiehe Hilfeindex!"_s));
-  EXPECT_TRUE(told.contains(u"saved"_s));
+  EXPECT_EQ(told, (std::set<QString>{cards_failed, u"\nFehler Speichern Lernindex.\nSiehe Hilfeindex!"_s,
+                                     u"\nFehler Speichern Linkindex.\nSiehe Hilfeindex!"_s, u"saved"_s}));
 }
 
 }  // namespace

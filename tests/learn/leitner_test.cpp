@@ -28,8 +28,7 @@ class LeitnerTest : public LearnTest {
 };
 
 TEST_F(LeitnerTest, CountsLevelsRaisedToTheStreak) {
-  TestCard marked = LevelCard(9, "1");
-  marked.id = "#00009";
+  const TestCard marked = With(LevelCard(9, "1"), &TestCard::id, "#00009");
   Open({LevelCard(1, "00"), LevelCard(2, "Erdkunde"), LevelCard(3, "2", "wwww"), LevelCard(4, "3", "wf"),
         LevelCard(5, "-1", "f"), LevelCard(6, "6"), LevelCard(7, "7"), NavigationCard(8), marked, LevelCard(10, "1")});
   const BoxCounts counts = Count();
@@ -83,10 +82,10 @@ TEST_F(LeitnerTest, CommandsFollowCountsAndLimits) {
 }
 
 TEST_F(LeitnerTest, OrderIsByNewestAnswerWithLateOnesLast) {
-  TestCard late = LevelCard(3, "1", "", -50);
-  TestCard later = LevelCard(4, "1", "", -90);
-  TestCard long_number = LevelCard(6, "1");
-  long_number.time_row = "000000000000012345 9";  // 15 characters are read: 12
+  const TestCard late = LevelCard(3, "1", "", -50);
+  const TestCard later = LevelCard(4, "1", "", -90);
+  // 15 characters are read: 12
+  const TestCard long_number = With(LevelCard(6, "1"), &TestCard::time_row, "000000000000012345 9");
   Open({LevelCard(1, "1", "", 100), LevelCard(2, "1", "", 300), late, later, NavigationCard(5), long_number,
         LevelCard(7, "1", "", 300)});
   EXPECT_EQ(BuildBoxOrder(file, kNow), (BoxOrder{7, 3, 8, 2, 5, 4}));
@@ -96,8 +95,7 @@ TEST_F(LeitnerTest, OrderIsByNewestAnswerWithLateOnesLast) {
 }
 
 TEST_F(LeitnerTest, ARunOfABoxTakesNewCardsUpToTheQuotaAndThenTheBox) {
-  TestCard left_out = LevelCard(2, "0");
-  left_out.question = "<+++>";
+  const TestCard left_out = With(LevelCard(2, "0"), &TestCard::question, "<+++>");
   const std::vector<TestCard> cards = {LevelCard(1, "0"),          left_out,
                                        LevelCard(3, "1", "f", 10), LevelCard(4, "0"),
                                        LevelCard(5, "1", "f", 20), LevelCard(6, "2", "w", 30)};
@@ -113,18 +111,17 @@ TEST_F(LeitnerTest, ARunOfABoxTakesNewCardsUpToTheQuotaAndThenTheBox) {
     std::vector<int> rows;
     for (run->Start(); view.choices == 0; run->ShowNext()) rows.push_back(run->card().row);
     EXPECT_EQ(rows, c.rows) << "box " << c.box << ", quota " << c.quota;
-    EXPECT_EQ(view.messages, (RecordingView::Messages{{RunMessage::BoxDone, 0}}));
+    EXPECT_EQ(view.messages, Told(RunMessage::BoxDone, 0));
     EXPECT_EQ(run->method(), Method::Standard);
     EXPECT_EQ(run->box(), 0);
   }
 }
 
 TEST_F(LeitnerTest, TheLockDecidesWhetherACardCountsAsShownTooEarly) {
-  const TestCard early = LevelCard(1, "1", "w", 5);
+  const TestCard early = With(LevelCard(1, "1", "w", 5), &TestCard::score, "000001000");
   for (const bool lock : {true, false}) {
     Open({early, early, early});
     run->SetBoxLock(lock);
-    for (int row = 2; row <= 4; ++row) ASSERT_TRUE(file.cards().Poke(file.columns().score, row, "000001000"));
     StartBox(1);
     run->Start();
     run->Known();  // the first card of a run is not classified, so this one is logged

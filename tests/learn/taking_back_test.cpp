@@ -15,33 +15,32 @@ namespace {
 
 class TakingBack : public LearnTest {
  protected:
-  std::string Dump() const;
+  // The whole of the card file and of the run over it, as far as it shows.
+  std::string Dump() const {
+    std::ostringstream out;
+    for (int row = 1; row <= file.cards().RowCount(); ++row) {
+      for (int column = 1; column <= file.cards().ColumnCount(); ++column) out << file.cards().Peek(column, row) << '|';
+    }
+    MemoryDisk index;
+    EXPECT_TRUE(file.learn_index().SaveTo(*index.Create("index"), file.cards()));
+    const ShownCard& card = run->card();
+    const RunFigures& figures = run->figures();
+    out << '\n'
+        << *index.Content("index") << file.settings().Text() << "\ncursor " << file.cards().CurrentRow() << "\ncard "
+        << card.row << ' ' << static_cast<int>(card.status) << card.navigation << card.by_link << card.newest_known
+        << ' ' << card.score << ' ' << card.last_answer << ' ' << run->question_shown() << run->answered()
+        << "\nfigures " << figures.presented << ' ' << figures.answered << ' ' << figures.unknown_count << ' '
+        << figures.width << ' ' << figures.drawn_position << ' ' << figures.check_count << ' ' << figures.widened
+        << "\nrun " << static_cast<int>(run->stage()) << static_cast<int>(run->method()) << run->box() << run->CanUndo()
+        << run->CanGoBack() << run->AsksBeforeLeaving();
+    if (const AnswerStatistics* statistics = run->statistics()) {
+      out << "\nstatistics " << statistics->row << ' ' << statistics->score << ' ' << statistics->history.times[0]
+          << ' ' << LettersText(statistics->history.letters) << ' '
+          << (statistics->forecast ? statistics->forecast->score : -1);
+    }
+    return out.str();
+  }
 };
-
-// The whole of the card file and of the run over it, as far as it shows.
-std::string TakingBack::Dump() const {
-  std::ostringstream out;
-  for (int row = 1; row <= file.cards().RowCount(); ++row) {
-    for (int column = 1; column <= file.cards().ColumnCount(); ++column) out << file.cards().Peek(column, row) << '|';
-  }
-  MemoryDisk index;
-  EXPECT_TRUE(file.learn_index().SaveTo(*index.Create("index"), file.cards()));
-  const ShownCard& card = run->card();
-  const RunFigures& figures = run->figures();
-  out << '\n'
-      << *index.Content("index") << file.settings().Text() << "\ncursor " << file.cards().CurrentRow() << "\ncard "
-      << card.row << ' ' << static_cast<int>(card.status) << card.navigation << card.by_link << card.newest_known << ' '
-      << card.score << ' ' << card.last_answer << ' ' << run->question_shown() << run->answered() << "\nfigures "
-      << figures.presented << ' ' << figures.answered << ' ' << figures.unknown_count << ' ' << figures.width << ' '
-      << figures.drawn_position << ' ' << figures.check_count << ' ' << figures.widened << "\nrun "
-      << static_cast<int>(run->stage()) << static_cast<int>(run->method()) << run->box() << run->CanUndo()
-      << run->CanGoBack() << run->AsksBeforeLeaving();
-  if (const AnswerStatistics* statistics = run->statistics()) {
-    out << "\nstatistics " << statistics->row << ' ' << statistics->score << ' ' << statistics->history.times[0] << ' '
-        << LettersText(statistics->history.letters) << ' ' << (statistics->forecast ? statistics->forecast->score : -1);
-  }
-  return out.str();
-}
 
 // Taking back turns no clock back: a step earlier than the one that was taken back ends the run.
 TEST_F(TakingBack, AClockThatWentBackIsStillNoticed) {
@@ -58,9 +57,7 @@ TEST_F(TakingBack, AClockThatWentBackIsStillNoticed) {
 
 // The answer ended the box, and the learner has counted and chosen another one since.
 TEST_F(TakingBack, ABoxThatWasDoneIsGoneOnWith) {
-  std::vector<TestCard> cards = {KnownCard(1, 100, 5000), KnownCard(2, 100, 6000), KnownCard(3, 100, 7000)};
-  for (TestCard& card : cards) card.topic = "1";
-  Open(cards);
+  Open(Numbered(3, [](int i) { return With(KnownCard(i, 100, 5000), &TestCard::topic, "1"); }));
   run->StartBox({1, 0, {3, 2}});
   run->Start();
   run->Known();
@@ -80,11 +77,9 @@ TEST_F(TakingBack, ABoxThatWasDoneIsGoneOnWith) {
 
 // Other scores and a rebuilt index: the places that were noted do not fit it.
 TEST_F(TakingBack, ARebuiltIndexStaysInOrder) {
-  std::vector<TestCard> cards;
-  for (int i = 1; i <= 30; ++i) cards.push_back(i % 3 == 0 ? KnownCard(i, i % 4, 5000 + i) : WrongCard(i));
   settings.SetInt("RNG", "chn", 99);
   random.numbers = {1, 9, 17};
-  Open(cards);
+  Open(Numbered(30, [](int i) { return i % 3 == 0 ? KnownCard(i, i % 4, 5000 + i) : WrongCard(i); }));
   run->Start();
   for (int i = 0; i < 12; ++i, clock.now += 9) run->Known();
   for (int row = 2; row < 25; ++row) ASSERT_TRUE(file.cards().Poke(file.columns().score, row, "000000999"));
@@ -119,101 +114,89 @@ class TakingBackScript : public TakingBack {
     return Any(6) == 0 ? silly[Any(4)] : 1 + Any(count);
   }
   int Any(int count) { return static_cast<int>(chance() % static_cast<unsigned>(count)); }
-  void PutAnyCards();
-  void Begin(int options);
-  Command AnyCommand();
-  bool IsAnswer(const Command& command) const;
-  void Perform(const Command& command);
-  void Exchange(std::vector<Moment>& from, std::vector<Moment>& to);
+
+  void PutAnyCards() {
+    const char* const questions[] = {"Frage", "Frage", "Frage", "Frage", "<navigation>", "<home>", "<+++>"};
+    const char* const letters[] = {"", "x", "fw", "w", "ww", "wwfw", "www"};
+    const char* const scores[] = {"000000000", "000000001", "x", "000000050", "-7", "", "000900000", "9999999999"};
+    std::vector<TestCard> cards(static_cast<size_t>(1 + Any(30)));
+    for (TestCard& card : cards) {
+      card = {IdText(static_cast<int>(&card - cards.data()) + 1), questions[Any(7)], "", scores[Any(8)]};
+      if (Any(20) == 0) card.id = std::array{"#7", "x", "000001"}[static_cast<size_t>(Any(3))];
+      card.yes_no_row = Letters(letters[Any(7)]);
+      card.topic = std::to_string(Any(4));
+      for (int64_t time = kNow + 20 - Any(400); Any(4) != 0; time -= Any(300))
+        card.time_row += " " + std::to_string(time);
+    }
+    disk.Put(kTestFile, FileText(cards));
+    disk.Put("/deck/x.ini", "[ROW]\nPos=" + std::to_string(AnySetting(8)) + "\n");
+    for (const char* key : {"min", "max", "chn"}) settings.SetInt("RNG", key, AnySetting(8));
+    for (const char* key : {"n", "wi", "max"}) settings.SetInt("CHK", key, AnySetting(5));
+    random.numbers.assign(300, 0);
+    for (uint32_t& number : random.numbers) number = static_cast<uint32_t>(chance()) >> 1U;
+  }
+  void Begin(int options) {
+    run.reset();
+    file.Close();
+    ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
+    ASSERT_TRUE(file.RebuildIndexes());
+    run = std::make_unique<LearningRun>(file, settings, clock, random, view);
+    run->SetTimeLock(options % 2 == 0);
+    run->SetNoNewCards(options % 3 == 0);
+    run->SetAnswerWindowVisible(options % 5 == 0);
+    clock.now = kNow;
+    random.draws = 0;
+    run->Start();
+  }
+  Command AnyCommand() {
+    // Answers are more frequent than the rest.
+    return {static_cast<What>(Any(3) == 0 ? Any(4) : Any(12)), Any(60), clock.now + Any(60), random.draws};
+  }
+  bool IsAnswer(const Command& command) const {
+    if (command.what == What::Undo) return run->CanUndo();
+    const bool rates = command.what <= What::Days ||
+                       (command.what >= What::Home && command.what <= What::Link && command.number % 3 < 2);
+    return rates && run->card().row != 0 && !CardReader(file).IsNavigation(run->card().row);
+  }
+  void Perform(const Command& command) {
+    clock.now = command.time;
+    random.draws = command.draws;
+    const int number = command.number;
+    using enum AnswerCode;
+    const AnswerCode code = std::array{AnswerCode::Known, AnswerCode::NotKnown, NoRating}[number % 3];
+    const AnswerCode link = std::array{LinkKnown, LinkNotKnown, LinkNoRating}[number % 3];
+    const BoxOrder box_order = BuildBoxOrder(file, clock.now).value_or(BoxOrder{});
+    const std::function<void()> commands[] = {[&] { run->Known(); },
+                                              [&] { run->NotKnown(); },
+                                              [&] { run->KnownForDays(number); },
+                                              [&] { run->Undo(); },
+                                              [&] { run->GoHome(code); },
+                                              [&] { run->GoBack(code); },
+                                              [&] { run->FollowLink(number / 2, link); },
+                                              [&] { run->Turn(); },
+                                              [&] { run->ShowNext(); },
+                                              [&] { run->SetMethod(static_cast<Method>(number % 3)); },
+                                              [&] {
+                                                run->StartBox({1 + number % 3, number % 4, box_order});
+                                              },
+                                              [&] { run->RestartRowOrder(); }};
+    commands[static_cast<size_t>(command.what)]();
+    if (command.what == What::Box) run->ShowNext();
+  }
+  void Exchange(std::vector<Moment>& from, std::vector<Moment>& to) {
+    to.push_back({script, Dump()});
+    const int refreshes = view.refreshes;
+    &from == &back ? run->TakeBackAnswer() : run->RestoreAnswer();
+    script = from.back().script;
+    EXPECT_EQ(Dump(), from.back().dump);
+    EXPECT_EQ(view.refreshes, refreshes + 1);
+    from.pop_back();
+  }
 
   std::mt19937 chance{4};
   std::vector<Command> script;
   std::vector<Moment> back, again;
 };
-
-void TakingBackScript::PutAnyCards() {
-  const char* const questions[] = {"Frage", "Frage", "Frage", "Frage", "<navigation>", "<home>", "<+++>"};
-  const char* const letters[] = {"", "x", "fw", "w", "ww", "wwfw", "www"};
-  const char* const scores[] = {"000000000", "000000001", "x", "000000050", "-7", "", "000900000", "9999999999"};
-  std::vector<TestCard> cards(static_cast<size_t>(1 + Any(30)));
-  for (TestCard& card : cards) {
-    card = {IdText(static_cast<int>(&card - cards.data()) + 1), questions[Any(7)], "", scores[Any(8)]};
-    if (Any(20) == 0) card.id = std::array{"#7", "x", "000001"}[static_cast<size_t>(Any(3))];
-    card.yes_no_row = Letters(letters[Any(7)]);
-    card.topic = std::to_string(Any(4));
-    for (int64_t time = kNow + 20 - Any(400); Any(4) != 0; time -= Any(300))
-      card.time_row += " " + std::to_string(time);
-  }
-  CardTable table = MakeCards(cards);
-  disk.Put(kTestFile, FileText(table));
-  disk.Put("/deck/x.ini", "[ROW]\nPos=" + std::to_string(AnySetting(8)) + "\n");
-  for (const char* key : {"min", "max", "chn"}) settings.SetInt("RNG", key, AnySetting(8));
-  for (const char* key : {"n", "wi", "max"}) settings.SetInt("CHK", key, AnySetting(5));
-  random.numbers.assign(300, 0);
-  for (uint32_t& number : random.numbers) number = static_cast<uint32_t>(chance()) >> 1U;
-}
-
-void TakingBackScript::Begin(int options) {
-  run.reset();
-  file.Close();
-  ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
-  ASSERT_TRUE(file.RebuildIndexes());
-  run = std::make_unique<LearningRun>(file, settings, clock, random, view);
-  run->SetTimeLock(options % 2 == 0);
-  run->SetNoNewCards(options % 3 == 0);
-  run->SetAnswerWindowVisible(options % 5 == 0);
-  clock.now = kNow;
-  random.draws = 0;
-  run->Start();
-}
-
-TakingBackScript::Command TakingBackScript::AnyCommand() {
-  // Answers are more frequent than the rest.
-  return {static_cast<What>(Any(3) == 0 ? Any(4) : Any(12)), Any(60), clock.now + Any(60), random.draws};
-}
-
-bool TakingBackScript::IsAnswer(const Command& command) const {
-  if (command.what == What::Undo) return run->CanUndo();
-  const bool rates = command.what <= What::Days ||
-                     (command.what >= What::Home && command.what <= What::Link && command.number % 3 < 2);
-  return rates && run->card().row != 0 && !CardReader(file).IsNavigation(run->card().row);
-}
-
-void TakingBackScript::Perform(const Command& command) {
-  clock.now = command.time;
-  random.draws = command.draws;
-  const int number = command.number;
-  const AnswerCode code = std::array{AnswerCode::Known, AnswerCode::NotKnown, AnswerCode::NoRating}[number % 3];
-  const AnswerCode link =
-      std::array{AnswerCode::LinkKnown, AnswerCode::LinkNotKnown, AnswerCode::LinkNoRating}[number % 3];
-  const std::function<void()> commands[] = {
-      [&] { run->Known(); },
-      [&] { run->NotKnown(); },
-      [&] { run->KnownForDays(number); },
-      [&] { run->Undo(); },
-      [&] { run->GoHome(code); },
-      [&] { run->GoBack(code); },
-      [&] { run->FollowLink(number / 2, link); },
-      [&] { run->Turn(); },
-      [&] { run->ShowNext(); },
-      [&] { run->SetMethod(static_cast<Method>(number % 3)); },
-      [&] {
-        run->StartBox({1 + number % 3, number % 4, BuildBoxOrder(file, clock.now).value_or(BoxOrder{})});
-      },
-      [&] { run->RestartRowOrder(); }};
-  commands[static_cast<size_t>(command.what)]();
-  if (command.what == What::Box) run->ShowNext();
-}
-
-void TakingBackScript::Exchange(std::vector<Moment>& from, std::vector<Moment>& to) {
-  to.push_back({script, Dump()});
-  const int refreshes = view.refreshes;
-  &from == &back ? run->TakeBackAnswer() : run->RestoreAnswer();
-  script = from.back().script;
-  EXPECT_EQ(Dump(), from.back().dump);
-  EXPECT_EQ(view.refreshes, refreshes + 1);
-  from.pop_back();
-}
 
 // Each time the whole is what it was then. In the end it is what a run comes to that was only given what stands.
 TEST_F(TakingBackScript, LeavesNothingOfWhatWasTakenBack) {

@@ -29,7 +29,7 @@ void DriveDialog(const std::function<void()>& open, const std::function<void(Dia
   EXPECT_TRUE(met) << "no such dialog came up";
 }
 
-// A control of a window by its object name.
+// A control or command of a window by its object name.
 template <typename Widget>
 Widget& Control(const QWidget& window, const QString& name) {
   auto* found = window.findChild<Widget*>(name);
