@@ -115,13 +115,20 @@ TEST_F(Care, TheCheckIsQuietAndLeadsToItsFindings) {
   EXPECT_FALSE(program.file().changed());
   EXPECT_TRUE(messages.errors.isEmpty() && messages.shown.isEmpty() && messages.asked.isEmpty());
 
-  DriveDialog<TF_dlcheck>([this] { Control<QPushButton>(window(), u"ButtonCheck"_s).click(); },
+  DriveDialog<TF_dlcheck>([this] { Press(u"ButtonCheck"_s); },
                           [](TF_dlcheck& dialog) {
-                            const QAbstractItemModel& model = *Control<QTreeView>(dialog, u"ListFindings"_s).model();
-                            ASSERT_EQ(model.rowCount(), 3);
-                            EXPECT_EQ(model.index(1, CheckModel::CardId).data().toString(), u"000003"_s);
-                            EXPECT_EQ(model.index(1, CheckModel::Question).data().toString(), u"Wer ist 000003?"_s);
+                            auto& list = Control<QTreeView>(dialog, u"ListFindings"_s);
+                            ASSERT_EQ(list.model()->rowCount(), 3);
+                            EXPECT_EQ(list.model()->index(1, CheckModel::CardId).data().toString(), u"000003"_s);
+                            EXPECT_EQ(list.model()->index(1, CheckModel::Question).data().toString(),
+                                      u"Wer ist 000003?"_s);
                             EXPECT_EQ(dialog.Chosen().size(), 1U) << "what depends on the clock is not chosen";
+                            Control<QPushButton>(dialog, u"ButtonAll"_s).click();
+                            EXPECT_EQ(dialog.Chosen().size(), 2U) << "no repair leads a link to its card";
+                            Control<QPushButton>(dialog, u"ButtonNone"_s).click();
+                            EXPECT_TRUE(dialog.Chosen().empty());
+                            list.setCurrentIndex(list.model()->index(0, 0));
+                            QTest::keyClick(&list, Qt::Key_Space);
                             dialog.accept();
                           });
   EXPECT_EQ(program.file().RowOfId(5), 3);
@@ -131,27 +138,13 @@ TEST_F(Care, TheCheckIsQuietAndLeadsToItsFindings) {
             u"Bei der Prüfung der Kartei aufgefallen: eine Antwort in der Zukunft, ein Verweis ins Leere."_s);
 }
 
-TEST_F(Care, FindingsBoxesAreReachedByKeys) {
-  TestCard broken = Card("000001");
-  broken.yes_no_row = "w";
-  broken.score = "?";
-  Open({broken, Card("000002", kNow + 9)});
+TEST_F(Care, NothingIsRepairedUnaskedAndLearningAsksBeforeTheClockCostsStatistics) {
+  Open({Card("000001"), Card("000002", kNow + 500)});
   Drive<TF_dlcheck>(u"KarteiPruefenExecute"_s, [](TF_dlcheck& dialog) {
-    auto& list = Control<QTreeView>(dialog, u"ListFindings"_s);
-    list.setCurrentIndex(list.model()->index(0, 0));
-    QTest::keyClick(&list, Qt::Key_Space);
-    EXPECT_EQ(dialog.Chosen().size(), 1U);
-    Control<QPushButton>(dialog, u"ButtonNone"_s).click();
-    EXPECT_TRUE(dialog.Chosen().empty());
     Control<QPushButton>(dialog, u"ButtonAll"_s).click();
-    EXPECT_EQ(dialog.Chosen().size(), 3U);
     dialog.reject();
   });
   EXPECT_FALSE(program.file().changed()) << "nothing is repaired without being asked";
-}
-
-TEST_F(Care, AsksBeforeTheClockCostsStatistics) {
-  Open({Card("000001"), Card("000002", kNow + 500)});
   Trigger(u"LernStartExecute"_s);
   ASSERT_EQ(messages.asked.size(), 1);
   EXPECT_TRUE(messages.asked.first().startsWith(u"\nBei einer Karte liegt die letzte Antwort in der Zukunft."_s));

@@ -11,7 +11,6 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QUrl>
-#include <functional>
 
 #include "learn/dlausw.h"
 #include "learn/dlparam.h"

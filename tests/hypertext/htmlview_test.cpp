@@ -70,11 +70,8 @@ struct HtmlView : testing::Test {
     }
     return count;
   }
-  // The targets of the links followed so far.
-  std::string Followed() const {
-    std::string targets;
-    for (const auto& link : links) targets += std::to_string(link[0].toInt()) + " ";
-    return targets;
+  void Press(std::initializer_list<Qt::Key> keys) {
+    for (const Qt::Key key : keys) QTest::keyClick(QApplication::focusWidget(), key);
   }
   QPoint MiddleOfLink(size_t i) const {
     const LinkArea& area = frame->layout().links.areas().at(i);
@@ -94,7 +91,7 @@ TEST_F(HtmlView, MouseFindsLinksWhereTheyAreDrawn) {
   QTest::mousePress(PaintBox(), Qt::RightButton, {}, MiddleOfLink(0));
   EXPECT_EQ(links.count(), 0);
   for (const size_t link : {0, 1}) QTest::mousePress(PaintBox(), Qt::LeftButton, {}, MiddleOfLink(link));
-  EXPECT_EQ(Followed(), "7 0 ");
+  EXPECT_EQ(links, QList<QVariantList>({{7}, {0}}));
 }
 
 TEST_F(HtmlView, TabWalksThroughTheLinksAndEnterFollows) {
@@ -105,22 +102,18 @@ TEST_F(HtmlView, TabWalksThroughTheLinksAndEnterFollows) {
   for (int i = 0; i < 40; ++i) side += "<br>";
   Show(side + "<a href=\"2\">b</a>");
   button->setFocus();
-  QTest::keyClick(&window, Qt::Key_Return);
+  Press({Qt::Key_Return});
   EXPECT_EQ(enter_of_window, 1);
-  QTest::keyClick(button, Qt::Key_Tab);
-  QTest::keyClick(frame, Qt::Key_Return);
-  QTest::keyClick(frame, Qt::Key_Tab);
-  QTest::keyClick(frame, Qt::Key_Enter);
+  Press({Qt::Key_Tab, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Enter});
   EXPECT_GT(frame->verticalScrollBar()->value(), 0);
-  QTest::keyClick(frame, Qt::Key_Tab);
+  Press({Qt::Key_Tab});
   EXPECT_TRUE(button->hasFocus());
-  QTest::keyClick(&window, Qt::Key_Return);
+  Press({Qt::Key_Return});
   EXPECT_EQ(enter_of_window, 2);
-  QTest::keyClick(button, Qt::Key_Backtab, Qt::ShiftModifier);
-  QTest::keyClick(frame, Qt::Key_Return);
-  Show("<a href=\"3\">c</a>");
-  QTest::keyClick(frame, Qt::Key_Return);
-  EXPECT_EQ(Followed(), "1 2 2 ") << "on a new side no link has the ring";
+  Press({Qt::Key_Backtab, Qt::Key_Return});
+  Show("<a href=\"3\">c</a> <a href=\"4\">d</a>");
+  Press({Qt::Key_Return});
+  EXPECT_EQ(links, QList<QVariantList>({{1}, {2}, {2}})) << "on a new side no link has the ring";
 }
 
 TEST_F(HtmlView, LongSidesScrollAndOnlyWidePicturesScrollSideways) {
@@ -181,14 +174,12 @@ TEST_F(HtmlView, WhiteIsTransparentOnlyInBitmapsOfTheirOwnSize) {
 
 TEST_F(HtmlView, MissingPicturesTakeNoRoomAndDamagedOnesEndTheSide) {
   Show("a<a href=\"1\"><img src=\"fehlt.png\"></a>b");
-  EXPECT_TRUE(frame->layout().links.areas().empty());
   EXPECT_EQ(frame->layout().fragments.size(), 2U);
   EXPECT_EQ(failures.count(), 0);
   SaveBytes("kaputt.jpg", "\xFF\xD8\xFF\xE0 and no picture behind it");
   Show("a <img src=\"kaputt.jpg\"> b");
   EXPECT_EQ(frame->layout().fragments.size(), 1U);
   frame->RefreshSide();
-  Grab();
   QApplication::processEvents();
   EXPECT_EQ(failures.count(), 1);
 }

@@ -63,6 +63,7 @@ TEST_F(LayoutOf, TextInLines) {
   Check({
       // Every blank is one blank of advance.
       {"", ""},
+      {"a b", "'a' 5,5 10x20\n'b' 25,5 10x20\n"},
       {"a  b", "'a' 5,5 10x20\n' b' 25,5 20x20\n"},
       {"a<font size=\"40\"> </font>b", "'a' 5,5 10x20\n'b' 35,5 10x20\n"},
       // Words wrap whole at the width of the frame, which only a wider word leaves.
@@ -82,6 +83,7 @@ TEST_F(LayoutOf, TextInLines) {
       // Styles are switches, not counters.
       {"<b><b>x</b>y", "'x' 5,5 10x20 b\n'y' 15,5 10x20\n"},
       {"</b><i>x<u>y</i>z", "'x' 5,5 10x20 i\n'y' 15,5 10x20 i u\n'z' 25,5 10x20 u\n"},
+      {"<u>a b</u> c", "'a' 5,5 20x20 u\n'b' 25,5 10x20 u\n'c' 45,5 10x20\n"},
   });
 }
 
@@ -109,6 +111,7 @@ TEST_F(LayoutOf, LinksPicturesAndMedia) {
       {"<img src=\"p.jpg\" border=\"0\"><img src=\"p.bmp\" border=\"0\"> b",
        "img(p.jpg) 5,5 40x30\nimg(p.bmp) 5,37 40x30 transparent\n' b' 5,69 20x20\n"},
       {"a<img src=\"fehlt.bmp\">b", "'a' 5,5 10x20\n'b' 25,5 10x20\n"},
+      {"a<Img src=\"fehlt.bmp\">b", "'a' 5,5 10x20\n'b' 15,5 10x20\n"},
       {"<img src=\"breit.jpg\">aaaaaaaaa bbbbbbbbbbb",
        "img(breit.jpg) 5,5 300x10 framed\n'aaaaaaaaa' 5,17 90x20\n'bbbbbbbbbbb' 5,37 110x20\nsize 310x100\n"},
       // Sizes of pictures keep proportions and bounds.

@@ -57,11 +57,14 @@ TEST(Markup, TextIsReadInWords) {
       {"a  b", "'a' _ ' b'"},
       {"  a   b ", "'  a' _ '  b' _"},
       {"<br>             x", "br '             x'"},
+      {"a\tb\x0F", "'a\tb\x0F'"},
       // A line feed is a blank only directly behind a letter or link.
       {"a\r\nb", "'a' _ 'b'"},
+      {"a \nb", "'a' _ 'b'"},
       {"a\n b", "'a' _ ' b'"},
       {"a  \n b", "'a' _ ' ' | ' b'"},
       {"\n<br>\na", "br 'a'"},
+      {"<b>a</b>\nb", "+b 'a' -b _ 'b'"},
       {"<a href=\"1\">x</a>\nb", "1->'x' _ 'b'"},
       {"a\rb\r", "'ab'"},
       // Tags inside a word do not end it.
@@ -76,12 +79,14 @@ TEST(Markup, TagsAndEntities) {
       // In any case; unknown ones are left out, unfinished ones are text.
       {"<B>x</B><I></i><U></u><BR><Br>", "+b 'x' -b +i -i +u -u br br"},
       {"<navigation><HOME><index><automap><topic=\"a > b\">x", "' b\">x'"},
+      {"<b >x<br/></p><+++>", "'x'"},
       {"<<b>x", "'x'"},
       {"<b\r>x<b\n>y", "+b 'xy'"},
       {"a < b", "'a' _ '<' _ 'b'"},
       {"<b>x</b", "+b 'x</b'"},
       // There are two entities.
       {"&lt;b&gt; &amp; &LT; &lt", "'<b>' _ '&amp;' _ '&LT;' _ '&lt'"},
+      {"&&lt;lt;", "'&<lt;'"},
       {"<a href=\"1\">a&lt;b&gt;</a>", "1->'a<b>'"},
       // All digits of a font tag are its size.
       {"<font size=\"14\">x</font>", "+14 'x' -size"},
@@ -90,6 +95,7 @@ TEST(Markup, TagsAndEntities) {
       {"<font size=\"0\"><font size=\"\">", "+1 +1"},
       {"<font size=\"99999999999999999999\">", "+400"},
       {"<font color=\"3\"></FONT>", "-size"},
+      {"</font size=7>", "+7"},
   });
 }
 
@@ -109,6 +115,7 @@ TEST(Markup, Links) {
       {"<a href=\"1\">a\n\nb \nc</a>", "1->'a b c'"},
       {"<a href=\"1\">a < b</A>c", "1->'a < b' 'c'"},
       {"<a href=\"1\">to the end </b> of it", "1->'to the end  of it'"},
+      {"<a href=\"1\">x</address>y", "1->'x' 'y'"},
       {"<a href=\"1\"><img src=\"p.bmp\"></a>", "1->img(p.bmp framed)"},
       {"<a href=\"000001\">a <IMG SRC=\"p.bmp\" border=\"0\" width=\"9\"> b</a>c", "1->img(p.bmp 9x0) 'c'"},
       {"<a href=\"1\">img src</a>", "1->img( framed)"},
@@ -123,9 +130,11 @@ TEST(Markup, PicturesSoundsAndVideos) {
       {"a<a HREF=\"1\">x</a> b", "'a' 1->'x' _ 'b'"},
       {"<a href=\"1\">x</a>    <a href=\"2\">y</a>", "1->'x' _ '   ' | 2->'y'"},
       {"a<img src=\"p.bmp\" border=\"0\">b", "'a' _ img(p.bmp) 'b'"},
+      {"a<IMG SRC=\"p.bmp\">", "'a' _ img(p.bmp framed)"},
       {"a<Img src=\"p.bmp\">b", "'a' img(p.bmp framed) 'b'"},
       // Attributes are found by substring, and only in quotes.
       {"<img src=\"p.jpg\" width=\"30\" height=\"20\" border=\"2\">", "img(p.jpg 30x20 framed)"},
+      {"<img src=\"P.jpg\" width=30 height=\"x\">", "img(P.jpg framed)"},
       {"<img src=p.jpg width=\"30\">", "img(30 30x0 framed)"},
       {"<img src=\"p.jpg>x", "img( framed) 'x'"},
       {"<img src=\"p.jpg\" width=\"99999999999\" height=\"-4\">", "img(p.jpg 1000000x0 framed)"},
@@ -133,6 +142,7 @@ TEST(Markup, PicturesSoundsAndVideos) {
       // The ending decides what is embedded.
       {"a<embed src=\"s.wav\">b", "'a' sound(s.wav) 'b'"},
       {"<EMBED SRC=\"f.AVI\" width=\"353\" height=\"289\">", "video(f.AVI 353x289 framed)"},
+      {"<embed src=\"f.mpeg\">x", "'x'"},
       {"<embed src=\"f.mpg\"> x <embed src=\"g.avi\">y", "video(f.mpg framed) ' x' _ 'y'"},
       {"<img src=\"embed.bmp\">", "sound(embed.bmp)"},
   });

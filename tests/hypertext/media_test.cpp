@@ -37,6 +37,7 @@ TEST_F(MediaFiles, NamesAreFoundWithoutRegardToCaseAndInTheCodePage) {
   const std::pair<std::string, std::string> cases[] = {
       {"bILD.bMP", "kartei/Bild.bmp"},
       {"TON.WAV", "kartei/Medien/ton.wav"},
+      {"\\bild.bmp", "kartei/Bild.bmp"},
       {"medien\\TON.wav", "kartei/Medien/ton.wav"},
       {"\xE4PFEL.jpg", "kartei/\u00C4pfel.JPG"},
       {"bilder\\FL\xDCSSE/\x80LBE.JPG", "kartei/Bilder/Fl\u00FCsse/\u20AClbe.jpg"},
@@ -70,11 +71,8 @@ TEST_F(MediaFiles, AFinderSeesNewFilesOnceItForgets) {
 }
 
 TEST(MediaDirective, NamesEndAtBracketsBlanksOrTheMarker) {
-  const struct {
-    MediaKind kind;
-    std::string side;
-    std::string directive;  // name, and "+" when the text is shown first
-  } cases[] = {
+  // The side, and the name in it with "+" when the text is shown first.
+  const std::tuple<MediaKind, std::string, std::string> cases[] = {
       {MediaKind::Picture, "<#SHOW:bild.bmp+ (Pluszeichen l\xF6schen = Grafik zuerst anzeigen)>", "bild.bmp +"},
       {MediaKind::Picture, "x<#SHOW:bild.JPG (..)>", "bild.JPG"},
       {MediaKind::Picture, "#SHOW:bild.bmp+2.bmp", "bild.bmp +"},
@@ -83,14 +81,15 @@ TEST(MediaDirective, NamesEndAtBracketsBlanksOrTheMarker) {
       {MediaKind::Picture, "#SHOW:bild.Bmp", "-"},
       {MediaKind::Picture, "#SHOW:bild.gif .jpg", "bild.gif"},
       {MediaKind::Picture, "#SHOW: bild.bmp", "-"},
+      {MediaKind::Picture, "#SHOW:+ .bmp", "-"},
       {MediaKind::Video, "<#PLAY:film.mpeg>.mpg", "film.mpeg"},
       {MediaKind::Sound, "#WAVE:ton.mid<br>", "ton.mid"},
       {MediaKind::Text, "<#TEXT:notiz.txt (.rtf! Ausrufezeichen anf\xFCgen = Text zuerst anzeigen)>", "notiz.txt +"},
       {MediaKind::Text, "#TEXT:notiz.txt+", "notiz.txt +"},
   };
-  for (const auto& c : cases) {
-    const auto found = FindDirective(c.side, c.kind);
-    EXPECT_EQ(found ? found->name + (found->text_first ? " +" : "") : "-", c.directive) << c.side;
+  for (const auto& [kind, side, directive] : cases) {
+    const auto found = FindDirective(side, kind);
+    EXPECT_EQ(found ? found->name + (found->text_first ? " +" : "") : "-", directive) << side;
   }
 }
 

@@ -53,6 +53,7 @@ TEST_F(MediaWindow, ANewCardEndsAllPlaying) {
   EXPECT_TRUE(window.isVisible());
   window.StopAll();
   EXPECT_FALSE(window.isVisible());
+  Q_EMIT player->Ended();
   EXPECT_EQ(Notes(), "sound a.wav, video f.avi, stop");
 }
 

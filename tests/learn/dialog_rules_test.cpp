@@ -10,10 +10,8 @@ namespace tessaro {
 namespace {
 
 TEST(ParameterEntry, EveryFieldRefusesWhatIsOutsideItsRange) {
-  // The texts of each field in the dialog's order, beside a minimum width of 5.
-  const struct {
-    std::vector<std::string> good, bad;
-  } fields[] = {
+  // Good and bad texts of each field in the dialog's order, beside a minimum width of 5.
+  const std::pair<std::vector<std::string>, std::vector<std::string>> fields[] = {
       {{"2", "50"}, {"1", "zwei", ""}},
       {{"5"}, {"1", "4"}},
       {{"5", "50"}, {"4", "51"}},
@@ -25,11 +23,11 @@ TEST(ParameterEntry, EveryFieldRefusesWhatIsOutsideItsRange) {
   };
   for (size_t field = 0; field < kParameterFields; ++field) {
     ParameterTexts texts = ParameterTextsOf({{.min_width = 5, .max_width = 50}, 1});
-    for (const std::string& text : fields[field].good) {
+    for (const std::string& text : fields[field].first) {
       texts[field] = text;
       EXPECT_FALSE(FindWrong(texts)) << field << " '" << text << "'";
     }
-    for (const std::string& text : fields[field].bad) {
+    for (const std::string& text : fields[field].second) {
       texts[field] = text;
       EXPECT_EQ(FindWrong(texts), static_cast<ParameterField>(field)) << text;
     }

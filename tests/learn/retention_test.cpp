@@ -27,11 +27,14 @@ TEST(Retention, WorkedExamples) {
     int64_t score;
   } cases[] = {
       {"first answer", "w", {0}, 0, 1},
+      {"first answer with a day button", "w", {0}, 604800, 604800},
       {"one interval", "ww", {0, 1000}, 0, 1000},
       {"one interval, ended by an empty slot", "www", {0, 1000}, 0, 1000},
       {"growing intervals", "wwww", {0, 400, 600, 700}, 0, 533},
       {"shrinking intervals give their mean", "wwww", {0, 100, 300, 700}, 0, 233},
       {"the floor stands above the forecast", "wwww", {0, 400, 600, 700}, 86400, 86400},
+      {"the floor stands below it", "wwww", {0, 400, 600, 700}, 500, 533},
+      {"after a wrong answer", "wf", {0, 50}, 0, 1},
       {"one interval since a wrong answer, older ones count", "wwfwww", {0, 300, 400, 500, 600, 900}, 0, 233},
       {"both lines differ", "wwwfwww", {0, 300, 400, 500, 600, 700, 1000}, 0, 350},
       {"two answers in one second", "www", {0, 0, 50}, 0, 50},
