@@ -84,7 +84,7 @@ class TableTwins {
   static bool Copy(CardTable& a, NaiveTable& b, int n) {
     const CardTable::Value value = a.Field(1 + n / 5 % 3);
     if (!value) return Set(a, b, n % 5, kNull);
-    const std::string_view part = value->substr(std::min<size_t>(n / 15U, value->size()));
+    const std::string_view part = value->substr(std::min(static_cast<size_t>(n / 15), value->size()));
     const std::string copy(part);
     return a.SetField(n % 5, part) == b.SetField(n % 5, copy);
   }
@@ -99,7 +99,9 @@ class TableTwins {
       [](CardTable& a, NaiveTable& b, int) { return a.Prior() == b.Prior(); },
       [](CardTable& a, NaiveTable& b, int) { return a.Next() == b.Next(); },
       [](CardTable& a, NaiveTable& b, int n) { return a.GoTo(n) == b.GoTo(n); },
-      [](CardTable& a, NaiveTable& b, int n) { return Set(a, b, n % 5, std::string(n / 16U, static_cast<char>(n))); },
+      [](CardTable& a, NaiveTable& b, int n) {
+        return Set(a, b, n % 5, std::string(static_cast<size_t>(n / 16), static_cast<char>(n)));
+      },
       [](CardTable& a, NaiveTable& b, int n) { return Set(a, b, n % 5, kNull); },
       [](CardTable& a, NaiveTable& b, int n) { return Set(a, b, n % 5, "a\\;\n\r" + std::to_string(n)); },
       [](CardTable& a, NaiveTable& b, int n) { return a.Field(n % 5) == b.Field(n % 5); },
