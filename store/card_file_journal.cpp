@@ -39,11 +39,12 @@ bool Apply(const TableChange& change, CardTable& cards) {
   return true;
 }
 
+// The first and the last row are no cards and never change.
 bool Apply(const RowChange& change, CardTable& cards) {
   const auto fits = [&](const RowChange::Field& field) {
     return field.column >= 1 && field.column <= static_cast<uint32_t>(cards.ColumnCount());
   };
-  if (change.row < 1 || change.row > static_cast<uint32_t>(cards.RowCount()) ||
+  if (change.row < kFirstCardRow || change.row >= static_cast<uint32_t>(cards.RowCount()) ||
       !std::all_of(change.fields.begin(), change.fields.end(), fits)) {
     return false;
   }
