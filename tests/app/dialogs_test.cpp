@@ -1,19 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QDialogButtonBox>
 #include <QLineEdit>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <fstream>
 
 #include "app/dlneu.h"
-#include "app/dlprogress.h"
-#include "app/long_work.h"
 #include "platform/qt/text.h"
 #include "tests/support/dialog_driver.h"
-#include "tests/support/fixed_clock.h"
 #include "tests/support/recorded_messages.h"
 
 namespace tessaro {
@@ -66,31 +61,6 @@ TEST_F(NewFileDialog, AsksBeforeItReplacesAFile) {
   dialog.accept();
   EXPECT_EQ(dialog.result(), QDialog::Accepted);
   EXPECT_EQ(messages.asked.size(), 2);
-}
-
-TEST(LongWork, ShowsCursorAndDialogOnlyWhenItTakesLong) {
-  FixedClock clock;
-  QWidget window;
-  window.show();
-  const auto dialog = [&] { return window.findChild<TF_dlprogress*>(); };
-  {
-    LongWork work(&window, clock);
-    work.NextStage(u"Karteikarten laden"_s, 1000);
-    work.SetPosition(100);
-    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-    clock.milliseconds += 250;
-    work.SetPosition(200);
-    EXPECT_NE(QApplication::overrideCursor(), nullptr);
-    EXPECT_EQ(dialog(), nullptr);
-    clock.milliseconds += 800;
-    work.SetPosition(500);
-    ASSERT_NE(dialog(), nullptr);
-    clock.milliseconds += 100;
-    work.SetPosition(5000);
-    EXPECT_EQ(dialog()->findChild<QProgressBar*>()->value(), 1000) << "a wrong range does no harm";
-  }
-  EXPECT_EQ(dialog(), nullptr);
-  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
 }  // namespace

@@ -4,13 +4,9 @@
 
 #include <QApplication>
 #include <QDateTime>
-#include <QDropEvent>
 #include <QLineEdit>
-#include <QMenu>
-#include <QMimeData>
 #include <QPushButton>
 #include <QScreen>
-#include <QUrl>
 
 #include "learn/dlausw.h"
 #include "learn/dlparam.h"
@@ -275,45 +271,6 @@ TEST_F(MainWindowFiles, SavingUnderAnotherNameMovesThereABackupDoesNot) {
   disk.set_capacity(0);
   TriggerWithFile(u"MBackupClick"_s, u"/deck/full.mlb"_s);
   EXPECT_EQ(Text(u"LabelStatus"_s), u"Nicht vollständig gespeichert"_s);
-}
-
-TEST_F(MainWindowFiles, RecentFilesAreKeptNewestFirstAndOfferedAgain) {
-  Open(kCards);
-  EXPECT_TRUE(window().OpenFile(kOther));
-  const std::string settings = disk.Content("/tessaro.ini").value_or("");
-  EXPECT_LT(settings.find(kOther), settings.find(kTestFile)) << settings;
-
-  const auto& menu = Find<QMenu>(u"MenuRecent"_s);
-  const QList<QAction*> recent = menu.actions();
-  ASSERT_EQ(recent.size(), 1) << "the open file is not offered";
-  EXPECT_TRUE(disk.Remove(kTestFile));
-  recent.first()->trigger();
-  QApplication::processEvents();
-  EXPECT_EQ(messages.errors.size(), 1);
-  EXPECT_EQ(menu.actions().size(), 0) << "a file that is gone leaves the list";
-}
-
-// Dropped on what fills the window, as with a real mouse.
-TEST_F(MainWindowFiles, ACardFileDroppedOnTheWindowIsOpened) {
-  const QUrl other = QUrl::fromLocalFile(QString::fromUtf8(kOther));
-  const std::pair<QList<QUrl>, bool> cases[] = {{{QUrl::fromLocalFile(u"/deck/notes.txt"_s)}, false},
-                                                {{QUrl(u"https://example.org/other.mlb"_s)}, false},
-                                                {{other, other}, false},
-                                                {{other}, true}};
-  Open(kCards);
-  QWidget& page = Find<QWidget>(u"FrameBegin"_s);
-  for (const auto& [urls, taken] : cases) {
-    QMimeData data;
-    data.setUrls(urls);
-    QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&page, &enter);
-    EXPECT_EQ(enter.isAccepted(), taken) << urls.size();
-    QDropEvent drop(QPointF(20, 20), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&page, &drop);
-    EXPECT_EQ(CardsPath(), kTestFile) << "the program it came from still waits";
-    QApplication::processEvents();
-    EXPECT_EQ(CardsPath(), taken ? kOther : kTestFile);
-  }
 }
 
 TEST_F(MainWindowFiles, LearningLastsUntilAnotherFileIsOpened) {

@@ -116,28 +116,6 @@ TEST_F(HtmlView, TabWalksThroughTheLinksAndEnterFollows) {
   EXPECT_EQ(links, QList<QVariantList>({{1}, {2}, {2}})) << "on a new side no link has the ring";
 }
 
-TEST_F(HtmlView, LongSidesScrollAndOnlyWidePicturesScrollSideways) {
-  std::string words;
-  for (int i = 0; i < 400; ++i) words += "Lernkartei ";
-  Show("kurz");
-  EXPECT_EQ(frame->verticalScrollBar()->maximum(), 0);
-  Show(words);
-  EXPECT_GT(frame->verticalScrollBar()->maximum(), 0);
-  EXPECT_EQ(frame->horizontalScrollBar()->maximum(), 0);
-  SavePicture("breit.png", {900, 20});
-  Show("<img src=\"breit.png\">" + words);
-  EXPECT_GT(frame->horizontalScrollBar()->maximum(), 0);
-  for (const Fragment& fragment : frame->layout().fragments) {
-    if (fragment.kind == Fragment::Kind::Picture) continue;
-    EXPECT_LE(fragment.rect.left + fragment.rect.width, frame->viewport()->width());
-  }
-  frame->verticalScrollBar()->setValue(200);
-  frame->RefreshSide();
-  EXPECT_EQ(frame->verticalScrollBar()->value(), 200);
-  Show(words);
-  EXPECT_EQ(frame->verticalScrollBar()->value(), 0);
-}
-
 TEST_F(HtmlView, SoundsAreAskedForOncePerShownSide) {
   SaveBytes("ton.wav", "x");
   QSignalSpy sounds(frame, &TFrameHtml::SoundWanted);

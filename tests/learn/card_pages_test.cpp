@@ -10,8 +10,6 @@
 #include <fstream>
 #include <string>
 
-#include "hypertext/video_screen.h"
-
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
@@ -65,18 +63,6 @@ TEST_F(CardPagesTest, TextPagesShowWhatAPersonReads) {
   ShowSide("<b>Eins</b> und <a href=\"1\">zwei</a><br>drei &lt;<#TEXT:notiz.txt>");
   EXPECT_EQ(pages.findChild<QPlainTextEdit*>(u"Text"_s)->toPlainText(), u"Eins und zwei\ndrei <"_s);
   EXPECT_EQ(pages.findChild<QPlainTextEdit*>(u"TextPlus"_s)->toPlainText(), u"Gruß"_s);
-}
-
-TEST_F(CardPagesTest, SoundsAndVideosAreAskedForOnceAShownSide) {
-  QStringList asked;
-  QObject::connect(&pages, &CardPages::SoundWanted, [&](const QString& path) { asked += path; });
-  QObject::connect(&pages, &CardPages::VideoWanted, [&](const QString& path, const VideoScreen* screen) {
-    EXPECT_NE(screen, nullptr);
-    asked += path;
-  });
-  ShowSide("<#WAVE:ton.wav><#PLAY:film.avi>");
-  pages.resize(300, 200);
-  EXPECT_EQ(asked, QStringList({folder.filePath(u"ton.wav"_s), folder.filePath(u"film.avi"_s)}));
 }
 
 }  // namespace

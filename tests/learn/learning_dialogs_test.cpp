@@ -3,13 +3,9 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
-#include <QTabWidget>
-#include <QTableWidget>
 
 #include "hypertext/htmlview.h"
 #include "learn/dlausw.h"
-#include "learn/dldata.h"
 #include "learn/dllernkeys.h"
 #include "learn/dlparam.h"
 #include "learn/frage.h"
@@ -126,23 +122,6 @@ TEST_F(LearningDialogs, ABoxIsLeftAndTakenUpByItsButtons) {
   EXPECT_EQ(Shown(), u"5"_s) << "where the box was left";
 }
 
-TEST_F(LearningDialogs, RowOrderGoesToTheEndAndFromTheStartAgain) {
-  Open({NewCard(1), NewCard(2), NewCard(3)});
-  file.settings().SetInt("ROW", "Pos", 3);
-  Choose([](TF_dlausw& dialog) {
-    Control<QTabWidget>(dialog, u"PageControl"_s).setCurrentIndex(0);
-    Control<QRadioButton>(dialog, u"RadioReihe"_s).setChecked(true);
-    Press(dialog, u"BtLern"_s);
-  });
-  EXPECT_TRUE(Checked(u"MAutoReihe"_s));
-  EXPECT_EQ(Shown(), u"2"_s) << "the kept position";
-  Trigger(u"MReiheAnfang"_s);
-  Click(u"BtWeissIch"_s);
-  EXPECT_EQ(Shown(), u"1"_s);
-  for (int i = 0; i < 2; ++i) Click(u"BtWeissIch"_s);
-  EXPECT_EQ(messages.shown, QStringList(u"\nKarteiende erreicht. \nLerndurchlauf beendet."_s));
-}
-
 TEST(ParameterDialog, AWrongEntryKeepsTheFocusAndChangesNothing) {
   const struct {
     QString field, text, message;
@@ -169,21 +148,6 @@ TEST(ParameterDialog, AWrongEntryKeepsTheFocusAndChangesNothing) {
   Control<QLineEdit>(dialog, u"EdMinBreite"_s).setText(u"3"_s);
   Press(dialog, u"BitBtnCancel"_s);
   EXPECT_EQ(ParameterTextsOf(dialog.entry()), ParameterTextsOf({{.max_width = 70}, 9}));
-}
-
-TEST(ParameterDialog, DefaultsAndTheAssistantFillTheFields) {
-  TF_dlparam dialog({{.max_width = 77, .retention_weight = 2.5}, 9});
-  dialog.show();
-  Press(dialog, u"BitBtnDefault"_s);
-  EXPECT_EQ(Line(dialog, u"EdMaxBreite"_s) + Line(dialog, u"EdCheckZeitFaktor"_s), u"501.0"_s);
-  EXPECT_EQ(Line(dialog, u"EdCheckPosition"_s), u"9"_s);
-  Control<QTabWidget>(dialog, u"PageControl"_s).setCurrentIndex(1);
-  Press(dialog, u"RadioKurzSchwach"_s, u"RadioLangGut"_s, u"BitBtnUebernehmen"_s);
-  EXPECT_EQ(StatusLine(dialog), u"Eingaben im Assistenten fehlen"_s);
-  Press(dialog, u"RadioKartenSchwer"_s, u"BitBtnUebernehmen"_s);
-  EXPECT_EQ(dialog.entry().parameters.max_width, 77) << "nothing holds before OK";
-  Press(dialog, u"BitBtnOK"_s);
-  EXPECT_EQ(dialog.entry().parameters.max_width, 15);
 }
 
 TEST_F(LearningDialogs, AKeyOfOnesOwnWorksInTheWindowAndOnTheQuestion) {
@@ -232,24 +196,6 @@ TEST_F(LearningDialogs, LeavingALinkedCardAsksWhetherItWasKnown) {
       EXPECT_EQ(Logged(), key == Qt::Key_Escape ? 0 : 1);
     }
   }
-}
-
-TEST_F(LearningDialogs, StatisticsShowTheFiguresOfTheLastAnswer) {
-  settings.ini.SetInt("SHOW", "Stat", 1);
-  Open({KnownCard(1, 1, 400)});
-  auto* data = window->findChild<TF_dldata*>();
-  ASSERT_TRUE(data != nullptr && data->isVisible());
-  Click(u"BtWeissIch"_s);
-  EXPECT_EQ(Control<QTableWidget>(*data, u"GridVerlauf"_s).item(0, 3)->text(), u"       400"_s);
-  EXPECT_EQ(Line(*data, u"EditGewicht"_s), u"400;   0:00:06:40"_s);
-  clock.now += 1000;
-  Click(u"BtLerneIch"_s);
-  EXPECT_EQ(Line(*data, u"EditGewicht"_s), u"0;  (ohne Berechnung)"_s);
-  data->close();
-  EXPECT_EQ(settings.ini.GetInt("SHOW", "Stat", 1), 0);
-  Click(u"TbCalc"_s);
-  window->close();
-  EXPECT_EQ(settings.ini.GetInt("SHOW", "Stat", 0), 1) << "kept on for the next run";
 }
 
 }  // namespace

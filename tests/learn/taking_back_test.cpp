@@ -5,7 +5,6 @@
 #include <sstream>
 
 #include "learn/answer_log.h"
-#include "learn/leitner_count.h"
 #include "learn/leitner_method.h"
 #include "tests/learn/learn_fixture.h"
 
@@ -52,26 +51,6 @@ TEST_F(TakingBack, AClockThatWentBackIsStillNoticed) {
   run->Known();
   EXPECT_TRUE(run->ended());
   EXPECT_EQ(run->figures().answered, 0);
-}
-
-// The answer ended the box, and the learner has counted and chosen another one since.
-TEST_F(TakingBack, ABoxThatWasDoneIsGoneOnWith) {
-  Open(Numbered(3, [](int i) { return With(KnownCard(i, 100, 5000), &TestCard::topic, "1"); }));
-  run->StartBox({1, 0, {3, 2}});
-  run->Start();
-  run->Known();
-  const std::string in_the_box = Dump();
-  run->Known();
-  EXPECT_EQ(view.choices, 1);
-  CardWriter writer(file);
-  CountBoxes(file, writer);
-  EXPECT_EQ(Topic(2), "2");
-  run->StartBox({1, 0, {4}});
-  run->ShowNext();
-  run->TakeBackAnswer();
-  EXPECT_EQ(Topic(2), "1") << "the level was raised for the answer that is taken back";
-  ASSERT_TRUE(file.cards().Poke(file.columns().topic, 3, "1"));
-  EXPECT_EQ(Dump(), in_the_box);
 }
 
 // Other scores and a rebuilt index: the places that were noted do not fit it.

@@ -4,11 +4,9 @@
 #include <QScreen>
 #include <QThread>
 #include <QWidget>
-#include <cmath>
 
 #include "platform/qt/background.h"
 #include "platform/qt/text.h"
-#include "platform/qt/theme.h"
 #include "platform/qt/window_place.h"
 #include "store/ini_file.h"
 
@@ -23,37 +21,6 @@ TEST(Text, HoldsWhatTheCodePageHolds) {
   EXPECT_EQ(ToBytes(FromBytes(all)), all);
   EXPECT_EQ(FromBytes("\x80 \xC4\xD6\xDC\xE4\xF6\xFC\xDF \x84\x93\x96 \x9F"), u"€ ÄÖÜäöüß „“– Ÿ"_s);
   for (const QString& text : {u"gut Ω"_s, u"Čeština"_s, u"日本"_s, u"😀"_s}) EXPECT_EQ(ToBytes(text), std::nullopt);
-}
-
-// The contrast of two colours as the accessibility guidelines for the web compute it.
-double Contrast(const QColor& one, const QColor& other) {
-  const auto linear = [](double part) {
-    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-  };
-  const auto luminance = [&](const QColor& colour) {
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-  };
-  const auto [low, high] = std::minmax({luminance(one), luminance(other)});
-  return (high + 0.05) / (low + 0.05);
-}
-
-TEST(Theme, TextAndAccentsAreReadableInBothPalettes) {
-  constexpr double kReadable = 4.5;
-  for (const Theme theme : {Theme::Light, Theme::Dark}) {
-    const QPalette palette = ThemePalette(theme);
-    EXPECT_EQ(IsDark(palette), theme == Theme::Dark);
-    QList<QColor> inks;
-    for (const auto role : {QPalette::WindowText, QPalette::Link, QPalette::LinkVisited}) inks += palette.color(role);
-    for (const Accent accent : {Accent::Known, Accent::NotKnown, Accent::Notice, Accent::Warning}) {
-      inks += AccentColour(accent, palette);
-    }
-    for (const auto ground : {QPalette::Window, QPalette::Base, QPalette::Button}) {
-      for (const QColor& ink : inks) {
-        EXPECT_GE(Contrast(ink, palette.color(ground)), kReadable) << ink.name().toStdString();
-      }
-    }
-    EXPECT_GE(Contrast(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight)), kReadable);
-  }
 }
 
 TEST(Background, WorksBesideTheWindowsAndReportsToThem) {

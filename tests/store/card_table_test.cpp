@@ -9,7 +9,6 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/progress.h"
 #include "tests/store/table_twins.h"
 #include "tests/support/test_cards.h"
 
@@ -77,29 +76,6 @@ TEST(CardTable, ManyInsertedAndDeletedRowsKeepTheirOrder) {
     ASSERT_TRUE(twins.Do(one_place || i % 3 != 0 ? 1 : 3, 0) && twins.Do(11, i * 5 + 1));
   }
   EXPECT_TRUE(twins.SameContent());
-}
-
-TEST(CardTable, CountsCharactersReadAndFieldsWritten) {
-  struct : ProgressBar {
-    void SetPosition(int64_t position) override { positions.push_back(position); }
-    std::vector<int64_t> positions;
-  } bar;
-  Progress() = {.counter = 0, .display = true, .bar = &bar};
-  CardTable table = TableOf("A;B\r\n1;,\r\nx\\\r\ny;z\r\nq", ';');
-  table.SetSeparator(',');
-  EXPECT_EQ(FileText(table), "A,B\r\n1,\\,\r\nx\\ny,z\r\n,\r\n");
-  EXPECT_EQ(bar.positions, (std::vector<int64_t>{4, 8, 15, 16, 18, 20, 22, 24}));
-  Progress() = {};
-}
-
-TEST(CardTable, TakesItsNameFromThePath) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"/x/La.a.mlb", "La.a"}, {"C:La.mlb", "La"}, {"C:\\my.decks\\La", "my"}, {"/a/.mlb", ""}};
-  for (const auto& [path, name] : cases) {
-    CardTable table;
-    table.SetNameFromPath(path);
-    EXPECT_EQ(table.TableName(), name) << path;
-  }
 }
 
 TEST(CardTable, LoadsAndSavesFilesAndSurvivesFailures) {

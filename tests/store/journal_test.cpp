@@ -42,12 +42,6 @@ TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
   expect_whole_up_to(text.size(), text);
 }
 
-TEST(Journal, TellsWhatAFileLacksFromItsLastSavePointOn) {
-  const JournalContents contents = {kBase, kRecords, false};
-  EXPECT_EQ(ChangesSince(contents, kBase), (std::vector{kRecords[0], kRecords[2], kRecords[3]}));
-  EXPECT_EQ(ChangesSince(contents, kSaved), (std::vector{kRecords[2], kRecords[3]}));
-}
-
 // A card file that is changed, and a program that can end at any moment.
 class CardFileJournal : public ::testing::Test {
  protected:
@@ -156,16 +150,6 @@ TEST_F(CardFileJournal, OfADamagedFileFits) {
   disk_.Put(kTestFile, disk_.Content(kTestFile)->substr(0, disk_.Content(kTestFile)->size() - 20));
   ASSERT_TRUE(Crash().end_missing);
   Change(2, 5);
-  CrashAndTakeOver();
-}
-
-TEST_F(CardFileJournal, OnAFullDiskIsToldOnceAndMadeGoodWhenThereIsRoom) {
-  const uint64_t used = uint64_t{1} << 40;
-  disk_.set_capacity(used - *disk_.FreeBytes("/deck") + 700);
-  for (int score = 1; score < 40; ++score) Change(2 + score % 3, score);
-  EXPECT_EQ(failures_, 1);
-  disk_.set_capacity(used);
-  Change(2, 100);
   CrashAndTakeOver();
 }
 
