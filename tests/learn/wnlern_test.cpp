@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <QClipboard>
-#include <QSignalSpy>
 
 #include "hypertext/htmlview.h"
 #include "tests/learn/window_fixture.h"
@@ -140,27 +139,6 @@ TEST_F(LearningWindow, StoredKeysHoldAndTheFirstOfTwoEqualOnesWins) {
   }
   EXPECT_EQ(Field(kYesNoRow, 3).front(), 'w') << "space answers the second time";
   EXPECT_EQ(Command(u"MHome"_s).shortcut(), QKeySequence(Qt::Key_Home));
-}
-
-TEST_F(LearningWindow, OptionsAndPlaceAreReadAndKept) {
-  for (const auto& [key, value] : {std::pair("xL", 40), {"yL", 50}, {"cxL", 640}, {"cyL", 480}}) {
-    settings.ini.SetInt("POS", key, value);
-  }
-  settings.ini.SetInt("newcards", "checked", 1);
-  Open();
-  EXPECT_EQ(window->size(), QSize(640, 480));
-  EXPECT_TRUE(Command(u"MNeueKarten"_s).isChecked());
-  window->resize(900, 500);
-  const QSignalSpy closed(window.get(), &TF_wnlern::Closed);
-  for (const QString& name : {u"MAutoReihe"_s, u"MNeueKarten"_s, u"MAnsichtUnten"_s, u"MClose"_s}) Trigger(name);
-  EXPECT_EQ(closed.count(), 1);
-  EXPECT_EQ(settings.ini.GetInt("POS", "cxL", 0), 900);
-  EXPECT_EQ(settings.ini.GetInt("rowlearn", "checked", 0), 1);
-  EXPECT_EQ(settings.ini.GetInt("newcards", "checked", 1), 0);
-  EXPECT_TRUE(file.settings().Has("CHK", "rpos"));
-  Show();
-  EXPECT_TRUE(Command(u"MAutoReihe"_s).isChecked());
-  EXPECT_GT(Find<QWidget>(u"Steuerleiste"_s).y(), Find<QWidget>(u"Inhalt"_s).y());
 }
 
 TEST_F(LearningWindow, DeckWithoutCardsSaysSo) {

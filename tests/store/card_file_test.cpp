@@ -63,22 +63,6 @@ TEST_F(CardFileTest, OpenRefusesWhatIsNoCardFileAndKeepsTheOpenOne) {
   EXPECT_TRUE(disk_.IsLocked(kLock) && !disk_.IsLocked("/deck/.leer.mlb.lock"));
 }
 
-TEST_F(CardFileTest, OpenRebuildsAnIndexThatDoesNotFit) {
-  ASSERT_EQ(file_.Save(), SaveResult::Saved);
-  const std::string row = *disk_.Content("/deck/x.row");
-  const std::string idt = *disk_.Content("/deck/x.idt");
-  const std::pair<std::string, std::string> cases[] = {{row, idt}, {"", idt}, {row, "x\n"}, {idt, row}};
-  for (const auto& c : cases) {
-    disk_.Put("/deck/x.row", c.first);
-    disk_.Put("/deck/x.idt", c.second);
-    const OpenReport report = file_.Open(kTestFile);
-    EXPECT_EQ(report.learn_index_rebuilt, c.first != row);
-    EXPECT_EQ(report.link_index_rebuilt, c.second != idt);
-    EXPECT_EQ(file_.learn_index().BoxPos(2), 3);
-    EXPECT_EQ(file_.RowOfId(7), 2);
-  }
-}
-
 TEST_F(CardFileTest, OpenTellsOfACardWithoutIdAndCountsNumbersUpToTheEndMark) {
   disk_.Put(kTestFile, FileText({{.id = "000012"}, {.id = "x99"}, {.id = ""}, {.id = "#"}, {.id = "000500"}}));
   const OpenReport report = file_.Open(kTestFile);

@@ -42,6 +42,12 @@ TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
   expect_whole_up_to(text.size(), text);
 }
 
+TEST(Journal, TellsWhatAFileLacksFromItsLastSavePointOn) {
+  const JournalContents contents = {kBase, kRecords, false};
+  EXPECT_EQ(ChangesSince(contents, kBase), (std::vector{kRecords[0], kRecords[2], kRecords[3]}));
+  EXPECT_EQ(ChangesSince(contents, kSaved), (std::vector{kRecords[2], kRecords[3]}));
+}
+
 // A card file that is changed, and a program that can end at any moment.
 class CardFileJournal : public ::testing::Test {
  protected:

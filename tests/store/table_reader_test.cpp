@@ -79,5 +79,18 @@ TEST(TableReader, ReadsTwoHalvesAsOneWhole) {
   }
 }
 
+// The middle lies at a place of its own in each of these: between backslashes, before a carriage return, ...
+TEST(TableReader, FindsTheFirstLineBehindTheMiddle) {
+  const size_t middle = 2 * ContentHash::kPiece;
+  for (const std::string seam :
+       {"\\\\\\\\\\\\\n", "\\\\\\\\\\\n", "a\\\r\n", "a\\\\\r\n", "a\\\r\r\n", ";\r\n\r\n", "\n\n\n"}) {
+    for (const size_t before : {size_t{0}, seam.size() / 2, seam.size() - 1, seam.size()}) {
+      std::string text = "A;B\n" + std::string(middle - 4 - before, 'x') + seam + "1;2\n3;4\n";
+      text.resize(text.size() + middle - 1000, 'y');
+      ASSERT_TRUE(Reading(text, text.size(), true) == Reading(text, text.size(), false)) << seam << before;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace tessaro
