@@ -179,15 +179,6 @@ TEST_F(HtmlView, PicturesThatCannotBeDrawnAreToldOnceAndTheRestIsDrawn) {
   }
 }
 
-TEST_F(HtmlView, AReplacedPictureFileIsSeenWithTheNextSide) {
-  for (const QSize size : {QSize(30, 20), QSize(50, 40)}) {
-    SavePicture("p.png", size);
-    Show("<img src=\"p.png\">");
-  }
-  EXPECT_EQ(frame->layout().fragments.at(0).rect.width, 50);
-  EXPECT_GT(Count(kWhite), 1500);
-}
-
 TEST_F(HtmlView, TheVideoAreaAnswersToTheMouseAndHoldsThePanel) {
   SaveBytes("film.avi", "x");
   QSignalSpy videos(frame, &TFrameHtml::VideoClicked);

@@ -159,6 +159,16 @@ TEST_F(CardFileJournal, OfADamagedFileFits) {
   CrashAndTakeOver();
 }
 
+TEST_F(CardFileJournal, OnAFullDiskIsToldOnceAndMadeGoodWhenThereIsRoom) {
+  const uint64_t used = uint64_t{1} << 40;
+  disk_.set_capacity(used - *disk_.FreeBytes("/deck") + 700);
+  for (int score = 1; score < 40; ++score) Change(2 + score % 3, score);
+  EXPECT_EQ(failures_, 1);
+  disk_.set_capacity(used);
+  Change(2, 100);
+  CrashAndTakeOver();
+}
+
 TEST_F(CardFileJournal, SurvivesAPowerCutOnceItIsFlushed) {
   Change(2, 5);
   ASSERT_TRUE(file_->journal().Flush());
