@@ -70,6 +70,15 @@ TEST_F(LeitnerTest, CommandsFollowCountsAndLimits) {
     EXPECT_EQ(counts.fresh, c.fresh);
     EXPECT_EQ(after_count + "|" + text(commands), c.commands);
   }
+  const BoxCounts counts = {0, {1, 50, 0, 0, 0, 1}};
+  BoxLimits limits;
+  BoxCommands commands;
+  AllowAfterCount(counts, limits, commands);
+  limits.cards = {1, 51, 100, 250, 500};
+  for (const int box : {1, 2, 3}) AllowAfterLimitEdit(box, counts, limits, commands);
+  EXPECT_EQ(text(commands), "0110001");
+  AllowAfterCount({}, limits, commands);
+  EXPECT_TRUE(commands.learn[5]) << "box 6 stays allowed";
 }
 
 TEST_F(LeitnerTest, OrderIsByNewestAnswerWithLateOnesLast) {

@@ -163,5 +163,13 @@ TEST_F(CardFileTest, RestorePutsOtherCardsIntoTheOpenFile) {
   EXPECT_EQ(disk_.Content("/deck/x.ml~"), FileText(kTwoCards));
 }
 
+TEST_F(CardFileTest, EstimatesTheSpaceOfASave) {
+  for (const auto& [wish, clamped] : {std::pair<int64_t, int64_t>{301, 301}, {9999, 2000}, {-1, 300}}) {
+    int64_t bytes_per_card = wish;
+    EXPECT_EQ(file_.EstimateSpace(bytes_per_card, kTestFile).needed, static_cast<uint64_t>(clamped * 2 * 6 / 5));
+    EXPECT_EQ(bytes_per_card, clamped);
+  }
+}
+
 }  // namespace
 }  // namespace tessaro
