@@ -145,7 +145,8 @@ void TF_wnmain::AskForUnsaved(const UnsavedChanges& unsaved) {
 void TF_wnmain::TellThatChangesAreNotKept() {
   program_.messages().Error(Asker(),
                             u"\nIhre Antworten können zur Zeit nicht\nlaufend auf die Platte geschrieben "
-                            u"werden.\nVielleicht ist sie voll.\n\nSie können weiterlernen. Bitte speichern "
+                            u"werden.\nVielleicht ist sie voll, oder der Ordner\nist schreibgeschützt.\n\nSie können "
+                            u"weiterlernen. Bitte speichern "
                             u"Sie,\nbevor Sie das Programm beenden."_s);
 }
 
