@@ -14,8 +14,10 @@ CommandKeys KeysOfCommands(const LearningKeys& codes) {
     const auto taken = [&](const QList<QKeySequence>& earlier) { return earlier.contains(QKeySequence(key)); };
     if (std::any_of(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(i), taken)) continue;
     keys[i] = {QKeySequence(key)};
-    // Enter of the number block is a key of its own to Qt.
-    if (key.key() == Qt::Key_Return) keys[i] += QKeySequence(QKeyCombination(key.keyboardModifiers(), Qt::Key_Enter));
+    // Enter of the number block is a key of its own to Qt. It stands first: menus print the first key, and its name is
+    // the one that the buttons show too.
+    if (key.key() == Qt::Key_Return)
+      keys[i].prepend(QKeySequence(QKeyCombination(key.keyboardModifiers(), Qt::Key_Enter)));
   }
   return keys;
 }

@@ -228,7 +228,10 @@ void TF_wnlern::ReadShortcuts() {
     const auto key = action->data().value<QKeySequence>();
     action->setShortcut(taken.contains(key) ? QKeySequence() : key);
   }
-  ui_->BtHand->SetKeyText(FirstKeyName(keys[static_cast<size_t>(LearningCommand::Turn)]));
+  const QString turn = FirstKeyName(keys[static_cast<size_t>(LearningCommand::Turn)]);
+  ui_->BtHand->SetKeyText(turn);
+  // The same command stands in two menus, but only one action may own the key.
+  ui_->MDrehen->setText(turn.isEmpty() ? tr("&Drehen") : tr("&Drehen") + u'\t' + turn);
   ui_->BtWeissIch->SetKeyText(FirstKeyName(keys[static_cast<size_t>(LearningCommand::Known)]));
   ui_->BtLerneIch->SetKeyText(FirstKeyName(keys[static_cast<size_t>(LearningCommand::NotKnown)]));
 }
