@@ -10,7 +10,8 @@ namespace tessaro {
 
 enum class Theme { Desktop, Light, Dark };
 
-// Switches the program to a palette of its own, in Qt's Fusion style; Desktop leaves both as the desktop gives them.
+// Switches the program to a palette of its own, in Qt's Fusion style; Desktop leaves both as the desktop gives them,
+// but for small faults of the Fusion style, where that is the desktop's.
 void ApplyTheme(Theme theme);
 QPalette ThemePalette(Theme theme);
 
