@@ -154,7 +154,13 @@ void TFrameHtml::LayOutSide() {
   const int width = std::min(contentsRect().width() - 2 * kPaper - bar, column);
   const int height = contentsRect().height() - 2 * kPaper;
   QtMeasurer measurer(state.texts, state.pictures, state.colours);
-  state.layout = LayOut(state.side, {std::max(width, 1), std::max(height, 1)}, PointsOf(state.look.font), measurer);
+  const auto lay_out = [&](int room) {
+    state.layout = LayOut(state.side, {std::max(width, 1), std::max(room, 1)}, PointsOf(state.look.font), measurer);
+  };
+  lay_out(height);
+  // A side fills the frame's height; where it needs the bar below, that bar's room is not to make it scroll vertically.
+  const bool bar_below = state.layout.size.width + 2 * kPaper > contentsRect().width();
+  if (bar_below && state.layout.size.height <= height) lay_out(height - bar);
   CollectTargets();
   PlacePaintBox();
   if (state.layout.broken_off) TellDrawingFailed();
