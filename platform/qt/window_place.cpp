@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
 #include <algorithm>
 #include <string>
 
@@ -36,16 +37,24 @@ void RestoreWindowPlace(QWidget& window, const IniFile& settings, std::string_vi
   QRect place(Read(settings, "x", suffix, 0), Read(settings, "y", suffix, 0),
               Read(settings, "cx", suffix, window.width()), Read(settings, "cy", suffix, window.height()));
   bool placed = settings.Has(kSection, Key("x", suffix)) && settings.Has(kSection, Key("y", suffix));
-  if (const QWidget* active = QApplication::activeWindow(); !placed && active != nullptr && active != &window) {
+  const QWidget* active = QApplication::activeWindow();
+  // The window's own frame is not known yet; another one of the program has the same.
+  const QSize frame = active != nullptr ? active->frameGeometry().size() - active->size() : QSize(0, 0);
+  if (!placed && active != nullptr && active != &window) {
     place.moveCenter(active->frameGeometry().center());
     placed = true;
   }
   const QRect screen = ScreenAround(place);
-  place.setSize(place.size().boundedTo(screen.size()).expandedTo(window.minimumSize()));
+  place.setSize(place.size().boundedTo(screen.size() - frame).expandedTo(window.minimumSize()));
   window.resize(place.size());
   if (placed) {
-    window.move(std::max(screen.left(), std::min(place.left(), screen.right() + 1 - place.width())),
-                std::max(screen.top(), std::min(place.top(), screen.bottom() + 1 - place.height())));
+    const QSize whole = place.size() + frame;
+    const QPoint corner(std::max(screen.left(), std::min(place.left(), screen.right() + 1 - whole.width())),
+                        std::max(screen.top(), std::min(place.top(), screen.bottom() + 1 - whole.height())));
+    window.move(corner);
+    // While a window is being shown for the first time its frame is unknown, and what moves then is the place inside of
+    // it: the title bar would come to stand above the corner, and go up with each showing.
+    if (window.windowHandle() != nullptr) window.windowHandle()->setFramePosition(corner);
   }
   if (Read(settings, "max", suffix, 0) == 1) window.setWindowState(window.windowState() | Qt::WindowMaximized);
 }
