@@ -46,8 +46,11 @@ TF_frage::~TF_frage() = default;
 void TF_frage::StandBelowTheCard() {
   if (parentWidget() == nullptr) return;
   adjustSize();
-  const QRect window = parentWidget()->window()->geometry();
-  move(window.center().x() - width() / 2, window.bottom() - height());
+  const QWidget& below = *parentWidget()->window();
+  const QRect window = below.geometry();
+  // The question gets a frame of its own around its height, and the card's window may stand at the screen's foot.
+  const int frame = below.frameGeometry().height() - window.height();
+  move(window.center().x() - width() / 2, window.bottom() - height() - frame);
 }
 
 void TF_frage::Close(AnswerCode code) {
