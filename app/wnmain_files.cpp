@@ -111,7 +111,7 @@ bool TF_wnmain::LoadFile(const fs::path& chosen) {
     KeepBytesPerCard();
   }
   Tell(report);
-  return report.result == OpenResult::Opened;
+  return report.result == OpenResult::Opened && file_.IsOpen();
 }
 
 void TF_wnmain::Tell(const OpenReport& report) {
@@ -129,9 +129,15 @@ void TF_wnmain::Tell(const OpenReport& report) {
 }
 
 void TF_wnmain::AskForUnsaved(const UnsavedChanges& unsaved) {
-  const Answer answer =
-      program_.messages().Question(this, UnsavedText(unsaved), u"Übernehmen"_s, u"Nicht übernehmen"_s, {}, Answer::Yes);
-  if (answer != Answer::Yes) {
+  const Answer answer = program_.messages().Question(this, UnsavedText(unsaved), u"Übernehmen"_s, u"Nicht übernehmen"_s,
+                                                     u"Kartei schließen"_s, Answer::Yes);
+  if (answer == Answer::Cancel) {
+    // Nothing is decided: the next opening asks again.
+    file_.Close();
+    ShowState();
+    return ShowStatus(u"Kartei geschlossen, nicht gespeicherte Antworten bleiben erhalten"_s);
+  }
+  if (answer == Answer::No) {
     const fs::path aside = file_.PutUnsavedAside();
     if (!aside.empty()) ShowStatus(u"Nicht übernommen, erhalten in %1"_s.arg(FromPath(aside.filename())));
     return;

@@ -181,8 +181,10 @@ TEST_F(MainWindowFiles, WhatACrashLeftIsAskedFor) {
       ASSERT_EQ(crashed.Open(kTestFile).result, OpenResult::Opened);
       Change(crashed, "anders");
     }
+    messages.answers = {Answer::Cancel, answer};
+    EXPECT_FALSE(window().OpenFile(kTestFile)) << "the next opening asks again";
+    EXPECT_FALSE(program.file().IsOpen());
     messages.asked.clear();
-    messages.answers = {answer};
     ASSERT_TRUE(window().OpenFile(kTestFile));
     const QString when = QDateTime::fromSecsSinceEpoch(kNow).toString(u"dd.MM.yyyy, HH:mm"_s);
     EXPECT_EQ(messages.asked, QStringList{u"\nDas Programm wurde beendet,\nbevor die Kartei gespeichert war.\n\n"
