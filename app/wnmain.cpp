@@ -227,6 +227,7 @@ void TF_wnmain::ShowRecent() {
 
 void TF_wnmain::ShowAfterLearning() {
   ShowState();
+  if (file_.changed()) ShowStatus(u"Änderungen noch nicht gespeichert"_s);
   raise();
   activateWindow();
 }

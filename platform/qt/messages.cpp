@@ -16,6 +16,11 @@ QString WithoutSpacing(QString text) {
   return text;
 }
 
+// Qt presses the button for its underlined letter, in a box also without Alt.
+QString WithKey(const QString& caption) {
+  return u'&' + caption;
+}
+
 // A box may open while long work shows the wait cursor.
 class ArrowCursor {
  public:
@@ -54,9 +59,9 @@ Answer BoxMessages::Question(QWidget* parent, const QString& text, const QString
   const ArrowCursor arrow;
   QMessageBox box(QMessageBox::Question, u"Tessaro"_s, WithoutSpacing(text), QMessageBox::NoButton, parent);
   box.setTextFormat(Qt::PlainText);
-  QPushButton* yes_button = box.addButton(yes, QMessageBox::YesRole);
-  QPushButton* no_button = box.addButton(no, QMessageBox::NoRole);
-  QPushButton* cancel_button = cancel.isEmpty() ? nullptr : box.addButton(cancel, QMessageBox::RejectRole);
+  QPushButton* yes_button = box.addButton(WithKey(yes), QMessageBox::YesRole);
+  QPushButton* no_button = box.addButton(WithKey(no), QMessageBox::NoRole);
+  QPushButton* cancel_button = cancel.isEmpty() ? nullptr : box.addButton(WithKey(cancel), QMessageBox::RejectRole);
   box.setEscapeButton(cancel_button != nullptr ? cancel_button : no_button);
   box.setDefaultButton(safe == Answer::Yes                                  ? yes_button
                        : safe == Answer::Cancel && cancel_button != nullptr ? cancel_button

@@ -16,7 +16,8 @@ class Messages {
   virtual void Information(QWidget* parent, const QString& text) = 0;
   virtual void Error(QWidget* parent, const QString& text) = 0;
   // The answers bear the given captions, for example "Speichern", "Nicht speichern"; `cancel` empty = no such button.
-  // Esc and closing give Cancel, or No where there is no cancel. The default button is `safe`.
+  // The first letters of the captions, which must differ, are their keys. Esc and closing give Cancel, or No where
+  // there is no cancel. The default button is `safe`.
   virtual Answer Question(QWidget* parent, const QString& text, const QString& yes, const QString& no,
                           const QString& cancel, Answer safe) = 0;
   // Path of a file chosen; empty when cancelled. `filter` in Qt's form.
