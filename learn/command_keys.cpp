@@ -6,11 +6,18 @@
 
 namespace tessaro {
 
+LearningKeys UsableKeys(LearningKeys codes) {
+  for (size_t i = 0; i < codes.size(); ++i) {
+    if (!KeyFromShortcutCode(codes[i])) codes[i] = kStandardKeys[i];
+  }
+  return codes;
+}
+
 CommandKeys KeysOfCommands(const LearningKeys& codes) {
+  const LearningKeys usable = UsableKeys(codes);
   CommandKeys keys;
   for (size_t i = 0; i < keys.size(); ++i) {
-    const auto stored = KeyFromShortcutCode(codes[i]);
-    const QKeyCombination key = stored ? *stored : *KeyFromShortcutCode(kStandardKeys[i]);
+    const QKeyCombination key = *KeyFromShortcutCode(usable[i]);
     const auto taken = [&](const QList<QKeySequence>& earlier) { return earlier.contains(QKeySequence(key)); };
     if (std::any_of(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(i), taken)) continue;
     keys[i] = {QKeySequence(key)};

@@ -12,7 +12,9 @@ namespace tessaro {
 // show. A list is empty when an earlier command has the same key: Qt would run neither.
 using CommandKeys = std::array<QList<QKeySequence>, kLearningCommands>;
 
-// A stored number that means no key leaves the command its standard key.
+// The same codes, but the standard one where a number means no key.
+LearningKeys UsableKeys(LearningKeys codes);
+// Of any codes, as if they were first made usable.
 CommandKeys KeysOfCommands(const LearningKeys& codes);
 
 // The key as it stands on a button; empty for a command without one.

@@ -134,7 +134,7 @@ void TF_dlausw::LimitEdited(int box) {
 void TF_dlausw::CheckBoxKompatibelClick() {
   QCheckBox* box = ui_->CheckBoxKompatibel;
   SetAccent(*box, box->isChecked() ? std::nullopt : std::optional(Accent::NotKnown));
-  box->setText(box->isChecked() ? u"Zeitsperre gegen vorzeitiges Weiterrücken ist aktiv:"_s
+  box->setText(box->isChecked() ? u"Zeitsperre gegen vorzeitiges Weiterücken ist aktiv:"_s
                                 : u"Original Leitnermethode. Nicht k o m p a t i b e l !"_s);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QPushButton>
 
+#include "learn/command_keys.h"
 #include "learn/hot_key_edit.h"
 #include "platform/qt/theme.h"
 #include "store/ini_file.h"
@@ -24,7 +25,7 @@ TF_dllernkeys::TF_dllernkeys(IniFile& settings, QWidget* parent)
     : QDialog(parent),
       ui_(std::make_unique<Ui::TF_dllernkeys>()),
       settings_(settings),
-      keys_(ReadLearningKeys(settings)) {
+      keys_(UsableKeys(ReadLearningKeys(settings))) {
   ui_->setupUi(this);
   fields_ = {ui_->HotKeyDrehen, ui_->HotKeyWeiss, ui_->HotKeyLerne, ui_->HotKeyBack, ui_->HotKeyHome};
   for (HotKeyEdit* field : fields_) {

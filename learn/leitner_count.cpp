@@ -7,6 +7,7 @@ namespace tessaro {
 namespace {
 
 constexpr std::string_view kSection = "Leitner";
+constexpr std::array<int64_t, kLimitedBoxes> kHighestLimits = {999, 999, 9999, 9999, 99999};
 constexpr int64_t kNewCardsAtOnce = 10;
 constexpr int kProgressStep = 20;  // cards
 
@@ -38,7 +39,8 @@ int64_t RaiseLevel(const CardReader& cards, int row, CardWriter& writer) {
 BoxLimits ReadBoxLimits(const IniFile& settings) {
   BoxLimits limits;
   for (size_t i = 0; i < limits.cards.size(); ++i) {
-    limits.cards[i] = settings.GetInt(kSection, LimitKey(i), limits.cards[i]);
+    const int64_t stored = settings.GetInt(kSection, LimitKey(i), limits.cards[i]);
+    limits.cards[i] = std::clamp<int64_t>(stored, 0, kHighestLimits[i]);
   }
   return limits;
 }

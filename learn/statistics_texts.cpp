@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "hypertext/plain_text.h"
+#include "learn/saturating.h"
 
 namespace tessaro {
 namespace {
@@ -20,7 +21,7 @@ std::vector<HistoryRowText> HistoryRows(const AnswerHistory& history) {
   std::vector<HistoryRowText> rows;
   for (size_t i = 0; i < history.times.size(); ++i) {
     const int64_t older = i + 1 < history.times.size() ? history.times[i + 1] : 0;
-    const int64_t interval = older == 0 ? 0 : history.times[i] - older;
+    const int64_t interval = older == 0 ? 0 : SaturatingSubtract(history.times[i], older);
     rows.push_back({Format("%2d", static_cast<int>(i + 1)), std::string(1, history.letters[i]),
                     Format("%10lld", static_cast<long long>(history.times[i])),
                     Format("%10lld", static_cast<long long>(interval))});

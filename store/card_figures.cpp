@@ -21,7 +21,7 @@ bool IsDue(int64_t newest, int64_t score, const DueTerms& terms) {
   const int64_t retained =
       span >= 0 && span < static_cast<double>(kMostSeconds) ? static_cast<int64_t>(span) : kMostSeconds;
   const int64_t start = std::min(newest, kMostSeconds);
-  return start + retained < terms.now || start + terms.max_time < terms.now;
+  return start + retained < terms.now || start + std::min(terms.max_time, kMostSeconds) < terms.now;
 }
 
 void CountHistory(std::string_view time_row, std::string_view score_text, std::string_view yes_no_row,
