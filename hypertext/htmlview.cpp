@@ -80,6 +80,9 @@ class TFrameHtml::PaintBox : public QWidget {
     frame_.Follow(hit);
   }
 
+  // The second press of a double click would follow a link of the card that has just appeared.
+  void mouseDoubleClickEvent(QMouseEvent* event) override { event->accept(); }
+
  private:
   void PaintSelection(QPainter& painter, const QRect& rect) const {
     painter.setRenderHint(QPainter::Antialiasing);

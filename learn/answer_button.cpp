@@ -1,7 +1,6 @@
 #include "learn/answer_button.h"
 
 #include <QEvent>
-#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 
@@ -89,12 +88,6 @@ QSize AnswerButton::sizeHint() const {
 // The key is left out before the name is cut.
 QSize AnswerButton::minimumSizeHint() const {
   return WithoutKey() - QSize(kPadding, 0);
-}
-
-// Deliberate: the second press of a double click does nothing. It would answer the card that has just appeared, which
-// nobody has read by then.
-void AnswerButton::mouseDoubleClickEvent(QMouseEvent* event) {
-  event->accept();
 }
 
 void AnswerButton::paintEvent(QPaintEvent* /*event*/) {

@@ -27,7 +27,6 @@ class AnswerButton : public QPushButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
-  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:

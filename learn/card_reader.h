@@ -27,6 +27,8 @@ class CardReader {
   bool IsDuplicateMarked(int row) const {
     return tessaro::IsDuplicateMarked(Question(row)) || tessaro::IsDuplicateMarked(Answer(row));
   }
+  // Never asked, whatever the method.
+  bool IsLeftOut(int row) const { return IsNavigation(row) || IsDuplicateMarked(row); }
 
   int64_t Score(int row) const { return LeadingNumber(cards_.Peek(columns_.score, row)); }
   int64_t TimeLearned(int row) const { return LeadingNumber(cards_.Peek(columns_.time_learned, row)); }
@@ -47,5 +49,13 @@ class CardReader {
   const CardTable& cards_;
   const CardColumns& columns_;
 };
+
+// Whether there is a card that could be asked at all. Looks no further than the first one.
+inline bool HasLearnableCards(const CardReader& cards) {
+  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
+    if (!cards.HasEndMark(row) && !cards.IsLeftOut(row)) return true;
+  }
+  return false;
+}
 
 }  // namespace tessaro

@@ -71,7 +71,7 @@ bool CheckingPass::MustRepeat(SelectionContext& run, int row, CardMarks& marks) 
     marks.expired = due.expired;
     marks.no_history = due.beyond_maximum;
   }
-  return !cards.HasEndMark(row) && !run.IsShownCard(row) && !run.IsLeftOut(row);
+  return !cards.HasEndMark(row) && !run.IsShownCard(row) && !run.cards.IsLeftOut(row);
 }
 
 }  // namespace tessaro

@@ -173,6 +173,7 @@ bool LearningRun::time_lock() const {
 
 void LearningRun::SetInverse(bool on) {
   state_->inverse = on;
+  state_->view.Refresh();
 }
 
 bool LearningRun::inverse() const {
@@ -181,6 +182,7 @@ bool LearningRun::inverse() const {
 
 void LearningRun::SetSwapped(bool on) {
   state_->swapped = on;
+  state_->view.Refresh();
 }
 
 bool LearningRun::swapped() const {

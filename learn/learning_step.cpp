@@ -200,6 +200,7 @@ void LearningRun::State::Present(const Target& target, bool classify, Destinatio
     file.cards().GoTo(card.row);
   } else {
     // The card on screen stays, as a card that the method shows.
+    card.by_link = false;
     card.navigation = run.cards.IsNavigation(card.row);
   }
   card.newest_known = run.cards.NewestLetter(card.row) == kKnownLetter;

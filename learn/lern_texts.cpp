@@ -183,6 +183,16 @@ QString EndOfFileNotice() {
   return u"Das Ende der Kartei ist erreicht. Nach der nächsten Antwort beginnt die Reihenfolge wieder vorn."_s;
 }
 
+QString EndWithoutCardNotice() {
+  return u"Von hier bis zum Ende der Kartei ist keine Karte an der Reihe. Wer neu beginnt, fängt wieder bei der ersten "
+         "Karte an."_s;
+}
+
+QString NoNewCardsNotice() {
+  return u"Gerade findet die Standardmethode keine Karte. Neue Karten legt sie erst wieder vor, wenn im Menü Methode "
+         "„wenig neue Karten“ ausgeschaltet ist."_s;
+}
+
 QString NoCardsNotice() {
   return u"Diese Kartei enthält keine Karten, die gelernt werden können."_s;
 }

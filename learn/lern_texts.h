@@ -39,6 +39,10 @@ QString ClockWentBackNotice();
 // `seconds` until the next card is due; nothing when no card waits for its time.
 QString NothingDueNotice(std::optional<int64_t> seconds);
 QString EndOfFileNotice();
+// The end of the file was reached and no card was shown before it.
+QString EndWithoutCardNotice();
+// No card was found while new cards are held back.
+QString NoNewCardsNotice();
 QString NoCardsNotice();
 QString RowOrderRestartedNotice();
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "learn/learning_run.h"
 #include "learn/leitner_method.h"
 
@@ -8,8 +10,8 @@ namespace tessaro {
 // What the learner chose: a method of the automatic kind, or a Leitner box to work through.
 struct MethodChoice {
   Method method = Method::Standard;
-  LeitnerBox box = {};   // for Method::Leitner
-  bool box_lock = true;  // the lock against early advancing
+  LeitnerBox box = {};                          // for Method::Leitner
+  std::optional<bool> box_lock = std::nullopt;  // the lock against early advancing; nothing = as it was
 };
 
 }  // namespace tessaro

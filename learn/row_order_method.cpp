@@ -59,7 +59,7 @@ bool RowOrderMethod::Takes(SelectionContext& run, int row, CardMarks& marks) {
     marks.expired = due.expired;
     marks.no_history = due.beyond_maximum;
   }
-  return !run.IsLeftOut(row);
+  return !run.cards.IsLeftOut(row);
 }
 
 void RowOrderMethod::EndOfFile(SelectionContext& run) {

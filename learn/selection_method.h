@@ -34,8 +34,6 @@ struct SelectionContext : SelectionState {
 
   // Cards are told apart by their ID text, so a duplicate of the card on screen counts as that card.
   bool IsShownCard(int row) const { return shown_row != 0 && cards.Id(row) == cards.Id(shown_row); }
-  // Never asked, whatever the method.
-  bool IsLeftOut(int row) const { return cards.IsNavigation(row) || cards.IsDuplicateMarked(row); }
   DueState DueStateOf(int row) const { return DueStateAt(cards.NewestTime(row), cards.Score(row), parameters, now); }
 };
 

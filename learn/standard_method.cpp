@@ -109,7 +109,7 @@ bool StandardMethod::Takes(SelectionContext& run, int row, CardMarks& marks) {
     marks.expired = due.expired;
     marks.no_history = due.beyond_maximum;
   }
-  return !run.IsLeftOut(row);
+  return !run.cards.IsLeftOut(row);
 }
 
 }  // namespace tessaro

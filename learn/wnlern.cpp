@@ -26,6 +26,14 @@ constexpr int kTimerMilliseconds = 100;
 constexpr std::string_view kPlaceSuffix = "L";
 constexpr std::string_view kShowSection = "SHOW";
 
+// Takes the second press of a double click away from an answer. It would answer the card that has just appeared, which
+// nobody has read by then.
+class SecondPressFilter : public QObject {
+ public:
+  using QObject::QObject;
+  bool eventFilter(QObject* /*button*/, QEvent* event) override { return event->type() == QEvent::MouseButtonDblClick; }
+};
+
 }  // namespace
 
 TF_wnlern::TF_wnlern(CardFile& file, ProgramSettings& settings, const Clock& clock, Random& random, Messages& messages,
@@ -51,6 +59,10 @@ TF_wnlern::TF_wnlern(CardFile& file, ProgramSettings& settings, const Clock& clo
 TF_wnlern::~TF_wnlern() = default;
 
 void TF_wnlern::ConnectAnswers() {
+  auto* second_presses = new SecondPressFilter(this);
+  for (QWidget* row : {ui_->Antwortzeile, ui_->Tageszeile}) {
+    for (auto* button : row->findChildren<QAbstractButton*>()) button->installEventFilter(second_presses);
+  }
   connect(ui_->BtHand, &QAbstractButton::clicked, this, &TF_wnlern::BtHandClick);
   connect(ui_->BtWeissIch, &QAbstractButton::clicked, this, &TF_wnlern::Weiss_ichExecute);
   connect(ui_->BtLerneIch, &QAbstractButton::clicked, this, &TF_wnlern::Lerne_ichExecute);
@@ -186,6 +198,7 @@ void TF_wnlern::FormClose() {
 }
 
 void TF_wnlern::MakeRun() {
+  if (run_ != nullptr) run_->KeepPositions();
   run_ = std::make_unique<LearningRun>(file_, settings_.ini, clock_, random_, static_cast<LearningView&>(*this));
   run_->SetMethod(automatic_);
   run_->SetNoNewCards(ui_->MNeueKarten->isChecked());

@@ -124,6 +124,7 @@ class TF_wnlern : public QMainWindow, private LearningView {
   void ShowControls();
   void ShowMethod();
   void ShowStatistics();
+  Notice NoticeWithoutCard() const;
   void ShowNotice();
   void FocusNextStep();
 

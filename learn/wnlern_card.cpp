@@ -17,7 +17,6 @@
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
-namespace {}  // namespace
 
 void TF_wnlern::Refresh() {
   card_changed_ = true;
@@ -42,19 +41,23 @@ void TF_wnlern::EndRun() {
 void TF_wnlern::Do(const std::function<void(LearningRun&)>& command) {
   if (run_ == nullptr || in_command_) return;
   const QScopedValueRollback<bool> in_command(in_command_, true);
-  notice_ = Notice::None;
+  notice_ = run_->ended() ? Notice::ClockWentBack : Notice::None;
   done_.clear();
   card_changed_ = false;
   try {
     command(*run_);
-    if (run_->card().row == 0 && notice_ == Notice::None) {
-      notice_ = file_.CardCount() == 0 ? Notice::NoCards : Notice::NothingDue;
-    }
+    if (run_->card().row == 0) notice_ = NoticeWithoutCard();
     ShowRun();
   } catch (...) {
     messages_.Error(this, AnswerFailedText());
   }
   if (std::exchange(choose_method_, false)) QTimer::singleShot(0, this, &TF_wnlern::SpeedButtonLeitnerClick);
+}
+
+// Why there is no card to show.
+TF_wnlern::Notice TF_wnlern::NoticeWithoutCard() const {
+  if (!HasLearnableCards(CardReader(file_))) return Notice::NoCards;
+  return notice_ == Notice::None ? Notice::NothingDue : notice_;
 }
 
 void TF_wnlern::BtHandClick() {
@@ -245,6 +248,8 @@ void TF_wnlern::FocusNextStep() {
 }
 
 void TF_wnlern::ShowNotice() {
+  // Without a card the notice stands in its place.
+  const bool alone = run_->card().row == 0;
   QString text;
   switch (notice_) {
     case Notice::None:
@@ -253,10 +258,12 @@ void TF_wnlern::ShowNotice() {
       text = ClockWentBackNotice();
       break;
     case Notice::NothingDue:
-      text = NothingDueNotice(SecondsUntilNextDue(file_, run_->parameters(), clock_.Now()));
+      text = run_->no_new_cards() && run_->method() == Method::Standard
+                 ? NoNewCardsNotice()
+                 : NothingDueNotice(SecondsUntilNextDue(file_, run_->parameters(), clock_.Now()));
       break;
     case Notice::EndOfFile:
-      text = EndOfFileNotice();
+      text = alone ? EndWithoutCardNotice() : EndOfFileNotice();
       break;
     case Notice::NoCards:
       text = NoCardsNotice();
@@ -266,14 +273,19 @@ void TF_wnlern::ShowNotice() {
       break;
   }
   ui_->LabelHinweis->setText(text);
-  ui_->ButtonNeuerLauf->setVisible(notice_ == Notice::ClockWentBack);
-  ui_->ButtonOhneSperre->setVisible(notice_ == Notice::NothingDue && run_->time_lock());
+  const bool at_end = notice_ == Notice::EndOfFile && alone;
+  ui_->ButtonNeuerLauf->setVisible(notice_ == Notice::ClockWentBack || at_end);
+  ui_->ButtonOhneSperre->setVisible((notice_ == Notice::NothingDue || at_end) && run_->time_lock());
   ui_->Hinweis->setVisible(notice_ != Notice::None);
-  // Without a card the notice stands in its place.
-  const bool alone = run_->card().row == 0;
   ui_->PolsterOben->setVisible(alone);
   ui_->PolsterUnten->setVisible(alone);
-  if (alone || run_->ended()) ui_->ButtonHinweisEnde->setFocus();
+  // Who answers in his rhythm must not close the window, or begin anew, by the Enter that was meant for the next card.
+  for (QPushButton* button : {ui_->ButtonNeuerLauf, ui_->ButtonHinweisEnde}) button->setAutoDefault(!run_->ended());
+  if (run_->ended()) {
+    ui_->ButtonNeuerLauf->setFocus();
+  } else if (alone) {
+    ui_->ButtonHinweisEnde->setFocus();
+  }
 }
 
 }  // namespace tessaro

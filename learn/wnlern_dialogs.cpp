@@ -35,7 +35,11 @@ void TF_wnlern::LearnBy(MethodChoice choice) {
     return;
   }
   if (in_command_) return;
-  if (run_->ended()) MakeRun();
+  if (run_->ended()) {
+    MakeRun();
+    first_choice_ = std::move(choice);
+    return StartRun();
+  }
   Do([&](LearningRun& run) {
     TakeChoice(run, std::move(choice));
     run.ShowNext();
@@ -43,7 +47,7 @@ void TF_wnlern::LearnBy(MethodChoice choice) {
 }
 
 void TF_wnlern::TakeChoice(LearningRun& run, MethodChoice choice) {
-  run.SetBoxLock(choice.box_lock);
+  if (choice.box_lock) run.SetBoxLock(*choice.box_lock);
   if (choice.method == Method::Leitner) {
     run.StartBox(std::move(choice.box));
     return;

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QTest>
 
+#include "hypertext/htmlview.h"
 #include "learn/wnlern.h"
 #include "tests/learn/learn_fixture.h"
 #include "tests/support/dialog_driver.h"
@@ -48,6 +49,7 @@ class LearningWindow : public testing::Test {
   std::string_view Field(std::string_view column, int row) {
     return file.cards().FieldAt(file.cards().ColumnIndex(column), row);
   }
+  std::string OnScreen() { return Find<TFrameHtml>(QStringLiteral("FrameHtml")).layout().fragments.at(0).text; }
   // How many cards have been answered.
   int Logged() {
     int logged = 0;

@@ -2,7 +2,6 @@
 
 #include <QClipboard>
 
-#include "hypertext/htmlview.h"
 #include "tests/learn/window_fixture.h"
 
 using namespace Qt::StringLiterals;
@@ -16,8 +15,15 @@ TEST_F(LearningWindow, AnswerIsLoggedAndTheNextCardShown) {
   EXPECT_EQ(Text(u"DisplayStatus"_s), u"Unbearbeitete Karte"_s);
   Click(u"SpeedButtonInversAus"_s);
   EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte (invers) Pos.  - 1"_s);
+  EXPECT_EQ(OnScreen(), "One") << "the back comes first";
+  Click(u"BtHand"_s);
+  EXPECT_EQ(OnScreen(), "Eins");
+  Click(u"BtHand"_s);
+  Click(u"SpeedButtonTausch"_s);
+  EXPECT_EQ(OnScreen(), "Eins") << "swapped and inverse";
+  Click(u"SpeedButtonTausch"_s);
   Trigger(u"MKopieren"_s);
-  EXPECT_EQ(QApplication::clipboard()->text(), u"One"_s) << "the back comes first";
+  EXPECT_EQ(QApplication::clipboard()->text(), u"One"_s);
   Click(u"SpeedButtonInversEin"_s);
   Click(u"BtHand"_s);
   Click(u"BtWeissIch"_s);
@@ -30,13 +36,15 @@ TEST_F(LearningWindow, AnswerIsLoggedAndTheNextCardShown) {
 }
 
 TEST_F(LearningWindow, DoubleClickAnswersOneCardOnly) {
-  random.numbers = {0, 1};
-  Open();
-  auto& button = Find<QAbstractButton>(u"BtLerneIch"_s);
-  QTest::mouseClick(&button, Qt::LeftButton);
-  QTest::mouseDClick(&button, Qt::LeftButton);
-  QTest::mouseRelease(&button, Qt::LeftButton);
-  EXPECT_EQ(Logged(), 1);
+  for (const QString& name : {u"BtLerneIch"_s, u"SpeedButtonTage30"_s}) {
+    random.numbers = {0, 1};
+    Open();
+    auto& button = Find<QAbstractButton>(name);
+    QTest::mouseClick(&button, Qt::LeftButton);
+    QTest::mouseDClick(&button, Qt::LeftButton);
+    QTest::mouseRelease(&button, Qt::LeftButton);
+    EXPECT_EQ(Logged(), 1) << name.toStdString();
+  }
 }
 
 TEST_F(LearningWindow, KeysWorkWhateverHasTheFocus) {
@@ -102,8 +110,8 @@ TEST_F(LearningWindow, ClockThatWentBackEndsTheRun) {
   Click(u"BtWeissIch"_s);
   clock.now -= 3600;
   Click(u"BtLerneIch"_s);
-  EXPECT_TRUE(Find<QWidget>(u"Hinweis"_s).isVisible());
-  Key(Qt::Key_Delete);
+  for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_Return, Qt::Key_Home}) Key(key);
+  EXPECT_TRUE(Find<QWidget>(u"Hinweis"_s).isVisible()) << "no key closes the window or hides why nothing goes on";
   EXPECT_EQ(Logged(), 1);
   Click(u"ButtonNeuerLauf"_s);
   EXPECT_TRUE(Find<QAbstractButton>(u"BtWeissIch"_s).isEnabled());
@@ -124,6 +132,20 @@ TEST_F(LearningWindow, NothingDueSaysWhenAndOffersToGoOn) {
   EXPECT_EQ(Text(u"DisplayZuletzt"_s), u"0:00:16:40"_s);
 }
 
+TEST_F(LearningWindow, RowOrderThatFindsNothingBeforeTheEndBeginsAnew) {
+  settings.ini.SetInt("rowlearn", "checked", 1);
+  OpenTestFile(disk, file, kThreeCards);
+  file.settings().SetInt("ROW", "Pos", 3);
+  Show();
+  EXPECT_EQ(OnScreen(), "Zwei");
+  window->close();
+  EXPECT_EQ(file.settings().GetInt("ROW", "Pos", 0), 4);
+  Show();
+  EXPECT_EQ(messages.shown, QStringList(u"\nKarteiende erreicht. \nLerndurchlauf beendet."_s));
+  Click(u"ButtonNeuerLauf"_s);
+  EXPECT_EQ(OnScreen(), "Eins");
+}
+
 TEST_F(LearningWindow, StoredKeysHoldAndTheFirstOfTwoEqualOnesWins) {
   for (const auto& [key, code] : {std::pair("turn", 0x4000 + 'T'), {"know", 118}, {"learn", 118}, {"home", -5}}) {
     settings.ini.SetInt("LShortCuts", key, code);
@@ -141,14 +163,19 @@ TEST_F(LearningWindow, StoredKeysHoldAndTheFirstOfTwoEqualOnesWins) {
   EXPECT_EQ(Command(u"MHome"_s).shortcut(), QKeySequence(Qt::Key_Home));
 }
 
-TEST_F(LearningWindow, DeckWithoutCardsSaysSo) {
-  OpenTestFile(disk, file, {NewCard(1)});
-  ASSERT_TRUE(file.cards().GoTo(kFirstCardRow) && file.cards().DeleteRow());
-  ASSERT_TRUE(file.RebuildIndexes());
-  Show();
-  EXPECT_TRUE(Text(u"LabelHinweis"_s).contains(u"keine Karten"_s));
-  Key(Qt::Key_Return);
-  EXPECT_TRUE(messages.errors.isEmpty());
+TEST_F(LearningWindow, DeckWithoutCardsToLearnSaysSo) {
+  for (const bool navigation : {true, false}) {
+    OpenTestFile(disk, file, {kThreeCards[2]});
+    if (!navigation) {
+      ASSERT_TRUE(file.cards().GoTo(kFirstCardRow) && file.cards().DeleteRow());
+      ASSERT_TRUE(file.RebuildIndexes());
+    }
+    Show();
+    EXPECT_TRUE(Text(u"LabelHinweis"_s).contains(u"keine Karten"_s)) << navigation;
+    Key(Qt::Key_Return);
+    EXPECT_TRUE(messages.errors.isEmpty());
+    file.Close();
+  }
 }
 
 }  // namespace
