@@ -9,8 +9,8 @@
 
 // A card's answers as its columns TimeRow and YesNoRow keep them: 64 times and 64 letters, the newest first.
 //
-// TimeRow is written in three forms, and all of them are read: after an answer 64 numbers with a blank behind each,
-// after a wipe 64 numbers with blanks between them, after an undo 63 numbers with a blank behind each.
+// TimeRow is written in three forms, and all of them are read: after an answer 64 numbers, each followed by a blank,
+// after a wipe 64 numbers with blanks between them, after an undo 63 numbers, each followed by a blank.
 namespace tessaro {
 
 inline constexpr char kKnownLetter = 'w';
@@ -21,7 +21,7 @@ using AnswerLetters = std::array<char, kHistoryLength>;
 
 struct AnswerHistory {
   AnswerTimes times{};      // seconds since 1970; 0 is an empty slot
-  AnswerLetters letters{};  // as they stand in the file, so perhaps no letters at all; '\0' behind a row's end
+  AnswerLetters letters{};  // as they stand in the file, so perhaps no letters at all; '\0' past a row's end
   bool corrected = false;   // the oldest time did not fit and was dropped
 };
 

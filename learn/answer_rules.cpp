@@ -76,7 +76,7 @@ CardChange ComputeUndo(const CardReader& cards, int row, bool keep_history) {
   DropNewestAnswer(history);
   const std::string letters = LettersText(history.letters);
   const int64_t level = cards.Level(row);
-  // Deliberate: a card of box 1 keeps no time behind its current streak.
+  // Deliberate: a card of box 1 keeps no time older than its current streak.
   const auto cut = static_cast<size_t>(level == 1 ? Streak(letters) : kHistoryLength - 1);
   history.times[cut] = 0;
   change.topic = std::to_string(level > 1 ? level - 1 : level == 1 ? static_cast<int64_t>(cut) : level);

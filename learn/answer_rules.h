@@ -24,7 +24,7 @@ struct AnswerContext {
 
 struct AnswerOutcome {
   bool wiped = false;               // the newest answer lay in the future: the card's statistics were deleted first
-  bool times_out_of_order = false;  // logging ended behind the history; the score stands as it was
+  bool times_out_of_order = false;  // logging ended after the history; the score stands as it was
   int64_t score = 0;
   int64_t unknown_count = 0;  // never below 0
   AnswerHistory history;

@@ -67,9 +67,9 @@ void TF_dldata::Clear() {
 }
 
 void TF_dldata::Show(const AnswerStatistics& statistics, std::string_view question, std::string_view answer) {
-  ui_->LabelTitel->setText(FromBytes(StatisticsTitle(question, answer)));
+  ui_->LabelTitel->setText(u"Karte: "_s + FromBytes(StatisticsTitle(question, answer)));
   const StatisticsTexts texts = TextsOf(statistics);
-  ShowHistory(texts);
+  ShowHistory(texts, statistics.history.times);
   ShowSeries(ui_->GridReihe1, texts.trends[0]);
   ShowSeries(ui_->GridReihe2, texts.trends[1]);
   const QString no_line = statistics.forecast ? u"zu wenige Abstände"_s : QString();
@@ -84,18 +84,15 @@ void TF_dldata::Show(const AnswerStatistics& statistics, std::string_view questi
   ui_->Abstaende->Show(statistics.forecast);
 }
 
-void TF_dldata::ShowHistory(const StatisticsTexts& texts) {
+void TF_dldata::ShowHistory(const StatisticsTexts& texts, std::span<const int64_t> times) {
   ui_->GridVerlauf->setRowCount(static_cast<int>(texts.history.size()));
-  int row = 0;
-  for (const HistoryRowText& text : texts.history) {
+  for (size_t i = 0; i < texts.history.size(); ++i) {
+    const HistoryRowText& text = texts.history[i];
+    const int row = static_cast<int>(i);
     SetRow(ui_->GridVerlauf, row, {text.number, text.letter, text.time, text.interval});
-    // The time as people read it.
-    const qint64 seconds = FromBytes(text.time).toLongLong();
-    if (seconds != 0) {
-      const QDateTime time = QDateTime::fromSecsSinceEpoch(seconds);
-      ui_->GridVerlauf->item(row, kTimeColumn)->setToolTip(QLocale().toString(time, QLocale::ShortFormat));
-    }
-    ++row;
+    if (times[i] == 0) continue;
+    const QDateTime time = QDateTime::fromSecsSinceEpoch(times[i]);
+    ui_->GridVerlauf->item(row, kTimeColumn)->setToolTip(QLocale().toString(time, QLocale::ShortFormat));
   }
 }
 

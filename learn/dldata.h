@@ -2,6 +2,7 @@
 
 #include <QWidget>
 #include <memory>
+#include <span>
 #include <string_view>
 
 #include "learn/answer_log.h"
@@ -37,7 +38,7 @@ class TF_dldata : public QWidget {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void ShowHistory(const StatisticsTexts& texts);
+  void ShowHistory(const StatisticsTexts& texts, std::span<const int64_t> times);
   static void ShowSeries(QTableWidget* table, const TrendTexts& texts);
 
   std::unique_ptr<Ui::TF_dldata> ui_;

@@ -12,8 +12,6 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-constexpr int64_t kSecondsPerDay = 86400;
-
 QString RefusalText(ParameterField field) {
   switch (field) {
     case ParameterField::MinWidth:
@@ -129,7 +127,7 @@ void TF_dlparam::FieldLeft(ParameterField field) {
 void TF_dlparam::RefuseField(ParameterField field) {
   QLineEdit* edit = fields_[static_cast<size_t>(field)];
   ui_->PageControl->setCurrentWidget(ui_->TabSheetWerte);
-  // The field that the focus comes back from says by this that it was left.
+  // Taking the focus away makes the other field emit editingFinished, too.
   edit->setFocus();
   edit->selectAll();
   Say(RefusalText(field), Accent::Warning);

@@ -18,7 +18,7 @@ constexpr double kForecastRadius = 5;
 const QColor kAllColour(70, 130, 200);
 const QColor kStreakColour(210, 130, 40);
 
-QString DurationText(double seconds) {
+QString ShortDurationText(double seconds) {
   constexpr double kMinute = 60;
   constexpr double kHour = 60 * kMinute;
   constexpr double kDay = 24 * kHour;
@@ -82,7 +82,7 @@ void IntervalPlot::PaintAxes(QPainter& painter, const Scale& scale) const {
   painter.drawLine(scale.area.bottomLeft(), scale.area.bottomRight());
   painter.drawLine(scale.area.topLeft(), scale.area.bottomLeft());
   painter.setPen(palette().color(QPalette::WindowText));
-  painter.drawText(QPointF(scale.area.left(), scale.area.top() - kMargin), DurationText(scale.longest));
+  painter.drawText(QPointF(scale.area.left(), scale.area.top() - kMargin), ShortDurationText(scale.longest));
   const QRectF below(scale.area.left(), scale.area.bottom() + 4, scale.area.width(), fontMetrics().height());
   painter.drawText(below, Qt::AlignLeft, u"älteste"_s);
   painter.drawText(below, Qt::AlignRight, u"Prognose"_s);

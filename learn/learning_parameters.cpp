@@ -10,7 +10,6 @@
 namespace tessaro {
 namespace {
 
-constexpr int64_t kSecondsPerDay = 86400;
 constexpr double kLeastWeight = 1.0;
 
 }  // namespace

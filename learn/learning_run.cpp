@@ -5,11 +5,7 @@
 #include "learn/learning_run_state.h"
 
 namespace tessaro {
-namespace {
-
-constexpr int64_t kSecondsPerDay = 86400;
-
-}  // namespace
+namespace {}  // namespace
 
 LearningRun::LearningRun(CardFile& file, const IniFile& program_settings, const Clock& clock, Random& random,
                          LearningView& view)
@@ -124,6 +120,10 @@ void LearningRun::ShowNext() {
   if (!ended()) state_->Step(AnswerCode::NoRating, Destination::Method);
 }
 
+void LearningRun::ShowNextIfNone() {
+  if (card().row == 0) ShowNext();
+}
+
 void LearningRun::SetMethod(Method method) {
   if (method == Method::Leitner && !state_->leitner.has_box()) return;
   state_->leitner_on = method == Method::Leitner;
@@ -136,7 +136,7 @@ Method LearningRun::method() const {
 }
 
 void LearningRun::StartBox(LeitnerBox box) {
-  state_->PutBy(state_->leitner.Start(std::move(box)));
+  state_->SetAside(state_->leitner.Start(std::move(box)));
   SetMethod(Method::Leitner);
 }
 

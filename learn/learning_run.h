@@ -42,7 +42,7 @@ class LearningRun {
   // it was when it was answered, and its columns, the learning index, the figures, the way back and the methods with
   // their positions are what they were then. As many answers as were given; a press of Undo counts as one. What the
   // learner set by hand stays: time lock, no new cards, lock of the boxes, the order of the sides. So does the clock:
-  // it still may not go back behind the latest step.
+  // it still may not go back before the latest step.
   void TakeBackAnswer();
   bool CanTakeBackAnswer() const;
   // Gives the answer that was taken back last again, with all that had been done since. Possible until the next answer,
@@ -73,6 +73,8 @@ class LearningRun {
 
   // Chooses the next card without an answer.
   void ShowNext();
+  // The same only while no card is on screen: after another choice of method or lock one may be found.
+  void ShowNextIfNone();
 
   // Leitner goes on with the box that was started; nothing happens when there is none.
   void SetMethod(Method method);

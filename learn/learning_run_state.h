@@ -45,8 +45,8 @@ struct RunMoment {
   LeitnerMethod::Place leitner;
 };
 
-// An answer with all that was done behind it, up to the next answer. Holds what stood there before it; while it is
-// taken back, what stood there behind it.
+// An answer with all that was done after it, up to the next answer. Holds what stood there before it; while it is
+// taken back, what stood there after it.
 struct AnswerStep {
   RunMoment moment;
   int row = 0;         // of the card: an answer changes one card
@@ -79,7 +79,7 @@ struct LearningRun::State : RunScene {
   void TakeBack();
   void Restore();
   // The order that gave way to another one; it comes back with the step in which that happened.
-  void PutBy(BoxOrder order);
+  void SetAside(BoxOrder order);
 
   CardFile& file;
   const Clock& clock;

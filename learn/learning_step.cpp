@@ -165,7 +165,7 @@ Choice LearningRun::State::AskRowOrder() {
 Choice LearningRun::State::AskLeitner() {
   const Choice choice = Ask(leitner);
   if (choice.row == 0) {
-    PutBy(leitner.End());
+    SetAside(leitner.End());
     leitner_on = false;
     view.Tell(RunMessage::BoxDone, 0);
   }

@@ -10,7 +10,7 @@ namespace tessaro {
 namespace {
 
 // A newest answer is read from no more than 15 characters, so every time is below this number. Answers later than the
-// clock go behind all others in the order in which they come.
+// clock go after all others in the order in which they come.
 constexpr size_t kTimeCharacters = 15;
 constexpr int64_t kBehindAllTimes = 1'000'000'000'000'000;
 constexpr int kProgressStep = 100;  // cards

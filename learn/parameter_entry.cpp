@@ -11,7 +11,6 @@ namespace {
 
 constexpr std::string_view kSection = "CHK";
 constexpr std::string_view kPositionKey = "rpos";
-constexpr int64_t kSecondsPerDay = 86400;
 constexpr int64_t kMostCards = 999990;
 constexpr double kMostWeight = 4.0;
 

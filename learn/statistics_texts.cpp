@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "hypertext/plain_text.h"
+#include "learn/learning_parameters.h"
 #include "learn/saturating.h"
 
 namespace tessaro {
@@ -43,7 +44,7 @@ TrendTexts TextsOfTrend(const IntervalSeries& series, const Trend& trend) {
 std::string ScoreWithTime(int64_t score) {
   const auto part = [&](int64_t unit, int64_t units) { return static_cast<long long>(score / unit % units); };
   return Format("%lld;   %lld:%02lld:%02lld:%02lld", static_cast<long long>(score),
-                static_cast<long long>(score / 86400), part(3600, 24), part(60, 60), part(1, 60));
+                static_cast<long long>(score / kSecondsPerDay), part(3600, 24), part(60, 60), part(1, 60));
 }
 
 std::string FirstLetters(std::string_view side) {
@@ -63,7 +64,7 @@ StatisticsTexts TextsOf(const AnswerStatistics& statistics) {
 }
 
 std::string StatisticsTitle(std::string_view question, std::string_view answer) {
-  std::string title = "Karte: " + FirstLetters(question) + " | " + FirstLetters(answer);
+  std::string title = FirstLetters(question) + " | " + FirstLetters(answer);
   for (char& letter : title) {
     if (letter == '\n') letter = ' ';
   }

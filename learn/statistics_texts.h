@@ -37,7 +37,7 @@ struct StatisticsTexts {
 
 StatisticsTexts TextsOf(const AnswerStatistics& statistics);
 
-// "Karte: ", then the first 35 characters of both sides as plain text with " | " between them.
+// The first 35 characters of both sides as plain text with " | " between them.
 std::string StatisticsTitle(std::string_view question, std::string_view answer);
 
 }  // namespace tessaro

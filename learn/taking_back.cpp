@@ -4,9 +4,9 @@
 #include "learn/learning_run_state.h"
 
 // Taking answers back exactly. Before an answer does anything, the run's own values and the one card that it can change
-// are put by as an AnswerStep. Taking it back exchanges what is put by for what is there, so the same exchange once
-// more gives the answer again, whatever was done in between. What belongs to no answer (turning, navigation, choosing a
-// method) goes with the answer before it.
+// are set aside as an AnswerStep. Taking it back exchanges what was set aside for what is there, so the same exchange
+// once more gives the answer again, whatever was done in between. What belongs to no answer (turning, navigation,
+// choosing a method) goes with the answer before it.
 namespace tessaro {
 
 // Answers to navigation cards are never logged and just lead on, so they are no steps of their own.
@@ -37,7 +37,7 @@ void LearningRun::State::Restore() {
 
 // Before the first answer there is nothing that could bring it back. What was taken back would go on in a box whose
 // order is no longer there.
-void LearningRun::State::PutBy(BoxOrder order) {
+void LearningRun::State::SetAside(BoxOrder order) {
   steps_taken_back.clear();
   if (!steps.empty()) steps.back().orders.push_back(std::move(order));
 }

@@ -111,7 +111,6 @@ class TF_wnlern : public QMainWindow, private LearningView {
   void Leave(const std::function<void(LearningRun&, AnswerCode)>& go, AnswerCode unasked);
   AnswerCode AskWhetherKnown();
   void TakeChoice(LearningRun& run, MethodChoice choice);
-  static void ShowFirstIfNone(LearningRun& run);
   void SwitchStatistics(bool on);
   void ReadOptions();
   void ReadShortcuts();

@@ -56,16 +56,11 @@ void TF_wnlern::TakeChoice(LearningRun& run, MethodChoice choice) {
   run.SetMethod(automatic_);
 }
 
-// Where no card could be shown so far, another setting may find one.
-void TF_wnlern::ShowFirstIfNone(LearningRun& run) {
-  if (run.card().row == 0) run.ShowNext();
-}
-
 void TF_wnlern::MethodClick(Method method) {
   if (method != Method::Leitner) automatic_ = method;
   Do([method](LearningRun& run) {
     run.SetMethod(method);
-    ShowFirstIfNone(run);
+    run.ShowNextIfNone();
   });
 }
 
@@ -76,7 +71,7 @@ void TF_wnlern::SpeedButtonLeitnerClick() {
   if (dialog.exec() == QDialog::Accepted) {
     LearnBy(dialog.TakeChoice());
   } else if (run_->card().row == 0) {
-    Do(ShowFirstIfNone);
+    Do(&LearningRun::ShowNextIfNone);
   } else {
     ShowMethod();
   }

@@ -13,7 +13,7 @@ using BackgroundWork = std::function<std::function<void()>()>;
 class Background {
  public:
   virtual ~Background() = default;
-  // Starts the work, or puts it behind what is under way. `receiver` must live until the work is done; what is to be
+  // Starts the work, or queues it after what is under way. `receiver` must live until the work is done; what is to be
   // done then is not done when it is gone by that time.
   virtual void Run(QObject& receiver, BackgroundWork work) = 0;
   // Returns when all work is done.

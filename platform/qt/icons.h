@@ -6,10 +6,8 @@
 
 namespace tessaro {
 
-// The program's own icons, in one line weight, in the text colour of the palette of the moment. `name` is the file's in
-// platform/qt/icons without ending: home, back, overview, undo, turn, known, not-known, lock, unlock, save, save-as,
-// open, new, learn, edit, restore, index, settings, clock, cards, recent, close, help, sound, next, inverse, swap. An
-// unknown name gives an empty icon.
+// The program's own icons, in one line weight, in the text colour of the palette of the moment. `name` is that of a
+// file in platform/qt/icons, without its ending. An unknown name gives an empty icon.
 QIcon Icon(std::string_view name);
 // The same in a fixed colour; greyed like any other while its control is disabled.
 QIcon Icon(std::string_view name, const QColor& colour);

@@ -121,14 +121,14 @@ void TF_wnlern::SpeedButtonTauschClick(bool on) {
 void TF_wnlern::SpeedButtonSperreClick(bool on) {
   Do([on](LearningRun& run) {
     run.SetTimeLock(on);
-    ShowFirstIfNone(run);
+    run.ShowNextIfNone();
   });
 }
 
 void TF_wnlern::MNeueKartenClick(bool on) {
   Do([on](LearningRun& run) {
     run.SetNoNewCards(on);
-    ShowFirstIfNone(run);
+    run.ShowNextIfNone();
   });
   settings_.ini.SetInt("newcards", "checked", on ? 1 : 0);
 }
