@@ -168,37 +168,32 @@ bool IsFault(RunMessage message) {
   return std::ranges::find(kFaults, message) != kFaults.end();
 }
 
-QString ClockWentBackNotice() {
-  return u"Der Lauf ist beendet: Die Uhr des Rechners wurde zurückgestellt. Alle Antworten davor sind vermerkt. "
-         "Bitte Datum und Uhrzeit prüfen und dann neu beginnen."_s;
-}
-
-QString NothingDueNotice(std::optional<int64_t> seconds) {
-  const QString now = u"Zur Zeit ist keine Karte fällig. "_s;
-  return now + (seconds ? u"Die nächste ist in %1 an der Reihe."_s.arg(SpanInWords(*seconds))
-                        : u"Ohne Zeitsperre werden Karten auch vorzeitig vorgelegt."_s);
-}
-
-QString EndOfFileNotice() {
-  return u"Das Ende der Kartei ist erreicht. Nach der nächsten Antwort beginnt die Reihenfolge wieder vorn."_s;
-}
-
-QString EndWithoutCardNotice() {
-  return u"Von hier bis zum Ende der Kartei ist keine Karte an der Reihe. Wer neu beginnt, fängt wieder bei der ersten "
-         "Karte an."_s;
-}
-
-QString NoNewCardsNotice() {
-  return u"Gerade findet die Standardmethode keine Karte. Neue Karten legt sie erst wieder vor, wenn im Menü Methode "
-         "„wenig neue Karten“ ausgeschaltet ist."_s;
-}
-
-QString NoCardsNotice() {
-  return u"Diese Kartei enthält keine Karten, die gelernt werden können."_s;
-}
-
-QString RowOrderRestartedNotice() {
-  return u"Die Reihenfolge geht mit der nächsten Karte am Anfang der Kartei weiter."_s;
+QString NoticeText(Notice notice, std::optional<int64_t> next_due) {
+  switch (notice) {
+    case Notice::None:
+      return {};
+    case Notice::ClockWentBack:
+      return u"Der Lauf ist beendet: Die Uhr des Rechners wurde zurückgestellt. Alle Antworten davor sind vermerkt. "
+             "Bitte Datum und Uhrzeit prüfen und dann neu beginnen."_s;
+    case Notice::NothingDue:
+      return u"Zur Zeit ist keine Karte fällig. "_s +
+             (next_due ? u"Die nächste ist in %1 an der Reihe."_s.arg(SpanInWords(*next_due))
+                       : u"Ohne Zeitsperre werden Karten auch vorzeitig vorgelegt."_s);
+    case Notice::NewCardsHeldBack:
+      return u"Gerade findet die Standardmethode keine Karte. Neue Karten legt sie erst wieder vor, wenn im Menü "
+             u"Methode "
+             "„wenig neue Karten“ ausgeschaltet ist."_s;
+    case Notice::EndOfFile:
+      return u"Das Ende der Kartei ist erreicht. Nach der nächsten Antwort beginnt die Reihenfolge wieder vorn."_s;
+    case Notice::EndWithoutCard:
+      return u"Von hier bis zum Ende der Kartei ist keine Karte an der Reihe. Wer neu beginnt, fängt wieder bei der "
+             "ersten Karte an."_s;
+    case Notice::NoCards:
+      return u"Diese Kartei enthält keine Karten, die gelernt werden können."_s;
+    case Notice::RowOrderRestarted:
+      return u"Die Reihenfolge geht mit der nächsten Karte am Anfang der Kartei weiter."_s;
+  }
+  return {};
 }
 
 QString AnswerTakenBackText() {

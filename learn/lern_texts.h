@@ -34,17 +34,20 @@ QString MessageText(RunMessage message, int number);
 // True for what is a fault, false for what the user should just know.
 bool IsFault(RunMessage message);
 
-// Shown on a strip above the card, with what one can do now.
-QString ClockWentBackNotice();
-// `seconds` until the next card is due; nothing when no card waits for its time.
-QString NothingDueNotice(std::optional<int64_t> seconds);
-QString EndOfFileNotice();
-// The end of the file was reached and no card was shown before it.
-QString EndWithoutCardNotice();
-// No card was found while new cards are held back.
-QString NoNewCardsNotice();
-QString NoCardsNotice();
-QString RowOrderRestartedNotice();
+// What the strip above the card tells, or in its place where there is none.
+enum class Notice {
+  None,
+  ClockWentBack,
+  NothingDue,
+  NewCardsHeldBack,  // no card was found, but there are new ones
+  EndOfFile,
+  EndWithoutCard,  // the end of the file was reached and no card was shown before it
+  NoCards,
+  RowOrderRestarted,
+};
+// With what one can do now. `next_due`, for NothingDue: seconds until a card is due, nothing when none waits for its
+// time.
+QString NoticeText(Notice notice, std::optional<int64_t> next_due);
 
 // In place of how the card was chosen, until the next command.
 QString AnswerTakenBackText();

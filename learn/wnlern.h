@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "hypertext/htmlview.h"
+#include "learn/lern_texts.h"
 #include "learn/method_choice.h"
 #include "platform/qt/messages.h"
 #include "store/card_file.h"
@@ -61,9 +62,6 @@ class TF_wnlern : public QMainWindow, private LearningView {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  // What the strip above the card says.
-  enum class Notice { None, ClockWentBack, NothingDue, EndOfFile, NoCards, RowOrderRestarted };
-
   void Refresh() override;
   void Tell(RunMessage message, int number) override;
   void ChooseMethod() override;
@@ -123,7 +121,7 @@ class TF_wnlern : public QMainWindow, private LearningView {
   void ShowControls();
   void ShowMethod();
   void ShowStatistics();
-  Notice NoticeWithoutCard() const;
+  void FindReason();
   void ShowNotice();
   void FocusNextStep();
 

@@ -7,7 +7,6 @@
 
 #include "hypertext/plain_text.h"
 #include "learn/due_rule.h"
-#include "learn/lern_texts.h"
 #include "learn/wnlern.h"
 #include "learn/wnlern_look.h"
 #include "platform/qt/icons.h"
@@ -46,7 +45,7 @@ void TF_wnlern::Do(const std::function<void(LearningRun&)>& command) {
   card_changed_ = false;
   try {
     command(*run_);
-    if (run_->card().row == 0) notice_ = NoticeWithoutCard();
+    FindReason();
     ShowRun();
   } catch (...) {
     messages_.Error(this, AnswerFailedText());
@@ -54,10 +53,17 @@ void TF_wnlern::Do(const std::function<void(LearningRun&)>& command) {
   if (std::exchange(choose_method_, false)) QTimer::singleShot(0, this, &TF_wnlern::SpeedButtonLeitnerClick);
 }
 
-// Why there is no card to show.
-TF_wnlern::Notice TF_wnlern::NoticeWithoutCard() const {
-  if (!HasLearnableCards(CardReader(file_))) return Notice::NoCards;
-  return notice_ == Notice::None ? Notice::NothingDue : notice_;
+// Why there is no card to show, or no other one.
+void TF_wnlern::FindReason() {
+  if (run_->card().row == 0) {
+    if (notice_ == Notice::None) notice_ = Notice::NothingDue;
+    if (notice_ == Notice::EndOfFile) notice_ = Notice::EndWithoutCard;
+    if (!HasLearnableCards(CardReader(file_))) notice_ = Notice::NoCards;
+  }
+  const bool holds_back = run_->no_new_cards() && run_->method() == Method::Standard;
+  if (notice_ == Notice::NothingDue && holds_back && file_.Figures({}).never_answered > 0) {
+    notice_ = Notice::NewCardsHeldBack;
+  }
 }
 
 void TF_wnlern::BtHandClick() {
@@ -248,35 +254,16 @@ void TF_wnlern::FocusNextStep() {
 }
 
 void TF_wnlern::ShowNotice() {
+  const bool nothing_due = notice_ == Notice::NothingDue;
+  const bool at_end = notice_ == Notice::EndWithoutCard;
+  const auto next_due =
+      nothing_due ? SecondsUntilNextDue(file_, run_->parameters(), clock_.Now()) : std::optional<int64_t>();
+  ui_->LabelHinweis->setText(NoticeText(notice_, next_due));
+  ui_->ButtonNeuerLauf->setVisible(notice_ == Notice::ClockWentBack || at_end);
+  ui_->ButtonOhneSperre->setVisible((nothing_due || at_end) && run_->time_lock());
+  ui_->Hinweis->setVisible(notice_ != Notice::None);
   // Without a card the notice stands in its place.
   const bool alone = run_->card().row == 0;
-  QString text;
-  switch (notice_) {
-    case Notice::None:
-      break;
-    case Notice::ClockWentBack:
-      text = ClockWentBackNotice();
-      break;
-    case Notice::NothingDue:
-      text = run_->no_new_cards() && run_->method() == Method::Standard
-                 ? NoNewCardsNotice()
-                 : NothingDueNotice(SecondsUntilNextDue(file_, run_->parameters(), clock_.Now()));
-      break;
-    case Notice::EndOfFile:
-      text = alone ? EndWithoutCardNotice() : EndOfFileNotice();
-      break;
-    case Notice::NoCards:
-      text = NoCardsNotice();
-      break;
-    case Notice::RowOrderRestarted:
-      text = RowOrderRestartedNotice();
-      break;
-  }
-  ui_->LabelHinweis->setText(text);
-  const bool at_end = notice_ == Notice::EndOfFile && alone;
-  ui_->ButtonNeuerLauf->setVisible(notice_ == Notice::ClockWentBack || at_end);
-  ui_->ButtonOhneSperre->setVisible((notice_ == Notice::NothingDue || at_end) && run_->time_lock());
-  ui_->Hinweis->setVisible(notice_ != Notice::None);
   ui_->PolsterOben->setVisible(alone);
   ui_->PolsterUnten->setVisible(alone);
   // Who answers in his rhythm must not close the window, or begin anew, by the Enter that was meant for the next card.
