@@ -133,7 +133,7 @@ OpenReport CardFile::Open(const fs::path& path, const StageObserver& observer) {
   content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
   const ContentStamp stamp = content.stamp;
   Become(std::move(content), paths, std::move(lock));
-  FindUnsaved(paths, stamp, report);
+  TakeNoteOf(journal_.Find(paths.journal, stamp), report);
   return report;
 }
 
@@ -239,11 +239,11 @@ OpenReport CardFile::RestoreAs(const fs::path& cards, const fs::path& backup, co
   const ContentStamp stamp = content.stamp;
   Become(std::move(content), paths, std::move(lock));
   changed_ = true;
-  FindUnsaved(paths, stamp, report);
-  if (report.unsaved) return report;
-  // What lies under the card file's own name, if anything, is another state than the backup.
-  journal_.Begin(paths.journal, StampOf(disk_, paths.cards).value_or(stamp));
-  TableChanged();
+  // The restored cards are a change of what lies under the name of the card file.
+  const ContentStamp replaced = LastStamp(paths);
+  journal_.BeginWithTable(paths.journal, replaced);
+  TakeNoteOf(FindForBackup(paths.journal, stamp, replaced), report);
+  if (!report.unsaved) TableChanged();
   return report;
 }
 

@@ -132,7 +132,12 @@ class CardFile {
   bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, std::string& holder);
   // The content takes the place of the open one, whose unsaved changes are given up.
   void Become(Content content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock);
-  void FindUnsaved(const CardFilePaths& paths, const ContentStamp& stamp, OpenReport& report);
+  // The stamp of what lies under the name of the card file, else of what the last save kept of it.
+  ContentStamp LastStamp(const CardFilePaths& paths) const;
+  // What a journal holds for cards of a backup that take the place of what has the stamp `replaced`.
+  CardJournal::Found FindForBackup(const std::filesystem::path& journal, const ContentStamp& backup,
+                                   const ContentStamp& replaced) const;
+  void TakeNoteOf(CardJournal::Found found, OpenReport& report);
 
   SaveResult WriteFiles(Content& content, const CardFilePaths& paths, const StageObserver& observer);
   template <typename Index>

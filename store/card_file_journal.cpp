@@ -54,6 +54,16 @@ bool Apply(const RowChange& change, CardTable& cards) {
   return true;
 }
 
+// Leaves out what a later change of the whole table made void. False when there is none: such changes are nothing
+// without the cards that they were made in.
+bool BeginWithTable(std::vector<JournalRecord>& changes) {
+  const auto is_table = [](const JournalRecord& record) { return std::holds_alternative<TableChange>(record.what); };
+  const auto last = std::find_if(changes.rbegin(), changes.rend(), is_table);
+  if (last == changes.rend()) return false;
+  changes.erase(changes.begin(), last.base() - 1);
+  return true;
+}
+
 }  // namespace
 
 void CardFile::RowChanged(int row, std::span<const int> columns) {
@@ -68,14 +78,28 @@ void CardFile::TableChanged() {
   journal_.TableChanged(content_.cards);
 }
 
-void CardFile::FindUnsaved(const CardFilePaths& paths, const ContentStamp& stamp, OpenReport& report) {
-  CardJournal::Found found = journal_.Find(paths.journal, stamp);
+ContentStamp CardFile::LastStamp(const CardFilePaths& paths) const {
+  std::optional<ContentStamp> stamp = StampOf(disk_, paths.cards);
+  if (!stamp) stamp = StampOf(disk_, paths.backup);
+  return stamp.value_or(ContentHash().Stamp());
+}
+
+CardJournal::Found CardFile::FindForBackup(const fs::path& journal, const ContentStamp& backup,
+                                           const ContentStamp& replaced) const {
+  CardJournal::Found found = journal_.Find(journal, backup);
+  if (found.fits) return found;
+  found = journal_.Find(journal, replaced);
+  found.fits = found.fits && (found.changes.empty() || BeginWithTable(found.changes));
+  return found;
+}
+
+void CardFile::TakeNoteOf(CardJournal::Found found, OpenReport& report) {
   if (!found.exists) return;
   if (!found.fits) {
-    report.put_aside = journal_.PutAside(paths.journal);
+    report.put_aside = journal_.PutAside(paths_.journal);
   } else if (found.changes.empty()) {
     // All of it was saved; only the removing of the journal was cut short.
-    (void)disk_.Remove(paths.journal);
+    (void)disk_.Remove(paths_.journal);
   } else {
     report.unsaved = Summary(found.changes);
     unsaved_ = std::move(found.changes);
@@ -103,7 +127,10 @@ bool CardFile::TakeOverUnsaved() {
 
 fs::path CardFile::PutUnsavedAside() {
   unsaved_.clear();
-  return journal_.PutAside(paths_.journal);
+  fs::path aside = journal_.PutAside(paths_.journal);
+  // Cards that were restored are in no journal yet.
+  if (changed_) TableChanged();
+  return aside;
 }
 
 }  // namespace tessaro

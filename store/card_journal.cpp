@@ -31,6 +31,11 @@ void CardJournal::Begin(const fs::path& path, const ContentStamp& base) {
   Saved(base);
 }
 
+void CardJournal::BeginWithTable(const fs::path& path, const ContentStamp& base) {
+  Begin(path, base);
+  whole_table_ = true;
+}
+
 void CardJournal::End() {
   Close();
   if (ours_) (void)disk_.Remove(path_);
@@ -94,7 +99,7 @@ void CardJournal::Saved(const ContentStamp& stamp) {
 
 void CardJournal::Adopt(CardTable& cards, std::vector<int> rows, bool whole_table) {
   rows_ = std::move(rows);
-  whole_table_ = whole_table;
+  whole_table_ = whole_table_ || whole_table;
   ours_ = true;
   Note(WriteAnew(cards));
 }

@@ -34,6 +34,8 @@ class CardJournal {
   // The journal that is to be kept from now on, for a card file with this content; it has no changes yet. A file with
   // that name is not touched before the first change, which then puts it aside (see PutAside).
   void Begin(const std::filesystem::path& path, const ContentStamp& base);
+  // The same for cards that differ from that content as a whole.
+  void BeginWithTable(const std::filesystem::path& path, const ContentStamp& base);
   // Ends without a trace: the changes were given up.
   void End();
 
@@ -56,7 +58,7 @@ class CardJournal {
   void Written(const ContentStamp& stamp);
   // It is in its place: no change is unsaved.
   void Saved(const ContentStamp& stamp);
-  // Takes these rows, or the whole table, as unsaved and writes a journal of them in place of the one at the path.
+  // Takes these rows, or the whole table, as unsaved too and writes a journal of them in place of the one at the path.
   void Adopt(CardTable& cards, std::vector<int> rows, bool whole_table);
 
   // Between these the records are gathered and written in large pieces.

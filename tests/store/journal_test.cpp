@@ -145,11 +145,32 @@ TEST_F(CardFileJournal, FollowsTheBackupWhenTheCardFileIsGone) {
   Change(2, 5);
   const std::string text = Text();
   ASSERT_TRUE(disk_.Rename(kTestFile, "/deck/x.ml~"));
-  ASSERT_EQ(Crash().result, OpenResult::CannotOpen);
-  ASSERT_TRUE(file_->Restore("/deck/x.ml~").unsaved && file_->changed());
-  EXPECT_TRUE(file_->paths().cards == kTestFile && disk_.IsLocked("/deck/.x.mlb.lock"));
-  ASSERT_TRUE(file_->TakeOverUnsaved());
-  EXPECT_EQ(Text(), text);
+  for (const bool wanted : {true, false}) {
+    ASSERT_EQ(Crash().result, OpenResult::CannotOpen);
+    ASSERT_TRUE(file_->Restore("/deck/x.ml~").unsaved && file_->changed());
+    EXPECT_TRUE(file_->paths().cards == kTestFile && disk_.IsLocked("/deck/.x.mlb.lock"));
+    ASSERT_TRUE(wanted ? file_->TakeOverUnsaved() : !file_->PutUnsavedAside().empty());
+    EXPECT_EQ(Text() == text, wanted);
+    EXPECT_TRUE(disk_.Exists(kJournal)) << "what was restored is not saved either";
+  }
+}
+
+TEST_F(CardFileJournal, OfCardsRestoredUnderTheNameOfAnUnusableFileIsTakenOver) {
+  const std::string cards = Text();
+  for (const char* backup : {"/deck/x.ml~", "/backups/x.ml~"}) {
+    disk_.Put(backup, cards);
+    disk_.Put(kTestFile, "");
+    ASSERT_EQ(Crash().result, OpenResult::Unusable);
+    ASSERT_EQ(file_->RestoreAs(kTestFile, backup).result, OpenResult::Opened);
+    for (const int score : {5, 6}) {
+      Change(2, score);
+      const std::string text = Text();
+      ASSERT_EQ(Crash().result, OpenResult::Unusable);
+      ASSERT_TRUE(file_->RestoreAs(kTestFile, backup).unsaved && file_->TakeOverUnsaved());
+      EXPECT_EQ(Text(), text);
+    }
+    file_->Close();
+  }
 }
 
 TEST_F(CardFileJournal, OfADamagedFileFits) {
