@@ -7,14 +7,11 @@
 #include <utility>
 
 #include "store/card_layout.h"
-#include "store/safe_save.h"
 
 namespace tessaro {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::string_view kDamagedEnding = "-beschaedigt-";
 
 bool EndsInAny(const fs::path& path, std::string_view one, std::string_view other) {
   const std::string name = path.filename().string();
@@ -36,27 +33,10 @@ fs::path LockPath(const fs::path& cards) {
   return cards.parent_path() / ("." + cards.filename().string() + ".lock");
 }
 
-bool Copy(Disk& disk, const fs::path& from, const fs::path& to) {
-  return ReplaceFile(disk, to, [&](WritableFile& target) {
-    const std::unique_ptr<ReadableFile> source = disk.Open(from);
-    std::string buffer(size_t{1} << 20U, '\0');
-    std::ptrdiff_t count = source == nullptr ? -1 : 1;
-    while (count > 0) {
-      count = source->Read(buffer.data(), buffer.size());
-      if (count > 0 && !target.Write(std::string_view(buffer.data(), static_cast<size_t>(count)))) return false;
-    }
-    return count == 0;
-  });
-}
-
 OpenReport Refused(OpenResult result) {
   OpenReport report;
   report.result = result;
   return report;
-}
-
-void Tell(const StageObserver& observer, FileStage stage, uint64_t file_size) {
-  if (observer) observer(stage, file_size);
 }
 
 // Where an index came from.
@@ -126,7 +106,7 @@ OpenReport CardFile::Open(const fs::path& path, const StageObserver& observer) {
     report.result = OpenResult::InUse;
     return report;
   }
-  Content content;
+  CardContent content;
   report = LoadCards(paths.cards, observer, content);
   if (report.result != OpenResult::Opened) return report;
   LoadIndexes(paths, observer, content, report);
@@ -137,7 +117,7 @@ OpenReport CardFile::Open(const fs::path& path, const StageObserver& observer) {
   return report;
 }
 
-OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observer, Content& content) {
+OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observer, CardContent& content) {
   content.on_disk = disk_.State(path);
   const std::unique_ptr<ReadableFile> file = disk_.Open(path);
   if (file == nullptr) return Refused(OpenResult::CannotOpen);
@@ -157,7 +137,7 @@ OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observ
   return report;
 }
 
-void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, Content& content,
+void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, CardContent& content,
                            OpenReport& report) {
   const auto size = [&](const fs::path& path) { return disk_.State(path).value_or(FileState()).size; };
   // A thread reads the texts while the IDs are collected; without one to spare they are read when they are asked for.
@@ -188,7 +168,7 @@ bool CardFile::CreateNew(const fs::path& path) {
   std::unique_ptr<FileLock> lock;
   std::string holder;
   if (!TakeLock(paths, lock, holder)) return false;
-  Content content;
+  CardContent content;
   MakeNewCards(content.cards);
   content.columns = ColumnsOf(content.cards);
   content.highest_id = 1;
@@ -203,7 +183,7 @@ bool CardFile::CreateNew(const fs::path& path) {
 OpenReport CardFile::Restore(const fs::path& path, const StageObserver& observer) {
   if (!HasCardFileType(path) && !HasBackupType(path)) return Refused(OpenResult::WrongType);
   if (!IsOpen()) return HasBackupType(path) ? RestoreAs(CardsOfBackup(path), path, observer) : Open(path, observer);
-  Content content;
+  CardContent content;
   OpenReport report = LoadCards(path, observer, content);
   if (report.result != OpenResult::Opened) return report;
   const CardIds ids(content.cards);
@@ -228,7 +208,7 @@ OpenReport CardFile::RestoreAs(const fs::path& cards, const fs::path& backup, co
     report.result = OpenResult::InUse;
     return report;
   }
-  Content content;
+  CardContent content;
   report = LoadCards(backup, observer, content);
   if (report.result != OpenResult::Opened) return report;
   const CardIds ids(content.cards);
@@ -255,7 +235,7 @@ bool CardFile::TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& l
   return !attempt.held_by_other;
 }
 
-void CardFile::Become(Content content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock) {
+void CardFile::Become(CardContent content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock) {
   if (paths.cards != paths_.cards) lock_ = std::move(lock);
   journal_.End();
   journal_.Begin(paths.journal, content.stamp);
@@ -265,113 +245,11 @@ void CardFile::Become(Content content, const CardFilePaths& paths, std::unique_p
   changed_ = false;
 }
 
-SaveResult CardFile::Save(const StageObserver& observer) {
-  if (!IsOpen()) return SaveResult::CardsFailed;
-  SaveResult result = WriteFiles(content_, paths_, observer);
-  if (result == SaveResult::CardsFailed) return result;
-  journal_.Saved(content_.stamp);
-  if (!WriteSettings(content_, paths_.settings) && result == SaveResult::Saved) result = SaveResult::SettingsFailed;
-  if (result == SaveResult::Saved) changed_ = false;
-  return result;
-}
-
-SaveResult CardFile::SaveCopy(const fs::path& path, const StageObserver& observer) {
-  const CardFilePaths paths = PathsFor(fs::absolute(disk_.Resolve(path)).lexically_normal());
-  if (!IsOpen() || !HasCardFileType(paths.cards)) return SaveResult::CardsFailed;
-  if (paths.cards == paths_.cards) return Save(observer);
-  std::unique_ptr<FileLock> lock;
-  std::string holder;
-  if (!TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
-  const std::optional<FileState> on_disk = content_.on_disk;
-  const ContentStamp stamp = content_.stamp;
-  const SaveResult result = WriteFiles(content_, paths, observer);
-  content_.on_disk = on_disk;
-  content_.stamp = stamp;
-  return result;
-}
-
-SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer) {
-  const CardFilePaths paths = PathsFor(fs::absolute(disk_.Resolve(path)).lexically_normal());
-  if (!IsOpen() || !HasCardFileType(paths.cards)) return SaveResult::CardsFailed;
-  if (paths.cards == paths_.cards) return Save(observer);
-  std::unique_ptr<FileLock> lock;
-  std::string holder;
-  if (!TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
-  SaveResult result = WriteFiles(content_, paths, observer);
-  if (result == SaveResult::CardsFailed) return result;
-  // The damaged file keeps its name.
-  content_.damaged_original.clear();
-  content_.settings_unreadable = false;
-  if (!WriteSettings(content_, paths.settings) && result == SaveResult::Saved) result = SaveResult::SettingsFailed;
-  journal_.End();
-  journal_.Begin(paths.journal, content_.stamp);
-  unsaved_.clear();
-  paths_ = paths;
-  lock_ = std::move(lock);
-  changed_ = result != SaveResult::Saved;
-  return result;
-}
-
-SaveResult CardFile::WriteFiles(Content& content, const CardFilePaths& paths, const StageObserver& observer) {
-  Tell(observer, FileStage::SaveCards, 0);
-  if (!KeepDamagedOriginal(content, paths)) return SaveResult::CardsFailed;
-  const auto write = [&](WritableFile& file) {
-    StampingWriter stamped(file);
-    if (!content.cards.SaveTo(stamped)) return false;
-    content.stamp = stamped.Stamp();
-    if (&content == &content_) journal_.Written(content.stamp);
-    return true;
-  };
-  if (!ReplaceFile(disk_, paths.cards, write, paths.backup)) return SaveResult::CardsFailed;
-  content.on_disk = disk_.State(paths.cards);
-  const CardIds ids(content.cards);
-  // An index that no longer fits would be refused when the file is opened. If it cannot be built it is saved as it is.
-  if (!content.learn_index.Fits(ids) || !content.link_index.Fits(ids)) (void)BuildIndexes(content, ids);
-  Tell(observer, FileStage::SaveLearnIndex, 0);
-  const bool learn_saved = WriteIndex(paths.learn_index, content.cards, content.learn_index);
-  Tell(observer, FileStage::SaveLinkIndex, 0);
-  const bool link_saved = WriteIndex(paths.link_index, content.cards, content.link_index);
-  if (!learn_saved) return SaveResult::LearnIndexFailed;
-  return link_saved ? SaveResult::Saved : SaveResult::LinkIndexFailed;
-}
-
-template <typename Index>
-bool CardFile::WriteIndex(const fs::path& path, const CardTable& cards, const Index& index) {
-  if (ReplaceFile(disk_, path, [&](WritableFile& file) { return index.SaveTo(file, cards); })) return true;
-  // The old index may look right and yet be that of older scores.
-  (void)disk_.Remove(path);
-  return false;
-}
-
-bool CardFile::KeepDamagedOriginal(Content& content, const CardFilePaths& paths) {
-  const fs::path& original = content.damaged_original;
-  if (original.empty() || (original != paths.cards && original != paths.backup)) return true;
-  const std::string stem = fs::path(paths.cards).replace_extension().string() + std::string(kDamagedEnding);
-  int number = 1;
-  fs::path kept;
-  do {
-    kept = stem + std::to_string(number++) + ".mlb";
-  } while (disk_.Exists(kept));
-  if (disk_.Exists(original) && !disk_.Link(original, kept) && !Copy(disk_, original, kept)) return false;
-  content.damaged_original.clear();
-  return true;
-}
-
-bool CardFile::SaveSettings() {
-  return IsOpen() && WriteSettings(content_, paths_.settings);
-}
-
-bool CardFile::WriteSettings(const Content& content, const fs::path& path) {
-  if (content.settings_unreadable) return false;
-  if (content.settings.Text().empty() && !disk_.Exists(path)) return true;
-  return content.settings.Save(disk_, path);
-}
-
 bool CardFile::RebuildIndexes() {
   return BuildIndexes(content_, CardIds(content_.cards));
 }
 
-bool CardFile::BuildIndexes(Content& content, const CardIds& ids) {
+bool CardFile::BuildIndexes(CardContent& content, const CardIds& ids) {
   LearnIndex learn_index;
   LinkIndex link_index;
   if (!learn_index.Build(content.cards, ids) || !link_index.Build(content.cards, ids)) return false;
@@ -383,25 +261,10 @@ bool CardFile::BuildIndexes(Content& content, const CardIds& ids) {
 void CardFile::Close() {
   journal_.End();
   unsaved_.clear();
-  content_ = Content();
+  content_ = CardContent();
   paths_ = CardFilePaths();
   lock_.reset();
   changed_ = false;
-}
-
-bool CardFile::ChangedOnDisk() const {
-  if (!IsOpen()) return false;
-  const std::optional<FileState> state = disk_.State(paths_.cards);
-  return state && state != content_.on_disk;
-}
-
-SpaceEstimate CardFile::EstimateSpace(int64_t& bytes_per_card, const fs::path& target) const {
-  constexpr int64_t kLeast = 300;
-  constexpr int64_t kMost = 2000;
-  constexpr int64_t kReservePercent = 20;
-  bytes_per_card = std::clamp(bytes_per_card, kLeast, kMost);
-  const int64_t cards = bytes_per_card * CardCount();
-  return {static_cast<uint64_t>(cards + cards * kReservePercent / 100), disk_.FreeBytes(target.parent_path())};
 }
 
 }  // namespace tessaro

@@ -10,14 +10,10 @@
 
 #include "platform/disk.h"
 #include "platform/file_lock.h"
-#include "store/card_columns.h"
+#include "store/card_content.h"
 #include "store/card_figures.h"
 #include "store/card_file_types.h"
 #include "store/card_journal.h"
-#include "store/card_table.h"
-#include "store/ini_file.h"
-#include "store/learn_index.h"
-#include "store/link_index.h"
 
 namespace tessaro {
 
@@ -110,28 +106,13 @@ class CardFile {
   SpaceEstimate EstimateSpace(int64_t& bytes_per_card, const std::filesystem::path& target) const;
 
  private:
-  // What is loaded and replaced as a whole.
-  struct Content {
-    CardTable cards;
-    CardColumns columns;
-    LearnIndex learn_index;
-    LinkIndex link_index;
-    IniFile settings;
-    bool settings_unreadable = false;  // there are settings that we could not read: they are not written over
-    int64_t highest_id = 0;
-    std::optional<int64_t> unknown;          // how many cards are unknown, as long as none was changed
-    ContentStamp stamp;                      // of the card file as it was read or written last
-    std::optional<FileState> on_disk;        // the card file as it was read or written last
-    std::filesystem::path damaged_original;  // the file read, when it was damaged and is not yet put by
-  };
-
-  OpenReport LoadCards(const std::filesystem::path& path, const StageObserver& observer, Content& content);
-  void LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, Content& content, OpenReport& report);
-  static bool BuildIndexes(Content& content, const CardIds& ids);
+  OpenReport LoadCards(const std::filesystem::path& path, const StageObserver& observer, CardContent& content);
+  void LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, CardContent& content, OpenReport& report);
+  static bool BuildIndexes(CardContent& content, const CardIds& ids);
   // Takes the lock of a card file unless it is that of the open one. False: another program has it; `holder` says who.
   bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, std::string& holder);
   // The content takes the place of the open one, whose unsaved changes are given up.
-  void Become(Content content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock);
+  void Become(CardContent content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock);
   // The stamp of what lies under the name of the card file, else of what the last save kept of it.
   ContentStamp LastStamp(const CardFilePaths& paths) const;
   // What a journal holds for cards of a backup that take the place of what has the stamp `replaced`.
@@ -139,14 +120,14 @@ class CardFile {
                                    const ContentStamp& replaced) const;
   void TakeNoteOf(CardJournal::Found found, OpenReport& report);
 
-  SaveResult WriteFiles(Content& content, const CardFilePaths& paths, const StageObserver& observer);
+  SaveResult WriteFiles(CardContent& content, const CardFilePaths& paths, const StageObserver& observer);
   template <typename Index>
   bool WriteIndex(const std::filesystem::path& path, const CardTable& cards, const Index& index);
-  bool KeepDamagedOriginal(Content& content, const CardFilePaths& paths);
-  bool WriteSettings(const Content& content, const std::filesystem::path& path);
+  bool KeepDamagedOriginal(CardContent& content, const CardFilePaths& paths);
+  bool WriteSettings(const CardContent& content, const std::filesystem::path& path);
 
   Disk& disk_;
-  Content content_;
+  CardContent content_;
   CardFilePaths paths_;  // all empty when nothing is open
   std::unique_ptr<FileLock> lock_;
   CardJournal journal_;

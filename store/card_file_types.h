@@ -26,6 +26,9 @@ bool HasCardFileType(const std::filesystem::path& path);
 // What happens, as it happens, for the status line. `file_size` is that of the file to be loaded, 0 when saving.
 enum class FileStage { LoadCards, LoadLearnIndex, LoadLinkIndex, SaveCards, SaveLearnIndex, SaveLinkIndex };
 using StageObserver = std::function<void(FileStage stage, uint64_t file_size)>;
+inline void Tell(const StageObserver& observer, FileStage stage, uint64_t file_size) {
+  if (observer) observer(stage, file_size);
+}
 
 enum class OpenResult {
   Opened,

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+
+#include "platform/disk.h"
+#include "store/card_columns.h"
+#include "store/card_table.h"
+#include "store/content_stamp.h"
+#include "store/ini_file.h"
+#include "store/learn_index.h"
+#include "store/link_index.h"
+
+namespace tessaro {
+
+// What a card file holds: loaded and replaced as a whole.
+struct CardContent {
+  CardTable cards;
+  CardColumns columns;
+  LearnIndex learn_index;
+  LinkIndex link_index;
+  IniFile settings;
+  bool settings_unreadable = false;  // there are settings that we could not read: they are not written over
+  int64_t highest_id = 0;
+  std::optional<int64_t> unknown;          // how many cards are unknown, as long as none was changed
+  ContentStamp stamp;                      // of the card file as it was read or written last
+  std::optional<FileState> on_disk;        // the card file as it was read or written last
+  std::filesystem::path damaged_original;  // the file read, when it was damaged and is not yet put by
+};
+
+}  // namespace tessaro
