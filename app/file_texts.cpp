@@ -53,6 +53,10 @@ QString StageText(FileStage stage) {
       return u"Indextabelle laden"_s;
     case FileStage::LoadLinkIndex:
       return u"Linkindextabelle laden"_s;
+    case FileStage::BuildLearnIndex:
+      return u"Index aufbauen"_s;
+    case FileStage::BuildLinkIndex:
+      return u"Linkindex aufbauen"_s;
     case FileStage::SaveCards:
       return u"Kartei speichern"_s;
     case FileStage::SaveLearnIndex:
@@ -61,6 +65,11 @@ QString StageText(FileStage stage) {
       return u"Linkindex speichern"_s;
   }
   return {};
+}
+
+QString StatusText(FileStage stage) {
+  const bool builds = stage == FileStage::BuildLearnIndex || stage == FileStage::BuildLinkIndex;
+  return builds ? u"Speichertabelle"_s : StageText(stage);
 }
 
 QString StageSizeText(FileStage stage, uint64_t file_size) {
@@ -99,7 +108,7 @@ QStringList RemarkTexts(const OpenReport& report) {
   if (report.learn_index_rebuilt || report.link_index_rebuilt) {
     remarks << u"\nIndexfehler,\nversuche Neuaufbau."_s;
   }
-  if (report.index_defect) remarks << u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s;
+  if (report.index_defect != IndexDefect::None) remarks << DefectText(report.index_defect);
   if (report.end_missing) {
     remarks << u"\nDas Ende der Kartei fehlt, die Datei ist beschädigt.\n%1 Karten konnten gelesen werden.\n\n"
                u"Beim nächsten Speichern bleibt die beschädigte Datei\nunter einem anderen Namen erhalten."_s.arg(
@@ -111,6 +120,18 @@ QStringList RemarkTexts(const OpenReport& report) {
                    FromPath(report.put_aside.filename()));
   }
   return remarks;
+}
+
+QString DefectText(IndexDefect defect) {
+  switch (defect) {
+    case IndexDefect::None:
+      return {};
+    case IndexDefect::LearnIndex:
+      return u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s;
+    case IndexDefect::LinkIndex:
+      return u"\nLinkindexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s;
+  }
+  return {};
 }
 
 QString FailureText(SaveResult result) {

@@ -27,8 +27,8 @@ constexpr std::string_view kSpaceSection = "DISK";
 constexpr std::string_view kBytesPerCard = "BytesPerCard";
 constexpr int64_t kFirstBytesPerCard = 600;
 
-// The end of a stage's progress: characters of the file while reading, fields of the table while writing.
-int64_t RangeOf(FileStage stage, uint64_t file_size, const CardFile& file) {
+// The end of a stage's progress: characters of the file while reading, rows while building, fields while writing.
+int64_t RangeOf(FileStage stage, uint64_t size, const CardFile& file) {
   constexpr int kLearnIndexColumns = 3;
   constexpr int kLinkIndexColumns = 2;
   const int64_t rows = file.CardCount() + 2;
@@ -40,7 +40,7 @@ int64_t RangeOf(FileStage stage, uint64_t file_size, const CardFile& file) {
     case FileStage::SaveLinkIndex:
       return rows * kLinkIndexColumns;
     default:
-      return static_cast<int64_t>(file_size);
+      return static_cast<int64_t>(size);
   }
 }
 
@@ -54,12 +54,12 @@ QString TF_wnmain::LastFolder() const {
 }
 
 StageObserver TF_wnmain::ShowStages(LongWork& work) {
-  return [this, &work](FileStage stage, uint64_t file_size) {
-    const QString size = StageSizeText(stage, file_size);
-    if (!size.isEmpty()) label_sizes_.setText(size);
+  return [this, &work](FileStage stage, uint64_t size) {
+    const QString size_text = StageSizeText(stage, size);
+    if (!size_text.isEmpty()) label_sizes_.setText(size_text);
     // While saving cards the status line may hold the warning of little space: it stays.
-    if (stage != FileStage::SaveCards) ShowStatus(StageText(stage));
-    work.NextStage(StageText(stage), RangeOf(stage, file_size, file_));
+    if (stage != FileStage::SaveCards) ShowStatus(StatusText(stage));
+    work.NextStage(StageText(stage), RangeOf(stage, size, file_));
   };
 }
 
@@ -142,10 +142,14 @@ void TF_wnmain::AskForUnsaved(const UnsavedChanges& unsaved) {
     if (!aside.empty()) ShowStatus(u"Nicht übernommen, erhalten in %1"_s.arg(FromPath(aside.filename())));
     return;
   }
-  const bool built = file_.TakeOverUnsaved();
+  bool built = false;
+  {
+    LongWork work(this, program_.clock());
+    built = file_.TakeOverUnsaved(ShowStages(work));
+  }
   ShowState();
   ShowStatus(u"Änderungen übernommen, noch nicht gespeichert"_s);
-  if (!built) program_.messages().Error(this, u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);
+  if (!built) program_.messages().Error(this, DefectText(IndexDefect::LearnIndex));
 }
 
 void TF_wnmain::TellThatChangesAreNotKept() {
@@ -264,14 +268,16 @@ bool TF_wnmain::Write(const QString& warning, const SaveStep& save) {
 
 void TF_wnmain::IndexAufbauExecute() {
   bool built = false;
+  SaveResult saved = SaveResult::Saved;
   {
     LongWork work(this, program_.clock());
-    ShowStatus(u"Speichertabelle"_s);
-    work.NextStage(u"Index aufbauen"_s, file_.cards().RowCount());
-    built = file_.RebuildIndexes();
+    const StageObserver show = ShowStages(work);
+    built = file_.RebuildIndexes(show);
+    if (built) saved = file_.SaveIndexes(show);
   }
   ShowStatus(built ? u"Index neu aufgebaut"_s : QString());
-  if (!built) program_.messages().Error(this, u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);
+  const QString failure = built ? FailureText(saved) : DefectText(IndexDefect::LearnIndex);
+  if (!failure.isEmpty()) program_.messages().Error(this, failure);
 }
 
 }  // namespace tessaro

@@ -39,17 +39,6 @@ OpenReport Refused(OpenResult result) {
   return report;
 }
 
-// Where an index came from.
-enum class IndexSource { File, Cards, Nowhere };
-
-// Takes the index from its file's text if that fits the cards, else makes it from them.
-template <typename Index>
-IndexSource AdoptOrBuild(const std::optional<std::string>& text, const CardTable& cards, const CardIds& ids,
-                         Index& index) {
-  if (text && index.Adopt(*text, ids)) return IndexSource::File;
-  return index.Build(cards, ids) ? IndexSource::Cards : IndexSource::Nowhere;
-}
-
 }  // namespace
 
 CardFilePaths PathsFor(const fs::path& cards) {
@@ -139,26 +128,33 @@ OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observ
 
 void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, CardContent& content,
                            OpenReport& report) {
+  // A program that ended between writing the cards and writing their indexes has left its journal. Such an index may
+  // look right and yet be that of older scores.
+  const bool cut_short = disk_.Exists(paths.journal);
   const auto size = [&](const fs::path& path) { return disk_.State(path).value_or(FileState()).size; };
+  const auto read = [&](const fs::path& path) { return cut_short ? std::nullopt : ReadFile(disk_, path); };
   // A thread reads the texts while the IDs are collected; without one to spare they are read when they are asked for.
   constexpr auto kOnOtherThread = std::launch::async | std::launch::deferred;
   Tell(observer, FileStage::LoadLearnIndex, size(paths.learn_index));
-  std::future texts = std::async(kOnOtherThread, [&] {
-    return std::array{ReadFile(disk_, paths.learn_index), ReadFile(disk_, paths.link_index)};
+  std::future reading = std::async(kOnOtherThread, [&] {
+    return std::array{read(paths.learn_index), read(paths.link_index)};
   });
   const CardIds ids(content.cards);
   content.highest_id = ids.highest();
-  const std::array<std::optional<std::string>, 2> read = texts.get();
-  const auto make_link_index = [&] {
+  const std::array<std::optional<std::string>, 2> texts = reading.get();
+  std::future adopting = std::async(kOnOtherThread, [&] {
     content.unknown = tessaro::CountUnknown(content.cards, content.columns);
-    return AdoptOrBuild(read[1], content.cards, ids, content.link_index);
-  };
-  std::future<IndexSource> link = std::async(kOnOtherThread, make_link_index);
-  const IndexSource learn = AdoptOrBuild(read[0], content.cards, ids, content.learn_index);
+    return texts[1] && content.link_index.Adopt(*texts[1], ids);
+  });
+  const bool learn_adopted = texts[0] && content.learn_index.Adopt(*texts[0], ids);
+  const bool learn_good = learn_adopted || BuildLearnIndex(content, ids, observer);
   Tell(observer, FileStage::LoadLinkIndex, size(paths.link_index));
-  report.learn_index_rebuilt = learn == IndexSource::Cards;
-  report.link_index_rebuilt = link.get() == IndexSource::Cards;
-  report.index_defect = !content.learn_index.Fits(ids) || !content.link_index.Fits(ids);
+  const bool link_adopted = adopting.get();
+  const bool link_good = link_adopted || BuildLinkIndex(content, ids, observer);
+  report.learn_index_rebuilt = !learn_adopted && !cut_short;
+  report.link_index_rebuilt = !link_adopted && !cut_short;
+  if (!link_good) report.index_defect = IndexDefect::LinkIndex;
+  if (!learn_good) report.index_defect = IndexDefect::LearnIndex;
 }
 
 bool CardFile::CreateNew(const fs::path& path) {
@@ -188,7 +184,7 @@ OpenReport CardFile::Restore(const fs::path& path, const StageObserver& observer
   if (report.result != OpenResult::Opened) return report;
   const CardIds ids(content.cards);
   content.highest_id = ids.highest();
-  report.index_defect = !BuildIndexes(content, ids);
+  report.index_defect = BuildIndexes(content, ids, observer);
   content.settings = std::move(content_.settings);
   content.settings_unreadable = content_.settings_unreadable;
   content.on_disk = content_.on_disk;
@@ -213,7 +209,7 @@ OpenReport CardFile::RestoreAs(const fs::path& cards, const fs::path& backup, co
   if (report.result != OpenResult::Opened) return report;
   const CardIds ids(content.cards);
   content.highest_id = ids.highest();
-  report.index_defect = !BuildIndexes(content, ids);
+  report.index_defect = BuildIndexes(content, ids, observer);
   content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
   content.on_disk = disk_.State(paths.cards);
   const ContentStamp stamp = content.stamp;
@@ -245,17 +241,23 @@ void CardFile::Become(CardContent content, const CardFilePaths& paths, std::uniq
   changed_ = false;
 }
 
-bool CardFile::RebuildIndexes() {
-  return BuildIndexes(content_, CardIds(content_.cards));
+bool CardFile::RebuildIndexes(const StageObserver& observer) {
+  return BuildIndexes(content_, CardIds(content_.cards), observer) == IndexDefect::None;
 }
 
-bool CardFile::BuildIndexes(CardContent& content, const CardIds& ids) {
-  LearnIndex learn_index;
-  LinkIndex link_index;
-  if (!learn_index.Build(content.cards, ids) || !link_index.Build(content.cards, ids)) return false;
-  content.learn_index = std::move(learn_index);
-  content.link_index = std::move(link_index);
-  return true;
+IndexDefect CardFile::BuildIndexes(CardContent& content, const CardIds& ids, const StageObserver& observer) {
+  if (!BuildLearnIndex(content, ids, observer)) return IndexDefect::LearnIndex;
+  return BuildLinkIndex(content, ids, observer) ? IndexDefect::None : IndexDefect::LinkIndex;
+}
+
+bool CardFile::BuildLearnIndex(CardContent& content, const CardIds& ids, const StageObserver& observer) {
+  Tell(observer, FileStage::BuildLearnIndex, static_cast<uint64_t>(ids.RowCount()));
+  return content.learn_index.Build(content.cards, ids);
+}
+
+bool CardFile::BuildLinkIndex(CardContent& content, const CardIds& ids, const StageObserver& observer) {
+  Tell(observer, FileStage::BuildLinkIndex, static_cast<uint64_t>(ids.RowCount()));
+  return content.link_index.Build(content.cards, ids);
 }
 
 void CardFile::Close() {

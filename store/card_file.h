@@ -85,14 +85,18 @@ class CardFile {
   [[nodiscard]] SaveResult SaveAs(const std::filesystem::path& path, const StageObserver& observer = {});
   // Writes only the settings of the card file.
   [[nodiscard]] bool SaveSettings();
-  // Rebuilds both indexes. False when the card table has a defect; the indexes then are as they were.
-  [[nodiscard]] bool RebuildIndexes();
+  // Rebuilds both indexes. False when the card table has a defect: already the learning index cannot be built, and both
+  // are as they were.
+  [[nodiscard]] bool RebuildIndexes(const StageObserver& observer = {});
+  // Writes both indexes where they are those of the card file on the disk. As long as that differs from the open cards,
+  // nothing is written: the indexes go with the next save.
+  [[nodiscard]] SaveResult SaveIndexes(const StageObserver& observer = {});
   // Closes the file; changes that were not saved are given up.
   void Close();
 
   // After Open reported changes of an earlier run: takes them over into the cards, rebuilds the indexes and marks the
   // file as changed. A change that fits no row ends it; what was before it counts. False: the card table has a defect.
-  [[nodiscard]] bool TakeOverUnsaved();
+  [[nodiscard]] bool TakeOverUnsaved(const StageObserver& observer = {});
   // ... or keeps them under another name, which is returned; empty when that failed.
   std::filesystem::path PutUnsavedAside();
   CardJournal& journal() { return journal_; }
@@ -108,7 +112,10 @@ class CardFile {
  private:
   OpenReport LoadCards(const std::filesystem::path& path, const StageObserver& observer, CardContent& content);
   void LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, CardContent& content, OpenReport& report);
-  static bool BuildIndexes(CardContent& content, const CardIds& ids);
+  // A defect leaves that index as it was and ends the work.
+  static IndexDefect BuildIndexes(CardContent& content, const CardIds& ids, const StageObserver& observer);
+  static bool BuildLearnIndex(CardContent& content, const CardIds& ids, const StageObserver& observer);
+  static bool BuildLinkIndex(CardContent& content, const CardIds& ids, const StageObserver& observer);
   // Takes the lock of a card file unless it is that of the open one. False: another program has it; `holder` says who.
   bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, std::string& holder);
   // The content takes the place of the open one, whose unsaved changes are given up.
@@ -121,6 +128,7 @@ class CardFile {
   void TakeNoteOf(CardJournal::Found found, OpenReport& report);
 
   SaveResult WriteFiles(CardContent& content, const CardFilePaths& paths, const StageObserver& observer);
+  SaveResult WriteIndexes(const CardContent& content, const CardFilePaths& paths, const StageObserver& observer);
   template <typename Index>
   bool WriteIndex(const std::filesystem::path& path, const CardTable& cards, const Index& index);
   bool KeepDamagedOriginal(CardContent& content, const CardFilePaths& paths);

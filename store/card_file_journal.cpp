@@ -106,7 +106,7 @@ void CardFile::TakeNoteOf(CardJournal::Found found, OpenReport& report) {
   }
 }
 
-bool CardFile::TakeOverUnsaved() {
+bool CardFile::TakeOverUnsaved(const StageObserver& observer) {
   std::vector<int> rows;
   bool whole_table = false;
   for (const JournalRecord& record : std::exchange(unsaved_, {})) {
@@ -122,7 +122,7 @@ bool CardFile::TakeOverUnsaved() {
   changed_ = true;
   content_.unknown.reset();
   journal_.Adopt(content_.cards, std::move(rows), whole_table);
-  return RebuildIndexes();
+  return RebuildIndexes(observer);
 }
 
 fs::path CardFile::PutUnsavedAside() {

@@ -89,7 +89,16 @@ SaveResult CardFile::WriteFiles(CardContent& content, const CardFilePaths& paths
   content.on_disk = disk_.State(paths.cards);
   const CardIds ids(content.cards);
   // An index that no longer fits would be refused when the file is opened. If it cannot be built it is saved as it is.
-  if (!content.learn_index.Fits(ids) || !content.link_index.Fits(ids)) (void)BuildIndexes(content, ids);
+  if (!content.learn_index.Fits(ids) || !content.link_index.Fits(ids)) (void)BuildIndexes(content, ids, {});
+  return WriteIndexes(content, paths, observer);
+}
+
+SaveResult CardFile::SaveIndexes(const StageObserver& observer) {
+  return !IsOpen() || changed_ || ChangedOnDisk() ? SaveResult::Saved : WriteIndexes(content_, paths_, observer);
+}
+
+SaveResult CardFile::WriteIndexes(const CardContent& content, const CardFilePaths& paths,
+                                  const StageObserver& observer) {
   Tell(observer, FileStage::SaveLearnIndex, 0);
   const bool learn_saved = WriteIndex(paths.learn_index, content.cards, content.learn_index);
   Tell(observer, FileStage::SaveLinkIndex, 0);

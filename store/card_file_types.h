@@ -23,11 +23,21 @@ CardFilePaths PathsFor(const std::filesystem::path& cards);
 // True for a path that ends in exactly ".mlb" or ".MLB"; a mixed-case ending is deliberately refused.
 bool HasCardFileType(const std::filesystem::path& path);
 
-// What happens, as it happens, for the status line. `file_size` is that of the file to be loaded, 0 when saving.
-enum class FileStage { LoadCards, LoadLearnIndex, LoadLinkIndex, SaveCards, SaveLearnIndex, SaveLinkIndex };
-using StageObserver = std::function<void(FileStage stage, uint64_t file_size)>;
-inline void Tell(const StageObserver& observer, FileStage stage, uint64_t file_size) {
-  if (observer) observer(stage, file_size);
+// What happens, as it happens, for the status line.
+enum class FileStage {
+  LoadCards,
+  LoadLearnIndex,
+  LoadLinkIndex,
+  BuildLearnIndex,
+  BuildLinkIndex,
+  SaveCards,
+  SaveLearnIndex,
+  SaveLinkIndex
+};
+// `size` is that of the file to be loaded in bytes, the number of table rows when building, 0 when saving.
+using StageObserver = std::function<void(FileStage stage, uint64_t size)>;
+inline void Tell(const StageObserver& observer, FileStage stage, uint64_t size) {
+  if (observer) observer(stage, size);
 }
 
 enum class OpenResult {
@@ -46,12 +56,15 @@ struct UnsavedChanges {
   int64_t last = 0;
 };
 
+// The index that could not be built because of a defect of the card table; of two the first.
+enum class IndexDefect { None, LearnIndex, LinkIndex };
+
 struct OpenReport {
   OpenResult result = OpenResult::Opened;
-  bool learn_index_rebuilt = false;
+  bool learn_index_rebuilt = false;  // its file is missing or unusable
   bool link_index_rebuilt = false;
-  bool index_defect = false;  // a rebuild failed on a defect of the card table
-  bool end_missing = false;   // the file broke off before its end row; `cards` cards were read
+  IndexDefect index_defect = IndexDefect::None;
+  bool end_missing = false;  // the file broke off before its end row; `cards` cards were read
   int cards = 0;
   std::optional<UnsavedChanges> unsaved;  // the caller asks whether to take them over
   std::filesystem::path put_aside;        // changes of another state of the file were found and now have this name

@@ -66,8 +66,13 @@ TEST_F(CardFileTest, OpenRefusesWhatIsNoCardFileAndKeepsTheOpenOne) {
 TEST_F(CardFileTest, OpenTellsOfACardWithoutIdAndCountsNumbersUpToTheEndMark) {
   disk_.Put(kTestFile, FileText({{.id = "000012"}, {.id = "x99"}, {.id = ""}, {.id = "#"}, {.id = "000500"}}));
   const OpenReport report = file_.Open(kTestFile);
-  EXPECT_TRUE(report.result == OpenResult::Opened && report.index_defect && !file_.RebuildIndexes());
+  EXPECT_TRUE(report.result == OpenResult::Opened && !file_.RebuildIndexes());
   EXPECT_TRUE(file_.highest_id() == 12 && file_.CardCount() == 5);
+  EXPECT_TRUE(report.learn_index_rebuilt && report.index_defect == IndexDefect::LearnIndex);
+  // An index that fits such cards is taken.
+  disk_.Put(kTestFile, FileText({{.id = ""}}));
+  disk_.Put("/deck/x.row", "BoxPos\017Score\017ID\n-1\017-1\017@@\n2\017000000001\017\n999999\017999999999\017##\n");
+  EXPECT_EQ(file_.Open(kTestFile).index_defect, IndexDefect::LinkIndex);
 }
 
 TEST_F(CardFileTest, FindsCardsThatMovedAndSavesIndexesThatFit) {
@@ -75,6 +80,15 @@ TEST_F(CardFileTest, FindsCardsThatMovedAndSavesIndexesThatFit) {
   file_.cards().InsertRow(false);
   EXPECT_TRUE(file_.RowOfId(7) == 3 && file_.RowOfId(3) == 4 && file_.RowOfId(9) == 0);
   file_.cards().Poke(file_.columns().id, 2, "000009");
+  ASSERT_EQ(file_.Save(), SaveResult::Saved);
+  const std::string index = TextOf("/deck/x.row");
+  disk_.Put("/deck/x.row", "alt");
+  EXPECT_TRUE(file_.RebuildIndexes() && file_.SaveIndexes() == SaveResult::Saved);
+  EXPECT_EQ(TextOf("/deck/x.row"), index);
+  file_.RowChanged(2);
+  disk_.Put("/deck/x.row", "alt");
+  EXPECT_EQ(file_.SaveIndexes(), SaveResult::Saved);
+  EXPECT_EQ(TextOf("/deck/x.row"), "alt") << "it goes with the cards";
   ASSERT_EQ(file_.Save(), SaveResult::Saved);
   const OpenReport report = file_.Open(kTestFile);
   EXPECT_FALSE(report.learn_index_rebuilt || report.link_index_rebuilt);

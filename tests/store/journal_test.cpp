@@ -70,6 +70,13 @@ class CardFileJournal : public ::testing::Test {
   // What the user has in mind as the state of his cards.
   std::string Text() { return FileText(file_->cards()); }
 
+  void ExpectTheIndexHasTheScoresOfTheCards() {
+    for (int row = kFirstCardRow; row <= file_->CardCount() + 1; ++row) {
+      const LearnIndex& index = file_->learn_index();
+      EXPECT_EQ(index.Score(index.RowOfCard(row)), LeadingNumber(file_->cards().Peek(file_->columns().score, row)));
+    }
+  }
+
   // After a crash that state is still to be had.
   void CrashAndTakeOver() {
     const std::string text = Text();
@@ -239,6 +246,7 @@ TEST_F(CardFileJournal, LosesNothingWhereverTheDiskFails) {
       EXPECT_LE(failures_, 1);
       const OpenReport report = Crash();
       EXPECT_TRUE(report.put_aside.empty());
+      ExpectTheIndexHasTheScoresOfTheCards();
       journals += report.unsaved ? 1 : 0;
       tables += report.unsaved && report.unsaved->whole_table ? 1 : 0;
       EXPECT_TRUE(!report.unsaved || file_->TakeOverUnsaved());
