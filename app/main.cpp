@@ -73,7 +73,7 @@ int RunProgram(Application& application, const ProgramOptions& options) {
   program.file().journal().FlushInBackground();
   program.main_window().show();
   if (options.splash) TF_Crdlogo::ShowOver(program.main_window());
-  if (!options.card_file.empty()) program.main_window().OpenLater(std::filesystem::weakly_canonical(options.card_file));
+  if (!options.card_file.empty()) program.main_window().OpenLater(RealDisk().Resolve(options.card_file));
   const int result = QApplication::exec();
   if (!application.failure().isEmpty()) ShowFailure(application.failure());
   return result;
