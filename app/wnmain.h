@@ -73,6 +73,7 @@ class TF_wnmain : public QMainWindow {
   // Samples are opened as copies in the user's own folder.
   bool LoadFile(const std::filesystem::path& chosen);
   std::optional<std::filesystem::path> OwnFile(const std::filesystem::path& chosen);
+  bool IsOpenFile(const std::filesystem::path& path) const;
   // Empty when the user chose none.
   std::filesystem::path ChooseTarget(const QString& title);
   // Shows the free and the needed space. The result is the warning that it may run short, or empty.

@@ -104,7 +104,7 @@ bool TF_wnmain::LoadFile(const fs::path& chosen) {
     LongWork work(this, program_.clock());
     report = file_.Open(*path, ShowStages(work));
   }
-  refused_ = report.result == OpenResult::Opened ? fs::path() : *path;
+  refused_ = report.result == OpenResult::Opened ? fs::path() : program_.disk().Resolve(*path);
   if (report.result == OpenResult::CannotOpen) RemoveRecentFile(program_.settings().ini, *path);
   if (report.result == OpenResult::Opened) {
     AddRecentFile(program_.settings().ini, file_.paths().cards);
@@ -216,7 +216,7 @@ bool TF_wnmain::FileSaveExecute() {
 void TF_wnmain::FileSaveAsExecute() {
   const fs::path target = ChooseTarget(u"Kartei speichern unter"_s);
   if (target.empty()) return;
-  if (target == file_.paths().cards) {
+  if (IsOpenFile(target)) {
     FileSaveExecute();
     return;
   }
@@ -230,7 +230,7 @@ void TF_wnmain::FileSaveAsExecute() {
 void TF_wnmain::MBackupClick() {
   const fs::path target = ChooseTarget(u"Sicherungskopie anlegen"_s);
   if (target.empty()) return;
-  if (target == file_.paths().cards) {
+  if (IsOpenFile(target)) {
     return program_.messages().Error(this,
                                      u"\nDas ist die offene Kartei selbst.\nBitte wählen Sie einen anderen Namen."_s);
   }
@@ -239,6 +239,10 @@ void TF_wnmain::MBackupClick() {
   const QString text = warning.isEmpty() ? u"Backup nach Datei\n%1\nerfolgreich."_s
                                          : u"Backup nach Datei\n%1\nEventuell zu wenig\nPlatz auf Disk."_s;
   program_.messages().Information(this, text.arg(FromPath(target)));
+}
+
+bool TF_wnmain::IsOpenFile(const fs::path& path) const {
+  return program_.disk().Resolve(path) == file_.paths().cards;
 }
 
 fs::path TF_wnmain::ChooseTarget(const QString& title) {

@@ -131,8 +131,7 @@ class PosixDisk : public Disk {
 
   fs::path Resolve(const fs::path& path) const override {
     std::error_code error;
-    if (!fs::is_symlink(path, error)) return path;
-    fs::path target = fs::canonical(path, error);
+    fs::path target = fs::weakly_canonical(path, error);
     return error ? path : target;
   }
 

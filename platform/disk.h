@@ -68,7 +68,8 @@ class Disk {
   // See AcquireFileLock.
   virtual LockAttempt Lock(const std::filesystem::path& path) = 0;
   virtual bool Exists(const std::filesystem::path& path) const = 0;
-  // Where a symbolic link leads in the end; the path as it is when it is none or leads nowhere.
+  // The path with all symbolic links in it followed as far as it exists, so that a file has one name; the path as it is
+  // when that cannot be told.
   virtual std::filesystem::path Resolve(const std::filesystem::path& path) const = 0;
   virtual std::optional<FileState> State(const std::filesystem::path& path) const = 0;
   // Free bytes of the drive that holds `folder`.

@@ -84,12 +84,15 @@ int CardFile::RowOfId(int64_t id) const {
   return 0;
 }
 
+CardFilePaths CardFile::RealPathsFor(const fs::path& cards) const {
+  return PathsFor(fs::absolute(disk_.Resolve(cards)).lexically_normal());
+}
+
 OpenReport CardFile::Open(const fs::path& path, const StageObserver& observer) {
   OpenReport report;
-  const fs::path real = disk_.Resolve(path);
-  if (!HasCardFileType(path) || !HasCardFileType(real)) return Refused(OpenResult::WrongType);
-  if (!disk_.Exists(real)) return Refused(OpenResult::CannotOpen);
-  const CardFilePaths paths = PathsFor(fs::absolute(real).lexically_normal());
+  const CardFilePaths paths = RealPathsFor(path);
+  if (!HasCardFileType(path) || !HasCardFileType(paths.cards)) return Refused(OpenResult::WrongType);
+  if (!disk_.Exists(paths.cards)) return Refused(OpenResult::CannotOpen);
   std::unique_ptr<FileLock> lock;
   if (!TakeLock(paths, lock, report.in_use_by)) {
     report.result = OpenResult::InUse;
@@ -122,7 +125,7 @@ OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observ
   OpenReport report;
   report.cards = content.cards.RowCount() - 2;
   report.end_missing = state == CardTableState::Completed;
-  if (report.end_missing) content.damaged_original = path;
+  if (report.end_missing) content.damaged_original = disk_.Resolve(path);
   return report;
 }
 
@@ -158,9 +161,8 @@ void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& obse
 }
 
 bool CardFile::CreateNew(const fs::path& path) {
-  const fs::path real = disk_.Resolve(path);
-  if (!HasCardFileType(path) || !HasCardFileType(real)) return false;
-  const CardFilePaths paths = PathsFor(fs::absolute(real).lexically_normal());
+  const CardFilePaths paths = RealPathsFor(path);
+  if (!HasCardFileType(path) || !HasCardFileType(paths.cards)) return false;
   std::unique_ptr<FileLock> lock;
   std::string holder;
   if (!TakeLock(paths, lock, holder)) return false;
@@ -195,9 +197,9 @@ OpenReport CardFile::Restore(const fs::path& path, const StageObserver& observer
 }
 
 OpenReport CardFile::RestoreAs(const fs::path& cards, const fs::path& backup, const StageObserver& observer) {
-  if (IsOpen() || !HasCardFileType(cards) || !HasBackupType(backup)) return Refused(OpenResult::WrongType);
+  const CardFilePaths paths = RealPathsFor(cards);
+  if (IsOpen() || !HasCardFileType(paths.cards) || !HasBackupType(backup)) return Refused(OpenResult::WrongType);
   OpenReport report;
-  const CardFilePaths paths = PathsFor(fs::absolute(cards).lexically_normal());
   std::unique_ptr<FileLock> lock;
   if (!disk_.Exists(backup)) return Refused(OpenResult::CannotOpen);
   if (!TakeLock(paths, lock, report.in_use_by)) {

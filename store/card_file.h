@@ -110,6 +110,8 @@ class CardFile {
   SpaceEstimate EstimateSpace(int64_t& bytes_per_card, const std::filesystem::path& target) const;
 
  private:
+  // Of the file that symbolic links lead to: whatever name it was called by, a file has one set of companions.
+  CardFilePaths RealPathsFor(const std::filesystem::path& cards) const;
   OpenReport LoadCards(const std::filesystem::path& path, const StageObserver& observer, CardContent& content);
   void LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, CardContent& content, OpenReport& report);
   // A defect leaves that index as it was and ends the work.

@@ -39,7 +39,7 @@ SaveResult CardFile::Save(const StageObserver& observer) {
 }
 
 SaveResult CardFile::SaveCopy(const fs::path& path, const StageObserver& observer) {
-  const CardFilePaths paths = PathsFor(fs::absolute(disk_.Resolve(path)).lexically_normal());
+  const CardFilePaths paths = RealPathsFor(path);
   if (!IsOpen() || !HasCardFileType(paths.cards)) return SaveResult::CardsFailed;
   if (paths.cards == paths_.cards) return Save(observer);
   std::unique_ptr<FileLock> lock;
@@ -54,7 +54,7 @@ SaveResult CardFile::SaveCopy(const fs::path& path, const StageObserver& observe
 }
 
 SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer) {
-  const CardFilePaths paths = PathsFor(fs::absolute(disk_.Resolve(path)).lexically_normal());
+  const CardFilePaths paths = RealPathsFor(path);
   if (!IsOpen() || !HasCardFileType(paths.cards)) return SaveResult::CardsFailed;
   if (paths.cards == paths_.cards) return Save(observer);
   std::unique_ptr<FileLock> lock;

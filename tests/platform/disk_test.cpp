@@ -97,8 +97,17 @@ TEST_F(RealDiskTest, MakesFoldersAndFollowsLinks) {
   EXPECT_FALSE(disk_.MakeFolder(file_ / "c"));
   fs::create_symlink(file_, other_);
   fs::create_symlink(folder_ / "none", folder_ / "dangling");
-  EXPECT_EQ(disk_.Resolve(other_), fs::canonical(file_));
-  EXPECT_EQ(disk_.Resolve(folder_ / "dangling"), folder_ / "dangling");
+  fs::create_directory_symlink(folder_, folder_ / "a" / "back");
+  fs::create_symlink(folder_ / "loop", folder_ / "loop");
+  const std::string long_name(300, 'n');
+  const fs::path real = fs::canonical(folder_);
+  const std::pair<fs::path, fs::path> cases[] = {{other_, real / "a.txt"},
+                                                 {folder_ / "a" / "back" / "b.txt", real / "a.txt"},
+                                                 {folder_ / "a" / "back" / "none", real / "none"},
+                                                 {folder_ / "dangling", real / "dangling"},
+                                                 {folder_ / "loop" / "x", folder_ / "loop" / "x"},
+                                                 {folder_ / long_name, folder_ / long_name}};
+  for (const auto& [path, target] : cases) EXPECT_EQ(disk_.Resolve(path), target);
 }
 
 }  // namespace

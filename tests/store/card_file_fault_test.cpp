@@ -136,10 +136,12 @@ TEST(CardFileOnDisk, IsNeverGivenToTwoAndKeepsItsRights) {
   const fs::path path = folder / "a.mlb";
   const fs::path link = folder / "b.mlb";
   fs::create_symlink(path, link);
+  fs::create_directory_symlink(folder, folder / "c");
   CardFile file;
   CardFile second;
   ASSERT_TRUE(file.CreateNew(path));
-  for (const fs::path& name : {path, link}) {
+  EXPECT_EQ(file.Open(folder / "c" / "a.mlb").result, OpenResult::Opened) << "it is the open file";
+  for (const fs::path& name : {path, link, folder / "c" / "a.mlb"}) {
     const OpenReport report = second.Open(name);
     EXPECT_EQ(report.result, OpenResult::InUse);
     EXPECT_TRUE(report.in_use_by.ends_with(", process " + std::to_string(getpid()))) << report.in_use_by;

@@ -177,6 +177,14 @@ TEST_F(CardFileTest, RestorePutsOtherCardsIntoTheOpenFile) {
   EXPECT_EQ(disk_.Content("/deck/x.ml~"), FileText(kTwoCards));
 }
 
+TEST_F(CardFileTest, RestoreUnderANameThatIsALinkIsOfTheFileItLeadsTo) {
+  disk_.PutSymbolicLink("/near/y.mlb", kTestFile);
+  disk_.Put("/deck/x.ml~", FileText(kTwoCards));
+  file_.Close();
+  ASSERT_EQ(file_.RestoreAs("/near/y.mlb", "/deck/x.ml~").result, OpenResult::Opened);
+  EXPECT_TRUE(file_.paths().cards == kTestFile && disk_.IsLocked(kLock));
+}
+
 TEST_F(CardFileTest, EstimatesTheSpaceOfASave) {
   for (const auto& [wish, clamped] : {std::pair<int64_t, int64_t>{301, 301}, {9999, 2000}, {-1, 300}}) {
     int64_t bytes_per_card = wish;
