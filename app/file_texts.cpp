@@ -18,8 +18,11 @@ QChar DriveOf(const std::filesystem::path& target) {
   return root.empty() ? u'/' : QChar::fromLatin1(root.front());
 }
 
-QString InUseText(const std::string& owner) {
-  const QString by = owner.empty() ? QString() : u"\n(%1)"_s.arg(QString::fromLocal8Bit(owner));
+QString InUseText(const LockHolder& holder) {
+  const QString by = holder == LockHolder()
+                         ? QString()
+                         : u"\n(Rechner %1, Prozess %2)"_s.arg(QString::fromLocal8Bit(holder.machine),
+                                                               QString::fromLocal8Bit(holder.process));
   return u"\nDie Kartei ist schon in einem\nanderen Programmfenster geöffnet%1.\nBitte schließen Sie sie dort zuerst."_s
       .arg(by);
 }
@@ -85,7 +88,7 @@ QString StageSizeText(FileStage stage, uint64_t file_size) {
   }
 }
 
-QString RefusalText(OpenResult result, const std::string& in_use_by) {
+QString RefusalText(OpenResult result, const LockHolder& in_use_by) {
   switch (result) {
     case OpenResult::Opened:
       return {};

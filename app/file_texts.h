@@ -18,7 +18,7 @@ QString StatusText(FileStage stage);
 QString StageSizeText(FileStage stage, uint64_t file_size);
 
 // Why a card file was not opened; empty for Opened. `in_use_by` as in OpenReport.
-QString RefusalText(OpenResult result, const std::string& in_use_by = {});
+QString RefusalText(OpenResult result, const LockHolder& in_use_by = {});
 // Whether changes that an earlier run could not save are to be taken over.
 QString UnsavedText(const UnsavedChanges& unsaved);
 // What the user should know of a card file that was opened, one message each.

@@ -32,14 +32,14 @@ class PosixFileLock : public FileLock {
   fs::path path_;
 };
 
-std::string Holder(int number) {
+LockHolder Holder(int number) {
   std::array<char, 256> buffer = {};
   const ssize_t count = ::pread(number, buffer.data(), buffer.size(), 0);
   const std::string_view text(buffer.data(), count > 0 ? static_cast<size_t>(count) : 0);
   const size_t first = text.find('\n');
   if (first == std::string_view::npos) return {};
   const std::string_view process = text.substr(first + 1, text.find('\n', first + 1) - first - 1);
-  return std::string(text.substr(0, first)) + ", process " + std::string(process);
+  return {std::string(text.substr(0, first)), std::string(process)};
 }
 
 void WriteHolder(int number) {

@@ -13,10 +13,17 @@ class FileLock {
   virtual ~FileLock() = default;
 };
 
+// The running program that has a lock; empty texts when that is unknown.
+struct LockHolder {
+  std::string machine;
+  std::string process;  // its number
+  bool operator==(const LockHolder&) const = default;
+};
+
 struct LockAttempt {
   std::unique_ptr<FileLock> lock;  // null when it could not be had
   bool held_by_other = false;      // because another program, or another place in this one, has it
-  std::string holder;              // who, as "machine, process 123"; empty when unknown
+  LockHolder holder;               // who
 };
 
 // Takes the lock whose sign is this file. Creates the file, writes the holder into it and removes it with the lock.

@@ -164,7 +164,7 @@ bool CardFile::CreateNew(const fs::path& path) {
   const CardFilePaths paths = RealPathsFor(path);
   if (!HasCardFileType(path) || !HasCardFileType(paths.cards)) return false;
   std::unique_ptr<FileLock> lock;
-  std::string holder;
+  LockHolder holder;
   if (!TakeLock(paths, lock, holder)) return false;
   CardContent content;
   MakeNewCards(content.cards);
@@ -225,7 +225,7 @@ OpenReport CardFile::RestoreAs(const fs::path& cards, const fs::path& backup, co
   return report;
 }
 
-bool CardFile::TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, std::string& holder) {
+bool CardFile::TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, LockHolder& holder) {
   if (paths.cards == paths_.cards) return true;
   LockAttempt attempt = disk_.Lock(LockPath(paths.cards));
   lock = std::move(attempt.lock);

@@ -119,7 +119,7 @@ class CardFile {
   static bool BuildLearnIndex(CardContent& content, const CardIds& ids, const StageObserver& observer);
   static bool BuildLinkIndex(CardContent& content, const CardIds& ids, const StageObserver& observer);
   // Takes the lock of a card file unless it is that of the open one. False: another program has it; `holder` says who.
-  bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, std::string& holder);
+  bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, LockHolder& holder);
   // The content takes the place of the open one, whose unsaved changes are given up.
   void Become(CardContent content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock);
   // The stamp of what lies under the name of the card file, else of what the last save kept of it.

@@ -43,7 +43,7 @@ SaveResult CardFile::SaveCopy(const fs::path& path, const StageObserver& observe
   if (!IsOpen() || !HasCardFileType(paths.cards)) return SaveResult::CardsFailed;
   if (paths.cards == paths_.cards) return Save(observer);
   std::unique_ptr<FileLock> lock;
-  std::string holder;
+  LockHolder holder;
   if (!TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
   const std::optional<FileState> on_disk = content_.on_disk;
   const ContentStamp stamp = content_.stamp;
@@ -58,7 +58,7 @@ SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer)
   if (!IsOpen() || !HasCardFileType(paths.cards)) return SaveResult::CardsFailed;
   if (paths.cards == paths_.cards) return Save(observer);
   std::unique_ptr<FileLock> lock;
-  std::string holder;
+  LockHolder holder;
   if (!TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
   SaveResult result = WriteFiles(content_, paths, observer);
   if (result == SaveResult::CardsFailed) return result;

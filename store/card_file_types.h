@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/file_lock.h"
+
 // What opening and saving a card file say about it.
 namespace tessaro {
 
@@ -68,7 +70,7 @@ struct OpenReport {
   int cards = 0;
   std::optional<UnsavedChanges> unsaved;  // the caller asks whether to take them over
   std::filesystem::path put_aside;        // changes of another state of the file were found and now have this name
-  std::string in_use_by;                  // for InUse: who holds it, as "machine, process 123"; empty when unknown
+  LockHolder in_use_by;                   // for InUse
 };
 
 enum class SaveResult { Saved, CardsFailed, LearnIndexFailed, LinkIndexFailed, SettingsFailed };

@@ -94,14 +94,14 @@ TEST_F(MainWindowFiles, AdviceSaysWhatIsToDoNow) {
 TEST_F(MainWindowFiles, RefusedFilesLeaveTheOpenOneOpen) {
   disk.Put("/deck/rubbish.mlb", "no cards\n");
   disk.Put("/deck/x.Mlb", "");
-  disk.HoldLock("/deck/.other.mlb.lock", "rechner, Prozess 123");
+  disk.HoldLock("/deck/.other.mlb.lock", {"pc", "123"});
   const std::pair<QString, QString> cases[] = {
       {u"/deck/x.Mlb"_s, u"\nDateityp ist falsch."_s},
       {u"/deck/missing.mlb"_s, u"\nDatei kann nicht\ngeöffnet werden"_s},
       {u"/deck/rubbish.mlb"_s, u"\nDie Kartei ist unbrauchbar.\nBenutzen Sie bitte\n<Karteikasten><Restore>"_s},
       {u"/deck/other.mlb"_s,
-       u"\nDie Kartei ist schon in einem\nanderen Programmfenster geöffnet\n(rechner, Prozess "
-       u"123).\nBitte schließen Sie sie dort zuerst."_s},
+       u"\nDie Kartei ist schon in einem\nanderen Programmfenster geöffnet\n"
+       u"(Rechner pc, Prozess 123).\nBitte schließen Sie sie dort zuerst."_s},
   };
   Open(kCards);
   for (const auto& [path, message] : cases) {

@@ -46,7 +46,7 @@ TEST_F(CardFileTest, OpenRefusesWhatIsNoCardFileAndKeepsTheOpenOne) {
   disk_.Put("/deck/leer.mlb", "");
   disk_.Put("/deck/ohne.mlb", FileText(std::vector<TestCard>()));
   disk_.Put("/deck/benutzt.mlb", FileText(kTwoCards));
-  disk_.HoldLock("/deck/.benutzt.mlb.lock", "pc, process 7");
+  disk_.HoldLock("/deck/.benutzt.mlb.lock", {"pc", "7"});
   disk_.PutSymbolicLink("/deck/link.mlb", "/deck/x.txt");
   file_.RowChanged(2);
   using enum OpenResult;
@@ -56,7 +56,7 @@ TEST_F(CardFileTest, OpenRefusesWhatIsNoCardFileAndKeepsTheOpenOne) {
   for (const auto& [path, result] : cases) {
     const OpenReport report = file_.Open(path);
     EXPECT_EQ(report.result, result) << path;
-    EXPECT_EQ(report.in_use_by, result == InUse ? "pc, process 7" : "") << path;
+    EXPECT_EQ(report.in_use_by, (result == InUse ? LockHolder{"pc", "7"} : LockHolder())) << path;
   }
   EXPECT_EQ(file_.paths().cards, kTestFile);
   EXPECT_TRUE(file_.CardCount() == 2 && file_.changed());
@@ -136,7 +136,7 @@ TEST_F(CardFileTest, SaveCopyLeavesTheOpenFileAsItIs) {
   EXPECT_EQ(disk_.Content("/b/kopie.ml~"), "war da");
   EXPECT_EQ(disk_.FileNames("/b").size(), 4U);
   EXPECT_EQ(disk_.Content(kTestFile), FileText(kTwoCards));
-  disk_.HoldLock("/b/.kopie.mlb.lock", "pc, process 7");
+  disk_.HoldLock("/b/.kopie.mlb.lock", {"pc", "7"});
   for (const char* refused : {"/b/kopie.mlb", "/b/kopie.txt"}) {
     EXPECT_EQ(file_.SaveCopy(refused), SaveResult::CardsFailed) << refused;
     EXPECT_EQ(file_.SaveAs(refused), SaveResult::CardsFailed) << refused;

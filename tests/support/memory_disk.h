@@ -51,7 +51,7 @@ class MemoryDisk : public Disk {
     return file == files_.end() ? std::nullopt : std::optional(file->second->bytes);
   }
   // Another program holds the lock.
-  void HoldLock(const Path& path, const std::string& holder) { locks_[path] = holder; }
+  void HoldLock(const Path& path, const LockHolder& holder) { locks_[path] = holder; }
   bool IsLocked(const Path& path) const { return locks_.count(path) > 0; }
 
   std::unique_ptr<ReadableFile> Open(const Path& path) override {
@@ -83,7 +83,7 @@ class MemoryDisk : public Disk {
   LockAttempt Lock(const Path& path) override {
     if (IsLocked(path)) return {nullptr, true, locks_[path]};
     if (Fails()) return {};
-    locks_[path] = "this test";
+    locks_[path] = {"here", "1"};
     return {std::make_unique<HeldLock>(*this, path), false, {}};
   }
   bool Exists(const Path& path) const override { return files_.count(Resolve(path)) > 0; }
@@ -169,7 +169,7 @@ class MemoryDisk : public Disk {
   };
   std::map<Path, std::shared_ptr<File>, ByText> files_;
   std::map<Path, Path, ByText> links_;
-  std::map<Path, std::string> locks_;
+  std::map<Path, LockHolder> locks_;
   uint64_t last_number_ = 0;
   int64_t last_time_ = 0;
   uint64_t capacity_ = uint64_t{1} << 40;
