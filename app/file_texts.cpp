@@ -112,10 +112,11 @@ QStringList RemarkTexts(const OpenReport& report) {
     remarks << u"\nIndexfehler,\nversuche Neuaufbau."_s;
   }
   if (report.index_defect != IndexDefect::None) remarks << DefectText(report.index_defect);
-  if (report.end_missing) {
-    remarks << u"\nDas Ende der Kartei fehlt, die Datei ist beschädigt.\n%1 Karten konnten gelesen werden.\n\n"
+  if (report.start_missing || report.end_missing) {
+    const QString part = report.end_missing ? u"Das Ende"_s : u"Der Anfang"_s;
+    remarks << u"\n%1 der Kartei fehlt, die Datei ist beschädigt.\n%2 Karten konnten gelesen werden.\n\n"
                u"Beim nächsten Speichern bleibt die beschädigte Datei\nunter einem anderen Namen erhalten."_s.arg(
-                   QLocale().toString(report.cards));
+                   part, QLocale().toString(report.cards));
   }
   if (!report.put_aside.empty()) {
     remarks << u"\nZu dieser Kartei gibt es nicht gespeicherte Änderungen,\n"

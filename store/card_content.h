@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 #include "platform/disk.h"
 #include "store/card_columns.h"
@@ -23,10 +24,10 @@ struct CardContent {
   IniFile settings;
   bool settings_unreadable = false;  // there are settings that we could not read: they are not written over
   int64_t highest_id = 0;
-  std::optional<int64_t> unknown;          // how many cards are unknown, as long as none was changed
-  ContentStamp stamp;                      // of the card file as it was read or written last
-  std::optional<FileState> on_disk;        // the card file as it was read or written last
-  std::filesystem::path damaged_original;  // the file read, when it was damaged and is not yet put by
+  std::optional<int64_t> unknown;              // how many cards are unknown, as long as none was changed
+  ContentStamp stamp;                          // of the card file as it was read or written last
+  std::optional<FileState> on_disk;            // the card file as it was read or written last
+  std::vector<std::filesystem::path> damaged;  // files that were read, damaged, and are not yet put by
 };
 
 }  // namespace tessaro

@@ -124,8 +124,9 @@ OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observ
   content.columns = ColumnsOf(content.cards);
   OpenReport report;
   report.cards = content.cards.RowCount() - 2;
-  report.end_missing = state == CardTableState::Completed;
-  if (report.end_missing) content.damaged_original = disk_.Resolve(path);
+  report.start_missing = state == CardTableState::StartMissing;
+  report.end_missing = state == CardTableState::EndMissing;
+  if (report.start_missing || report.end_missing) content.damaged.push_back(disk_.Resolve(path));
   return report;
 }
 
@@ -190,7 +191,7 @@ OpenReport CardFile::Restore(const fs::path& path, const StageObserver& observer
   content.settings = std::move(content_.settings);
   content.settings_unreadable = content_.settings_unreadable;
   content.on_disk = content_.on_disk;
-  if (content.damaged_original.empty()) content.damaged_original = content_.damaged_original;
+  content.damaged.insert(content.damaged.begin(), content_.damaged.begin(), content_.damaged.end());
   content_ = std::move(content);
   TableChanged();
   return report;

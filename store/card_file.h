@@ -133,7 +133,9 @@ class CardFile {
   SaveResult WriteIndexes(const CardContent& content, const CardFilePaths& paths, const StageObserver& observer);
   template <typename Index>
   bool WriteIndex(const std::filesystem::path& path, const CardTable& cards, const Index& index);
-  bool KeepDamagedOriginal(CardContent& content, const CardFilePaths& paths);
+  // Puts by the damaged files that a save under these names would lose.
+  bool KeepDamaged(CardContent& content, const CardFilePaths& paths);
+  bool PutBy(const std::filesystem::path& damaged, const std::filesystem::path& cards);
   bool WriteSettings(const CardContent& content, const std::filesystem::path& path);
 
   Disk& disk_;

@@ -63,7 +63,7 @@ SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer)
   SaveResult result = WriteFiles(content_, paths, observer);
   if (result == SaveResult::CardsFailed) return result;
   // The damaged file keeps its name.
-  content_.damaged_original.clear();
+  content_.damaged.clear();
   content_.settings_unreadable = false;
   if (!WriteSettings(content_, paths.settings) && result == SaveResult::Saved) result = SaveResult::SettingsFailed;
   journal_.End();
@@ -77,7 +77,7 @@ SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer)
 
 SaveResult CardFile::WriteFiles(CardContent& content, const CardFilePaths& paths, const StageObserver& observer) {
   Tell(observer, FileStage::SaveCards, 0);
-  if (!KeepDamagedOriginal(content, paths)) return SaveResult::CardsFailed;
+  if (!KeepDamaged(content, paths)) return SaveResult::CardsFailed;
   const auto write = [&](WritableFile& file) {
     StampingWriter stamped(file);
     if (!content.cards.SaveTo(stamped)) return false;
@@ -115,18 +115,25 @@ bool CardFile::WriteIndex(const fs::path& path, const CardTable& cards, const In
   return false;
 }
 
-bool CardFile::KeepDamagedOriginal(CardContent& content, const CardFilePaths& paths) {
-  const fs::path& original = content.damaged_original;
-  if (original.empty() || (original != paths.cards && original != paths.backup)) return true;
-  const std::string stem = fs::path(paths.cards).replace_extension().string() + std::string(kDamagedEnding);
+bool CardFile::KeepDamaged(CardContent& content, const CardFilePaths& paths) {
+  bool kept = true;
+  std::erase_if(content.damaged, [&](const fs::path& damaged) {
+    if (damaged != paths.cards && damaged != paths.backup) return false;
+    const bool put_by = PutBy(damaged, paths.cards);
+    kept = kept && put_by;
+    return put_by;
+  });
+  return kept;
+}
+
+bool CardFile::PutBy(const fs::path& damaged, const fs::path& cards) {
+  const std::string stem = fs::path(cards).replace_extension().string() + std::string(kDamagedEnding);
   int number = 1;
   fs::path kept;
   do {
     kept = stem + std::to_string(number++) + ".mlb";
   } while (disk_.Exists(kept));
-  if (disk_.Exists(original) && !disk_.Link(original, kept) && !Copy(disk_, original, kept)) return false;
-  content.damaged_original.clear();
-  return true;
+  return !disk_.Exists(damaged) || disk_.Link(damaged, kept) || Copy(disk_, damaged, kept);
 }
 
 bool CardFile::SaveSettings() {

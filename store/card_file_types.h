@@ -66,7 +66,8 @@ struct OpenReport {
   bool learn_index_rebuilt = false;  // its file is missing or unusable
   bool link_index_rebuilt = false;
   IndexDefect index_defect = IndexDefect::None;
-  bool end_missing = false;  // the file broke off before its end row; `cards` cards were read
+  bool start_missing = false;  // the file lacks its first row; `cards` cards were read
+  bool end_missing = false;    // it broke off before its end row
   int cards = 0;
   std::optional<UnsavedChanges> unsaved;  // the caller asks whether to take them over
   std::filesystem::path put_aside;        // changes of another state of the file were found and now have this name

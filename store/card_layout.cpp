@@ -70,13 +70,13 @@ CardTableState CompleteCards(CardTable& cards) {
   }
   CardTableState state = CardTableState::Whole;
   if (cards.Peek(columns.id, 1) != kStartMark) {
-    state = CardTableState::Completed;
+    state = CardTableState::StartMissing;
     cards.First();
     cards.InsertRow(false);
     cards.Poke(columns.id, 1, kStartMark);
   }
   if (cards.Peek(columns.id, cards.RowCount()) != kEndMark) {
-    state = CardTableState::Completed;
+    state = CardTableState::EndMissing;
     cards.AppendRow();
     cards.Poke(columns.id, cards.RowCount(), kEndMark);
   }

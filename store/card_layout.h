@@ -10,8 +10,9 @@ void MakeNewCards(CardTable& cards);
 
 enum class CardTableState {
   Whole,
-  Completed,  // a frame row was missing and was added: the file was cut off
-  Unusable,   // no card file, or one without cards
+  StartMissing,  // the first frame row was missing and was added
+  EndMissing,    // the last one, or both: the file was cut off
+  Unusable,      // no card file, or one without cards
 };
 
 // Gives a table that was read the shape of a card file: adds missing columns and missing frame rows, takes rows without

@@ -117,8 +117,14 @@ TEST_F(MainWindowFiles, OpeningTellsOfDefectsOnce) {
   const QString cut =
       u"\nDas Ende der Kartei fehlt, die Datei ist beschädigt.\n5 Karten konnten gelesen werden.\n\n"
       u"Beim nächsten Speichern bleibt die beschädigte Datei\nunter einem anderen Namen erhalten."_s;
+  QString beheaded = cut;
+  beheaded.replace(u"Das Ende"_s, u"Der Anfang"_s).replace(u"5 K"_s, u"6 K"_s);
   const std::pair<std::function<void()>, QStringList> cases[] = {
       {[] {}, {}},
+      {[&] {
+         disk.Put(kTestFile, With(*disk.Content(kTestFile), {"@@", "000009"}));
+       },
+       {beheaded}},
       {[&] { EXPECT_TRUE(disk.Remove("/deck/x.row")); }, {index}},
       {[&] { EXPECT_TRUE(disk.Remove("/deck/x.idt")); }, {index}},
       {[&] { disk.Put(kTestFile, disk.Content(kTestFile)->substr(0, disk.Content(kTestFile)->rfind("##"))); }, {cut}},

@@ -127,6 +127,26 @@ TEST_F(CardFileTest, ADamagedFileIsKeptWhenItIsSavedOver) {
   EXPECT_FALSE(disk_.Exists("/deck/x-beschaedigt-3.mlb") || file_.Open(kTestFile).end_missing);
 }
 
+TEST_F(CardFileTest, ADamagedFileIsKeptWhicheverBackupTakesItsPlace) {
+  const std::string whole = FileText(kTwoCards);
+  const std::string no_end = whole.substr(0, whole.size() - 20);
+  const std::string no_start =
+      With(whole, {whole.substr(whole.find("@@"), whole.find("000007") - whole.find("@@")), ""});
+  for (const char* backup : {"/deck/x.ml~", "/b/y.ml~"}) {
+    disk_ = MemoryDisk();
+    disk_.Put(kTestFile, no_start);
+    disk_.Put(backup, no_end);
+    const OpenReport report = file_.Open(kTestFile);
+    EXPECT_TRUE(report.start_missing && !report.end_missing && report.cards == 2);
+    ASSERT_TRUE(file_.Restore(backup).end_missing);
+    ASSERT_EQ(file_.Save(), SaveResult::Saved);
+    const std::string first = disk_.Content("/deck/x-beschaedigt-1.mlb").value_or("");
+    const std::string second = disk_.Content("/deck/x-beschaedigt-2.mlb").value_or("");
+    EXPECT_EQ(first, no_start);
+    EXPECT_EQ(second.empty() ? disk_.Content(backup) : second, no_end);
+  }
+}
+
 TEST_F(CardFileTest, SaveCopyLeavesTheOpenFileAsItIs) {
   SetScore(file_, 2, 10);
   disk_.Put("/b/kopie.mlb", "war da");

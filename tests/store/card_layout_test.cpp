@@ -56,8 +56,9 @@ TEST(CompleteCards, AddsWhatIsMissingAndKeepsWhatIsThere) {
   const std::tuple<const char*, std::string, CardTableState, std::string> cases[] = {
       {"whole", header + ";@@\nA;1;F;x\n;##\n", Whole, "@@ 1 ## "},
       {"empty lines at the end", header + ";@@\nA;1;F;x\n;##\n\n;;\n", Whole, "@@ 1 ## "},
-      {"no end", header + ";@@\nA;1;F;x\n\n", Completed, "@@ 1 ## "},
-      {"no start", header + "A;1;F;x\n;##\n", Completed, "@@ 1 ## "},
+      {"no end", header + ";@@\nA;1;F;x\n\n", EndMissing, "@@ 1 ## "},
+      {"no start", header + "A;1;F;x\n;##\n", StartMissing, "@@ 1 ## "},
+      {"neither", header + "A;1;F;x\n", EndMissing, "@@ 1 ## "},
       {"a second end inside", header + ";@@\n;##;;mitten\nA;1;F;x\n;##\n", Whole, "@@ ## 1 ## "},
       {"no cards", header + ";@@\n;##\n", Unusable, ""},
       {"only an end", header + ";##\n", Unusable, ""},
