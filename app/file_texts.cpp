@@ -118,6 +118,10 @@ QStringList RemarkTexts(const OpenReport& report) {
                u"Beim nächsten Speichern bleibt die beschädigte Datei\nunter einem anderen Namen erhalten."_s.arg(
                    part, QLocale().toString(report.cards));
   }
+  if (report.settings_unreadable) {
+    remarks << u"\nDie Einstellungen der Kartei\nkönnen nicht gelesen werden.\n\nSie bleiben, wie sie sind; gespeichert "
+               u"werden\nnur die Karten."_s;
+  }
   if (!report.put_aside.empty()) {
     remarks << u"\nZu dieser Kartei gibt es nicht gespeicherte Änderungen,\n"
                u"die zu einem anderen Stand der Datei gehören.\n\nSie bleiben erhalten in der Datei\n%1."_s.arg(

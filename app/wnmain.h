@@ -80,7 +80,7 @@ class TF_wnmain : public QMainWindow {
   QString TellSpace(SaveKind kind, const std::filesystem::path& target);
   // Runs one of the ways to save and says what came of it. The warning stands in the status line to the end.
   using SaveStep = std::function<SaveResult(const StageObserver& observer)>;
-  bool Write(const QString& warning, const SaveStep& save);
+  SaveResult Write(const QString& warning, const SaveStep& save);
   StageObserver ShowStages(LongWork& work);
   void Tell(const OpenReport& report);
   // Asks whether to take over what an earlier run could not save, and does so.

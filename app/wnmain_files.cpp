@@ -207,10 +207,10 @@ bool TF_wnmain::MayOverwrite() {
 
 bool TF_wnmain::FileSaveExecute() {
   if (!file_.IsOpen() || LongWork::Running() || !MayOverwrite()) return false;
-  const bool saved = Write(TellSpace(SaveKind::Plain, file_.paths().cards),
-                           [this](const StageObserver& observer) { return file_.Save(observer); });
-  if (saved) KeepGeneration();
-  return saved;
+  const SaveResult result = Write(TellSpace(SaveKind::Plain, file_.paths().cards),
+                                  [this](const StageObserver& observer) { return file_.Save(observer); });
+  if (result != SaveResult::CardsFailed) KeepGeneration();
+  return result == SaveResult::Saved;
 }
 
 void TF_wnmain::FileSaveAsExecute() {
@@ -220,9 +220,9 @@ void TF_wnmain::FileSaveAsExecute() {
     FileSaveExecute();
     return;
   }
-  const bool saved = Write(TellSpace(SaveKind::AnotherName, target),
-                           [&](const StageObserver& observer) { return file_.SaveAs(target, observer); });
-  if (saved) KeepGeneration();
+  const SaveResult result = Write(TellSpace(SaveKind::AnotherName, target),
+                                  [&](const StageObserver& observer) { return file_.SaveAs(target, observer); });
+  if (result != SaveResult::CardsFailed) KeepGeneration();
   AddRecentFile(program_.settings().ini, file_.paths().cards);
   ShowState();
 }
@@ -235,7 +235,8 @@ void TF_wnmain::MBackupClick() {
                                      u"\nDas ist die offene Kartei selbst.\nBitte wählen Sie einen anderen Namen."_s);
   }
   const QString warning = TellSpace(SaveKind::AnotherName, target);
-  if (!Write(warning, [&](const StageObserver& observer) { return file_.SaveCopy(target, observer); })) return;
+  const auto copy = [&](const StageObserver& observer) { return file_.SaveCopy(target, observer); };
+  if (Write(warning, copy) != SaveResult::Saved) return;
   const QString text = warning.isEmpty() ? u"Backup nach Datei\n%1\nerfolgreich."_s
                                          : u"Backup nach Datei\n%1\nEventuell zu wenig\nPlatz auf Disk."_s;
   program_.messages().Information(this, text.arg(FromPath(target)));
@@ -252,7 +253,7 @@ fs::path TF_wnmain::ChooseTarget(const QString& title) {
   return {};
 }
 
-bool TF_wnmain::Write(const QString& warning, const SaveStep& save) {
+SaveResult TF_wnmain::Write(const QString& warning, const SaveStep& save) {
   SaveResult result = SaveResult::Saved;
   {
     LongWork work(this, program_.clock());
@@ -262,12 +263,12 @@ bool TF_wnmain::Write(const QString& warning, const SaveStep& save) {
   if (result != SaveResult::Saved) {
     ShowStatus(u"Nicht vollständig gespeichert"_s, Accent::Warning);
     program_.messages().Error(Asker(), FailureText(result));
-    return false;
+    return result;
   }
   const QString saved = u"Gespeichert um %1"_s.arg(QTime::currentTime().toString(u"HH:mm"_s));
   warning.isEmpty() ? ShowStatus(saved) : ShowStatus(warning + u' ' + saved, Accent::Warning);
   KeepBytesPerCard();
-  return true;
+  return result;
 }
 
 void TF_wnmain::IndexAufbauExecute() {

@@ -102,7 +102,7 @@ OpenReport CardFile::Open(const fs::path& path, const StageObserver& observer) {
   report = LoadCards(paths.cards, observer, content);
   if (report.result != OpenResult::Opened) return report;
   LoadIndexes(paths, observer, content, report);
-  content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
+  report.settings_unreadable = content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
   const ContentStamp stamp = content.stamp;
   Become(std::move(content), paths, std::move(lock));
   TakeNoteOf(journal_.Find(paths.journal, stamp), report);
@@ -213,7 +213,7 @@ OpenReport CardFile::RestoreAs(const fs::path& cards, const fs::path& backup, co
   const CardIds ids(content.cards);
   content.highest_id = ids.highest();
   report.index_defect = BuildIndexes(content, ids, observer);
-  content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
+  report.settings_unreadable = content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
   content.on_disk = disk_.State(paths.cards);
   const ContentStamp stamp = content.stamp;
   Become(std::move(content), paths, std::move(lock));

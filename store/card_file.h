@@ -83,7 +83,7 @@ class CardFile {
   [[nodiscard]] SaveResult SaveCopy(const std::filesystem::path& path, const StageObserver& observer = {});
   // Saves under another name, which then is the open file, unless CardsFailed is returned.
   [[nodiscard]] SaveResult SaveAs(const std::filesystem::path& path, const StageObserver& observer = {});
-  // Writes only the settings of the card file.
+  // Writes only the settings of the card file. Like every save it leaves settings alone that could not be read.
   [[nodiscard]] bool SaveSettings();
   // Rebuilds both indexes. False when the card table has a defect: already the learning index cannot be built, and both
   // are as they were.

@@ -141,7 +141,7 @@ bool CardFile::SaveSettings() {
 }
 
 bool CardFile::WriteSettings(const CardContent& content, const fs::path& path) {
-  if (content.settings_unreadable) return false;
+  if (content.settings_unreadable) return true;
   if (content.settings.Text().empty() && !disk_.Exists(path)) return true;
   return content.settings.Save(disk_, path);
 }

@@ -66,6 +66,7 @@ struct OpenReport {
   bool learn_index_rebuilt = false;  // its file is missing or unusable
   bool link_index_rebuilt = false;
   IndexDefect index_defect = IndexDefect::None;
+  bool settings_unreadable = false;  // there are settings that could not be read: no save writes over them
   bool start_missing = false;  // the file lacks its first row; `cards` cards were read
   bool end_missing = false;    // it broke off before its end row
   int cards = 0;

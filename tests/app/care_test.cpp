@@ -82,14 +82,20 @@ TEST_F(Care, AFailedCopyIsToldInTheStatusLineAndCostsNothing) {
   Open({Card("000001")});
   int failures = 0;
   int told = 0;
+  int incomplete = 0;
   for (int n = 1; n < 60; ++n) {
-    program.file().RowChanged(2);
+    Change(program.file(), std::to_string(n));
     disk.FailAt(n);
     const bool saved = window().FileSaveExecute();
     disk.FailAt(0);
     if (saved && Status().startsWith(u"Gespeichert, aber"_s)) ++told;
     failures += saved ? 0 : 1;
+    if (saved || messages.errors.last() == u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s) continue;
+    ++incomplete;
+    const std::vector<Generation> copies = GenerationFolder(disk, kBackups).Of(kTestFile);
+    EXPECT_TRUE(!copies.empty() && disk.Content(copies[0].path) == disk.Content(kTestFile)) << "the cards are whole";
   }
+  EXPECT_GT(incomplete, 4);
   EXPECT_GT(told, 4);
   EXPECT_EQ(messages.errors.size(), failures) << "a failed copy brings up no box";
   EXPECT_TRUE(messages.asked.isEmpty());

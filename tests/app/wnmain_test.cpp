@@ -124,7 +124,7 @@ TEST_F(MainWindowFiles, OpeningTellsOfDefectsOnce) {
       {[&] {
          disk.Put(kTestFile, With(*disk.Content(kTestFile), {"@@", "000009"}));
        },
-       {beheaded}},
+       {index, beheaded}},
       {[&] { EXPECT_TRUE(disk.Remove("/deck/x.row")); }, {index}},
       {[&] { EXPECT_TRUE(disk.Remove("/deck/x.idt")); }, {index}},
       {[&] { disk.Put(kTestFile, disk.Content(kTestFile)->substr(0, disk.Content(kTestFile)->rfind("##"))); }, {cut}},
