@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -183,7 +184,7 @@ Disk& RealDisk() {
   return disk;
 }
 
-std::optional<std::string> ReadFile(Disk& disk, const fs::path& path) {
+std::optional<std::string> ReadFile(Disk& disk, const fs::path& path) try {
   const std::unique_ptr<ReadableFile> file = disk.Open(path);
   if (file == nullptr) return std::nullopt;
   constexpr size_t kLeastRoom = size_t{4} * 1024;
@@ -191,7 +192,9 @@ std::optional<std::string> ReadFile(Disk& disk, const fs::path& path) {
   size_t used = 0;
   for (;;) {
     // A byte more than announced, so that the end of an unchanged file is found without making room again.
-    if (used == bytes.size()) bytes.resize(std::max<size_t>({kLeastRoom, 2 * used, file->Size() + 1}));
+    const uint64_t room = std::max<uint64_t>({kLeastRoom, 2 * used, file->Size() + 1});
+    if (used == bytes.size() && room > kMostWhole) return std::nullopt;
+    if (used == bytes.size()) bytes.resize(room);
     const std::ptrdiff_t count = file->Read(bytes.data() + used, bytes.size() - used);
     if (count < 0) return std::nullopt;
     if (count == 0) break;
@@ -199,6 +202,8 @@ std::optional<std::string> ReadFile(Disk& disk, const fs::path& path) {
   }
   bytes.resize(used);
   return bytes;
+} catch (const std::bad_alloc&) {
+  return std::nullopt;
 }
 
 }  // namespace tessaro

@@ -83,7 +83,10 @@ class Disk {
 // The machine's own file system.
 Disk& RealDisk();
 
-// Reads a whole file; nothing when it cannot be opened or read.
+// Reads a whole file; nothing when it cannot be opened or read, or memory is short. Nothing that the program keeps
+// comes near kMostWhole bytes; a larger file is not even begun, since the system might give memory that it does not
+// have.
+inline constexpr uint64_t kMostWhole = uint64_t{1} << 33;
 std::optional<std::string> ReadFile(Disk& disk, const std::filesystem::path& path);
 
 }  // namespace tessaro

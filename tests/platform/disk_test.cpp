@@ -44,6 +44,10 @@ TEST_F(RealDiskTest, TellsFailures) {
   const fs::path nowhere = folder_ / "none" / "x";
   for (const fs::path& bad : {nowhere, folder_}) EXPECT_FALSE(disk_.Open(bad) || disk_.Create(bad));
   EXPECT_EQ(ReadFile(disk_, "/proc/self/mem"), std::nullopt);
+  // A file with a hole, larger than any memory.
+  ASSERT_TRUE(Put(file_, "x"));
+  fs::resize_file(file_, uint64_t{1} << 40);
+  EXPECT_EQ(ReadFile(disk_, file_), std::nullopt);
   EXPECT_FALSE(disk_.Rename(nowhere, file_) || disk_.Remove(folder_) || disk_.FlushFolder(nowhere));
   EXPECT_FALSE(disk_.State(nowhere) || disk_.FreeBytes(nowhere) || !disk_.FileNames(nowhere).empty());
   const auto full = disk_.Create("/dev/full");
