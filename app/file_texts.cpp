@@ -119,8 +119,9 @@ QStringList RemarkTexts(const OpenReport& report) {
                    part, QLocale().toString(report.cards));
   }
   if (report.settings_unreadable) {
-    remarks << u"\nDie Einstellungen der Kartei\nkönnen nicht gelesen werden.\n\nSie bleiben, wie sie sind; gespeichert "
-               u"werden\nnur die Karten."_s;
+    remarks
+        << u"\nDie Einstellungen der Kartei\nkönnen nicht gelesen werden.\n\nSie bleiben, wie sie sind; gespeichert "
+           u"werden\nnur die Karten."_s;
   }
   if (!report.put_aside.empty()) {
     remarks << u"\nZu dieser Kartei gibt es nicht gespeicherte Änderungen,\n"
@@ -163,8 +164,8 @@ QString LowSpaceText(SaveKind kind) {
 }
 
 QString SpaceText(SaveKind kind, const std::filesystem::path& target, const SpaceEstimate& space) {
-  const QString text =
-      u"%1:  %2 Bytes frei, Kartei: %3 Bytes"_s.arg(DriveOf(target)).arg(space.free.value_or(0)).arg(space.needed);
+  const QString free = space.free ? u"%1 Bytes frei"_s.arg(*space.free) : u"freier Platz unbekannt"_s;
+  const QString text = u"%1:  %2, Kartei: %3 Bytes"_s.arg(DriveOf(target)).arg(free).arg(space.needed);
   return kind == SaveKind::Plain ? u"Laufwerk "_s + text : text;
 }
 
