@@ -67,8 +67,8 @@ struct OpenReport {
   bool link_index_rebuilt = false;
   IndexDefect index_defect = IndexDefect::None;
   bool settings_unreadable = false;  // there are settings that could not be read: no save writes over them
-  bool start_missing = false;  // the file lacks its first row; `cards` cards were read
-  bool end_missing = false;    // it broke off before its end row
+  bool start_missing = false;        // the file lacks its first row; `cards` cards were read
+  bool end_missing = false;          // it broke off before its end row
   int cards = 0;
   std::optional<UnsavedChanges> unsaved;  // the caller asks whether to take them over
   std::filesystem::path put_aside;        // changes of another state of the file were found and now have this name

@@ -287,4 +287,8 @@ char CardTable::Quote() const {
   return kQuote;
 }
 
+LineEnd CardTable::line_end() const {
+  return state_->content.line_end;
+}
+
 }  // namespace tessaro

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "store/line_end.h"
+
 namespace tessaro {
 
 class ContentHash;
@@ -100,6 +102,8 @@ class CardTable {
   void SetSeparator(char separator);
   char Separator() const;
   char Quote() const;
+  // Of the file that it was read from; a line feed in a new table.
+  LineEnd line_end() const;
 
  private:
   struct State;

@@ -126,7 +126,7 @@ void IndexWriter::Row(IndexFields fields) {
     if (i > 0) held_ += kFieldSeparator;
     AppendEscaped(fields[i]);
   }
-  held_ += '\n';
+  held_ += line_end_;
   Progress().counter += static_cast<int64_t>(fields.size());
   Progress().ShowPosition(Progress().counter);
   if (held_.size() >= kHeldBytes) good_ = Finish();
@@ -166,6 +166,10 @@ bool ReadIndexText(std::string_view text, const IndexFrame& frame, const CardIds
   table.SetSeparator(kFieldSeparator);
   MemoryReader file(text);
   return table.LoadFrom(file) && ReadIndexTable(table, frame, ids, take);
+}
+
+LineEnd LineEndOf(std::string_view text) {
+  return text.substr(0, text.find('\n')).ends_with('\r') ? LineEnd::CrLf : LineEnd::LineFeed;
 }
 
 IndexedRows::IndexedRows(const CardIds& ids) : ids_(ids) {

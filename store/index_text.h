@@ -9,6 +9,7 @@
 
 #include "store/card_ids.h"
 #include "store/card_table.h"
+#include "store/line_end.h"
 
 // What the two index files have in common. Each is a table in the text format of all tables: column names, a start row,
 // a row for each card, an end row. One column holds the row of the card table as decimal text.
@@ -32,7 +33,8 @@ struct IndexFrame {
 // Writes the rows as the text of a table file, the column names first.
 class IndexWriter {
  public:
-  explicit IndexWriter(WritableFile& file) : file_(file) {}
+  IndexWriter(WritableFile& file, LineEnd line_end)
+      : file_(file), line_end_(line_end == LineEnd::CrLf ? "\r\n" : "\n") {}
   void Row(IndexFields fields);
   // Writes what is still held back. False when anything could not be written.
   [[nodiscard]] bool Finish();
@@ -41,6 +43,7 @@ class IndexWriter {
   void AppendEscaped(std::string_view field);
 
   WritableFile& file_;
+  const std::string_view line_end_;
   std::string held_;
   bool good_ = true;
 };
@@ -53,6 +56,9 @@ using TakeIndexRow = std::function<bool(IndexFields fields)>;
 bool ReadIndexTable(const CardTable& table, const IndexFrame& frame, const CardIds& ids, const TakeIndexRow& take);
 // The same from the text of the file, without making a table of it.
 bool ReadIndexText(std::string_view text, const IndexFrame& frame, const CardIds& ids, const TakeIndexRow& take);
+
+// The line end of a table file, which is that of its first line.
+LineEnd LineEndOf(std::string_view text);
 
 // Reads the card rows that an index names. Whether they fit is decided for all of them together: a look at the cards in
 // the order of an index is one far apart from the last, and many such looks at once take a fraction of the time.

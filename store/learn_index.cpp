@@ -66,7 +66,7 @@ bool LearnIndex::Build(const CardTable& cards, const CardIds& ids) {
 }
 
 template <typename ReadRows>
-bool LearnIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids) {
+bool LearnIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids, LineEnd line_end) {
   LearnIndex adopted;
   IndexedRows rows(ids);
   std::vector<int64_t> keys;
@@ -84,21 +84,22 @@ bool LearnIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids) {
   for (size_t i = 0; i < keys.size(); ++i) adopted.keys_[static_cast<size_t>(rows.rows()[i])] = keys[i];
   adopted.sequence_.Assign(rows.rows());
   adopted.fingerprint_ = ids.fingerprint();
+  adopted.line_end_ = line_end;
   adopted.built_ = true;
   *this = std::move(adopted);
   return true;
 }
 
 bool LearnIndex::Adopt(const CardTable& table, const CardIds& ids) {
-  return AdoptRows(std::bind_front(ReadIndexTable, std::cref(table)), ids);
+  return AdoptRows(std::bind_front(ReadIndexTable, std::cref(table)), ids, table.line_end());
 }
 
 bool LearnIndex::Adopt(std::string_view text, const CardIds& ids) {
-  return AdoptRows(std::bind_front(ReadIndexText, text), ids);
+  return AdoptRows(std::bind_front(ReadIndexText, text), ids, LineEndOf(text));
 }
 
 bool LearnIndex::SaveTo(WritableFile& file, const CardTable& cards) const {
-  IndexWriter writer(file);
+  IndexWriter writer(file, line_end_);
   const int id_column = cards.ColumnIndex(kId);
   writer.Row(kColumns);
   writer.Row(kFirstFields);

@@ -9,6 +9,7 @@
 
 #include "store/card_ids.h"
 #include "store/card_table.h"
+#include "store/line_end.h"
 #include "store/row_sequence.h"
 
 namespace tessaro {
@@ -63,7 +64,7 @@ class LearnIndex {
 
  private:
   template <typename ReadRows>
-  bool AdoptRows(const ReadRows& read_rows, const CardIds& ids);
+  bool AdoptRows(const ReadRows& read_rows, const CardIds& ids, LineEnd line_end);
   int FirstNotBelow(int64_t score) const;
   bool IsInOrder(int position, int64_t score) const;
 
@@ -73,6 +74,7 @@ class LearnIndex {
   // The texts of scores that are not written as nine digits, by card table row: a row is saved as it was read.
   std::unordered_map<int, std::string> odd_scores_;
   uint64_t fingerprint_ = 0;
+  LineEnd line_end_ = LineEnd::LineFeed;  // of the file that it was read from
 };
 
 }  // namespace tessaro

@@ -42,13 +42,14 @@ bool LinkIndex::Build(const CardTable& cards, const CardIds& ids) {
     ids_.push_back(keys[static_cast<size_t>(entry)]);
     entry = last - entry;
   }
+  line_end_ = LineEnd::LineFeed;
   fingerprint_ = ids.fingerprint();
   built_ = true;
   return true;
 }
 
 template <typename ReadRows>
-bool LinkIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids) {
+bool LinkIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids, LineEnd line_end) {
   IndexedRows rows(ids);
   std::vector<int64_t> keys;
   keys.reserve(static_cast<size_t>(ids.RowCount()));
@@ -61,21 +62,22 @@ bool LinkIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids) {
   if (!ascending || !rows.AllFit()) return false;
   ids_ = std::move(keys);
   rows_ = rows.rows();
+  line_end_ = line_end;
   fingerprint_ = ids.fingerprint();
   built_ = true;
   return true;
 }
 
 bool LinkIndex::Adopt(const CardTable& table, const CardIds& ids) {
-  return AdoptRows(std::bind_front(ReadIndexTable, std::cref(table)), ids);
+  return AdoptRows(std::bind_front(ReadIndexTable, std::cref(table)), ids, table.line_end());
 }
 
 bool LinkIndex::Adopt(std::string_view text, const CardIds& ids) {
-  return AdoptRows(std::bind_front(ReadIndexText, text), ids);
+  return AdoptRows(std::bind_front(ReadIndexText, text), ids, LineEndOf(text));
 }
 
 bool LinkIndex::SaveTo(WritableFile& file, const CardTable& cards) const {
-  IndexWriter writer(file);
+  IndexWriter writer(file, line_end_);
   const int id_column = cards.ColumnIndex(kId);
   writer.Row(kColumns);
   writer.Row(kFirstFields);

@@ -6,6 +6,7 @@
 
 #include "store/card_ids.h"
 #include "store/card_table.h"
+#include "store/line_end.h"
 
 namespace tessaro {
 
@@ -30,12 +31,13 @@ class LinkIndex {
 
  private:
   template <typename ReadRows>
-  bool AdoptRows(const ReadRows& read_rows, const CardIds& ids);
+  bool AdoptRows(const ReadRows& read_rows, const CardIds& ids, LineEnd line_end);
 
   bool built_ = false;
   std::vector<int64_t> ids_;   // in index order
   std::vector<int32_t> rows_;  // beside ids_: the card table rows
   uint64_t fingerprint_ = 0;
+  LineEnd line_end_ = LineEnd::LineFeed;  // of the file that it was read from
 };
 
 }  // namespace tessaro

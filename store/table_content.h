@@ -1,12 +1,11 @@
 #pragma once
 
 #include "store/column_list.h"
+#include "store/line_end.h"
 #include "store/row_order.h"
 #include "store/row_store.h"
 
 namespace tessaro {
-
-enum class LineEnd { LineFeed, CrLf };
 
 // What a table holds, as its reader makes it and its writer takes it.
 //

@@ -85,6 +85,18 @@ TEST_F(CardFileTest, FindsCardsThatMovedAndSavesIndexesThatFit) {
   disk_.Put("/deck/x.row", "alt");
   EXPECT_TRUE(file_.RebuildIndexes() && file_.SaveIndexes() == SaveResult::Saved);
   EXPECT_EQ(TextOf("/deck/x.row"), index);
+  // Line ends are kept as they were read, for both indexes.
+  for (const char* path : {"/deck/x.row", "/deck/x.idt"}) {
+    const std::string lines = *disk_.Content(path);
+    std::string text;
+    for (const char c : lines) text += c == '\n' ? "\r\n" : std::string(1, c);
+    disk_.Put(path, text);
+    ASSERT_EQ(file_.Open(kTestFile).result, OpenResult::Opened);
+    EXPECT_EQ(file_.SaveIndexes(), SaveResult::Saved);
+    EXPECT_EQ(disk_.Content(path), text);
+    EXPECT_TRUE(file_.RebuildIndexes() && file_.SaveIndexes() == SaveResult::Saved);
+  }
+  EXPECT_EQ(TextOf("/deck/x.row"), index);
   file_.RowChanged(2);
   disk_.Put("/deck/x.row", "alt");
   EXPECT_EQ(file_.SaveIndexes(), SaveResult::Saved);
