@@ -29,7 +29,7 @@ class ReadableFile {
   virtual uint64_t Size() const = 0;
   // Reads up to `size` bytes; returns how many, 0 at the end of the file, -1 on an error.
   virtual std::ptrdiff_t Read(char* buffer, size_t size) = 0;
-  // The same file from `offset` bytes behind its start on, for another thread; null when it cannot be read in two
+  // The same file from `offset` bytes after its start on, for another thread; null when it cannot be read in two
   // places at once.
   virtual std::unique_ptr<ReadableFile> ReadFrom(uint64_t /*offset*/) { return nullptr; }
 };

@@ -48,7 +48,7 @@ inline std::optional<uint32_t> DigitsOnly(std::string_view text) {
   if (text.empty() || text.size() > kMostDigits) return std::nullopt;
   uint32_t number = 0;
   bool only_digits = true;
-  // Goes on behind a wrong byte: nearly all texts are right, and a loop without a way out is faster.
+  // Goes on after a wrong byte: nearly all texts are right, and a loop without a way out is faster.
   for (const char c : text) {
     const auto digit = static_cast<uint32_t>(static_cast<unsigned char>(c)) - '0';
     only_digits &= digit <= 9;

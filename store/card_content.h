@@ -27,7 +27,7 @@ struct CardContent {
   std::optional<int64_t> unknown;              // how many cards are unknown, as long as none was changed
   ContentStamp stamp;                          // of the card file as it was read or written last
   std::optional<FileState> on_disk;            // the card file as it was read or written last
-  std::vector<std::filesystem::path> damaged;  // files that were read, damaged, and are not yet put by
+  std::vector<std::filesystem::path> damaged;  // files that were read, damaged, and are not yet set aside
 };
 
 }  // namespace tessaro

@@ -49,7 +49,7 @@ class CardTable {
   // Inserts a row of null fields before or after the cursor row; false when there is none. The cursor keeps its number.
   // After InsertRow(false) that is the new row. Deliberate: after InsertRow(true) the cursor number reads as the new
   // row too, and every higher number as the row after the one it should be, until a row before it is read. Only reading
-  // and setting of fields counts, moves of the cursor do not; a number that would so lie behind the last row ends this
+  // and setting of fields counts, moves of the cursor do not; a number that would so lie past the last row ends this
   // as well. Peek and Poke take the true numbers, and a save writes every row once.
   bool InsertRow(bool after);
   // Deletes the cursor row. The cursor keeps its number, or goes to the last row when there is none of that number.
@@ -83,7 +83,7 @@ class CardTable {
 
   // Reads a file in place of what the table holds, with the table's separator, and takes the table's name from the
   // path. The cursor then stands on the last row. Missing fields of short lines are null, what is too much is dropped,
-  // and so is what stands behind the last separator of a last line without a line feed. A carriage return before a line
+  // and so is what stands after the last separator of a last line without a line feed. A carriage return before a line
   // feed vanishes. False when the file could not be opened or reading broke off: the table is as it was.
   [[nodiscard]] bool LoadFromFile(const std::filesystem::path& path);
   // Writes a file, with the line ends that the table was read with; the cursor then stands on the last row. The file is

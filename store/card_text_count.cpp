@@ -17,7 +17,7 @@ std::string_view WithoutLineEnd(std::string_view line) {
   return line;
 }
 
-// The field of a line; a backslash takes the meaning from the separator behind it.
+// The field of a line; a backslash takes the meaning from the separator after it.
 std::string_view FieldOf(std::string_view line, int field) {
   size_t start = 0;
   for (size_t at = 0; at < line.size(); ++at) {

@@ -19,7 +19,7 @@ class CardTextCount {
   // The next bytes of the file.
   void Add(std::string_view bytes);
 
-  // Complete lines behind the line of the column names.
+  // Complete lines after the line of the column names.
   int64_t rows() const { return lines_ > 0 ? lines_ - 1 : 0; }
   // Whether the text ends with the row that ends every card file, line end included.
   bool HasEndRow() const;

@@ -21,7 +21,7 @@ class RowSource {
   virtual ~RowSource() = default;
   // Called first. Whether the columns have exactly these names.
   virtual bool HasColumns(IndexFields names) = 0;
-  // Fills the fields; false behind the last row.
+  // Fills the fields; false after the last row.
   virtual bool Next(std::span<std::string_view> fields) = 0;
 };
 
@@ -104,7 +104,7 @@ class PlainTextSource : public RowSource {
   std::array<uint32_t, kPiece + kScanWidth> marks_ = {};  // of the piece, counted from its start
   size_t next_ = 0;
   size_t count_ = 0;
-  std::array<char, kPiece + kScanWidth> last_ = {};  // a piece with nothing readable behind it
+  std::array<char, kPiece + kScanWidth> last_ = {};  // a piece with nothing readable past its end
 };
 
 bool ReadRows(RowSource& source, const IndexFrame& frame, const CardIds& ids, const TakeIndexRow& take) {

@@ -32,7 +32,7 @@ bool IsQuoted(std::string_view value) {
 // One line of the text, without its end.
 struct Line {
   size_t begin = 0;
-  size_t end = 0;   // behind the last byte of the content
+  size_t end = 0;   // past the last byte of the content
   size_t next = 0;  // where the next line begins
 };
 
@@ -82,7 +82,7 @@ struct Found {
   Line key_line;
   bool has_key = false;
   bool has_section = false;
-  size_t section_end = 0;  // behind the last line of the first such section that is not blank
+  size_t section_end = 0;  // past the last line of the first such section that is not blank
 };
 
 Found Find(std::string_view text, std::string_view section, std::string_view key) {
@@ -107,7 +107,7 @@ Found Find(std::string_view text, std::string_view section, std::string_view key
   return found;
 }
 
-// The part of a key line behind the "=" and the blanks that follow it.
+// The part of a key line after the "=" and the blanks that follow it.
 Line ValueOf(std::string_view text, const Line& line) {
   Line value = line;
   value.begin = text.find('=', line.begin) + 1;

@@ -61,7 +61,7 @@ std::string JournalText(const JournalRecord& record);
 // Takes any bytes; nothing when there is no whole head. Reading ends before the first record that is cut or damaged.
 std::optional<JournalContents> ParseJournal(std::string_view text);
 
-// The records that a card file of this stamp lacks: those behind the last place where the journal tells of it. Nothing
+// The records that a card file of this stamp lacks: those after the last place where the journal tells of it. Nothing
 // when it never does: the journal is that of another state. The result may be empty: all of it was saved.
 std::optional<std::vector<JournalRecord>> ChangesSince(JournalContents contents, const ContentStamp& stamp);
 

@@ -58,7 +58,7 @@ class LearnIndex {
     bool operator==(const Place&) const = default;
   };
   Place PlaceOf(int card_row) const;
-  // Turns later updates of the card round: it stands again as PlaceOf said, among equal scores too, provided that all
+  // Reverts later updates of the card: it stands again as PlaceOf said, among equal scores too, provided that all
   // other cards do. Where they do not and the order of the scores forbids the row, the score decides as in Update.
   void Restore(const Place& place);
 

@@ -7,7 +7,7 @@ namespace tessaro {
 // One piece of memory that can grow. Room that is never touched costs nothing, so a guess may be generous.
 class MemoryBlock {
  public:
-  // So many bytes behind the room may be read (not written), so that a scan can look at whole groups of bytes.
+  // This many bytes past the room may be read (not written), so that a scan can look at whole groups of bytes.
   static constexpr size_t kReadableBehind = 64;
 
   MemoryBlock() = default;

@@ -19,7 +19,7 @@ namespace tessaro {
 //
 // A record is a run of 32-bit words: two for the row's place (its start in the block, or the number of the changed row)
 // and its kind, then for a loaded row the ends of its fields, counted from the start, two in a word, or one in a word
-// where the row is too long for that. Field k begins one byte behind the end of field k - 1. A row that is shorter than
+// where the row is too long for that. Field k begins one byte past the end of field k - 1. A row that is shorter than
 // the table has the number of its ends in a word before them. A row of more than 4 GiB becomes a changed row.
 //
 // Fields count from 0 here; a field that a row does not have is null.
@@ -52,7 +52,7 @@ class RowStore {
   void GetAll(RowHandle row, std::span<const int> columns, std::span<std::string_view> values) const;
   // `value` may be a view into this store. The field must exist.
   void Set(RowHandle row, int field, Value value);
-  // Replaces all fields of a row; the row then has so many.
+  // Replaces all fields of a row; the row then has as many.
   void SetAll(RowHandle row, std::vector<FieldText> fields);
   // The bytes of a row that is unchanged and was read in just the form that it would be written in.
   Value AsWritten(RowHandle row) const;
@@ -76,7 +76,7 @@ class RowStore {
   Value FieldAt(const Place& place, int field) const;
   uint32_t* AddRecord(size_t words, RowHandle& row);
   static void PackEnds(std::span<const size_t> ends, bool wide, uint32_t* words);
-  // The fields of a loaded row, null ones behind the last end.
+  // The fields of a loaded row, null ones after the last end.
   template <typename EndOf>
   ChangedRow FieldsInBlock(uint64_t start, size_t count, EndOf end_of) const;
   ChangedRow& Change(RowHandle row);

@@ -173,7 +173,7 @@ bool TableReader::FindFirstLine(size_t start) {
   return false;
 }
 
-// Reads the line that goes over the middle to its end, takes over the rows behind it and goes on where the second half
+// Reads the line that goes over the middle to its end, takes over the rows after it and goes on where the second half
 // ends.
 bool TableReader::JoinSecondHalf() {
   const std::unique_ptr<SecondHalf> half = std::move(second_half_);
@@ -235,7 +235,7 @@ void TableReader::AddName(size_t from, size_t to) {
 // Goes through what has been read and stops before a mark whose meaning depends on bytes still to come.
 bool TableReader::ReadRows() {
   std::array<uint32_t, kScanSize + kScanWidth> places;
-  // The search for marks looks behind its text, which is not to be touched where the other half begins.
+  // The search for marks looks past the end of its text, which is not to be touched where the other half begins.
   const size_t end = second_half_ ? std::min(size_, room_ - kScanWidth) : size_;
   while (scan_ < end && !full_) {
     const size_t start = scan_;

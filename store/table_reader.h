@@ -16,11 +16,11 @@ class ReadableFile;
 struct ProgressState;
 
 // Reads a table file into an empty content, once. The file is read piece by piece into one block, and each piece is
-// taken apart while it is still in the processor's cache. Escapes are undone in place: the text of a row behind an
+// taken apart while it is still in the processor's cache. Escapes are undone in place: the text of a row after an
 // escape moves to the front, so that every field still is one run of bytes.
 //
-// The second half of a large file is read on a thread of its own, from the first line end behind the middle that is one
-// whatever stands before it; its rows then are put behind those of the first half.
+// The second half of a large file is read on a thread of its own, from the first line end after the middle that is one
+// whatever stands before it; its rows then are put after those of the first half.
 class TableReader {
  public:
   // Smaller files are read in one go.
@@ -83,7 +83,7 @@ class TableReader {
   size_t scan_ = 0;  // bytes looked at so far
   size_t columns_ = 0;
   bool at_end_ = false;
-  bool in_lines_ = false;  // the names, or what comes before the first line of a second half, lie behind
+  bool in_lines_ = false;  // the names, or what comes before the first line of a second half, have been read
   bool full_ = false;
   size_t first_line_ = 0;  // where that of a second half starts
   Line line_;

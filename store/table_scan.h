@@ -6,14 +6,14 @@
 
 namespace tessaro {
 
-// FindMarks reads up to so many bytes behind the text, and writes up to so many places behind those that it found.
+// FindMarks may read this many bytes past the end of the text, and write this many places past those that it found.
 inline constexpr size_t kScanWidth = 64;
 
 // Writes where in the text the separators, backslashes and line feeds are, in ascending order, and returns how many.
 // `text` has less than 4 GiB; `places` has room for `size` + kScanWidth numbers.
 size_t FindMarks(const char* text, size_t size, char separator, uint32_t* places);
 
-// Where the first of these marks is; the size of the text when there is none. Reads nothing behind it.
+// Where the first of these marks is; the size of the text when there is none. Reads nothing past its end.
 size_t FindFirstMark(std::string_view text, char separator);
 
 }  // namespace tessaro
