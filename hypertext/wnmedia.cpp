@@ -31,17 +31,16 @@ void TF_wnmedia::PlaySound(const QString& path) {
 }
 
 void TF_wnmedia::PlayVideo(const QString& path) {
-  setWindowTitle(path.isEmpty() ? QStringLiteral("Video") : QFileInfo(path).fileName());
-  ui_->PanelVideo->Clear();
+  setWindowTitle(QFileInfo(path).fileName());
   show();
   raise();
   activateWindow();
-  Start(Playing::Video, path, ui_->PanelVideo);
+  StartVideo(path, *ui_->PanelVideo);
 }
 
 void TF_wnmedia::PlayVideoOn(const QString& path, VideoScreen& screen) {
   hide();
-  Start(Playing::Video, path, &screen);
+  StartVideo(path, screen);
 }
 
 void TF_wnmedia::StopAll() {
@@ -49,12 +48,13 @@ void TF_wnmedia::StopAll() {
   hide();
 }
 
-void TF_wnmedia::Start(Playing kind, const QString& path, VideoScreen* screen) {
-  path_ = path;
-  playing_ = kind;
+void TF_wnmedia::StartVideo(const QString& path, VideoScreen& screen) {
+  video_path_ = path;
+  playing_ = Playing::Video;
   paused_ = false;
+  screen.Clear();
   ShowState(QString(), true);
-  player_->Play(path, screen);
+  player_->Play(path, &screen);
 }
 
 void TF_wnmedia::Stop() {
@@ -64,27 +64,25 @@ void TF_wnmedia::Stop() {
 }
 
 void TF_wnmedia::PlayNextSound() {
-  if (!waiting_sounds_.isEmpty()) Start(Playing::Sound, waiting_sounds_.takeFirst(), nullptr);
+  if (waiting_sounds_.isEmpty()) return;
+  playing_ = Playing::Sound;
+  player_->Play(waiting_sounds_.takeFirst(), nullptr);
 }
 
 void TF_wnmedia::OnEnded() {
-  const Playing ended = std::exchange(playing_, Playing::Nothing);
-  if (ended == Playing::Video) {
-    ShowState(QStringLiteral("Ende des Videos"), false);
-    Q_EMIT VideoEnded();
-  }
-  PlayNextSound();
+  End(QStringLiteral("Ende des Videos"), true);
 }
 
 void TF_wnmedia::OnFailed() {
-  const Playing failed = std::exchange(playing_, Playing::Nothing);
-  const QString name = QFileInfo(path_).fileName();
-  ShowState(name.isEmpty() ? QStringLiteral("Die Videodatei wurde nicht gefunden.")
-                           : QStringLiteral("\"%1\" kann auf diesem Rechner nicht abgespielt werden.").arg(name),
-            false);
-  Q_EMIT PlayingFailed(path_);
-  if (failed == Playing::Video) Q_EMIT VideoEnded();
+  const QString name = QFileInfo(video_path_).fileName();
+  End(QStringLiteral("\"%1\" kann auf diesem Rechner nicht abgespielt werden.").arg(name), false);
+}
+
+void TF_wnmedia::End(const QString& video_state, bool played) {
+  const Playing ended = std::exchange(playing_, Playing::Nothing);
+  if (ended == Playing::Video) ShowState(video_state, false);
   PlayNextSound();
+  if (ended == Playing::Video && !isVisible()) Q_EMIT VideoEnded(played);
 }
 
 void TF_wnmedia::ButtonPauseClick() {
@@ -94,14 +92,13 @@ void TF_wnmedia::ButtonPauseClick() {
 }
 
 void TF_wnmedia::ButtonAgainClick() {
-  Start(Playing::Video, path_, ui_->PanelVideo);
+  StartVideo(video_path_, *ui_->PanelVideo);
 }
 
 void TF_wnmedia::ShowState(const QString& text, bool running) {
   ui_->LabelState->setText(text);
   ui_->ButtonPause->setEnabled(running);
   ui_->ButtonPause->setText(paused_ ? QStringLiteral("&Weiter") : QStringLiteral("&Pause"));
-  ui_->ButtonAgain->setEnabled(!path_.isEmpty());
 }
 
 void TF_wnmedia::closeEvent(QCloseEvent* event) {

@@ -24,7 +24,7 @@ class TF_wnmedia : public QWidget {
 
   // Sounds asked for while another one is played follow it. One that cannot be played is passed over.
   void PlaySound(const QString& path);
-  // Opens the window and plays the video in it; an empty or unplayable path shows a message there.
+  // Opens the window and plays the video in it.
   void PlayVideo(const QString& path);
   // Plays the video on another window's screen, for example in the place that a card has for it.
   void PlayVideoOn(const QString& path, VideoScreen& screen);
@@ -32,8 +32,7 @@ class TF_wnmedia : public QWidget {
   void StopAll();
 
  Q_SIGNALS:
-  void VideoEnded();  // also when it could not be played
-  void PlayingFailed(const QString& path);
+  void VideoEnded(bool played);  // on another window's screen; false: it could not be played
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -42,11 +41,12 @@ class TF_wnmedia : public QWidget {
  private:
   enum class Playing { Nothing, Sound, Video };
 
-  void Start(Playing kind, const QString& path, VideoScreen* screen);
+  void StartVideo(const QString& path, VideoScreen& screen);
   void Stop();
   void PlayNextSound();
   void OnEnded();
   void OnFailed();
+  void End(const QString& video_state, bool played);
   void ButtonPauseClick();
   void ButtonAgainClick();
   void ShowState(const QString& text, bool running);
@@ -54,7 +54,7 @@ class TF_wnmedia : public QWidget {
   std::unique_ptr<Ui::TF_wnmedia> ui_;
   std::unique_ptr<MediaPlayer> player_;
   QStringList waiting_sounds_;
-  QString path_;  // of what is or was played
+  QString video_path_;  // of the video that is or was played
   Playing playing_ = Playing::Nothing;
   bool paused_ = false;
 };

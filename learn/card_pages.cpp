@@ -148,7 +148,8 @@ void CardPages::ConnectFrame() {
   connect(frame_, &TFrameHtml::LinkClicked, this, &CardPages::LinkClicked);
   connect(frame_, &TFrameHtml::SoundWanted, this, &CardPages::SoundWanted);
   connect(frame_, &TFrameHtml::VideoClicked, this, [this](const QString& path) {
-    Q_EMIT VideoWanted(path, path.isEmpty() ? nullptr : frame_->OpenVideoPanel());
+    if (path.isEmpty()) return Q_EMIT DrawingFailed();
+    Q_EMIT VideoWanted(path, frame_->OpenVideoPanel());
   });
   connect(frame_, &TFrameHtml::DrawingFailed, this, &CardPages::DrawingFailed);
 }

@@ -39,8 +39,8 @@ class TF_wnlern : public QMainWindow, private LearningView {
   // Lets the user choose the method, a Leitner box for example, and goes on with it.
   void SpeedButtonLeitnerClick();
 
-  // The video that was asked for came to its end.
-  void VideoEnded();
+  // The video that was asked for came to its end, or could not be played.
+  void VideoEnded(bool played);
 
  Q_SIGNALS:
   // The window was closed, its settings and the positions of the run are kept in memory.

@@ -139,8 +139,9 @@ void TF_wnlern::MNeueKartenClick(bool on) {
   settings_.ini.SetInt("newcards", "checked", on ? 1 : 0);
 }
 
-void TF_wnlern::VideoEnded() {
+void TF_wnlern::VideoEnded(bool played) {
   ui_->PageControlAnz->CloseVideo();
+  if (!played) messages_.Error(this, DrawingFailedText());
 }
 
 void TF_wnlern::MKopierenClick() {

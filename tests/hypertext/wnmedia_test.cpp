@@ -40,10 +40,8 @@ TEST_F(MediaWindow, SoundsFollowOneAnotherWithoutTheWindow) {
   EXPECT_EQ(Notes(), "sound a.wav");
   Q_EMIT player->Ended();
   EXPECT_EQ(Notes(), "sound b.mid");
-  QSignalSpy failures(&window, &TF_wnmedia::PlayingFailed);
   Q_EMIT player->Failed();
   EXPECT_EQ(Notes(), "sound c.wav");
-  EXPECT_EQ(failures[0][0].toString(), u"b.mid"_s);
   EXPECT_FALSE(window.isVisible());
 }
 
@@ -67,11 +65,22 @@ TEST_F(MediaWindow, VideosPausePlayAgainAndEndWithTheWindow) {
   QTest::keyClick(&window, Qt::Key_Escape);
   EXPECT_FALSE(window.isVisible());
   EXPECT_EQ(Notes(), "video f.avi, pause, go on, video f.avi, stop");
+}
+
+TEST_F(MediaWindow, AVideoThatCannotBePlayedIsToldAndTheNextSoundChangesNothingOfThat) {
   QSignalSpy ends(&window, &TF_wnmedia::VideoEnded);
-  window.PlayVideo(u"/karten/g.avi"_s);
+  VideoScreen screen;
+  window.PlayVideoOn(u"f.avi"_s, screen);
   Q_EMIT player->Failed();
+  EXPECT_EQ(ends, QList<QVariantList>({{false}}));
+  window.PlayVideo(u"/karten/g.avi"_s);
+  window.PlaySound(u"a.wav"_s);
+  Q_EMIT player->Failed();
+  EXPECT_EQ(ends.count(), 1) << "the window tells it itself";
   EXPECT_TRUE(Control<QLabel>(window, u"LabelState"_s).text().contains(u"\"g.avi\""_s));
-  EXPECT_EQ(ends.count(), 1);
+  EXPECT_FALSE(Control<QPushButton>(window, u"ButtonPause"_s).isEnabled());
+  QTest::mouseClick(&Control<QPushButton>(window, u"ButtonAgain"_s), Qt::LeftButton);
+  EXPECT_EQ(Notes(), "video f.avi, video /karten/g.avi, sound a.wav, video /karten/g.avi");
 }
 
 // The machine's own player, whatever the machine has: every file comes to its end, and nothing waits for it.
