@@ -174,6 +174,7 @@ void TFrameHtml::PlacePaintBox() {
   const QSize size(state.layout.size.width, state.layout.size.height);
   const int left = std::max(kPaper, (contentsRect().width() - size.width()) / 2);
   state.paint_box->setGeometry(QRect(QPoint(left, kPaper), size));
+  if (HasVideo()) state.panel_video->setGeometry(state.targets.back().rect);
   const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
   state.paper->setMinimumSize(std::max(size.width() + 2 * kPaper, left + size.width()), size.height() + 2 * kPaper);
   verticalScrollBar()->setSingleStep(std::max(QFontMetrics(state.look.font).height(), bar));
@@ -230,11 +231,12 @@ void TFrameHtml::TellDrawingFailed() {
   QMetaObject::invokeMethod(this, &TFrameHtml::DrawingFailed, Qt::QueuedConnection);
 }
 
+bool TFrameHtml::HasVideo() const {
+  return !state_->targets.empty() && state_->targets.back().video;
+}
+
 VideoScreen* TFrameHtml::OpenVideoPanel() {
-  const auto& targets = state_->targets;
-  if (targets.empty() || !targets.back().video) return nullptr;
-  state_->panel_video->setGeometry(targets.back().rect);
-  state_->panel_video->Clear();
+  if (!HasVideo()) return nullptr;
   state_->panel_video->show();
   return state_->panel_video;
 }

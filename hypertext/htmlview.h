@@ -40,7 +40,7 @@ class TFrameHtml : public QScrollArea {
   void RefreshSide();
   const Layout& layout() const;
 
-  // Opens a screen in the place of the side's video area, until the next side is shown or the panel is closed. Null
+  // Opens the screen in the place of the side's video area, until the next side is shown or the panel is closed. Null
   // when the side has no video area.
   VideoScreen* OpenVideoPanel();
   void CloseVideoPanel();
@@ -66,6 +66,7 @@ class TFrameHtml : public QScrollArea {
   void LayOutSide();
   void PlacePaintBox();
   void CollectTargets();
+  bool HasVideo() const;
   void SelectTarget(int index);
   void Follow(int index);
   int TargetIndexAt(QPoint point) const;

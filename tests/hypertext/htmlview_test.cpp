@@ -192,6 +192,12 @@ TEST_F(HtmlView, TheVideoAreaAnswersToTheMouseAndHoldsThePanel) {
   ASSERT_NE(panel, nullptr);
   EXPECT_EQ(panel->geometry(), area);
   EXPECT_TRUE(panel->isVisible());
+  Show(
+      "Worte, die in einem schmalen Fenster mehr Zeilen brauchen als zuvor<embed src=\"film.avi\" width=\"120\" "
+      "height=\"80\">");
+  const int top = frame->OpenVideoPanel()->y();
+  window.resize(250, 400);
+  EXPECT_GT(panel->y(), top) << "it stays in its place";
   Show("weiter");
   EXPECT_FALSE(panel->isVisible());
 }
