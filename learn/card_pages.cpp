@@ -165,6 +165,7 @@ void CardPages::SetLinkColours(std::function<ColourClass(int64_t card_id)> colou
 
 void CardPages::ShowSide(std::string_view side, const SideLook& look) {
   Dress(look);
+  video_->Clear();
   frame_->ShowSide(side, look);
   text_->setPlainText(FromBytes(PlainText(side)));
   ShowPages(side);

@@ -10,6 +10,8 @@
 #include <fstream>
 #include <string>
 
+#include "hypertext/video_screen.h"
+
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
@@ -63,6 +65,22 @@ TEST_F(CardPagesTest, TextPagesShowWhatAPersonReads) {
   ShowSide("<b>Eins</b> und <a href=\"1\">zwei</a><br>drei &lt;<#TEXT:notiz.txt>");
   EXPECT_EQ(pages.findChild<QPlainTextEdit*>(u"Text"_s)->toPlainText(), u"Eins und zwei\ndrei <"_s);
   EXPECT_EQ(pages.findChild<QPlainTextEdit*>(u"TextPlus"_s)->toPlainText(), u"Gruß"_s);
+}
+
+TEST_F(CardPagesTest, NothingOfTheVideoBeforeStaysOnTheNextSide) {
+  QSignalSpy wanted(&pages, &CardPages::VideoWanted);
+  pages.resize(400, 300);
+  pages.show();
+  ShowSide("<#PLAY:film.avi>");
+  ASSERT_EQ(wanted.count(), 1);
+  auto* screen = wanted[0][1].value<VideoScreen*>();
+  const auto shown = [screen] { return screen->grab().toImage().pixel(screen->rect().center()); };
+  QImage frame(8, 8, QImage::Format_RGB32);
+  frame.fill(Qt::red);
+  screen->ShowFrame(frame);
+  ASSERT_EQ(shown(), qRgb(255, 0, 0));
+  ShowSide("<#PLAY:film.avi+>");
+  EXPECT_EQ(shown(), qRgb(0, 0, 0));
 }
 
 }  // namespace
