@@ -27,6 +27,8 @@ constexpr QSize kInitialSize = {499, 319};
 constexpr int kPaper = 16;           // paper around the paint box
 constexpr int kLettersPerLine = 75;  // longer lines are hard to read
 constexpr int kNoTarget = -1;
+const QString kVideoHint = QStringLiteral(
+    "Klick oder Enter: abspielen, anhalten, fortsetzen\nDoppelklick oder Umschalt+Enter: in eigenem Fenster");
 
 int PointsOf(const QFont& font) {
   return font.pointSize() > 0 ? font.pointSize() : QFontInfo(font).pointSize();
@@ -70,8 +72,9 @@ class TFrameHtml::PaintBox : public QWidget {
   }
 
   void mouseMoveEvent(QMouseEvent* event) override {
-    const bool hit = frame_.TargetIndexAt(event->position().toPoint()) != kNoTarget;
-    setCursor(hit ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    const int hit = frame_.TargetIndexAt(event->position().toPoint());
+    setCursor(hit != kNoTarget ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    setToolTip(frame_.IsVideo(hit) ? kVideoHint : QString());
   }
 
   void mousePressEvent(QMouseEvent* event) override {
@@ -81,7 +84,9 @@ class TFrameHtml::PaintBox : public QWidget {
   }
 
   // The second press of a double click would follow a link of the card that has just appeared.
-  void mouseDoubleClickEvent(QMouseEvent* event) override { event->accept(); }
+  void mouseDoubleClickEvent(QMouseEvent* event) override {
+    frame_.Enlarge(frame_.TargetIndexAt(event->position().toPoint()));
+  }
 
  private:
   void PaintSelection(QPainter& painter, const QRect& rect) const {
@@ -215,14 +220,22 @@ int TFrameHtml::TargetIndexAt(QPoint point) const {
 
 void TFrameHtml::Follow(int index) {
   const Target target = state_->targets[static_cast<size_t>(index)];
-  if (!target.video) {
-    Q_EMIT LinkClicked(target.card);
-    return;
-  }
+  target.video ? Q_EMIT VideoClicked(VideoPath()) : Q_EMIT LinkClicked(target.card);
+}
+
+void TFrameHtml::Enlarge(int index) {
+  if (IsVideo(index)) Q_EMIT VideoDoubleClicked(VideoPath());
+}
+
+bool TFrameHtml::IsVideo(int index) const {
+  return index != kNoTarget && state_->targets[static_cast<size_t>(index)].video;
+}
+
+QString TFrameHtml::VideoPath() {
   const auto& fragments = state_->layout.fragments;
   const auto video = std::find_if(fragments.begin(), fragments.end(),
                                   [](const Fragment& fragment) { return fragment.kind == Fragment::Kind::Video; });
-  Q_EMIT VideoClicked(state_->pictures.PathOf(video->text));
+  return state_->pictures.PathOf(video->text);
 }
 
 // Told once a side, and not out of the middle of drawing.
@@ -285,6 +298,7 @@ void TFrameHtml::focusOutEvent(QFocusEvent* event) {
 
 void TFrameHtml::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (enter && event->modifiers() & Qt::ShiftModifier) return Enlarge(state_->selected);
   if (enter && state_->selected != kNoTarget) return Follow(state_->selected);
   QScrollArea::keyPressEvent(event);
 }

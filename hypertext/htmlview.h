@@ -46,10 +46,11 @@ class TFrameHtml : public QScrollArea {
   void CloseVideoPanel();
 
  Q_SIGNALS:
-  void LinkClicked(int card_id);           // 0: the link leads to nothing
-  void SoundWanted(const QString& path);   // a sound embed of the side just shown
-  void VideoClicked(const QString& path);  // the video area was clicked; empty: there is no such file
-  void DrawingFailed();                    // the side could not be drawn whole; what was done before stays
+  void LinkClicked(int card_id);                 // 0: the link leads to nothing
+  void SoundWanted(const QString& path);         // a sound embed of the side just shown
+  void VideoClicked(const QString& path);        // the video area was clicked; empty: there is no such file
+  void VideoDoubleClicked(const QString& path);  // to be seen larger; a click came before
+  void DrawingFailed();                          // the side could not be drawn whole; what was done before stays
 
  protected:
   bool event(QEvent* event) override;
@@ -69,6 +70,9 @@ class TFrameHtml : public QScrollArea {
   bool HasVideo() const;
   void SelectTarget(int index);
   void Follow(int index);
+  void Enlarge(int index);
+  bool IsVideo(int index) const;
+  QString VideoPath();
   int TargetIndexAt(QPoint point) const;
   void TellDrawingFailed();
 

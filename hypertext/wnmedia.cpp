@@ -17,7 +17,7 @@ TF_wnmedia::TF_wnmedia(std::unique_ptr<MediaPlayer> player, QWidget* parent)
   ui_->setupUi(this);
   connect(player_.get(), &MediaPlayer::Ended, this, &TF_wnmedia::OnEnded);
   connect(player_.get(), &MediaPlayer::Failed, this, &TF_wnmedia::OnFailed);
-  connect(ui_->ButtonPause, &QPushButton::clicked, this, &TF_wnmedia::ButtonPauseClick);
+  connect(ui_->ButtonPause, &QPushButton::clicked, this, &TF_wnmedia::TogglePause);
   connect(ui_->ButtonAgain, &QPushButton::clicked, this, &TF_wnmedia::ButtonAgainClick);
   connect(ui_->ButtonClose, &QPushButton::clicked, this, &QWidget::close);
 }
@@ -39,6 +39,7 @@ void TF_wnmedia::PlayVideo(const QString& path) {
 }
 
 void TF_wnmedia::PlayVideoOn(const QString& path, VideoScreen& screen) {
+  if (playing_ == Playing::Video && screen_ == &screen && video_path_ == path) return TogglePause();
   hide();
   StartVideo(path, screen);
 }
@@ -50,6 +51,7 @@ void TF_wnmedia::StopAll() {
 
 void TF_wnmedia::StartVideo(const QString& path, VideoScreen& screen) {
   video_path_ = path;
+  screen_ = &screen;
   playing_ = Playing::Video;
   paused_ = false;
   screen.Clear();
@@ -85,7 +87,7 @@ void TF_wnmedia::End(const QString& video_state, bool played) {
   if (ended == Playing::Video && !isVisible()) Q_EMIT VideoEnded(played);
 }
 
-void TF_wnmedia::ButtonPauseClick() {
+void TF_wnmedia::TogglePause() {
   paused_ = !paused_;
   player_->SetPaused(paused_);
   ShowState(paused_ ? QStringLiteral("Angehalten") : QString(), true);
@@ -110,7 +112,7 @@ void TF_wnmedia::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) {
     close();
   } else if (event->key() == Qt::Key_Space && ui_->ButtonPause->isEnabled()) {
-    ButtonPauseClick();
+    TogglePause();
   } else {
     QWidget::keyPressEvent(event);
   }

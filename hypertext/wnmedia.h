@@ -13,7 +13,8 @@ class TF_wnmedia;
 
 namespace tessaro {
 
-// The media window: plays the sounds and videos of a card. Videos open it, sounds are played without it.
+// The media window: plays the sounds and videos of a card. It opens only for a video that is to be seen larger than in
+// its place in the card.
 class TF_wnmedia : public QWidget {
   Q_OBJECT
 
@@ -26,7 +27,8 @@ class TF_wnmedia : public QWidget {
   void PlaySound(const QString& path);
   // Opens the window and plays the video in it.
   void PlayVideo(const QString& path);
-  // Plays the video on another window's screen, for example in the place that a card has for it.
+  // Plays the video on another window's screen, for example in the place that a card has for it. Where it is played
+  // there already, it pauses or goes on.
   void PlayVideoOn(const QString& path, VideoScreen& screen);
   // Ends all playing, drops waiting sounds and closes the window: for when the card changes.
   void StopAll();
@@ -47,14 +49,15 @@ class TF_wnmedia : public QWidget {
   void OnEnded();
   void OnFailed();
   void End(const QString& video_state, bool played);
-  void ButtonPauseClick();
+  void TogglePause();
   void ButtonAgainClick();
   void ShowState(const QString& text, bool running);
 
   std::unique_ptr<Ui::TF_wnmedia> ui_;
   std::unique_ptr<MediaPlayer> player_;
   QStringList waiting_sounds_;
-  QString video_path_;  // of the video that is or was played
+  QString video_path_;                   // of the video that is or was played
+  const VideoScreen* screen_ = nullptr;  // where it is or was seen, only to be compared
   Playing playing_ = Playing::Nothing;
   bool paused_ = false;
 };

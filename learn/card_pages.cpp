@@ -127,17 +127,32 @@ QWidget* CardPages::MakeVideoPage() {
   auto* page = new QWidget;
   auto* layout = new QVBoxLayout(page);
   layout->setContentsMargins(0, 0, 0, 0);
-  auto* play = new QPushButton(u"Video abspielen"_s);
-  play->setObjectName(u"ButtonVideo"_s);
-  play->setFocusPolicy(Qt::TabFocus);
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(MakeButton(u"Abspielen / Anhalten"_s, u"ButtonVideo"_s, [this] { PlayVideo(); }));
+  buttons->addWidget(MakeButton(u"In eigenem Fenster"_s, u"ButtonFenster"_s, [this] { EnlargeVideo(video_path_); }));
+  buttons->addStretch();
   layout->addWidget(video_, 1);
-  layout->addWidget(play, 0, Qt::AlignLeft);
-  connect(play, &QPushButton::clicked, this, &CardPages::PlayVideo);
+  layout->addLayout(buttons);
   return page;
+}
+
+QPushButton* CardPages::MakeButton(const QString& text, const QString& name, const std::function<void()>& command) {
+  auto* button = new QPushButton(text);
+  button->setObjectName(name);
+  button->setFocusPolicy(Qt::TabFocus);
+  connect(button, &QPushButton::clicked, this, command);
+  return button;
 }
 
 void CardPages::PlayVideo() {
   Q_EMIT VideoWanted(video_path_, video_);
+}
+
+void CardPages::EnlargeVideo(const QString& path) {
+  if (path.isEmpty()) return;
+  CloseVideo();
+  video_->Clear();
+  Q_EMIT VideoWanted(path, nullptr);
 }
 
 void CardPages::CloseVideo() {
@@ -151,6 +166,7 @@ void CardPages::ConnectFrame() {
     if (path.isEmpty()) return Q_EMIT DrawingFailed();
     Q_EMIT VideoWanted(path, frame_->OpenVideoPanel());
   });
+  connect(frame_, &TFrameHtml::VideoDoubleClicked, this, &CardPages::EnlargeVideo);
   connect(frame_, &TFrameHtml::DrawingFailed, this, &CardPages::DrawingFailed);
 }
 

@@ -10,6 +10,7 @@
 #include "hypertext/media.h"
 
 class QPlainTextEdit;
+class QPushButton;
 
 namespace tessaro {
 
@@ -42,10 +43,10 @@ class CardPages : public QTabWidget {
  Q_SIGNALS:
   void LinkClicked(int card_id);
   void SoundWanted(const QString& path);
-  // `screen` is where it is to be seen; null where the card has no place for it. An empty path: there is no such file.
+  // `screen` is where it is to be seen; null: in a window of its own. Asked again for the same, it pauses or goes on.
   void VideoWanted(const QString& path, tessaro::VideoScreen* screen);
   void PictureFailed();
-  void DrawingFailed();
+  void DrawingFailed();  // also: the video that was clicked is not there
 
  private:
   enum Page { kText, kPicture, kTextFile, kVideo, kHypertext, kPageCount };
@@ -57,7 +58,9 @@ class CardPages : public QTabWidget {
   bool ShowPicture(const std::filesystem::path& path);
   bool ShowTextFile(const std::filesystem::path& path);
   QWidget* MakeVideoPage();
+  QPushButton* MakeButton(const QString& text, const QString& name, const std::function<void()>& command);
   void PlayVideo();
+  void EnlargeVideo(const QString& path);
   void ShowPages(std::string_view side);
   void Dress(const SideLook& look);
 

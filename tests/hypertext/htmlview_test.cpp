@@ -188,6 +188,12 @@ TEST_F(HtmlView, TheVideoAreaAnswersToTheMouseAndHoldsThePanel) {
   const QRect area(5, 5, 120, 80);
   QTest::mousePress(PaintBox(), Qt::LeftButton, {}, area.center());
   EXPECT_EQ(videos, QList<QVariantList>({{Path("film.avi")}}));
+  QSignalSpy enlarged(frame, &TFrameHtml::VideoDoubleClicked);
+  QTest::mouseDClick(PaintBox(), Qt::LeftButton, {}, area.center());
+  button->setFocus();
+  frame->setFocus(Qt::BacktabFocusReason);
+  QTest::keyClick(frame, Qt::Key_Return, Qt::ShiftModifier);
+  EXPECT_EQ(enlarged, QList<QVariantList>({{Path("film.avi")}, {Path("film.avi")}}));
   VideoScreen* panel = frame->OpenVideoPanel();
   ASSERT_NE(panel, nullptr);
   EXPECT_EQ(panel->geometry(), area);

@@ -67,6 +67,15 @@ TEST_F(MediaWindow, VideosPausePlayAgainAndEndWithTheWindow) {
   EXPECT_EQ(Notes(), "video f.avi, pause, go on, video f.avi, stop");
 }
 
+TEST_F(MediaWindow, AskedAgainForTheVideoInTheCardPausesIt) {
+  VideoScreen card;
+  VideoScreen page;
+  for (VideoScreen* screen : {&card, &card, &card, &page}) window.PlayVideoOn(u"f.avi"_s, *screen);
+  Q_EMIT player->Ended();
+  window.PlayVideoOn(u"f.avi"_s, page);
+  EXPECT_EQ(Notes(), "video f.avi, pause, go on, video f.avi, video f.avi");
+}
+
 TEST_F(MediaWindow, AVideoThatCannotBePlayedIsToldAndTheNextSoundChangesNothingOfThat) {
   QSignalSpy ends(&window, &TF_wnmedia::VideoEnded);
   VideoScreen screen;
