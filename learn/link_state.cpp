@@ -6,7 +6,7 @@
 namespace tessaro {
 
 LinkState LinkStateOf(const CardFile& file, int64_t id, const LearningParameters& parameters, int64_t now) {
-  const int row = id > 0 ? file.RowOfId(id) : 0;
+  const int row = file.RowOfId(id);
   const CardReader cards(file);
   if (row == 0 || cards.IsNavigation(row)) return LinkState::NeverLearned;
   const int64_t newest = cards.NewestTime(row);

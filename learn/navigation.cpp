@@ -34,8 +34,7 @@ int Landmarks::HomeRow(const CardFile& file) {
 }
 
 int Landmarks::OverviewRow(CardFile& file) {
-  const int64_t id = file.settings().GetInt("HTML", "Vis", 0);
-  const int row = id > 0 ? file.RowOfId(id) : 0;
+  const int row = file.RowOfId(file.settings().GetInt("HTML", "Vis", 0));
   if (row != 0) return row;
   Search(file);
   return automap_;

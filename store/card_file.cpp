@@ -74,6 +74,7 @@ void CardFile::RecountIds() {
 }
 
 int CardFile::RowOfId(int64_t id) const {
+  if (id <= 0) return 0;  // cards without a number of their own count as 0
   const auto has_id = [&](int row) { return LeadingNumber(content_.cards.Peek(content_.columns.id, row)) == id; };
   const int indexed = content_.link_index.RowOfId(id);
   if (indexed == 0 || has_id(indexed)) return indexed;

@@ -79,6 +79,8 @@ TEST_F(CardFileTest, FindsCardsThatMovedAndSavesIndexesThatFit) {
   file_.cards().GoTo(2);
   file_.cards().InsertRow(false);
   EXPECT_TRUE(file_.RowOfId(7) == 3 && file_.RowOfId(3) == 4 && file_.RowOfId(9) == 0);
+  file_.cards().Poke(file_.columns().id, 2, "000000");
+  EXPECT_TRUE(file_.RebuildIndexes() && file_.RowOfId(0) == 0) << "a link to 0 leads to nothing";
   file_.cards().Poke(file_.columns().id, 2, "000009");
   ASSERT_EQ(file_.Save(), SaveResult::Saved);
   const std::string index = TextOf("/deck/x.row");
