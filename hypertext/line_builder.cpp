@@ -102,7 +102,8 @@ void LineBuilder::PlaceLine(int text_height, int ascent, int line_height) {
     rect.top = text ? baseline - piece.ascent : top + (line_height - rect.height) / 2;
     if (text) piece.fragment.baseline = baseline;
     Grow(rect);
-    if (piece.target)
+    // A link without a face has no place either.
+    if (piece.target && piece.link_width > 0)
       layout_.links.Add(
           {rect.left, rect.top, rect.top + rect.height - 1, rect.left + piece.link_width - 1, *piece.target});
     layout_.fragments.push_back(std::move(piece.fragment));

@@ -106,6 +106,7 @@ TEST_F(LayoutOf, LinksPicturesAndMedia) {
        "link 135,5 to 184,24: 2\nlink 5,25 to 14,44: 0\n"},
       {"aaaaaaaaaaaaaaa <a href=\"2\">b c</a>!",
        "'aaaaaaaaaaaaaaa' 5,5 150x20\n'b c' 5,25 30x20 u colour 2\n'!' 35,25 10x20\nlink 5,25 to 34,44: 2\n"},
+      {"<a href=\"1\"></a>b", "'' 5,5 0x20 u colour 1\n'b' 5,5 10x20\n"},
       // Plain pictures stand on lines of their own.
       {"a<img src=\"p.bmp\">b", "'a' 5,5 10x20\nimg(p.bmp) 5,25 40x30 framed transparent\n'b' 5,57 10x20\n"},
       {"<img src=\"p.jpg\" border=\"0\"><img src=\"p.bmp\" border=\"0\"> b",
