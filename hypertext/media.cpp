@@ -14,6 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kSeparators = "\\/";
+constexpr size_t kMostLevels = 64;  // of folders in a name
 
 // Nothing when the code page lacks the character.
 std::optional<char> ByteOfCharacter(char32_t character) {
@@ -44,14 +45,26 @@ std::string LowerCaseOfDiskName(std::string_view name) {
   return LowerCase(bytes);
 }
 
+// Where a folder and then ".." stand in the name, both are left out: what a card names has one spelling.
 std::vector<std::string_view> PartsOf(std::string_view name) {
   std::vector<std::string_view> parts;
   while (!name.empty()) {
     const std::string_view part = name.substr(0, name.find_first_of(kSeparators));
     name.remove_prefix(std::min(part.size() + 1, name.size()));
-    if (!part.empty() && part != ".") parts.push_back(part);
+    if (part.empty() || part == ".") continue;
+    if (part == ".." && !parts.empty() && parts.back() != "..") {
+      parts.pop_back();
+    } else {
+      parts.push_back(part);
+    }
   }
   return parts;
+}
+
+// Without dots and without a separator at its end.
+fs::path PlainFolder(const fs::path& folder) {
+  const fs::path plain = folder.lexically_normal();
+  return plain.has_filename() ? plain : plain.parent_path();
 }
 
 struct DirectiveForm {
@@ -84,7 +97,8 @@ std::string_view DirectiveName(std::string_view text) {
 
 }  // namespace
 
-MediaFinder::MediaFinder(const Disk& disk, MediaFolders folders) : disk_(&disk), folders_(std::move(folders)) {}
+MediaFinder::MediaFinder(const Disk& disk, const MediaFolders& folders)
+    : disk_(&disk), folders_({PlainFolder(folders.folder), PlainFolder(folders.alternative)}) {}
 
 void MediaFinder::Forget() {
   known_.clear();
@@ -92,9 +106,11 @@ void MediaFinder::Forget() {
 
 std::optional<fs::path> MediaFinder::Find(std::string_view name) {
   std::vector<std::string_view> parts = PartsOf(name);
-  if (parts.empty() || parts.back() == ".." || name.find('\0') != std::string_view::npos) return std::nullopt;
+  if (parts.empty() || parts.back() == ".." || parts.size() > kMostLevels || name.find('\0') != std::string_view::npos)
+    return std::nullopt;
   if (name.size() > 1 && name[1] == ':') {
     const fs::path drive = std::string(name.substr(0, 2)) + "/";
+    if (!drive.is_absolute()) return std::nullopt;  // this system has no drives
     parts.front().remove_prefix(std::min<size_t>(2, parts.front().size()));
     if (parts.front().empty()) parts.erase(parts.begin());
     return FindIn(drive, parts);
@@ -114,7 +130,7 @@ std::optional<fs::path> MediaFinder::FindIn(fs::path folder, const std::vector<s
   if (disk_->Exists(exact)) return exact;
   for (size_t i = 0; i < parts.size(); ++i) {
     if (parts[i] == "..") {
-      folder /= "..";
+      folder = folder.parent_path();
       continue;
     }
     const Folder& names = NamesIn(folder);

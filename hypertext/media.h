@@ -23,7 +23,7 @@ struct MediaFolders {
 class MediaFinder {
  public:
   // `disk` must live longer.
-  MediaFinder(const Disk& disk, MediaFolders folders);
+  MediaFinder(const Disk& disk, const MediaFolders& folders);
   // Nothing when there is no such file. A name that is spelled exactly like a file means that file.
   std::optional<std::filesystem::path> Find(std::string_view name);
   // Looks at the disk anew from now on.

@@ -5,8 +5,10 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include "platform/disk.h"
+#include "tests/support/memory_disk.h"
 
 namespace tessaro {
 namespace {
@@ -19,14 +21,23 @@ struct MediaFiles : testing::Test {
 
   void SetUp() override {
     fs::remove_all(root);
-    for (const char* name :
-         {"kartei/Bild.bmp", "kartei/\u00C4pfel.JPG", "kartei/Medien/ton.wav", "kartei/Medien/BILD.BMP",
-          "kartei/Bilder/Fl\u00FCsse/\u20AClbe.jpg", "kartei/alt\xE4.bmp", "oben.bmp", "kartei/\u03A9.bmp"}) {
+    for (const char* name : {"kartei/Bild.bmp", "kartei/\u00C4pfel.JPG", "kartei/Medien/ton.wav",
+                             "kartei/Medien/BILD.BMP", "kartei/Bilder/Fl\u00FCsse/\u20AClbe.jpg", "kartei/alt\xE4.bmp",
+                             "oben.bmp", "kartei/\u03A9.bmp", "C:/laufwerk.bmp"}) {
       fs::create_directories((root / name).parent_path());
       std::ofstream(root / name) << "x";
     }
+    fs::current_path(root);
   }
-  void TearDown() override { fs::remove_all(root); }
+  void TearDown() override {
+    fs::current_path(testing::TempDir());
+    fs::remove_all(root);
+  }
+  static std::string Repeated(std::string_view part, int times) {
+    std::string text;
+    while (times-- > 0) text += part;
+    return text;
+  }
   std::string Found(std::string_view name) const {
     const auto path = FindMedia(RealDisk(), folders, name);
     return path ? path->lexically_normal().lexically_relative(root).string() : "-";
@@ -43,11 +54,15 @@ TEST_F(MediaFiles, NamesAreFoundWithoutRegardToCaseAndInTheCodePage) {
       {"bilder\\FL\xDCSSE/\x80LBE.JPG", "kartei/Bilder/Fl\u00FCsse/\u20AClbe.jpg"},
       {"ALT\xC4.bmp", "kartei/alt\xE4.bmp"},
       {".\\..\\OBEN.bmp", "oben.bmp"},
+      {"x\\.\\..\\..\\Kartei\\..\\oben.BMP", "oben.bmp"},
+      {Repeated("../", 30) + root.string().substr(1) + "/oben.bmp", "oben.bmp"},
+      {Repeated("../", 70) + root.string().substr(1) + "/oben.bmp", "-"},
       {(root / "oben.bmp").string(), "oben.bmp"},
       {"fehlt.bmp", "-"},
       {"bild.bmp\\x.bmp", "-"},
       {"..", "-"},
       {"C:\\oben.bmp", "-"},
+      {"C:\\laufwerk.bmp", "-"},  // not the folder "C:" in the working folder
       {std::string("Bild.bmp\0.jpg", 13), "-"},
       {std::string(100000, 'x'), "-"},
   };
@@ -68,6 +83,23 @@ TEST_F(MediaFiles, AFinderSeesNewFilesOnceItForgets) {
   std::ofstream(folders.folder / "neu.bmp") << "x";
   finder.Forget();
   EXPECT_TRUE(finder.Find("NEU.bmp"));
+}
+
+// Every other spelling of a folder would be read from the disk anew.
+TEST(MediaFinder, OneFolderIsReadOnceHoweverItIsSpelled) {
+  struct CountingDisk : MemoryDisk {
+    mutable std::vector<fs::path> read;
+    std::vector<std::string> FileNames(const fs::path& folder) const override {
+      read.push_back(folder);
+      return {"bild.bmp"};
+    }
+    std::vector<std::string> FolderNames(const fs::path& /*folder*/) const override { return {"a", "kartei"}; }
+  } disk;
+  MediaFinder finder(disk, {"/a/kartei", "/a/kartei/Medien"});
+  for (const char* name : {"BILD.bmp", "./BILD.bmp", "..\\kartei\\BILD.bmp", "x/../BILD.bmp", "Medien/../y/../BILD.bmp",
+                           "..\\..\\a\\kartei\\BILD.bmp"})
+    EXPECT_TRUE(finder.Find(name)) << name;
+  EXPECT_EQ(disk.read, (std::vector<fs::path>{"/a/kartei", "/a", "/"}));
 }
 
 TEST(MediaDirective, NamesEndAtBracketsBlanksOrTheMarker) {
