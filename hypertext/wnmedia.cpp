@@ -25,7 +25,7 @@ TF_wnmedia::TF_wnmedia(std::unique_ptr<MediaPlayer> player, QWidget* parent)
 TF_wnmedia::~TF_wnmedia() = default;
 
 void TF_wnmedia::PlaySound(const QString& path) {
-  if (path.isEmpty()) return;
+  if (path.isEmpty() || waiting_sounds_.contains(path)) return;
   waiting_sounds_.append(path);
   if (playing_ == Playing::Nothing) PlayNextSound();
 }

@@ -23,7 +23,7 @@ class TF_wnmedia : public QWidget {
   explicit TF_wnmedia(std::unique_ptr<MediaPlayer> player = nullptr, QWidget* parent = nullptr);
   ~TF_wnmedia() override;
 
-  // Sounds asked for while another one is played follow it. One that cannot be played is passed over.
+  // Sounds asked for while another one is played follow it, each once. One that cannot be played is passed over.
   void PlaySound(const QString& path);
   // Opens the window and plays the video in it.
   void PlayVideo(const QString& path);

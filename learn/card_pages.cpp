@@ -14,6 +14,7 @@
 #include "hypertext/text_file.h"
 #include "hypertext/video_screen.h"
 #include "platform/disk.h"
+#include "platform/qt/icons.h"
 #include "platform/qt/text.h"
 
 using namespace Qt::StringLiterals;
@@ -113,6 +114,7 @@ CardPages::CardPages(QWidget* parent)
   AddPage(u"Grafik"_s, picture_);
   AddPage(u"Text +"_s, text_file_);
   AddPage(u"Video"_s, MakeVideoPage());
+  AddPage(u"Ton"_s, MakeSoundPage());
   AddPage(u"HTML"_s, frame_);
   ConnectFrame();
 }
@@ -133,6 +135,15 @@ QWidget* CardPages::MakeVideoPage() {
   buttons->addStretch();
   layout->addWidget(video_, 1);
   layout->addLayout(buttons);
+  return page;
+}
+
+QWidget* CardPages::MakeSoundPage() {
+  auto* page = new QWidget;
+  auto* layout = new QVBoxLayout(page);
+  QPushButton* play = MakeButton(u"Ton abspielen"_s, u"ButtonTon"_s, [this] { Q_EMIT SoundWanted(sound_path_); });
+  play->setIcon(Icon("sound"));
+  layout->addWidget(play, 0, Qt::AlignCenter);
   return page;
 }
 
@@ -185,8 +196,6 @@ void CardPages::ShowSide(std::string_view side, const SideLook& look) {
   frame_->ShowSide(side, look);
   text_->setPlainText(FromBytes(PlainText(side)));
   ShowPages(side);
-  bool first = false;
-  if (const auto sound = NamedFile(side, MediaKind::Sound, first)) Q_EMIT SoundWanted(FromPath(*sound));
   if (currentIndex() == kVideo) PlayVideo();
 }
 
@@ -222,6 +231,10 @@ void CardPages::ShowPages(std::string_view side) {
   const auto video = NamedFile(side, MediaKind::Video, first);
   video_path_ = video ? FromPath(*video) : QString();
   offer(kVideo, video.has_value(), first);
+  const auto sound = NamedFile(side, MediaKind::Sound, first);
+  sound_path_ = sound ? FromPath(*sound) : QString();
+  offer(kSound, sound.has_value(), false);
+  if (sound && first) Q_EMIT SoundWanted(sound_path_);
   const auto text = NamedFile(side, MediaKind::Text, first);
   offer(kTextFile, text && ShowTextFile(*text), first);
   setTabVisible(kText, any);

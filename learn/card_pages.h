@@ -19,8 +19,8 @@ class PictureView;
 class VideoScreen;
 
 // The card side on screen: as hypertext on its paper, and on further pages what the side names to be shown with it: a
-// picture, a text file, a video; then also the bare text of the side. Pages that the side has no use for are left out,
-// and with them the tabs.
+// picture, a text file, a video, a sound; then also the bare text of the side. Pages that the side has no use for are
+// left out, and with them the tabs.
 class CardPages : public QTabWidget {
   Q_OBJECT
 
@@ -49,7 +49,7 @@ class CardPages : public QTabWidget {
   void DrawingFailed();  // also: the video that was clicked is not there
 
  private:
-  enum Page { kText, kPicture, kTextFile, kVideo, kHypertext, kPageCount };
+  enum Page { kText, kPicture, kTextFile, kVideo, kSound, kHypertext, kPageCount };
 
   void AddPage(const QString& title, QWidget* content);
   void ConnectFrame();
@@ -58,6 +58,7 @@ class CardPages : public QTabWidget {
   bool ShowPicture(const std::filesystem::path& path);
   bool ShowTextFile(const std::filesystem::path& path);
   QWidget* MakeVideoPage();
+  QWidget* MakeSoundPage();
   QPushButton* MakeButton(const QString& text, const QString& name, const std::function<void()>& command);
   void PlayVideo();
   void EnlargeVideo(const QString& path);
@@ -72,6 +73,7 @@ class CardPages : public QTabWidget {
   QPlainTextEdit* text_file_ = nullptr;
   VideoScreen* video_ = nullptr;
   QString video_path_;
+  QString sound_path_;
 };
 
 }  // namespace tessaro

@@ -36,7 +36,7 @@ struct MediaWindow : testing::Test {
 };
 
 TEST_F(MediaWindow, SoundsFollowOneAnotherWithoutTheWindow) {
-  for (const QString& name : {u"a.wav"_s, u"b.mid"_s, u""_s, u"c.wav"_s}) window.PlaySound(name);
+  for (const QString& name : {u"a.wav"_s, u"b.mid"_s, u""_s, u"c.wav"_s, u"c.wav"_s}) window.PlaySound(name);
   EXPECT_EQ(Notes(), "sound a.wav");
   Q_EMIT player->Ended();
   EXPECT_EQ(Notes(), "sound b.mid");

@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTemporaryDir>
@@ -49,6 +50,7 @@ TEST_F(CardPagesTest, OffersThePagesThatTheSideHasUseFor) {
       {"<#SHOW:kaputt.jpg>", u"[HTML]"_s},
       {"<#TEXT:notiz.txt!>", u"Text [Text +] HTML"_s},
       {"<#PLAY:film.avi+>", u"Text Video [HTML]"_s},
+      {"<#WAVE:ton.wav+>", u"Text Ton [HTML]"_s},
       {"<#SHOW:bild.bmp+><#PLAY:film.avi>", u"Text Grafik [Video] HTML"_s},
       {"wieder nur Text", u"[HTML]"_s},
   };
@@ -65,6 +67,15 @@ TEST_F(CardPagesTest, TextPagesShowWhatAPersonReads) {
   ShowSide("<b>Eins</b> und <a href=\"1\">zwei</a><br>drei &lt;<#TEXT:notiz.txt>");
   EXPECT_EQ(pages.findChild<QPlainTextEdit*>(u"Text"_s)->toPlainText(), u"Eins und zwei\ndrei <"_s);
   EXPECT_EQ(pages.findChild<QPlainTextEdit*>(u"TextPlus"_s)->toPlainText(), u"Gruß"_s);
+}
+
+TEST_F(CardPagesTest, ASoundWithThePlusIsPlayedOnRequest) {
+  QSignalSpy wanted(&pages, &CardPages::SoundWanted);
+  ShowSide("<#WAVE:ton.wav+>");
+  EXPECT_EQ(wanted.count(), 0);
+  pages.findChild<QPushButton*>(u"ButtonTon"_s)->click();
+  ShowSide("<#WAVE:ton.wav>");
+  EXPECT_EQ(wanted, QList<QVariantList>({{folder.filePath(u"ton.wav"_s)}, {folder.filePath(u"ton.wav"_s)}}));
 }
 
 TEST_F(CardPagesTest, NothingOfTheVideoBeforeStaysOnTheNextSide) {
