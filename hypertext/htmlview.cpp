@@ -9,6 +9,7 @@
 #include <QScrollBar>
 #include <QStyle>
 #include <algorithm>
+#include <exception>
 #include <utility>
 #include <vector>
 
@@ -66,8 +67,10 @@ class TFrameHtml::PaintBox : public QWidget {
   void paintEvent(QPaintEvent* event) override {
     State& state = *frame_.state_;
     QPainter painter(this);
-    if (!PaintSide(painter, state.layout, event->rect(), state.look.text, state.texts, state.pictures))
-      frame_.TellDrawingFailed();
+    frame_.Guard([&] {
+      if (!PaintSide(painter, state.layout, event->rect(), state.look.text, state.texts, state.pictures))
+        frame_.TellDrawingFailed();
+    });
     if (state.selected != kNoTarget) PaintSelection(painter, state.targets[static_cast<size_t>(state.selected)].rect);
   }
 
@@ -138,7 +141,7 @@ void TFrameHtml::ShowSide(std::string_view side, const SideLook& look) {
   state.pictures.Forget();
   state.failure_told = false;
   CloseVideoPanel();
-  setAccessibleDescription(FromBytes(PlainText(side)));
+  Guard([&] { setAccessibleDescription(FromBytes(PlainText(side))); });
   QPalette paper = palette();
   paper.setColor(QPalette::Window, look.paper);
   state.paper->setPalette(paper);
@@ -146,15 +149,33 @@ void TFrameHtml::ShowSide(std::string_view side, const SideLook& look) {
   LayOutSide();
   horizontalScrollBar()->setValue(0);
   verticalScrollBar()->setValue(0);
-  const std::vector<std::string> sounds = state.layout.sounds;
-  for (const std::string& sound : sounds) Q_EMIT SoundWanted(state.pictures.PathOf(sound));
+  Guard([&] {
+    const std::vector<std::string> sounds = state.layout.sounds;
+    for (const std::string& sound : sounds) Q_EMIT SoundWanted(state.pictures.PathOf(sound));
+  });
 }
 
 void TFrameHtml::RefreshSide() {
   LayOutSide();
 }
 
+// Nothing of Qt lets an exception pass: here is the last place where the program can go on.
+void TFrameHtml::Guard(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const std::exception&) {
+    state_->layout = {};
+    CollectTargets();
+    TellDrawingFailed();
+  }
+}
+
 void TFrameHtml::LayOutSide() {
+  Guard([this] { LayOutParts(); });
+  PlacePaintBox();
+}
+
+void TFrameHtml::LayOutParts() {
   State& state = *state_;
   // The room of the vertical scroll bar is always kept free, so that its coming and going moves no text.
   const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
@@ -170,7 +191,6 @@ void TFrameHtml::LayOutSide() {
   const bool bar_below = state.layout.size.width + 2 * kPaper > contentsRect().width();
   if (bar_below && state.layout.size.height <= height) lay_out(height - bar);
   CollectTargets();
-  PlacePaintBox();
   if (state.layout.broken_off) TellDrawingFailed();
 }
 

@@ -65,6 +65,9 @@ class TFrameHtml : public QScrollArea {
   struct Target;
 
   void LayOutSide();
+  void LayOutParts();
+  // Does a part of the drawing. When it throws, the side is given up and the failure told.
+  void Guard(const std::function<void()>& work);
   void PlacePaintBox();
   void CollectTargets();
   bool HasVideo() const;

@@ -179,6 +179,18 @@ TEST_F(HtmlView, PicturesThatCannotBeDrawnAreToldOnceAndTheRestIsDrawn) {
   }
 }
 
+TEST_F(HtmlView, AnExceptionEndsTheSideAndNotTheProgram) {
+  Show("<a href=\"1\">davor</a>");
+  frame->SetLinkColours([](int64_t) -> ColourClass { throw std::bad_alloc(); });
+  Show("<a href=\"1\">Link</a>");
+  window.resize(600, 500);
+  QApplication::processEvents();
+  EXPECT_EQ(failures.count(), 1);
+  EXPECT_TRUE(frame->layout().fragments.empty());
+  Show("danach");
+  EXPECT_EQ(frame->layout().fragments.size(), 1U);
+}
+
 TEST_F(HtmlView, TheVideoAreaAnswersToTheMouseAndHoldsThePanel) {
   SaveBytes("film.avi", "x");
   QSignalSpy videos(frame, &TFrameHtml::VideoClicked);
