@@ -69,7 +69,7 @@ class TFrameHtml::PaintBox : public QWidget {
     QPainter painter(this);
     frame_.Guard([&] {
       if (!PaintSide(painter, state.layout, event->rect(), state.look.text, state.texts, state.pictures))
-        frame_.TellDrawingFailed();
+        QMetaObject::invokeMethod(&frame_, &TFrameHtml::LayOutSide, Qt::QueuedConnection);
     });
     if (state.selected != kNoTarget) PaintSelection(painter, state.targets[static_cast<size_t>(state.selected)].rect);
   }

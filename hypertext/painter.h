@@ -16,7 +16,7 @@ class TextCache;
 QColor ColourOfClass(ColourClass colour, const QColor& text);
 
 // Draws the part of a laid-out side that lies in `clip`, which is in paint-box coordinates. Computes no positions.
-// False when a picture could not be read; everything else is drawn.
+// False when a picture could not be read: laid out anew, the side ends before it.
 bool PaintSide(QPainter& painter, const Layout& layout, const QRect& clip, const QColor& text_colour, TextCache& texts,
                PictureStore& pictures);
 

@@ -70,7 +70,7 @@ PictureFile PictureStore::Find(std::string_view name) {
   return EntryOf(name).file;
 }
 
-const PictureStore::Entry& PictureStore::EntryOf(std::string_view name) {
+PictureStore::Entry& PictureStore::EntryOf(std::string_view name) {
   const auto known = entries_.find(name);
   if (known != entries_.end()) return known->second;
   Entry entry;
@@ -84,7 +84,7 @@ const PictureStore::Entry& PictureStore::EntryOf(std::string_view name) {
 }
 
 QPixmap PictureStore::Picture(std::string_view name, QSize size, bool white_is_transparent) {
-  const Entry& entry = EntryOf(name);
+  Entry& entry = EntryOf(name);
   if (entry.file.state != PictureFile::State::Good) return {};
   const QString key = QStringLiteral("%1|%2x%3|%4")
                           .arg(entry.key)
@@ -93,7 +93,11 @@ QPixmap PictureStore::Picture(std::string_view name, QSize size, bool white_is_t
                           .arg(white_is_transparent ? 1 : 0);
   if (const QPixmap* known = pictures_.object(key)) return *known;
   QImage image = ReadPicture(entry.path, size);
-  if (white_is_transparent && !image.isNull()) MakeWhiteTransparent(image);
+  if (image.isNull()) {
+    entry.file.state = PictureFile::State::Unreadable;
+    return {};
+  }
+  if (white_is_transparent) MakeWhiteTransparent(image);
   QPixmap picture = QPixmap::fromImage(std::move(image));
   pictures_.insert(key, new QPixmap(picture), std::max<int>(1, picture.width() * picture.height() / 256));
   return picture;

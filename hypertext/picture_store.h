@@ -31,7 +31,7 @@ class PictureStore {
   // The path of any media file; empty when there is none.
   QString PathOf(std::string_view name);
   PictureFile Find(std::string_view name);
-  // The picture for a place of `size` device pixels; null when it cannot be read.
+  // The picture for a place of `size` device pixels; null when it cannot be read, which Find knows from then on.
   QPixmap Picture(std::string_view name, QSize size, bool white_is_transparent);
 
  private:
@@ -40,7 +40,7 @@ class PictureStore {
     QString key;  // path and state of the file
     PictureFile file;
   };
-  const Entry& EntryOf(std::string_view name);
+  Entry& EntryOf(std::string_view name);
 
   const Disk& disk_;
   MediaFinder finder_;
