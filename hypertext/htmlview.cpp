@@ -37,7 +37,7 @@ int PointsOf(const QFont& font) {
 
 }  // namespace
 
-// Something that can be clicked: a link area or the video area.
+// Something that can be clicked: the link areas of the layout, in their order, and behind them the video area.
 struct TFrameHtml::Target {
   QRect rect;
   int32_t card = 0;
@@ -155,10 +155,6 @@ void TFrameHtml::ShowSide(std::string_view side, const SideLook& look) {
   });
 }
 
-void TFrameHtml::RefreshSide() {
-  LayOutSide();
-}
-
 // Nothing of Qt lets an exception pass: here is the last place where the program can go on.
 void TFrameHtml::Guard(const std::function<void()>& work) {
   try {
@@ -230,12 +226,10 @@ void TFrameHtml::SelectTarget(int index) {
                 std::min(rect.height() / 2 + kPaper, viewport()->height() / 2));
 }
 
-// The last drawn one where several lie on one another.
 int TFrameHtml::TargetIndexAt(QPoint point) const {
-  const auto& targets = state_->targets;
-  for (size_t i = targets.size(); i > 0; --i)
-    if (targets[i - 1].rect.contains(point)) return static_cast<int>(i - 1);
-  return kNoTarget;
+  if (HasVideo() && state_->targets.back().rect.contains(point)) return static_cast<int>(state_->targets.size()) - 1;
+  const std::optional<size_t> link = state_->layout.links.IndexAt(point.x(), point.y());
+  return link ? static_cast<int>(*link) : kNoTarget;
 }
 
 void TFrameHtml::Follow(int index) {

@@ -36,8 +36,6 @@ class TFrameHtml : public QScrollArea {
   void SetLinkColours(std::function<ColourClass(int64_t card_id)> colours);
   // Shows a side from its top. The sounds of the side are asked for once here, not at repaints.
   void ShowSide(std::string_view side, const SideLook& look);
-  // Draws the side again, for example after the state of link targets changed; keeps the scroll position.
-  void RefreshSide();
   const Layout& layout() const;
 
   // Opens the screen in the place of the side's video area, until the next side is shown or the panel is closed. Null

@@ -96,7 +96,7 @@ class SideLayout {
 
   void PushFont(int points) {
     if (fonts_.size() == kFontStackEntries) return;
-    fonts_.push_back(std::min(points, kMaxPoints));
+    fonts_.push_back(points);
     style_.points = fonts_.back();
   }
 
@@ -193,11 +193,11 @@ void LinkAreas::Add(const LinkArea& area) {
   }
 }
 
-std::optional<int32_t> LinkAreas::TargetAt(int x, int y) const {
+std::optional<size_t> LinkAreas::IndexAt(int x, int y) const {
   const auto hit = std::find_if(areas_.rbegin(), areas_.rend(), [x, y](const LinkArea& area) {
     return area.left <= x && x <= area.right && area.top <= y && y <= area.bottom;
   });
-  return hit == areas_.rend() ? std::nullopt : std::optional(hit->target);
+  return hit == areas_.rend() ? std::nullopt : std::optional<size_t>(areas_.rend() - hit - 1);
 }
 
 Layout LayOut(std::string_view side, PixelSize frame, int start_points, Measurer& measurer) {

@@ -88,8 +88,8 @@ class LinkAreas {
  public:
   static constexpr size_t kEntries = 110;
   void Add(const LinkArea& area);
-  // The target of the last drawn area that holds the point, borders included; nothing where there is none.
-  std::optional<int32_t> TargetAt(int x, int y) const;
+  // Which of areas() holds the point, borders included: the last drawn one; nothing where there is none.
+  std::optional<size_t> IndexAt(int x, int y) const;
   const std::vector<LinkArea>& areas() const { return areas_; }
 
  private:

@@ -121,7 +121,6 @@ TEST_F(HtmlView, SoundsAreAskedForOncePerShownSide) {
   QSignalSpy sounds(frame, &TFrameHtml::SoundWanted);
   Show("<embed src=\"TON.wav\"><embed src=\"fehlt.wav\">");
   window.resize(600, 500);
-  frame->RefreshSide();
   EXPECT_EQ(sounds, QList<QVariantList>({{Path("ton.wav")}}));
 }
 
@@ -157,7 +156,7 @@ TEST_F(HtmlView, MissingPicturesTakeNoRoomAndDamagedOnesEndTheSide) {
   SaveBytes("kaputt.jpg", "\xFF\xD8\xFF\xE0 and no picture behind it");
   Show("a <img src=\"kaputt.jpg\"> b");
   EXPECT_EQ(frame->layout().fragments.size(), 1U);
-  frame->RefreshSide();
+  window.resize(600, 500);
   QApplication::processEvents();
   EXPECT_EQ(failures.count(), 1);
 }

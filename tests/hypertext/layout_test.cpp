@@ -150,8 +150,9 @@ TEST_F(LayoutOf, TheLastLinkBeyondTheTableTakesTheOverflowEntry) {
   const Layout layout = Lay(side);
   ASSERT_EQ(layout.links.areas().size(), LinkAreas::kEntries + 1);
   for (const int line : {1, 110, 111, 119, 120}) {
-    const auto target = layout.links.TargetAt(7, 5 + (line - 1) * 20 + 10);
-    EXPECT_EQ(target, line <= 110 || line == 120 ? std::optional<int32_t>(line) : std::nullopt) << line;
+    const auto hit = layout.links.IndexAt(7, 5 + (line - 1) * 20 + 10);
+    ASSERT_EQ(hit.has_value(), line <= 110 || line == 120) << line;
+    EXPECT_EQ(hit ? layout.links.areas()[*hit].target : line, line);
   }
 }
 
@@ -161,10 +162,10 @@ TEST(LinkAreas, HitsCountBordersAndPreferTheLastDrawn) {
   areas.Add({40, 20, 30, 60, 2});
   const struct {
     int x, y;
-    std::optional<int32_t> target;
-  } cases[] = {{10, 10, 1}, {39, 30, 1}, {40, 20, 2},  {40, 10, 1},
-               {60, 30, 2}, {9, 10, {}}, {10, 31, {}}, {61, 20, {}}};
-  for (const auto& c : cases) EXPECT_EQ(areas.TargetAt(c.x, c.y), c.target) << c.x << "," << c.y;
+    std::optional<size_t> hit;
+  } cases[] = {{10, 10, 0}, {39, 30, 0}, {40, 20, 1},  {40, 10, 0},
+               {60, 30, 1}, {9, 10, {}}, {10, 31, {}}, {61, 20, {}}};
+  for (const auto& c : cases) EXPECT_EQ(areas.IndexAt(c.x, c.y), c.hit) << c.x << "," << c.y;
 }
 
 TEST_F(LayoutOf, HostileSidesStayBounded) {
