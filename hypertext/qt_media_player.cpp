@@ -22,9 +22,14 @@ using namespace std::chrono_literals;
 
 constexpr auto kLoadingLimit = 5s;
 constexpr auto kDisposalDelay = 100ms;
+constexpr qint64 kLargestClip = 4 << 20;  // bytes; a sound effect holds its whole file in memory
 
 bool HasSoundDevice() {
   return !QMediaDevices::defaultAudioOutput().isNull();
+}
+
+bool IsClip(const QString& path) {
+  return path.endsWith(QLatin1String(".wav"), Qt::CaseInsensitive) && QFileInfo(path).size() <= kLargestClip;
 }
 
 // Every file gets a player of its own, made when it is played: one that failed needs a second to be stopped, and does
@@ -37,7 +42,7 @@ class QtMediaPlayer : public MediaPlayer {
     if (!QFileInfo(path).isFile()) return Tell(&MediaPlayer::Failed);
     if (screen == nullptr && !HasSoundDevice()) return Tell(&MediaPlayer::Ended);
     // Short clips and ones of an odd length are played whole only by the sound effect.
-    if (screen == nullptr && path.endsWith(QLatin1String(".wav"), Qt::CaseInsensitive)) return PlayEffect(path);
+    if (screen == nullptr && IsClip(path)) return PlayEffect(path);
     PlayFile(path);
   }
 
@@ -88,8 +93,11 @@ class QtMediaPlayer : public MediaPlayer {
       effect_.release()->deleteLater();
       PlayFile(path);
     });
+    QTimer::singleShot(kLoadingLimit, effect_.get(), [this] {
+      if (effect_->status() <= QSoundEffect::Loading) TellOnce(&MediaPlayer::Failed);
+    });
     effect_->setSource(QUrl::fromLocalFile(path));
-    effect_->play();
+    if (effect_) effect_->play();  // not one that failed at once
   }
 
   void PlayFile(const QString& path) {
