@@ -30,17 +30,11 @@ int InProportion(int given, int own, int other) {
   return static_cast<int>(std::clamp<int64_t>(scaled, 1, INT32_MAX));
 }
 
-PixelSize Bounded(PixelSize size) {
-  const int longer = std::max(size.width, size.height);
-  if (longer <= kMaxMediaPixels) return size;
-  return {InProportion(kMaxMediaPixels, longer, size.width), InProportion(kMaxMediaPixels, longer, size.height)};
-}
-
 PixelSize PictureSize(PixelSize own, int width, int height) {
-  if (width == 0 && height == 0) return Bounded(own);
+  if (width == 0 && height == 0) return BoundedMedia(own);
   if (height == 0) height = InProportion(width, own.width, own.height);
   if (width == 0) width = InProportion(height, own.height, own.width);
-  return Bounded({width, height});
+  return BoundedMedia({width, height});
 }
 
 class SideLayout {
@@ -162,8 +156,8 @@ class SideLayout {
   }
 
   void PlaceVideo(const MarkupItem& item) {
-    const PixelSize size =
-        Bounded({item.width > 0 ? item.width : kVideoSize.width, item.height > 0 ? item.height : kVideoSize.height});
+    const PixelSize size = BoundedMedia(
+        {item.width > 0 ? item.width : kVideoSize.width, item.height > 0 ? item.height : kVideoSize.height});
     Fragment video = {.kind = Fragment::Kind::Video, .rect = {0, 0, size.width, size.height}, .text = item.text};
     video.framed = true;
     lines_.PlaceBlock(std::move(video));
@@ -184,6 +178,12 @@ class SideLayout {
 };
 
 }  // namespace
+
+PixelSize BoundedMedia(PixelSize size) {
+  const int longer = std::max(size.width, size.height);
+  if (longer <= kMaxMediaPixels) return size;
+  return {InProportion(kMaxMediaPixels, longer, size.width), InProportion(kMaxMediaPixels, longer, size.height)};
+}
 
 void LinkAreas::Add(const LinkArea& area) {
   if (areas_.size() <= kEntries) {

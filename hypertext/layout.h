@@ -110,6 +110,9 @@ inline constexpr int kMaxMediaPixels = 4096;  // a picture that is wider or high
 inline constexpr int kMaxExtent = 8000000;    // no side is laid out further down or to the right
 inline constexpr size_t kMaxFragments = 250000;
 
+// The size, made smaller in its proportions until no side is longer than kMaxMediaPixels; no side becomes 0.
+PixelSize BoundedMedia(PixelSize size);
+
 // Lays a side out in a frame of the given size. `start_points` is the font size that the side begins with. Text wraps
 // at the frame's width, also when a picture made the paint box wider. A side beyond the limits above is cut off there.
 Layout LayOut(std::string_view side, PixelSize frame, int start_points, Measurer& measurer);

@@ -9,18 +9,33 @@
 namespace tessaro {
 namespace {
 
+// Holds the largest picture that is ever read for a side, so that none is read again at every repaint.
 constexpr int kCacheKibibytes = 96 * 1024;
+static_assert(kCacheKibibytes > kMaxMediaPixels / 1024 * kMaxMediaPixels * 4);
 
 // As the picture is seen: photographs may lie on their side in the file.
 QSize SeenSize(const QImageReader& reader, QSize size) {
   return reader.transformation() & QImageIOHandler::TransformationRotate90 ? size.transposed() : size;
 }
 
+// Scaled down on each side that is longer than `most`.
+QImage ReadWithin(const QString& path, QSize most) {
+  QImageReader::setAllocationLimit(kPictureMebibytes);
+  QImageReader reader(path);
+  reader.setDecideFormatFromContent(true);
+  reader.setAutoTransform(true);
+  const QSize size = reader.size();
+  const QSize seen_most = SeenSize(reader, most);
+  if (size.isValid() && (size.width() > seen_most.width() || size.height() > seen_most.height()))
+    reader.setScaledSize(size.boundedTo(seen_most));
+  return reader.read();
+}
+
 PictureFile MeasurePicture(const QString& path) {
   QImageReader reader(path);
   reader.setDecideFormatFromContent(true);
   QSize size = reader.size();
-  size = size.isValid() ? SeenSize(reader, size) : ReadPicture(path, {kMaxMediaPixels, kMaxMediaPixels}).size();
+  size = size.isValid() ? SeenSize(reader, size) : ReadWithin(path, {kMaxMediaPixels, kMaxMediaPixels}).size();
   if (size.isEmpty()) return {PictureFile::State::Unreadable, {}};
   return {PictureFile::State::Good, {size.width(), size.height()}};
 }
@@ -36,16 +51,10 @@ void MakeWhiteTransparent(QImage& image) {
 
 }  // namespace
 
-QImage ReadPicture(const QString& path, QSize most) {
-  QImageReader::setAllocationLimit(kPictureMebibytes);
-  QImageReader reader(path);
-  reader.setDecideFormatFromContent(true);
-  reader.setAutoTransform(true);
-  const QSize size = reader.size();
-  const QSize seen_most = SeenSize(reader, most);
-  if (size.isValid() && (size.width() > seen_most.width() || size.height() > seen_most.height()))
-    reader.setScaledSize(size.boundedTo(seen_most));
-  return reader.read();
+QImage ReadPicture(const QString& path) {
+  const PictureFile file = MeasurePicture(path);
+  const PixelSize size = BoundedMedia(file.size);
+  return file.state == PictureFile::State::Good ? ReadWithin(path, {size.width, size.height}) : QImage();
 }
 
 PictureStore::PictureStore(const Disk& disk) : disk_(disk), finder_(disk, {}), pictures_(kCacheKibibytes) {}
@@ -92,7 +101,7 @@ QPixmap PictureStore::Picture(std::string_view name, QSize size, bool white_is_t
                           .arg(size.height())
                           .arg(white_is_transparent ? 1 : 0);
   if (const QPixmap* known = pictures_.object(key)) return *known;
-  QImage image = ReadPicture(entry.path, size);
+  QImage image = ReadWithin(entry.path, size.boundedTo({kMaxMediaPixels, kMaxMediaPixels}));
   if (image.isNull()) {
     entry.file.state = PictureFile::State::Unreadable;
     return {};

@@ -18,8 +18,9 @@ namespace tessaro {
 // The largest picture, in bytes of memory, that is read at all.
 inline constexpr int kPictureMebibytes = 256;
 
-// Reads a picture, scaled down to `most` where it is larger. A null image when it cannot be read.
-QImage ReadPicture(const QString& path, QSize most);
+// Reads a picture in its own size; one wider or higher than kMaxMediaPixels is made smaller in its proportions. A null
+// image when it cannot be read.
+QImage ReadPicture(const QString& path);
 
 // The pictures that card sides name: found, measured and read once.
 class PictureStore {
@@ -31,7 +32,8 @@ class PictureStore {
   // The path of any media file; empty when there is none.
   QString PathOf(std::string_view name);
   PictureFile Find(std::string_view name);
-  // The picture for a place of `size` device pixels; null when it cannot be read, which Find knows from then on.
+  // The picture for a place of `size` device pixels, to be stretched there where it is large; null when it cannot be
+  // read, which Find knows from then on.
   QPixmap Picture(std::string_view name, QSize size, bool white_is_transparent);
 
  private:

@@ -1,7 +1,6 @@
 #include "learn/card_pages.h"
 
 #include <QFontMetrics>
-#include <QImageReader>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -10,6 +9,7 @@
 #include <QTextDocumentFragment>
 #include <QVBoxLayout>
 
+#include "hypertext/picture_store.h"
 #include "hypertext/plain_text.h"
 #include "hypertext/text_file.h"
 #include "hypertext/video_screen.h"
@@ -28,7 +28,6 @@ constexpr int kEdge = 3;
 // The hypertext frame has margins of its own; it must only not touch the rounded edge.
 constexpr int kFrameMargin = 3;
 constexpr int kPaperMargin = 20;
-constexpr int kLargestPictureSide = 4096;
 constexpr uint64_t kLargestTextFile = 8 << 20;
 
 QPlainTextEdit* MakeTextView(const QString& name) {
@@ -243,13 +242,7 @@ void CardPages::ShowPages(std::string_view side) {
 }
 
 bool CardPages::ShowPicture(const std::filesystem::path& path) {
-  QImageReader reader(FromPath(path));
-  reader.setAutoTransform(true);
-  const QSize size = reader.size();
-  if (size.width() > kLargestPictureSide || size.height() > kLargestPictureSide) {
-    reader.setScaledSize(size.scaled(kLargestPictureSide, kLargestPictureSide, Qt::KeepAspectRatio));
-  }
-  const QImage image = reader.read();
+  const QImage image = ReadPicture(FromPath(path));
   if (image.isNull()) Q_EMIT PictureFailed();
   picture_->SetPicture(QPixmap::fromImage(image));
   return !image.isNull();
