@@ -10,7 +10,10 @@
 namespace tessaro {
 namespace {
 
-constexpr size_t kMostWords = 8000;    // of a kibibyte or so; a cache that holds more starts anew
+// A cache that holds more starts anew. What a word costs is an estimate: its layout, and the glyphs of each letter.
+constexpr size_t kMostBytes = 16 << 20;
+constexpr size_t kBytesOfWord = 1024;
+constexpr size_t kBytesOfLetter = 32;
 constexpr double kLineSpacing = 1.22;  // of the font's own height: lines with air between them read easier
 
 QString VisibleText(std::string_view bytes) {
@@ -40,7 +43,7 @@ void TextCache::SetFont(const QFont& font) {
   if (font == base_) return;
   base_ = font;
   fonts_.clear();
-  words_ = 0;
+  bytes_ = 0;
 }
 
 TextExtent TextCache::Measure(std::string_view text, const TextStyle& style) {
@@ -53,12 +56,12 @@ const TextCache::Word& TextCache::Find(std::string_view text, const TextStyle& s
   auto* font = &FontOf(style);
   const auto known = font->words.find(text);
   if (known != font->words.end()) return known->second;
-  if (words_ >= kMostWords) {
+  if (bytes_ >= kMostBytes) {
     fonts_.clear();
-    words_ = 0;
+    bytes_ = 0;
     font = &FontOf(style);
   }
-  ++words_;
+  bytes_ += kBytesOfWord + text.size() * kBytesOfLetter;
   return font->words.emplace(std::string(text), Shape(text, font->font)).first->second;
 }
 

@@ -48,7 +48,7 @@ class TextCache {
 
   QFont base_;
   std::unordered_map<uint32_t, StyledFont> fonts_;
-  size_t words_ = 0;
+  size_t bytes_ = 0;  // that the words take, about
 };
 
 }  // namespace tessaro
