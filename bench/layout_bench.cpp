@@ -76,7 +76,7 @@ class Viewer {
   QImage image_{kFrame.width, kFrame.height, QImage::Format_ARGB32_Premultiplied};
   TextCache texts_;
   PictureStore pictures_;
-  std::function<ColourClass(int64_t)> colours_ = [](int64_t id) { return static_cast<ColourClass>(id % 3) + 1; };
+  std::function<ColourClass(int64_t)> colours_ = [](int64_t id) { return static_cast<ColourClass>(id % 3 + 1); };
 };
 
 std::string RandomWord(std::mt19937& random) {

@@ -22,7 +22,7 @@ struct NameMeasurer : Measurer {
     return {size > 0 ? PictureFile::State::Good : PictureFile::State::Missing, {size + 1, size / 3 + 1}};
   }
   bool SoundExists(std::string_view name) override { return name.size() % 2 == 1; }
-  ColourClass LinkColour(int64_t card_id) override { return static_cast<ColourClass>(card_id % 3) + 1; }
+  ColourClass LinkColour(int64_t card_id) override { return static_cast<ColourClass>(card_id % 3 + 1); }
 };
 
 void Require(bool holds) {

@@ -56,7 +56,7 @@ class SideLayout {
   void Take(MarkupItem& item) {
     switch (item.kind) {
       case Kind::Text:
-        return AddText(item.text, style_, 0, std::nullopt);
+        return AddText(item.text, style_, ColourClass::Text, std::nullopt);
       case Kind::Blank:
         lines_.EndWord();
         return lines_.Advance(measurer_.Text(" ", style_).width, style_.underline);
@@ -167,7 +167,7 @@ class SideLayout {
     if (measurer_.SoundExists(item.text)) layout_.sounds.push_back(item.text);
   }
 
-  ColourClass ColourOf(int32_t target) { return target == 0 ? kBlueClass : measurer_.LinkColour(target); }
+  ColourClass ColourOf(int32_t target) { return target == 0 ? ColourClass::Blue : measurer_.LinkColour(target); }
 
   Measurer& measurer_;
   Layout& layout_;

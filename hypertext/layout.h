@@ -30,11 +30,9 @@ struct TextStyle {
   bool operator==(const TextStyle&) const = default;
 };
 
-// How the link's target stands, as a colour class: 1 green (known and not due), 2 red (due or wrong), 3 blue; 0 = text
-// outside links.
-using ColourClass = int;
-
-inline constexpr ColourClass kBlueClass = 3;
+// The colour of what is outside links, and of links by how their target stands: green = known and not due, red = due or
+// wrong, blue = never learned, a navigation card or no card at all.
+enum class ColourClass { Text, Green, Red, Blue };
 
 // The room that a text takes: its advance, and the height of its line, of which `ascent` stands above the base line.
 struct TextExtent {
@@ -68,7 +66,7 @@ struct Fragment {
   std::string text;  // the text, entities replaced; of pictures and videos the name as written in the card
   TextStyle style = {};
   int baseline = 0;  // of texts: where the letters stand
-  ColourClass colour = 0;
+  ColourClass colour = ColourClass::Text;
   bool framed = false;       // a frame of one pixel around the rectangle, in the link colour inside a link
   bool transparent = false;  // pictures: white is transparent
 };

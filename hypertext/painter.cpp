@@ -72,15 +72,16 @@ void PaintVideo(QPainter& painter, const Fragment& fragment) {
 
 QColor ColourOfClass(ColourClass colour, const QColor& text) {
   switch (colour) {
-    case 1:
+    case ColourClass::Green:
       return {0, 128, 0};
-    case 2:
+    case ColourClass::Red:
       return {255, 0, 0};
-    case kBlueClass:
+    case ColourClass::Blue:
       return {0, 0, 255};
-    default:
-      return text;
+    case ColourClass::Text:
+      break;
   }
+  return text;
 }
 
 bool PaintSide(QPainter& painter, const Layout& layout, const QRect& clip, const QColor& text_colour, TextCache& texts,

@@ -12,7 +12,7 @@ namespace tessaro {
 class PictureStore;
 class TextCache;
 
-// The colour of a class: green, red, blue; `text` for class 0.
+// What a colour class looks like; `text` is the colour outside links.
 QColor ColourOfClass(ColourClass colour, const QColor& text);
 
 // Draws the part of a laid-out side that lies in `clip`, which is in paint-box coordinates. Computes no positions.

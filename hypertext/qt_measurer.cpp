@@ -18,7 +18,7 @@ bool QtMeasurer::SoundExists(std::string_view name) {
 }
 
 ColourClass QtMeasurer::LinkColour(int64_t card_id) {
-  return colours_ ? colours_(card_id) : kBlueClass;
+  return colours_ ? colours_(card_id) : ColourClass::Blue;
 }
 
 }  // namespace tessaro

@@ -259,13 +259,13 @@ void TF_wnlern::ReadLooks() {
   ui_->PageControlAnz->SetLinkColours([this](int64_t id) {
     switch (LinkStateOf(file_, id, run_->parameters(), clock_.Now())) {
       case LinkState::KnownNotDue:
-        return 1;
+        return ColourClass::Green;
       case LinkState::DueOrWrong:
-        return 2;
+        return ColourClass::Red;
       case LinkState::NeverLearned:
-        return 3;
+        break;
     }
-    return 3;
+    return ColourClass::Blue;
   });
 }
 

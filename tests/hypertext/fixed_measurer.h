@@ -29,7 +29,7 @@ struct FixedMeasurer : Measurer {
   bool SoundExists(std::string_view name) override { return sounds.contains(name); }
   ColourClass LinkColour(int64_t card_id) override {
     const auto colour = colours.find(card_id);
-    return colour == colours.end() ? kBlueClass : colour->second;
+    return colour == colours.end() ? ColourClass::Blue : colour->second;
   }
 };
 

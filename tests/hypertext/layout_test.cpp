@@ -26,7 +26,7 @@ void Dump(const Fragment& fragment, std::ostream& out) {
   out << (fragment.style.bold ? " b" : "") << (fragment.style.italic ? " i" : "");
   out << (fragment.style.underline ? " u" : "") << (fragment.framed ? " framed" : "");
   out << (fragment.transparent ? " transparent" : "");
-  if (fragment.colour != 0) out << " colour " << static_cast<int>(fragment.colour);
+  if (fragment.colour != ColourClass::Text) out << " colour " << static_cast<int>(fragment.colour);
   out << "\n";
 }
 
@@ -55,7 +55,7 @@ struct LayoutOf : testing::Test {
         {"p.bmp", {40, 30}}, {"p.jpg", {40, 30}}, {"breit.jpg", {300, 10}}, {"riesig.bmp", {40960, 4096}}};
     measurer.sounds = {"s.wav"};
     measurer.unreadable = {"kaputt.jpg"};
-    measurer.colours = {{1, 1}, {2, 2}};
+    measurer.colours = {{1, ColourClass::Green}, {2, ColourClass::Red}};
   }
 };
 

@@ -128,7 +128,8 @@ TEST_F(LearningWindow, NothingDueSaysWhenAndOffersToGoOn) {
   EXPECT_TRUE(Find<QWidget>(u"Hinweis"_s).isVisible());
   Click(u"ButtonOhneSperre"_s);
   EXPECT_EQ(Text(u"EditZeitsperre"_s), u"Zeitsperre aus"_s);
-  EXPECT_EQ(Find<TFrameHtml>(u"FrameHtml"_s).layout().fragments.at(0).colour, 1) << "known and not due";
+  EXPECT_EQ(Find<TFrameHtml>(u"FrameHtml"_s).layout().fragments.at(0).colour, ColourClass::Green)
+      << "known and not due";
   EXPECT_EQ(Text(u"DisplayZuletzt"_s), u"0:00:16:40"_s);
 }
 
