@@ -116,12 +116,13 @@ class QtMediaPlayer : public MediaPlayer {
         TellOnce(screen_ && !player_->hasVideo() ? &MediaPlayer::Failed : &MediaPlayer::Ended);
     });
     connect(player_, &QMediaPlayer::errorOccurred, this, [this] { TellOnce(&MediaPlayer::Failed); });
-    QTimer::singleShot(kLoadingLimit, playback, [this, player = player_] {
-      if (player_ == player && player->mediaStatus() <= QMediaPlayer::LoadingMedia) TellOnce(&MediaPlayer::Failed);
-    });
     playing_ = true;
     player_->setSource(QUrl::fromLocalFile(path));
     player_->play();
+    // From here on: starting to play takes seconds where the machine looks for its decoders for the first time.
+    QTimer::singleShot(kLoadingLimit, playback, [this, player = player_] {
+      if (player_ == player && player->mediaStatus() <= QMediaPlayer::LoadingMedia) TellOnce(&MediaPlayer::Failed);
+    });
   }
 
   void TellOnce(void (MediaPlayer::*signal)()) {
