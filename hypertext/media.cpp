@@ -16,15 +16,6 @@ namespace fs = std::filesystem;
 constexpr std::string_view kSeparators = "\\/";
 constexpr size_t kMostLevels = 64;  // of folders in a name
 
-// Nothing when the code page lacks the character.
-std::optional<char> ByteOfCharacter(char32_t character) {
-  if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) return static_cast<char>(character);
-  const auto& high = code_page::kHighControls;
-  const auto* found = std::find(high.begin(), high.end(), character);
-  if (found == high.end()) return std::nullopt;
-  return static_cast<char>(0x80 + (found - high.begin()));
-}
-
 std::string LowerCase(std::string_view bytes) {
   std::string lower(bytes);
   std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) { return ToLower(c); });
@@ -37,7 +28,7 @@ std::string LowerCaseOfDiskName(std::string_view name) {
   std::string bytes;
   for (size_t at = 0; at < name.size();) {
     const auto first = FirstUtf8(name.substr(at));
-    const auto byte = first ? ByteOfCharacter(first->first) : std::nullopt;
+    const auto byte = first ? code_page::ByteOf(first->first) : std::nullopt;
     if (!byte) return LowerCase(name);
     bytes += *byte;
     at += first->second;

@@ -27,10 +27,7 @@ void AppendUtf8(std::string& text, char32_t character) {
 std::string Utf8FromCodePage(std::string_view bytes) {
   std::string text;
   text.reserve(bytes.size());
-  for (const char byte : bytes) {
-    const auto value = static_cast<uint8_t>(byte);
-    AppendUtf8(text, value >= 0x80 && value < 0xA0 ? code_page::kHighControls[value - 0x80] : value);
-  }
+  for (const char byte : bytes) AppendUtf8(text, code_page::CharacterOf(byte));
   return text;
 }
 

@@ -252,7 +252,7 @@ bool CardPages::ShowTextFile(const std::filesystem::path& path) {
   const std::optional<FileState> state = RealDisk().State(path);
   if (!state || state->size > kLargestTextFile) return false;
   const std::optional<std::string> bytes = ReadFile(RealDisk(), path);
-  if (bytes) text_file_->setPlainText(QString::fromStdString(ReadableText(*bytes)));
+  if (bytes) text_file_->setPlainText(FromUtf8(ReadableText(*bytes)));
   return bytes.has_value();
 }
 

@@ -4,11 +4,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <optional>
 #include <string_view>
 
-// The code page of card texts, Windows-1252: literals in it, and its letters. Sources are UTF-8; a literal that goes
-// into or is compared with card text is written "Menü"_cp and is converted by the compiler.
+// The code page of card texts, Windows-1252: its characters, literals in it, and the case of its letters. Sources are
+// UTF-8; a literal that goes into or is compared with card text is written "Menü"_cp and is converted by the compiler.
 namespace tessaro {
 namespace code_page {
 
@@ -18,16 +18,19 @@ inline constexpr std::array<char16_t, 32> kHighControls = {
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-// Called only for a literal that cannot be converted: not being constexpr, it makes the compiler say so.
-inline void LiteralHasCharacterOutsideTheCodePage() {}
+// All 256 bytes have one, and come back by ByteOf.
+constexpr char16_t CharacterOf(char byte) {
+  const auto value = static_cast<uint8_t>(byte);
+  return value >= 0x80 && value < 0xA0 ? kHighControls[value - 0x80U] : value;
+}
 
-constexpr char ByteOf(char32_t character) {
+// Nothing when the code page lacks the character.
+constexpr std::optional<char> ByteOf(char32_t character) {
   if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) return static_cast<char>(character);
   for (size_t i = 0; i < kHighControls.size(); ++i) {
     if (kHighControls[i] == character) return static_cast<char>(0x80 + i);
   }
-  LiteralHasCharacterOutsideTheCodePage();
-  return '?';
+  return std::nullopt;
 }
 
 // A literal of UTF-8 bytes, turned into the code page as it is made.
@@ -43,7 +46,8 @@ struct Literal {
       const size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
       char32_t character = length == 1 ? lead : lead & (0xFFU >> (length + 1));
       for (size_t k = 1; k < length; ++k) character = (character << 6U) | (static_cast<uint8_t>(utf8[i + k]) & 0x3FU);
-      bytes[size++] = ByteOf(character);
+      // Where there is no such byte this is no constant expression, and the compiler says so.
+      bytes[size++] = ByteOf(character).value();
       i += length;
     }
   }
@@ -86,17 +90,6 @@ constexpr char ToUpper(char c) {
 }
 constexpr char ToLower(char c) {
   return code_page::kLower[static_cast<uint8_t>(c)];
-}
-
-// Letters with and without a counterpart in the other case ("ß", "ƒ", "ª", "º" and "µ" have none).
-constexpr bool IsLetter(char c) {
-  return ToUpper(c) != c || ToLower(c) != c || c == '\xDF' || c == '\x83' || c == '\xAA' || c == '\xBA' || c == '\xB5';
-}
-
-inline std::string ToUpper(std::string_view text) {
-  std::string upper(text);
-  std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) { return ToUpper(c); });
-  return upper;
 }
 
 inline bool EqualIgnoringCase(std::string_view a, std::string_view b) {

@@ -13,6 +13,9 @@ QString FromBytes(std::string_view bytes);
 // Nothing when the text holds a character that the code page cannot hold.
 std::optional<std::string> ToBytes(const QString& text);
 
+// Text that the core has as UTF-8, such as that of text files.
+QString FromUtf8(std::string_view text);
+
 // File names are bytes in the encoding of the machine.
 QString FromPath(const std::filesystem::path& path);
 std::filesystem::path ToPath(const QString& path);

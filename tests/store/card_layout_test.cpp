@@ -12,15 +12,13 @@ namespace {
 static_assert("Menü"_cp == "Men\xFC");
 static_assert("–€…„“ŸŽž"_cp == "\x96\x80\x85\x84\x93\x9F\x8E\x9E");
 
-TEST(CodePage, KnowsLettersAndTheirCase) {
-  EXPECT_EQ(ToUpper("azäöüÿšœžþß÷µƒ[1]"_cp), "AZÄÖÜŸŠŒŽÞß÷µƒ[1]"_cp);
+TEST(CodePage, KnowsTheCaseOfLetters) {
+  EXPECT_TRUE(EqualIgnoringCase("azäöüÿšœžþß÷µƒ[1]"_cp, "AZÄÖÜŸŠŒŽÞß÷µƒ[1]"_cp));
   for (int i = 0; i < 256; ++i) {
     const char c = static_cast<char>(i);
     EXPECT_EQ(ToUpper(ToUpper(c)), ToUpper(c)) << i;
     EXPECT_TRUE(ToLower(c) == c || ToUpper(ToLower(c)) == c) << i;
   }
-  for (const char c : "AzÄßÿŸŠœƒªµº"_cp) EXPECT_TRUE(IsLetter(c)) << static_cast<int>(c);
-  for (const char c : "@[`{0 ×÷«…€²"_cp) EXPECT_FALSE(IsLetter(c)) << static_cast<int>(c);
 }
 
 TEST(CardColumns, ReadNumbersAsTheyStandInOldFiles) {
