@@ -16,7 +16,7 @@ enum class SideName { Front, Back };
 QColor ColourFromNumber(int64_t number, const QColor& fallback);
 
 // The look of a card side from the settings of its card file: font from section "FontV" or "FontH" (keys "Name",
-// "Charset", "Color", "Height", "Size", "Pitch"), paper from "Color" in section "ColorV" or "ColorH", text colour from
+// "Color", "Height", "Size", "Pitch"), paper from "Color" in section "ColorV" or "ColorH", text colour from
 // "V" or "H" in section "ClText" or else from the font's "Color". What is missing or senseless gets a readable default.
 SideLook ReadSideLook(const IniFile& settings, SideName side);
 
