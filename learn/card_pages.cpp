@@ -239,6 +239,8 @@ void CardPages::ShowPages(std::string_view side) {
   setTabVisible(kText, any);
   setCurrentIndex(front);
   tabBar()->setVisible(any);
+  // Qt does not note the change of a tab in a bar that is not on screen, and would leave gaps for hidden ones.
+  tabBar()->setElideMode(tabBar()->elideMode());
 }
 
 bool CardPages::ShowPicture(const std::filesystem::path& path) {
