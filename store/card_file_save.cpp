@@ -26,6 +26,12 @@ bool Copy(Disk& disk, const fs::path& from, const fs::path& to) {
   });
 }
 
+// No journal beside another card file tells of a save that was cut short between its cards and its indexes: an old
+// index would then pass for one of the new cards.
+void RemoveIndexes(Disk& disk, const CardFilePaths& paths) {
+  for (const fs::path& index : {paths.learn_index, paths.link_index}) (void)disk.Remove(index);
+}
+
 }  // namespace
 
 SaveResult CardFile::Save(const StageObserver& observer) {
@@ -45,6 +51,7 @@ SaveResult CardFile::SaveCopy(const fs::path& path, const StageObserver& observe
   std::unique_ptr<FileLock> lock;
   LockHolder holder;
   if (!TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
+  RemoveIndexes(disk_, paths);
   const std::optional<FileState> on_disk = content_.on_disk;
   const ContentStamp stamp = content_.stamp;
   const SaveResult result = WriteFiles(content_, paths, observer);
@@ -60,6 +67,7 @@ SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer)
   std::unique_ptr<FileLock> lock;
   LockHolder holder;
   if (!TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
+  RemoveIndexes(disk_, paths);
   SaveResult result = WriteFiles(content_, paths, observer);
   if (result == SaveResult::CardsFailed) return result;
   // The damaged file keeps its name.
