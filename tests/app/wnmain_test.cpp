@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <set>
 
 #include "learn/dlausw.h"
 #include "learn/dlparam.h"
@@ -48,10 +49,7 @@ class MainWindowFiles : public MainWindow {
     messages.files = {file};
     Trigger(command);
   }
-  void BreakDisk() {
-    disk.stay_broken(true);
-    disk.FailAt(1);
-  }
+  void BreakDisk() { disk.FailAt(1, MemoryDisk::WriteFault::Nothing, true); }
   static QWidgetList LearningWindows() {
     QWidgetList windows = QApplication::topLevelWidgets();
     windows.removeIf([](const QWidget* w) { return !w->isVisible() || qobject_cast<const TF_wnlern*>(w) == nullptr; });
@@ -249,6 +247,30 @@ TEST_F(MainWindowFiles, SavingTellsTheSpaceAndTheWarningOutlastsIt) {
   }
   EXPECT_EQ(messages.shown,
             QStringList{u"Backup nach Datei\n/deck/another.mlb\nEventuell zu wenig\nPlatz auf Disk."_s});
+}
+
+// From no room at all to room for everything: somewhere on the way each of the three files is the one that fails.
+TEST_F(MainWindowFiles, AFullDriveHoldsAWholeCardFileAndIsToldOf) {
+  const uint64_t all = *disk.FreeBytes({});
+  std::set<std::string> told;
+  for (uint64_t free = 0; free < 5000; free += 50) {
+    SCOPED_TRACE(free);
+    disk.set_capacity(all);
+    OpenAndChange();
+    messages.errors.clear();
+    for (const char* none : {"/deck/x.ml~", "/deck/x.row", "/deck/x.idt"}) EXPECT_TRUE(disk.Remove(none));
+    const std::string new_cards = FileText(program.file().cards());
+    disk.set_capacity(all - *disk.FreeBytes({}) + free);
+    const bool saved = window().FileSaveExecute();
+    ASSERT_EQ(messages.errors.size(), saved ? 0 : 1);
+    const QString message = saved ? u"saved"_s : messages.errors.first();
+    EXPECT_EQ(disk.Content(kTestFile), message.contains(u"Kartei."_s) ? FileText(kCards) : new_cards);
+    EXPECT_EQ(program.file().changed(), !saved);
+    told.insert(message.toStdString());
+  }
+  EXPECT_EQ(told, (std::set<std::string>{"\nFehler Speichern Kartei.\nSiehe Hilfeindex!",
+                                         "\nFehler Speichern Lernindex.\nSiehe Hilfeindex!",
+                                         "\nFehler Speichern Linkindex.\nSiehe Hilfeindex!", "saved"}));
 }
 
 TEST_F(MainWindowFiles, AFileChangedByAnotherProgramIsAskedAboutBeforeItIsOverwritten) {

@@ -17,30 +17,20 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-// Presses the buttons, one after the other.
-template <typename... Names>
-void Press(const QWidget& window, const Names&... names) {
-  for (const QString& name : {names...}) {
-    auto& button = Control<QAbstractButton>(window, name);
-    // At its left, where a box or radio button has its mark.
-    QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
-  }
-}
-
-bool Enabled(const QWidget& window, const QString& name) {
-  return Control<QWidget>(window, name).isEnabled();
-}
-
-QString Line(const QWidget& window, const QString& edit) {
-  return Control<QLineEdit>(window, edit).text();
-}
-
-QString StatusLine(const QWidget& window) {
-  return Control<QLabel>(window, u"StatusZeile"_s).text();
-}
-
 class LearningDialogs : public LearningWindow {
  protected:
+  // Presses the buttons, one after the other.
+  template <typename... Names>
+  static void Press(const QWidget& dialog, const Names&... names) {
+    for (const QString& name : {names...}) {
+      auto& button = Control<QAbstractButton>(dialog, name);
+      // At its left, where a box or radio button has its mark.
+      QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
+    }
+  }
+  static bool Enabled(const QWidget& dialog, const QString& name) { return Control<QWidget>(dialog, name).isEnabled(); }
+  static QString Line(const QWidget& dialog, const QString& edit) { return Control<QLineEdit>(dialog, edit).text(); }
+  static QString StatusLine(const QWidget& dialog) { return Control<QLabel>(dialog, u"StatusZeile"_s).text(); }
   template <typename Dialog>
   void Drive(const std::function<void()>& open, const std::function<void(Dialog&)>& act) {
     DriveDialog<Dialog>(open, act);
@@ -122,7 +112,7 @@ TEST_F(LearningDialogs, ABoxIsLeftAndTakenUpByItsButtons) {
   EXPECT_EQ(Shown(), u"5"_s) << "where the box was left";
 }
 
-TEST(ParameterDialog, AWrongEntryKeepsTheFocusAndChangesNothing) {
+TEST_F(LearningDialogs, AWrongParameterKeepsTheFocusAndChangesNothing) {
   const struct {
     QString field, text, message;
   } cases[] = {{u"EdMinBreite"_s, u"1"_s, u"<< Minimale Breite mindestens 2 ! >>"_s},

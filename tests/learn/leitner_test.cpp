@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
-
 #include "learn/leitner_count.h"
 #include "learn/leitner_method.h"
 #include "tests/learn/learn_fixture.h"

@@ -161,8 +161,7 @@ TEST_F(Generations, AreNotLostByAFailingDisk) {
       for (int i = 1; i <= 10; ++i) ASSERT_EQ(Add("/a/x.mlb", i), GenerationResult::Made);
       const SavedCards saved = Save("/a/x.mlb", 11);
       const std::optional<std::string> text = disk.Content("/a/x.mlb");
-      disk.stay_broken(stays);
-      disk.FailAt(n, fault);
+      disk.FailAt(n, fault, stays);
       const GenerationResult result = folder.Add(saved, kMonday, settings);
       reached = disk.operations() >= n;
       disk.FailAt(0);

@@ -32,8 +32,7 @@ struct Unsaved {
     SetScore(file, 2, 777);
     new_text = FileText(file.cards());
     file.settings().SetInt("S", "k", 2);
-    disk.stay_broken(fault.stays);
-    disk.FailAt(n, fault.write);
+    disk.FailAt(n, fault.write, fault.stays);
   }
 
   MemoryDisk disk;

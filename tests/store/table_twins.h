@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <numeric>
 #include <string>
 #include <string_view>
@@ -13,21 +14,29 @@
 
 namespace tessaro {
 
-// A file in memory that is read in pieces of at most `piece` bytes and tells any size.
+// A file in memory that is read in pieces of at most `piece` bytes and tells any size. Where it splits, it can be read
+// by two.
 class TextFile : public ReadableFile {
  public:
-  TextFile(std::string_view text, size_t piece, uint64_t told_size) : text_(text), piece_(piece), size_(told_size) {}
+  TextFile(std::string_view text, size_t piece, uint64_t told_size, bool splits = false)
+      : whole_(text), text_(text), piece_(piece), size_(told_size), splits_(splits) {}
   uint64_t Size() const override { return size_; }
   std::ptrdiff_t Read(char* buffer, size_t size) override {
     const size_t count = text_.copy(buffer, std::min(size, piece_));
     text_.remove_prefix(count);
     return static_cast<std::ptrdiff_t>(count);
   }
+  std::unique_ptr<ReadableFile> ReadFrom(uint64_t offset) override {
+    if (!splits_) return nullptr;
+    return std::make_unique<TextFile>(whole_.substr(std::min(offset, uint64_t{whole_.size()})), piece_, size_);
+  }
 
  private:
+  std::string_view whole_;
   std::string_view text_;
   size_t piece_;
   uint64_t size_;
+  bool splits_;
 };
 
 // The table and its plain model, which are told the same and must answer the same.

@@ -22,14 +22,14 @@ class MemoryDisk : public Disk {
   // What the failing operation does, if it is a write: nothing, half of it, or half of it without saying so.
   enum class WriteFault { Nothing, Half, HalfUnnoticed };
 
-  // The n-th operation from now on fails, counting from 1; 0 for none.
-  void FailAt(int n, WriteFault fault = WriteFault::Nothing) {
+  // The n-th operation from now on fails, counting from 1; 0 for none. When the disk stays broken every later one fails
+  // too.
+  void FailAt(int n, WriteFault fault = WriteFault::Nothing, bool stay_broken = false) {
     operations_ = 0;
     fail_at_ = n;
     fault_ = fault;
+    stay_broken_ = stay_broken;
   }
-  // With the failing operation the disk is gone: every later one fails too.
-  void stay_broken(bool on) { stay_broken_ = on; }
   int operations() const { return operations_; }
   // Writes fail, after what fits, once all files together have so many bytes.
   void set_capacity(uint64_t bytes) { capacity_ = bytes; }
