@@ -121,7 +121,7 @@ TEST_F(Care, TheCheckIsQuietAndLeadsToItsFindings) {
   EXPECT_FALSE(program.file().changed());
   EXPECT_TRUE(messages.errors.isEmpty() && messages.shown.isEmpty() && messages.asked.isEmpty());
 
-  DriveDialog<TF_dlcheck>([this] { Press(u"ButtonCheck"_s); },
+  DriveDialog<TF_dlcheck>([this] { Click(u"ButtonCheck"_s); },
                           [](TF_dlcheck& dialog) {
                             auto& list = Control<QTreeView>(dialog, u"ListFindings"_s);
                             ASSERT_EQ(list.model()->rowCount(), 3);

@@ -1,26 +1,17 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QLabel>
 #include <string>
 #include <vector>
 
 #include "app/program.h"
 #include "app/wnmain.h"
-#include "tests/support/dialog_driver.h"
-#include "tests/support/fixed_clock.h"
-#include "tests/support/recorded_messages.h"
-#include "tests/support/scripted_random.h"
-#include "tests/support/test_cards.h"
+#include "tests/learn/learn_fixture.h"
+#include "tests/support/window_test.h"
 
 namespace tessaro {
 
-inline constexpr int64_t kNow = 1'700'000'000;
-
 // The whole program over a disk in memory. The main window is shown; no card file is open yet.
-class MainWindow : public testing::Test {
+class MainWindow : public WindowTest {
  protected:
   // With a folder for dated copies, or without them.
   explicit MainWindow(const char* backups = "")
@@ -46,20 +37,9 @@ class MainWindow : public testing::Test {
     deck.RowChanged(kFirstCardRow);
   }
   TF_wnmain& window() { return program.main_window(); }
-  template <typename Widget>
-  Widget& Find(const QString& name) {
-    return Control<Widget>(window(), name);
-  }
-  QAction& Command(const QString& name) { return Find<QAction>(name); }
-  void Trigger(const QString& name) { Command(name).trigger(); }
-  void Press(const QString& button) { QTest::mouseClick(&Find<QWidget>(button), Qt::LeftButton); }
-  QString Text(const QString& label) { return Find<QLabel>(label).text(); }
+  QWidget& Tested() override { return window(); }
   std::string CardsPath() { return program.file().paths().cards.string(); }
 
-  MemoryDisk disk;
-  FixedClock clock{kNow};
-  ScriptedRandom random;
-  RecordedMessages messages;
   Program program;
 };
 

@@ -21,19 +21,9 @@ namespace {
 
 constexpr const char* kOther = "/deck/other.mlb";
 
-TestCard Known(const char* id, const char* score) {
-  const std::string letters = 'w' + std::string(kHistoryLength - 1, 'f');
-  return {.id = id, .score = score, .yes_no_row = letters, .time_row = std::to_string(kNow - 500)};
-}
-
 // One card of every kind that the start page counts, and a navigation card.
-const std::vector<TestCard> kCards = {
-    {.id = "000001"},
-    {.id = "000002", .score = "000000000", .time_row = std::to_string(kNow - 500)},
-    Known("000003", "000000100"),
-    Known("000004", "000900000"),
-    {.id = "000005", .question = "<navigation><home>Start"},
-};
+const std::vector<TestCard> kCards = {NewCard(1), WrongCard(2, 500), KnownCard(3, 100, 500), KnownCard(4, 900000, 500),
+                                      NavigationCard(5, "<navigation><home>Start")};
 
 class MainWindowFiles : public MainWindow {
  protected:
@@ -306,7 +296,7 @@ TEST_F(MainWindowFiles, SavingUnderAnotherNameMovesThereABackupDoesNot) {
 
 TEST_F(MainWindowFiles, LearningLastsUntilAnotherFileIsOpened) {
   Open(kCards);
-  Press(u"ButtonLearn"_s);
+  Click(u"ButtonLearn"_s);
   EXPECT_TRUE(program.learning());
   Trigger(u"LernStartExecute"_s);
   const QWidgetList windows = LearningWindows();
@@ -323,9 +313,9 @@ TEST_F(MainWindowFiles, OtherWaysToLearnStartFromTheStartPageAndInTheRunningWind
       for (const QString& name : {u"BitBtnSort"_s, button}) Control<QPushButton>(dialog, name).click();
     };
   };
-  DriveDialog<TF_dlausw>([&] { Press(u"ButtonLeitner"_s); }, count_and_press(u"BitBtnCancel"_s));
+  DriveDialog<TF_dlausw>([&] { Click(u"ButtonLeitner"_s); }, count_and_press(u"BitBtnCancel"_s));
   EXPECT_FALSE(program.learning());
-  Press(u"ButtonReihe"_s);
+  Click(u"ButtonReihe"_s);
   QApplication::processEvents();
   const auto stage = [] { return Control<QLabel>(*LearningWindows().at(0), u"LabelSteuerung"_s).text(); };
   EXPECT_EQ(stage(), u"Lernsteuerung nach Reihenfolge"_s);

@@ -17,11 +17,8 @@
 #include <thread>
 #include <vector>
 
-#include "learn/learning_run.h"
 #include "store/card_ids.h"
-#include "tests/support/fixed_clock.h"
-#include "tests/support/scripted_random.h"
-#include "tests/support/test_cards.h"
+#include "tests/learn/learn_fixture.h"
 
 namespace tessaro {
 namespace {
@@ -30,13 +27,6 @@ namespace fs = std::filesystem;
 
 constexpr int kCards = 120;
 constexpr int kSecondsPerStep = 7;
-
-struct SilentView : LearningView {
-  void Refresh() override {}
-  void Tell(RunMessage, int) override {}
-  void ChooseMethod() override {}
-  void EndRun() override {}
-};
 
 [[noreturn]] void Fail(const std::string& what) {
   std::fprintf(stderr, "FAILED: %s\n", what.c_str());
@@ -69,7 +59,7 @@ int OpenAfterCrash(CardFile& file, const fs::path& path) {
   std::vector<uint32_t> numbers(10'000);
   std::generate(numbers.begin(), numbers.end(), [g = std::mt19937(seed)]() mutable { return g() >> 1U; });
   ScriptedRandom random(numbers);
-  SilentView view;
+  RecordingView view;
   CardFile file(RealDisk(), clock);
   file.journal().FlushInBackground();
   OpenAfterCrash(file, path);
@@ -95,8 +85,7 @@ int OpenAfterCrash(CardFile& file, const fs::path& path) {
 class Killer {
  public:
   Killer(fs::path folder, uint32_t seed) : folder_(std::move(folder)), random_(seed) {
-    std::vector<TestCard> cards;
-    for (int i = 1; i <= kCards; ++i) cards.push_back({.id = std::to_string(100000 + i)});
+    const std::vector<TestCard> cards = Numbered(kCards, [](int i) { return NewCard(100000 + i); });
     fs::create_directories(folder_ / "deck");
     if (!MakeCards(cards).SaveToFile(path())) Fail("cannot write the card file");
   }
@@ -165,7 +154,7 @@ class Killer {
 
   fs::path folder_;
   std::mt19937 random_;
-  int64_t now_ = 1'700'000'000;
+  int64_t now_ = kNow;
   std::map<int, std::string> seen_;  // what the learner knows of each row
   int asked_row_ = 0;                // the row of an answer that was not acknowledged yet
 };

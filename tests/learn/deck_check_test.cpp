@@ -29,12 +29,12 @@ class DeckCheckTest : public LearnTest {
   std::string Found(const std::vector<TestCard>& cards, int step = 1'000'000) {
     file.Close();
     OpenTestFile(disk, file, cards);
+    return FoundInOpenFile(step);
+  }
+  std::string FoundInOpenFile(int step) {
     DeckCheck check(file, kNow);
     while (check.Step(step)) EXPECT_LT(check.Position(), check.Range());
     report = check.TakeReport();
-    return Text(report);
-  }
-  static std::string Text(const DeckReport& report) {
     std::string text;
     for (const DeckFinding& finding : report.findings) {
       text += (text.empty() ? "" : " ") + std::string(1, "IDLFOYTSZ"[static_cast<int>(finding.fault)]) +
@@ -113,14 +113,7 @@ TEST_F(DeckCheckTest, RepairsKeepAllThatCanBeRead) {
   EXPECT_EQ(Field(5, file.columns().id), "000041");
   EXPECT_EQ(file.RowOfId(42), 6) << "the indexes fit again";
   EXPECT_EQ(file.IssueId(), "000043");
-
-  ASSERT_EQ(file.Save(), SaveResult::Saved);
-  CardTable saved = TableOf(*disk.Content(kTestFile));
-  EXPECT_EQ(saved.Peek(1, 6), "000042");
-  DeckCheck again(file, kNow);
-  while (again.Step(100)) {
-  }
-  EXPECT_EQ(Text(again.TakeReport()), "D3/1") << "which card the link means only a person can tell";
+  EXPECT_EQ(FoundInOpenFile(100), "D3/1") << "which card the link means only a person can tell";
 }
 
 }  // namespace

@@ -9,14 +9,12 @@
 #include <vector>
 
 #include "learn/learning_run.h"
-#include "tests/support/fixed_clock.h"
+#include "tests/support/clock_and_chance.h"
 #include "tests/support/memory_disk.h"
-#include "tests/support/scripted_random.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {
 
-inline constexpr int64_t kNow = 1'700'000'000;
 inline constexpr int64_t kDay = 86400;
 
 // Six digits, as a card's ID is written.
@@ -71,10 +69,6 @@ class RecordingView : public LearningView {
   int ends = 0;
 };
 
-inline RecordingView::Messages Told(RunMessage message, int number) {
-  return {{message, number}};
-}
-
 // A card file in memory, and a run over it with a scripted clock and scripted chance.
 class LearnTest : public ::testing::Test {
  protected:
@@ -92,6 +86,7 @@ class LearnTest : public ::testing::Test {
       EXPECT_EQ(index.RowOfCard(index.BoxPos(row)), row);
     }
   }
+  static RecordingView::Messages Told(RunMessage message, int number) { return {{message, number}}; }
   std::string Field(int row, int column) const { return std::string(file.cards().Peek(column, row)); }
   std::string Score(int row) const { return Field(row, file.columns().score); }
   std::string YesNoRow(int row) const { return Field(row, file.columns().yes_no_row); }
@@ -101,7 +96,7 @@ class LearnTest : public ::testing::Test {
   MemoryDisk disk;
   CardFile file{disk};
   IniFile settings;
-  FixedClock clock{kNow};
+  FixedClock clock;
   ScriptedRandom random;
   RecordingView view;
   std::unique_ptr<LearningRun> run;

@@ -1,18 +1,11 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <QAbstractButton>
-#include <QAction>
 #include <QApplication>
-#include <QLabel>
-#include <QTest>
 
 #include "hypertext/htmlview.h"
 #include "learn/wnlern.h"
 #include "tests/learn/learn_fixture.h"
-#include "tests/support/dialog_driver.h"
-#include "tests/support/recorded_messages.h"
+#include "tests/support/window_test.h"
 
 namespace tessaro {
 
@@ -22,7 +15,7 @@ inline const std::vector<TestCard> kThreeCards = {
     {.id = "000003", .question = "<navigation><home>Start", .answer = "-"},
 };
 
-class LearningWindow : public testing::Test {
+class LearningWindow : public WindowTest {
  protected:
   void Open(const std::vector<TestCard>& cards = kThreeCards) {
     file.Close();
@@ -35,17 +28,10 @@ class LearningWindow : public testing::Test {
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     QApplication::processEvents();
   }
-  template <typename Widget>
-  Widget& Find(const QString& name) {
-    return Control<Widget>(*window, name);
-  }
-  void Click(const QString& name) { QTest::mouseClick(&Find<QAbstractButton>(name), Qt::LeftButton); }
-  QAction& Command(const QString& name) { return Find<QAction>(name); }
-  void Trigger(const QString& name) { Command(name).trigger(); }
   void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(QApplication::focusWidget(), key, modifiers);
   }
-  QString Text(const QString& name) { return Find<QLabel>(name).text(); }
+  QWidget& Tested() override { return *window; }
   std::string_view Field(std::string_view column, int row) {
     return file.cards().FieldAt(file.cards().ColumnIndex(column), row);
   }
@@ -57,12 +43,8 @@ class LearningWindow : public testing::Test {
     return logged;
   }
 
-  MemoryDisk disk;
   CardFile file{disk};
   ProgramSettings settings;
-  FixedClock clock{kNow};
-  ScriptedRandom random;
-  RecordedMessages messages;
   std::unique_ptr<TF_wnlern> window;
 };
 

@@ -75,8 +75,6 @@ TEST_F(LearningWindow, DayButtonsSetTheLeastScore) {
     Open();
     Click((days == 100 ? u"SpeedButton%1"_s : u"SpeedButtonTage%1"_s).arg(days));
     EXPECT_EQ(LeadingNumber(Field(kScore, 2)), days * kDay);
-    Click(u"BtWeissIch"_s);
-    EXPECT_EQ(LeadingNumber(Field(kScore, 3)), 1) << "it acts once";
   }
 }
 

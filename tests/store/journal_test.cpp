@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "tests/support/fixed_clock.h"
+#include "tests/support/clock_and_chance.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {
@@ -103,6 +103,7 @@ TEST_F(CardFileJournal, BringsBackWhatWasNotSaved) {
   EXPECT_TRUE(!file_->changed() && Text() != text);
   ASSERT_TRUE(file_->TakeOverUnsaved());
   EXPECT_TRUE(file_->changed() && Text() == text);
+  ExpectTheIndexHasTheScoresOfTheCards();
   CrashAndTakeOver();  // it is still unsaved
   ASSERT_EQ(file_->Save(), SaveResult::Saved);
   EXPECT_FALSE(disk_.Exists(kJournal) || Crash().unsaved);

@@ -3,9 +3,23 @@
 #include <utility>
 #include <vector>
 
+#include "platform/clock.h"
 #include "platform/random.h"
 
 namespace tessaro {
+
+inline constexpr int64_t kNow = 1'700'000'000;
+
+// A clock that a test sets.
+class FixedClock : public Clock {
+ public:
+  explicit FixedClock(int64_t now_in = kNow) : now(now_in) {}
+  int64_t Now() const override { return now; }
+  int64_t Milliseconds() const override { return milliseconds; }
+
+  int64_t now;
+  int64_t milliseconds = 0;
+};
 
 // Gives the numbers of a test, over and over; 0 when there are none.
 class ScriptedRandom : public Random {
