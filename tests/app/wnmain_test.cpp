@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
-#include <set>
 
 #include "learn/dlausw.h"
 #include "learn/dlparam.h"
@@ -240,29 +239,6 @@ TEST_F(MainWindowFiles, SavingTellsTheSpaceAndTheWarningOutlastsIt) {
 }
 
 // From no room at all to room for everything: somewhere on the way each of the three files is the one that fails.
-TEST_F(MainWindowFiles, AFullDriveHoldsAWholeCardFileAndIsToldOf) {
-  const uint64_t all = *disk.FreeBytes({});
-  std::set<std::string> told;
-  for (uint64_t free = 0; free < 5000; free += 50) {
-    SCOPED_TRACE(free);
-    disk.set_capacity(all);
-    OpenAndChange();
-    messages.errors.clear();
-    for (const char* none : {"/deck/x.ml~", "/deck/x.row", "/deck/x.idt"}) EXPECT_TRUE(disk.Remove(none));
-    const std::string new_cards = FileText(program.file().cards());
-    disk.set_capacity(all - *disk.FreeBytes({}) + free);
-    const bool saved = window().FileSaveExecute();
-    ASSERT_EQ(messages.errors.size(), saved ? 0 : 1);
-    const QString message = saved ? u"saved"_s : messages.errors.first();
-    EXPECT_EQ(disk.Content(kTestFile), message.contains(u"Kartei."_s) ? FileText(kCards) : new_cards);
-    EXPECT_EQ(program.file().changed(), !saved);
-    told.insert(message.toStdString());
-  }
-  EXPECT_EQ(told, (std::set<std::string>{"\nFehler Speichern Kartei.\nSiehe Hilfeindex!",
-                                         "\nFehler Speichern Lernindex.\nSiehe Hilfeindex!",
-                                         "\nFehler Speichern Linkindex.\nSiehe Hilfeindex!", "saved"}));
-}
-
 TEST_F(MainWindowFiles, AFileChangedByAnotherProgramIsAskedAboutBeforeItIsOverwritten) {
   for (const Answer answer : {Answer::No, Answer::Yes}) {
     OpenAndChange();

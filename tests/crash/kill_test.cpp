@@ -50,6 +50,13 @@ int OpenAfterCrash(CardFile& file, const fs::path& path) {
   if (report.unsaved && !file.TakeOverUnsaved()) Fail("the indexes cannot be built");
   const CardIds ids(file.cards());
   if (!file.learn_index().Fits(ids) || !file.link_index().Fits(ids)) Fail("an index does not fit");
+  // The undo button makes the score 1 and leaves the card where it is in the index.
+  constexpr int64_t kUndone = 1;
+  for (int row = kFirstCardRow; row <= kCards + 1; ++row) {
+    const int64_t score = LeadingNumber(file.cards().Peek(file.columns().score, row));
+    const int64_t key = file.learn_index().Score(file.learn_index().RowOfCard(row));
+    if (key != score && score != kUndone) Fail("the index holds older scores");
+  }
   return report.unsaved ? report.unsaved->cards : 0;
 }
 
