@@ -50,12 +50,4 @@ class CardReader {
   const CardColumns& columns_;
 };
 
-// Whether there is a card that could be asked at all. Looks no further than the first one.
-inline bool HasLearnableCards(const CardReader& cards) {
-  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
-    if (!cards.HasEndMark(row) && !cards.IsLeftOut(row)) return true;
-  }
-  return false;
-}
-
 }  // namespace tessaro

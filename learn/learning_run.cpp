@@ -5,7 +5,6 @@
 #include "learn/learning_run_state.h"
 
 namespace tessaro {
-namespace {}  // namespace
 
 LearningRun::LearningRun(CardFile& file, const IniFile& program_settings, const Clock& clock, Random& random,
                          LearningView& view)

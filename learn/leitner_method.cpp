@@ -69,7 +69,7 @@ Choice LeitnerMethod::Failed(SelectionContext& run) {
 int LeitnerMethod::NextNewCard(const SelectionContext& run) {
   const CardReader& cards = run.cards;
   for (int row = place_.scan_row; row <= cards.LastCardRow() && !cards.HasEndMark(row); ++row) {
-    if (cards.Level(row) >= 1 || run.cards.IsLeftOut(row)) continue;
+    if (cards.Level(row) >= 1 || cards.IsLeftOut(row)) continue;
     place_.scan_row = row + 1;
     return row;
   }

@@ -181,8 +181,7 @@ QString NoticeText(Notice notice, std::optional<int64_t> next_due) {
                        : u"Ohne Zeitsperre werden Karten auch vorzeitig vorgelegt."_s);
     case Notice::NewCardsHeldBack:
       return u"Gerade findet die Standardmethode keine Karte. Neue Karten legt sie erst wieder vor, wenn im Menü "
-             u"Methode "
-             "„wenig neue Karten“ ausgeschaltet ist."_s;
+             "Methode „wenig neue Karten“ ausgeschaltet ist."_s;
     case Notice::EndOfFile:
       return u"Das Ende der Kartei ist erreicht. Nach der nächsten Antwort beginnt die Reihenfolge wieder vorn."_s;
     case Notice::EndWithoutCard:

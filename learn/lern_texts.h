@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "learn/learning_run.h"
+#include "learn/notice.h"
 
 // All that the learning window says, in one place.
 namespace tessaro {
@@ -34,19 +35,8 @@ QString MessageText(RunMessage message, int number);
 // True for what is a fault, false for what the user should just know.
 bool IsFault(RunMessage message);
 
-// What the strip above the card tells, or in its place where there is none.
-enum class Notice {
-  None,
-  ClockWentBack,
-  NothingDue,
-  NewCardsHeldBack,  // no card was found, but there are new ones
-  EndOfFile,
-  EndWithoutCard,  // the end of the file was reached and no card was shown before it
-  NoCards,
-  RowOrderRestarted,
-};
-// With what one can do now. `next_due`, for NothingDue: seconds until a card is due, nothing when none waits for its
-// time.
+// For the strip above the card, or in its place where there is none, with what one can do now. `next_due`, for
+// NothingDue: seconds until a card is due, nothing when none waits for its time.
 QString NoticeText(Notice notice, std::optional<int64_t> next_due);
 
 // In place of how the card was chosen, until the next command.

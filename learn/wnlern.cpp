@@ -9,6 +9,7 @@
 #include "hypertext/video_screen.h"
 #include "learn/command_keys.h"
 #include "learn/dldata.h"
+#include "learn/lern_texts.h"
 #include "learn/link_state.h"
 #include "learn/side_look.h"
 #include "learn/wnlern_look.h"

@@ -8,8 +8,8 @@
 #include <optional>
 
 #include "hypertext/htmlview.h"
-#include "learn/lern_texts.h"
 #include "learn/method_choice.h"
+#include "learn/notice.h"
 #include "platform/qt/messages.h"
 #include "store/card_file.h"
 #include "store/program_settings.h"
@@ -121,7 +121,6 @@ class TF_wnlern : public QMainWindow, private LearningView {
   void ShowControls();
   void ShowMethod();
   void ShowStatistics();
-  void FindReason();
   void ShowNotice();
   void FocusNextStep();
 

@@ -7,6 +7,7 @@
 
 #include "hypertext/plain_text.h"
 #include "learn/due_rule.h"
+#include "learn/lern_texts.h"
 #include "learn/wnlern.h"
 #include "learn/wnlern_look.h"
 #include "platform/qt/icons.h"
@@ -45,25 +46,12 @@ void TF_wnlern::Do(const std::function<void(LearningRun&)>& command) {
   card_changed_ = false;
   try {
     command(*run_);
-    FindReason();
+    notice_ = NoticeAfter(notice_, *run_, file_);
     ShowRun();
   } catch (...) {
     messages_.Error(this, AnswerFailedText());
   }
   if (std::exchange(choose_method_, false)) QTimer::singleShot(0, this, &TF_wnlern::SpeedButtonLeitnerClick);
-}
-
-// Why there is no card to show, or no other one.
-void TF_wnlern::FindReason() {
-  if (run_->card().row == 0) {
-    if (notice_ == Notice::None) notice_ = Notice::NothingDue;
-    if (notice_ == Notice::EndOfFile) notice_ = Notice::EndWithoutCard;
-    if (!HasLearnableCards(CardReader(file_))) notice_ = Notice::NoCards;
-  }
-  const bool holds_back = run_->no_new_cards() && run_->method() == Method::Standard;
-  if (notice_ == Notice::NothingDue && holds_back && file_.Figures({}).never_answered > 0) {
-    notice_ = Notice::NewCardsHeldBack;
-  }
 }
 
 void TF_wnlern::BtHandClick() {

@@ -8,6 +8,7 @@
 #include "learn/dldata.h"
 #include "learn/dllernkeys.h"
 #include "learn/frage.h"
+#include "learn/lern_texts.h"
 #include "learn/wnlern.h"
 #include "platform/qt/window_place.h"
 #include "ui_wnlern.h"

@@ -192,9 +192,11 @@ std::optional<std::string> ReadFile(Disk& disk, const fs::path& path) try {
   size_t used = 0;
   for (;;) {
     // A byte more than announced, so that the end of an unchanged file is found without making room again.
-    const uint64_t room = std::max<uint64_t>({kLeastRoom, 2 * used, file->Size() + 1});
-    if (used == bytes.size() && room > kMostWhole) return std::nullopt;
-    if (used == bytes.size()) bytes.resize(room);
+    if (used == bytes.size()) {
+      const uint64_t room = std::max<uint64_t>({kLeastRoom, 2 * used, file->Size() + 1});
+      if (room > kMostWhole) return std::nullopt;
+      bytes.resize(room);
+    }
     const std::ptrdiff_t count = file->Read(bytes.data() + used, bytes.size() - used);
     if (count < 0) return std::nullopt;
     if (count == 0) break;

@@ -130,6 +130,9 @@ class CardFile {
   void TakeNoteOf(CardJournal::Found found, OpenReport& report);
 
   SaveResult WriteFiles(CardContent& content, const CardFilePaths& paths, const StageObserver& observer);
+  // The same for the open content under the names of another card file, whose lock it takes.
+  SaveResult WriteOtherFiles(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock,
+                             const StageObserver& observer);
   SaveResult WriteIndexes(const CardContent& content, const CardFilePaths& paths, const StageObserver& observer);
   template <typename Index>
   bool WriteIndex(const std::filesystem::path& path, const CardTable& cards, const Index& index);

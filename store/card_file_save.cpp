@@ -26,12 +26,6 @@ bool Copy(Disk& disk, const fs::path& from, const fs::path& to) {
   });
 }
 
-// No journal beside another card file tells of a save that was cut short between its cards and its indexes: an old
-// index would then pass for one of the new cards.
-void RemoveIndexes(Disk& disk, const CardFilePaths& paths) {
-  for (const fs::path& index : {paths.learn_index, paths.link_index}) (void)disk.Remove(index);
-}
-
 }  // namespace
 
 SaveResult CardFile::Save(const StageObserver& observer) {
@@ -46,15 +40,11 @@ SaveResult CardFile::Save(const StageObserver& observer) {
 
 SaveResult CardFile::SaveCopy(const fs::path& path, const StageObserver& observer) {
   const CardFilePaths paths = RealPathsFor(path);
-  if (!IsOpen() || !HasCardFileType(paths.cards)) return SaveResult::CardsFailed;
   if (paths.cards == paths_.cards) return Save(observer);
   std::unique_ptr<FileLock> lock;
-  LockHolder holder;
-  if (!TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
-  RemoveIndexes(disk_, paths);
   const std::optional<FileState> on_disk = content_.on_disk;
   const ContentStamp stamp = content_.stamp;
-  const SaveResult result = WriteFiles(content_, paths, observer);
+  const SaveResult result = WriteOtherFiles(paths, lock, observer);
   content_.on_disk = on_disk;
   content_.stamp = stamp;
   return result;
@@ -62,13 +52,9 @@ SaveResult CardFile::SaveCopy(const fs::path& path, const StageObserver& observe
 
 SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer) {
   const CardFilePaths paths = RealPathsFor(path);
-  if (!IsOpen() || !HasCardFileType(paths.cards)) return SaveResult::CardsFailed;
   if (paths.cards == paths_.cards) return Save(observer);
   std::unique_ptr<FileLock> lock;
-  LockHolder holder;
-  if (!TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
-  RemoveIndexes(disk_, paths);
-  SaveResult result = WriteFiles(content_, paths, observer);
+  SaveResult result = WriteOtherFiles(paths, lock, observer);
   if (result == SaveResult::CardsFailed) return result;
   // The damaged file keeps its name.
   content_.damaged.clear();
@@ -81,6 +67,16 @@ SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer)
   lock_ = std::move(lock);
   changed_ = result != SaveResult::Saved;
   return result;
+}
+
+SaveResult CardFile::WriteOtherFiles(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock,
+                                     const StageObserver& observer) {
+  LockHolder holder;
+  if (!IsOpen() || !HasCardFileType(paths.cards) || !TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
+  // No journal beside another card file tells of a save that was cut short between its cards and its indexes: an old
+  // index would then pass for one of the new cards.
+  for (const fs::path& index : {paths.learn_index, paths.link_index}) (void)disk_.Remove(index);
+  return WriteFiles(content_, paths, observer);
 }
 
 SaveResult CardFile::WriteFiles(CardContent& content, const CardFilePaths& paths, const StageObserver& observer) {

@@ -6,6 +6,7 @@
 
 #include "learn/answer_log.h"
 #include "learn/link_state.h"
+#include "learn/notice.h"
 #include "tests/learn/learn_fixture.h"
 
 namespace tessaro {
@@ -48,6 +49,35 @@ TEST_F(LearningRunTest, StatusOfTheCardOnScreen) {
     EXPECT_EQ(run->card().status, status) << card.score << " " << card.time_row;
     EXPECT_EQ(run->card().newest_known, card.yes_no_row[0] == 'w');
   }
+}
+
+TEST_F(LearningRunTest, NoticeSaysWhyThereIsNoCard) {
+  const TestCard waiting = KnownCard(1, 100, 10);
+  const TestCard duplicate = With(NewCard(1), &TestCard::answer, "<+++>");
+  struct {
+    std::vector<TestCard> cards;
+    Method method;
+    Notice told;
+    Notice expected;
+  } const cases[] = {
+      {{NavigationCard(1), duplicate}, Method::Standard, Notice::None, Notice::NoCards},
+      {{NavigationCard(1)}, Method::RowOrder, Notice::EndOfFile, Notice::NoCards},
+      {{waiting}, Method::Standard, Notice::None, Notice::NothingDue},
+      {{waiting}, Method::RowOrder, Notice::EndOfFile, Notice::EndWithoutCard},
+      {{waiting}, Method::Standard, Notice::ClockWentBack, Notice::ClockWentBack},
+      {{waiting, NewCard(2)}, Method::Standard, Notice::None, Notice::NewCardsHeldBack},
+      {{waiting, NewCard(2)}, Method::RowOrder, Notice::None, Notice::NothingDue},
+  };
+  for (const auto& [cards, method, told, expected] : cases) {
+    Open(cards);
+    run->SetNoNewCards(true);
+    run->SetMethod(method);
+    EXPECT_EQ(NoticeAfter(told, *run, file), expected)
+        << static_cast<int>(told) << " with " << cards.size() << " cards";
+  }
+  run->FollowLink(2);
+  EXPECT_EQ(NoticeAfter(Notice::None, *run, file), Notice::None);
+  EXPECT_EQ(NoticeAfter(Notice::EndOfFile, *run, file), Notice::EndOfFile) << "the card before the end is there";
 }
 
 // The only card cannot be chosen: it stays on screen after going home, and is no navigation card for that.

@@ -1,0 +1,32 @@
+#include "learn/notice.h"
+
+#include "learn/card_reader.h"
+#include "learn/learning_run.h"
+
+namespace tessaro {
+namespace {
+
+// Looks no further than the first one.
+bool HasLearnableCards(const CardReader& cards) {
+  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
+    if (!cards.HasEndMark(row) && !cards.IsLeftOut(row)) return true;
+  }
+  return false;
+}
+
+bool HoldsNewCardsBack(const LearningRun& run, const CardFile& file) {
+  return run.no_new_cards() && run.method() == Method::Standard && file.Figures({}).never_answered > 0;
+}
+
+}  // namespace
+
+Notice NoticeAfter(Notice told, const LearningRun& run, const CardFile& file) {
+  if (run.card().row == 0) {
+    if (!HasLearnableCards(CardReader(file))) return Notice::NoCards;
+    if (told == Notice::EndOfFile) return Notice::EndWithoutCard;
+    if (told == Notice::None) told = Notice::NothingDue;
+  }
+  return told == Notice::NothingDue && HoldsNewCardsBack(run, file) ? Notice::NewCardsHeldBack : told;
+}
+
+}  // namespace tessaro
