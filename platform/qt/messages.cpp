@@ -1,6 +1,8 @@
 #include "platform/qt/messages.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
@@ -19,6 +21,13 @@ QString WithoutSpacing(QString text) {
 // Qt presses the button for its underlined letter, in a box also without Alt.
 QString WithKey(const QString& caption) {
   return u'&' + caption;
+}
+
+// The folder, or the nearest above it that is there. Qt would take the last part of a missing folder for a file's name.
+QString NearestFolder(const QString& folder) {
+  QFileInfo nearest(QDir::current().absoluteFilePath(folder));
+  while (!nearest.isDir() && !nearest.isRoot()) nearest.setFile(nearest.path());
+  return nearest.filePath();
 }
 
 // A box may open while long work shows the wait cursor.
@@ -73,7 +82,7 @@ Answer BoxMessages::Question(QWidget* parent, const QString& text, const QString
 
 QString BoxMessages::ChooseFileToOpen(QWidget* parent, const QString& title, const QString& folder,
                                       const QString& filter) {
-  return QFileDialog::getOpenFileName(parent, title, folder, filter);
+  return QFileDialog::getOpenFileName(parent, title, NearestFolder(folder), filter);
 }
 
 QString BoxMessages::ChooseFileToSave(QWidget* parent, const QString& title, const QString& path,
@@ -86,7 +95,7 @@ QString BoxMessages::ChooseFileToSave(QWidget* parent, const QString& title, con
 }
 
 QString BoxMessages::ChooseFolder(QWidget* parent, const QString& title, const QString& folder) {
-  return QFileDialog::getExistingDirectory(parent, title, folder);
+  return QFileDialog::getExistingDirectory(parent, title, NearestFolder(folder));
 }
 
 }  // namespace tessaro

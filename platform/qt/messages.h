@@ -20,7 +20,8 @@ class Messages {
   // there is no cancel. The default button is `safe`.
   virtual Answer Question(QWidget* parent, const QString& text, const QString& yes, const QString& no,
                           const QString& cancel, Answer safe) = 0;
-  // Path of a file chosen; empty when cancelled. `filter` in Qt's form.
+  // Path of a file chosen; empty when cancelled. `filter` in Qt's form. Where there is no such folder the choice begins
+  // in the nearest one above it.
   virtual QString ChooseFileToOpen(QWidget* parent, const QString& title, const QString& folder,
                                    const QString& filter) = 0;
   // Asks before an existing file is chosen. A name without ending gets the first ending of `filter`.

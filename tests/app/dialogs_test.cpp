@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QDialogButtonBox>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -61,6 +62,17 @@ TEST_F(NewFileDialog, AsksBeforeItReplacesAFile) {
   dialog.accept();
   EXPECT_EQ(dialog.result(), QDialog::Accepted);
   EXPECT_EQ(messages.asked.size(), 2);
+}
+
+TEST(FileChooser, BeginsInTheNearestFolderThatIsThere) {
+  const QTemporaryDir home;
+  for (const QString& missing : {u"/Tessaro"_s, u"/Stick/Karteien/"_s, u""_s}) {
+    const auto open = [&] { BoxMessages().ChooseFileToOpen(nullptr, {}, home.path() + missing, {}); };
+    DriveDialog<QFileDialog>(open, [&](const QFileDialog& dialog) {
+      EXPECT_EQ(dialog.directory().path(), home.path()) << missing.toStdString();
+      EXPECT_EQ(Control<QLineEdit>(dialog, u"fileNameEdit"_s).text(), QString());
+    });
+  }
 }
 
 }  // namespace
