@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <tuple>
 
 #include "learn/answer_log.h"
 #include "learn/link_state.h"
@@ -53,30 +54,24 @@ TEST_F(LearningRunTest, StatusOfTheCardOnScreen) {
 
 TEST_F(LearningRunTest, NoticeSaysWhyThereIsNoCard) {
   const TestCard waiting = KnownCard(1, 100, 10);
-  const TestCard duplicate = With(NewCard(1), &TestCard::answer, "<+++>");
-  struct {
-    std::vector<TestCard> cards;
-    Method method;
-    Notice told;
-    Notice expected;
-  } const cases[] = {
-      {{NavigationCard(1), duplicate}, Method::Standard, Notice::None, Notice::NoCards},
-      {{NavigationCard(1)}, Method::RowOrder, Notice::EndOfFile, Notice::NoCards},
-      {{waiting}, Method::Standard, Notice::None, Notice::NothingDue},
-      {{waiting}, Method::RowOrder, Notice::EndOfFile, Notice::EndWithoutCard},
-      {{waiting}, Method::Standard, Notice::ClockWentBack, Notice::ClockWentBack},
-      {{waiting, NewCard(2)}, Method::Standard, Notice::None, Notice::NewCardsHeldBack},
-      {{waiting, NewCard(2)}, Method::RowOrder, Notice::None, Notice::NothingDue},
+  const std::vector left_out = {NavigationCard(1), With(NewCard(1), &TestCard::answer, "<+++>")};
+  const std::tuple<std::vector<TestCard>, Method, bool, Notice, Notice> cases[] = {
+      {left_out, Method::Standard, true, Notice::None, Notice::NoCards},
+      {left_out, Method::RowOrder, false, Notice::EndOfFile, Notice::NoCards},
+      {{waiting}, Method::Standard, true, Notice::None, Notice::NothingDue},
+      {{waiting}, Method::RowOrder, false, Notice::EndOfFile, Notice::EndWithoutCard},
+      {{waiting}, Method::Standard, false, Notice::ClockWentBack, Notice::ClockWentBack},
+      {{waiting, NewCard(2)}, Method::Standard, true, Notice::None, Notice::NewCardsHeldBack},
+      {{waiting, NewCard(2)}, Method::Standard, false, Notice::None, Notice::NothingDue},
+      {{waiting, NewCard(2)}, Method::RowOrder, true, Notice::None, Notice::NothingDue},
   };
-  for (const auto& [cards, method, told, expected] : cases) {
+  for (const auto& [cards, method, no_new_cards, told, expected] : cases) {
     Open(cards);
-    run->SetNoNewCards(true);
     run->SetMethod(method);
-    EXPECT_EQ(NoticeAfter(told, *run, file), expected)
-        << static_cast<int>(told) << " with " << cards.size() << " cards";
+    run->SetNoNewCards(no_new_cards);
+    EXPECT_EQ(NoticeAfter(told, *run, file), expected) << cards.size() << " cards";
   }
   run->FollowLink(2);
-  EXPECT_EQ(NoticeAfter(Notice::None, *run, file), Notice::None);
   EXPECT_EQ(NoticeAfter(Notice::EndOfFile, *run, file), Notice::EndOfFile) << "the card before the end is there";
 }
 

@@ -110,17 +110,14 @@ TEST_F(LearningWindow, ClockThatWentBackEndsTheRun) {
 }
 
 TEST_F(LearningWindow, NothingDueSaysWhenAndOffersToGoOn) {
-  TestCard card = KnownCard(1, 8200, 1000);
-  card.question = "<a href=\"000001\">diese</a>";
-  Open({card});
+  Open({With(KnownCard(1, 8200, 1000), &TestCard::question, "<a href=\"000001\">diese</a>")});
   EXPECT_EQ(messages.shown, QStringList(u"\nLernen mit der autom. Standardmethode\nzur Zeit nicht mehr sinnvoll."_s));
   EXPECT_TRUE(Text(u"LabelHinweis"_s).contains(u"in 2 Stunden 1 Minute"_s)) << Text(u"LabelHinweis"_s).toStdString();
   Key(Qt::Key_Delete);
   EXPECT_TRUE(Find<QWidget>(u"Hinweis"_s).isVisible());
   Click(u"ButtonOhneSperre"_s);
   EXPECT_EQ(Text(u"EditZeitsperre"_s), u"Zeitsperre aus"_s);
-  EXPECT_EQ(Find<TFrameHtml>(u"FrameHtml"_s).layout().fragments.at(0).colour, ColourClass::Green)
-      << "known and not due";
+  EXPECT_EQ(Find<TFrameHtml>(u"FrameHtml"_s).layout().fragments.at(0).colour, ColourClass::Green);
   EXPECT_EQ(Text(u"DisplayZuletzt"_s), u"0:00:16:40"_s);
 }
 
@@ -155,19 +152,13 @@ TEST_F(LearningWindow, StoredKeysHoldAndTheFirstOfTwoEqualOnesWins) {
   EXPECT_EQ(Command(u"MHome"_s).shortcut(), QKeySequence(Qt::Key_Home));
 }
 
-TEST_F(LearningWindow, DeckWithoutCardsToLearnSaysSo) {
-  for (const bool navigation : {true, false}) {
-    OpenTestFile(disk, file, {kThreeCards[2]});
-    if (!navigation) {
-      ASSERT_TRUE(file.cards().GoTo(kFirstCardRow) && file.cards().DeleteRow());
-      ASSERT_TRUE(file.RebuildIndexes());
-    }
-    Show();
-    EXPECT_TRUE(Text(u"LabelHinweis"_s).contains(u"keine Karten"_s)) << navigation;
-    Key(Qt::Key_Return);
-    EXPECT_TRUE(messages.errors.isEmpty());
-    file.Close();
-  }
+TEST_F(LearningWindow, DeckWithoutCardsSaysSo) {
+  OpenTestFile(disk, file, {kThreeCards[2]});
+  ASSERT_TRUE(file.cards().GoTo(kFirstCardRow) && file.cards().DeleteRow() && file.RebuildIndexes());
+  Show();
+  EXPECT_TRUE(Text(u"LabelHinweis"_s).contains(u"keine Karten"_s));
+  Key(Qt::Key_Return);
+  EXPECT_TRUE(messages.errors.isEmpty());
 }
 
 }  // namespace
