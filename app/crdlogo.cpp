@@ -2,8 +2,8 @@
 
 #include <QScreen>
 
-#include "platform/qt/icons.h"
 #include "ui_crdlogo.h"
+#include "widgets/icons.h"
 
 namespace tessaro {
 namespace {

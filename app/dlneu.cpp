@@ -4,10 +4,10 @@
 #include <QFileInfo>
 #include <QPushButton>
 
-#include "platform/qt/messages.h"
-#include "platform/qt/text.h"
-#include "store/card_file.h"
+#include "store/file/card_file.h"
 #include "ui_dlneu.h"
+#include "widgets/messages.h"
+#include "widgets/text.h"
 
 namespace tessaro {
 namespace {

@@ -4,8 +4,8 @@
 #include <QLocale>
 #include <QPushButton>
 
-#include "platform/qt/text.h"
 #include "ui_dlrestore.h"
+#include "widgets/text.h"
 
 namespace tessaro {
 namespace {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "platform/qt/text.h"
+#include "widgets/text.h"
 
 namespace tessaro {
 namespace {

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "store/card_file.h"
+#include "store/file/card_file.h"
 
 // What the main window says about opening and saving, in one place.
 namespace tessaro {

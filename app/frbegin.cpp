@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "learn/lern_texts.h"
-#include "platform/qt/icons.h"
-#include "platform/qt/text.h"
 #include "ui_frbegin.h"
+#include "widgets/icons.h"
+#include "widgets/text.h"
 
 namespace tessaro {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "store/card_figures.h"
+#include "store/file/card_figures.h"
 
 class QVBoxLayout;
 

@@ -11,8 +11,8 @@
 #include "app/program.h"
 #include "app/program_options.h"
 #include "app/wnmain.h"
-#include "platform/qt/icons.h"
-#include "platform/qt/text.h"
+#include "widgets/icons.h"
+#include "widgets/text.h"
 
 namespace tessaro {
 namespace {

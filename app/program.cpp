@@ -8,15 +8,15 @@
 #include <system_error>
 #include <utility>
 
+#include "app/check_texts.h"
 #include "app/sample_files.h"
 #include "app/wnmain.h"
-#include "hypertext/video_screen.h"
-#include "hypertext/wnmedia.h"
-#include "learn/check_texts.h"
-#include "learn/deck_check.h"
+#include "cards/deck_check.h"
 #include "learn/dlausw.h"
 #include "learn/wnlern.h"
-#include "platform/qt/text.h"
+#include "widgets/text.h"
+#include "widgets/video_screen.h"
+#include "widgets/wnmedia.h"
 
 namespace tessaro {
 namespace {

@@ -8,11 +8,11 @@
 #include "learn/method_choice.h"
 #include "platform/clock.h"
 #include "platform/disk.h"
-#include "platform/qt/background.h"
-#include "platform/qt/messages.h"
 #include "platform/random.h"
-#include "store/card_file.h"
-#include "store/program_settings.h"
+#include "settings/program_settings.h"
+#include "store/file/card_file.h"
+#include "widgets/background.h"
+#include "widgets/messages.h"
 
 class QWidget;
 

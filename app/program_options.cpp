@@ -2,7 +2,7 @@
 
 #include <QCommandLineParser>
 
-#include "platform/qt/text.h"
+#include "widgets/text.h"
 
 namespace tessaro {
 namespace {

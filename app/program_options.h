@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <filesystem>
 
-#include "platform/qt/theme.h"
+#include "widgets/theme.h"
 
 namespace tessaro {
 

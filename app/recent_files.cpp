@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "store/ini_file.h"
+#include "store/file/ini_file.h"
 
 namespace tessaro {
 namespace {

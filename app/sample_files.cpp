@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
-#include "store/card_file.h"
+#include "store/file/card_file.h"
 
 namespace tessaro {
 namespace {

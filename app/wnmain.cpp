@@ -7,17 +7,17 @@
 #include <QUrl>
 
 #include "app/frbegin.h"
-#include "app/long_work.h"
 #include "app/program.h"
 #include "app/recent_files.h"
 #include "app/sample_files.h"
+#include "cards/due_rule.h"
 #include "learn/dlparam.h"
-#include "learn/due_rule.h"
-#include "learn/learning_parameters.h"
-#include "platform/qt/icons.h"
-#include "platform/qt/text.h"
-#include "platform/qt/window_place.h"
+#include "settings/learning_parameters.h"
 #include "ui_wnmain.h"
+#include "widgets/icons.h"
+#include "widgets/long_work.h"
+#include "widgets/text.h"
+#include "widgets/window_place.h"
 
 namespace tessaro {
 namespace {

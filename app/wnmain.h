@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "app/file_texts.h"
-#include "learn/deck_check.h"
-#include "platform/qt/theme.h"
-#include "store/backup_generations.h"
-#include "store/card_file.h"
+#include "cards/deck_check.h"
+#include "store/file/backup_generations.h"
+#include "store/file/card_file.h"
+#include "widgets/theme.h"
 
 namespace Ui {
 class TF_wnmain;

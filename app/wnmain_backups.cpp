@@ -5,11 +5,11 @@
 #include <utility>
 
 #include "app/dlrestore.h"
-#include "app/long_work.h"
 #include "app/program.h"
 #include "app/wnmain.h"
-#include "platform/qt/text.h"
-#include "store/card_text_count.h"
+#include "store/file/card_text_count.h"
+#include "widgets/long_work.h"
+#include "widgets/text.h"
 
 namespace tessaro {
 namespace {

@@ -1,12 +1,12 @@
 // The check of the open card file: quietly after it was opened, and as a command.
 
+#include "app/check_texts.h"
+#include "app/dlcheck.h"
 #include "app/frbegin.h"
-#include "app/long_work.h"
 #include "app/program.h"
 #include "app/wnmain.h"
-#include "learn/check_texts.h"
-#include "learn/dlcheck.h"
 #include "ui_wnmain.h"
+#include "widgets/long_work.h"
 
 #include <QLocale>
 

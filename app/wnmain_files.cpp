@@ -6,12 +6,12 @@
 
 #include "app/dlneu.h"
 #include "app/frbegin.h"
-#include "app/long_work.h"
 #include "app/program.h"
 #include "app/recent_files.h"
 #include "app/sample_files.h"
 #include "app/wnmain.h"
-#include "platform/qt/text.h"
+#include "widgets/long_work.h"
+#include "widgets/text.h"
 
 namespace tessaro {
 namespace {

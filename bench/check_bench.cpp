@@ -9,8 +9,8 @@
 
 #include "bench/generated_cards.h"
 #include "bench/measure.h"
-#include "learn/deck_check.h"
-#include "store/backup_generations.h"
+#include "cards/deck_check.h"
+#include "store/file/backup_generations.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 
 #include "bench/measure.h"
 #include "platform/disk.h"
-#include "store/card_columns.h"
+#include "store/table/card_columns.h"
 
 namespace tessaro {
 namespace {

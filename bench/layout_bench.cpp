@@ -15,13 +15,13 @@
 
 #include "bench/measure.h"
 #include "hypertext/layout.h"
-#include "hypertext/painter.h"
-#include "hypertext/picture_store.h"
 #include "hypertext/plain_text.h"
-#include "hypertext/qt_measurer.h"
-#include "hypertext/text_cache.h"
-#include "platform/qt/text.h"
-#include "store/card_file.h"
+#include "store/file/card_file.h"
+#include "widgets/painter.h"
+#include "widgets/picture_store.h"
+#include "widgets/qt_measurer.h"
+#include "widgets/text.h"
+#include "widgets/text_cache.h"
 
 namespace {
 

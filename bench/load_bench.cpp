@@ -11,8 +11,8 @@
 
 #include "bench/generated_cards.h"
 #include "bench/measure.h"
-#include "store/card_columns.h"
-#include "store/card_table.h"
+#include "store/table/card_columns.h"
+#include "store/table/card_table.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 
 #include "bench/generated_cards.h"
 #include "bench/measure.h"
-#include "store/card_file.h"
+#include "store/file/card_file.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "learn/deck_check.h"
-#include "store/card_file.h"
+#include "cards/deck_check.h"
+#include "store/file/card_file.h"
 #include "tests/support/memory_disk.h"
 
 namespace {

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "store/card_columns.h"
-#include "store/learn_index.h"
-#include "store/link_index.h"
+#include "store/index/learn_index.h"
+#include "store/index/link_index.h"
+#include "store/table/card_columns.h"
 #include "tests/support/memory_disk.h"
 
 namespace {

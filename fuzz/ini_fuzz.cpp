@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "store/code_page.h"
-#include "store/ini_file.h"
+#include "platform/code_page.h"
+#include "store/file/ini_file.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "store/card_file.h"
+#include "store/file/card_file.h"
 #include "tests/support/memory_disk.h"
 
 namespace {

@@ -4,9 +4,9 @@
 #include <array>
 #include <utility>
 
-#include "hypertext/utf8.h"
+#include "platform/code_page.h"
 #include "platform/disk.h"
-#include "store/code_page.h"
+#include "platform/utf8.h"
 
 namespace tessaro {
 namespace {

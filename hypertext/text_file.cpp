@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "hypertext/utf8.h"
+#include "platform/utf8.h"
 
 namespace tessaro {
 namespace {

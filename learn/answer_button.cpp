@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "platform/qt/icons.h"
+#include "widgets/icons.h"
 
 namespace tessaro {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/qt/theme.h"
+#include "widgets/theme.h"
 
 namespace tessaro {
 

@@ -1,6 +1,6 @@
 #include "learn/answer_log.h"
 
-#include "learn/saturating.h"
+#include "platform/saturating.h"
 
 namespace tessaro {
 namespace {

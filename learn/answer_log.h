@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "cards/card_writer.h"
 #include "learn/answer_rules.h"
-#include "learn/card_writer.h"
 
 namespace tessaro {
 

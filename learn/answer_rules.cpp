@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "learn/saturating.h"
+#include "platform/saturating.h"
 
 namespace tessaro {
 namespace {

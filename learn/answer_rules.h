@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "learn/card_writer.h"
+#include "cards/card_writer.h"
 #include "learn/retention.h"
 
 // What an answer makes of a card, computed from the card's columns alone.

@@ -4,7 +4,7 @@
 #include <QList>
 #include <array>
 
-#include "learn/learning_keys.h"
+#include "settings/learning_keys.h"
 
 namespace tessaro {
 

@@ -9,8 +9,8 @@
 #include <QScopedValueRollback>
 #include <utility>
 
-#include "platform/qt/theme.h"
 #include "ui_dlausw.h"
+#include "widgets/theme.h"
 
 using namespace Qt::StringLiterals;
 

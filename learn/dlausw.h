@@ -8,9 +8,9 @@
 #include "learn/leitner_count.h"
 #include "learn/method_choice.h"
 #include "platform/progress.h"
-#include "platform/qt/messages.h"
-#include "store/card_file.h"
-#include "store/program_settings.h"
+#include "settings/program_settings.h"
+#include "store/file/card_file.h"
+#include "widgets/messages.h"
 
 class QLineEdit;
 class QPushButton;

@@ -9,9 +9,9 @@
 
 #include "learn/interval_plot.h"
 #include "learn/statistics_texts.h"
-#include "platform/qt/text.h"
-#include "platform/qt/theme.h"
 #include "ui_dldata.h"
+#include "widgets/text.h"
+#include "widgets/theme.h"
 
 using namespace Qt::StringLiterals;
 

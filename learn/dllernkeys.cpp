@@ -4,9 +4,9 @@
 
 #include "learn/command_keys.h"
 #include "learn/hot_key_edit.h"
-#include "platform/qt/theme.h"
-#include "store/ini_file.h"
+#include "store/file/ini_file.h"
 #include "ui_dllernkeys.h"
+#include "widgets/theme.h"
 
 using namespace Qt::StringLiterals;
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <memory>
 
-#include "learn/learning_keys.h"
+#include "settings/learning_keys.h"
 
 namespace Ui {
 class TF_dllernkeys;

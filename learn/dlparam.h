@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "learn/parameter_entry.h"
-#include "platform/qt/theme.h"
+#include "widgets/theme.h"
 
 class QLineEdit;
 

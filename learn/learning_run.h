@@ -4,11 +4,11 @@
 #include <memory>
 #include <string_view>
 
-#include "learn/learning_parameters.h"
 #include "learn/learning_view.h"
 #include "platform/clock.h"
 #include "platform/random.h"
-#include "store/card_file.h"
+#include "settings/learning_parameters.h"
+#include "store/file/card_file.h"
 
 namespace tessaro {
 

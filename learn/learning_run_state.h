@@ -3,10 +3,10 @@
 #include <deque>
 #include <vector>
 
+#include "cards/navigation.h"
 #include "learn/checking_pass.h"
 #include "learn/learning_run.h"
 #include "learn/leitner_method.h"
-#include "learn/navigation.h"
 #include "learn/row_order_method.h"
 #include "learn/standard_method.h"
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "learn/card_writer.h"
+#include "cards/card_writer.h"
 
 // Counting the cards into Leitner boxes, and what follows from the counts: which box may be learned, and how many new
 // cards box 1 takes. Box k holds the cards of level k; a card's level is its Topic, raised to its streak by counting.

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/progress.h"
-#include "store/bisection_order.h"
+#include "store/index/bisection_order.h"
 
 namespace tessaro {
 namespace {

@@ -1,6 +1,6 @@
 #include "learn/notice.h"
 
-#include "learn/card_reader.h"
+#include "cards/card_reader.h"
 #include "learn/learning_run.h"
 
 namespace tessaro {

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "store/ini_file.h"
+#include "store/file/ini_file.h"
 
 namespace tessaro {
 namespace {

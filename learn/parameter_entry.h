@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "learn/learning_parameters.h"
+#include "settings/learning_parameters.h"
 
 namespace tessaro {
 

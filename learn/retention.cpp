@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "learn/saturating.h"
+#include "platform/saturating.h"
 
 // The method: the intervals between a card's known answers tend to grow. A line is fitted to them by least squares, and
 // its continuation is the time that the card will be remembered next time. Two lines are drawn, one through all

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdint>
 
-#include "learn/answer_history.h"
+#include "cards/answer_history.h"
 
 namespace tessaro {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cards/card_reader.h"
+#include "cards/due_rule.h"
 #include "learn/answer_log.h"
-#include "learn/card_reader.h"
-#include "learn/due_rule.h"
-#include "learn/learning_parameters.h"
 #include "learn/learning_view.h"
 #include "platform/random.h"
+#include "settings/learning_parameters.h"
 
 namespace tessaro {
 

@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "hypertext/plain_text.h"
-#include "learn/learning_parameters.h"
-#include "learn/saturating.h"
+#include "platform/saturating.h"
+#include "settings/learning_parameters.h"
 
 namespace tessaro {
 namespace {

@@ -6,16 +6,16 @@
 #include <algorithm>
 #include <utility>
 
-#include "hypertext/video_screen.h"
+#include "cards/link_state.h"
 #include "learn/command_keys.h"
 #include "learn/dldata.h"
 #include "learn/lern_texts.h"
-#include "learn/link_state.h"
-#include "learn/side_look.h"
 #include "learn/wnlern_look.h"
-#include "platform/qt/text.h"
-#include "platform/qt/window_place.h"
 #include "ui_wnlern.h"
+#include "widgets/side_look.h"
+#include "widgets/text.h"
+#include "widgets/video_screen.h"
+#include "widgets/window_place.h"
 
 using namespace Qt::StringLiterals;
 

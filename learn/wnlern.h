@@ -7,12 +7,12 @@
 #include <memory>
 #include <optional>
 
-#include "hypertext/htmlview.h"
 #include "learn/method_choice.h"
 #include "learn/notice.h"
-#include "platform/qt/messages.h"
-#include "store/card_file.h"
-#include "store/program_settings.h"
+#include "settings/program_settings.h"
+#include "store/file/card_file.h"
+#include "widgets/htmlview.h"
+#include "widgets/messages.h"
 
 namespace Ui {
 class TF_wnlern;

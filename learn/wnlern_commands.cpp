@@ -5,14 +5,14 @@
 #include <QScopedValueRollback>
 #include <utility>
 
+#include "cards/due_rule.h"
 #include "hypertext/plain_text.h"
-#include "learn/due_rule.h"
 #include "learn/lern_texts.h"
 #include "learn/wnlern.h"
 #include "learn/wnlern_look.h"
-#include "platform/qt/icons.h"
-#include "platform/qt/text.h"
 #include "ui_wnlern.h"
+#include "widgets/icons.h"
+#include "widgets/text.h"
 
 using namespace Qt::StringLiterals;
 

@@ -10,8 +10,8 @@
 #include "learn/frage.h"
 #include "learn/lern_texts.h"
 #include "learn/wnlern.h"
-#include "platform/qt/window_place.h"
 #include "ui_wnlern.h"
+#include "widgets/window_place.h"
 
 using namespace Qt::StringLiterals;
 

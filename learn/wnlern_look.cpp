@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "learn/card_pages.h"
-#include "platform/qt/icons.h"
-#include "platform/qt/theme.h"
 #include "ui_wnlern.h"
+#include "widgets/card_pages.h"
+#include "widgets/icons.h"
+#include "widgets/theme.h"
 
 namespace tessaro {
 namespace {

@@ -6,9 +6,9 @@
 #include <QTreeView>
 #include <QTreeWidget>
 
+#include "app/check_model.h"
+#include "app/dlcheck.h"
 #include "app/dlrestore.h"
-#include "learn/check_model.h"
-#include "learn/dlcheck.h"
 #include "tests/app/main_window_fixture.h"
 
 using namespace Qt::StringLiterals;

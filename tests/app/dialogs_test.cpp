@@ -8,9 +8,9 @@
 #include <fstream>
 
 #include "app/dlneu.h"
-#include "platform/qt/text.h"
 #include "tests/support/dialog_driver.h"
 #include "tests/support/recorded_messages.h"
+#include "widgets/text.h"
 
 namespace tessaro {
 namespace {

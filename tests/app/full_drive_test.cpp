@@ -9,10 +9,10 @@
 
 #include "app/program.h"
 #include "app/wnmain.h"
-#include "platform/qt/text.h"
 #include "tests/support/clock_and_chance.h"
 #include "tests/support/recorded_messages.h"
 #include "tests/support/test_cards.h"
+#include "widgets/text.h"
 
 using namespace Qt::StringLiterals;
 

@@ -5,8 +5,8 @@
 #include <QTemporaryDir>
 #include <fstream>
 
-#include "platform/qt/text.h"
 #include "tests/support/test_cards.h"
+#include "widgets/text.h"
 
 namespace tessaro {
 namespace {

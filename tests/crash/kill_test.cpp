@@ -17,7 +17,7 @@
 #include <thread>
 #include <vector>
 
-#include "store/card_ids.h"
+#include "store/index/card_ids.h"
 #include "tests/learn/learn_fixture.h"
 
 namespace tessaro {

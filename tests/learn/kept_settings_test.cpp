@@ -3,7 +3,7 @@
 #include <string>
 
 #include "learn/shortcut_code.h"
-#include "learn/side_look.h"
+#include "widgets/side_look.h"
 
 using namespace Qt::StringLiterals;
 

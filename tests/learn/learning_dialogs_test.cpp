@@ -4,13 +4,13 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-#include "hypertext/htmlview.h"
 #include "learn/dlausw.h"
 #include "learn/dllernkeys.h"
 #include "learn/dlparam.h"
 #include "learn/frage.h"
 #include "learn/hot_key_edit.h"
 #include "tests/learn/window_fixture.h"
+#include "widgets/htmlview.h"
 
 using namespace Qt::StringLiterals;
 

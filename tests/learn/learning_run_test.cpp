@@ -5,8 +5,8 @@
 #include <limits>
 #include <tuple>
 
+#include "cards/link_state.h"
 #include "learn/answer_log.h"
-#include "learn/link_state.h"
 #include "learn/notice.h"
 #include "tests/learn/learn_fixture.h"
 

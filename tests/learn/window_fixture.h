@@ -2,10 +2,10 @@
 
 #include <QApplication>
 
-#include "hypertext/htmlview.h"
 #include "learn/wnlern.h"
 #include "tests/learn/learn_fixture.h"
 #include "tests/support/window_test.h"
+#include "widgets/htmlview.h"
 
 namespace tessaro {
 

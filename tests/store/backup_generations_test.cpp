@@ -1,11 +1,11 @@
-#include "store/backup_generations.h"
+#include "store/file/backup_generations.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <set>
 
-#include "store/card_text_count.h"
+#include "store/file/card_text_count.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "store/card_file.h"
+#include "store/file/card_file.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {

@@ -1,8 +1,8 @@
-#include "store/card_file.h"
+#include "store/file/card_file.h"
 
 #include <gtest/gtest.h>
 
-#include "store/code_page.h"
+#include "platform/code_page.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {

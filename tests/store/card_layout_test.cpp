@@ -1,9 +1,9 @@
-#include "store/card_layout.h"
+#include "store/file/card_layout.h"
 
 #include <gtest/gtest.h>
 
-#include "store/card_figures.h"
-#include "store/code_page.h"
+#include "platform/code_page.h"
+#include "store/file/card_figures.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {

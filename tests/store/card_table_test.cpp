@@ -1,4 +1,4 @@
-#include "store/card_table.h"
+#include "store/table/card_table.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 #include <string>
 
 #include "platform/progress.h"
-#include "store/content_stamp.h"
-#include "store/table_reader.h"
+#include "store/table/content_stamp.h"
+#include "store/table/table_reader.h"
 #include "tests/store/table_twins.h"
 #include "tests/support/test_cards.h"
 

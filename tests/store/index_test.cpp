@@ -2,9 +2,9 @@
 
 #include <random>
 
-#include "store/bisection_order.h"
-#include "store/learn_index.h"
-#include "store/link_index.h"
+#include "store/index/bisection_order.h"
+#include "store/index/learn_index.h"
+#include "store/index/link_index.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {

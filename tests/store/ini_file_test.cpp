@@ -1,8 +1,8 @@
-#include "store/ini_file.h"
+#include "store/file/ini_file.h"
 
 #include <gtest/gtest.h>
 
-#include "store/code_page.h"
+#include "platform/code_page.h"
 #include "tests/support/memory_disk.h"
 
 namespace tessaro {

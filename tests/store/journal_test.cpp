@@ -1,4 +1,4 @@
-#include "store/journal.h"
+#include "store/file/journal.h"
 
 #include <gtest/gtest.h>
 

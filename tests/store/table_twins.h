@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "store/card_table.h"
+#include "store/table/card_table.h"
 #include "tests/store/naive_table.h"
 #include "tests/support/memory_disk.h"
 

@@ -3,7 +3,7 @@
 #include <QStringList>
 #include <deque>
 
-#include "platform/qt/messages.h"
+#include "widgets/messages.h"
 
 namespace tessaro {
 

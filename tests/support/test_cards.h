@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "store/card_columns.h"
-#include "store/card_file.h"
-#include "store/card_table.h"
+#include "store/file/card_file.h"
+#include "store/table/card_columns.h"
+#include "store/table/card_table.h"
 #include "tests/support/memory_disk.h"
 
 namespace tessaro {

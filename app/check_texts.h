@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+#include "cards/deck_check.h"
+
+// What the check of a card file says.
+namespace tessaro {
+
+// "3 doppelte Nummern, ein Verweis ins Leere"; empty when nothing was found.
+QString SummaryText(const DeckReport& report);
+// What is wrong with one card.
+QString FaultText(const DeckFinding& finding);
+// What its repair does, or why there is none.
+QString RepairText(const DeckFinding& finding);
+// The question before cards are learned whose newest answer lies in the future. `now`: what the clock shows.
+QString FutureAnswersText(int64_t cards, const QString& now);
+
+}  // namespace tessaro

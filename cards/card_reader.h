@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string_view>
+
+#include "cards/answer_history.h"
+#include "store/file/card_file.h"
+
+namespace tessaro {
+
+// What the rules of learning ask about a card, by its row in the card table. Never moves the table's cursor. Cheap to
+// make; a row outside the table reads as empty.
+class CardReader {
+ public:
+  explicit CardReader(const CardFile& file) : cards_(file.cards()), columns_(file.columns()) {}
+
+  // N cards stand in rows 2 ... N + 1, between the marker rows.
+  int Count() const { return cards_.RowCount() > 2 ? cards_.RowCount() - 2 : 0; }
+  int LastCardRow() const { return Count() + 1; }
+  bool IsCardRow(int64_t row) const { return row >= kFirstCardRow && row <= LastCardRow(); }
+
+  std::string_view Id(int row) const { return cards_.Peek(columns_.id, row); }
+  // An ID with "#" is that of the end row, or of a card that is neither learned nor chosen.
+  bool HasEndMark(int row) const { return Id(row).find('#') != std::string_view::npos; }
+  std::string_view Question(int row) const { return cards_.Peek(columns_.question, row); }
+  std::string_view Answer(int row) const { return cards_.Peek(columns_.answer, row); }
+  bool IsNavigation(int row) const { return tessaro::IsNavigation(Question(row)); }
+  bool IsDuplicateMarked(int row) const {
+    return tessaro::IsDuplicateMarked(Question(row)) || tessaro::IsDuplicateMarked(Answer(row));
+  }
+  // Never asked, whatever the method.
+  bool IsLeftOut(int row) const { return IsNavigation(row) || IsDuplicateMarked(row); }
+
+  int64_t Score(int row) const { return LeadingNumber(cards_.Peek(columns_.score, row)); }
+  int64_t TimeLearned(int row) const { return LeadingNumber(cards_.Peek(columns_.time_learned, row)); }
+  // The Leitner box of a card: below 1 a new card, 1 ... 6 a box.
+  int64_t Level(int row) const { return LeadingNumber(cards_.Peek(columns_.topic, row)); }
+
+  std::string_view TimeRow(int row) const { return cards_.Peek(columns_.time_row, row); }
+  std::string_view YesNoRow(int row) const { return cards_.Peek(columns_.yes_no_row, row); }
+  AnswerHistory History(int row) const { return ParseHistory(TimeRow(row), YesNoRow(row)); }
+  int64_t NewestTime(int row) const { return tessaro::NewestTime(TimeRow(row)); }
+  char NewestLetter(int row) const { return tessaro::NewestLetter(YesNoRow(row)); }
+  bool WasAnswered(int row) const { return NewestTime(row) != 0; }
+
+  // True for a card that learning concerns and whose score is 0.
+  bool IsUnknown(int row) const { return Score(row) == 0 && !HasEndMark(row) && !IsNavigation(row); }
+
+ private:
+  const CardTable& cards_;
+  const CardColumns& columns_;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,57 @@
+#include "cards/navigation.h"
+
+#include <algorithm>
+
+#include "cards/card_reader.h"
+
+namespace tessaro {
+namespace {
+
+bool Holds(std::string_view text, std::string_view tag) {
+  return text.find(tag) != std::string_view::npos;
+}
+
+}  // namespace
+
+void BackStack::Push(int64_t id) {
+  if (id == 0) return;  // an empty place
+  if (size_ == kDepth) {
+    std::copy(ids_.begin() + 1, ids_.end(), ids_.begin());
+    --size_;
+  }
+  ids_[size_++] = id;
+}
+
+int64_t BackStack::Pop() {
+  return size_ == 0 ? 0 : ids_[--size_];
+}
+
+int Landmarks::HomeRow(const CardFile& file) {
+  Search(file);
+  if (home_ != 0) return home_;
+  if (index_ != 0) return index_;
+  return CardReader(file).Count() > 0 ? kFirstCardRow : 0;
+}
+
+int Landmarks::OverviewRow(CardFile& file) {
+  const int row = file.RowOfId(file.settings().GetInt("HTML", "Vis", 0));
+  if (row != 0) return row;
+  Search(file);
+  return automap_;
+}
+
+void Landmarks::Search(const CardFile& file) {
+  const CardReader cards(file);
+  if (searched_ && rows_ == file.cards().RowCount()) return;
+  *this = {};
+  searched_ = true;
+  rows_ = file.cards().RowCount();
+  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
+    const std::string_view question = cards.Question(row);
+    if (home_ == 0 && Holds(question, "<home>")) home_ = row;
+    if (index_ == 0 && Holds(question, "<index>")) index_ = row;
+    if (automap_ == 0 && Holds(question, "<automap>")) automap_ = row;
+  }
+}
+
+}  // namespace tessaro

@@ -1,0 +1,276 @@
+#include "store/file/card_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <future>
+#include <utility>
+
+#include "store/file/card_layout.h"
+
+namespace tessaro {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool EndsInAny(const fs::path& path, std::string_view one, std::string_view other) {
+  const std::string name = path.filename().string();
+  return name.ends_with(one) || name.ends_with(other);
+}
+
+bool HasBackupType(const fs::path& path) {
+  return EndsInAny(path, ".ml~", ".ML~");
+}
+
+// The card file that has this backup.
+fs::path CardsOfBackup(const fs::path& backup) {
+  std::string name = backup.string();
+  name.back() = name.ends_with(".ML~") ? 'B' : 'b';
+  return name;
+}
+
+fs::path LockPath(const fs::path& cards) {
+  return cards.parent_path() / ("." + cards.filename().string() + ".lock");
+}
+
+OpenReport Refused(OpenResult result) {
+  OpenReport report;
+  report.result = result;
+  return report;
+}
+
+}  // namespace
+
+CardFilePaths PathsFor(const fs::path& cards) {
+  const auto with_ending = [&](const char* ending) { return fs::path(cards).replace_extension(ending); };
+  std::string backup = cards.string();
+  if (!backup.empty()) backup.back() = '~';
+  return {cards, with_ending(".row"), with_ending(".idt"), with_ending(".ini"), backup, with_ending(".mlj")};
+}
+
+bool HasCardFileType(const fs::path& path) {
+  return EndsInAny(path, ".mlb", ".MLB");
+}
+
+CardFile::CardFile(Disk& disk, const Clock& clock) : disk_(disk), journal_(disk, clock) {}
+CardFile::~CardFile() = default;
+
+int CardFile::CardCount() const {
+  return std::max(content_.cards.RowCount() - 2, 0);
+}
+
+int64_t CardFile::CountUnknown() const {
+  return content_.unknown ? *content_.unknown : tessaro::CountUnknown(content_.cards, content_.columns);
+}
+
+std::string CardFile::IssueId() {
+  std::array<char, 24> text = {};
+  std::snprintf(text.data(), text.size(), "%06lld", static_cast<long long>(++content_.highest_id));
+  return text.data();
+}
+
+void CardFile::RecountIds() {
+  content_.highest_id = CardIds(content_.cards).highest();
+}
+
+int CardFile::RowOfId(int64_t id) const {
+  if (id <= 0) return 0;  // cards without a number of their own count as 0
+  const auto has_id = [&](int row) { return LeadingNumber(content_.cards.Peek(content_.columns.id, row)) == id; };
+  const int indexed = content_.link_index.RowOfId(id);
+  if (indexed == 0 || has_id(indexed)) return indexed;
+  // Cards were moved since the index was built.
+  for (int row = kFirstCardRow; row <= CardCount() + 1; ++row) {
+    if (has_id(row)) return row;
+  }
+  return 0;
+}
+
+CardFilePaths CardFile::RealPathsFor(const fs::path& cards) const {
+  return PathsFor(fs::absolute(disk_.Resolve(cards)).lexically_normal());
+}
+
+OpenReport CardFile::Open(const fs::path& path, const StageObserver& observer) {
+  OpenReport report;
+  const CardFilePaths paths = RealPathsFor(path);
+  if (!HasCardFileType(path) || !HasCardFileType(paths.cards)) return Refused(OpenResult::WrongType);
+  if (!disk_.Exists(paths.cards)) return Refused(OpenResult::CannotOpen);
+  std::unique_ptr<FileLock> lock;
+  if (!TakeLock(paths, lock, report.in_use_by)) {
+    report.result = OpenResult::InUse;
+    return report;
+  }
+  CardContent content;
+  report = LoadCards(paths.cards, observer, content);
+  if (report.result != OpenResult::Opened) return report;
+  LoadIndexes(paths, observer, content, report);
+  report.settings_unreadable = content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
+  const ContentStamp stamp = content.stamp;
+  Become(std::move(content), paths, std::move(lock));
+  TakeNoteOf(journal_.Find(paths.journal, stamp), report);
+  return report;
+}
+
+OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observer, CardContent& content) {
+  content.on_disk = disk_.State(path);
+  const std::unique_ptr<ReadableFile> file = disk_.Open(path);
+  if (file == nullptr) return Refused(OpenResult::CannotOpen);
+  Tell(observer, FileStage::LoadCards, file->Size());
+  content.cards.SetSeparator(kFieldSeparator);
+  content.cards.SetNameFromPath(path.string());
+  ContentHash hash;
+  if (!content.cards.LoadFrom(*file, &hash)) return Refused(OpenResult::CannotLoad);
+  content.stamp = hash.Stamp();
+  const CardTableState state = CompleteCards(content.cards);
+  if (state == CardTableState::Unusable) return Refused(OpenResult::Unusable);
+  content.columns = ColumnsOf(content.cards);
+  OpenReport report;
+  report.cards = content.cards.RowCount() - 2;
+  report.start_missing = state == CardTableState::StartMissing;
+  report.end_missing = state == CardTableState::EndMissing;
+  if (report.start_missing || report.end_missing) content.damaged.push_back(disk_.Resolve(path));
+  return report;
+}
+
+void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, CardContent& content,
+                           OpenReport& report) {
+  // A program that ended between writing the cards and writing their indexes has left its journal. Such an index may
+  // look right and yet be that of older scores.
+  const bool cut_short = disk_.Exists(paths.journal);
+  const auto size = [&](const fs::path& path) { return disk_.State(path).value_or(FileState()).size; };
+  const auto read = [&](const fs::path& path) { return cut_short ? std::nullopt : ReadFile(disk_, path); };
+  // A thread reads the texts while the IDs are collected; without one to spare they are read when they are asked for.
+  constexpr auto kOnOtherThread = std::launch::async | std::launch::deferred;
+  Tell(observer, FileStage::LoadLearnIndex, size(paths.learn_index));
+  std::future reading = std::async(kOnOtherThread, [&] {
+    return std::array{read(paths.learn_index), read(paths.link_index)};
+  });
+  const CardIds ids(content.cards);
+  content.highest_id = ids.highest();
+  const std::array<std::optional<std::string>, 2> texts = reading.get();
+  std::future adopting = std::async(kOnOtherThread, [&] {
+    content.unknown = tessaro::CountUnknown(content.cards, content.columns);
+    return texts[1] && content.link_index.Adopt(*texts[1], ids);
+  });
+  const bool learn_adopted = texts[0] && content.learn_index.Adopt(*texts[0], ids);
+  const bool learn_good = learn_adopted || BuildLearnIndex(content, ids, observer);
+  Tell(observer, FileStage::LoadLinkIndex, size(paths.link_index));
+  const bool link_adopted = adopting.get();
+  const bool link_good = link_adopted || BuildLinkIndex(content, ids, observer);
+  report.learn_index_rebuilt = !learn_adopted && !cut_short;
+  report.link_index_rebuilt = !link_adopted && !cut_short;
+  if (!link_good) report.index_defect = IndexDefect::LinkIndex;
+  if (!learn_good) report.index_defect = IndexDefect::LearnIndex;
+}
+
+bool CardFile::CreateNew(const fs::path& path) {
+  const CardFilePaths paths = RealPathsFor(path);
+  if (!HasCardFileType(path) || !HasCardFileType(paths.cards)) return false;
+  std::unique_ptr<FileLock> lock;
+  LockHolder holder;
+  if (!TakeLock(paths, lock, holder)) return false;
+  CardContent content;
+  MakeNewCards(content.cards);
+  content.columns = ColumnsOf(content.cards);
+  content.highest_id = 1;
+  const SaveResult result = WriteFiles(content, paths, {});
+  if (result == SaveResult::CardsFailed) return false;
+  const bool complete = WriteSettings(content, paths.settings) && result == SaveResult::Saved;
+  Become(std::move(content), paths, std::move(lock));
+  changed_ = !complete;
+  return true;
+}
+
+OpenReport CardFile::Restore(const fs::path& path, const StageObserver& observer) {
+  if (!HasCardFileType(path) && !HasBackupType(path)) return Refused(OpenResult::WrongType);
+  if (!IsOpen()) return HasBackupType(path) ? RestoreAs(CardsOfBackup(path), path, observer) : Open(path, observer);
+  CardContent content;
+  OpenReport report = LoadCards(path, observer, content);
+  if (report.result != OpenResult::Opened) return report;
+  const CardIds ids(content.cards);
+  content.highest_id = ids.highest();
+  report.index_defect = BuildIndexes(content, ids, observer);
+  content.settings = std::move(content_.settings);
+  content.settings_unreadable = content_.settings_unreadable;
+  content.on_disk = content_.on_disk;
+  content.damaged.insert(content.damaged.begin(), content_.damaged.begin(), content_.damaged.end());
+  content_ = std::move(content);
+  TableChanged();
+  return report;
+}
+
+OpenReport CardFile::RestoreAs(const fs::path& cards, const fs::path& backup, const StageObserver& observer) {
+  const CardFilePaths paths = RealPathsFor(cards);
+  if (IsOpen() || !HasCardFileType(paths.cards) || !HasBackupType(backup)) return Refused(OpenResult::WrongType);
+  OpenReport report;
+  std::unique_ptr<FileLock> lock;
+  if (!disk_.Exists(backup)) return Refused(OpenResult::CannotOpen);
+  if (!TakeLock(paths, lock, report.in_use_by)) {
+    report.result = OpenResult::InUse;
+    return report;
+  }
+  CardContent content;
+  report = LoadCards(backup, observer, content);
+  if (report.result != OpenResult::Opened) return report;
+  const CardIds ids(content.cards);
+  content.highest_id = ids.highest();
+  report.index_defect = BuildIndexes(content, ids, observer);
+  report.settings_unreadable = content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
+  content.on_disk = disk_.State(paths.cards);
+  const ContentStamp stamp = content.stamp;
+  Become(std::move(content), paths, std::move(lock));
+  changed_ = true;
+  // The restored cards are a change of what lies under the name of the card file.
+  const ContentStamp replaced = LastStamp(paths);
+  journal_.BeginWithTable(paths.journal, replaced);
+  TakeNoteOf(FindForBackup(paths.journal, stamp, replaced), report);
+  if (!report.unsaved) TableChanged();
+  return report;
+}
+
+bool CardFile::TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, LockHolder& holder) {
+  if (paths.cards == paths_.cards) return true;
+  LockAttempt attempt = disk_.Lock(LockPath(paths.cards));
+  lock = std::move(attempt.lock);
+  holder = std::move(attempt.holder);
+  return !attempt.held_by_other;
+}
+
+void CardFile::Become(CardContent content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock) {
+  if (paths.cards != paths_.cards) lock_ = std::move(lock);
+  journal_.End();
+  journal_.Begin(paths.journal, content.stamp);
+  unsaved_.clear();
+  content_ = std::move(content);
+  paths_ = paths;
+  changed_ = false;
+}
+
+bool CardFile::RebuildIndexes(const StageObserver& observer) {
+  return BuildIndexes(content_, CardIds(content_.cards), observer) == IndexDefect::None;
+}
+
+IndexDefect CardFile::BuildIndexes(CardContent& content, const CardIds& ids, const StageObserver& observer) {
+  if (!BuildLearnIndex(content, ids, observer)) return IndexDefect::LearnIndex;
+  return BuildLinkIndex(content, ids, observer) ? IndexDefect::None : IndexDefect::LinkIndex;
+}
+
+bool CardFile::BuildLearnIndex(CardContent& content, const CardIds& ids, const StageObserver& observer) {
+  Tell(observer, FileStage::BuildLearnIndex, static_cast<uint64_t>(ids.RowCount()));
+  return content.learn_index.Build(content.cards, ids);
+}
+
+bool CardFile::BuildLinkIndex(CardContent& content, const CardIds& ids, const StageObserver& observer) {
+  Tell(observer, FileStage::BuildLinkIndex, static_cast<uint64_t>(ids.RowCount()));
+  return content.link_index.Build(content.cards, ids);
+}
+
+void CardFile::Close() {
+  journal_.End();
+  unsaved_.clear();
+  content_ = CardContent();
+  paths_ = CardFilePaths();
+  lock_.reset();
+  changed_ = false;
+}
+
+}  // namespace tessaro

@@ -1,0 +1,153 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/disk.h"
+#include "platform/file_lock.h"
+#include "store/file/card_content.h"
+#include "store/file/card_figures.h"
+#include "store/file/card_file_types.h"
+#include "store/file/card_journal.h"
+
+namespace tessaro {
+
+// The card file that is open, or none. It owns the card table with both indexes and the settings of the file. There is
+// one in a running program; functions that work on cards take a reference to it.
+class CardFile {
+ public:
+  explicit CardFile(Disk& disk = RealDisk(), const Clock& clock = SystemClock());
+  ~CardFile();
+  CardFile(const CardFile&) = delete;
+  CardFile& operator=(const CardFile&) = delete;
+
+  CardTable& cards() { return content_.cards; }
+  const CardTable& cards() const { return content_.cards; }
+  LearnIndex& learn_index() { return content_.learn_index; }
+  const LearnIndex& learn_index() const { return content_.learn_index; }
+  LinkIndex& link_index() { return content_.link_index; }
+  IniFile& settings() { return content_.settings; }
+  const IniFile& settings() const { return content_.settings; }
+  const CardColumns& columns() const { return content_.columns; }
+
+  bool IsOpen() const { return !paths_.cards.empty(); }
+  const CardFilePaths& paths() const { return paths_; }
+  bool changed() const { return changed_; }
+  // To be called after every change of a card row, with the columns that changed (none: all of them): the file is
+  // changed, and the journal keeps it.
+  void RowChanged(int row, std::span<const int> columns = {});
+  // The same after rows came, went or moved.
+  void TableChanged();
+  // Between these, many rows are changed: their records go to the disk in large pieces.
+  void BeginManyChanges() { journal_.BeginBatch(); }
+  void EndManyChanges() { journal_.EndBatch(content_.cards); }
+
+  // Cards between the marker rows; 0 when nothing is open.
+  int CardCount() const;
+  // Cards that a person has still to learn: those with score 0, without navigation cards and cards with "#" in the ID.
+  // Opening has counted them, so the first answer is at hand.
+  int64_t CountUnknown() const;
+  CardFigures Figures(const DueTerms& terms) const { return FiguresOf(content_.cards, content_.columns, terms); }
+
+  int64_t highest_id() const { return content_.highest_id; }
+  // The number for a new card, "%06ld" of the highest number + 1, which is raised by that.
+  std::string IssueId();
+  void RecountIds();
+  // The card table row of the card with this number; 0 when there is none.
+  int RowOfId(int64_t id) const;
+
+  // Opens a card file in place of the one that is open. Anything but Opened leaves the open file as it was. A symbolic
+  // link opens the file that it leads to. Where the folder cannot be written the file opens without a lock.
+  [[nodiscard]] OpenReport Open(const std::filesystem::path& path, const StageObserver& observer = {});
+  // Makes a new card file with its one index card, saves it and opens it. An existing file at this path is replaced
+  // (its backup is kept as for every save): the caller asks first. False: nothing was opened.
+  [[nodiscard]] bool CreateNew(const std::filesystem::path& path);
+  // Loads the cards of `path`, a card file or a backup, in place of the open ones and rebuilds both indexes; the open
+  // file keeps its own name and is changed. Without an open file it opens `path`, for a backup X.ml~ under the name
+  // X.mlb. Anything but Opened leaves everything as it was.
+  [[nodiscard]] OpenReport Restore(const std::filesystem::path& path, const StageObserver& observer = {});
+  // The same without an open file, for a backup of any name: it is opened as the card file `cards`, which may be
+  // missing.
+  [[nodiscard]] OpenReport RestoreAs(const std::filesystem::path& cards, const std::filesystem::path& backup,
+                                     const StageObserver& observer = {});
+  // Saves cards, indexes and settings, and clears the changed flag when all went well. One backup generation is kept
+  // beside the file. A failure does not keep the later files from being written; the first one is returned.
+  [[nodiscard]] SaveResult Save(const StageObserver& observer = {});
+  // Writes cards and indexes under another name; the open file stays the open file and keeps its changed flag. Never
+  // writes over a file that another program has open (CardsFailed).
+  [[nodiscard]] SaveResult SaveCopy(const std::filesystem::path& path, const StageObserver& observer = {});
+  // Saves under another name, which then is the open file, unless CardsFailed is returned.
+  [[nodiscard]] SaveResult SaveAs(const std::filesystem::path& path, const StageObserver& observer = {});
+  // Writes only the settings of the card file. Like every save it leaves settings alone that could not be read.
+  [[nodiscard]] bool SaveSettings();
+  // Rebuilds both indexes. False when the card table has a defect: already the learning index cannot be built, and both
+  // are as they were.
+  [[nodiscard]] bool RebuildIndexes(const StageObserver& observer = {});
+  // Writes both indexes where they are those of the card file on the disk. As long as that differs from the open cards,
+  // nothing is written: the indexes go with the next save.
+  [[nodiscard]] SaveResult SaveIndexes(const StageObserver& observer = {});
+  // Closes the file; changes that were not saved are given up.
+  void Close();
+
+  // After Open reported changes of an earlier run: takes them over into the cards, rebuilds the indexes and marks the
+  // file as changed. A change that fits no row ends it; what was before it counts. False: the card table has a defect.
+  [[nodiscard]] bool TakeOverUnsaved(const StageObserver& observer = {});
+  // ... or keeps them under another name, which is returned; empty when that failed.
+  std::filesystem::path PutUnsavedAside();
+  CardJournal& journal() { return journal_; }
+
+  // What the card file on the disk was when it was read or written last.
+  const std::optional<FileState>& on_disk() const { return content_.on_disk; }
+  const ContentStamp& stamp() const { return content_.stamp; }
+  // True when another program has written the file on disk since it was opened or saved last.
+  bool ChangedOnDisk() const;
+  // Clamps `bytes_per_card` to 300 ... 2000 (the clamped value replaces it) and estimates the space of a save.
+  SpaceEstimate EstimateSpace(int64_t& bytes_per_card, const std::filesystem::path& target) const;
+
+ private:
+  // Of the file that symbolic links lead to: whatever name it was called by, a file has one set of companions.
+  CardFilePaths RealPathsFor(const std::filesystem::path& cards) const;
+  OpenReport LoadCards(const std::filesystem::path& path, const StageObserver& observer, CardContent& content);
+  void LoadIndexes(const CardFilePaths& paths, const StageObserver& observer, CardContent& content, OpenReport& report);
+  // A defect leaves that index as it was and ends the work.
+  static IndexDefect BuildIndexes(CardContent& content, const CardIds& ids, const StageObserver& observer);
+  static bool BuildLearnIndex(CardContent& content, const CardIds& ids, const StageObserver& observer);
+  static bool BuildLinkIndex(CardContent& content, const CardIds& ids, const StageObserver& observer);
+  // Takes the lock of a card file unless it is that of the open one. False: another program has it; `holder` says who.
+  bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, LockHolder& holder);
+  // The content takes the place of the open one, whose unsaved changes are given up.
+  void Become(CardContent content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock);
+  // The stamp of what lies under the name of the card file, else of what the last save kept of it.
+  ContentStamp LastStamp(const CardFilePaths& paths) const;
+  // What a journal holds for cards of a backup that take the place of what has the stamp `replaced`.
+  CardJournal::Found FindForBackup(const std::filesystem::path& journal, const ContentStamp& backup,
+                                   const ContentStamp& replaced) const;
+  void TakeNoteOf(CardJournal::Found found, OpenReport& report);
+
+  SaveResult WriteFiles(CardContent& content, const CardFilePaths& paths, const StageObserver& observer);
+  // The same for the open content under the names of another card file, whose lock it takes.
+  SaveResult WriteOtherFiles(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock,
+                             const StageObserver& observer);
+  SaveResult WriteIndexes(const CardContent& content, const CardFilePaths& paths, const StageObserver& observer);
+  template <typename Index>
+  bool WriteIndex(const std::filesystem::path& path, const CardTable& cards, const Index& index);
+  // Puts by the damaged files that a save under these names would lose.
+  bool KeepDamaged(CardContent& content, const CardFilePaths& paths);
+  bool PutBy(const std::filesystem::path& damaged, const std::filesystem::path& cards);
+  bool WriteSettings(const CardContent& content, const std::filesystem::path& path);
+
+  Disk& disk_;
+  CardContent content_;
+  CardFilePaths paths_;  // all empty when nothing is open
+  std::unique_ptr<FileLock> lock_;
+  CardJournal journal_;
+  std::vector<JournalRecord> unsaved_;  // found on opening and neither taken over nor put aside yet
+  bool changed_ = false;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,203 @@
+#include "store/file/card_journal.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/memory_file.h"
+#include "store/table/card_table.h"
+
+namespace tessaro {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr size_t kBatchSize = size_t{1} << 20U;
+
+fs::path Beside(fs::path path) {
+  return path += ".tmp";
+}
+
+}  // namespace
+
+void CardJournal::FlushInBackground() {
+  background_ = std::make_unique<BackgroundFlush>();
+}
+
+void CardJournal::Begin(const fs::path& path, const ContentStamp& base) {
+  Close();
+  path_ = path;
+  ours_ = false;
+  told_ = false;
+  Saved(base);
+}
+
+void CardJournal::BeginWithTable(const fs::path& path, const ContentStamp& base) {
+  Begin(path, base);
+  whole_table_ = true;
+}
+
+void CardJournal::End() {
+  Close();
+  if (ours_) (void)disk_.Remove(path_);
+  path_.clear();
+}
+
+CardJournal::Found CardJournal::Find(const fs::path& path, const ContentStamp& stamp) const {
+  Found found;
+  found.exists = disk_.Exists(path);
+  if (!found.exists) return found;
+  const std::optional<std::string> text = ReadFile(disk_, path);
+  std::optional<JournalContents> contents = text ? ParseJournal(*text) : std::nullopt;
+  if (!contents) return found;
+  std::optional<std::vector<JournalRecord>> changes = ChangesSince(std::move(*contents), stamp);
+  found.fits = changes.has_value();
+  if (changes) found.changes = std::move(*changes);
+  return found;
+}
+
+fs::path CardJournal::PutAside(const fs::path& path) {
+  const std::string stem = fs::path(path).replace_extension().string() + "-Antworten-";
+  int number = 1;
+  fs::path aside;
+  do {
+    aside = stem + std::to_string(number++) + path.extension().string();
+  } while (disk_.Exists(aside));
+  return disk_.Rename(path, aside) ? aside : fs::path();
+}
+
+void CardJournal::RowChanged(CardTable& cards, int row, std::span<const int> columns) {
+  if (path_.empty()) return;
+  rows_.push_back(row);
+  if (batch_ && failing_) return;
+  if (file_ == nullptr) return Note(WriteAnew(cards));
+  gathered_ += JournalText(RowRecord(cards, row, columns));
+  if (!batch_ || gathered_.size() >= kBatchSize) Push(cards);
+}
+
+void CardJournal::TableChanged(CardTable& cards) {
+  if (path_.empty()) return;
+  whole_table_ = true;
+  if (file_ == nullptr) return Note(WriteAnew(cards));
+  gathered_ += JournalText(TableRecord(cards));
+  Push(cards);
+}
+
+void CardJournal::Written(const ContentStamp& stamp) {
+  if (file_ == nullptr || Put(JournalText({clock_.Now(), SavePoint{stamp}}))) return;
+  // The save tells whether the disk works; if it does not, the next change writes the journal anew.
+  Close();
+}
+
+void CardJournal::Saved(const ContentStamp& stamp) {
+  Close();
+  base_ = stamp;
+  rows_.clear();
+  whole_table_ = false;
+  failing_ = false;
+  if (ours_) ours_ = !disk_.Remove(path_);
+}
+
+void CardJournal::Adopt(CardTable& cards, std::vector<int> rows, bool whole_table) {
+  rows_ = std::move(rows);
+  whole_table_ = whole_table_ || whole_table;
+  ours_ = true;
+  Note(WriteAnew(cards));
+}
+
+void CardJournal::EndBatch(CardTable& cards) {
+  batch_ = false;
+  if (failing_ && (whole_table_ || !rows_.empty())) return Note(WriteAnew(cards));
+  if (!gathered_.empty()) Push(cards);
+}
+
+bool CardJournal::Flush() {
+  return file_ == nullptr || (file_->Flush() && disk_.FlushFolder(path_.parent_path()));
+}
+
+JournalRecord CardJournal::RowRecord(const CardTable& cards, int row, std::span<const int> columns) const {
+  RowChange change;
+  change.row = static_cast<uint32_t>(row);
+  const auto add = [&](int column) {
+    change.fields.push_back({static_cast<uint32_t>(column), std::string(cards.Peek(column, row))});
+  };
+  for (const int column : columns) add(column);
+  for (int column = 1; columns.empty() && column <= cards.ColumnCount(); ++column) add(column);
+  return {clock_.Now(), std::move(change)};
+}
+
+JournalRecord CardJournal::TableRecord(CardTable& cards) const {
+  // Writing the table moves its cursor.
+  const int row = cards.CurrentRow();
+  MemoryWriter file;
+  (void)cards.SaveTo(file);
+  cards.GoTo(row);
+  return {clock_.Now(), TableChange{file.TakeText()}};
+}
+
+std::string CardJournal::AllChanges(CardTable& cards) {
+  std::string text = JournalHead(base_);
+  if (whole_table_) return text += JournalText(TableRecord(cards));
+  std::sort(rows_.begin(), rows_.end());
+  rows_.erase(std::unique(rows_.begin(), rows_.end()), rows_.end());
+  for (const int row : rows_) text += JournalText(RowRecord(cards, row, {}));
+  return text;
+}
+
+void CardJournal::Push(CardTable& cards) {
+  const bool put = Put(gathered_);
+  Note(put || WriteAnew(cards));
+  gathered_.clear();
+}
+
+bool CardJournal::Put(std::string_view text) {
+  if (background_ != nullptr && background_->TakeFailure()) return false;
+  if (!file_->Write(text)) return false;
+  size_ += text.size();
+  const std::optional<FileState> state = disk_.State(path_);
+  if (!state || state->size != size_) return false;
+  if (background_ != nullptr) background_->Written();
+  return true;
+}
+
+bool CardJournal::WriteAnew(CardTable& cards) {
+  Close();
+  const bool exists = disk_.Exists(path_);
+  if (exists && !ours_ && PutAside(path_).empty()) return false;
+  const fs::path fresh = Beside(path_);
+  file_ = disk_.Create(fresh);
+  if (file_ == nullptr) return false;
+  const std::string text = AllChanges(cards);
+  size_ = text.size();
+  // What replaces a good journal has to be on the disk before; a first record may wait like all others.
+  const bool written = file_->Write(text) && (!exists || file_->Flush()) && disk_.Rename(fresh, path_);
+  const std::optional<FileState> state = disk_.State(path_);
+  if (!written || !state || state->size != size_) {
+    if (!written) (void)disk_.Remove(fresh);
+    return false;
+  }
+  ours_ = true;
+  if (background_ == nullptr) return true;
+  background_->SetFlush([file = file_.get(), disk = &disk_, folder = path_.parent_path()] {
+    return file->Flush() && disk->FlushFolder(folder);
+  });
+  background_->Written();
+  return true;
+}
+
+void CardJournal::Note(bool good) {
+  failing_ = !good;
+  if (!good) Close();
+  const bool told = std::exchange(told_, !good);
+  if (!good && !told && tell_failure_) tell_failure_();
+}
+
+void CardJournal::Close() {
+  if (background_ != nullptr) {
+    background_->SetFlush(nullptr);
+    (void)background_->TakeFailure();
+  }
+  file_.reset();
+  gathered_.clear();
+}
+
+}  // namespace tessaro

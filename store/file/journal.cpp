@@ -1,0 +1,180 @@
+#include "store/file/journal.h"
+
+#define XXH_INLINE_ALL
+#include <xxhash.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace tessaro {
+namespace {
+
+constexpr std::string_view kMagic = "Tessaro journal 1\n";
+
+enum class Kind : uint8_t { Row = 1, Table = 2, SavePoint = 3 };
+
+uint64_t Checksum(std::string_view bytes) {
+  return XXH3_64bits(bytes.data(), bytes.size());
+}
+
+template <typename Number>
+void Put(std::string& text, Number number) {
+  for (size_t i = 0; i < sizeof number; ++i) {
+    text += static_cast<char>(static_cast<uint64_t>(number) >> (8 * i) & 0xFF);
+  }
+}
+
+void Put(std::string& text, const ContentStamp& stamp) {
+  Put(text, stamp.size);
+  Put(text, stamp.hash);
+}
+
+// Takes numbers and bytes from the front of a text; once something is missing, nothing more is taken.
+class Taker {
+ public:
+  explicit Taker(std::string_view text) : rest_(text) {}
+
+  bool ok() const { return ok_; }
+  bool AtEnd() const { return rest_.empty(); }
+  std::string_view rest() const { return rest_; }
+
+  std::string_view Bytes(uint64_t count) {
+    if (!ok_ || count > rest_.size()) {
+      ok_ = false;
+      return {};
+    }
+    const std::string_view taken = rest_.substr(0, count);
+    rest_.remove_prefix(count);
+    return taken;
+  }
+
+  template <typename Number>
+  Number Take() {
+    uint64_t number = 0;
+    const std::string_view bytes = Bytes(sizeof(Number));
+    for (size_t i = 0; i < bytes.size(); ++i) number |= uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
+    return static_cast<Number>(number);
+  }
+
+  ContentStamp TakeStamp() {
+    const auto size = Take<uint64_t>();
+    return {size, Take<uint64_t>()};
+  }
+
+ private:
+  std::string_view rest_;
+  bool ok_ = true;
+};
+
+void PutContent(std::string& text, const RowChange& change) {
+  Put(text, change.row);
+  Put(text, static_cast<uint32_t>(change.fields.size()));
+  for (const RowChange::Field& field : change.fields) {
+    Put(text, field.column);
+    Put(text, static_cast<uint32_t>(field.text.size()));
+    text += field.text;
+  }
+}
+
+void PutContent(std::string& text, const TableChange& change) {
+  text += change.text;
+}
+
+void PutContent(std::string& text, const SavePoint& point) {
+  Put(text, point.stamp);
+}
+
+RowChange TakeRow(Taker& taker) {
+  RowChange change;
+  change.row = taker.Take<uint32_t>();
+  const auto field_count = taker.Take<uint32_t>();
+  for (uint32_t i = 0; i < field_count && taker.ok(); ++i) {
+    const auto column = taker.Take<uint32_t>();
+    const auto length = taker.Take<uint32_t>();
+    change.fields.push_back({column, std::string(taker.Bytes(length))});
+  }
+  return change;
+}
+
+std::optional<JournalRecord> ParsePayload(std::string_view payload) {
+  Taker taker(payload);
+  const auto kind = static_cast<Kind>(taker.Take<uint8_t>());
+  JournalRecord record;
+  record.time = taker.Take<int64_t>();
+  if (kind == Kind::Row) {
+    record.what = TakeRow(taker);
+  } else if (kind == Kind::Table) {
+    record.what = TableChange{std::string(taker.Bytes(taker.rest().size()))};
+  } else if (kind == Kind::SavePoint) {
+    record.what = SavePoint{taker.TakeStamp()};
+  } else {
+    return std::nullopt;
+  }
+  if (!taker.ok() || !taker.AtEnd()) return std::nullopt;
+  return record;
+}
+
+std::optional<JournalRecord> TakeRecord(Taker& taker) {
+  const auto length = taker.Take<uint64_t>();
+  const auto checksum = taker.Take<uint64_t>();
+  const std::string_view payload = taker.Bytes(length);
+  if (!taker.ok() || checksum != Checksum(payload)) return std::nullopt;
+  return ParsePayload(payload);
+}
+
+std::optional<ContentStamp> TakeHead(Taker& taker) {
+  if (taker.Bytes(kMagic.size()) != kMagic) return std::nullopt;
+  const std::string_view numbers = taker.rest();
+  const ContentStamp base = taker.TakeStamp();
+  const auto checksum = taker.Take<uint64_t>();
+  if (!taker.ok() || checksum != Checksum(numbers.substr(0, 2 * sizeof(uint64_t)))) return std::nullopt;
+  return base;
+}
+
+}  // namespace
+
+std::string JournalHead(const ContentStamp& base) {
+  std::string numbers;
+  Put(numbers, base);
+  Put(numbers, Checksum(numbers));
+  return std::string(kMagic) + numbers;
+}
+
+std::string JournalText(const JournalRecord& record) {
+  std::string payload;
+  Put(payload, static_cast<uint8_t>(record.what.index() + 1));
+  Put(payload, record.time);
+  std::visit([&](const auto& what) { PutContent(payload, what); }, record.what);
+  std::string text;
+  Put(text, uint64_t{payload.size()});
+  Put(text, Checksum(payload));
+  return text += payload;
+}
+
+std::optional<JournalContents> ParseJournal(std::string_view text) {
+  Taker taker(text);
+  const std::optional<ContentStamp> base = TakeHead(taker);
+  if (!base) return std::nullopt;
+  JournalContents contents{*base, {}, false};
+  while (!contents.cut && !taker.AtEnd()) {
+    std::optional<JournalRecord> record = TakeRecord(taker);
+    contents.cut = !record;
+    if (record) contents.records.push_back(std::move(*record));
+  }
+  return contents;
+}
+
+std::optional<std::vector<JournalRecord>> ChangesSince(JournalContents contents, const ContentStamp& stamp) {
+  std::vector<JournalRecord>& records = contents.records;
+  const auto tells_of_it = [&](const JournalRecord& record) {
+    const auto* point = std::get_if<SavePoint>(&record.what);
+    return point != nullptr && point->stamp == stamp;
+  };
+  const auto last = std::find_if(records.rbegin(), records.rend(), tells_of_it);
+  if (last == records.rend() && contents.base != stamp) return std::nullopt;
+  records.erase(records.begin(), last.base());
+  std::erase_if(records, [](const JournalRecord& record) { return std::holds_alternative<SavePoint>(record.what); });
+  return std::move(records);
+}
+
+}  // namespace tessaro

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "store/table/content_stamp.h"
+
+// The form of a journal: what changed in a card file since it was saved, in the order in which it happened.
+namespace tessaro {
+
+// New texts for fields of one row; rows and columns as the card table counts them.
+struct RowChange {
+  struct Field {
+    uint32_t column = 0;
+    std::string text;
+    bool operator==(const Field&) const = default;
+  };
+  uint32_t row = 0;
+  std::vector<Field> fields;
+  bool operator==(const RowChange&) const = default;
+};
+
+// The whole card table became this, in the form of a card file.
+struct TableChange {
+  std::string text;
+  bool operator==(const TableChange&) const = default;
+};
+
+// At this point the cards were written, and the file that holds them has this stamp.
+struct SavePoint {
+  ContentStamp stamp;
+  bool operator==(const SavePoint&) const = default;
+};
+
+struct JournalRecord {
+  int64_t time = 0;  // seconds since 1970
+  std::variant<RowChange, TableChange, SavePoint> what;
+  bool operator==(const JournalRecord&) const = default;
+};
+
+struct JournalContents {
+  ContentStamp base;  // of the card file that the first record belongs to
+  std::vector<JournalRecord> records;
+  bool cut = false;  // something unreadable followed the last record; it was left out
+};
+
+// A journal is a head and then one record a change; all numbers are little-endian:
+//   head     "Tessaro journal 1\n", u64 size and u64 hash of the base, u64 checksum of these 16 bytes
+//   record   u64 length of the payload, u64 checksum of the payload, payload
+//   payload  u8 kind, i64 time, then
+//            kind 1, row:         u32 row, u32 number of fields, for each: u32 column, u32 length, bytes
+//            kind 2, table:       the bytes of the table to the end
+//            kind 3, save point:  u64 size, u64 hash
+// The checksum is XXH3 with 64 bits. Nothing is ever rewritten in place, so a crash can only cut the end.
+std::string JournalHead(const ContentStamp& base);
+std::string JournalText(const JournalRecord& record);
+// Takes any bytes; nothing when there is no whole head. Reading ends before the first record that is cut or damaged.
+std::optional<JournalContents> ParseJournal(std::string_view text);
+
+// The records that a card file of this stamp lacks: those after the last place where the journal tells of it. Nothing
+// when it never does: the journal is that of another state. The result may be empty: all of it was saved.
+std::optional<std::vector<JournalRecord>> ChangesSince(JournalContents contents, const ContentStamp& stamp);
+
+}  // namespace tessaro

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "store/table/card_columns.h"
+#include "store/table/card_table.h"
+
+namespace tessaro {
+
+// The number that the program writes as this ID. An ID in any other form is text and nothing else.
+inline constexpr uint32_t kNotSixDigits = UINT32_MAX;
+inline uint32_t SixDigits(std::string_view id) {
+  return id.size() == 6 ? DigitsOnly(id).value_or(kNotSixDigits) : kNotSixDigits;
+}
+
+// The IDs of all cards of a table, read once: checking an index asks for them in any order, and the texts lie far apart
+// in memory. Holds while the table stays as it is.
+class CardIds {
+ public:
+  explicit CardIds(const CardTable& cards);
+
+  // Rows of the card table, frame included.
+  int RowCount() const { return row_count_; }
+  // The ID of the card in this row, 2 ... RowCount() - 1, as SixDigits reads it.
+  uint32_t number(int row) const { return numbers_[static_cast<size_t>(row)]; }
+  std::string_view Text(int row) const { return cards_.Peek(id_column_, row); }
+  // Whether every card has an ID that is not empty.
+  bool complete() const { return complete_; }
+  // The highest number of a card, up to the first row whose ID begins with "#".
+  int64_t highest() const { return highest_; }
+  // Changes when the IDs or the rows they stand in change.
+  uint64_t fingerprint() const { return fingerprint_; }
+
+ private:
+  const CardTable& cards_;
+  int row_count_;
+  int id_column_;
+  std::vector<uint32_t> numbers_;  // by row
+  bool complete_ = true;
+  int64_t highest_ = 0;
+  uint64_t fingerprint_ = 0;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/index/card_ids.h"
+#include "store/table/card_table.h"
+#include "store/table/line_end.h"
+
+// What the two index files have in common. Each is a table in the text format of all tables: column names, a start row,
+// a row for each card, an end row. One column holds the row of the card table as decimal text.
+namespace tessaro {
+
+class WritableFile;
+
+inline constexpr std::string_view kBoxPos = "BoxPos";
+inline constexpr int kStartBoxPos = -1;
+inline constexpr int kEndBoxPos = 999999;
+
+// The fields of one index row in the order of the columns.
+using IndexFields = std::span<const std::string_view>;
+
+struct IndexFrame {
+  IndexFields columns;
+  IndexFields first;
+  IndexFields last;
+};
+
+// Writes the rows as the text of a table file, the column names first.
+class IndexWriter {
+ public:
+  IndexWriter(WritableFile& file, LineEnd line_end)
+      : file_(file), line_end_(line_end == LineEnd::CrLf ? "\r\n" : "\n") {}
+  void Row(IndexFields fields);
+  // Writes what is still held back. False when anything could not be written.
+  [[nodiscard]] bool Finish();
+
+ private:
+  void AppendEscaped(std::string_view field);
+
+  WritableFile& file_;
+  const std::string_view line_end_;
+  std::string held_;
+  bool good_ = true;
+};
+
+// Takes the fields of a card's row; false when they do not fit.
+using TakeIndexRow = std::function<bool(IndexFields fields)>;
+
+// Reads an index that was loaded as a table. False unless it has exactly this frame and a row for each of the cards in
+// it, all of which were taken.
+bool ReadIndexTable(const CardTable& table, const IndexFrame& frame, const CardIds& ids, const TakeIndexRow& take);
+// The same from the text of the file, without making a table of it.
+bool ReadIndexText(std::string_view text, const IndexFrame& frame, const CardIds& ids, const TakeIndexRow& take);
+
+// The line end of a table file, which is that of its first line.
+LineEnd LineEndOf(std::string_view text);
+
+// Reads the card rows that an index names. Whether they fit is decided for all of them together: a look at the cards in
+// the order of an index is one far apart from the last, and many such looks at once take a fraction of the time.
+class IndexedRows {
+ public:
+  explicit IndexedRows(const CardIds& ids);
+  // Adds the row in this text. False unless it is written as the program writes it and is that of a card.
+  bool Add(std::string_view text, std::string_view id);
+  // Whether no row came twice and each card has the ID that it was added with.
+  bool AllFit() const;
+  // In the order in which they were added.
+  const std::vector<int32_t>& rows() const { return rows_; }
+
+ private:
+  const CardIds& ids_;
+  std::vector<int32_t> rows_;
+  std::vector<uint32_t> numbers_;  // beside rows_: the number of the ID
+};
+
+}  // namespace tessaro

@@ -1,0 +1,190 @@
+#include "store/index/learn_index.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <functional>
+#include <limits>
+#include <optional>
+#include <utility>
+
+#include "platform/progress.h"
+#include "store/index/bisection_order.h"
+#include "store/index/index_text.h"
+#include "store/table/card_columns.h"
+
+namespace tessaro {
+namespace {
+
+constexpr int64_t kStartScore = -1;
+constexpr int64_t kEndScore = 999999999;
+constexpr int kScoreDigits = 9;
+constexpr int kProgressStep = 100;
+
+constexpr std::array<std::string_view, 3> kColumns = {kBoxPos, kScore, kId};
+constexpr std::array<std::string_view, 3> kFirstFields = {"-1", "-1", kStartMark};
+constexpr std::array<std::string_view, 3> kLastFields = {"999999", "999999999", kEndMark};
+
+// The key of a score that is written as the program writes it.
+std::optional<int64_t> NineDigits(std::string_view score) {
+  if (score.size() != kScoreDigits) return std::nullopt;
+  return DigitsOnly(score);
+}
+
+// Writes a key of 0 ... 999999999 with its nine digits.
+void WriteNineDigits(int64_t key, std::array<char, kScoreDigits>& text) {
+  for (size_t i = text.size(); i-- > 0; key /= 10) text[i] = static_cast<char>('0' + key % 10);
+}
+
+const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields};
+
+}  // namespace
+
+bool LearnIndex::Build(const CardTable& cards, const CardIds& ids) {
+  if (!ids.complete()) return false;
+  const CardColumns columns = ColumnsOf(cards);
+  const int last = cards.RowCount() - 1;
+  LearnIndex built;
+  built.keys_.resize(static_cast<size_t>(std::max(cards.RowCount(), 0)) + 1);
+  std::vector<int64_t> keys;
+  if (last >= kFirstCardRow) keys.reserve(static_cast<size_t>(last));
+  for (int row = last; row >= kFirstCardRow; --row) {
+    const std::string_view score = cards.Peek(columns.score, row);
+    const std::optional<int64_t> key = NineDigits(score);
+    keys.push_back(key ? *key : LeadingNumber(score));
+    built.keys_[static_cast<size_t>(row)] = keys.back();
+    if (!key) built.odd_scores_[row] = score;
+    if (row % kProgressStep == 0) Progress().ShowPosition(cards.RowCount() - row);
+  }
+  std::vector<int32_t> order = BisectionOrder(keys, kEndScore);
+  for (int32_t& entry : order) entry = last - entry;
+  built.sequence_.Assign(order);
+  built.fingerprint_ = ids.fingerprint();
+  built.built_ = true;
+  *this = std::move(built);
+  return true;
+}
+
+template <typename ReadRows>
+bool LearnIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids, LineEnd line_end) {
+  LearnIndex adopted;
+  IndexedRows rows(ids);
+  std::vector<int64_t> keys;
+  keys.reserve(static_cast<size_t>(ids.RowCount()));
+  const bool ascending = read_rows(kFrame, ids, [&](IndexFields fields) {
+    const std::optional<int64_t> nine_digits = NineDigits(fields[1]);
+    const int64_t key = nine_digits ? *nine_digits : LeadingNumber(fields[1]);
+    if (key > kEndScore || (!keys.empty() && key < keys.back()) || !rows.Add(fields[0], fields[2])) return false;
+    if (!nine_digits) adopted.odd_scores_[rows.rows().back()] = fields[1];
+    keys.push_back(key);
+    return true;
+  });
+  if (!ascending || !rows.AllFit()) return false;
+  adopted.keys_.resize(static_cast<size_t>(ids.RowCount()) + 1);
+  for (size_t i = 0; i < keys.size(); ++i) adopted.keys_[static_cast<size_t>(rows.rows()[i])] = keys[i];
+  adopted.sequence_.Assign(rows.rows());
+  adopted.fingerprint_ = ids.fingerprint();
+  adopted.line_end_ = line_end;
+  adopted.built_ = true;
+  *this = std::move(adopted);
+  return true;
+}
+
+bool LearnIndex::Adopt(const CardTable& table, const CardIds& ids) {
+  return AdoptRows(std::bind_front(ReadIndexTable, std::cref(table)), ids, table.line_end());
+}
+
+bool LearnIndex::Adopt(std::string_view text, const CardIds& ids) {
+  return AdoptRows(std::bind_front(ReadIndexText, text), ids, LineEndOf(text));
+}
+
+bool LearnIndex::SaveTo(WritableFile& file, const CardTable& cards) const {
+  IndexWriter writer(file, line_end_);
+  const int id_column = cards.ColumnIndex(kId);
+  writer.Row(kColumns);
+  writer.Row(kFirstFields);
+  sequence_.ForEach([&](int32_t card_row) {
+    std::array<char, 12> box_pos = {};
+    const char* end = std::to_chars(box_pos.data(), box_pos.data() + box_pos.size(), card_row).ptr;
+    std::array<char, kScoreDigits> score = {};
+    WriteNineDigits(keys_[static_cast<size_t>(card_row)], score);
+    std::string_view score_text(score.data(), score.size());
+    if (const auto odd = odd_scores_.find(card_row); odd != odd_scores_.end()) score_text = odd->second;
+    const std::array<std::string_view, 3> fields = {
+        std::string_view(box_pos.data(), static_cast<size_t>(end - box_pos.data())), score_text,
+        cards.Peek(id_column, card_row)};
+    writer.Row(fields);
+  });
+  writer.Row(kLastFields);
+  return writer.Finish();
+}
+
+int LearnIndex::BoxPos(int row) const {
+  if (row < 1 || row > RowCount()) return 0;
+  if (row == 1) return kStartBoxPos;
+  return row == RowCount() ? kEndBoxPos : sequence_.At(row - kFirstCardRow);
+}
+
+int64_t LearnIndex::Score(int row) const {
+  if (row < 1 || row > RowCount()) return 0;
+  if (row == 1) return kStartScore;
+  return row == RowCount() ? kEndScore : keys_[static_cast<size_t>(sequence_.At(row - kFirstCardRow))];
+}
+
+int LearnIndex::RowOfCard(int card_row) const {
+  const int position = sequence_.PositionOf(card_row);
+  return position < 0 ? 0 : position + kFirstCardRow;
+}
+
+void LearnIndex::Update(int card_row, int64_t score) {
+  if (!built_ || card_row < kFirstCardRow) return;
+  const auto key_of_card = static_cast<size_t>(card_row);
+  if (key_of_card >= keys_.size()) keys_.resize(key_of_card + 1);
+  int place = FirstNotBelow(score);
+  const int old_place = sequence_.PositionOf(card_row);
+  if (old_place == place && keys_[key_of_card] == score) return;
+  if (old_place != place) {
+    if (old_place >= 0) sequence_.Erase(old_place);
+    if (old_place >= 0 && old_place < place) --place;
+    sequence_.Insert(place, card_row);
+  }
+  keys_[key_of_card] = score;
+  odd_scores_.erase(card_row);
+}
+
+LearnIndex::Place LearnIndex::PlaceOf(int card_row) const {
+  Place place;
+  place.card_row = card_row;
+  place.row = RowOfCard(card_row);
+  const auto key_of_card = static_cast<size_t>(card_row);
+  if (key_of_card < keys_.size()) place.score = keys_[key_of_card];
+  if (const auto odd = odd_scores_.find(card_row); odd != odd_scores_.end()) place.odd_score = odd->second;
+  return place;
+}
+
+void LearnIndex::Restore(const Place& place) {
+  const auto key_of_card = static_cast<size_t>(place.card_row);
+  if (key_of_card >= keys_.size() || PlaceOf(place.card_row) == place) return;
+  const int old_position = sequence_.PositionOf(place.card_row);
+  if (old_position >= 0) sequence_.Erase(old_position);
+  if (place.row != 0) {
+    const int position = place.row - kFirstCardRow;
+    sequence_.Insert(IsInOrder(position, place.score) ? position : FirstNotBelow(place.score), place.card_row);
+  }
+  keys_[key_of_card] = place.score;
+  odd_scores_.erase(place.card_row);
+  if (place.odd_score) odd_scores_[place.card_row] = *place.odd_score;
+}
+
+int LearnIndex::FirstNotBelow(int64_t score) const {
+  return sequence_.FirstNot([&](int32_t row) { return keys_[static_cast<size_t>(row)] < score; });
+}
+
+// Whether a card of this score may come in before the one at `position`.
+bool LearnIndex::IsInOrder(int position, int64_t score) const {
+  const auto key_at = [&](int at) { return keys_[static_cast<size_t>(sequence_.At(at))]; };
+  return position >= 0 && position <= sequence_.size() && (position == 0 || key_at(position - 1) <= score) &&
+         (position == sequence_.size() || score <= key_at(position));
+}
+
+}  // namespace tessaro

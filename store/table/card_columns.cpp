@@ -1,0 +1,81 @@
+#include "store/table/card_columns.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+#include "store/table/card_table.h"
+
+namespace tessaro {
+namespace {
+
+bool IsBlank(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// Reads eight digits at once: the bytes are digits, then pairs, then fours, each joined in one multiplication.
+bool ReadEightDigits(const char* text, uint64_t& number) {
+  if constexpr (std::endian::native != std::endian::little) return false;
+  uint64_t bytes = 0;
+  std::memcpy(&bytes, text, sizeof(bytes));
+  const uint64_t digits = bytes - 0x3030303030303030U;
+  if (((digits | (bytes + 0x4646464646464646U)) & 0x8080808080808080U) != 0) return false;
+  const uint64_t pairs = (digits * 10 + (digits >> 8)) & 0x00FF00FF00FF00FFU;
+  const uint64_t fours = (pairs * 100 + (pairs >> 16)) & 0x0000FFFF0000FFFFU;
+  number = (fours * 10000 + (fours >> 32)) & 0xFFFFFFFFU;
+  return true;
+}
+
+}  // namespace
+
+CardColumns ColumnsOf(const CardTable& cards) {
+  return {cards.ColumnIndex(kId),       cards.ColumnIndex(kTopic),  cards.ColumnIndex(kQuestion),
+          cards.ColumnIndex(kAnswer),   cards.ColumnIndex(kScore),  cards.ColumnIndex(kTimeLearned),
+          cards.ColumnIndex(kYesNoRow), cards.ColumnIndex(kTimeRow)};
+}
+
+bool IsNavigation(std::string_view question) {
+  for (size_t at = question.find('<'); at != std::string_view::npos; at = question.find('<', at + 1)) {
+    const std::string_view rest = question.substr(at);
+    if (rest.starts_with("<navigation>") || rest.starts_with("<NAVIGATION>")) return true;
+  }
+  return false;
+}
+
+bool IsDuplicateMarked(std::string_view text) {
+  return text.find("<+++>") != std::string_view::npos;
+}
+
+int64_t LeadingNumber(std::string_view text) {
+  constexpr uint64_t kMost = std::numeric_limits<int64_t>::max();
+  constexpr size_t kDigitsAtOnce = 8;
+  constexpr size_t kSafeDigits = 18;  // so many never go beyond kMost
+  size_t i = 0;
+  while (i < text.size() && IsBlank(text[i])) ++i;
+  const bool negative = i < text.size() && text[i] == '-';
+  if (i < text.size() && (text[i] == '-' || text[i] == '+')) ++i;
+  uint64_t number = 0;
+  const size_t safe_end = std::min(text.size(), i + kSafeDigits);
+  if (text.size() - i >= kDigitsAtOnce && ReadEightDigits(text.data() + i, number)) i += kDigitsAtOnce;
+  for (; i < safe_end && IsDigit(text[i]); ++i) number = number * 10 + static_cast<uint64_t>(text[i] - '0');
+  for (; i < text.size() && IsDigit(text[i]); ++i) {
+    const auto digit = static_cast<uint64_t>(text[i] - '0');
+    if (number > (kMost - digit) / 10)
+      return negative ? std::numeric_limits<int64_t>::min() : static_cast<int64_t>(kMost);
+    number = number * 10 + digit;
+  }
+  return negative ? -static_cast<int64_t>(number) : static_cast<int64_t>(number);
+}
+
+bool HasDigits(std::string_view text) {
+  const auto* at = std::find_if_not(text.begin(), text.end(), IsBlank);
+  if (at != text.end() && (*at == '-' || *at == '+')) ++at;
+  return at != text.end() && IsDigit(*at);
+}
+
+}  // namespace tessaro

@@ -1,0 +1,73 @@
+#include "store/table/row_order.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace tessaro {
+namespace {
+
+constexpr size_t kChunkRows = 2048;
+
+}  // namespace
+
+size_t RowOrder::ChunkOf(int index) const {
+  // Right as long as rows were only appended, so that all chunks but the last are full.
+  const size_t guess = std::min(static_cast<size_t>(index) / kChunkRows, starts_.size() - 1);
+  if (starts_[guess] <= index && (guess + 1 == starts_.size() || index < starts_[guess + 1])) return guess;
+  return static_cast<size_t>(std::upper_bound(starts_.begin(), starts_.end(), index) - starts_.begin()) - 1;
+}
+
+RowHandle RowOrder::At(int index) const {
+  const size_t chunk = ChunkOf(index);
+  return chunks_[chunk][static_cast<size_t>(index - starts_[chunk])];
+}
+
+void RowOrder::Append(RowHandle row) {
+  if (chunks_.empty() || chunks_.back().size() == kChunkRows) {
+    starts_.push_back(size_);
+    chunks_.emplace_back();
+    if (chunks_.size() > 1) chunks_.back().reserve(kChunkRows);
+  }
+  chunks_.back().push_back(row);
+  ++size_;
+}
+
+void RowOrder::Insert(int index, RowHandle row) {
+  if (index == size_) return Append(row);
+  size_t chunk = ChunkOf(index);
+  if (chunks_[chunk].size() == kChunkRows) {
+    Split(chunk);
+    if (index >= starts_[chunk + 1]) ++chunk;
+  }
+  chunks_[chunk].insert(chunks_[chunk].begin() + (index - starts_[chunk]), row);
+  MoveStarts(chunk + 1, 1);
+  ++size_;
+}
+
+void RowOrder::Erase(int index) {
+  const size_t chunk = ChunkOf(index);
+  chunks_[chunk].erase(chunks_[chunk].begin() + (index - starts_[chunk]));
+  MoveStarts(chunk + 1, -1);
+  --size_;
+  if (!chunks_[chunk].empty()) return;
+  chunks_.erase(chunks_.begin() + static_cast<std::ptrdiff_t>(chunk));
+  starts_.erase(starts_.begin() + static_cast<std::ptrdiff_t>(chunk));
+}
+
+void RowOrder::Split(size_t chunk) {
+  const auto next = static_cast<std::ptrdiff_t>(chunk) + 1;
+  chunks_.emplace(chunks_.begin() + next);
+  std::vector<RowHandle>& front = chunks_[chunk];
+  std::vector<RowHandle>& back = chunks_[chunk + 1];
+  const auto middle = front.begin() + static_cast<std::ptrdiff_t>(front.size() / 2);
+  back.reserve(kChunkRows);
+  back.assign(middle, front.end());
+  front.erase(middle, front.end());
+  starts_.insert(starts_.begin() + next, starts_[chunk] + static_cast<int>(front.size()));
+}
+
+void RowOrder::MoveStarts(size_t first_chunk, int by) {
+  for (size_t i = first_chunk; i < starts_.size(); ++i) starts_[i] += by;
+}
+
+}  // namespace tessaro

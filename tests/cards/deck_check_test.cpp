@@ -1,0 +1,120 @@
+#include "cards/deck_check.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/learn/learn_fixture.h"
+
+namespace tessaro {
+namespace {
+
+// `count` times, from `newest` on each 1000 seconds older; what is missing are empty slots.
+std::string Times(int64_t newest, int count, int slots = kHistoryLength) {
+  std::string text;
+  for (int i = 0; i < slots; ++i) text += (i < count ? std::to_string(newest - i * 1000) : "0") + " ";
+  return text;
+}
+
+TestCard Card(const std::string& id, const std::string& question = "Frage", const std::string& answer = "Antwort") {
+  return {.id = id,
+          .question = question,
+          .answer = answer,
+          .yes_no_row = Letters("wf"),
+          .time_row = Times(kNow - 5, 2),
+          .time_learned = "12"};
+}
+
+class DeckCheckTest : public LearnTest {
+ protected:
+  // A letter for each fault and "+" for one that can be repaired, with row and number: "D+4/7".
+  std::string Found(const std::vector<TestCard>& cards, int step = 1'000'000) {
+    file.Close();
+    OpenTestFile(disk, file, cards);
+    return FoundInOpenFile(step);
+  }
+  std::string FoundInOpenFile(int step) {
+    DeckCheck check(file, kNow);
+    while (check.Step(step)) EXPECT_LT(check.Position(), check.Range());
+    report = check.TakeReport();
+    std::string text;
+    for (const DeckFinding& finding : report.findings) {
+      text += (text.empty() ? "" : " ") + std::string(1, "IDLFOYTSZ"[static_cast<int>(finding.fault)]) +
+              (finding.can_repair ? "+" : "") + std::to_string(finding.row);
+      if (finding.number != 0) text += "/" + std::to_string(finding.number);
+    }
+    return text;
+  }
+
+  DeckReport report;
+};
+
+TEST_F(DeckCheckTest, FindsWhatIsWrongWithNumbersAndLinks) {
+  const std::pair<std::vector<TestCard>, std::string> cases[] = {
+      {{Card("000001"), Card("000002")}, ""},
+      {{Card("000001"), Card("000002"), Card("000001"), Card("1")}, "D+4/1 D+5/1"},
+      {{Card("abc"), Card("#1"), Card("#1"), Card("2#")}, "I+2"},
+      {{Card("1234567"), Card("1234567")}, "D3/1234567"},  // no free number that links can lead to
+      {{Card("000001", "<a href=\"2\">x</a>", "<A HREF=\"000003\">y"), Card("000002")}, "L2/3"},
+      {{Card("000001", "<a href=\"12345678\">x</a><a href=3>y</a>", "href=\"7\"")}, "L2"},
+      {{Card("000001", "<navigation><a href=\"2\">x</a>", ""), Card("000002"), Card("000002")}, "D4/2"},
+      {{Card("000001", "<a href=\"9\"><img src=\"a.bmp\"></a>", "<b>no link</b> = \"")}, "L2/9"},
+  };
+  for (const auto& [cards, found] : cases) {
+    for (const int step : {1'000'000, 1}) EXPECT_EQ(Found(cards, step), found) << cards[0].question << ", " << step;
+    EXPECT_FALSE(file.changed());
+  }
+}
+
+TEST_F(DeckCheckTest, FindsWhatIsWrongWithHistories) {
+  const std::string good = Letters("wf");
+  const std::string two = Times(kNow, 2);
+  const std::string after_wipe = Times(kNow, 2).substr(0, Times(kNow, 2).size() - 1);
+  const struct {
+    const char* what;
+    std::string letters, times, score, learned, found;
+  } cases[] = {
+      {"a full history", std::string(64, 'w'), Times(kNow, 64), "999999900", "5", ""},
+      {"as undo writes it", good, Times(kNow, 2, 63), "1", "5", ""},
+      {"as the wipe writes it", good, after_wipe, "000000000", "0", ""},
+      {"a gap that undo leaves", good, "900 0 700 " + Times(0, 0, 61), "1", "0", ""},
+      {"too few of each", "wf", "1 0 0", "000000001", "0", "Y+2 T+2"},
+      {"other letters", Letters("wW"), two, "000000001", "0", "Y+2"},
+      {"two blanks", good, "5  3 " + Times(0, 0, 61), "000000001", "0", "T+2"},
+      {"no numbers", good, "5 -3 " + Times(0, 0, 62), "", "x", "T+2 S+2 Z+2"},
+      {"score beyond its range", good, two, "999999901", "0", "S+2"},
+      {"older answer later", good, "500 600 " + Times(0, 0, 62), "000000001", "0", "O2"},
+      {"now is not the future", good, Times(kNow, 1), "000000001", "0", ""},
+      {"newest in the future", good, Times(kNow + 1, 3), "000000001", "0", "F+2"},
+  };
+  for (const auto& c : cases) {
+    TestCard card = {.id = "000001", .score = c.score, .yes_no_row = c.letters, .time_row = c.times};
+    card.time_learned = c.learned;
+    EXPECT_EQ(Found({card}), c.found) << c.what;
+    EXPECT_EQ(CountFutureAnswers(file, kNow), report.Count(DeckFault::FutureAnswer));
+    card.question = "<navigation>";
+    EXPECT_EQ(Found({card}), "") << "a navigation card is never learned: " << c.what;
+  }
+}
+
+TEST_F(DeckCheckTest, RepairsKeepAllThatCanBeRead) {
+  TestCard broken = {.id = "000001", .score = "12x", .yes_no_row = "wWwf", .time_row = "900 x 700  500"};
+  broken.time_learned = "-3";
+  TestCard future = Card("000005");
+  future.time_row = Times(kNow + 1500, 3);
+  EXPECT_EQ(
+      Found({Card("000001"), broken, future, Card("000005", "<a href=\"1\">"), Card("no"), Card("#"), Card("000040")}),
+      "D3/1 Y+3 T+3 S+3 Z+3 F+4 D+5/5 I+6");
+  EXPECT_EQ(RepairDeck(file, report.findings, kNow), 7);
+  EXPECT_TRUE(file.changed());
+  EXPECT_EQ(YesNoRow(3), Letters("wfwf"));
+  EXPECT_EQ(TimeRow(3), "900 0 700 0 500 " + Times(0, 0, 59));
+  EXPECT_EQ(Score(3), "000000012");
+  EXPECT_EQ(Field(3, file.columns().time_learned), "0");
+  EXPECT_EQ(TimeRow(4), Times(kNow, 1, 1) + Times(kNow, 1, 1) + Times(kNow - 500, 1, 62));
+  EXPECT_EQ(Field(5, file.columns().id), "000041");
+  EXPECT_EQ(file.RowOfId(42), 6) << "the indexes fit again";
+  EXPECT_EQ(file.IssueId(), "000043");
+  EXPECT_EQ(FoundInOpenFile(100), "D3/1") << "which card the link means only a person can tell";
+}
+
+}  // namespace
+}  // namespace tessaro

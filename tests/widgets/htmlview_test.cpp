@@ -1,0 +1,218 @@
+#include "widgets/htmlview.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QImage>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QVBoxLayout>
+#include <fstream>
+
+#include "widgets/text.h"
+#include "widgets/video_screen.h"
+
+namespace tessaro {
+namespace {
+
+constexpr QRgb kGreen = qRgb(0, 128, 0);
+constexpr QRgb kRed = qRgb(255, 0, 0);
+constexpr QRgb kBlue = qRgb(0, 0, 255);
+constexpr QRgb kWhite = qRgb(255, 255, 255);
+constexpr QRgb kPaper = qRgb(250, 240, 220);
+constexpr QRgb kPen = qRgb(10, 60, 160);
+
+struct HtmlView : testing::Test {
+  QTemporaryDir folder;
+  QWidget window;
+  TFrameHtml* frame = new TFrameHtml;
+  QPushButton* button = new QPushButton;
+  SideLook look = {QFont(QStringLiteral("DejaVu Sans"), 12), Qt::black, QColor(kPaper)};
+  QSignalSpy links{frame, &TFrameHtml::LinkClicked};
+  QSignalSpy failures{frame, &TFrameHtml::DrawingFailed};
+
+  void SetUp() override {
+    auto* box = new QVBoxLayout(&window);
+    box->addWidget(frame);
+    box->addWidget(button);
+    frame->SetMediaFolders({ToPath(folder.path()), {}});
+    frame->SetLinkColours([](int64_t id) { return static_cast<ColourClass>(id); });
+    window.resize(500, 400);
+    window.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  }
+  QString Path(const char* name) const { return folder.filePath(QString::fromLatin1(name)); }
+  // A white picture with one point of another colour in its middle.
+  void SavePicture(const char* name, QSize size) const {
+    QImage picture(size, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    picture.setPixel(size.width() / 2, size.height() / 2, kPen);
+    ASSERT_TRUE(picture.save(Path(name)));
+  }
+  void SaveBytes(const char* name, const std::string& bytes) const { std::ofstream(ToPath(Path(name))) << bytes; }
+  void Show(std::string_view side) {
+    frame->ShowSide(side, look);
+    QApplication::processEvents();
+  }
+  QWidget* PaintBox() const { return frame->findChild<QWidget*>(QStringLiteral("PaintBox")); }
+  QImage Grab() const { return frame->grab().toImage().convertToFormat(QImage::Format_RGB32); }
+  // The points of the colour on what is shown.
+  int Count(QRgb colour) const {
+    const QImage image = Grab();
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) count += image.pixel(x, y) == colour ? 1 : 0;
+    }
+    return count;
+  }
+  void Press(std::initializer_list<Qt::Key> keys) {
+    for (const Qt::Key key : keys) QTest::keyClick(QApplication::focusWidget(), key);
+  }
+  QPoint MiddleOfLink(size_t i) const {
+    const LinkArea& area = frame->layout().links.areas().at(i);
+    return {(area.left + area.right) / 2, (area.top + area.bottom) / 2};
+  }
+};
+
+TEST_F(HtmlView, MouseFindsLinksWhereTheyAreDrawn) {
+  Show("Weit <a href=\"7\">hier</a> und<br><br>dann <a href=\"0\">nichts</a>.");
+  ASSERT_EQ(frame->layout().links.areas().size(), 2U);
+  const QPoint beside(frame->layout().links.areas()[0].right + 2, MiddleOfLink(0).y());
+  for (const auto& [point, cursor] : {std::pair(MiddleOfLink(0), Qt::PointingHandCursor), {beside, Qt::ArrowCursor}}) {
+    QTest::mouseMove(PaintBox(), point);
+    EXPECT_EQ(PaintBox()->cursor().shape(), cursor);
+  }
+  QTest::mousePress(PaintBox(), Qt::LeftButton, {}, beside);
+  QTest::mousePress(PaintBox(), Qt::RightButton, {}, MiddleOfLink(0));
+  EXPECT_EQ(links.count(), 0);
+  for (const size_t link : {0, 1}) QTest::mousePress(PaintBox(), Qt::LeftButton, {}, MiddleOfLink(link));
+  EXPECT_EQ(links, QList<QVariantList>({{7}, {0}}));
+}
+
+TEST_F(HtmlView, TabWalksThroughTheLinksAndEnterFollows) {
+  int enter_of_window = 0;
+  auto* shortcut = new QShortcut(Qt::Key_Return, &window);
+  QObject::connect(shortcut, &QShortcut::activated, &window, [&] { ++enter_of_window; });
+  std::string side = "<a href=\"1\">a</a>";
+  for (int i = 0; i < 40; ++i) side += "<br>";
+  Show(side + "<a href=\"2\">b</a>");
+  button->setFocus();
+  Press({Qt::Key_Return});
+  EXPECT_EQ(enter_of_window, 1);
+  Press({Qt::Key_Tab, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Enter});
+  EXPECT_GT(frame->verticalScrollBar()->value(), 0);
+  Press({Qt::Key_Tab});
+  EXPECT_TRUE(button->hasFocus());
+  Press({Qt::Key_Return});
+  EXPECT_EQ(enter_of_window, 2);
+  Press({Qt::Key_Backtab, Qt::Key_Return});
+  Show("<a href=\"3\">c</a> <a href=\"4\">d</a>");
+  Press({Qt::Key_Return});
+  EXPECT_EQ(links, QList<QVariantList>({{1}, {2}, {2}})) << "on a new side no link has the ring";
+}
+
+TEST_F(HtmlView, SoundsAreAskedForOncePerShownSide) {
+  SaveBytes("ton.wav", "x");
+  QSignalSpy sounds(frame, &TFrameHtml::SoundWanted);
+  Show("<embed src=\"TON.wav\"><embed src=\"fehlt.wav\">");
+  window.resize(600, 500);
+  EXPECT_EQ(sounds, QList<QVariantList>({{Path("ton.wav")}}));
+}
+
+TEST_F(HtmlView, LinksAndFramesHaveTheColourOfTheirClass) {
+  SavePicture("p.png", {30, 20});
+  const std::pair<const char*, QRgb> cases[] = {{"<a href=\"1\">____</a>", kGreen},
+                                                {"<a href=\"2\">____</a>", kRed},
+                                                {"<a href=\"0\">____</a>", kBlue},
+                                                {"<a href=\"2\"><img src=\"p.png\"></a>", kRed},
+                                                {"<a href=\"1\"><img src=\"p.png\" border=\"1\"></a>", kGreen}};
+  for (const auto& [side, expected] : cases) {
+    Show(side);
+    for (const QRgb colour : {kGreen, kRed, kBlue}) EXPECT_EQ(Count(colour) > 20, colour == expected) << side;
+  }
+  Show("<a href=\"2\"><img src=\"p.png\" border=\"0\"></a>");
+  EXPECT_EQ(Count(kRed), 0);
+  EXPECT_EQ(Count(kWhite), 30 * 20 - 1);
+}
+
+TEST_F(HtmlView, WhiteIsTransparentOnlyInBitmapsOfTheirOwnSize) {
+  SavePicture("p.bmp", {30, 20});
+  Show("<img src=\"P.BMP\" border=\"0\">");
+  EXPECT_EQ(Count(kWhite), 0);
+  EXPECT_EQ(Count(kPen), 1);
+  Show("<img src=\"p.bmp\" border=\"0\" width=\"60\">");
+  EXPECT_GT(Count(kWhite), 1000);
+}
+
+// One is none; two only turn out damaged when they are drawn: one breaks off, the other says of itself that it is huge,
+// and must not take the memory for it.
+TEST_F(HtmlView, MissingPicturesTakeNoRoomAndDamagedOnesEndTheSide) {
+  Show("a<a href=\"1\"><img src=\"fehlt.png\"></a>b");
+  EXPECT_EQ(frame->layout().fragments.size(), 2U);
+  EXPECT_EQ(failures.count(), 0);
+  SaveBytes("kaputt.jpg", "\xFF\xD8\xFF\xE0 and no picture behind it");
+  SavePicture("halb.png", {300, 200});
+  ASSERT_TRUE(QFile::resize(Path("halb.png"), QFile(Path("halb.png")).size() / 2));
+  SaveBytes("riesig.bmp",
+            QByteArray::fromHex("424d3600000000000000360000002800000040420f0040420f0001001800").toStdString() +
+                std::string(24, '\0'));
+  for (const char* name : {"kaputt.jpg", "halb.png", "riesig.bmp"}) {
+    failures.clear();
+    Show("<a href=\"1\">____</a><img src=\"" + std::string(name) + "\"><a href=\"2\">____</a>");
+    EXPECT_TRUE(failures.count() > 0 || failures.wait());
+    EXPECT_GT(Count(kGreen), 20) << name;
+    EXPECT_EQ(frame->layout().fragments.size(), 1U) << name;
+    window.resize(window.width() + 10, 400);
+    QApplication::processEvents();
+    EXPECT_EQ(failures.count(), 1) << name;
+  }
+}
+
+TEST_F(HtmlView, AnExceptionEndsTheSideAndNotTheProgram) {
+  Show("<a href=\"1\">davor</a>");
+  frame->SetLinkColours([](int64_t) -> ColourClass { throw std::bad_alloc(); });
+  Show("<a href=\"1\">Link</a>");
+  window.resize(600, 500);
+  QApplication::processEvents();
+  EXPECT_EQ(failures.count(), 1);
+  EXPECT_TRUE(frame->layout().fragments.empty());
+  Show("danach");
+  EXPECT_EQ(frame->layout().fragments.size(), 1U);
+}
+
+TEST_F(HtmlView, TheVideoAreaAnswersToTheMouseAndHoldsThePanel) {
+  SaveBytes("film.avi", "x");
+  QSignalSpy videos(frame, &TFrameHtml::VideoClicked);
+  Show("kein Video");
+  EXPECT_EQ(frame->OpenVideoPanel(), nullptr);
+  Show("<embed src=\"Film.AVI\" width=\"120\" height=\"80\"> <a href=\"1\">x</a>");
+  const QRect area(5, 5, 120, 80);
+  QTest::mousePress(PaintBox(), Qt::LeftButton, {}, area.center());
+  EXPECT_EQ(videos, QList<QVariantList>({{Path("film.avi")}}));
+  QSignalSpy enlarged(frame, &TFrameHtml::VideoDoubleClicked);
+  QTest::mouseDClick(PaintBox(), Qt::LeftButton, {}, area.center());
+  button->setFocus();
+  frame->setFocus(Qt::BacktabFocusReason);
+  QTest::keyClick(frame, Qt::Key_Return, Qt::ShiftModifier);
+  EXPECT_EQ(enlarged, QList<QVariantList>({{Path("film.avi")}, {Path("film.avi")}}));
+  VideoScreen* panel = frame->OpenVideoPanel();
+  ASSERT_NE(panel, nullptr);
+  EXPECT_EQ(panel->geometry(), area);
+  EXPECT_TRUE(panel->isVisible());
+  Show(
+      "Worte, die in einem schmalen Fenster mehr Zeilen brauchen als zuvor<embed src=\"film.avi\" width=\"120\" "
+      "height=\"80\">");
+  const int top = frame->OpenVideoPanel()->y();
+  window.resize(250, 400);
+  EXPECT_GT(panel->y(), top) << "it stays in its place";
+  Show("weiter");
+  EXPECT_FALSE(panel->isVisible());
+}
+
+}  // namespace
+}  // namespace tessaro

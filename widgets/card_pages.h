@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QTabWidget>
+#include <array>
+#include <functional>
+#include <optional>
+#include <string_view>
+
+#include "hypertext/media.h"
+#include "widgets/htmlview.h"
+
+class QPlainTextEdit;
+class QPushButton;
+
+namespace tessaro {
+
+class PaperPage;
+class PictureView;
+class VideoScreen;
+
+// The card side on screen: as hypertext on its paper, and on further pages what the side names to be shown with it: a
+// picture, a text file, a video, a sound; then also the bare text of the side. Pages that the side has no use for are
+// left out, and with them the tabs.
+class CardPages : public QTabWidget {
+  Q_OBJECT
+
+ public:
+  explicit CardPages(QWidget* parent = nullptr);
+
+  void SetMediaFolders(const MediaFolders& folders);
+  void SetLinkColours(std::function<ColourClass(int64_t card_id)> colours);
+  // Shows a side from its top, on the page that is to be seen first, and asks for its sounds.
+  void ShowSide(std::string_view side, const SideLook& look);
+  // Takes away the screen that stands in the card.
+  void CloseVideo();
+  // What is marked on the page in front; empty when nothing is.
+  QString SelectedText() const;
+  // Scrolls the page in front by so many heights of it.
+  void ScrollBy(int heights);
+  // How wide the pages need to be for lines of about 75 letters.
+  static int PaperWidth(const QFont& font);
+
+ Q_SIGNALS:
+  void LinkClicked(int card_id);
+  void SoundWanted(const QString& path);
+  // `screen` is where it is to be seen; null: in a window of its own. Asked again for the same, it pauses or goes on.
+  void VideoWanted(const QString& path, tessaro::VideoScreen* screen);
+  void PictureFailed();
+  void DrawingFailed();  // also: the video that was clicked is not there
+
+ private:
+  enum Page { kText, kPicture, kTextFile, kVideo, kSound, kHypertext, kPageCount };
+
+  void AddPage(const QString& title, QWidget* content);
+  void ConnectFrame();
+  // The file that a directive of the side names; `first` becomes true when it wants to be seen before the card's text.
+  std::optional<std::filesystem::path> NamedFile(std::string_view side, MediaKind kind, bool& first) const;
+  bool ShowPicture(const std::filesystem::path& path);
+  bool ShowTextFile(const std::filesystem::path& path);
+  QWidget* MakeVideoPage();
+  QWidget* MakeSoundPage();
+  QPushButton* MakeButton(const QString& text, const QString& name, const std::function<void()>& command);
+  void PlayVideo();
+  void EnlargeVideo(const QString& path);
+  void ShowPages(std::string_view side);
+  void Dress(const SideLook& look);
+
+  MediaFolders folders_;
+  std::array<PaperPage*, kPageCount> pages_{};
+  TFrameHtml* frame_ = nullptr;
+  QPlainTextEdit* text_ = nullptr;
+  PictureView* picture_ = nullptr;
+  QPlainTextEdit* text_file_ = nullptr;
+  VideoScreen* video_ = nullptr;
+  QString video_path_;
+  QString sound_path_;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,25 @@
+#include "widgets/dlprogress.h"
+
+#include <algorithm>
+
+#include "ui_dlprogress.h"
+
+namespace tessaro {
+
+TF_dlprogress::TF_dlprogress(QWidget* parent) : QDialog(parent), ui_(std::make_unique<Ui::TF_dlprogress>()) {
+  ui_->setupUi(this);
+  setWindowFlag(Qt::WindowCloseButtonHint, false);
+}
+
+TF_dlprogress::~TF_dlprogress() = default;
+
+void TF_dlprogress::ShowWork(const QString& text, int64_t position, int64_t range) {
+  constexpr int kSteps = 1000;
+  ui_->LabelWork->setText(text);
+  ui_->ProgressBar->setRange(0, range > 0 ? kSteps : 0);
+  if (range > 0) {
+    ui_->ProgressBar->setValue(static_cast<int>(std::clamp<int64_t>(position, 0, range) * kSteps / range));
+  }
+}
+
+}  // namespace tessaro

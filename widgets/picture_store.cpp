@@ -1,0 +1,115 @@
+#include "widgets/picture_store.h"
+
+#include <QFileInfo>
+#include <QImageReader>
+#include <algorithm>
+
+#include "widgets/text.h"
+
+namespace tessaro {
+namespace {
+
+// Holds the largest picture that is ever read for a side, so that none is read again at every repaint.
+constexpr int kCacheKibibytes = 96 * 1024;
+static_assert(kCacheKibibytes > kMaxMediaPixels / 1024 * kMaxMediaPixels * 4);
+
+// As the picture is seen: photographs may lie on their side in the file.
+QSize SeenSize(const QImageReader& reader, QSize size) {
+  return reader.transformation() & QImageIOHandler::TransformationRotate90 ? size.transposed() : size;
+}
+
+// Scaled down on each side that is longer than `most`.
+QImage ReadWithin(const QString& path, QSize most) {
+  QImageReader::setAllocationLimit(kPictureMebibytes);
+  QImageReader reader(path);
+  reader.setDecideFormatFromContent(true);
+  reader.setAutoTransform(true);
+  const QSize size = reader.size();
+  const QSize seen_most = SeenSize(reader, most);
+  if (size.isValid() && (size.width() > seen_most.width() || size.height() > seen_most.height()))
+    reader.setScaledSize(size.boundedTo(seen_most));
+  return reader.read();
+}
+
+PictureFile MeasurePicture(const QString& path) {
+  QImageReader reader(path);
+  reader.setDecideFormatFromContent(true);
+  QSize size = reader.size();
+  size = size.isValid() ? SeenSize(reader, size) : ReadWithin(path, {kMaxMediaPixels, kMaxMediaPixels}).size();
+  if (size.isEmpty()) return {PictureFile::State::Unreadable, {}};
+  return {PictureFile::State::Good, {size.width(), size.height()}};
+}
+
+void MakeWhiteTransparent(QImage& image) {
+  image = image.convertToFormat(QImage::Format_ARGB32);
+  const QRgb white = qRgb(255, 255, 255);
+  for (int y = 0; y < image.height(); ++y) {
+    auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+    std::replace(line, line + image.width(), white, qRgba(255, 255, 255, 0));
+  }
+}
+
+}  // namespace
+
+QImage ReadPicture(const QString& path) {
+  const PictureFile file = MeasurePicture(path);
+  const PixelSize size = BoundedMedia(file.size);
+  return file.state == PictureFile::State::Good ? ReadWithin(path, {size.width, size.height}) : QImage();
+}
+
+PictureStore::PictureStore(const Disk& disk) : disk_(disk), finder_(disk, {}), pictures_(kCacheKibibytes) {}
+
+void PictureStore::SetFolders(const MediaFolders& folders) {
+  finder_ = MediaFinder(disk_, folders);
+  entries_.clear();
+}
+
+void PictureStore::Forget() {
+  finder_.Forget();
+  entries_.clear();
+}
+
+QString PictureStore::PathOf(std::string_view name) {
+  const auto found = finder_.Find(name);
+  const QString path = found ? FromPath(*found) : QString();
+  return QFileInfo(path).isFile() ? path : QString();
+}
+
+PictureFile PictureStore::Find(std::string_view name) {
+  return EntryOf(name).file;
+}
+
+PictureStore::Entry& PictureStore::EntryOf(std::string_view name) {
+  const auto known = entries_.find(name);
+  if (known != entries_.end()) return known->second;
+  Entry entry;
+  entry.path = PathOf(name);
+  if (!entry.path.isEmpty()) {
+    const FileState state = disk_.State(ToPath(entry.path)).value_or(FileState());
+    entry.key = QStringLiteral("%1|%2|%3").arg(entry.path).arg(state.size).arg(state.modified_ns);
+    entry.file = MeasurePicture(entry.path);
+  }
+  return entries_.emplace(std::string(name), std::move(entry)).first->second;
+}
+
+QPixmap PictureStore::Picture(std::string_view name, QSize size, bool white_is_transparent) {
+  Entry& entry = EntryOf(name);
+  if (entry.file.state != PictureFile::State::Good) return {};
+  const QString key = QStringLiteral("%1|%2x%3|%4")
+                          .arg(entry.key)
+                          .arg(size.width())
+                          .arg(size.height())
+                          .arg(white_is_transparent ? 1 : 0);
+  if (const QPixmap* known = pictures_.object(key)) return *known;
+  QImage image = ReadWithin(entry.path, size.boundedTo({kMaxMediaPixels, kMaxMediaPixels}));
+  if (image.isNull()) {
+    entry.file.state = PictureFile::State::Unreadable;
+    return {};
+  }
+  if (white_is_transparent) MakeWhiteTransparent(image);
+  QPixmap picture = QPixmap::fromImage(std::move(image));
+  pictures_.insert(key, new QPixmap(picture), std::max<int>(1, picture.width() * picture.height() / 256));
+  return picture;
+}
+
+}  // namespace tessaro

@@ -1,0 +1,85 @@
+#include "widgets/text_cache.h"
+
+#include <QFontMetricsF>
+#include <QTextOption>
+#include <algorithm>
+#include <utility>
+
+#include "widgets/text.h"
+
+namespace tessaro {
+namespace {
+
+// A cache that holds more starts anew. What a word costs is an estimate: its layout, and the glyphs of each letter.
+constexpr size_t kMostBytes = 16 << 20;
+constexpr size_t kBytesOfWord = 1024;
+constexpr size_t kBytesOfLetter = 32;
+constexpr double kLineSpacing = 1.22;  // of the font's own height: lines with air between them read easier
+
+QString VisibleText(std::string_view bytes) {
+  QString text = FromBytes(bytes);
+  for (QChar& letter : text)
+    if (letter < QChar(u' ')) letter = QChar(u' ');
+  return text;
+}
+
+TextCache::Word Shape(std::string_view bytes, const QFont& font) {
+  auto letters = std::make_unique<QTextLayout>(VisibleText(bytes), font);
+  QTextOption option;
+  option.setWrapMode(QTextOption::NoWrap);
+  option.setFlags(QTextOption::IncludeTrailingSpaces);
+  letters->setTextOption(option);
+  letters->setCacheEnabled(true);
+  letters->beginLayout();
+  QTextLine line = letters->createLine();
+  letters->endLayout();
+  line.setPosition({0, -line.ascent()});
+  return {qRound(line.horizontalAdvance()), std::move(letters)};
+}
+
+}  // namespace
+
+void TextCache::SetFont(const QFont& font) {
+  if (font == base_) return;
+  base_ = font;
+  fonts_.clear();
+  bytes_ = 0;
+}
+
+TextExtent TextCache::Measure(std::string_view text, const TextStyle& style) {
+  const int width = text.empty() ? 0 : Find(text, style).width;
+  const StyledFont& font = FontOf(style);
+  return {width, font.height, font.ascent};
+}
+
+const TextCache::Word& TextCache::Find(std::string_view text, const TextStyle& style) {
+  auto* font = &FontOf(style);
+  const auto known = font->words.find(text);
+  if (known != font->words.end()) return known->second;
+  if (bytes_ >= kMostBytes) {
+    fonts_.clear();
+    bytes_ = 0;
+    font = &FontOf(style);
+  }
+  bytes_ += kBytesOfWord + text.size() * kBytesOfLetter;
+  return font->words.emplace(std::string(text), Shape(text, font->font)).first->second;
+}
+
+TextCache::StyledFont& TextCache::FontOf(const TextStyle& style) {
+  const uint32_t key = static_cast<uint32_t>(style.points) << 2U | (style.bold ? 2U : 0U) | (style.italic ? 1U : 0U);
+  const auto [place, is_new] = fonts_.try_emplace(key);
+  StyledFont& styled = place->second;
+  if (!is_new) return styled;
+  styled.font = base_;
+  styled.font.setPointSize(style.points);
+  styled.font.setBold(style.bold || base_.bold());
+  styled.font.setItalic(style.italic || base_.italic());
+  const QFontMetricsF metrics(styled.font);
+  const double own_height = metrics.ascent() + metrics.descent();
+  styled.height = std::max(1, qRound(own_height * kLineSpacing));
+  styled.ascent = qRound((styled.height - own_height) / 2 + metrics.ascent());
+  styled.underline = {std::max(1, qRound(metrics.underlinePos())), std::max(1, qRound(metrics.lineWidth()))};
+  return styled;
+}
+
+}  // namespace tessaro
