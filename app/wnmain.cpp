@@ -2,10 +2,12 @@
 
 #include <QCloseEvent>
 #include <QDragEnterEvent>
+#include <QMenu>
 #include <QMimeData>
 #include <QTimer>
 #include <QUrl>
 
+#include "app/commands.h"
 #include "app/frbegin.h"
 #include "app/program.h"
 #include "app/recent_files.h"
@@ -14,7 +16,6 @@
 #include "learn/dlparam.h"
 #include "settings/learning_parameters.h"
 #include "ui_wnmain.h"
-#include "widgets/icons.h"
 #include "widgets/long_work.h"
 #include "widgets/text.h"
 #include "widgets/window_place.h"
@@ -42,8 +43,8 @@ TF_wnmain::TF_wnmain(Program& program)
     : program_(program), file_(program.file()), ui_(std::make_unique<Ui::TF_wnmain>()) {
   ui_->setupUi(this);
   MakeStatusLine();
-  SetIcons();
-  ConnectCommands();
+  MakeMenus(*this, program_);
+  ConnectSignals();
   RestoreWindowPlace(*this, program_.settings().ini, kPlaceSuffix);
   ui_->FrameBegin->SetSamples(SampleFiles(program_.places().samples));
   ShowState();
@@ -51,20 +52,7 @@ TF_wnmain::TF_wnmain(Program& program)
 
 TF_wnmain::~TF_wnmain() = default;
 
-void TF_wnmain::ConnectCommands() {
-  connect(ui_->FileOpenExecute, &QAction::triggered, this, &TF_wnmain::FileOpenExecute);
-  connect(ui_->FileNewExecute, &QAction::triggered, this, &TF_wnmain::FileNewExecute);
-  connect(ui_->FileSaveExecute, &QAction::triggered, this, &TF_wnmain::FileSaveExecute);
-  connect(ui_->FileSaveAsExecute, &QAction::triggered, this, &TF_wnmain::FileSaveAsExecute);
-  connect(ui_->MBackupClick, &QAction::triggered, this, &TF_wnmain::MBackupClick);
-  connect(ui_->MRestoreClick, &QAction::triggered, this, &TF_wnmain::MRestoreClick);
-  connect(ui_->MClose, &QAction::triggered, this, &QWidget::close);
-  connect(ui_->LernStartExecute, &QAction::triggered, this, &TF_wnmain::LernStartExecute);
-  connect(ui_->LernAuswahlExecute, &QAction::triggered, this, &TF_wnmain::LernAuswahlExecute);
-  connect(ui_->LernEinstellungExecute, &QAction::triggered, this, &TF_wnmain::LernEinstellungExecute);
-  connect(ui_->IndexAufbauExecute, &QAction::triggered, this, &TF_wnmain::IndexAufbauExecute);
-  connect(ui_->KarteiPruefenExecute, &QAction::triggered, this, &TF_wnmain::KarteiPruefenExecute);
-  connect(ui_->MAboutClick, &QAction::triggered, this, &TF_wnmain::MAboutClick);
+void TF_wnmain::ConnectSignals() {
   connect(ui_->FrameBegin, &TFrameBegin::OpenWanted, this, &TF_wnmain::FileOpenExecute);
   connect(ui_->FrameBegin, &TFrameBegin::NewWanted, this, &TF_wnmain::FileNewExecute);
   connect(ui_->FrameBegin, &TFrameBegin::CheckWanted, this, &TF_wnmain::KarteiPruefenExecute);
@@ -81,21 +69,6 @@ void TF_wnmain::ConnectCommands() {
   // The news comes in the middle of a learning step.
   file_.journal().SetFailureObserver(
       [this] { QMetaObject::invokeMethod(this, &TF_wnmain::TellThatChangesAreNotKept, Qt::QueuedConnection); });
-}
-
-void TF_wnmain::SetIcons() {
-  ui_->FileOpenExecute->setIcon(Icon("open"));
-  ui_->FileNewExecute->setIcon(Icon("new"));
-  ui_->FileSaveExecute->setIcon(Icon("save"));
-  ui_->FileSaveAsExecute->setIcon(Icon("save-as"));
-  ui_->MRestoreClick->setIcon(Icon("restore"));
-  ui_->MenuRecent->setIcon(Icon("recent"));
-  ui_->MClose->setIcon(Icon("close"));
-  ui_->LernStartExecute->setIcon(Icon("learn"));
-  ui_->LernAuswahlExecute->setIcon(Icon("boxes"));
-  ui_->LernEinstellungExecute->setIcon(Icon("settings"));
-  ui_->IndexAufbauExecute->setIcon(Icon("index"));
-  ui_->MAboutClick->setIcon(Icon("help"));
 }
 
 void TF_wnmain::MakeStatusLine() {
@@ -179,10 +152,6 @@ void TF_wnmain::dropEvent(QDropEvent* event) {
 
 void TF_wnmain::ShowState() {
   const bool open = file_.IsOpen();
-  for (QAction* action : {ui_->FileSaveExecute, ui_->FileSaveAsExecute, ui_->MBackupClick, ui_->IndexAufbauExecute,
-                          ui_->KarteiPruefenExecute, ui_->LernStartExecute, ui_->LernAuswahlExecute}) {
-    action->setEnabled(open);
-  }
   ShowLearningCommands();
   setWindowTitle(open ? u"%1[*] - %2"_s.arg(FromPath(file_.paths().cards.filename()), kTitle) : QString(kTitle));
   setWindowModified(file_.changed());
@@ -191,13 +160,8 @@ void TF_wnmain::ShowState() {
   BeginCheck();
 }
 
-// A run reads its parameters when it begins and writes its position when it ends.
 void TF_wnmain::ShowLearningCommands() {
-  const bool learning = program_.learning();
-  ui_->LernEinstellungExecute->setEnabled(file_.IsOpen() && !learning);
-  ui_->LernEinstellungExecute->setStatusTip(
-      learning ? u"Erst das Lernfenster schließen: Die Werte gelten für einen ganzen Lauf"_s
-               : u"Einstellen, wie die Karten ausgewählt werden"_s);
+  EnableCommands(*this, file_.IsOpen(), program_.learning());
 }
 
 void TF_wnmain::ShowStartPage() {
@@ -216,10 +180,11 @@ void TF_wnmain::ShowRecent() {
   std::vector<std::filesystem::path> files = RecentFiles(program_.settings().ini);
   std::erase(files, file_.paths().cards);
   ui_->FrameBegin->SetRecent(files);
-  ui_->MenuRecent->clear();
-  ui_->MenuRecent->setEnabled(!files.empty());
+  auto* menu = findChild<QMenu*>(u"MenuRecent"_s);
+  menu->clear();
+  menu->setEnabled(!files.empty());
   for (const std::filesystem::path& file : files) {
-    QAction* action = ui_->MenuRecent->addAction(FromPath(file.stem()).replace(u'&', u"&&"_s));
+    QAction* action = menu->addAction(FromPath(file.stem()).replace(u'&', u"&&"_s));
     action->setStatusTip(FromPath(file));
     connect(action, &QAction::triggered, this, [this, file] { OpenLater(file); });
   }

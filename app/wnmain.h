@@ -59,8 +59,7 @@ class TF_wnmain : public QMainWindow {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  void ConnectCommands();
-  void SetIcons();
+  void ConnectSignals();
   void MakeStatusLine();
 
   // False: the user wants to stay with the open card file, or it could not be saved.

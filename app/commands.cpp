@@ -1,0 +1,191 @@
+#include "app/commands.h"
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <array>
+
+#include "app/program.h"
+#include "app/wnmain.h"
+#include "widgets/icons.h"
+
+namespace tessaro {
+namespace {
+
+struct MenuTitle {
+  CommandMenu menu;
+  const char* name;
+  const char16_t* title;
+};
+
+constexpr std::array kMenus = {
+    MenuTitle{CommandMenu::File, "MenuFile", u"&Karteikasten"},
+    MenuTitle{CommandMenu::Edit, "MenuEdit", u"&Bearbeiten"},
+    MenuTitle{CommandMenu::Learn, "MenuLearn", u"&Lernen"},
+    MenuTitle{CommandMenu::Extras, "MenuExtras", u"&Extras"},
+    MenuTitle{CommandMenu::Help, "MenuHelp", u"&Hilfe"},
+};
+
+using M = CommandMenu;
+using N = CommandNeeds;
+
+constexpr Command kCommands[] = {
+    {.menu = M::File,
+     .name = "FileNewExecute",
+     .text = u"&Neu …",
+     .tip = u"Eine neue Kartei anlegen",
+     .shortcut = u"Ctrl+N",
+     .icon = "new",
+     .run = [](Program& program) { program.main_window().FileNewExecute(); }},
+    {.menu = M::File,
+     .name = "FileOpenExecute",
+     .text = u"Ö&ffnen …",
+     .tip = u"Eine Kartei öffnen",
+     .shortcut = u"Ctrl+O",
+     .icon = "open",
+     .run = [](Program& program) { program.main_window().FileOpenExecute(); }},
+    {.menu = M::File, .name = "MenuRecent", .text = u"&Zuletzt geöffnet", .icon = "recent", .ends_group = true},
+    {.menu = M::File,
+     .name = "FileSaveExecute",
+     .text = u"&Speichern",
+     .tip = u"Die Kartei speichern; die vorige Fassung bleibt als Sicherung erhalten",
+     .shortcut = u"Ctrl+S",
+     .icon = "save",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.main_window().FileSaveExecute(); }},
+    {.menu = M::File,
+     .name = "FileSaveAsExecute",
+     .text = u"Speichern &unter …",
+     .tip = u"Die Kartei unter einem anderen Namen speichern und dort weiterlernen",
+     .shortcut = u"Ctrl+Shift+S",
+     .icon = "save-as",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.main_window().FileSaveAsExecute(); }},
+    {.menu = M::File,
+     .name = "MBackupClick",
+     .text = u"Sicherungs&kopie anlegen …",
+     .tip = u"Eine Kopie der Kartei in eine andere Datei schreiben",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.main_window().MBackupClick(); }},
+    {.menu = M::File,
+     .name = "MRestoreClick",
+     .text = u"&Restore …",
+     .tip = u"Den Stand einer Sicherung oder einer anderen Kartei zurückholen",
+     .icon = "restore",
+     .run = [](Program& program) { program.main_window().MRestoreClick(); },
+     .ends_group = true},
+    {.menu = M::File,
+     .name = "MClose",
+     .text = u"&Beenden",
+     .tip = u"Tessaro beenden",
+     .shortcut = u"Ctrl+Q",
+     .icon = "close",
+     .run = [](Program& program) { program.main_window().close(); }},
+
+    {.menu = M::Learn,
+     .name = "LernStartExecute",
+     .text = u"&Lernen",
+     .tip = u"Die Karten der offenen Kartei lernen",
+     .shortcut = u"F5",
+     .icon = "learn",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.main_window().LernStartExecute(); }},
+    {.menu = M::Learn,
+     .name = "LernAuswahlExecute",
+     .text = u"Lernmethode &wählen …",
+     .tip = u"Wählen, in welcher Reihenfolge die Karten kommen, oder ein Karteifach durcharbeiten",
+     .shortcut = u"F6",
+     .icon = "boxes",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.main_window().LernAuswahlExecute(); },
+     .ends_group = true},
+    {.menu = M::Learn,
+     .name = "LernEinstellungExecute",
+     .text = u"&Einstellungen Lernvorgang …",
+     .tip = u"Einstellen, wie die Karten ausgewählt werden; erst das Lernfenster schließen, sie gelten für einen "
+            u"ganzen Lauf",
+     .icon = "settings",
+     .needs = N::CardFileAndNoRun,
+     .run = [](Program& program) { program.main_window().LernEinstellungExecute(); }},
+
+    {.menu = M::Extras,
+     .name = "KarteiPruefenExecute",
+     .text = u"Kartei &prüfen …",
+     .tip = u"Nach doppelten Nummern, Verweisen ins Leere und Fehlern in der Statistik suchen",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.main_window().KarteiPruefenExecute(); }},
+    {.menu = M::Extras,
+     .name = "IndexAufbauExecute",
+     .text = u"&Index aufbauen",
+     .tip = u"Lernindex und Linkindex aus den Karten neu aufbauen",
+     .icon = "index",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.main_window().IndexAufbauExecute(); }},
+
+    {.menu = M::Help,
+     .name = "MAboutClick",
+     .text = u"Ü&ber Tessaro",
+     .tip = u"Name und Version des Programms",
+     .icon = "help",
+     .run = [](Program& program) { program.main_window().MAboutClick(); }},
+};
+
+void AddCommand(const Command& command, QMenu& menu, QMainWindow& window, Program& program) {
+  const QString text = QString::fromUtf16(command.text);
+  QAction* action = nullptr;
+  if (command.run == nullptr) {
+    auto* inner = new QMenu(text, &window);
+    inner->setObjectName(QLatin1StringView(command.name));
+    action = menu.addMenu(inner);
+  } else {
+    action = new QAction(text, &window);
+    action->setObjectName(QLatin1StringView(command.name));
+    menu.addAction(action);
+    action->setShortcut(QKeySequence(QString::fromUtf16(command.shortcut)));
+    action->setStatusTip(QString::fromUtf16(command.tip));
+    QObject::connect(action, &QAction::triggered, &window, [run = command.run, &program] { run(program); });
+  }
+  if (*command.icon != '\0') action->setIcon(Icon(command.icon));
+  if (command.ends_group) menu.addSeparator();
+}
+
+bool IsOn(CommandNeeds needs, bool card_file_open, bool learning) {
+  switch (needs) {
+    case CommandNeeds::Nothing:
+      return true;
+    case CommandNeeds::CardFile:
+      return card_file_open;
+    case CommandNeeds::CardFileAndNoRun:
+      return card_file_open && !learning;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::span<const Command> MainCommands() {
+  return kCommands;
+}
+
+void MakeMenus(QMainWindow& window, Program& program) {
+  for (const MenuTitle& title : kMenus) {
+    QMenu* menu = nullptr;
+    for (const Command& command : MainCommands()) {
+      if (command.menu != title.menu) continue;
+      if (menu == nullptr) menu = window.menuBar()->addMenu(QString::fromUtf16(title.title));
+      menu->setObjectName(QLatin1StringView(title.name));
+      AddCommand(command, *menu, window, program);
+    }
+  }
+}
+
+void EnableCommands(QMainWindow& window, bool card_file_open, bool learning) {
+  for (const Command& command : MainCommands()) {
+    if (command.run == nullptr) continue;
+    auto* action = window.findChild<QAction*>(QLatin1StringView(command.name));
+    action->setEnabled(IsOn(command.needs, card_file_open, learning));
+  }
+}
+
+}  // namespace tessaro
