@@ -2,6 +2,7 @@
 
 #include <QCommandLinkButton>
 #include <QDir>
+#include <QKeyEvent>
 #include <QLocale>
 #include <utility>
 
@@ -55,7 +56,11 @@ QString AdviceFor(const BeginFile& file) {
 
 void Empty(QVBoxLayout& list) {
   while (QLayoutItem* item = list.takeAt(0)) {
-    if (item->widget() != nullptr) item->widget()->deleteLater();
+    if (item->widget() != nullptr) {
+      // It is deleted when the message loop runs the next time, which may be after a question that stands over it.
+      item->widget()->hide();
+      item->widget()->deleteLater();
+    }
     delete item;
   }
 }
@@ -86,6 +91,13 @@ TFrameBegin::TFrameBegin(QWidget* parent) : QFrame(parent), ui_(std::make_unique
 
 TFrameBegin::~TFrameBegin() = default;
 
+void TFrameBegin::keyPressEvent(QKeyEvent* event) {
+  auto* button = qobject_cast<QAbstractButton*>(focusWidget());
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!enter || button == nullptr || event->isAutoRepeat()) return QFrame::keyPressEvent(event);
+  button->click();
+}
+
 void TFrameBegin::SetFonts() {
   Scale(ui_->LabelName, kTitle);
   Scale(ui_->LabelWelcome, kTitle);
@@ -93,8 +105,8 @@ void TFrameBegin::SetFonts() {
   for (QLabel* figure : {ui_->FigureCards, ui_->FigureNew, ui_->FigureKnown, ui_->FigureUnknown, ui_->FigureDue}) {
     Scale(figure, kFigure);
   }
-  for (QLabel* label :
-       {ui_->LabelCards, ui_->LabelNew, ui_->LabelKnown, ui_->LabelUnknown, ui_->LabelDue, ui_->LabelFolder}) {
+  for (QLabel* label : {ui_->LabelCards, ui_->LabelNew, ui_->LabelKnown, ui_->LabelUnknown, ui_->LabelDue,
+                        ui_->LabelFolder, ui_->LabelNavigation}) {
     Scale(label, kSmall);
   }
   for (QLabel* heading : {ui_->LabelRecent, ui_->LabelSamples}) {
@@ -113,12 +125,16 @@ void TFrameBegin::ShowNoFile() {
 void TFrameBegin::ShowFile(const BeginFile& file) {
   ui_->LabelName->setText(FromPath(file.path.stem()));
   ui_->LabelFolder->setText(QDir::toNativeSeparators(FromPath(file.path.parent_path())));
-  ShowFigures(file.figures);
-  ui_->LabelAdvice->setText(AdviceFor(file));
+  Renew(file);
   ui_->PanelEmpty->hide();
   ui_->PanelSamples->hide();
   ui_->PanelFile->show();
   ui_->ButtonLearn->setFocus();
+}
+
+void TFrameBegin::Renew(const BeginFile& file) {
+  ShowFigures(file.figures);
+  ui_->LabelAdvice->setText(AdviceFor(file));
 }
 
 void TFrameBegin::ShowCheck(const QString& text) {
@@ -127,12 +143,16 @@ void TFrameBegin::ShowCheck(const QString& text) {
 }
 
 void TFrameBegin::ShowFigures(const CardFigures& figures) {
-  const std::pair<QLabel*, int64_t> shown[] = {{ui_->FigureCards, figures.cards},
+  const std::pair<QLabel*, int64_t> shown[] = {{ui_->FigureCards, figures.learnable},
                                                {ui_->FigureNew, figures.never_answered},
                                                {ui_->FigureKnown, figures.known},
                                                {ui_->FigureUnknown, figures.unknown},
                                                {ui_->FigureDue, figures.unknown + figures.due}};
   for (const auto& [label, figure] : shown) label->setText(QLocale().toString(static_cast<qlonglong>(figure)));
+  const int64_t navigation = figures.cards - figures.learnable;
+  ui_->LabelNavigation->setText(
+      CardsInWords(navigation, u"dazu eine Navigationskarte"_s, u"dazu %1 Navigationskarten"_s));
+  ui_->LabelNavigation->setVisible(navigation > 0);
 }
 
 void TFrameBegin::SetRecent(const std::vector<std::filesystem::path>& files) {

@@ -35,6 +35,8 @@ class TFrameBegin : public QFrame {
 
   void ShowNoFile();
   void ShowFile(const BeginFile& file);
+  // Shows the figures of the same card file anew; the focus stays where it is.
+  void Renew(const BeginFile& file);
   // A line on what a check of the open card file found; empty hides it.
   void ShowCheck(const QString& text);
   void SetRecent(const std::vector<std::filesystem::path>& files);
@@ -49,6 +51,10 @@ class TFrameBegin : public QFrame {
   void CheckWanted();
   void FileWanted(const QString& path);
   void SampleWanted(const QString& path);
+
+ protected:
+  // Enter presses the button that has the focus, as Space does.
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   using FileSignal = void (TFrameBegin::*)(const QString& path);

@@ -28,6 +28,7 @@ using namespace Qt::Literals::StringLiterals;
 constexpr auto kTitle = "Tessaro Hypertext-Lernprogramm 3.0"_L1;
 constexpr std::string_view kPlaceSuffix = "M";
 constexpr int kStatusPadding = 4;
+constexpr int64_t kFiguresLast = 60;  // seconds after which the figures of the start page are looked up anew
 
 // The one card file that is being dragged; empty when it is anything else.
 QString DraggedFile(const QMimeData& data) {
@@ -134,7 +135,10 @@ void TF_wnmain::closeEvent(QCloseEvent* event) {
 
 void TF_wnmain::changeEvent(QEvent* event) {
   // A learning run beside this window changes the card file.
-  if (event->type() == QEvent::ActivationChange) setWindowModified(file_.changed());
+  if (event->type() == QEvent::ActivationChange) {
+    setWindowModified(file_.changed());
+    if (isActiveWindow()) RenewFigures();
+  }
   QMainWindow::changeEvent(event);
 }
 
@@ -164,16 +168,25 @@ void TF_wnmain::ShowLearningCommands() {
   EnableCommands(*this, file_.IsOpen(), program_.learning());
 }
 
-void TF_wnmain::ShowStartPage() {
-  if (!file_.IsOpen()) return ui_->FrameBegin->ShowNoFile();
+BeginFile TF_wnmain::LookAtFile() {
   const LearningParameters parameters = ReadParameters(program_.settings().ini);
-  const int64_t now = program_.clock().Now();
+  figures_at_ = program_.clock().Now();
   BeginFile begin;
   begin.path = file_.paths().cards;
-  begin.figures =
-      file_.Figures({.now = now, .retention_weight = parameters.retention_weight, .max_time = parameters.max_time});
-  begin.next_due_in = SecondsUntilNextDue(file_, parameters, now);
-  ui_->FrameBegin->ShowFile(begin);
+  begin.figures = file_.Figures(
+      {.now = figures_at_, .retention_weight = parameters.retention_weight, .max_time = parameters.max_time});
+  begin.next_due_in = SecondsUntilNextDue(file_, parameters, figures_at_);
+  return begin;
+}
+
+void TF_wnmain::ShowStartPage() {
+  if (!file_.IsOpen()) return ui_->FrameBegin->ShowNoFile();
+  ui_->FrameBegin->ShowFile(LookAtFile());
+}
+
+void TF_wnmain::RenewFigures() {
+  if (!file_.IsOpen() || LongWork::Running() || program_.clock().Now() - figures_at_ < kFiguresLast) return;
+  ui_->FrameBegin->Renew(LookAtFile());
 }
 
 void TF_wnmain::ShowRecent() {

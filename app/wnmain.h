@@ -24,6 +24,7 @@ namespace tessaro {
 class LongWork;
 class Program;
 struct BackupOffer;
+struct BeginFile;
 
 // The main window: the commands around the one open card file, and the start page.
 class TF_wnmain : public QMainWindow {
@@ -104,7 +105,11 @@ class TF_wnmain : public QMainWindow {
 
   void ShowState();
   void ShowLearningCommands();
+  // How the open card file stands now.
+  BeginFile LookAtFile();
   void ShowStartPage();
+  // Time goes on while the window waits behind others, and cards become due.
+  void RenewFigures();
   void ShowRecent();
   void ShowAfterLearning();
   void ShowStatus(const QString& text);
@@ -117,6 +122,7 @@ class TF_wnmain : public QMainWindow {
   QTimer check_timer_;
   std::unique_ptr<DeckCheck> check_;  // the one that is under way
   std::filesystem::path checked_;     // the card file that the start page shows findings of
+  int64_t figures_at_ = 0;            // when the figures of the start page were looked up
   std::filesystem::path refused_;     // the card file that could not be opened last; its backups are offered
   QLabel label_status_;               // what is or was done
   QLabel label_sizes_;                // sizes of files and drives

@@ -59,7 +59,8 @@ TEST_F(MainWindowFiles, StartPageOffersWhatCanBeDone) {
   EXPECT_EQ(window().windowTitle(), u"x.mlb[*] - Tessaro Hypertext-Lernprogramm 3.0"_s);
   const QStringList figures = {Text(u"FigureCards"_s), Text(u"FigureNew"_s), Text(u"FigureKnown"_s),
                                Text(u"FigureUnknown"_s), Text(u"FigureDue"_s)};
-  EXPECT_EQ(figures.join(u' '), u"5 1 2 1 2"_s);
+  EXPECT_EQ(figures.join(u' '), u"4 1 2 1 2"_s);
+  EXPECT_EQ(Text(u"LabelNavigation"_s), u"dazu eine Navigationskarte"_s);
   EXPECT_EQ(messages.errors, QStringList());
 }
 
@@ -280,6 +281,31 @@ TEST_F(MainWindowFiles, LearningLastsUntilAnotherFileIsOpened) {
   EXPECT_TRUE(windows[0]->screen()->availableGeometry().contains(windows[0]->pos()));
   EXPECT_TRUE(window().OpenFile(kOther));
   EXPECT_FALSE(program.learning());
+}
+
+TEST_F(MainWindowFiles, FiguresAreThoseOfTheMomentTheWindowComesToTheFront) {
+  Open({kCards[3]});
+  QWidget other;
+  const auto come_back_after = [&](int64_t seconds) {
+    other.show();
+    other.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+    clock.now += seconds;
+    window().activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    return Text(u"FigureDue"_s);
+  };
+  EXPECT_EQ(come_back_after(kDay), u"0"_s);
+  EXPECT_EQ(come_back_after(30 * kDay), u"1"_s);
+}
+
+TEST_F(MainWindowFiles, EnterPressesTheButtonWithTheFocus) {
+  Open(kCards);
+  auto& button = Find<QPushButton>(u"ButtonReihe"_s);
+  button.setFocus();
+  QTest::keyClick(&button, Qt::Key_Return);
+  QApplication::processEvents();
+  EXPECT_EQ(Control<QLabel>(*LearningWindows().at(0), u"LabelSteuerung"_s).text(), u"Lernsteuerung nach Reihenfolge"_s);
 }
 
 TEST_F(MainWindowFiles, OtherWaysToLearnStartFromTheStartPageAndInTheRunningWindow) {
