@@ -37,7 +37,7 @@ ProgramPlaces StandardPlaces() {
 }
 
 Program::Program(const Machine& machine, ProgramPlaces places)
-    : machine_(machine), places_(std::move(places)), file_(machine.disk, machine.clock) {
+    : machine_(machine), places_(std::move(places)), file_(machine.disk, machine.clock), answer_gate_(machine.clock) {
   settings_.path = places_.settings;
   settings_readable_ = settings_.ini.Load(machine_.disk, settings_.path);
   main_window_ = std::make_unique<TF_wnmain>(*this);
@@ -64,7 +64,8 @@ void Program::OpenLearning(std::optional<MethodChoice> choice) {
 }
 
 void Program::MakeLearningWindow() {
-  learning_window_ = std::make_unique<TF_wnlern>(file_, settings_, machine_.clock, machine_.random, machine_.messages);
+  learning_window_ =
+      std::make_unique<TF_wnlern>(file_, settings_, machine_.clock, machine_.random, machine_.messages, answer_gate_);
   connect(learning_window_.get(), &TF_wnlern::Closed, this, &Program::EndLearning);
   connect(learning_window_.get(), &TF_wnlern::SaveWanted, main_window_.get(), &TF_wnmain::FileSaveExecute);
   TieMedia(*learning_window_);

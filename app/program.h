@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "learn/answer_gate.h"
 #include "learn/method_choice.h"
 #include "platform/clock.h"
 #include "platform/disk.h"
@@ -88,6 +89,7 @@ class Program : public QObject {
   ProgramSettings settings_;
   bool settings_readable_ = false;
   CardFile file_;
+  AnswerGate answer_gate_;  // between the learning window and the answer windows
   std::unique_ptr<TF_wnmain> main_window_;
   std::unique_ptr<TF_wnmedia> media_window_;
   std::unique_ptr<TF_wnlern> learning_window_;

@@ -96,6 +96,10 @@ void LearningRun::SetAnswerWindowVisible(bool visible) {
   state_->answer_window_visible = visible;
 }
 
+bool LearningRun::ReturnsAfterAnswer() const {
+  return state_->return_after_answer;
+}
+
 void LearningRun::Turn() {
   state_->first_side = !state_->first_side;
   state_->view.Refresh();
@@ -215,6 +219,10 @@ const RunFigures& LearningRun::figures() const {
 
 RunStage LearningRun::stage() const {
   return state_->run.stage;
+}
+
+int LearningRun::showings() const {
+  return state_->showings;
 }
 
 bool LearningRun::answered() const {

@@ -64,6 +64,9 @@ class LearningRun {
   // while one does is left to where the link came from as soon as it is answered.
   void SetAnswerWindowVisible(bool visible);
 
+  // True while the card on screen is such a card.
+  bool ReturnsAfterAnswer() const;
+
   // Which text is on screen. The first side is the question, or the answer in inverse display or with swapped sides.
   void Turn();
   bool first_side_shown() const;
@@ -107,6 +110,8 @@ class LearningRun {
   const RunFigures& figures() const;
   RunStage stage() const;
   bool answered() const;
+  // How often a card came on screen in this run; counts on whatever is taken back.
+  int showings() const;
   bool ended() const;
 
  private:

@@ -101,6 +101,7 @@ struct LearningRun::State : RunScene {
 
   Landmarks landmarks;
   bool answer_window_visible = false;
+  int showings = 0;
 
   bool ended = false;
   bool inverse = false;

@@ -210,6 +210,7 @@ void LearningRun::State::Present(const Target& target, bool classify, Destinatio
   card.status = card.row != 0 ? StatusOf(target) : CardStatus::None;
   first_side = true;
   answered = false;
+  ++showings;
   UpdateFigures();
 }
 

@@ -98,6 +98,20 @@ QString StatusText(CardStatus status, int64_t check_count) {
   return {};
 }
 
+QString ChoiceStatusText(ChoiceStatus status) {
+  switch (status) {
+    case ChoiceStatus::None:
+      return {};
+    case ChoiceStatus::Choice:
+      return u"Multiple Choice"_s;
+    case ChoiceStatus::NewChoice:
+      return u"Neue Auswahl"_s;
+    case ChoiceStatus::NoChoice:
+      return u"Multiple Choice - keine Auswahl möglich"_s;
+  }
+  return {};
+}
+
 QString StageText(RunStage stage, int box) {
   switch (stage) {
     case RunStage::None:
@@ -158,6 +172,18 @@ QString MessageText(RunMessage message, int number) {
       return u"Exceptionfehler beim Kartenchecking"_s;
     case RunMessage::RowOrderFailed:
       return u"Exceptionfehler bei Suche nach Reihenfolge"_s;
+  }
+  return {};
+}
+
+QString RefusalText(AnswerRefusal refusal) {
+  switch (refusal) {
+    case AnswerRefusal::None:
+      return {};
+    case AnswerRefusal::ChoicePending:
+      return u"\nBitte benutzen Sie\nden Button <Lerne ich>\ndes Auswahlantwortfensters"_s;
+    case AnswerRefusal::TypingOpen:
+      return u"\nBei Tastaturtraining geht das nicht."_s;
   }
   return {};
 }

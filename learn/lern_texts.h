@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "learn/answer_gate.h"
 #include "learn/learning_run.h"
 #include "learn/notice.h"
 
@@ -25,6 +26,8 @@ QString CaptionText(CardSide side, bool inverse, bool navigation, int position);
 QString SideText(CardSide side, bool inverse, bool navigation);
 // Empty for CardStatus::None.
 QString StatusText(CardStatus status, int64_t check_count);
+// What stands there instead while multiple choice is on; empty for ChoiceStatus::None.
+QString ChoiceStatusText(ChoiceStatus status);
 // How the card on screen was chosen. `box` is that of the box method, 0 = none.
 QString StageText(RunStage stage, int box);
 QString MethodText(Method method);
@@ -32,6 +35,8 @@ QString TimeLockText(bool on);
 
 // The text of a message box, as it stands.
 QString MessageText(RunMessage message, int number);
+// Why the learner's own answer is refused, for a message box; empty for AnswerRefusal::None.
+QString RefusalText(AnswerRefusal refusal);
 // True for what is a fault, false for what the user should just know.
 bool IsFault(RunMessage message);
 

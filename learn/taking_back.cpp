@@ -66,6 +66,7 @@ void LearningRun::State::Exchange(AnswerStep& step) {
   std::reverse(step.orders.begin(), step.orders.end());
   for (BoxOrder& order : step.orders) leitner.SwapOrder(order);
   SetMoment(moment);
+  ++showings;
 }
 
 }  // namespace tessaro

@@ -37,13 +37,14 @@ class SecondPressFilter : public QObject {
 }  // namespace
 
 TF_wnlern::TF_wnlern(CardFile& file, ProgramSettings& settings, const Clock& clock, Random& random, Messages& messages,
-                     QWidget* parent)
+                     AnswerGate& gate, QWidget* parent)
     : QMainWindow(parent),
       file_(file),
       settings_(settings),
       clock_(clock),
       random_(random),
       messages_(messages),
+      gate_(gate),
       ui_(std::make_unique<Ui::TF_wnlern>()) {
   ui_->setupUi(this);
   ConnectAnswers();
@@ -193,6 +194,7 @@ void TF_wnlern::FormClose() {
   settings_.ini.SetInt("rowlearn", "checked", automatic_ == Method::RowOrder ? 1 : 0);
   run_->KeepPositions();
   run_.reset();
+  gate_.SetResult(AnswerModeResult::None);
   Q_EMIT MediaStopWanted();
   Q_EMIT Closed();
 }

@@ -7,6 +7,8 @@
 #include <memory>
 #include <optional>
 
+#include "learn/answer_gate.h"
+#include "learn/learning_commands.h"
 #include "learn/method_choice.h"
 #include "learn/notice.h"
 #include "settings/program_settings.h"
@@ -25,13 +27,13 @@ class VideoScreen;
 
 // The learning window: one run of learning over the open card file, from showing the window to closing it. It shows the
 // card and takes the answers; what they mean and which card comes next is the run's business.
-class TF_wnlern : public QMainWindow, private LearningView {
+class TF_wnlern : public QMainWindow, public LearningCommands, private LearningView {
   Q_OBJECT
 
  public:
   // All but `parent` must outlive the window. Options are read from and kept in `settings`, in memory.
   TF_wnlern(CardFile& file, ProgramSettings& settings, const Clock& clock, Random& random, Messages& messages,
-            QWidget* parent = nullptr);
+            AnswerGate& gate, QWidget* parent = nullptr);
   ~TF_wnlern() override;
 
   // Goes on, or when the window is not yet shown begins, with this method.
@@ -39,12 +41,28 @@ class TF_wnlern : public QMainWindow, private LearningView {
   // Lets the user choose the method, a Leitner box for example, and goes on with it.
   void SpeedButtonLeitnerClick();
 
+  CardOnScreen Card() const override;
+  std::string_view FirstSide() const override;
+  std::string_view SecondSide() const override;
+  void Known() override;
+  void NotKnown() override;
+  void TypingDone(bool known) override;
+  void ShowAnswer() override;
+  // What the status field shows of the answer windows changed.
+  void ShowChoiceStatus();
+
   // The video that was asked for came to its end, or could not be played.
   void VideoEnded(bool played);
 
  Q_SIGNALS:
   // The window was closed, its settings and the positions of the run are kept in memory.
   void Closed();
+  // "Known" or "not known" was said of the card in this row, which another one has followed by now.
+  void AnswerGiven(int row, bool known);
+  // A step came to a card, perhaps the same as before; its first side is on screen. Comes after AnswerGiven.
+  void CardShown();
+  // Another side, or another card, is on screen.
+  void SideShown();
   // The user wants the card file saved; the run goes on.
   void SaveWanted();
   // A sound or video that the card names is to be played. `screen` is the video's place in this window; null where the
@@ -82,6 +100,11 @@ class TF_wnlern : public QMainWindow, private LearningView {
   // Everything that the user does to the run goes through here: one command at a time, faults caught, the window
   // brought up to date afterwards.
   void Do(const std::function<void(LearningRun&)>& command);
+  // The answer commands: `days` for the least score of a known card, 0 = none. Refused when an answer window must have
+  // the answer.
+  void AnswerCard(bool known, int days = 0);
+  void AnswerUnrefused(bool known, int days);
+  bool RefuseAnswer();
   void BtHandClick();
   void Weiss_ichExecute();
   void Lerne_ichExecute();
@@ -129,6 +152,7 @@ class TF_wnlern : public QMainWindow, private LearningView {
   const Clock& clock_;
   Random& random_;
   Messages& messages_;
+  AnswerGate& gate_;
   std::unique_ptr<Ui::TF_wnlern> ui_;
   std::unique_ptr<LearningRun> run_;
   std::array<SideLook, 2> looks_;  // front and back
@@ -136,6 +160,8 @@ class TF_wnlern : public QMainWindow, private LearningView {
   int64_t start_milliseconds_ = 0;
   bool in_command_ = false;
   bool card_changed_ = false;
+  int answered_row_ = 0;  // the card that the running command answered; 0 = none
+  bool answered_known_ = false;
   bool choose_method_ = false;                // a box is done: the selection of the method comes next
   Method automatic_ = Method::Standard;       // what goes on when no box is learned: Standard or RowOrder
   std::optional<MethodChoice> first_choice_;  // given before the window was shown

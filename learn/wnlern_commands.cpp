@@ -38,19 +38,92 @@ void TF_wnlern::EndRun() {
   notice_ = Notice::ClockWentBack;
 }
 
+CardOnScreen TF_wnlern::Card() const {
+  if (run_ == nullptr || run_->card().row == 0) return {};
+  const bool first = run_->first_side_shown();
+  return {.row = run_->card().row,
+          .navigation = run_->card().navigation,
+          .first_side = first,
+          .sides_swapped = run_->question_shown() != first,
+          .open = !run_->answered() && !run_->ended()};
+}
+
+std::string_view TF_wnlern::FirstSide() const {
+  const CardOnScreen card = Card();
+  return card.sides_swapped ? CardReader(file_).Answer(card.row) : CardReader(file_).Question(card.row);
+}
+
+std::string_view TF_wnlern::SecondSide() const {
+  const CardOnScreen card = Card();
+  return card.sides_swapped ? CardReader(file_).Question(card.row) : CardReader(file_).Answer(card.row);
+}
+
+void TF_wnlern::Known() {
+  AnswerCard(true);
+}
+
+void TF_wnlern::NotKnown() {
+  AnswerCard(false);
+}
+
+void TF_wnlern::TypingDone(bool known) {
+  AnswerUnrefused(known, 0);
+}
+
+void TF_wnlern::ShowAnswer() {
+  if (Card().row != 0 && Card().first_side) BtHandClick();
+}
+
+void TF_wnlern::AnswerCard(bool known, int days) {
+  if (run_ == nullptr || in_command_ || run_->answered() || RefuseAnswer()) return;
+  AnswerUnrefused(known, days);
+}
+
+// What waits in an answer window goes before the learner's own judgement.
+bool TF_wnlern::RefuseAnswer() {
+  if (run_->ended()) return false;
+  const AnswerRefusal refusal = gate_.RefusalFor(Card().row == 0 || Card().navigation);
+  if (refusal == AnswerRefusal::None) return false;
+  messages_.Information(this, RefusalText(refusal));
+  return true;
+}
+
+void TF_wnlern::AnswerUnrefused(bool known, int days) {
+  const CardOnScreen card = Card();
+  gate_.LockInput();
+  Do([&](LearningRun& run) {
+    if (!known) {
+      run.NotKnown();
+    } else {
+      days > 0 ? run.KnownForDays(days) : run.Known();
+    }
+    if (card.open) answered_row_ = card.row;
+    answered_known_ = known;
+  });
+}
+
 void TF_wnlern::Do(const std::function<void(LearningRun&)>& command) {
   if (run_ == nullptr || in_command_) return;
-  const QScopedValueRollback<bool> in_command(in_command_, true);
-  notice_ = run_->ended() ? Notice::ClockWentBack : Notice::None;
-  done_.clear();
-  card_changed_ = false;
-  try {
-    command(*run_);
-    notice_ = NoticeAfter(notice_, *run_, file_);
-    ShowRun();
-  } catch (...) {
-    messages_.Error(this, AnswerFailedText());
+  answered_row_ = 0;
+  const int showings = run_->showings();
+  {
+    const QScopedValueRollback<bool> in_command(in_command_, true);
+    notice_ = run_->ended() ? Notice::ClockWentBack : Notice::None;
+    done_.clear();
+    card_changed_ = false;
+    run_->SetAnswerWindowVisible(gate_.AnswerWindowVisible());
+    try {
+      command(*run_);
+      notice_ = NoticeAfter(notice_, *run_, file_);
+      ShowRun();
+    } catch (...) {
+      messages_.Error(this, AnswerFailedText());
+    }
   }
+  gate_.SetResult(run_->ReturnsAfterAnswer() ? AnswerModeResult::Awaited : AnswerModeResult::None);
+  if (answered_row_ != 0) Q_EMIT AnswerGiven(answered_row_, answered_known_);
+  if (run_->showings() != showings) Q_EMIT CardShown();
+  if (card_changed_) Q_EMIT SideShown();
   if (std::exchange(choose_method_, false)) QTimer::singleShot(0, this, &TF_wnlern::SpeedButtonLeitnerClick);
 }
 
@@ -59,15 +132,15 @@ void TF_wnlern::BtHandClick() {
 }
 
 void TF_wnlern::Weiss_ichExecute() {
-  Do([](LearningRun& run) { run.Known(); });
+  AnswerCard(true);
 }
 
 void TF_wnlern::Lerne_ichExecute() {
-  Do([](LearningRun& run) { run.NotKnown(); });
+  AnswerCard(false);
 }
 
 void TF_wnlern::SpeedButtonTageClick(int days) {
-  Do([days](LearningRun& run) { run.KnownForDays(days); });
+  AnswerCard(true, days);
 }
 
 void TF_wnlern::SpeedButtonUndoClick() {
@@ -186,7 +259,7 @@ void TF_wnlern::ShowCaption() {
 void TF_wnlern::ShowFigures() {
   const ShownCard& card = run_->card();
   const RunFigures& figures = run_->figures();
-  ui_->DisplayStatus->setText(StatusText(card.status, figures.check_count));
+  ShowChoiceStatus();
   ui_->DisplayBeh->setText(card.newest_known ? DurationText(card.score) : u"0"_s);
   ui_->DisplayZuletzt->setText(card.last_answer > 0 ? DurationText(clock_.Now() - card.last_answer) : u"–"_s);
   ui_->DisplayKarteifach->setText(QString::number(figures.width));
@@ -199,6 +272,14 @@ void TF_wnlern::ShowFigures() {
   ui_->DisplayJetztGeuebt->setText(QString::number(figures.presented));
   ui_->LabelSteuerung->setText(done_.isEmpty() ? StageText(run_->stage(), run_->box()) : done_);
   TimerLernTimer();
+}
+
+void TF_wnlern::ShowChoiceStatus() {
+  if (run_ == nullptr) return;
+  const ChoiceStatus choice = run_->card().navigation ? ChoiceStatus::None : gate_.Status();
+  ui_->DisplayStatus->setText(choice != ChoiceStatus::None
+                                  ? ChoiceStatusText(choice)
+                                  : StatusText(run_->card().status, run_->figures().check_count));
 }
 
 void TF_wnlern::ShowControls() {

@@ -44,10 +44,6 @@ class LearningDialogs : public LearningWindow {
   // The last digit of the number of the card on screen.
   QString Shown() { return window->windowTitle().last(1); }
   bool Checked(const QString& action) { return Command(action).isChecked(); }
-  void FollowFirstLink() {
-    const LinkArea area = Find<TFrameHtml>(u"FrameHtml"_s).layout().links.areas().front();
-    QTest::mouseClick(&Find<QWidget>(u"PaintBox"_s), Qt::LeftButton, {}, QPoint(area.left + 2, area.top + 2));
-  }
 };
 
 // Two cards of box 1, the second answered longer ago; two new ones; one of box 2; one raised to it by its streak.

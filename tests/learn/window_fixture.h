@@ -23,7 +23,7 @@ class LearningWindow : public WindowTest {
     Show();
   }
   void Show() {
-    window = std::make_unique<TF_wnlern>(file, settings, clock, random, messages);
+    window = std::make_unique<TF_wnlern>(file, settings, clock, random, messages, gate);
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     QApplication::processEvents();
@@ -36,6 +36,11 @@ class LearningWindow : public WindowTest {
     return file.cards().FieldAt(file.cards().ColumnIndex(column), row);
   }
   std::string OnScreen() { return Find<TFrameHtml>(QStringLiteral("FrameHtml")).layout().fragments.at(0).text; }
+  void FollowFirstLink() {
+    const LinkArea area = Find<TFrameHtml>(QStringLiteral("FrameHtml")).layout().links.areas().front();
+    QTest::mouseClick(&Find<QWidget>(QStringLiteral("PaintBox")), Qt::LeftButton, {},
+                      QPoint(area.left + 2, area.top + 2));
+  }
   // How many cards have been answered.
   int Logged() {
     int logged = 0;
@@ -45,6 +50,7 @@ class LearningWindow : public WindowTest {
 
   CardFile file{disk};
   ProgramSettings settings;
+  AnswerGate gate{clock};
   std::unique_ptr<TF_wnlern> window;
 };
 

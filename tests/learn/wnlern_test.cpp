@@ -70,6 +70,50 @@ TEST_F(LearningWindow, KeysWorkWhateverHasTheFocus) {
   }
 }
 
+TEST_F(LearningWindow, AnswerWindowsHoldBackTheLearnersOwnAnswer) {
+  Open();
+  QStringList heard;
+  QObject::connect(window.get(), &TF_wnlern::AnswerGiven, window.get(),
+                   [&heard](int row, bool known) { heard += u"answer %1 %2"_s.arg(row).arg(known); });
+  QObject::connect(window.get(), &TF_wnlern::CardShown, window.get(), [&heard] { heard += u"card"_s; });
+  QObject::connect(window.get(), &TF_wnlern::SideShown, window.get(), [&heard] { heard += u"side"_s; });
+  gate.SetChoiceVisible(true);
+  gate.SetSelectError(true);
+  for (const QString& button : {u"BtWeissIch"_s, u"BtLerneIch"_s, u"SpeedButtonTage7"_s}) Click(button);
+  gate.SetChoiceVisible(false);
+  gate.SetTypingVisible(true);
+  Click(u"BtWeissIch"_s);
+  EXPECT_EQ(Logged(), 0);
+  EXPECT_EQ(messages.shown,
+            QStringList({3, u"\nBitte benutzen Sie\nden Button <Lerne ich>\ndes Auswahlantwortfensters"_s}) +
+                QStringList(u"\nBei Tastaturtraining geht das nicht."_s));
+  LearningCommands& commands = *window;
+  EXPECT_FALSE(gate.InputLocked());
+  commands.TypingDone(true);
+  EXPECT_TRUE(gate.InputLocked());
+  EXPECT_EQ(commands.Card().row, 3);
+  commands.ShowAnswer();
+  commands.ShowAnswer();
+  EXPECT_EQ(heard, QStringList({u"answer 2 1"_s, u"card"_s, u"side"_s, u"side"_s}));
+  EXPECT_EQ(commands.SecondSide(), "Two <a href=\"000003\">weiter</a>");
+  Click(u"SpeedButtonTausch"_s);
+  EXPECT_EQ(commands.SecondSide(), "Zwei");
+  clock.milliseconds += 100;
+  EXPECT_FALSE(gate.InputLocked());
+}
+
+TEST_F(LearningWindow, CardReachedByALinkBesideAnAnswerWindowIsLeftByItsAnswer) {
+  Open({With(NewCard(1), &TestCard::question, "<a href=\"000002\">zwei</a>"), NewCard(2), NewCard(3)});
+  gate.SetChoiceVisible(true);
+  FollowFirstLink();
+  EXPECT_EQ(gate.Result(), AnswerModeResult::Awaited);
+  gate.SetResult(AnswerModeResult::Known);
+  window->Known();
+  EXPECT_EQ(window->Card().row, 2) << "back where the link stands";
+  EXPECT_EQ(gate.Result(), AnswerModeResult::None);
+  EXPECT_EQ(Field(kYesNoRow, 3).front(), 'w');
+}
+
 TEST_F(LearningWindow, DayButtonsSetTheLeastScore) {
   for (const int days : {1, 3, 7, 14, 30, 60, 100, 365}) {
     Open();
