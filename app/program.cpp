@@ -14,6 +14,7 @@
 #include "cards/deck_check.h"
 #include "learn/dlausw.h"
 #include "learn/wnlern.h"
+#include "settings/keys.h"
 #include "widgets/text.h"
 #include "widgets/video_screen.h"
 #include "widgets/wnmedia.h"
@@ -78,7 +79,7 @@ void Program::ChooseMethod(bool boxes) {
     learning_window_->SpeedButtonLeitnerClick();
     return;
   }
-  const bool row_order = settings_.ini.GetInt("rowlearn", "checked", 0) != 0;
+  const bool row_order = keys::kRowOrder.Read(settings_.ini);
   const MethodDialogState shown = {.automatic = row_order ? Method::RowOrder : Method::Standard, .boxes = boxes};
   TF_dlausw dialog(file_, settings_, machine_.clock, machine_.messages, shown, main_window_.get());
   if (dialog.exec() == QDialog::Accepted) OpenLearning(dialog.TakeChoice());

@@ -7,6 +7,7 @@
 #include "app/dlrestore.h"
 #include "app/program.h"
 #include "app/wnmain.h"
+#include "settings/backup_settings.h"
 #include "store/file/card_text_count.h"
 #include "widgets/long_work.h"
 #include "widgets/text.h"

@@ -7,9 +7,10 @@
 #include "app/dlneu.h"
 #include "app/frbegin.h"
 #include "app/program.h"
-#include "app/recent_files.h"
 #include "app/sample_files.h"
 #include "app/wnmain.h"
+#include "settings/keys.h"
+#include "settings/recent_files.h"
 #include "widgets/long_work.h"
 #include "widgets/text.h"
 
@@ -21,11 +22,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace fs = std::filesystem;
 
 const QString kCardFiles = u"Karteien (*.mlb *.MLB)"_s;
-
-// The size of a card on disk, for the estimate of the space that saving needs.
-constexpr std::string_view kSpaceSection = "DISK";
-constexpr std::string_view kBytesPerCard = "BytesPerCard";
-constexpr int64_t kFirstBytesPerCard = 600;
 
 // The end of a stage's progress: characters of the file while reading, rows while building, fields while writing.
 int64_t RangeOf(FileStage stage, uint64_t size, const CardFile& file) {
@@ -174,9 +170,9 @@ void TF_wnmain::FileNewExecute() {
 
 QString TF_wnmain::TellSpace(SaveKind kind, const fs::path& target) {
   IniFile& settings = program_.settings().ini;
-  int64_t bytes_per_card = settings.GetInt(kSpaceSection, kBytesPerCard, kFirstBytesPerCard);
+  int64_t bytes_per_card = keys::kBytesPerCard.Read(settings);
   const SpaceEstimate space = file_.EstimateSpace(bytes_per_card, target);
-  settings.SetInt(kSpaceSection, kBytesPerCard, bytes_per_card);
+  keys::kBytesPerCard.Write(bytes_per_card, settings);
   label_sizes_.setText(SpaceText(kind, target, space));
   if (space.Enough()) {
     ShowStatus(StageText(FileStage::SaveCards), Accent::Notice);
@@ -189,7 +185,7 @@ QString TF_wnmain::TellSpace(SaveKind kind, const fs::path& target) {
 void TF_wnmain::KeepBytesPerCard() {
   const std::optional<FileState> state = program_.disk().State(file_.paths().cards);
   if (!state || file_.CardCount() == 0) return;
-  program_.settings().ini.SetInt(kSpaceSection, kBytesPerCard, static_cast<int64_t>(state->size) / file_.CardCount());
+  keys::kBytesPerCard.Write(static_cast<int64_t>(state->size) / file_.CardCount(), program_.settings().ini);
 }
 
 QWidget* TF_wnmain::Asker() {

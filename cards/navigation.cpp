@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cards/card_reader.h"
+#include "settings/keys.h"
 
 namespace tessaro {
 namespace {
@@ -34,7 +35,7 @@ int Landmarks::HomeRow(const CardFile& file) {
 }
 
 int Landmarks::OverviewRow(CardFile& file) {
-  const int row = file.RowOfId(file.settings().GetInt("HTML", "Vis", 0));
+  const int row = file.RowOfId(keys::kOverviewCard.Read(file.settings()));
   if (row != 0) return row;
   Search(file);
   return automap_;

@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <QTimer>
 
+#include "settings/decimal_text.h"
 #include "ui_dlparam.h"
 
 using namespace Qt::StringLiterals;
@@ -45,7 +46,7 @@ QString SuggestionTable(const LearningParameters& p) {
          line(u"Intensivwiederholung ab"_s, number(p.switch_count), u"nicht gewussten Karten"_s) +
          line(u"Überprüfung bei jeder"_s, number(p.check_every) + u'.', u"Karte"_s) +
          line(u"am Stück durchzuprüfen"_s, number(p.check_run), u"Karten"_s) +
-         line(u"Behaltenszeit mal"_s, QString::fromStdString(WeightText(p.retention_weight)), {}) +
+         line(u"Behaltenszeit mal"_s, QString::fromStdString(DecimalText(p.retention_weight)), {}) +
          line(u"spätestens wieder nach"_s, number(p.max_time / kSecondsPerDay), u"Tagen"_s) + u"</table>"_s;
 }
 

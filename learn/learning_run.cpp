@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "learn/learning_run_state.h"
+#include "settings/keys.h"
 
 namespace tessaro {
 
@@ -18,7 +19,7 @@ void LearningRun::Start() {
 }
 
 void LearningRun::KeepPositions() {
-  state_->file.settings().SetInt("CHK", "rpos", state_->checking.position());
+  keys::kCheckPosition.Write(state_->checking.position(), state_->file.settings());
   state_->row_order.Keep(state_->file.settings());
 }
 

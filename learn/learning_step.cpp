@@ -1,6 +1,7 @@
 #include <exception>
 
 #include "learn/learning_run_state.h"
+#include "settings/keys.h"
 
 // The learning step: log the answer to the card on screen, find the next card, classify it, show it.
 namespace tessaro {
@@ -32,7 +33,7 @@ LearningRun::State::State(CardFile& card_file, const IniFile& program_settings, 
       view(run_view),
       parameters(ReadParameters(program_settings)),
       run{{}, file, parameters, log, random, run_view},
-      checking(card_file.settings().GetInt("CHK", "rpos", 1)) {
+      checking(keys::kCheckPosition.Read(card_file.settings())) {
   run.width = parameters.max_width;
 }
 

@@ -6,14 +6,8 @@
 namespace tessaro {
 namespace {
 
-constexpr std::string_view kSection = "Leitner";
-constexpr std::array<int64_t, kLimitedBoxes> kHighestLimits = {999, 999, 9999, 9999, 99999};
 constexpr int64_t kNewCardsAtOnce = 10;
 constexpr int kProgressStep = 20;  // cards
-
-std::string LimitKey(size_t box_index) {
-  return "Fach" + std::to_string(box_index + 1);
-}
 
 // Cards of a box that are known move on to the next one, so a box may be learned only while the next has room.
 bool NextBoxHasRoom(size_t box_index, const BoxCounts& counts, const BoxLimits& limits) {
@@ -35,19 +29,6 @@ int64_t RaiseLevel(const CardReader& cards, int row, CardWriter& writer) {
 }
 
 }  // namespace
-
-BoxLimits ReadBoxLimits(const IniFile& settings) {
-  BoxLimits limits;
-  for (size_t i = 0; i < limits.cards.size(); ++i) {
-    const int64_t stored = settings.GetInt(kSection, LimitKey(i), limits.cards[i]);
-    limits.cards[i] = std::clamp<int64_t>(stored, 0, kHighestLimits[i]);
-  }
-  return limits;
-}
-
-void WriteBoxLimits(const BoxLimits& limits, IniFile& settings) {
-  for (size_t i = 0; i < limits.cards.size(); ++i) settings.SetInt(kSection, LimitKey(i), limits.cards[i]);
-}
 
 void AllowAfterCount(const BoxCounts& counts, const BoxLimits& limits, BoxCommands& commands) {
   commands.bring_new_cards = FirstBoxHasRoom(counts, limits);

@@ -5,27 +5,19 @@
 #include <functional>
 
 #include "cards/card_writer.h"
+#include "settings/box_limits.h"
 
 // Counting the cards into Leitner boxes, and what follows from the counts: which box may be learned, and how many new
 // cards box 1 takes. Box k holds the cards of level k; a card's level is its Topic, raised to its streak by counting.
 namespace tessaro {
 
 inline constexpr int kBoxes = 6;
-inline constexpr int kLimitedBoxes = 5;  // box 6 has no limit
 
 // The numbers as the dialog shows them. Element k - 1 belongs to box k.
 struct BoxCounts {
   int64_t fresh = 0;  // new cards: below level 1
   std::array<int64_t, kBoxes> boxes{};
 };
-
-struct BoxLimits {
-  std::array<int64_t, kLimitedBoxes> cards = {25, 50, 100, 250, 500};
-};
-// "Leitner"/"Fach1" ... "Fach5" of the program's settings, at most what the fields of the dialog hold: 3, 3, 4, 4 and 5
-// digits.
-BoxLimits ReadBoxLimits(const IniFile& settings);
-void WriteBoxLimits(const BoxLimits& limits, IniFile& settings);
 
 // What the learner may press. Nothing before the first count.
 struct BoxCommands {

@@ -4,13 +4,13 @@
 #include <charconv>
 #include <string_view>
 
+#include "settings/decimal_text.h"
+#include "settings/keys.h"
 #include "store/file/ini_file.h"
 
 namespace tessaro {
 namespace {
 
-constexpr std::string_view kSection = "CHK";
-constexpr std::string_view kPositionKey = "rpos";
 constexpr int64_t kMostCards = 999990;
 constexpr double kMostWeight = 4.0;
 
@@ -74,12 +74,12 @@ Range RangeOf(const ParameterTexts& texts, ParameterField field) {
 }  // namespace
 
 ParameterEntry ReadParameterEntry(const IniFile& program, const IniFile& card_file) {
-  return {ReadParameters(program), card_file.GetInt(kSection, kPositionKey, 1)};
+  return {ReadParameters(program), keys::kCheckPosition.Read(card_file)};
 }
 
 void WriteParameterEntry(const ParameterEntry& entry, IniFile& program, IniFile& card_file) {
   WriteParameters(entry.parameters, program);
-  card_file.SetInt(kSection, kPositionKey, entry.check_position);
+  keys::kCheckPosition.Write(entry.check_position, card_file);
 }
 
 ParameterTexts ParameterTextsOf(const ParameterEntry& entry) {
@@ -89,7 +89,7 @@ ParameterTexts ParameterTextsOf(const ParameterEntry& entry) {
           std::to_string(p.switch_count),
           std::to_string(p.check_every),
           std::to_string(p.check_run),
-          WeightText(p.retention_weight),
+          DecimalText(p.retention_weight),
           std::to_string(p.max_time / kSecondsPerDay),
           std::to_string(entry.check_position)};
 }

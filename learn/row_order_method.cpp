@@ -2,13 +2,9 @@
 
 #include <algorithm>
 
+#include "settings/keys.h"
+
 namespace tessaro {
-namespace {
-
-constexpr std::string_view kSection = "ROW";
-constexpr std::string_view kKey = "Pos";
-
-}  // namespace
 
 Choice RowOrderMethod::Next(SelectionContext& run) {
   run.log.RecountUnknown();
@@ -18,7 +14,7 @@ Choice RowOrderMethod::Next(SelectionContext& run) {
     return choice;
   }
   if (place_.first_step) {
-    place_.position = std::max<int64_t>(run.file.settings().GetInt(kSection, kKey, kFirstCardRow), kFirstCardRow);
+    place_.position = std::max<int64_t>(keys::kRowPosition.Read(run.file.settings()), kFirstCardRow);
     place_.first_step = false;
   }
   run.stage = RunStage::RowOrder;
@@ -78,13 +74,13 @@ void RowOrderMethod::Keep(IniFile& settings) {
 }
 
 void RowOrderMethod::SetPlace(const Place& place, IniFile& settings) {
-  if (place.kept != place_.kept) settings.SetInt(kSection, kKey, place.kept.value_or(found_));
+  if (place.kept != place_.kept) keys::kRowPosition.Write(place.kept.value_or(found_), settings);
   place_ = place;
 }
 
 void RowOrderMethod::KeepPosition(IniFile& settings, int64_t row) {
-  if (!place_.kept) found_ = settings.GetInt(kSection, kKey, kFirstCardRow);
-  settings.SetInt(kSection, kKey, row);
+  if (!place_.kept) found_ = keys::kRowPosition.Read(settings);
+  keys::kRowPosition.Write(row, settings);
   place_.kept = row;
 }
 

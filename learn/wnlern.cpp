@@ -11,6 +11,7 @@
 #include "learn/dldata.h"
 #include "learn/lern_texts.h"
 #include "learn/wnlern_look.h"
+#include "settings/keys.h"
 #include "ui_wnlern.h"
 #include "widgets/side_look.h"
 #include "widgets/text.h"
@@ -24,7 +25,6 @@ namespace {
 
 constexpr int kTimerMilliseconds = 100;
 constexpr std::string_view kPlaceSuffix = "L";
-constexpr std::string_view kShowSection = "SHOW";
 
 // Takes the second press of a double click away from an answer. It would answer the card that has just appeared, which
 // nobody has read by then.
@@ -182,7 +182,7 @@ void TF_wnlern::FormShow() {
   start_milliseconds_ = clock_.Milliseconds();
   timer_.start();
   MakeRun();
-  if (settings_.ini.GetInt(kShowSection, "Stat", 0) != 0) SwitchStatistics(true);
+  if (keys::kShowStatistics.Read(settings_.ini)) SwitchStatistics(true);
   // Once the window stands: what the run has to tell comes up over it.
   QTimer::singleShot(0, this, &TF_wnlern::StartRun);
 }
@@ -191,7 +191,7 @@ void TF_wnlern::FormClose() {
   timer_.stop();
   KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
   SwitchStatistics(false);
-  settings_.ini.SetInt("rowlearn", "checked", automatic_ == Method::RowOrder ? 1 : 0);
+  keys::kRowOrder.Write(automatic_ == Method::RowOrder, settings_.ini);
   run_->KeepPositions();
   run_.reset();
   gate_.SetResult(AnswerModeResult::None);
@@ -218,13 +218,12 @@ void TF_wnlern::StartRun() {
 }
 
 void TF_wnlern::ReadOptions() {
-  const auto checked = [this](std::string_view section) { return settings_.ini.GetInt(section, "checked", 0) != 0; };
-  automatic_ = checked("rowlearn") ? Method::RowOrder : Method::Standard;
-  ui_->MNeueKarten->setChecked(checked("newcards"));
-  const bool below = settings_.ini.GetInt(kShowSection, "Align", 0) != 0;
+  automatic_ = keys::kRowOrder.Read(settings_.ini) ? Method::RowOrder : Method::Standard;
+  ui_->MNeueKarten->setChecked(keys::kFewNewCards.Read(settings_.ini));
+  const bool below = keys::kBarBelow.Read(settings_.ini);
   (below ? ui_->MAnsichtUnten : ui_->MAnsichtOben)->setChecked(true);
   PlaceControlBar(*ui_, below);
-  ui_->MAnzeigen->setChecked(settings_.ini.GetInt(kShowSection, "Figures", 1) != 0);
+  ui_->MAnzeigen->setChecked(keys::kShowFigures.Read(settings_.ini));
   FitControls(*ui_, width());
 }
 
@@ -257,7 +256,7 @@ void TF_wnlern::ReadLooks() {
   ui_->Kartenspalte->setMaximumWidth(std::max(paper, ui_->AntwortzeileLayout->sizeHint().width()));
   const std::filesystem::path folder = file_.paths().cards.parent_path();
   // An absolute path stands for itself.
-  const QString media = FromBytes(settings_.ini.GetString("MEDIA", "Folder", "Medien"));
+  const QString media = FromBytes(keys::kMediaFolder.Read(settings_.ini));
   ui_->PageControlAnz->SetMediaFolders({folder, folder / ToPath(media)});
   ui_->PageControlAnz->SetLinkColours([this](int64_t id) {
     switch (LinkStateOf(file_, id, run_->parameters(), clock_.Now())) {

@@ -10,6 +10,7 @@
 #include "learn/lern_texts.h"
 #include "learn/wnlern.h"
 #include "learn/wnlern_look.h"
+#include "settings/keys.h"
 #include "ui_wnlern.h"
 #include "widgets/icons.h"
 #include "widgets/text.h"
@@ -197,7 +198,7 @@ void TF_wnlern::MNeueKartenClick(bool on) {
     run.SetNoNewCards(on);
     run.ShowNextIfNone();
   });
-  settings_.ini.SetInt("newcards", "checked", on ? 1 : 0);
+  keys::kFewNewCards.Write(on, settings_.ini);
 }
 
 void TF_wnlern::VideoEnded(bool played) {
@@ -218,11 +219,11 @@ void TF_wnlern::MSpeichernClick() {
 
 void TF_wnlern::MAnsichtClick(bool below) {
   PlaceControlBar(*ui_, below);
-  settings_.ini.SetInt("SHOW", "Align", below ? 1 : 0);
+  keys::kBarBelow.Write(below, settings_.ini);
 }
 
 void TF_wnlern::MAnzeigenClick(bool on) {
-  settings_.ini.SetInt("SHOW", "Figures", on ? 1 : 0);
+  keys::kShowFigures.Write(on, settings_.ini);
   FitControls(*ui_, width());
 }
 

@@ -10,6 +10,7 @@
 #include "learn/frage.h"
 #include "learn/lern_texts.h"
 #include "learn/wnlern.h"
+#include "settings/keys.h"
 #include "ui_wnlern.h"
 #include "widgets/window_place.h"
 
@@ -104,7 +105,7 @@ AnswerCode TF_wnlern::AskWhetherKnown() {
 }
 
 void TF_wnlern::TbCalcClick(bool on) {
-  settings_.ini.SetInt("SHOW", "Stat", on ? 1 : 0);
+  keys::kShowStatistics.Write(on, settings_.ini);
   SwitchStatistics(on);
 }
 

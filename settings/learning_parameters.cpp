@@ -1,10 +1,11 @@
 #include "settings/learning_parameters.h"
 
-#include <charconv>
-#include <cmath>
+#include <algorithm>
 #include <string>
+#include <utility>
 
 #include "platform/saturating.h"
+#include "settings/decimal_text.h"
 #include "store/file/ini_file.h"
 
 namespace tessaro {
@@ -15,20 +16,7 @@ constexpr double kLeastWeight = 1.0;
 }  // namespace
 
 double ReadWeight(std::string text) {
-  const size_t comma = text.find(',');
-  if (comma != std::string::npos) text[comma] = '.';
-  const size_t begin = text.find_first_not_of(" \t+");
-  if (begin == std::string::npos) return kLeastWeight;
-  double weight = 0;
-  std::from_chars(text.data() + begin, text.data() + text.size(), weight);
-  return std::isfinite(weight) && weight > kLeastWeight ? weight : kLeastWeight;
-}
-
-std::string WeightText(double weight) {
-  char digits[400];
-  const auto end = std::to_chars(digits, digits + sizeof digits, weight, std::chars_format::fixed);
-  std::string text(digits, end.ptr);
-  return text.find('.') == std::string::npos ? text + ".0" : text;
+  return std::max(kLeastWeight, LeadingDecimal(std::move(text)).value_or(kLeastWeight));
 }
 
 LearningParameters ReadParameters(const IniFile& settings) {
@@ -53,7 +41,7 @@ void WriteParameters(const LearningParameters& parameters, IniFile& settings) {
   settings.SetInt("RNG", "chn", parameters.switch_count);
   settings.SetInt("CHK", "n", parameters.check_every);
   settings.SetInt("CHK", "wi", parameters.check_run);
-  settings.SetString("CHK", "nt", WeightText(parameters.retention_weight));
+  settings.SetString("CHK", "nt", DecimalText(parameters.retention_weight));
   settings.SetInt("CHK", "max", parameters.max_time / kSecondsPerDay);
 }
 

@@ -23,8 +23,6 @@ struct LearningParameters {
 
 // A retention weight as it is typed and stored: with "." or "," as decimal sign; what is below 1.0 or no number is 1.0.
 double ReadWeight(std::string text);
-// With "." and at least one decimal: "1.0".
-std::string WeightText(double weight);
 
 // Missing keys give the defaults.
 LearningParameters ReadParameters(const IniFile& settings);

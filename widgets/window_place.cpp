@@ -5,24 +5,11 @@
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
-#include <string>
 
-#include "store/file/ini_file.h"
+#include "settings/kept_place.h"
 
 namespace tessaro {
 namespace {
-
-constexpr std::string_view kSection = "POS";
-
-std::string Key(std::string_view name, std::string_view suffix) {
-  return std::string(name).append(suffix);
-}
-
-int Read(const IniFile& settings, std::string_view name, std::string_view suffix, int fallback) {
-  constexpr int64_t kBeyondAnyScreen = 100000;
-  return static_cast<int>(
-      std::clamp(settings.GetInt(kSection, Key(name, suffix), fallback), -kBeyondAnyScreen, kBeyondAnyScreen));
-}
 
 // The screen that the place was on may be gone.
 QRect ScreenAround(const QRect& place) {
@@ -34,9 +21,9 @@ QRect ScreenAround(const QRect& place) {
 }  // namespace
 
 void RestoreWindowPlace(QWidget& window, const IniFile& settings, std::string_view suffix) {
-  QRect place(Read(settings, "x", suffix, 0), Read(settings, "y", suffix, 0),
-              Read(settings, "cx", suffix, window.width()), Read(settings, "cy", suffix, window.height()));
-  bool placed = settings.Has(kSection, Key("x", suffix)) && settings.Has(kSection, Key("y", suffix));
+  const KeptPlace kept = ReadPlace(settings, suffix, {.width = window.width(), .height = window.height()});
+  QRect place(kept.x, kept.y, kept.width, kept.height);
+  bool placed = HasPlace(settings, suffix);
   const QWidget* active = QApplication::activeWindow();
   // The window's own frame is not known yet; another one of the program has the same.
   const QSize frame = active != nullptr ? active->frameGeometry().size() - active->size() : QSize(0, 0);
@@ -56,20 +43,16 @@ void RestoreWindowPlace(QWidget& window, const IniFile& settings, std::string_vi
     // it: the title bar would come to stand above the corner, and go up with each showing.
     if (window.windowHandle() != nullptr) window.windowHandle()->setFramePosition(corner);
   }
-  if (Read(settings, "max", suffix, 0) == 1) window.setWindowState(window.windowState() | Qt::WindowMaximized);
+  if (kept.maximised) window.setWindowState(window.windowState() | Qt::WindowMaximized);
 }
 
 void KeepWindowPlace(const QWidget& window, IniFile& settings, std::string_view suffix) {
   const bool maximised = window.isMaximized();
   const QRect inside = maximised ? window.normalGeometry() : window.geometry();
   const QPoint corner = maximised ? inside.topLeft() : window.pos();
-  settings.SetInt(kSection, Key("x", suffix), corner.x());
-  settings.SetInt(kSection, Key("y", suffix), corner.y());
-  settings.SetInt(kSection, Key("cx", suffix), inside.width());
-  settings.SetInt(kSection, Key("cy", suffix), inside.height());
-  if (maximised || settings.Has(kSection, Key("max", suffix))) {
-    settings.SetInt(kSection, Key("max", suffix), maximised ? 1 : 0);
-  }
+  WritePlace(
+      {.x = corner.x(), .y = corner.y(), .width = inside.width(), .height = inside.height(), .maximised = maximised},
+      suffix, settings);
 }
 
 }  // namespace tessaro

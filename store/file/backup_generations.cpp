@@ -130,15 +130,6 @@ std::optional<GenerationName> ReadGenerationName(std::string_view file_name) {
   return name;
 }
 
-GenerationSettings ReadGenerationSettings(const IniFile& settings) {
-  constexpr std::string_view kSection = "Sicherungen";
-  GenerationSettings read;
-  read.on = settings.GetInt(kSection, "Aktiv", 1) != 0;
-  constexpr int64_t kMostMegabytes = 1'000'000;
-  read.most_mb = std::clamp<int64_t>(settings.GetInt(kSection, "MaxMB", read.most_mb), 0, kMostMegabytes);
-  return read;
-}
-
 std::vector<Generation> GenerationFolder::All() const {
   std::vector<Generation> all;
   for (const std::string& file_name : disk_.FileNames(folder_)) {

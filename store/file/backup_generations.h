@@ -9,7 +9,6 @@
 
 #include "platform/disk.h"
 #include "store/file/backup_rule.h"
-#include "store/file/ini_file.h"
 #include "store/table/content_stamp.h"
 
 namespace tessaro {
@@ -38,12 +37,10 @@ struct Generation {
   uint64_t bytes = 0;
 };
 
-// In tessaro.ini, section "Sicherungen".
 struct GenerationSettings {
-  bool on = true;          // "Aktiv": 0 or 1
-  int64_t most_mb = 1000;  // "MaxMB": what the copies of all card files may take together, in 1,000,000 bytes
+  bool on = true;
+  int64_t most_mb = 1000;  // what the copies of all card files may take together, in 1,000,000 bytes
 };
-GenerationSettings ReadGenerationSettings(const IniFile& settings);
 
 // A card file directly after a save.
 struct SavedCards {

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "learn/shortcut_code.h"
+#include "store/file/ini_file.h"
 #include "widgets/side_look.h"
 
 using namespace Qt::StringLiterals;

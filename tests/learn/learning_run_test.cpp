@@ -8,6 +8,7 @@
 #include "cards/link_state.h"
 #include "learn/answer_log.h"
 #include "learn/notice.h"
+#include "settings/decimal_text.h"
 #include "tests/learn/learn_fixture.h"
 
 namespace tessaro {
@@ -210,8 +211,8 @@ TEST_F(LearningRunTest, ParametersOfAnyText) {
   const std::pair<const char*, double> weights[] = {{"", 1},   {"1.5", 1.5}, {"1,5", 1.5}, {" +2", 2},   {"0.5", 1},
                                                     {"-3", 1}, {"nan", 1},   {"inf", 1},   {"1e999", 1}, {"4 x", 4}};
   for (const auto& [text, weight] : weights) EXPECT_EQ(ReadWeight(text), weight) << text;
-  EXPECT_EQ(WeightText(1), "1.0");
-  EXPECT_EQ(WeightText(1.25), "1.25");
+  EXPECT_EQ(DecimalText(1), "1.0");
+  EXPECT_EQ(DecimalText(1.25), "1.25");
 
   WriteParameters({3, 40, 6, 7, 200, 1.2, 100 * kDay}, settings);
   const auto [min_width, max_width, switch_count, every, check_run, weight, max_time] = ReadParameters(settings);

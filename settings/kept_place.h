@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string_view>
+
+namespace tessaro {
+
+class IniFile;
+
+// The place of a window on the screen, in pixels: the corner of its frame, the size inside of it.
+struct KeptPlace {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+  bool maximised = false;
+};
+
+// Section "POS", keys "x", "y", "cx", "cy" and "max" with a suffix of the window: "xL" ... "cyL". A key that is missing
+// gives the value of `fallback`; numbers beyond any screen are cut.
+KeptPlace ReadPlace(const IniFile& settings, std::string_view suffix, const KeptPlace& fallback);
+// Whether a corner was kept.
+bool HasPlace(const IniFile& settings, std::string_view suffix);
+// "max" comes into the file with the first window that was maximised.
+void WritePlace(const KeptPlace& place, std::string_view suffix, IniFile& settings);
+
+}  // namespace tessaro

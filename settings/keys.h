@@ -1,0 +1,45 @@
+#pragma once
+
+#include "settings/setting.h"
+#include "store/table/card_columns.h"
+
+// Every value that the program keeps in tessaro.ini and in the settings X.ini of a card file, but for those that come
+// in groups of their own: the learning parameters, the learning keys, the limits of the boxes, the looks of the sides,
+// the places of windows, the recent files.
+namespace tessaro::keys {
+
+// tessaro.ini: how learning begins, and what the learning window shows.
+inline constexpr FlagSetting kRowOrder = {"rowlearn", "checked", false};  // by row order, else by the standard method
+inline constexpr FlagSetting kFewNewCards = {"newcards", "checked", false};
+inline constexpr FlagSetting kShowStatistics = {"SHOW", "Stat", false};
+inline constexpr FlagSetting kShowInput = {"SHOW", "Input", false};
+inline constexpr FlagSetting kShowChoice = {"SHOW", "Select", false};
+inline constexpr FlagSetting kShowTyping = {"SHOW", "Tipp", false};
+inline constexpr FlagSetting kBarBelow = {"SHOW", "Align", false};
+inline constexpr FlagSetting kShowFigures = {"SHOW", "Figures", true};
+
+// The modes of answering.
+inline constexpr NumberSetting kChoicePage = {"SEL", "i", 0, 0, 1};  // numbers, letters
+// Two blanks less than uncover the answer in the typed line.
+inline constexpr NumberSetting kExtraBlanks = {"Keys", "Space", 0, 0, 8};
+inline constexpr DecimalSetting kErrorLimit = {"ttrain", "Fehler", 5.0, 0.0, 100.0};  // percent of the characters
+inline constexpr NumberSetting kSpeedLimit = {"ttrain", "Anschlaege", 100, 1, 2000};  // characters a minute
+inline constexpr NumberSetting kSpeedPercent = {"ttrain", "Prozent", 100, 1, 500};    // of the speed limit
+inline constexpr NumberSetting kTypingMark = {"ttrain", "Cursor", 0, 0, 2};           // a character, a word, nothing
+inline constexpr FlagSetting kTypingFigures = {"ttrain", "Show", true};
+inline constexpr TextSetting kErrorSound = {"ttrain", "Sound", ""};
+
+// Files and windows.
+inline constexpr TextSetting kMediaFolder = {"MEDIA", "Folder", "Medien"};
+inline constexpr NumberSetting kBytesPerCard = {"DISK", "BytesPerCard", 600};
+inline constexpr FlagSetting kBackups = {"Sicherungen", "Aktiv", true};
+inline constexpr NumberSetting kBackupMegabytes = {"Sicherungen", "MaxMB", 1000, 0, 1'000'000};
+inline constexpr NumberSetting kTheme = {"Darstellung", "Farben", 0, 0, 2};              // the desktop's, light, dark
+inline constexpr NumberSetting kTextPercent = {"Darstellung", "Schrift", 100, 80, 200};  // of the desktop's text
+
+// X.ini: where a card file was left.
+inline constexpr NumberSetting kCheckPosition = {"CHK", "rpos", 1};
+inline constexpr NumberSetting kRowPosition = {"ROW", "Pos", kFirstCardRow};  // a row of the card table
+inline constexpr NumberSetting kOverviewCard = {"HTML", "Vis", 0};
+
+}  // namespace tessaro::keys

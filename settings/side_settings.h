@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tessaro {
+
+class IniFile;
+
+enum class SideName { Front, Back };
+
+// How a card side looks, as the settings of its card file hold it. Colours are 0x00BBGGRR.
+struct SideSettings {
+  static constexpr int64_t kNoColour = -1;
+  static constexpr int64_t kLeastPoints = 1;
+  static constexpr int64_t kMostPoints = 400;
+  std::string font = "MS Sans Serif";
+  int64_t points = 14;       // kLeastPoints ... kMostPoints
+  bool fixed_pitch = false;  // where the font is missing, one with letters of equal width stands in for it
+  int64_t text = kNoColour;
+  int64_t paper = kNoColour;
+};
+
+// Font from section "FontV" or "FontH" (keys "Name", "Color", "Height", "Size", "Pitch"), paper from "Color" in section
+// "ColorV" or "ColorH", text colour from "V" or "H" in section "ClText" or else from the font's "Color". What is
+// missing or senseless gets the default.
+SideSettings ReadSideSettings(const IniFile& settings, SideName side);
+// The size as "Size" and as "Height"; "Charset" stays as it is. A colour kNoColour, and a name that no INI line can
+// hold, leave what stands there.
+void WriteSideSettings(const SideSettings& look, SideName side, IniFile& settings);
+// Removes all that WriteSideSettings writes.
+void RemoveSideSettings(SideName side, IniFile& settings);
+
+}  // namespace tessaro

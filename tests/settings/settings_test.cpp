@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "settings/box_limits.h"
+#include "settings/decimal_text.h"
+#include "settings/kept_place.h"
+#include "settings/keys.h"
+#include "settings/side_settings.h"
+#include "store/file/ini_file.h"
+
+namespace tessaro {
+namespace {
+
+IniFile Parsed(std::string_view text) {
+  IniFile settings;
+  settings.Parse(text);
+  return settings;
+}
+
+TEST(Settings, MissingValuesGiveTheStandardAndWildOnesTheNearestBound) {
+  const IniFile empty;
+  EXPECT_TRUE(keys::kShowFigures.Read(empty));
+  EXPECT_EQ(keys::kErrorLimit.Read(empty), 5.0);
+  EXPECT_EQ(keys::kMediaFolder.Read(empty), "Medien");
+  const IniFile wild = Parsed(
+      "[SEL]\ni=7\n[ttrain]\nFehler=-3,5\nAnschlaege=99999999999999999999\nProzent=abc\n[SHOW]\nFigures=-4\nStat=x\n");
+  EXPECT_EQ(keys::kChoicePage.Read(wild), 1);
+  EXPECT_EQ(keys::kErrorLimit.Read(wild), 0.0);
+  EXPECT_EQ(keys::kSpeedLimit.Read(wild), keys::kSpeedLimit.most);
+  EXPECT_EQ(keys::kSpeedPercent.Read(wild), 100) << "no number at all";
+  EXPECT_TRUE(keys::kShowFigures.Read(wild));
+  EXPECT_FALSE(keys::kShowStatistics.Read(wild));
+}
+
+TEST(Settings, DecimalsAreReadWithEitherSignAndWrittenSoThatTheyReadTheSame) {
+  const struct {
+    const char* text;
+    std::optional<double> number;
+  } cases[] = {{"2.5", 2.5}, {"2,5", 2.5}, {" +7", 7.0}, {"0,1 %", 0.1},
+               {"", {}},     {"ab", {}},   {"inf", {}},  {"nan", {}}};
+  for (const auto& given : cases) EXPECT_EQ(LeadingDecimal(given.text), given.number) << given.text;
+  for (const double number : {0.0, 0.1, 1.0 / 3, 12.5, 100.0, 1e-7}) {
+    IniFile settings;
+    keys::kErrorLimit.Write(number, settings);
+    EXPECT_EQ(keys::kErrorLimit.Read(settings), number);
+  }
+}
+
+TEST(Settings, LookOfASideComesBackAndLeavesTheOtherSideAlone) {
+  IniFile settings = Parsed("[FontV]\nCharset=1\nHeight=-13\nColor=-5\n[ClText]\nH=255\n");
+  SideSettings front = ReadSideSettings(settings, SideName::Front);
+  EXPECT_EQ(front.points, 9);
+  EXPECT_EQ(front.text, SideSettings::kNoColour) << "a colour of another system";
+  EXPECT_EQ(ReadSideSettings(settings, SideName::Back).text, 255);
+
+  front = {.font = "DejaVu Serif", .points = 31, .fixed_pitch = true, .text = 0x102030, .paper = 0xFFFFFF};
+  WriteSideSettings(front, SideName::Front, settings);
+  const SideSettings read = ReadSideSettings(settings, SideName::Front);
+  EXPECT_EQ(read.font, front.font);
+  EXPECT_EQ(read.points, 31);
+  EXPECT_TRUE(read.fixed_pitch);
+  EXPECT_EQ(read.text, 0x102030);
+  EXPECT_EQ(read.paper, 0xFFFFFF);
+  EXPECT_EQ(ReadSideSettings(settings, SideName::Back).text, 255);
+
+  RemoveSideSettings(SideName::Front, settings);
+  EXPECT_EQ(settings.Text(), "[FontV]\nCharset=1\n[ClText]\nH=255\n\n[ColorV]\n") << "a foreign key stays";
+}
+
+TEST(Settings, PlacesAreKeptWithTheSuffixOfTheirWindow) {
+  IniFile settings;
+  EXPECT_FALSE(HasPlace(settings, "W"));
+  WritePlace({.x = -4, .y = 5, .width = 600, .height = 154}, "W", settings);
+  EXPECT_TRUE(HasPlace(settings, "W"));
+  EXPECT_EQ(settings.GetInt("POS", "cyW", 0), 154);
+  EXPECT_FALSE(settings.Has("POS", "maxW")) << "never maximised";
+  EXPECT_EQ(ReadPlace(settings, "W", {}).x, -4);
+  EXPECT_EQ(ReadPlace(settings, "V", {.x = 3, .y = 628, .width = 573, .height = 126}).y, 628);
+  settings.SetInt("POS", "xW", INT64_MIN);
+  EXPECT_EQ(ReadPlace(settings, "W", {}).x, -100000);
+}
+
+TEST(Settings, LimitsOfBoxesAreCutToTheirFields) {
+  const BoxLimits limits = ReadBoxLimits(Parsed("[Leitner]\nFach1=1000\nFach2=-1\nFach5=99999\n"));
+  EXPECT_EQ(limits.cards, (std::array<int64_t, kLimitedBoxes>{999, 0, 100, 250, 99999}));
+}
+
+}  // namespace
+}  // namespace tessaro
