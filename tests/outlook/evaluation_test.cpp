@@ -1,0 +1,315 @@
+#include <ctime>
+#include <numeric>
+#include <set>
+
+#include "cards/due_rule.h"
+#include "outlook/activity.h"
+#include "outlook/due_count.h"
+#include "outlook/knowledge.h"
+#include "outlook/prediction_check.h"
+#include "tests/outlook/outlook_fixture.h"
+
+namespace tessaro {
+namespace {
+
+template <typename Spans>
+std::vector<int> AllRows(const Spans& spans) {
+  std::vector<int> rows;
+  for (const std::vector<int>& part : spans) rows.insert(rows.end(), part.begin(), part.end());
+  std::sort(rows.begin(), rows.end());
+  return rows;
+}
+
+std::vector<int> RowsOf(const DeckOutlook& deck) {
+  std::vector<int> rows;
+  for (const CardTrace& trace : deck.answered) rows.push_back(trace.row);
+  return rows;
+}
+
+// Answers of many kinds, some cards of every sort that is counted apart or not at all.
+std::vector<TestCard> MixedDeck() {
+  std::vector<TestCard> deck = DrawDeck(5, 120, 9, kStandardWeights);
+  for (size_t i = 0; i < deck.size(); ++i) {
+    deck[i].score = std::to_string((i % 12) * i * i * 3000);
+    deck[i].time_learned = std::to_string(i * 7 % 90);
+  }
+  deck.push_back(TestCard{});
+  deck.push_back(CardWith({{kNow + 1, 'w'}}));
+  deck.push_back(CardWith({{kNow - 5, 'w'}, {kNow + kDay, 'f'}}));
+  TestCard navigation = CardWith({{kNow - kDay, 'w'}});
+  navigation.question = "<navigation>";
+  deck.push_back(navigation);
+  TestCard variant = CardWith({{kNow - kDay, 'w'}});
+  variant.answer = "<+++>";
+  deck.push_back(variant);
+  TestCard marked = CardWith({{kNow - kDay, 'w'}});
+  marked.id = "00#001";
+  deck.push_back(marked);
+  TestCard letterless = CardWith({{kNow - kDay, 'x'}});
+  deck.push_back(letterless);
+  return deck;
+}
+
+class Evaluation : public OutlookTest {};
+
+TEST_F(Evaluation, PutsEveryCardWhereItCounts) {
+  Open(MixedDeck());
+  const DeckOutlook deck = Read();
+  EXPECT_EQ(deck.answered.size(), 120U);
+  EXPECT_EQ(deck.new_rows, (std::vector{122, 128}));
+  EXPECT_EQ(deck.future_rows, (std::vector{123, 124}));
+  EXPECT_EQ(deck.counted(), 122);
+  EXPECT_EQ(deck.answers, 120 * 9);
+  EXPECT_EQ(deck.TraceOf(122), nullptr);
+  EXPECT_EQ(deck.TraceOf(50)->row, 50);
+}
+
+TEST_F(Evaluation, OfADeckWithoutCardsIsEmpty) {
+  TestCard navigation;
+  navigation.question = "<navigation>";
+  Open({navigation});
+  const DeckOutlook deck = Read();
+  EXPECT_EQ(deck.counted(), 0);
+  EXPECT_EQ(deck.weights, kStandardWeights);
+  EXPECT_EQ(Finish(KnowledgeCount(file, deck)).known, 0);
+  EXPECT_EQ(Finish(PredictionCheck(file, kNow, std::nullopt)).answers, 0);
+}
+
+TEST_F(Evaluation, MeasuresWhatAnAnswerTakes) {
+  const std::vector<TestAnswer> one = {{kNow - kDay, 'w'}};
+  const std::vector<TestAnswer> full(64, {kNow - kDay, 'w'});
+  std::vector<TestAnswer> many(60, {kNow - kDay, 'w'});
+  struct Case {
+    const char* name;
+    std::vector<TestCard> cards;
+    double seconds;
+  };
+  const Case cases[] = {
+      {"too few answers", {CardWith(one, 1, 20)}, 8},
+      {"enough", {CardWith(many, 1, 600)}, 10},
+      {"full histories tell nothing", {CardWith(many, 1, 600), CardWith(full, 1, 90000)}, 10},
+      {"cards without a time tell nothing", {CardWith(many, 1, 600), CardWith(many, 1, 0)}, 10},
+      {"hasty", {CardWith(many, 1, 30)}, 2},
+      {"slow", {CardWith(many, 1, int64_t{1} << 62)}, 120},
+  };
+  for (const Case& c : cases) {
+    Open(c.cards);
+    EXPECT_DOUBLE_EQ(Read().seconds_per_answer, c.seconds) << c.name;
+  }
+}
+
+TEST_F(Evaluation, CountsFurtherAnswersOnTheDayOfAMiss) {
+  const int64_t noon = days.StartOf(days.DayOf(kNow) - 3) + 12 * kHour;
+  Open({CardWith({{noon, 'f'}, {noon + 60, 'f'}, {noon + 120, 'w'}, {noon + kDay, 'f'}}),
+        CardWith({{noon, 'w'}, {noon + 60, 'w'}})});
+  // Two days with a miss, two further answers on the first of them.
+  EXPECT_DOUBLE_EQ(Read().repeats_after_miss, 1);
+  EXPECT_EQ(Read().session_hour, 12);
+  Open({CardWith({{noon, 'f'}, {noon + 60, 'w'}, {noon + 120, 'w'}})});
+  EXPECT_DOUBLE_EQ(Read().repeats_after_miss, 2);
+}
+
+TEST_F(Evaluation, ListsTheCardsThatTookMostTime) {
+  std::vector<TestCard> cards;
+  for (int i = 0; i < 60; ++i) cards.push_back(CardWith({{kNow - kDay, 'w'}}, 1, i % 30));
+  cards[7].time_learned = "viel";
+  Open(cards);
+  const DeckOutlook deck = Read();
+  ASSERT_EQ(deck.costs.size(), DeckOutlook::kCosts);
+  EXPECT_EQ(deck.costs[0].row, 31);
+  EXPECT_EQ(deck.costs[1].row, 61);
+  EXPECT_EQ(deck.seconds_learned, 2 * 29 * 30 / 2 - 7);
+  for (size_t i = 1; i < deck.costs.size(); ++i) EXPECT_GE(deck.costs[i - 1].seconds, deck.costs[i].seconds);
+}
+
+TEST_F(Evaluation, BarsHoldEachAnsweredCardOnce) {
+  Open(MixedDeck());
+  const DeckOutlook deck = Read();
+  const Knowledge knowledge = Finish(KnowledgeCount(file, deck));
+  EXPECT_EQ(AllRows(knowledge.by_recall), RowsOf(deck));
+  EXPECT_EQ(AllRows(knowledge.by_retention), RowsOf(deck));
+  double known = 0;
+  for (const CardTrace& trace : deck.answered) known += RecallAt(trace, deck.weights, kNow);
+  EXPECT_NEAR(knowledge.known, known, 1e-9);
+  for (const int64_t horizon : {7, 30, 90, 365}) {
+    std::vector<std::vector<int>> spans;
+    for (const DueSpan& span : Finish(DueCount(file, deck, {}, days, horizon))) spans.push_back(span.rows);
+    EXPECT_EQ(AllRows(spans), RowsOf(deck)) << horizon;
+  }
+}
+
+TEST(Knowledge, ClassesBeginAtTheirLowerBound) {
+  const std::pair<double, size_t> recalls[] = {{0, 0},  {.4999, 0}, {.5, 1},  {.5999, 1}, {.6, 2},
+                                               {.9, 5}, {.9499, 5}, {.95, 6}, {1, 6}};
+  for (const auto& [recall, expected] : recalls) EXPECT_EQ(CardClassOf(recall), expected) << recall;
+  EXPECT_EQ(RecallClassOf(.31), 3U);
+  const std::pair<int64_t, size_t> scores[] = {
+      {-1, 0}, {0, 0}, {1, 1}, {3600, 1}, {3601, 2}, {86'400, 2}, {31'536'000, 9}, {31'536'001, 10}, {kMaxScore, 10}};
+  for (const auto& [score, expected] : scores) EXPECT_EQ(RetentionClassOf(score), expected) << score;
+}
+
+// In spans of every length, on the night of a day with 23 hours too.
+TEST_F(Evaluation, ActivityCountsWhatWasAnsweredOnADay) {
+  const int64_t today = days.DayOf(kNow);
+  const int64_t start = days.StartOf(today);
+  Open({CardWith({{start - 1, 'f'}, {start, 'w'}, {start + 1, 'w'}}),
+        CardWith({{days.StartOf(today - 29) - 1, 'w'}, {days.StartOf(today - 29), 'f'}}),
+        CardWith({{kNow - 10, 'w'}, {kNow + 1, 'w'}})});
+  const std::vector<ActivitySpan> month = Finish(ActivityCount(file, kNow, days, ActivityPeriod::Month));
+  ASSERT_EQ(month.size(), 30U);
+  EXPECT_EQ(month[29].known, 2);
+  EXPECT_EQ(month[29].rows, std::vector{2});
+  EXPECT_EQ(month[28].missed, 1);
+  EXPECT_EQ(month[0].missed, 1);
+  const std::vector<ActivitySpan> year = Finish(ActivityCount(file, kNow, days, ActivityPeriod::Year));
+  ASSERT_EQ(year.size(), 53U);
+  int64_t answers = 0;
+  for (const ActivitySpan& span : year) answers += span.answers();
+  EXPECT_EQ(answers, 5);
+  EXPECT_LE(year.back().first_day, today);
+  EXPECT_GT(year.back().first_day + 7, today);
+}
+
+TEST_F(Evaluation, PredictionsOfAPeriodDoNotKnowItsAnswers) {
+  const int64_t start = kNow - 330 * kDay;
+  std::vector<TestCard> deck = DrawDeck(11, 200, 12, kStandardWeights);
+  Open(deck);
+  PredictionCheck before(file, kNow, start);
+  while (before.Step(50)) {
+  }
+  const PredictionReport report = before.Take();
+  EXPECT_GT(report.answers, 300);
+  for (TestCard& card : deck) {
+    const AnswerSeries series = ReadAnswers(card.time_row, card.yes_no_row);
+    for (int i = 0; i < series.count; ++i) {
+      const StoredAnswer& answer = series.answers[static_cast<size_t>(i)];
+      if (answer.time < start) continue;
+      card.yes_no_row[static_cast<size_t>(series.count - 1 - i)] = answer.known ? 'f' : 'w';
+    }
+  }
+  Open(deck);
+  PredictionCheck after(file, kNow, start);
+  while (after.Step(50)) {
+  }
+  EXPECT_EQ(before.WeightsFor(2), after.WeightsFor(2));
+  EXPECT_NE(after.WeightsFor(2), kStandardWeights);
+  EXPECT_EQ(after.Take().usual_loss.has_value(), true);
+}
+
+// One answer of each card in the period: then its prediction is made of what was before and nothing else.
+TEST_F(Evaluation, TurningAnAnswerChangesNoPredictionForIt) {
+  std::vector<TestCard> deck;
+  for (int i = 0; i < 150; ++i) {
+    const int64_t old = kNow - (60 + i % 40) * kDay;
+    deck.push_back(CardWith({{old, i % 5 ? 'w' : 'f'}, {old + 3 * kDay, i % 3 ? 'w' : 'f'}, {kNow - i * 60, 'w'}}));
+  }
+  Open(deck);
+  const PredictionReport one = Finish(PredictionCheck(file, kNow, kNow - 30 * kDay));
+  for (TestCard& card : deck) card.yes_no_row[0] = 'f';
+  Open(deck);
+  const PredictionReport other = Finish(PredictionCheck(file, kNow, kNow - 30 * kDay));
+  EXPECT_EQ(one.answers, 150);
+  EXPECT_EQ(one.predicted, other.predicted);
+  for (size_t i = 0; i < kRecallClasses; ++i) EXPECT_EQ(one.classes[i].rows, other.classes[i].rows);
+  EXPECT_EQ(one.known, 150);
+  EXPECT_EQ(other.known, 0);
+  // That deck behaved like no average before.
+  EXPECT_GT(other.log_loss, *one.usual_loss);
+}
+
+TEST_F(Evaluation, HalvesOfTheCardsPredictEachOther) {
+  Open(DrawDeck(21, 400, 10, kStandardWeights));
+  PredictionCheck check(file, kNow, std::nullopt);
+  while (check.Step(100)) {
+  }
+  EXPECT_NE(check.WeightsFor(2), check.WeightsFor(3));
+  const PredictionReport report = check.Take();
+  EXPECT_EQ(report.answers, 400 * 9);
+  EXPECT_LT(report.mean_error, 0.05);
+  EXPECT_LT(report.log_loss, *report.usual_loss);
+  EXPECT_NEAR(report.predicted / 3600, static_cast<double>(report.known) / 3600, 0.02);
+  int64_t answers = 0;
+  for (const PredictionClass& found : report.classes) answers += found.answers;
+  EXPECT_EQ(answers, report.answers);
+}
+
+TEST(Predictions, WilsonIntervalHoldsItsWorkedExamples) {
+  const Share some = WilsonInterval(8, 10);
+  EXPECT_NEAR(some.low, 0.4902, 0.0001);
+  EXPECT_NEAR(some.high, 0.9433, 0.0001);
+  EXPECT_NEAR(WilsonInterval(20, 20).low, 0.8389, 0.0001);
+  EXPECT_NEAR(WilsonInterval(0, 20).low, 0, 1e-12);
+}
+
+// The zone of the tests: the days below have 23 and 25 hours in it.
+class InBerlin : public OutlookTest {
+ protected:
+  void SetUp() override {
+    setenv("TZ", "Europe/Berlin", 1);
+    tzset();
+  }
+  void TearDown() override {
+    unsetenv("TZ");
+    tzset();
+  }
+};
+
+TEST_F(InBerlin, DaysHaveTheirTrueLengths) {
+  constexpr int64_t kSpring = 1'711'839'600;  // 2024-03-31 00:00
+  constexpr int64_t kAutumn = 1'729'980'000;  // 2024-10-27 00:00
+  for (const auto& [start, hours] : {std::pair{kSpring, 23}, std::pair{kAutumn, 25}}) {
+    const int64_t day = days.DayOf(start);
+    EXPECT_EQ(days.StartOf(day), start);
+    EXPECT_EQ(days.DayOf(start - 1), day - 1);
+    EXPECT_EQ(days.DayOf(start + hours * kHour - 1), day);
+    EXPECT_EQ(days.DayOf(start + hours * kHour), day + 1);
+    EXPECT_EQ(days.HourOf(day, 12), start + (hours - 12) * kHour);
+  }
+  for (const int64_t odd : {int64_t{0}, int64_t{-1}, int64_t{1} << 62, -(int64_t{1} << 62)}) (void)days.DayOf(odd);
+}
+
+TEST_F(InBerlin, CardsAreDueOnTheirDay) {
+  constexpr int64_t kNoon = 1'711'796'400;  // 2024-03-30 12:00, the day before the short one
+  constexpr int64_t kMidnight = kNoon + 12 * kHour;
+  const auto known = [&](int64_t due) { return CardWith({{kNoon - 100, 'w'}}, due - (kNoon - 100)); };
+  struct Case {
+    const char* name;
+    TestCard card;
+    double weight;
+    size_t span;  // overdue, today, tomorrow ...
+  };
+  const Case cases[] = {
+      {"a second ago", known(kNoon - 1), 1, 0},
+      {"this second", known(kNoon), 1, 1},
+      {"before midnight", known(kMidnight - 1), 1, 1},
+      {"at midnight", known(kMidnight), 1, 2},
+      {"at the end of the short day", known(kMidnight + 23 * kHour - 1), 1, 2},
+      {"after it", known(kMidnight + 23 * kHour), 1, 3},
+      {"weighted", CardWith({{kNoon - 100, 'w'}}, 12 * kHour), 2.5, 2},
+      {"not known", CardWith({{kNoon - 100, 'f'}}, 99999), 1, 0},
+      {"known without a retention time", CardWith({{kNoon - 100, 'w'}}, 0), 1, 0},
+      {"in a week", known(kMidnight + 7 * kDay - kHour), 1, 9},
+      {"never", CardWith({{kNoon - 100, 'w'}}, kMaxScore), 4, 9},
+  };
+  for (const Case& c : cases) {
+    Open({c.card});
+    const DeckOutlook deck = Read(kNoon);
+    const std::vector<DueSpan> spans = Finish(DueCount(file, deck, {.retention_weight = c.weight}, days, 7));
+    ASSERT_EQ(spans.size(), 10U);
+    for (size_t i = 0; i < spans.size(); ++i) EXPECT_EQ(spans[i].rows.size(), i == c.span ? 1U : 0U) << c.name << i;
+  }
+}
+
+TEST_F(Evaluation, MinutesOfADayHoldTheRepeatsAfterMisses) {
+  const int64_t noon = days.StartOf(days.DayOf(kNow) - 3) + 12 * kHour;
+  Open({CardWith({{noon, 'f'}, {noon + 60, 'w'}}, kDay)});
+  const DeckOutlook deck = Read();
+  const std::vector<DueSpan> spans = Finish(DueCount(file, deck, {}, days, 90));
+  const double missed = 1 - RecallAt(deck.answered[0], deck.weights, kNow);
+  EXPECT_NEAR(spans[0].minutes, 8.0 / 60 * (1 + missed), 1e-9);
+  EXPECT_EQ(spans.size(), 2U + 13 + 1);
+  EXPECT_EQ(spans[14].days, 6);
+}
+
+}  // namespace
+}  // namespace tessaro

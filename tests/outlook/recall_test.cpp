@@ -1,0 +1,188 @@
+#include "outlook/recall.h"
+
+#include <cmath>
+
+#include "outlook/recall_fit.h"
+#include "tests/outlook/outlook_fixture.h"
+
+namespace tessaro {
+namespace {
+
+AnswerSeries SeriesOf(const TestCard& card) {
+  return ReadAnswers(card.time_row, card.yes_no_row);
+}
+
+std::vector<AnswerSeries> SeriesOf(const std::vector<TestCard>& deck) {
+  std::vector<AnswerSeries> all;
+  for (const TestCard& card : deck) all.push_back(SeriesOf(card));
+  return all;
+}
+
+RecallWeights Fit(const std::vector<AnswerSeries>& deck) {
+  FitSamples samples;
+  for (const AnswerSeries& series : deck) samples.AddCard(series);
+  return RecallFit(samples.TakeSamples()).Solve();
+}
+
+TEST(Recall, IsThatOfWorkedExamples) {
+  struct Case {
+    const char* name;
+    std::vector<TestAnswer> answers;  // in days
+    std::array<double, 5> recall;     // after 10 minutes, 1, 7, 30, 365 days
+  };
+  const int64_t day = kDay;
+  const Case cases[] = {
+      {"w", {{0, 'w'}}, {.9632, .9331, .8881, .8388, .7159}},
+      {"f", {{0, 'f'}}, {.8417, .7225, .5969, .4926, .3199}},
+      {"w0 w1 w4", {{0, 'w'}, {day, 'w'}, {4 * day, 'w'}}, {.9829, .9676, .9405, .9040, .7899}},
+      {"five spaced",
+       {{0, 'w'}, {day, 'w'}, {4 * day, 'w'}, {12 * day, 'w'}, {30 * day, 'w'}},
+       {.9886, .9788, .9626, .9412, .8679}},
+      {"relearned",
+       {{0, 'w'}, {day, 'w'}, {4 * day, 'w'}, {12 * day, 'f'}, {12 * day + 600, 'w'}},
+       {.9577, .9235, .8728, .8182, .6856}},
+      {"massed",
+       {{0, 'w'}, {60, 'w'}, {120, 'w'}, {180, 'w'}, {240, 'w'}, {300, 'w'}},
+       {.9611, .8993, .8130, .7173, .5016}},
+      {"alternating",
+       {{0, 'f'},
+        {2 * day, 'w'},
+        {4 * day, 'f'},
+        {6 * day, 'w'},
+        {8 * day, 'f'},
+        {10 * day, 'w'},
+        {12 * day, 'f'},
+        {14 * day, 'w'},
+        {16 * day, 'f'}},
+       {.7806, .6353, .4977, .3939, .2394}},
+      {"w0 w1 f30", {{0, 'w'}, {day, 'w'}, {30 * day, 'f'}}, {.9008, .8163, .7165, .6237, .4454}},
+  };
+  const int64_t elapsed[] = {10 * kMinute, day, 7 * day, 30 * day, 365 * day};
+  for (const Case& c : cases) {
+    std::vector<TestAnswer> answers = c.answers;
+    for (TestAnswer& answer : answers) answer.time += kNow;
+    const MemoryTrace trace = TraceOf(SeriesOf(CardWith(answers)));
+    for (size_t i = 0; i < std::size(elapsed); ++i) {
+      EXPECT_NEAR(RecallAt(trace, kStandardWeights, answers.back().time + elapsed[i]), c.recall[i], 0.00005)
+          << c.name << " after " << elapsed[i];
+    }
+  }
+}
+
+TEST(Recall, ReadsEveryFormOfAHistory) {
+  struct Case {
+    const char* name;
+    std::string times;
+    std::string letters;
+    std::string expected;  // oldest first
+  };
+  const std::string rest(62, 'f');
+  const std::string zeros = [] {
+    std::string text;
+    for (int i = 0; i < 61; ++i) text += "0 ";
+    return text;
+  }();
+  const Case cases[] = {
+      {"after an answer", "300 200 " + zeros + "0 ", "wf" + rest, "f200 w300"},
+      {"after an undo", "300 200 " + zeros, "wf" + rest, "f200 w300"},
+      {"short rows", "300 200 100", "ww", "w200 w300"},
+      {"a letter that is none", "300 200 100", "wxw" + rest, "w300"},
+      {"a gap in the times", "300 0 100", "www" + rest, "w300"},
+      {"falling times stay", "200 300 100", "www" + rest, "w100 w300 w200"},
+      {"oldest too old", "200000000 199999999 100000000", "www" + rest, "w199999999 w200000000"},
+      {"a time before all times", "300 -5 -9", "www" + rest, "w300"},
+      {"nothing", "", "", ""},
+      {"new", "0 " + zeros, "f" + rest, ""},
+  };
+  for (const Case& c : cases) {
+    std::string text;
+    for (const StoredAnswer& answer : ReadAnswers(c.times, c.letters)) {
+      text += std::string(text.empty() ? "" : " ") + (answer.known ? "w" : "f") + std::to_string(answer.time);
+    }
+    EXPECT_EQ(text, c.expected) << c.name;
+  }
+}
+
+// Also of decks that push a slope up: those whose cards are known the better the longer they were left alone.
+TEST(Recall, NeverRisesWithTime) {
+  std::vector<RecallWeights> all_weights = {kStandardWeights};
+  for (uint32_t seed = 1; seed <= 4; ++seed) {
+    RecallWeights upside_down = kStandardWeights;
+    for (const size_t slope : kSlopes) upside_down[slope] = 0.1 * seed;
+    const RecallWeights fitted = Fit(SeriesOf(DrawDeck(seed, 400, 12, upside_down)));
+    EXPECT_EQ(*std::max_element(fitted.begin() + kKnownDay, fitted.begin() + kMissShare), kGentlestSlope);
+    all_weights.push_back(fitted);
+  }
+  for (const RecallWeights& weights : all_weights) {
+    for (const TestCard& card : DrawDeck(99, 50, 9, kStandardWeights)) {
+      const MemoryTrace trace = TraceOf(SeriesOf(card));
+      double before = 1;
+      for (int64_t elapsed = 0; elapsed < 2000 * kDay; elapsed = elapsed * 5 / 4 + 1) {
+        const double recall = RecallAt(trace, weights, trace.newest + elapsed);
+        ASSERT_LE(recall, before);
+        ASSERT_GT(recall, 0);
+        before = recall;
+      }
+    }
+  }
+}
+
+TEST(RecallFit, GivesTheStandardWeightsBitByBitWithoutAnswers) {
+  EXPECT_EQ(Fit({}), kStandardWeights);
+  EXPECT_EQ(Fit(SeriesOf({CardWith({{kNow, 'w'}}), TestCard{}})), kStandardWeights);
+}
+
+TEST(RecallFit, PredictsADeckThatDiffersFromTheStandard) {
+  RecallWeights own = kStandardWeights;
+  own[kBase] -= 0.3;
+  own[kLater] -= 0.15;
+  const std::vector<AnswerSeries> deck = SeriesOf(DrawDeck(7, 500, 11, own));
+  const RecallWeights fitted = Fit(deck);
+  double error = 0;
+  double error_of_standard = 0;
+  for (const AnswerSeries& series : deck) {
+    MemoryTrace trace;
+    for (const StoredAnswer& answer : series) {
+      if (trace.answers > 0) {
+        error += RecallAt(trace, fitted, answer.time) - (answer.known ? 1 : 0);
+        error_of_standard += RecallAt(trace, kStandardWeights, answer.time) - (answer.known ? 1 : 0);
+      }
+      FollowAnswer(trace, answer);
+    }
+  }
+  constexpr double kAnswers = 500 * 10;
+  EXPECT_NEAR(error / kAnswers, 0, 0.01);
+  EXPECT_GT(error_of_standard / kAnswers, 0.05);
+}
+
+TEST(RecallFit, DoesNotDependOnTheOrderOfTheCards) {
+  std::vector<AnswerSeries> deck = SeriesOf(DrawDeck(3, 300, 8, kStandardWeights));
+  const RecallWeights one = Fit(deck);
+  std::reverse(deck.begin(), deck.end());
+  const RecallWeights other = Fit(deck);
+  for (size_t i = 0; i < kRecallTerms; ++i) EXPECT_NEAR(one[i], other[i], 1e-9);
+  EXPECT_NE(one, kStandardWeights);
+}
+
+// A step of Newton's method from predictions that are sure and all wrong goes far beyond.
+TEST(RecallFit, EndsAtTheBestWeightsOfADeckAgainstAllExpectation) {
+  const std::vector<AnswerSeries> deck(15'000, SeriesOf(CardWith({{kNow, 'w'}, {kNow + kDay, 'f'}})));
+  const RecallWeights fitted = Fit(deck);
+  MemoryTrace trace;
+  FollowAnswer(trace, deck[0].Oldest());
+  EXPECT_GT(RecallAt(trace, kStandardWeights, kNow + kDay), 0.9);
+  EXPECT_LT(RecallAt(trace, fitted, kNow + kDay), 0.1);
+}
+
+TEST(FitSamples, KeepsEveryKthCardOfALargeDeck) {
+  const AnswerSeries series = SeriesOf(DrawDeck(1, 1, 64, kStandardWeights)[0]);
+  FitSamples samples;
+  constexpr int kCards = 7000;
+  for (int i = 0; i < kCards; ++i) samples.AddCard(series);
+  EXPECT_EQ(samples.answers(), kCards * 63);
+  // 7000 x 63 = 441,000; every second card is still too much, every fourth is not.
+  EXPECT_EQ(samples.TakeSamples().size(), size_t{kCards / 4 * 63});
+}
+
+}  // namespace
+}  // namespace tessaro
