@@ -50,13 +50,14 @@ QString TF_wnmain::LastFolder() const {
 }
 
 StageObserver TF_wnmain::ShowStages(LongWork& work) {
-  return [this, &work](FileStage stage, uint64_t size) {
+  const auto begun = [this, &work](FileStage stage, uint64_t size) {
     const QString size_text = StageSizeText(stage, size);
     if (!size_text.isEmpty()) label_sizes_.setText(size_text);
     // While saving cards the status line may hold the warning of little space: it stays.
     if (stage != FileStage::SaveCards) ShowStatus(StatusText(stage));
     work.NextStage(StageText(stage), RangeOf(stage, size, file_));
   };
+  return {begun, &work};
 }
 
 void TF_wnmain::FileOpenExecute() {

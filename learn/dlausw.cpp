@@ -82,9 +82,7 @@ void TF_dlausw::BitBtnSortClick() {
 
 void TF_dlausw::BuildOrder() {
   ui_->StatusZeile->setText(u"Leitner-Index aufbauen"_s);
-  Progress() = {.counter = 0, .display = false, .bar = this};
-  std::optional<BoxOrder> order = BuildBoxOrder(file_, clock_.Now());
-  Progress() = {};
+  std::optional<BoxOrder> order = BuildBoxOrder(file_, clock_.Now(), this);
   ui_->StatusZeile->clear();
   if (!order) messages_.Error(this, u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);
   order_ = std::move(order).value_or(BoxOrder());

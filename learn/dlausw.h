@@ -30,7 +30,7 @@ struct MethodDialogState {
 
 // The selection of the learning method. It counts the cards into the Leitner boxes and shows which of them may be
 // learned; accepted, it has a choice. Counting raises the levels of cards, also when no choice follows.
-class TF_dlausw : public QDialog, private ProgressBar {
+class TF_dlausw : public QDialog, private Progress {
   Q_OBJECT
 
  public:

@@ -3,7 +3,6 @@
 #include <limits>
 #include <utility>
 
-#include "platform/progress.h"
 #include "store/index/bisection_order.h"
 
 namespace tessaro {
@@ -17,14 +16,14 @@ constexpr int kProgressStep = 100;  // cards
 
 }  // namespace
 
-std::optional<BoxOrder> BuildBoxOrder(const CardFile& file, int64_t now) {
+std::optional<BoxOrder> BuildBoxOrder(const CardFile& file, int64_t now, Progress* progress) {
   const CardReader cards(file);
   BoxOrder rows;
   std::vector<int64_t> keys;
   int64_t late_key = kBehindAllTimes;
   for (int row = cards.LastCardRow(); row >= kFirstCardRow; --row) {
     if (cards.Id(row).empty()) return std::nullopt;
-    if (row % kProgressStep == 0) Progress().ShowPosition(cards.LastCardRow() - row);
+    if (progress != nullptr && row % kProgressStep == 0) progress->SetPosition(cards.LastCardRow() - row);
     if (cards.IsNavigation(row)) continue;
     const int64_t time = NewestTime(cards.TimeRow(row).substr(0, kTimeCharacters));
     rows.push_back(row);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "learn/selection_method.h"
+#include "platform/progress.h"
 
 namespace tessaro {
 
@@ -12,8 +13,9 @@ namespace tessaro {
 using BoxOrder = std::vector<int>;  // card table rows
 
 // The order at the time `now`. Among equal times it is that of the index builder's bisection; cards whose newest answer
-// is later than `now` stand last. Moves the progress bar; nothing when the table has a card row without an ID.
-std::optional<BoxOrder> BuildBoxOrder(const CardFile& file, int64_t now);
+// is later than `now` stand last. `progress`, which may be null, hears of the rows; nothing when the table has a card
+// row without an ID.
+std::optional<BoxOrder> BuildBoxOrder(const CardFile& file, int64_t now, Progress* progress = nullptr);
 
 // A box to be learned, as the selection of the method hands it to the run.
 struct LeitnerBox {

@@ -23,11 +23,9 @@ int running = 0;
 LongWork::LongWork(QWidget* window, const Clock& clock)
     : window_(window), clock_(clock), started_(clock.Milliseconds()) {
   ++running;
-  Progress() = {.counter = 0, .display = true, .bar = this};
 }
 
 LongWork::~LongWork() {
-  Progress() = {};
   --running;
   if (waiting_cursor_) QGuiApplication::restoreOverrideCursor();
 }
@@ -37,7 +35,6 @@ bool LongWork::Running() {
 }
 
 void LongWork::NextStage(const QString& text, int64_t range) {
-  Progress().counter = 0;
   text_ = text;
   range_ = range;
   next_look_ = 0;

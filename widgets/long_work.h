@@ -15,7 +15,7 @@ class TF_dlprogress;
 
 // Stands on the stack while work keeps the user waiting. After 0.2 s the cursor says so, after 1 s the progress dialog
 // shows what is done and how far it is; windows go on being painted. Keys and clicks wait until the work is done.
-class LongWork : public ProgressBar {
+class LongWork : public Progress {
  public:
   LongWork(QWidget* window, const Clock& clock);
   ~LongWork() override;

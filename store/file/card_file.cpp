@@ -118,7 +118,7 @@ OpenReport CardFile::LoadCards(const fs::path& path, const StageObserver& observ
   content.cards.SetSeparator(kFieldSeparator);
   content.cards.SetNameFromPath(path.string());
   ContentHash hash;
-  if (!content.cards.LoadFrom(*file, &hash)) return Refused(OpenResult::CannotLoad);
+  if (!content.cards.LoadFrom(*file, &hash, observer.progress)) return Refused(OpenResult::CannotLoad);
   content.stamp = hash.Stamp();
   const CardTableState state = CompleteCards(content.cards);
   if (state == CardTableState::Unusable) return Refused(OpenResult::Unusable);
@@ -256,12 +256,12 @@ IndexDefect CardFile::BuildIndexes(CardContent& content, const CardIds& ids, con
 
 bool CardFile::BuildLearnIndex(CardContent& content, const CardIds& ids, const StageObserver& observer) {
   Tell(observer, FileStage::BuildLearnIndex, static_cast<uint64_t>(ids.RowCount()));
-  return content.learn_index.Build(content.cards, ids);
+  return content.learn_index.Build(content.cards, ids, observer.progress);
 }
 
 bool CardFile::BuildLinkIndex(CardContent& content, const CardIds& ids, const StageObserver& observer) {
   Tell(observer, FileStage::BuildLinkIndex, static_cast<uint64_t>(ids.RowCount()));
-  return content.link_index.Build(content.cards, ids);
+  return content.link_index.Build(content.cards, ids, observer.progress);
 }
 
 void CardFile::Close() {

@@ -135,7 +135,7 @@ class CardFile {
                              const StageObserver& observer);
   SaveResult WriteIndexes(const CardContent& content, const CardFilePaths& paths, const StageObserver& observer);
   template <typename Index>
-  bool WriteIndex(const std::filesystem::path& path, const CardTable& cards, const Index& index);
+  bool WriteIndex(const std::filesystem::path& path, const CardTable& cards, const Index& index, Progress* progress);
   // Puts by the damaged files that a save under these names would lose.
   bool KeepDamaged(CardContent& content, const CardFilePaths& paths);
   bool PutBy(const std::filesystem::path& damaged, const std::filesystem::path& cards);

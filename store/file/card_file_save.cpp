@@ -84,7 +84,7 @@ SaveResult CardFile::WriteFiles(CardContent& content, const CardFilePaths& paths
   if (!KeepDamaged(content, paths)) return SaveResult::CardsFailed;
   const auto write = [&](WritableFile& file) {
     StampingWriter stamped(file);
-    if (!content.cards.SaveTo(stamped)) return false;
+    if (!content.cards.SaveTo(stamped, observer.progress)) return false;
     content.stamp = stamped.Stamp();
     if (&content == &content_) journal_.Written(content.stamp);
     return true;
@@ -104,16 +104,16 @@ SaveResult CardFile::SaveIndexes(const StageObserver& observer) {
 SaveResult CardFile::WriteIndexes(const CardContent& content, const CardFilePaths& paths,
                                   const StageObserver& observer) {
   Tell(observer, FileStage::SaveLearnIndex, 0);
-  const bool learn_saved = WriteIndex(paths.learn_index, content.cards, content.learn_index);
+  const bool learn_saved = WriteIndex(paths.learn_index, content.cards, content.learn_index, observer.progress);
   Tell(observer, FileStage::SaveLinkIndex, 0);
-  const bool link_saved = WriteIndex(paths.link_index, content.cards, content.link_index);
+  const bool link_saved = WriteIndex(paths.link_index, content.cards, content.link_index, observer.progress);
   if (!learn_saved) return SaveResult::LearnIndexFailed;
   return link_saved ? SaveResult::Saved : SaveResult::LinkIndexFailed;
 }
 
 template <typename Index>
-bool CardFile::WriteIndex(const fs::path& path, const CardTable& cards, const Index& index) {
-  if (ReplaceFile(disk_, path, [&](WritableFile& file) { return index.SaveTo(file, cards); })) return true;
+bool CardFile::WriteIndex(const fs::path& path, const CardTable& cards, const Index& index, Progress* progress) {
+  if (ReplaceFile(disk_, path, [&](WritableFile& file) { return index.SaveTo(file, cards, progress); })) return true;
   // The old index may look right and yet be that of older scores.
   (void)disk_.Remove(path);
   return false;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/file_lock.h"
+#include "platform/progress.h"
 
 // What opening and saving a card file say about it.
 namespace tessaro {
@@ -37,9 +38,13 @@ enum class FileStage {
   SaveLinkIndex
 };
 // `size` is that of the file to be loaded in bytes, the number of table rows when building, 0 when saving.
-using StageObserver = std::function<void(FileStage stage, uint64_t size)>;
+// `progress`, which may be null, hears how far the stage has come.
+struct StageObserver {
+  std::function<void(FileStage stage, uint64_t size)> begun;
+  Progress* progress = nullptr;
+};
 inline void Tell(const StageObserver& observer, FileStage stage, uint64_t size) {
-  if (observer) observer(stage, size);
+  if (observer.begun) observer.begun(stage, size);
 }
 
 enum class OpenResult {

@@ -127,8 +127,8 @@ void IndexWriter::Row(IndexFields fields) {
     AppendEscaped(fields[i]);
   }
   held_ += line_end_;
-  Progress().counter += static_cast<int64_t>(fields.size());
-  Progress().ShowPosition(Progress().counter);
+  counted_ += static_cast<int64_t>(fields.size());
+  if (progress_ != nullptr) progress_->SetPosition(counted_);
   if (held_.size() >= kHeldBytes) good_ = Finish();
 }
 
@@ -156,8 +156,6 @@ bool ReadIndexTable(const CardTable& table, const IndexFrame& frame, const CardI
 
 bool ReadIndexText(std::string_view text, const IndexFrame& frame, const CardIds& ids, const TakeIndexRow& take) {
   if (text.find('\\') == std::string_view::npos) {
-    Progress().counter += static_cast<int64_t>(text.size());
-    if (Progress().display) Progress().ShowPosition(Progress().counter);
     PlainTextSource source(text);
     return ReadRows(source, frame, ids, take);
   }

@@ -15,6 +15,7 @@
 // a row for each card, an end row. One column holds the row of the card table as decimal text.
 namespace tessaro {
 
+class Progress;
 class WritableFile;
 
 inline constexpr std::string_view kBoxPos = "BoxPos";
@@ -30,11 +31,12 @@ struct IndexFrame {
   IndexFields last;
 };
 
-// Writes the rows as the text of a table file, the column names first.
+// Writes the rows as the text of a table file, the column names first. `progress`, which may be null, hears of the
+// fields.
 class IndexWriter {
  public:
-  IndexWriter(WritableFile& file, LineEnd line_end)
-      : file_(file), line_end_(line_end == LineEnd::CrLf ? "\r\n" : "\n") {}
+  IndexWriter(WritableFile& file, LineEnd line_end, Progress* progress)
+      : file_(file), progress_(progress), line_end_(line_end == LineEnd::CrLf ? "\r\n" : "\n") {}
   void Row(IndexFields fields);
   // Writes what is still held back. False when anything could not be written.
   [[nodiscard]] bool Finish();
@@ -43,6 +45,8 @@ class IndexWriter {
   void AppendEscaped(std::string_view field);
 
   WritableFile& file_;
+  Progress* const progress_;
+  int64_t counted_ = 0;  // fields
   const std::string_view line_end_;
   std::string held_;
   bool good_ = true;

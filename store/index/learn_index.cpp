@@ -40,7 +40,7 @@ const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields};
 
 }  // namespace
 
-bool LearnIndex::Build(const CardTable& cards, const CardIds& ids) {
+bool LearnIndex::Build(const CardTable& cards, const CardIds& ids, Progress* progress) {
   if (!ids.complete()) return false;
   const CardColumns columns = ColumnsOf(cards);
   const int last = cards.RowCount() - 1;
@@ -54,7 +54,7 @@ bool LearnIndex::Build(const CardTable& cards, const CardIds& ids) {
     keys.push_back(key ? *key : LeadingNumber(score));
     built.keys_[static_cast<size_t>(row)] = keys.back();
     if (!key) built.odd_scores_[row] = score;
-    if (row % kProgressStep == 0) Progress().ShowPosition(cards.RowCount() - row);
+    if (progress != nullptr && row % kProgressStep == 0) progress->SetPosition(cards.RowCount() - row);
   }
   std::vector<int32_t> order = BisectionOrder(keys, kEndScore);
   for (int32_t& entry : order) entry = last - entry;
@@ -98,8 +98,8 @@ bool LearnIndex::Adopt(std::string_view text, const CardIds& ids) {
   return AdoptRows(std::bind_front(ReadIndexText, text), ids, LineEndOf(text));
 }
 
-bool LearnIndex::SaveTo(WritableFile& file, const CardTable& cards) const {
-  IndexWriter writer(file, line_end_);
+bool LearnIndex::SaveTo(WritableFile& file, const CardTable& cards, Progress* progress) const {
+  IndexWriter writer(file, line_end_, progress);
   const int id_column = cards.ColumnIndex(kId);
   writer.Row(kColumns);
   writer.Row(kFirstFields);

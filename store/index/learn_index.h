@@ -14,6 +14,7 @@
 
 namespace tessaro {
 
+class Progress;
 class WritableFile;
 
 // The learning index: one row per card, sorted by the card's predicted retention time, the worst-known card first.
@@ -24,7 +25,7 @@ class LearnIndex {
   // Builds the index from the card table as it stands. A card whose score is above that of the end row is left out.
   // False when the card table has a defect (a card row without ID).
   [[nodiscard]] bool Build(const CardTable& cards) { return Build(cards, CardIds(cards)); }
-  [[nodiscard]] bool Build(const CardTable& cards, const CardIds& ids);
+  [[nodiscard]] bool Build(const CardTable& cards, const CardIds& ids, Progress* progress = nullptr);
   // Takes over a table read from a .row file, if it fits the cards: columns, start and end row as they are written,
   // every card exactly once with its own ID, ascending keys. False leaves the index as it was. Takes the bytes of the
   // file as well, which is faster and gives the same.
@@ -33,7 +34,7 @@ class LearnIndex {
   // Whether the cards still stand in the rows in which they stood at Build or Adopt.
   bool Fits(const CardIds& ids) const { return built_ && fingerprint_ == ids.fingerprint(); }
   // Writes the text of the .row file; IDs are those of the cards.
-  [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards) const;
+  [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards, Progress* progress = nullptr) const;
 
   // Rows with start and end row; 0 before the first Build or Adopt.
   int RowCount() const { return built_ ? sequence_.size() + 2 : 0; }

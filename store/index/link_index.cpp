@@ -26,14 +26,14 @@ const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields};
 
 }  // namespace
 
-bool LinkIndex::Build(const CardTable& cards, const CardIds& ids) {
+bool LinkIndex::Build(const CardTable& cards, const CardIds& ids, Progress* progress) {
   if (!ids.complete()) return false;
   const int last = cards.RowCount() - 1;
   std::vector<int64_t> keys;
   if (last >= kFirstCardRow) keys.reserve(static_cast<size_t>(last));
   for (int row = last; row >= kFirstCardRow; --row) {
     keys.push_back(ids.number(row) != kNotSixDigits ? ids.number(row) : LeadingNumber(ids.Text(row)));
-    if (row % kProgressStep == 0) Progress().ShowPosition(cards.RowCount() - row);
+    if (progress != nullptr && row % kProgressStep == 0) progress->SetPosition(cards.RowCount() - row);
   }
   rows_ = BisectionOrder(keys, kEndId);
   ids_.clear();
@@ -76,8 +76,8 @@ bool LinkIndex::Adopt(std::string_view text, const CardIds& ids) {
   return AdoptRows(std::bind_front(ReadIndexText, text), ids, LineEndOf(text));
 }
 
-bool LinkIndex::SaveTo(WritableFile& file, const CardTable& cards) const {
-  IndexWriter writer(file, line_end_);
+bool LinkIndex::SaveTo(WritableFile& file, const CardTable& cards, Progress* progress) const {
+  IndexWriter writer(file, line_end_, progress);
   const int id_column = cards.ColumnIndex(kId);
   writer.Row(kColumns);
   writer.Row(kFirstFields);

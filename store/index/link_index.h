@@ -10,6 +10,7 @@
 
 namespace tessaro {
 
+class Progress;
 class WritableFile;
 
 // The link index: card numbers in ascending order with the card table row of each, so that a link finds its card.
@@ -17,11 +18,11 @@ class LinkIndex {
  public:
   // As with LearnIndex, for the .idt file. A card number above 999999 is left out.
   [[nodiscard]] bool Build(const CardTable& cards) { return Build(cards, CardIds(cards)); }
-  [[nodiscard]] bool Build(const CardTable& cards, const CardIds& ids);
+  [[nodiscard]] bool Build(const CardTable& cards, const CardIds& ids, Progress* progress = nullptr);
   [[nodiscard]] bool Adopt(const CardTable& table, const CardIds& ids);
   [[nodiscard]] bool Adopt(std::string_view text, const CardIds& ids);
   bool Fits(const CardIds& ids) const { return built_ && fingerprint_ == ids.fingerprint(); }
-  [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards) const;
+  [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards, Progress* progress = nullptr) const;
 
   // Rows with start and end row; 0 before the first Build or Adopt.
   int RowCount() const { return built_ ? static_cast<int>(rows_.size()) + 2 : 0; }

@@ -227,9 +227,9 @@ bool CardTable::LoadFromFile(const fs::path& path) {
   return true;
 }
 
-bool CardTable::LoadFrom(ReadableFile& file, ContentHash* hash) {
+bool CardTable::LoadFrom(ReadableFile& file, ContentHash* hash, Progress* progress) {
   TableContent content;
-  if (!TableReader(file, state_->separator, content, hash).Read()) return false;
+  if (!TableReader(file, state_->separator, content, hash, progress).Read()) return false;
   state_->TakeOver(std::move(content));
   return true;
 }
@@ -261,8 +261,8 @@ bool CardTable::Replace(const fs::path& path) {
   return false;
 }
 
-bool CardTable::SaveTo(WritableFile& file) {
-  if (!TableWriter(file, state_->separator, state_->content).Write()) return false;
+bool CardTable::SaveTo(WritableFile& file, Progress* progress) {
+  if (!TableWriter(file, state_->separator, state_->content, progress).Write()) return false;
   state_->ahead = 0;
   if (RowCount() > 0) Last();
   return true;

@@ -12,6 +12,7 @@
 namespace tessaro {
 
 class ContentHash;
+class Progress;
 class ReadableFile;
 class WritableFile;
 
@@ -90,10 +91,11 @@ class CardTable {
   // replaced as a whole, after everything was written beside it, and on a failure it is as it was. Does not wait for
   // the disk. Anything but a plain file, a device for example, is written directly.
   [[nodiscard]] bool SaveToFile(const std::filesystem::path& path);
-  // Read and write the same format from and to an open file, from its start. `hash` takes all bytes of the file. SaveTo
-  // neither flushes nor closes it; after a failure the file holds the beginning.
-  [[nodiscard]] bool LoadFrom(ReadableFile& file, ContentHash* hash = nullptr);
-  [[nodiscard]] bool SaveTo(WritableFile& file);
+  // Read and write the same format from and to an open file, from its start. `hash` takes all bytes of the file;
+  // `progress` hears of characters read and fields written. SaveTo neither flushes nor closes it; after a failure the
+  // file holds the beginning.
+  [[nodiscard]] bool LoadFrom(ReadableFile& file, ContentHash* hash = nullptr, Progress* progress = nullptr);
+  [[nodiscard]] bool SaveTo(WritableFile& file, Progress* progress = nullptr);
   // The name is the text before the last "." of the path, from the last ":", "\" or "/" before that point on.
   // Deliberate: a point in a folder's name counts like any other.
   void SetNameFromPath(std::string_view path);

@@ -68,14 +68,14 @@ struct TableReader::SecondHalf {
 };
 
 TableReader::TableReader(ReadableFile& file, char separator, TableContent& content, ContentHash* hash,
-                         size_t least_split)
+                         Progress* progress, size_t least_split)
     : file_(&file),
       separator_(separator),
       plain_(separator != '\n' && separator != '\\' && separator != '\r'),
       least_split_(least_split),
       content_(content),
       hash_(hash),
-      progress_(&Progress()) {}
+      progress_(progress) {}
 
 TableReader::TableReader(const TableReader& first, ReadableFile& file, size_t start, TableContent& content,
                          ContentHash* hash)
@@ -182,7 +182,7 @@ bool TableReader::JoinSecondHalf() {
   // A file that has become shorter meanwhile ends before the middle.
   if (at_end_) return ReadRows();
   TableReader& second = half->reader;
-  progress_->counter += second.counted_;
+  counted_ += second.counted_;
   if (hash_ != nullptr) hash_->Append(std::move(half->hash));
   size_ = second.in_lines_ ? second.first_line_ : second.size_;
   if (!good || !ReadRows()) return false;
@@ -340,15 +340,11 @@ void TableReader::AddRow(bool as_written) {
 }
 
 void TableReader::Count(size_t characters) {
-  const auto count = static_cast<int64_t>(characters);
-  if (progress_ == nullptr) {
-    counted_.store(counted_.load(std::memory_order_relaxed) + count, std::memory_order_relaxed);
-    return;
-  }
-  progress_->counter += count;
-  if (!progress_->display) return;
+  const int64_t counted = counted_.load(std::memory_order_relaxed) + static_cast<int64_t>(characters);
+  counted_.store(counted, std::memory_order_relaxed);
+  if (progress_ == nullptr) return;
   const int64_t behind = second_half_ ? second_half_->reader.counted_.load(std::memory_order_relaxed) : 0;
-  progress_->ShowPosition(progress_->counter + behind);
+  progress_->SetPosition(counted + behind);
 }
 
 }  // namespace tessaro

@@ -13,7 +13,7 @@ namespace tessaro {
 
 class ContentHash;
 class ReadableFile;
-struct ProgressState;
+class Progress;
 
 // Reads a table file into an empty content, once. The file is read piece by piece into one block, and each piece is
 // taken apart while it is still in the processor's cache. Escapes are undone in place: the text of a row after an
@@ -26,9 +26,9 @@ class TableReader {
   // Smaller files are read in one go.
   static constexpr size_t kLeastSplit = size_t{8} << 20;
 
-  // `hash`, which may be null, takes all bytes read.
+  // `hash`, which may be null, takes all bytes read; `progress`, which may be null too, hears of the characters read.
   TableReader(ReadableFile& file, char separator, TableContent& content, ContentHash* hash,
-              size_t least_split = kLeastSplit);
+              Progress* progress = nullptr, size_t least_split = kLeastSplit);
   ~TableReader();
 
   // False when reading broke off or memory is short; the content then is of no use.
@@ -76,7 +76,7 @@ class TableReader {
   const size_t least_split_;
   TableContent& content_;
   ContentHash* const hash_;
-  ProgressState* const progress_;  // null in a second half
+  Progress* const progress_;  // null in a second half
   char* text_ = nullptr;
   size_t room_ = 0;  // bytes that this reader may read to, counted from the start of the file as all that follow
   size_t size_ = 0;  // bytes read so far
@@ -88,7 +88,7 @@ class TableReader {
   size_t first_line_ = 0;  // where that of a second half starts
   Line line_;
   std::vector<size_t> ends_;          // of the fields of the line
-  std::atomic<int64_t> counted_ = 0;  // characters of a second half, for the progress bar
+  std::atomic<int64_t> counted_ = 0;  // characters
   std::unique_ptr<ReadableFile> rest_of_file_;
   std::unique_ptr<SecondHalf> second_half_;
 };

@@ -13,11 +13,11 @@ constexpr size_t kLeastDirect = size_t{16} * 1024;
 
 }  // namespace
 
-TableWriter::TableWriter(WritableFile& file, char separator, const TableContent& content)
+TableWriter::TableWriter(WritableFile& file, char separator, const TableContent& content, Progress* progress)
     : file_(file),
       separator_(separator),
       content_(content),
-      progress_(Progress()),
+      progress_(progress),
       line_end_(content.line_end == LineEnd::CrLf ? "\r\n" : "\n"),
       spans_fit_(separator == content.loaded_separator) {}
 
@@ -91,8 +91,8 @@ bool TableWriter::WriteBuffer() {
 }
 
 void TableWriter::Count() {
-  progress_.counter += content_.columns.size();
-  progress_.ShowPosition(progress_.counter);
+  counted_ += content_.columns.size();
+  if (progress_ != nullptr) progress_->SetPosition(counted_);
 }
 
 }  // namespace tessaro

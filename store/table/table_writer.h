@@ -8,13 +8,14 @@
 namespace tessaro {
 
 class WritableFile;
-struct ProgressState;
+class Progress;
 
 // Writes a table file. Neighbouring rows that are still as they were read go out as one span of the loaded block; all
 // others are written field by field.
 class TableWriter {
  public:
-  TableWriter(WritableFile& file, char separator, const TableContent& content);
+  // `progress`, which may be null, hears of the fields written.
+  TableWriter(WritableFile& file, char separator, const TableContent& content, Progress* progress = nullptr);
 
   // Writes every row once, in order. False as soon as the file takes no more. A table without columns is an empty file.
   [[nodiscard]] bool Write();
@@ -31,7 +32,8 @@ class TableWriter {
   WritableFile& file_;
   const char separator_;
   const TableContent& content_;
-  ProgressState& progress_;
+  Progress* const progress_;
+  int64_t counted_ = 0;  // fields
   const std::string_view line_end_;
   const bool spans_fit_;   // rows as read are rows as written
   std::string_view span_;  // rows of the block that are still to be written; the buffer goes before them

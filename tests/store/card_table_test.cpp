@@ -108,14 +108,19 @@ TEST(CardTable, LoadsAndSavesFilesAndSurvivesFailures) {
   fs::remove_all(folder);
 }
 
+struct LastPosition : Progress {
+  void SetPosition(int64_t position) override { last = position; }
+  int64_t last = 0;
+};
+
 // Everything that a file was read as.
 std::string Reading(const std::string& text, uint64_t announced, bool splits) {
   TextFile file(text, text.size(), announced, splits);
   TableContent content;
   ContentHash hash;
-  Progress().counter = 0;
-  if (!TableReader(file, ';', content, &hash, 1).Read()) return "failed";
-  std::string reading = std::to_string(hash.Stamp().hash) + " " + std::to_string(Progress().counter);
+  LastPosition progress;
+  if (!TableReader(file, ';', content, &hash, &progress, 1).Read()) return "failed";
+  std::string reading = std::to_string(hash.Stamp().hash) + " " + std::to_string(progress.last);
   for (int i = 0; i < content.order.size(); ++i) {
     const RowHandle row = content.order.At(i);
     reading += content.rows.AsWritten(row) ? "\n=" : "\n";
