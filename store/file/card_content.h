@@ -24,6 +24,7 @@ struct CardContent {
   IniFile settings;
   bool settings_unreadable = false;  // there are settings that we could not read: they are not written over
   int64_t highest_id = 0;
+  bool equal_keys_differ = false;              // from their order in indexes that were built anew
   std::optional<int64_t> unknown;              // how many cards are unknown, as long as none was changed
   ContentStamp stamp;                          // of the card file as it was read or written last
   std::optional<FileState> on_disk;            // the card file as it was read or written last

@@ -246,7 +246,10 @@ void CardFile::Become(CardContent content, const CardFilePaths& paths, std::uniq
 }
 
 bool CardFile::RebuildIndexes(const StageObserver& observer) {
-  return BuildIndexes(content_, CardIds(content_.cards), observer) == IndexDefect::None;
+  if (BuildIndexes(content_, CardIds(content_.cards), observer) != IndexDefect::None) return false;
+  content_.equal_keys_differ = false;
+  watchers_.ForEach([](CardWatcher& watcher) { watcher.IndexesRebuilt(); });
+  return true;
 }
 
 IndexDefect CardFile::BuildIndexes(CardContent& content, const CardIds& ids, const StageObserver& observer) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/disk.h"
@@ -14,6 +15,8 @@
 #include "store/file/card_figures.h"
 #include "store/file/card_file_types.h"
 #include "store/file/card_journal.h"
+#include "store/file/card_watcher.h"
+#include "store/table/table_edit.h"
 
 namespace tessaro {
 
@@ -43,6 +46,11 @@ class CardFile {
   void RowChanged(int row, std::span<const int> columns = {});
   // The same after rows came, went or moved.
   void TableChanged();
+  // Does this to the cards as one change: both indexes follow, the highest number rises where it must, the journal
+  // keeps it, and who watches is told. Gives where the rows went. Nothing, and all as it was, when there are no such
+  // rows or no room for them. For CardEdit, which knows how to undo it.
+  std::optional<RowShift> Edit(TableEdit edit);
+  CardWatchers& watchers() { return watchers_; }
   // Between these, many rows are changed: their records go to the disk in large pieces.
   void BeginManyChanges() { journal_.BeginBatch(); }
   void EndManyChanges() { journal_.EndBatch(content_.cards); }
@@ -88,6 +96,9 @@ class CardFile {
   // Rebuilds both indexes. False when the card table has a defect: already the learning index cannot be built, and both
   // are as they were.
   [[nodiscard]] bool RebuildIndexes(const StageObserver& observer = {});
+  // Whether cards with equal keys may stand in another order than RebuildIndexes would give them, after Edit. The
+  // indexes are right; what made many cards has them rebuilt when it ends.
+  bool NeedsRebuild() const { return content_.equal_keys_differ; }
   // Writes both indexes where they are those of the card file on the disk. As long as that differs from the open cards,
   // nothing is written: the indexes go with the next save.
   [[nodiscard]] SaveResult SaveIndexes(const StageObserver& observer = {});
@@ -118,6 +129,10 @@ class CardFile {
   static IndexDefect BuildIndexes(CardContent& content, const CardIds& ids, const StageObserver& observer);
   static bool BuildLearnIndex(CardContent& content, const CardIds& ids, const StageObserver& observer);
   static bool BuildLinkIndex(CardContent& content, const CardIds& ids, const StageObserver& observer);
+  // True when the learning index was built anew.
+  bool FollowInIndexes(const TableEdit& edit, const RowShift& shift);
+  void RaiseHighestId(std::string_view id);
+  void TellOfChanges(const TableEdit& edit, const RowShift& shift) const;
   // Takes the lock of a card file unless it is that of the open one. False: another program has it; `holder` says who.
   bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, LockHolder& holder);
   // The content takes the place of the open one, whose unsaved changes are given up.
@@ -147,6 +162,7 @@ class CardFile {
   std::unique_ptr<FileLock> lock_;
   CardJournal journal_;
   std::vector<JournalRecord> unsaved_;  // found on opening and neither taken over nor put aside yet
+  CardWatchers watchers_;
   bool changed_ = false;
 };
 

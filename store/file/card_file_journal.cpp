@@ -13,19 +13,34 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Adds what an edit did to the rows that were changed so far.
+void AddEdit(const TableEdit& edit, std::set<int>& rows, int& removed) {
+  const RowShift shift = ShiftOf(edit);
+  rows.insert(edit.replaced.begin(), edit.replaced.end());
+  std::set<int> moved;
+  for (const int row : rows) moved.insert(shift.Map(row));
+  moved.erase(0);
+  moved.insert(shift.inserted().begin(), shift.inserted().end());
+  rows = std::move(moved);
+  removed += static_cast<int>(edit.removed.size());
+}
+
 UnsavedChanges Summary(const std::vector<JournalRecord>& records) {
   UnsavedChanges summary;
-  std::set<uint32_t> rows;
+  std::set<int> rows;
+  int removed = 0;
   summary.first = summary.last = records.front().time;
   for (const JournalRecord& record : records) {
     summary.first = std::min(summary.first, record.time);
     summary.last = std::max(summary.last, record.time);
-    if (const auto* change = std::get_if<RowChange>(&record.what)) rows.insert(change->row);
+    if (const auto* change = std::get_if<RowChange>(&record.what)) rows.insert(static_cast<int>(change->row));
+    if (const auto* change = std::get_if<EditChange>(&record.what)) AddEdit(change->edit, rows, removed);
     if (!std::holds_alternative<TableChange>(record.what)) continue;
     summary.whole_table = true;
     rows.clear();
+    removed = 0;
   }
-  summary.cards = static_cast<int>(rows.size());
+  summary.cards = static_cast<int>(rows.size()) + removed;
   return summary;
 }
 
@@ -112,10 +127,13 @@ bool CardFile::TakeOverUnsaved(const StageObserver& observer) {
   for (const JournalRecord& record : std::exchange(unsaved_, {})) {
     const auto* row = std::get_if<RowChange>(&record.what);
     const auto* table = std::get_if<TableChange>(&record.what);
+    const auto* edit = std::get_if<EditChange>(&record.what);
     if (row != nullptr && !Apply(*row, content_.cards)) break;
     if (table != nullptr && !Apply(*table, content_.cards)) break;
+    if (edit != nullptr && !Apply(*edit, content_.cards)) break;
     if (row != nullptr) rows.push_back(static_cast<int>(row->row));
-    if (table != nullptr) whole_table = true;
+    if (edit != nullptr) rows.insert(rows.end(), edit->edit.replaced.begin(), edit->edit.replaced.end());
+    whole_table = whole_table || table != nullptr || (edit != nullptr && edit->edit.MovesRows());
   }
   content_.columns = ColumnsOf(content_.cards);
   RecountIds();

@@ -57,7 +57,7 @@ enum class OpenResult {
 };
 // Changes that an earlier run of the program could not save before it ended.
 struct UnsavedChanges {
-  int cards = 0;             // that were changed one by one
+  int cards = 0;             // that were changed one by one, that came or went
   bool whole_table = false;  // before that, the cards were replaced as a whole
   int64_t first = 0;         // when, seconds since 1970
   int64_t last = 0;

@@ -74,6 +74,19 @@ void CardJournal::RowChanged(CardTable& cards, int row, std::span<const int> col
   if (!batch_ || gathered_.size() >= kBatchSize) Push(cards);
 }
 
+void CardJournal::Edited(CardTable& cards, const EditChange& change) {
+  if (path_.empty()) return;
+  const bool first = rows_.empty() && !whole_table_;
+  // Rows that were changed before have other numbers now.
+  whole_table_ = whole_table_ || change.edit.MovesRows();
+  rows_.insert(rows_.end(), change.edit.replaced.begin(), change.edit.replaced.end());
+  if (batch_ && failing_) return;
+  const std::string record = JournalText({clock_.Now(), change});
+  if (file_ == nullptr) return Note(first ? BeginFile(JournalHead(base_) + record) : WriteAnew(cards));
+  gathered_ += record;
+  if (!batch_ || gathered_.size() >= kBatchSize) Push(cards);
+}
+
 void CardJournal::TableChanged(CardTable& cards) {
   if (path_.empty()) return;
   whole_table_ = true;
@@ -159,14 +172,13 @@ bool CardJournal::Put(std::string_view text) {
   return true;
 }
 
-bool CardJournal::WriteAnew(CardTable& cards) {
+bool CardJournal::BeginFile(const std::string& text) {
   Close();
   const bool exists = disk_.Exists(path_);
   if (exists && !ours_ && PutAside(path_).empty()) return false;
   const fs::path fresh = Beside(path_);
   file_ = disk_.Create(fresh);
   if (file_ == nullptr) return false;
-  const std::string text = AllChanges(cards);
   size_ = text.size();
   // What replaces a good journal has to be on the disk before; a first record may wait like all others.
   const bool written = file_->Write(text) && (!exists || file_->Flush()) && disk_.Rename(fresh, path_);

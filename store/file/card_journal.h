@@ -52,7 +52,9 @@ class CardJournal {
 
   // The fields of one row changed; no columns: all of them.
   void RowChanged(CardTable& cards, int row, std::span<const int> columns);
-  // Rows came, went or were all replaced.
+  // Rows came, went or changed in one step, which was done to the cards.
+  void Edited(CardTable& cards, const EditChange& change);
+  // The rows were all replaced.
   void TableChanged(CardTable& cards);
   // The cards were written to a file that has this stamp and will be moved into its place.
   void Written(const ContentStamp& stamp);
@@ -75,7 +77,10 @@ class CardJournal {
   std::string AllChanges(CardTable& cards);
   void Push(CardTable& cards);
   bool Put(std::string_view text);
-  bool WriteAnew(CardTable& cards);
+  // Begins the journal file again with all changes, ...
+  bool WriteAnew(CardTable& cards) { return BeginFile(AllChanges(cards)); }
+  // ... or with this text.
+  bool BeginFile(const std::string& text);
   void Note(bool good);
   void Close();
 
@@ -88,7 +93,7 @@ class CardJournal {
   uint64_t size_ = 0;                   // bytes written to it
   bool ours_ = false;                   // the file at the path was written by this journal
   std::vector<int> rows_;               // changed since the last save; may hold a row several times
-  bool whole_table_ = false;            // the table as a whole changed since the last save
+  bool whole_table_ = false;            // the changed rows do not tell all that changed since the last save
   bool batch_ = false;
   std::string gathered_;
   bool failing_ = false;

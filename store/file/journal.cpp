@@ -5,13 +5,19 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
+
+#include "store/table/card_columns.h"
+#include "store/table/card_table.h"
 
 namespace tessaro {
 namespace {
 
-constexpr std::string_view kMagic = "Tessaro journal 1\n";
+constexpr std::string_view kMagic = "Tessaro journal 2\n";
+constexpr std::string_view kMagicWithoutEdits = "Tessaro journal 1\n";
+static_assert(kMagic.size() == kMagicWithoutEdits.size());
 
-enum class Kind : uint8_t { Row = 1, Table = 2, SavePoint = 3 };
+enum class Kind : uint8_t { Row = 1, Table = 2, SavePoint = 3, Edit = 4 };
 
 uint64_t Checksum(std::string_view bytes) {
   return XXH3_64bits(bytes.data(), bytes.size());
@@ -84,6 +90,38 @@ void PutContent(std::string& text, const SavePoint& point) {
   Put(text, point.stamp);
 }
 
+void PutContent(std::string& text, const EditChange& change) {
+  Put(text, change.row_count);
+  for (const std::vector<int>* rows : {&change.edit.removed, &change.edit.places, &change.edit.replaced}) {
+    Put(text, static_cast<uint32_t>(rows->size()));
+    for (const int row : *rows) Put(text, static_cast<uint32_t>(row));
+  }
+  for (const PackedFields* fields : {&change.old_ids, &change.edit.inserted, &change.edit.replacing}) {
+    Put(text, uint64_t{fields->bytes().size()});
+    text += fields->bytes();
+  }
+}
+
+std::optional<EditChange> TakeEdit(Taker& taker) {
+  EditChange change;
+  TableEdit& edit = change.edit;
+  change.row_count = taker.Take<uint32_t>();
+  for (std::vector<int>* rows : {&edit.removed, &edit.places, &edit.replaced}) {
+    const auto count = taker.Take<uint32_t>();
+    for (uint32_t i = 0; i < count && taker.ok(); ++i) rows->push_back(taker.Take<int32_t>());
+  }
+  const std::pair<PackedFields*, size_t> packed[] = {{&change.old_ids, edit.removed.size() + edit.replaced.size()},
+                                                     {&edit.inserted, edit.places.size()},
+                                                     {&edit.replacing, edit.replaced.size()}};
+  for (const auto& [fields, rows] : packed) {
+    const auto length = taker.Take<uint64_t>();
+    std::optional<PackedFields> taken = PackedFields::FromBytes(std::string(taker.Bytes(length)), rows);
+    if (!taken) return std::nullopt;
+    *fields = std::move(*taken);
+  }
+  return change;
+}
+
 RowChange TakeRow(Taker& taker) {
   RowChange change;
   change.row = taker.Take<uint32_t>();
@@ -107,6 +145,10 @@ std::optional<JournalRecord> ParsePayload(std::string_view payload) {
     record.what = TableChange{std::string(taker.Bytes(taker.rest().size()))};
   } else if (kind == Kind::SavePoint) {
     record.what = SavePoint{taker.TakeStamp()};
+  } else if (kind == Kind::Edit) {
+    std::optional<EditChange> edit = TakeEdit(taker);
+    if (!edit) return std::nullopt;
+    record.what = std::move(*edit);
   } else {
     return std::nullopt;
   }
@@ -123,7 +165,8 @@ std::optional<JournalRecord> TakeRecord(Taker& taker) {
 }
 
 std::optional<ContentStamp> TakeHead(Taker& taker) {
-  if (taker.Bytes(kMagic.size()) != kMagic) return std::nullopt;
+  const std::string_view magic = taker.Bytes(kMagic.size());
+  if (magic != kMagic && magic != kMagicWithoutEdits) return std::nullopt;
   const std::string_view numbers = taker.rest();
   const ContentStamp base = taker.TakeStamp();
   const auto checksum = taker.Take<uint64_t>();
@@ -132,6 +175,30 @@ std::optional<ContentStamp> TakeHead(Taker& taker) {
 }
 
 }  // namespace
+
+EditChange EditChangeOf(TableEdit edit, const CardTable& cards) {
+  EditChange change;
+  change.row_count = static_cast<uint32_t>(cards.RowCount());
+  const int id_column = cards.ColumnIndex(kId);
+  for (const std::vector<int>* rows : {&edit.removed, &edit.replaced}) {
+    for (const int row : *rows) change.old_ids.AddRow({{1, cards.Peek(id_column, row)}});
+  }
+  change.edit = std::move(edit);
+  return change;
+}
+
+bool Apply(const EditChange& change, CardTable& cards) {
+  const TableEdit& edit = change.edit;
+  if (change.row_count != static_cast<uint32_t>(cards.RowCount()) || !Fits(edit, cards)) return false;
+  const int id_column = cards.ColumnIndex(kId);
+  PackedReader old_ids(change.old_ids);
+  for (const std::vector<int>* rows : {&edit.removed, &edit.replaced}) {
+    for (const int row : *rows) {
+      if (!old_ids.Next() || old_ids.fields() != std::vector{FieldView{1, cards.Peek(id_column, row)}}) return false;
+    }
+  }
+  return Perform(edit, ShiftOf(edit), cards);
+}
 
 std::string JournalHead(const ContentStamp& base) {
   std::string numbers;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "store/table/content_stamp.h"
+#include "store/table/table_edit.h"
 
 // The form of a journal: what changed in a card file since it was saved, in the order in which it happened.
 namespace tessaro {
@@ -30,6 +31,17 @@ struct TableChange {
   bool operator==(const TableChange&) const = default;
 };
 
+// Rows came, went or changed in one step. The old IDs tell whether it is done to the right cards.
+struct EditChange {
+  uint32_t row_count = 0;  // of the table before
+  PackedFields old_ids;    // of the rows that go, then of those that change
+  TableEdit edit;
+  bool operator==(const EditChange&) const = default;
+};
+EditChange EditChangeOf(TableEdit edit, const CardTable& cards);
+// Does it to the table as it is to be done: all of it, or nothing when the table is another.
+bool Apply(const EditChange& change, CardTable& cards);
+
 // At this point the cards were written, and the file that holds them has this stamp.
 struct SavePoint {
   ContentStamp stamp;
@@ -38,7 +50,7 @@ struct SavePoint {
 
 struct JournalRecord {
   int64_t time = 0;  // seconds since 1970
-  std::variant<RowChange, TableChange, SavePoint> what;
+  std::variant<RowChange, TableChange, SavePoint, EditChange> what;
   bool operator==(const JournalRecord&) const = default;
 };
 
@@ -49,12 +61,17 @@ struct JournalContents {
 };
 
 // A journal is a head and then one record a change; all numbers are little-endian:
-//   head     "Tessaro journal 1\n", u64 size and u64 hash of the base, u64 checksum of these 16 bytes
+//   head     "Tessaro journal 2\n", u64 size and u64 hash of the base, u64 checksum of these 16 bytes
 //   record   u64 length of the payload, u64 checksum of the payload, payload
 //   payload  u8 kind, i64 time, then
 //            kind 1, row:         u32 row, u32 number of fields, for each: u32 column, u32 length, bytes
 //            kind 2, table:       the bytes of the table to the end
 //            kind 3, save point:  u64 size, u64 hash
+//            kind 4, edit:        u32 rows before; u32 count and u32 row each for those that go, for the places of
+//            those
+//                                 that come, for those that change; u64 length and bytes of the packed fields of the
+//                                 old IDs, of the rows that come, of the rows that change
+// A head with "1" for "2" begins a journal without edits, as it was written before there were any.
 // The checksum is XXH3 with 64 bits. Nothing is ever rewritten in place, so a crash can only cut the end.
 std::string JournalHead(const ContentStamp& base);
 std::string JournalText(const JournalRecord& record);

@@ -28,7 +28,6 @@ CardIds::CardIds(const CardTable& cards)
     const std::string_view id = cards.Peek(id_column_, row);
     const uint32_t number = SixDigits(id);
     numbers_[static_cast<size_t>(row)] = number;
-    complete_ = complete_ && !id.empty();
     before_end_mark = before_end_mark && !id.starts_with('#');
     if (before_end_mark) highest_ = std::max(highest_, number != kNotSixDigits ? number : LeadingNumber(id));
     const uint64_t text = number != kNotSixDigits ? number : std::hash<std::string_view>()(id);

@@ -26,8 +26,6 @@ class CardIds {
   // The ID of the card in this row, 2 ... RowCount() - 1, as SixDigits reads it.
   uint32_t number(int row) const { return numbers_[static_cast<size_t>(row)]; }
   std::string_view Text(int row) const { return cards_.Peek(id_column_, row); }
-  // Whether every card has an ID that is not empty.
-  bool complete() const { return complete_; }
   // The highest number of a card, up to the first row whose ID begins with "#".
   int64_t highest() const { return highest_; }
   // Changes when the IDs or the rows they stand in change.
@@ -38,7 +36,6 @@ class CardIds {
   int row_count_;
   int id_column_;
   std::vector<uint32_t> numbers_;  // by row
-  bool complete_ = true;
   int64_t highest_ = 0;
   uint64_t fingerprint_ = 0;
 };

@@ -41,8 +41,8 @@ const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields};
 }  // namespace
 
 bool LearnIndex::Build(const CardTable& cards, const CardIds& ids, Progress* progress) {
-  if (!ids.complete()) return false;
   const CardColumns columns = ColumnsOf(cards);
+  if (columns.id == 0 || columns.score == 0) return false;
   const int last = cards.RowCount() - 1;
   LearnIndex built;
   built.keys_.resize(static_cast<size_t>(std::max(cards.RowCount(), 0)) + 1);
@@ -150,6 +150,30 @@ void LearnIndex::Update(int card_row, int64_t score) {
   }
   keys_[key_of_card] = score;
   odd_scores_.erase(card_row);
+}
+
+void LearnIndex::Shift(const RowShift& shift) {
+  if (!built_ || shift.empty()) return;
+  sequence_.Shift(shift);
+  MoveByRow(keys_, shift, int64_t{0});
+  std::unordered_map<int, std::string> odd_scores;
+  for (auto& [row, score] : odd_scores_) {
+    if (const int now = shift.Map(row); now != 0) odd_scores[now] = std::move(score);
+  }
+  odd_scores_ = std::move(odd_scores);
+  fingerprint_.reset();
+}
+
+void LearnIndex::Put(int card_row, std::string_view score) {
+  const std::optional<int64_t> nine_digits = NineDigits(score);
+  const int64_t key = nine_digits ? *nine_digits : LeadingNumber(score);
+  odd_scores_.erase(card_row);
+  if (key <= kEndScore) {
+    Update(card_row, key);
+  } else if (const int position = sequence_.PositionOf(card_row); position >= 0) {
+    sequence_.Erase(position);
+  }
+  if (!nine_digits && built_) odd_scores_[card_row] = score;
 }
 
 LearnIndex::Place LearnIndex::PlaceOf(int card_row) const {

@@ -11,6 +11,7 @@
 #include "store/index/row_sequence.h"
 #include "store/table/card_table.h"
 #include "store/table/line_end.h"
+#include "store/table/row_shift.h"
 
 namespace tessaro {
 
@@ -23,7 +24,7 @@ class WritableFile;
 class LearnIndex {
  public:
   // Builds the index from the card table as it stands. A card whose score is above that of the end row is left out.
-  // False when the card table has a defect (a card row without ID).
+  // False when the card table has a defect: it lacks a column that the index is made of.
   [[nodiscard]] bool Build(const CardTable& cards) { return Build(cards, CardIds(cards)); }
   [[nodiscard]] bool Build(const CardTable& cards, const CardIds& ids, Progress* progress = nullptr);
   // Takes over a table read from a .row file, if it fits the cards: columns, start and end row as they are written,
@@ -32,7 +33,10 @@ class LearnIndex {
   [[nodiscard]] bool Adopt(const CardTable& table, const CardIds& ids);
   [[nodiscard]] bool Adopt(std::string_view text, const CardIds& ids);
   // Whether the cards still stand in the rows in which they stood at Build or Adopt.
-  bool Fits(const CardIds& ids) const { return built_ && fingerprint_ == ids.fingerprint(); }
+  // An index that followed the rows with Shift fits.
+  bool Fits(const CardIds& ids) const {
+    return built_ && fingerprint_.value_or(ids.fingerprint()) == ids.fingerprint();
+  }
   // Writes the text of the .row file; IDs are those of the cards.
   [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards, Progress* progress = nullptr) const;
 
@@ -49,6 +53,12 @@ class LearnIndex {
   // Gives the card this score, 0 ... kMaxScore, and puts it before the first row whose score is not below it. A card
   // that already is that row stays there; one that is not in the index comes in.
   void Update(int card_row, int64_t score);
+
+  // Rows of the card table were removed or have got new numbers. Cards that were removed leave the index; those that
+  // came are not in it until they are put there.
+  void Shift(const RowShift& shift);
+  // The same as Update for a score as it is written in the card; one above that of the end row leaves the index.
+  void Put(int card_row, std::string_view score);
 
   // How a card stands in the index.
   struct Place {
@@ -74,7 +84,7 @@ class LearnIndex {
   std::vector<int64_t> keys_;  // by card table row
   // The texts of scores that are not written as nine digits, by card table row: a row is saved as it was read.
   std::unordered_map<int, std::string> odd_scores_;
-  uint64_t fingerprint_ = 0;
+  std::optional<uint64_t> fingerprint_;   // of the IDs in their rows; nothing once it followed a change of them
   LineEnd line_end_ = LineEnd::LineFeed;  // of the file that it was read from
 };
 

@@ -27,7 +27,7 @@ const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields};
 }  // namespace
 
 bool LinkIndex::Build(const CardTable& cards, const CardIds& ids, Progress* progress) {
-  if (!ids.complete()) return false;
+  if (cards.ColumnIndex(kId) == 0) return false;
   const int last = cards.RowCount() - 1;
   std::vector<int64_t> keys;
   if (last >= kFirstCardRow) keys.reserve(static_cast<size_t>(last));
@@ -92,7 +92,70 @@ bool LinkIndex::SaveTo(WritableFile& file, const CardTable& cards, Progress* pro
   return writer.Finish();
 }
 
+void LinkIndex::Shift(const RowShift& shift) {
+  if (!built_ || shift.empty()) return;
+  Remove(shift.removed());
+  fingerprint_.reset();
+  if (const std::optional<RowShift::Tail> tail = shift.AsTail()) return MoveRows(rows_, *tail);
+  for (int32_t& row : rows_) row = shift.Map(row);
+}
+
+void LinkIndex::Remove(std::span<const int> card_rows) {
+  if (!built_ || card_rows.empty()) return;
+  fingerprint_.reset();
+  if (card_rows.size() == 1) {
+    const auto place = std::find(rows_.begin(), rows_.end(), card_rows.front());
+    if (place == rows_.end()) return;
+    ids_.erase(ids_.begin() + (place - rows_.begin()));
+    rows_.erase(place);
+    return;
+  }
+  std::vector<bool> gone(static_cast<size_t>(card_rows.back()) + 1);
+  for (const int row : card_rows) gone[static_cast<size_t>(row)] = true;
+  size_t left = 0;
+  for (size_t i = 0; i < rows_.size(); ++i) {
+    if (static_cast<size_t>(rows_[i]) < gone.size() && gone[static_cast<size_t>(rows_[i])]) continue;
+    ids_[left] = ids_[i];
+    rows_[left++] = rows_[i];
+  }
+  ids_.resize(left);
+  rows_.resize(left);
+}
+
+void LinkIndex::Put(std::span<const int> card_rows, const CardTable& cards) {
+  if (!built_ || card_rows.empty()) return;
+  fingerprint_.reset();
+  const int id_column = cards.ColumnIndex(kId);
+  std::vector<std::pair<int64_t, int32_t>> fresh;
+  fresh.reserve(card_rows.size());
+  for (const int row : card_rows) {
+    const int64_t key = LeadingNumber(cards.Peek(id_column, row));
+    if (key <= kEndId) fresh.emplace_back(key, row);
+  }
+  std::sort(fresh.begin(), fresh.end());
+  // From the end on, so that each entry moves once.
+  size_t old = rows_.size();
+  size_t place = old + fresh.size();
+  ids_.resize(place);
+  rows_.resize(place);
+  for (; !fresh.empty(); fresh.pop_back()) {
+    const auto [key, row] = fresh.back();
+    const auto first = std::lower_bound(ids_.begin(), ids_.begin() + static_cast<std::ptrdiff_t>(old), key);
+    const auto behind = static_cast<size_t>(first - ids_.begin());
+    std::move_backward(first, ids_.begin() + static_cast<std::ptrdiff_t>(old),
+                       ids_.begin() + static_cast<std::ptrdiff_t>(place));
+    std::move_backward(rows_.begin() + static_cast<std::ptrdiff_t>(behind),
+                       rows_.begin() + static_cast<std::ptrdiff_t>(old),
+                       rows_.begin() + static_cast<std::ptrdiff_t>(place));
+    place -= old - behind + 1;
+    old = behind;
+    ids_[place] = key;
+    rows_[place] = row;
+  }
+}
+
 int LinkIndex::RowOfId(int64_t id) const {
+  if (id == 0) return 0;
   const auto place = std::lower_bound(ids_.begin(), ids_.end(), id);
   return place != ids_.end() && *place == id ? rows_[static_cast<size_t>(place - ids_.begin())] : 0;
 }

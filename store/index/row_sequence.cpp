@@ -1,5 +1,6 @@
 #include "store/index/row_sequence.h"
 
+#include <numeric>
 #include <utility>
 
 namespace tessaro {
@@ -66,6 +67,29 @@ void RowSequence::Erase(int position) {
   order_.erase(order_.begin() + static_cast<std::ptrdiff_t>(place));
   starts_.erase(starts_.begin() + static_cast<std::ptrdiff_t>(place));
   RenumberFrom(place);
+}
+
+void RowSequence::Shift(const RowShift& shift) {
+  const std::optional<RowShift::Tail> tail = shift.AsTail();
+  if (!tail || shift.removed().size() > kFill) return ShiftAll(shift);
+  for (const int row : shift.removed()) {
+    if (const int position = PositionOf(row); position >= 0) Erase(position);
+  }
+  for (std::vector<int32_t>& rows : chunks_) MoveRows(rows, *tail);
+  MoveByRow(chunk_of_row_, shift, -1);
+}
+
+void RowSequence::ShiftAll(const RowShift& shift) {
+  std::vector<int32_t> now(chunk_of_row_.size(), 0);
+  shift.ForEachRun(static_cast<int>(now.size()) - 1, [&](int before, int first_now, int rows) {
+    std::iota(now.begin() + before, now.begin() + before + rows, first_now);
+  });
+  std::vector<int32_t> left;
+  left.reserve(static_cast<size_t>(size_));
+  ForEach([&](int32_t row) {
+    if (now[static_cast<size_t>(row)] != 0) left.push_back(now[static_cast<size_t>(row)]);
+  });
+  Assign(left);
 }
 
 size_t RowSequence::PlaceOf(int position) const {

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "store/table/row_shift.h"
+
 namespace tessaro {
 
 // Distinct row numbers in an order of their own, which changes one row at a time. It stands in chunks, and each row
@@ -22,6 +24,8 @@ class RowSequence {
   // Puts a row that is not yet in before the one at `position`, which may be the end.
   void Insert(int position, int32_t row);
   void Erase(int position);
+  // The rows have got new numbers; those that were removed leave the sequence.
+  void Shift(const RowShift& shift);
 
   template <typename Visit>
   void ForEach(const Visit& visit) const {
@@ -42,6 +46,7 @@ class RowSequence {
  private:
   // Which chunk in sequence order holds a position; the last one for the end.
   size_t PlaceOf(int position) const;
+  void ShiftAll(const RowShift& shift);
   void InsertChunk(size_t place, std::vector<int32_t> rows);
   void Split(size_t place);
   void RenumberFrom(size_t place);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/disk.h"
+#include "store/table/row_shift.h"
 #include "store/table/table_content.h"
 #include "store/table/table_reader.h"
 #include "store/table/table_writer.h"
@@ -110,6 +111,21 @@ bool CardTable::InsertRow(bool after) {
   if (at == 0 || !state_->content.rows.Add(row)) return false;
   state_->content.order.Insert(after ? at : at - 1, row);
   if (after) ++state_->ahead;
+  return true;
+}
+
+bool CardTable::ShiftRows(const RowShift& shift) {
+  std::vector<RowHandle> rows(shift.inserted().size());
+  for (size_t i = 0; i < rows.size(); ++i) {
+    if (state_->content.rows.Add(rows[i])) continue;
+    for (size_t made = 0; made < i; ++made) state_->content.rows.Remove(rows[made]);
+    return false;
+  }
+  for (const int row : shift.removed()) state_->content.rows.Remove(state_->RowAt(row));
+  state_->content.order.Erase(shift.removed());
+  state_->content.order.Insert(shift.inserted(), rows);
+  state_->ahead = 0;
+  if (state_->cursor > RowCount()) Last();
   return true;
 }
 

@@ -14,6 +14,7 @@ namespace tessaro {
 class ContentHash;
 class Progress;
 class ReadableFile;
+class RowShift;
 class WritableFile;
 
 // A table of text in memory: named columns, rows of fields, and a cursor that stands on one row. It knows nothing of
@@ -53,6 +54,10 @@ class CardTable {
   // and setting of fields counts, moves of the cursor do not; a number that would so lie past the last row ends this
   // as well. Peek and Poke take the true numbers, and a save writes every row once.
   bool InsertRow(bool after);
+  // Takes out the rows that a shift removes and puts in rows of null fields where it inserts some. The cursor keeps its
+  // number, or goes to the last row when there is none of that number. False, and all as it was, when the table cannot
+  // hold so many rows.
+  [[nodiscard]] bool ShiftRows(const RowShift& shift);
   // Deletes the cursor row. The cursor keeps its number, or goes to the last row when there is none of that number.
   bool DeleteRow();
 

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace tessaro {
 namespace {
 
 constexpr size_t kChunkRows = 2048;
+// More rows than these are put in or taken out by making the order anew.
+constexpr size_t kFewRows = 500;
 
 }  // namespace
 
@@ -52,6 +55,48 @@ void RowOrder::Erase(int index) {
   if (!chunks_[chunk].empty()) return;
   chunks_.erase(chunks_.begin() + static_cast<std::ptrdiff_t>(chunk));
   starts_.erase(starts_.begin() + static_cast<std::ptrdiff_t>(chunk));
+}
+
+template <typename Visit>
+void RowOrder::ForEach(const Visit& visit) const {
+  for (const std::vector<RowHandle>& chunk : chunks_) std::for_each(chunk.begin(), chunk.end(), visit);
+}
+
+void RowOrder::Erase(std::span<const int> numbers) {
+  if (numbers.size() <= kFewRows) {
+    for (auto number = numbers.rbegin(); number != numbers.rend(); ++number) Erase(*number - 1);
+    return;
+  }
+  RowOrder left;
+  auto gone = numbers.begin();
+  int number = 0;
+  ForEach([&](RowHandle row) {
+    ++number;
+    if (gone != numbers.end() && *gone == number) {
+      ++gone;
+    } else {
+      left.Append(row);
+    }
+  });
+  *this = std::move(left);
+}
+
+void RowOrder::Insert(std::span<const int> numbers, std::span<const RowHandle> rows) {
+  if (numbers.size() <= kFewRows) {
+    for (size_t i = 0; i < numbers.size(); ++i) Insert(numbers[i] - 1, rows[i]);
+    return;
+  }
+  RowOrder joined;
+  size_t next = 0;
+  const auto append_new = [&] {
+    while (next < rows.size() && numbers[next] == joined.size() + 1) joined.Append(rows[next++]);
+  };
+  ForEach([&](RowHandle row) {
+    append_new();
+    joined.Append(row);
+  });
+  append_new();
+  *this = std::move(joined);
 }
 
 void RowOrder::Split(size_t chunk) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace tessaro {
@@ -19,11 +20,17 @@ class RowOrder {
   // Puts the row before the one at `index`, which may be the end.
   void Insert(int index, RowHandle row);
   void Erase(int index);
+  // The same for many at once. Numbers count from 1 and ascend: of rows to be erased as they are, of rows to be
+  // inserted as they will be.
+  void Erase(std::span<const int> numbers);
+  void Insert(std::span<const int> numbers, std::span<const RowHandle> rows);
 
  private:
   size_t ChunkOf(int index) const;
   void Split(size_t chunk);
   void MoveStarts(size_t first_chunk, int by);
+  template <typename Visit>
+  void ForEach(const Visit& visit) const;
 
   std::vector<std::vector<RowHandle>> chunks_;
   std::vector<int> starts_;  // per chunk the index of its first row

@@ -63,16 +63,14 @@ TEST_F(CardFileTest, OpenRefusesWhatIsNoCardFileAndKeepsTheOpenOne) {
   EXPECT_TRUE(disk_.IsLocked(kLock) && !disk_.IsLocked("/deck/.leer.mlb.lock"));
 }
 
-TEST_F(CardFileTest, OpenTellsOfACardWithoutIdAndCountsNumbersUpToTheEndMark) {
+TEST_F(CardFileTest, OpenTakesACardWithoutIdAndCountsNumbersUpToTheEndMark) {
   disk_.Put(kTestFile, FileText({{.id = "000012"}, {.id = "x99"}, {.id = ""}, {.id = "#"}, {.id = "000500"}}));
   const OpenReport report = file_.Open(kTestFile);
-  EXPECT_TRUE(report.result == OpenResult::Opened && !file_.RebuildIndexes());
+  EXPECT_TRUE(report.learn_index_rebuilt && report.index_defect == IndexDefect::None);
   EXPECT_TRUE(file_.highest_id() == 12 && file_.CardCount() == 5);
-  EXPECT_TRUE(report.learn_index_rebuilt && report.index_defect == IndexDefect::LearnIndex);
-  // An index that fits such cards is taken.
-  disk_.Put(kTestFile, FileText({{.id = ""}}));
-  disk_.Put("/deck/x.row", "BoxPos\017Score\017ID\n-1\017-1\017@@\n2\017000000001\017\n999999\017999999999\017##\n");
-  EXPECT_EQ(file_.Open(kTestFile).index_defect, IndexDefect::LinkIndex);
+  EXPECT_TRUE(file_.learn_index().RowOfCard(4) != 0 && file_.RowOfId(500) == 6 && file_.RowOfId(0) == 0);
+  ASSERT_EQ(file_.Save(), SaveResult::Saved);
+  EXPECT_FALSE(file_.Open(kTestFile).learn_index_rebuilt || file_.Open(kTestFile).link_index_rebuilt);
 }
 
 TEST_F(CardFileTest, FindsCardsThatMovedAndSavesIndexesThatFit) {

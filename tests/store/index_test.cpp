@@ -64,7 +64,7 @@ TEST(LinkIndex, IsWrittenSortedByNumberAndFindsCards) {
   LinkIndex index;
   ASSERT_TRUE(index.Build(cards));
   EXPECT_EQ(TextOf(index, cards), "ID|BoxPos\n-1|-1\na\\||7\n000003|3\n3|5\n000007|2\n000012|4\n999999|999999\n");
-  for (const auto& [id, row] : {std::pair{7, 2}, {3, 3}, {0, 7}, {8, 0}, {-1, 0}, {999999, 0}, {1000000, 0}}) {
+  for (const auto& [id, row] : {std::pair{7, 2}, {3, 3}, {0, 0}, {8, 0}, {-1, 0}, {999999, 0}, {1000000, 0}}) {
     EXPECT_EQ(index.RowOfId(id), row) << id;
   }
 }
@@ -106,8 +106,9 @@ TEST(Indexes, AdoptOnlyAFileThatFitsTheCards) {
                              {"000002|3", "000001|2"},          {"000002|3", "000002|x"}};
   for (const Change& c : bad_learn) EXPECT_FALSE(Adopts(learn, With(kLearnText, c), cards)) << c.second;
   for (const Change& c : bad_link) EXPECT_FALSE(Adopts(link, With(kLinkText, c), cards)) << c.second;
-  // Nor are they built over a card without ID; whatever is refused leaves them as they were.
-  const CardTable defect = MakeCards({{.id = "000001"}, {.id = ""}});
+  // Nor are they built over a table of other columns; whatever is refused leaves them as they were.
+  CardTable defect;
+  defect.AddColumn("Id");
   EXPECT_FALSE(learn.Build(defect) || link.Build(defect));
   EXPECT_EQ(learn.RowCount(), 4);
   EXPECT_EQ(link.RowCount(), 4);

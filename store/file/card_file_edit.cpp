@@ -1,0 +1,98 @@
+// The part of the card file that has to do with rows that come, go and change.
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "store/file/card_file.h"
+
+namespace tessaro {
+namespace {
+
+// Above this share of the cards a new index is made sooner than each card is put in its place.
+constexpr int kMostPutPart = 4;
+
+// The rows of the edit whose fields in this column change, as they count now.
+std::vector<int> ReplacedIn(int column, const TableEdit& edit, const RowShift& shift) {
+  std::vector<int> rows;
+  PackedReader reader(edit.replacing);
+  for (const int row : edit.replaced) {
+    reader.Next();
+    const std::vector<FieldView>& fields = reader.fields();
+    const auto is_it = [column](const FieldView& field) { return field.column == column; };
+    if (std::any_of(fields.begin(), fields.end(), is_it)) rows.push_back(shift.Map(row));
+  }
+  return rows;
+}
+
+std::vector<int> ChangedColumns(const TableEdit& edit) {
+  std::set<int> columns;
+  PackedReader reader(edit.replacing);
+  while (reader.Next()) {
+    for (const FieldView& field : reader.fields()) columns.insert(field.column);
+  }
+  return {columns.begin(), columns.end()};
+}
+
+}  // namespace
+
+std::optional<RowShift> CardFile::Edit(TableEdit edit) {
+  if (!IsOpen() || !Fits(edit, content_.cards)) return std::nullopt;
+  const RowShift shift = ShiftOf(edit);
+  const EditChange change = EditChangeOf(std::move(edit), content_.cards);
+  const auto tell_shift = [&](auto told, const RowShift& of) {
+    if (!shift.empty()) watchers_.ForEach([&](CardWatcher& watcher) { (watcher.*told)(of); });
+  };
+  tell_shift(&CardWatcher::RowsWillShift, shift);
+  if (!Perform(change.edit, shift, content_.cards)) {
+    tell_shift(&CardWatcher::RowsShifted, RowShift());
+    return std::nullopt;
+  }
+  const bool rebuilt = FollowInIndexes(change.edit, shift);
+  changed_ = true;
+  content_.unknown.reset();
+  journal_.Edited(content_.cards, change);
+  tell_shift(&CardWatcher::RowsShifted, shift);
+  TellOfChanges(change.edit, shift);
+  if (rebuilt) watchers_.ForEach([](CardWatcher& watcher) { watcher.IndexesRebuilt(); });
+  return shift;
+}
+
+bool CardFile::FollowInIndexes(const TableEdit& edit, const RowShift& shift) {
+  const std::vector<int> renumbered = ReplacedIn(content_.columns.id, edit, shift);
+  const std::vector<int> scored = ReplacedIn(content_.columns.score, edit, shift);
+  content_.link_index.Shift(shift);
+  content_.link_index.Remove(renumbered);
+  const auto put = [&](const std::vector<int>& rows) {
+    content_.link_index.Put(rows, content_.cards);
+    for (const int row : rows) RaiseHighestId(content_.cards.Peek(content_.columns.id, row));
+  };
+  put(renumbered);
+  put(shift.inserted());
+  content_.equal_keys_differ = content_.equal_keys_differ || !shift.empty() || !renumbered.empty() || !scored.empty();
+
+  content_.learn_index.Shift(shift);
+  if (scored.size() + shift.inserted().size() > static_cast<size_t>(CardCount() / kMostPutPart)) {
+    return BuildLearnIndex(content_, CardIds(content_.cards), {});
+  }
+  const auto put_score = [&](int row) {
+    content_.learn_index.Put(row, content_.cards.Peek(content_.columns.score, row));
+  };
+  std::for_each(scored.begin(), scored.end(), put_score);
+  std::for_each(shift.inserted().begin(), shift.inserted().end(), put_score);
+  return false;
+}
+
+void CardFile::RaiseHighestId(std::string_view id) {
+  content_.highest_id = std::max(content_.highest_id, LeadingNumber(id));
+}
+
+void CardFile::TellOfChanges(const TableEdit& edit, const RowShift& shift) const {
+  if (edit.replaced.empty()) return;
+  std::vector<int> rows = edit.replaced;
+  for (int& row : rows) row = shift.Map(row);
+  const std::vector<int> columns = ChangedColumns(edit);
+  watchers_.ForEach([&](CardWatcher& watcher) { watcher.CardsChanged(rows, columns); });
+}
+
+}  // namespace tessaro

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessaro {
+
+// A field by the number of its column, from 1.
+struct FieldView {
+  int column = 0;
+  std::string_view text;
+  bool operator==(const FieldView&) const = default;
+};
+
+// Fields of many rows in one piece of memory. Per field the column and the length of the text, each in as many groups
+// of seven bits as it needs, and the text; a row ends with the column 0.
+class PackedFields {
+ public:
+  // Takes over bytes that bytes() gave. Nothing when they are not those of so many rows.
+  static std::optional<PackedFields> FromBytes(std::string bytes, size_t rows);
+
+  // Fields of column 0 and below are left out.
+  void AddRow(const std::vector<FieldView>& fields);
+  // Adds fields to the row that was added last.
+  void AddToLastRow(const std::vector<FieldView>& fields);
+
+  size_t rows() const { return rows_; }
+  const std::string& bytes() const { return bytes_; }
+  bool operator==(const PackedFields&) const = default;
+
+ private:
+  void Add(const FieldView& field);
+
+  std::string bytes_;
+  size_t rows_ = 0;
+};
+
+// Walks through the rows once. The fields must outlive it and not change.
+class PackedReader {
+ public:
+  explicit PackedReader(const PackedFields& fields) : rest_(fields.bytes()) {}
+  explicit PackedReader(std::string_view bytes) : rest_(bytes) {}
+
+  // The fields of the next row, valid until the call after it. False at the end, and where bytes are no row.
+  bool Next();
+  const std::vector<FieldView>& fields() const { return fields_; }
+  bool AtEnd() const { return rest_.empty(); }
+
+ private:
+  std::optional<size_t> TakeNumber();
+
+  std::string_view rest_;
+  std::vector<FieldView> fields_;
+};
+
+}  // namespace tessaro

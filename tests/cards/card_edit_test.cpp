@@ -1,0 +1,452 @@
+#include "cards/card_edit.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <set>
+
+#include "cards/card_writer.h"
+#include "tests/support/clock_and_chance.h"
+#include "tests/support/test_cards.h"
+
+namespace tessaro {
+namespace {
+
+constexpr const char* kJournal = "/deck/x.mlj";
+constexpr size_t kColumns = kCardColumns.size();
+constexpr std::array<size_t, 5> kLearned = {1, 4, 5, 6, 7};
+
+// Cards as plain lists of texts, each with a name that stays with it.
+struct ModelCard {
+  std::array<std::string, kColumns> texts;
+  int name = 0;
+  std::array<std::string, 5> Learned() const {
+    std::array<std::string, 5> learned;
+    for (size_t i = 0; i < learned.size(); ++i) learned[i] = texts[kLearned[i]];
+    return learned;
+  }
+};
+
+// What a command did, so that it can be taken back in the plainest way.
+struct ModelUndo {
+  struct Text {
+    int name;
+    size_t column;
+    std::string old;
+    std::array<std::string, 5> left;  // in the columns that learning writes
+  };
+  std::vector<Text> texts;
+  std::vector<std::pair<size_t, ModelCard>> removed;  // by place before
+  std::set<int> inserted;                             // names
+};
+
+class Model : public CardWatcher {
+ public:
+  std::vector<ModelCard> cards;
+  std::map<int, int> held;  // row of a card by its name, kept up to date by what the file tells
+  std::set<int> told_rows;
+
+  void RowsShifted(const RowShift& shift) override {
+    std::map<int, int> mapped;
+    for (const auto& [name, row] : held) {
+      const int now = shift.Map(row);
+      EXPECT_EQ(shift.MapOrBefore(row) == now, now != 0);
+      if (now != 0) mapped[name] = now;
+    }
+    held = std::move(mapped);
+  }
+  void CardsChanged(std::span<const int> rows, std::span<const int> columns) override {
+    EXPECT_FALSE(columns.empty());
+    told_rows.insert(rows.begin(), rows.end());
+  }
+
+  std::string Text() const {
+    std::vector<TestCard> texts;
+    for (const ModelCard& card : cards) {
+      const auto& t = card.texts;
+      texts.push_back({t[0], t[2], t[3], t[4], t[6], t[7], t[1], t[5]});
+    }
+    return FileText(texts);
+  }
+  ModelCard* Named(int name) {
+    for (ModelCard& card : cards) {
+      if (card.name == name) return &card;
+    }
+    return nullptr;
+  }
+  void HoldAll() {
+    held.clear();
+    for (size_t i = 0; i < cards.size(); ++i) held[cards[i].name] = static_cast<int>(i) + kFirstCardRow;
+  }
+
+  // Takes `undo` back and gives what takes that back.
+  ModelUndo TakeBack(const ModelUndo& undo) {
+    ModelUndo redo;
+    for (const ModelUndo::Text& text : undo.texts) {
+      ModelCard& card = *Named(text.name);
+      const bool learned = std::find(kLearned.begin(), kLearned.end(), text.column) != kLearned.end();
+      if (learned && card.Learned() != text.left) continue;
+      redo.texts.push_back({text.name, text.column, card.texts[text.column], {}});
+    }
+    // All that is left alone is decided before anything is changed.
+    for (const ModelUndo::Text& text : redo.texts) {
+      for (const ModelUndo::Text& from : undo.texts) {
+        if (from.name == text.name && from.column == text.column) Named(text.name)->texts[text.column] = from.old;
+      }
+    }
+    for (ModelUndo::Text& text : redo.texts) text.left = Named(text.name)->Learned();
+    std::vector<ModelCard> left;
+    for (size_t i = 0; i < cards.size(); ++i) {
+      if (undo.inserted.count(cards[i].name) > 0) {
+        redo.removed.emplace_back(i, cards[i]);
+      } else {
+        left.push_back(cards[i]);
+      }
+    }
+    cards = std::move(left);
+    for (const auto& [place, card] : undo.removed) {
+      cards.insert(cards.begin() + static_cast<std::ptrdiff_t>(place), card);
+      redo.inserted.insert(card.name);
+    }
+    return redo;
+  }
+};
+
+class CardEditTest : public ::testing::Test {
+ protected:
+  size_t Below(size_t bound) { return random_() % bound; }
+
+  std::string RandomText(size_t column) {
+    constexpr std::array kIds = {"", "000003", "12", "#4", "x", "-5", "1000000", "000000"};
+    constexpr std::array kScores = {"000000000", "000000001", "7", "", "-3", "999999999", "99999999999", "000000300"};
+    constexpr std::array kTexts = {"", "-", "a\nb", "a\x0F\\n", "<navigation>", "Frage"};
+    if (column == 0) return Below(3) > 0 ? std::to_string(1'000'000 + ++ids_).substr(1) : kIds[Below(kIds.size())];
+    if (column == 4) return kScores[Below(kScores.size())];
+    return std::string(kTexts[Below(kTexts.size())]) + (Below(4) == 0 ? std::to_string(Below(100)) : "");
+  }
+
+  void Start(size_t cards) {
+    model_.cards.clear();
+    disk_.FailAt(0);
+    watch_.reset();
+    file_.reset();
+    for (size_t i = 0; i < cards; ++i) model_.cards.push_back(RandomCard());
+    disk_.Put(kTestFile, model_.Text());
+    (void)disk_.Remove(kJournal);
+    Reopen();
+    ASSERT_TRUE(file_->RebuildIndexes());
+  }
+
+  // As after a crash, unless the file was closed.
+  OpenReport Reopen() {
+    watch_.reset();
+    file_ = std::make_unique<CardFile>(disk_, clock_);
+    file_->journal().SetFailureObserver([] {});
+    const OpenReport report = file_->Open(kTestFile);
+    EXPECT_EQ(report.result, OpenResult::Opened);
+    watch_.emplace(file_->watchers(), model_);
+    highest_ = 0;
+    return report;
+  }
+
+  ModelCard RandomCard() {
+    ModelCard card;
+    card.name = ++names_;
+    for (size_t column = 0; column < kColumns; ++column) card.texts[column] = RandomText(column);
+    return card;
+  }
+
+  // Up to `most` cards go, come and change.
+  void RandomCommand(size_t most) {
+    CardCommand command;
+    ModelUndo undo;
+    std::vector<ModelCard> after;
+    model_.HoldAll();
+    const size_t parts = Below(8);
+    const size_t chance = model_.cards.size() / (most + 1) + 2;
+    // Keeps what the fields point to.
+    std::vector<std::unique_ptr<ModelCard>> texts;
+    for (size_t i = 0; i <= model_.cards.size(); ++i) {
+      const int row = static_cast<int>(i) + 1;
+      if (i > 0) {
+        ModelCard card = model_.cards[i - 1];
+        const bool goes = (parts & 1) != 0 && i > 1 && Below(chance) == 0;
+        if (goes) {
+          command.Remove(row);
+          undo.removed.emplace_back(i - 1, card);
+        } else if ((parts & 2) != 0 && Below(chance) == 0) {
+          texts.push_back(std::make_unique<ModelCard>(RandomCard()));
+          for (size_t times = Below(3) + 1; times > 0; --times) {
+            const size_t column = Below(kColumns);
+            const std::string& text = texts.back()->texts[column];
+            if (card.texts[column] != text) undo.texts.push_back({card.name, column, card.texts[column], {}});
+            card.texts[column] = text;
+            command.Replace(row, {{static_cast<int>(column) + 1, text}});
+          }
+        }
+        if (!goes) after.push_back(card);
+      }
+      if ((parts & 4) == 0 || Below(chance) != 0) continue;
+      for (size_t times = Below(3) + 1; times > 0; --times) {
+        after.push_back(RandomCard());
+        std::vector<FieldView> fields;
+        texts.push_back(std::make_unique<ModelCard>(after.back()));
+        for (size_t c = 0; c < kColumns; ++c) fields.push_back({static_cast<int>(c) + 1, texts.back()->texts[c]});
+        command.InsertBehind(row, fields);
+        undo.inserted.insert(after.back().name);
+      }
+    }
+    model_.cards = std::move(after);
+    for (ModelUndo::Text& text : undo.texts) text.left = model_.Named(text.name)->Learned();
+    std::optional<CardEditDone> done = CardEdit(*file_).Apply(std::move(command));
+    ASSERT_TRUE(done);
+    for (const int row : done->shift.inserted()) {
+      EXPECT_GE(file_->highest_id(), LeadingNumber(file_->cards().Peek(1, row)));
+    }
+    inverses_.emplace_back(std::move(done->inverse), std::move(undo));
+  }
+
+  void TakeBackOrAgain() {
+    if (inverses_.empty()) return;
+    auto [command, undo] = std::move(inverses_.back());
+    inverses_.pop_back();
+    const bool keep = Below(2) == 0;
+    for (int times = keep ? 2 : 1; times > 0; --times) {
+      model_.HoldAll();
+      undo = model_.TakeBack(undo);
+      std::optional<CardEditDone> done = CardEdit(*file_).Apply(std::move(command));
+      ASSERT_TRUE(done);
+      command = std::move(done->inverse);
+      ExpectAsInModel();
+    }
+    if (keep) inverses_.emplace_back(std::move(command), std::move(undo));
+  }
+
+  void Answer() {
+    const size_t card = Below(model_.cards.size());
+    const int row = static_cast<int>(card) + kFirstCardRow;
+    const auto score = static_cast<int64_t>(Below(1000));
+    model_.cards[card].texts[4] = ScoreText(score);
+    file_->cards().Poke(5, row, ScoreText(score));
+    file_->learn_index().Update(row, score);
+    file_->RowChanged(row, std::array{5});
+  }
+
+  // The lines of an index in an order that does not depend on that of equal keys.
+  template <typename Index>
+  std::vector<std::string> Lines(const Index& index) {
+    MemoryDisk disk;
+    EXPECT_TRUE(index.SaveTo(*disk.Create("index"), file_->cards()));
+    std::vector<std::string> lines;
+    std::istringstream text(*disk.Content("index"));
+    for (std::string line; std::getline(text, line);) lines.push_back(line);
+    std::sort(lines.begin(), lines.end());
+    return lines;
+  }
+
+  void ExpectIndexesAreRight() {
+    const CardTable& cards = file_->cards();
+    const LearnIndex& learn = file_->learn_index();
+    LearnIndex built;
+    LinkIndex links;
+    ASSERT_TRUE(built.Build(cards) && links.Build(cards));
+    EXPECT_EQ(Lines(learn), Lines(built));
+    EXPECT_EQ(Lines(file_->link_index()), Lines(links));
+    for (int row = 2; row + 1 < learn.RowCount(); ++row) ASSERT_LE(learn.Score(row), learn.Score(row + 1));
+    for (int row = kFirstCardRow; row <= file_->CardCount() + 1; ++row) {
+      ASSERT_EQ(learn.RowOfCard(row) != 0, built.RowOfCard(row) != 0);
+      ASSERT_TRUE(learn.RowOfCard(row) == 0 || learn.BoxPos(learn.RowOfCard(row)) == row);
+      const int64_t id = LeadingNumber(cards.Peek(1, row));
+      const int found = file_->link_index().RowOfId(id);
+      ASSERT_EQ(found != 0, id != 0 && id <= 999999);
+      ASSERT_TRUE(found == 0 || LeadingNumber(cards.Peek(1, found)) == id);
+    }
+    EXPECT_EQ(file_->link_index().RowOfId(999998), 0);
+  }
+
+  void ExpectAsInModel() {
+    ASSERT_EQ(FileText(file_->cards()), model_.Text());
+    ExpectIndexesAreRight();
+    EXPECT_GE(file_->highest_id(), highest_);
+    highest_ = file_->highest_id();
+    for (const auto& [name, row] : model_.held) {
+      ASSERT_LE(row, file_->CardCount() + 1);
+      EXPECT_EQ(model_.cards[static_cast<size_t>(row - kFirstCardRow)].name, name);
+    }
+    model_.held.clear();
+  }
+
+  MemoryDisk disk_;
+  FixedClock clock_;
+  std::unique_ptr<CardFile> file_;
+  Model model_;
+  std::optional<CardWatch> watch_;
+  std::mt19937 random_{7};
+  std::vector<std::pair<CardCommand, ModelUndo>> inverses_;
+  int ids_ = 0;
+  int names_ = 0;
+  int64_t highest_ = 0;
+};
+
+TEST_F(CardEditTest, AnySequenceGivesTheCardsOfAPlainModel) {
+  const std::pair<size_t, int> rounds[] = {{0, 30}, {1, 100}, {6, 200}, {15, 200}, {1300, 8}};
+  for (const auto& [cards, steps] : rounds) {
+    Start(std::max<size_t>(cards, 1));
+    inverses_.clear();
+    for (int step = 0; step < steps && !HasFatalFailure(); ++step) {
+      SCOPED_TRACE(std::to_string(cards) + " cards, step " + std::to_string(step));
+      const size_t dice = Below(10);
+      if (dice < 4) RandomCommand(dice == 0 ? 1 : cards);
+      if (dice >= 4 && dice < 7) TakeBackOrAgain();
+      if (dice == 7) Answer();
+      if (dice == 8) {
+        ASSERT_EQ(file_->Save(), SaveResult::Saved);
+        const int rows = file_->cards().RowCount();
+        const bool all_learned = file_->learn_index().RowCount() == rows;
+        const bool all_linked = file_->link_index().RowCount() == rows;
+        const OpenReport report = Reopen();
+        EXPECT_FALSE(report.unsaved || report.learn_index_rebuilt == all_learned ||
+                     report.link_index_rebuilt == all_linked);
+      }
+      if (dice == 9) {
+        const bool unsaved = file_->changed();
+        ASSERT_EQ(Reopen().unsaved.has_value(), unsaved && disk_.Exists(kJournal));
+        ASSERT_TRUE(!unsaved || file_->TakeOverUnsaved());
+      }
+      ExpectAsInModel();
+    }
+    ASSERT_TRUE(CardEdit(*file_).Finish() && !file_->NeedsRebuild());
+  }
+}
+
+TEST_F(CardEditTest, CutAnywhereTheJournalGivesTheStateAfterAWholeCommand) {
+  Start(5);
+  std::vector<std::string> texts = {model_.Text()};
+  std::vector<size_t> ends;
+  while (ends.size() < 8) {
+    const size_t before = disk_.Content(kJournal).value_or("").size();
+    RandomCommand(3);
+    if (ends.size() == 3) Answer();
+    const size_t size = disk_.Content(kJournal).value_or("").size();
+    if (size == before) continue;
+    ends.push_back(size);
+    texts.push_back(model_.Text());
+  }
+  const std::string journal = *disk_.Content(kJournal);
+  for (size_t place = 0; place <= journal.size(); place += 1 + Below(6)) {
+    SCOPED_TRACE(place);
+    disk_.Put(kJournal, journal.substr(0, place));
+    const bool unsaved = Reopen().unsaved.has_value();
+    ASSERT_TRUE(!unsaved || file_->TakeOverUnsaved());
+    const auto whole = static_cast<size_t>(std::upper_bound(ends.begin(), ends.end(), place) - ends.begin());
+    const std::string text = FileText(file_->cards());
+    // The answer is a record of its own.
+    ASSERT_TRUE(text == texts[whole] || (whole == 3 && place > ends[2])) << whole;
+    (void)disk_.Remove("/deck/x-Antworten-1.mlj");
+  }
+}
+
+TEST_F(CardEditTest, WhatTheJournalCouldKeepIsThereAfterACrash) {
+  using enum MemoryDisk::WriteFault;
+  for (const auto& [fault, stays] :
+       {std::pair{Nothing, false}, {Nothing, true}, {Half, false}, {HalfUnnoticed, false}}) {
+    bool reached = true;
+    for (int n = 1; reached; ++n) {
+      SCOPED_TRACE(n);
+      Start(4);
+      inverses_.clear();
+      random_.seed(static_cast<uint32_t>(n % 5));
+      disk_.FailAt(n, fault, stays);
+      std::string kept = FileText(file_->cards());
+      for (int step = 0; step < 8; ++step) {
+        if (Below(4) == 0) {
+          Answer();
+        } else if (Below(6) == 0) {
+          (void)file_->Save();
+        } else {
+          RandomCommand(2);
+        }
+        if (!file_->journal().failing()) kept = FileText(file_->cards());
+      }
+      reached = disk_.operations() >= n;
+      disk_.FailAt(0);
+      const OpenReport report = Reopen();
+      EXPECT_TRUE(report.put_aside.empty());
+      ASSERT_TRUE(!report.unsaved || file_->TakeOverUnsaved());
+      ASSERT_EQ(FileText(file_->cards()), kept);
+      ExpectIndexesAreRight();
+    }
+  }
+}
+
+TEST_F(CardEditTest, RefusesWhatNamesNoCards) {
+  Start(3);
+  const std::string text = model_.Text();
+  using Make = std::function<void(CardCommand&)>;
+  const Make commands[] = {
+      [](CardCommand& c) { c.Remove(1); },
+      [](CardCommand& c) { c.Remove(5); },
+      [](CardCommand& c) { c.Remove(3), c.Remove(2); },
+      [](CardCommand& c) { c.Remove(2), c.Remove(2); },
+      [](CardCommand& c) { c.Remove(2), c.Remove(3), c.Remove(4); },
+      [](CardCommand& c) {
+        c.Remove(3), c.Replace(3, {{3, "x"}});
+      },
+      [](CardCommand& c) {
+        c.Replace(1, {{3, "x"}});
+      },
+      [](CardCommand& c) {
+        c.Replace(4, {{3, "x"}}), c.Replace(2, {{3, "x"}});
+      },
+      [](CardCommand& c) {
+        c.Replace(2, {{9, "x"}});
+      },
+      [](CardCommand& c) {
+        c.InsertBehind(0, {{3, "x"}});
+      },
+      [](CardCommand& c) {
+        c.InsertBehind(5, {{3, "x"}});
+      },
+      [](CardCommand& c) {
+        c.InsertBehind(2, {{9, "x"}});
+      },
+  };
+  for (const Make& make : commands) {
+    CardCommand command;
+    make(command);
+    EXPECT_FALSE(CardEdit(*file_).Apply(std::move(command)));
+  }
+  EXPECT_TRUE(FileText(file_->cards()) == text && !file_->changed());
+}
+
+TEST_F(CardEditTest, ReplayEndsWhereTheOldIdsDiffer) {
+  Start(1);
+  disk_.Put(kTestFile, FileText({{.id = "000001"}, {.id = "000002"}, {.id = "000003"}}));
+  const auto replay = [&](const std::vector<JournalRecord>& records) {
+    (void)disk_.Remove(kJournal);
+    (void)Reopen();
+    std::string journal = JournalHead(file_->stamp());
+    for (const JournalRecord& record : records) journal += JournalText(record);
+    disk_.Put(kJournal, journal);
+    EXPECT_TRUE(Reopen().unsaved && file_->TakeOverUnsaved());
+    std::string ids;
+    for (int row = kFirstCardRow; row <= file_->CardCount() + 1; ++row) ids += file_->cards().Peek(1, row).back();
+    return ids;
+  };
+  EditChange cut = {.row_count = 5, .old_ids = {}, .edit = {}};
+  cut.edit.removed = {3};
+  cut.old_ids.AddRow({{1, "000002"}});
+  const JournalRecord later = {2, RowChange{2, {{1, "000009"}}}};
+  EXPECT_EQ(replay({{1, cut}, later}), "93");
+  EditChange other = cut;
+  other.row_count = 6;
+  EXPECT_EQ(replay({{1, other}, later}), "123");
+  other = cut;
+  other.edit.removed = {2};
+  EXPECT_EQ(replay({{1, other}, later}), "123");
+  EXPECT_EQ(replay({later, {1, cut}, {3, cut}, later}), "93");
+}
+
+}  // namespace
+}  // namespace tessaro
