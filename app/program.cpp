@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/answer_modes.h"
 #include "app/check_texts.h"
 #include "app/sample_files.h"
 #include "app/wnmain.h"
@@ -56,9 +57,11 @@ void Program::RunInBackground(QObject& receiver, BackgroundWork work) {
 
 void Program::OpenLearning(std::optional<MethodChoice> choice) {
   if (!file_.IsOpen() || !MayLearn()) return;
-  if (learning_window_ == nullptr) MakeLearningWindow();
+  const bool begins = learning_window_ == nullptr;
+  if (begins) MakeLearningWindow();
   if (choice) learning_window_->LearnBy(*std::move(choice));
   learning_window_->show();
+  if (begins) answer_modes_->Start();
   learning_window_->raise();
   learning_window_->activateWindow();
   Q_EMIT LearningOpened();
@@ -70,6 +73,8 @@ void Program::MakeLearningWindow() {
   connect(learning_window_.get(), &TF_wnlern::Closed, this, &Program::EndLearning);
   connect(learning_window_.get(), &TF_wnlern::SaveWanted, main_window_.get(), &TF_wnmain::FileSaveExecute);
   TieMedia(*learning_window_);
+  answer_modes_ = std::make_unique<AnswerModes>(*learning_window_, *media_window_, answer_gate_, settings_,
+                                                machine_.clock, machine_.messages, input_check_on_);
 }
 
 void Program::ChooseMethod(bool boxes) {
@@ -117,6 +122,7 @@ bool Program::learning() const {
 void Program::EndLearning() {
   // What plays may play on the window's own screen.
   if (media_window_ != nullptr) media_window_->StopAll();
+  answer_modes_.reset();
   // The window is still busy with being closed.
   learning_window_.release()->deleteLater();
   // The positions of the run, which a later save of the cards would write too. A failure is of no consequence for them.

@@ -19,6 +19,7 @@ class QWidget;
 
 namespace tessaro {
 
+class AnswerModes;
 class TF_wnmain;
 class TF_wnlern;
 class TF_wnmedia;
@@ -90,9 +91,11 @@ class Program : public QObject {
   bool settings_readable_ = false;
   CardFile file_;
   AnswerGate answer_gate_;  // between the learning window and the answer windows
+  bool input_check_on_ = true;
   std::unique_ptr<TF_wnmain> main_window_;
   std::unique_ptr<TF_wnmedia> media_window_;
   std::unique_ptr<TF_wnlern> learning_window_;
+  std::unique_ptr<AnswerModes> answer_modes_;  // beside the learning window
 };
 
 }  // namespace tessaro

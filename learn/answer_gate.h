@@ -7,6 +7,9 @@
 
 namespace tessaro {
 
+// The way in which the learner answers: by the learning window's buttons, or in one of the answer windows.
+enum class AnswerMode { None, Choice, Input, Typing };
+
 // Whether the learning window waits for what an answer window makes of the card, and what that was.
 enum class AnswerModeResult {
   None = 0,     // it does not wait: the card is answered by the learning window's own buttons

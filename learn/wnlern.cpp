@@ -51,6 +51,7 @@ TF_wnlern::TF_wnlern(CardFile& file, ProgramSettings& settings, const Clock& clo
   ConnectNavigation();
   ConnectMethods();
   ConnectView();
+  ConnectModes();
   ConnectNotice();
   DressControls(*ui_, *this);
   timer_.setInterval(kTimerMilliseconds);
@@ -237,11 +238,14 @@ void TF_wnlern::ReadShortcuts() {
     taken += keys[i];
   }
   // The learner's own keys come first; what the form gives comes back when its key is free again.
-  for (QAction* action : {ui_->MAntwortZurueck, ui_->MAntwortWieder, ui_->MSpeichern, ui_->MKopieren}) {
+  for (QAction* action : {ui_->MAntwortZurueck, ui_->MAntwortWieder, ui_->MSpeichern, ui_->MKopieren,
+                          ui_->MAuswahlleiste, ui_->MEingabezeile, ui_->MTastaturtraining}) {
     if (!action->data().isValid()) action->setData(QVariant::fromValue(action->shortcut()));
     const auto key = action->data().value<QKeySequence>();
     action->setShortcut(taken.contains(key) ? QKeySequence() : key);
   }
+  learning_keys_ = taken;
+  Q_EMIT LearningKeysChanged();
   const QString turn = FirstKeyName(keys[static_cast<size_t>(LearningCommand::Turn)]);
   ui_->BtHand->SetKeyText(turn);
   // The same command stands in two menus, but only one action may own the key.

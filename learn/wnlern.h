@@ -51,6 +51,20 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   // What the status field shows of the answer windows changed.
   void ShowChoiceStatus();
 
+  // Which switch of an answer mode is on.
+  void ShowAnswerMode(AnswerMode mode);
+  // Gives an answer window its place under the card.
+  void DockUnderCard(QWidget& window);
+  // Shows a text to be copied in place of the side on screen, up to the next side, with `length` characters marked.
+  void ShowTemplate(const std::string& text);
+  void MarkTemplate(int place, int length);
+  // Shows the side on screen as it is, in place of such a text.
+  void HideTemplate();
+  // The keys of the learning commands.
+  const QList<QKeySequence>& learning_keys() const { return learning_keys_; }
+  // To be called after settings were changed elsewhere while the window is open.
+  void SettingsChanged();
+
   // The video that was asked for came to its end, or could not be played.
   void VideoEnded(bool played);
 
@@ -63,6 +77,9 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   void CardShown();
   // Another side, or another card, is on screen.
   void SideShown();
+  // The learner switched an answer mode on, or the one that was on off.
+  void AnswerModeWanted(tessaro::AnswerMode mode);
+  void LearningKeysChanged();
   // The user wants the card file saved; the run goes on.
   void SaveWanted();
   // A sound or video that the card names is to be played. `screen` is the video's place in this window; null where the
@@ -89,6 +106,7 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   void ConnectNavigation();
   void ConnectMethods();
   void ConnectView();
+  void ConnectModes();
   void ConnectNotice();
 
   void FormShow();
@@ -156,6 +174,7 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   std::unique_ptr<Ui::TF_wnlern> ui_;
   std::unique_ptr<LearningRun> run_;
   std::array<SideLook, 2> looks_;  // front and back
+  QList<QKeySequence> learning_keys_;
   QTimer timer_;
   int64_t start_milliseconds_ = 0;
   bool in_command_ = false;

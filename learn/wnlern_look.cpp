@@ -59,6 +59,9 @@ void DressButtons(Ui::TF_wnlern& ui) {
   ui.SpeedButtonLeitnerOn->setIcon(Icon("boxes-leave"));
   ui.SpeedButtonLeitnerOff->setIcon(Icon("boxes-resume"));
   ui.TbCalc->setIcon(Icon("chart"));
+  ui.SpeedButtonWahl->setIcon(Icon("choice"));
+  ui.SpeedButtonInput->setIcon(Icon("input"));
+  ui.SpeedButtonTipp->setIcon(Icon("keyboard"));
   ui.BildHinweis->setPixmap(Icon("clock").pixmap(QSize(20, 20), ui.BildHinweis->devicePixelRatioF()));
   ui.Hinweis->setBackgroundRole(QPalette::AlternateBase);
 }

@@ -171,6 +171,53 @@ def capital_card(country, overview):
     return Card(question, answer)
 
 
+# --- Typing training: a card for each line, under the topic of its row of keys.
+
+def read_typing():
+    topic, rows = "", []
+    for line in (HERE / "source/tastatur.txt").read_text("utf-8").splitlines():
+        if line.startswith("== "):
+            topic = line[3:]
+        elif line and not line.startswith("#"):
+            rows.append((topic, line))
+    first, topics = {}, {}
+    for number, (topic, _) in enumerate(rows, 3):
+        first.setdefault(topic, number)
+        topics[topic] = topics.get(topic, 0) + 1
+    names = DOT.join(f"{link(first[name], name)}\u00a0({count})" for name, count in topics.items())
+    home = Card(f'<font size="3"><navigation><home><br></font>{title("Tastaturtraining")}<br><br>'
+                "Schalten Sie im Lernfenster das Tastaturtraining ein (Strg+3) und schreiben Sie den Text jeder Karte ab."
+                f"<br><br>{names}<br><br>Gewusst ist eine Karte, die schnell genug und mit wenig Fehlern getippt ist. "
+                "Beide Grenzen stehen unter Extras, Optionen.", f'{link(1, "Nach vorn")}')
+    index = Card(f'<index><navigation>{title("Reihen")}<br><br>{names}<br><br>{link(1, "Zur Startkarte")}',
+                 link(1, "Zur Startkarte"))
+    return [home, index] + [Card(f'<topic="{topic}"><font size="18">{text}</font>', topic) for topic, text in rows]
+
+
+# --- Test questions: options with letters or numbers in front, the key alone behind.
+
+def read_questions():
+    blocks = re.split(r"^== (.+)\n", (HERE / "source/pruefungsfragen.txt").read_text("utf-8"), flags=re.M)
+    cards = [question_card(key, block.strip().splitlines()) for key, block in zip(blocks[1::2], blocks[2::2])]
+    home = Card(f'<font size="3"><navigation><home><br></font>{title("Prüfungsfragen")}<br><br>'
+                f"{len(cards)} Fragen, bei manchen sind mehrere Antworten richtig. Schalten Sie im Lernfenster die "
+                "Auswahlleiste ein (Strg+1).<br><br>Eine Antwort: Buchstaben oder Ziffer drücken oder anklicken. "
+                "Mehrere: ankreuzen, dann Eingabetaste.", link(1, "Nach vorn"))
+    index = Card(f'<index><navigation>{title("Fragen")}<br><br>'
+                 + DOT.join(link(number, str(number - 2)) for number in range(3, len(cards) + 3)), link(1, "Zur Startkarte"))
+    return [home, index] + cards
+
+
+def question_card(key, lines):
+    numbers = key[0].isdigit()
+    names = [str(number) if numbers else "ABCDEFGH"[number - 1] for number in range(1, len(lines))]
+    for name in key.split():
+        if name not in names:
+            fail(f"the question {lines[0]!r} has no option {name}")
+    options = "<br>".join(f"<b>{name}</b>  {option}" for name, option in zip(names, lines[1:]))
+    return Card(f'<font size="18">{lines[0]}<br><br>{options}</font>', key)
+
+
 # --- Checks and output
 
 def check(name, cards):
@@ -223,7 +270,8 @@ def main():
         os.chdir(HERE)
         os.makedirs("Medien", exist_ok=True)
         pictures.draw_all()
-    decks = {"Erste Schritte": read_tour(), "Hauptstädte der Welt": read_capitals()}
+    decks = {"Erste Schritte": read_tour(), "Hauptstädte der Welt": read_capitals(),
+             "Prüfungsfragen": read_questions(), "Tastaturtraining": read_typing()}
     for name, cards in decks.items():
         check(name, cards)
     for name, cards in decks.items():

@@ -1,5 +1,6 @@
 #include "settings/kept_place.h"
 
+#include <algorithm>
 #include <string>
 
 #include "settings/setting.h"
@@ -31,6 +32,14 @@ KeptPlace ReadPlace(const IniFile& settings, std::string_view suffix, const Kept
 
 bool HasPlace(const IniFile& settings, std::string_view suffix) {
   return settings.Has(kSection, Key("x", suffix)) && settings.Has(kSection, Key("y", suffix));
+}
+
+KeptPlace PlaceWithin(KeptPlace place, int screen_width, int screen_height) {
+  place.width = std::min(place.width, screen_width);
+  place.height = std::min(place.height, screen_height);
+  place.x = std::min(std::max(place.x, 0), screen_width - place.width);
+  place.y = std::min(std::max(place.y, 0), screen_height - place.height);
+  return place;
 }
 
 void WritePlace(const KeptPlace& place, std::string_view suffix, IniFile& settings) {

@@ -20,6 +20,9 @@ struct KeptPlace {
 KeptPlace ReadPlace(const IniFile& settings, std::string_view suffix, const KeptPlace& fallback);
 // Whether a corner was kept.
 bool HasPlace(const IniFile& settings, std::string_view suffix);
+// The place on a screen of that size whose corner is 0, 0: a size beyond the screen's is cut to it, a negative corner
+// becomes 0, and a window that would reach beyond the right or lower edge ends there.
+KeptPlace PlaceWithin(KeptPlace place, int screen_width, int screen_height);
 // "max" comes into the file with the first window that was maximised.
 void WritePlace(const KeptPlace& place, std::string_view suffix, IniFile& settings);
 

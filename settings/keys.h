@@ -15,6 +15,9 @@ inline constexpr FlagSetting kShowStatistics = {"SHOW", "Stat", false};
 inline constexpr FlagSetting kShowInput = {"SHOW", "Input", false};
 inline constexpr FlagSetting kShowChoice = {"SHOW", "Select", false};
 inline constexpr FlagSetting kShowTyping = {"SHOW", "Tipp", false};
+inline constexpr FlagSetting kInputFloats = {"SHOW", "InputFrei", false};  // as windows of their own
+inline constexpr FlagSetting kChoiceFloats = {"SHOW", "SelectFrei", false};
+inline constexpr FlagSetting kTypingFloats = {"SHOW", "TippFrei", false};
 inline constexpr FlagSetting kBarBelow = {"SHOW", "Align", false};
 inline constexpr FlagSetting kShowFigures = {"SHOW", "Figures", true};
 

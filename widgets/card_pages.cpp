@@ -193,9 +193,32 @@ void CardPages::ShowSide(std::string_view side, const SideLook& look) {
   Dress(look);
   video_->Clear();
   frame_->ShowSide(side, look);
+  text_->setExtraSelections({});
   text_->setPlainText(FromBytes(PlainText(side)));
+  setTabVisible(kHypertext, true);
   ShowPages(side);
   if (currentIndex() == kVideo) PlayVideo();
+}
+
+void CardPages::ShowTemplate(const QString& text) {
+  if (text_->toPlainText() != text) text_->setPlainText(text);
+  setTabVisible(kText, true);
+  setTabVisible(kHypertext, false);
+  setCurrentIndex(kText);
+  tabBar()->hide();
+}
+
+void CardPages::MarkTemplate(int place, int length) {
+  QTextEdit::ExtraSelection mark;
+  mark.cursor = QTextCursor(text_->document());
+  mark.cursor.setPosition(std::min(place, text_->document()->characterCount() - 1));
+  text_->setTextCursor(mark.cursor);
+  mark.cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor, length);
+  // Of the paper's own colours, so that it is seen on any paper.
+  mark.format.setBackground(text_->palette().color(QPalette::Text));
+  mark.format.setForeground(text_->palette().color(QPalette::Base));
+  text_->setExtraSelections({mark});
+  text_->ensureCursorVisible();
 }
 
 void CardPages::Dress(const SideLook& look) {

@@ -31,6 +31,10 @@ class CardPages : public QTabWidget {
   void SetLinkColours(std::function<ColourClass(int64_t card_id)> colours);
   // Shows a side from its top, on the page that is to be seen first, and asks for its sounds.
   void ShowSide(std::string_view side, const SideLook& look);
+  // Shows a text to be copied in place of the side, up to the next one.
+  void ShowTemplate(const QString& text);
+  // Marks characters of that text and brings them into view.
+  void MarkTemplate(int place, int length);
   // Takes away the screen that stands in the card.
   void CloseVideo();
   // What is marked on the page in front; empty when nothing is.

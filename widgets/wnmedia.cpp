@@ -68,7 +68,8 @@ void TF_wnmedia::Stop() {
 void TF_wnmedia::PlayNextSound() {
   if (waiting_sounds_.isEmpty()) return;
   playing_ = Playing::Sound;
-  player_->Play(waiting_sounds_.takeFirst(), nullptr);
+  sound_path_ = waiting_sounds_.takeFirst();
+  player_->Play(sound_path_, nullptr);
 }
 
 void TF_wnmedia::OnEnded() {
@@ -76,6 +77,7 @@ void TF_wnmedia::OnEnded() {
 }
 
 void TF_wnmedia::OnFailed() {
+  if (playing_ == Playing::Sound) Q_EMIT SoundFailed(sound_path_);
   const QString name = QFileInfo(video_path_).fileName();
   End(QStringLiteral("\"%1\" kann auf diesem Rechner nicht abgespielt werden.").arg(name), false);
 }

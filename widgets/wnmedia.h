@@ -34,6 +34,7 @@ class TF_wnmedia : public QWidget {
   void StopAll();
 
  Q_SIGNALS:
+  void SoundFailed(const QString& path);
   void VideoEnded(bool played);  // on another window's screen; false: it could not be played
 
  protected:
@@ -56,6 +57,7 @@ class TF_wnmedia : public QWidget {
   std::unique_ptr<Ui::TF_wnmedia> ui_;
   std::unique_ptr<MediaPlayer> player_;
   QStringList waiting_sounds_;
+  QString sound_path_;                   // of the sound that is played
   QString video_path_;                   // of the video that is or was played
   const VideoScreen* screen_ = nullptr;  // where it is or was seen, only to be compared
   Playing playing_ = Playing::Nothing;

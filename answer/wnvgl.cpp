@@ -1,0 +1,190 @@
+#include "answer/wnvgl.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMetaMethod>
+#include <QSignalBlocker>
+#include <algorithm>
+
+#include "answer/typed_answer.h"
+#include "answer/typed_text.h"
+#include "answer/verdict_field.h"
+#include "hypertext/plain_text.h"
+#include "settings/keys.h"
+#include "ui_wnvgl.h"
+#include "widgets/text.h"
+#include "widgets/theme.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+constexpr KeptPlace kFirstPlace = {.x = 3, .y = 628, .width = 573, .height = 126};
+constexpr int kComparisonMilliseconds = 3000;
+constexpr size_t kLeastBlanks = 2;
+
+const QString kOtherCaseText = u"Groß-/Kleinschreibung unterschiedlich"_s;
+const QString kWrongText =
+    u"Buchstabenfolge vor oder um die Eingabeposition ist falsch - korrigieren oder weiter schreiben mit Leertaste"_s;
+const QString kHelpText =
+    u"<p>Die Antwort wird getippt und dabei Wort für Wort mit der anderen Seite der Karte verglichen. Ein grüner "
+    u"Balken "
+    u"sagt, dass die Buchstaben dort vorkommen.</p><p>Die Eingabetaste oder Leerzeichen am Ende zeigen die Antwort; "
+    u"dann gilt die Eingabetaste „weiß ich“, und die Tabulatortaste führt zu „lerne ich“.</p>"_s;
+
+QString Marked(const std::vector<ComparedPiece>& pieces, const QString& begin, const QString& end) {
+  QString text;
+  for (const ComparedPiece& piece : pieces) {
+    const QString letters = FromBytes(piece.text).toHtmlEscaped();
+    text += piece.same ? letters : begin + letters + end;
+  }
+  return text;
+}
+
+QString OneLine(QString text) {
+  return text.replace(u'\n', u' ');
+}
+
+// Of what differs, the typed letters are struck out and those of the answer underlined.
+QString ComparisonText(const TypedComparison& compared, const QPalette& palette) {
+  const auto colour = [&](Accent accent) { return AccentColour(accent, palette).name(); };
+  const QString typed = Marked(compared.typed, u"<s style=\"color:%1\">"_s.arg(colour(Accent::NotKnown)), u"</s>"_s);
+  const QString answer = Marked(compared.answer, u"<u style=\"color:%1\">"_s.arg(colour(Accent::Known)), u"</u>"_s);
+  return u"<table cellspacing=0><tr><td>Getippt:&nbsp;</td><td>%1</td></tr>"
+         u"<tr><td>Antwort:&nbsp;</td><td>%2</td></tr></table>"_s.arg(typed, OneLine(answer));
+}
+
+}  // namespace
+
+TF_wnvgl::TF_wnvgl(const AnswerSurroundings& around, bool& input_check_on)
+    : AnswerWindow(around, "V", kFirstPlace), ui_(std::make_unique<Ui::TF_wnvgl>()), input_check_on_(input_check_on) {
+  ui_->setupUi(this);
+  DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->BitBtnClose, *ui_->BitBtnHelp, kHelpText);
+  ui_->BitBtnSign->hide();
+  ui_->BitBtnTest->setChecked(input_check_on_);
+  // Two lines, so that nothing moves when they are filled.
+  ui_->LabelVergleich->setFixedHeight(2 * fontMetrics().lineSpacing() + 4);
+  comparison_end_.setSingleShot(true);
+  connect(&comparison_end_, &QTimer::timeout, this, &TF_wnvgl::EndComparison);
+  connect(ui_->RichEditVgl, &QLineEdit::textChanged, this, &TF_wnvgl::RichEditVglChange);
+  connect(ui_->BitBtnHand, &QAbstractButton::clicked, this, [this] {
+    around_.learning.ShowAnswer();
+    TakeFocus();
+  });
+  connect(ui_->BitBtnWeissIch, &QAbstractButton::clicked, this, [this] { Judge(true); });
+  connect(ui_->BitBtnLerneIch, &QAbstractButton::clicked, this, [this] { Judge(false); });
+  connect(ui_->BitBtnTest, &QAbstractButton::clicked, this, &TF_wnvgl::BitBtnTestClick);
+  connect(ui_->BitBtnSign, &QAbstractButton::clicked, this, &TF_wnvgl::SignWanted);
+  WatchKeys();
+  ShowVerdict(*ui_->StatusBarVgl, {}, Verdict::Plain);
+  ReadSettings();
+}
+
+TF_wnvgl::~TF_wnvgl() = default;
+
+void TF_wnvgl::ReadSettings() {
+  blank_limit_ = static_cast<size_t>(keys::kExtraBlanks.Read(around_.settings.ini)) + kLeastBlanks;
+}
+
+void TF_wnvgl::CardCame() {
+  ClearInput();
+  SideCame();
+  for (QWidget* part : {static_cast<QWidget*>(ui_->RichEditVgl), static_cast<QWidget*>(ui_->BitBtnHand),
+                        static_cast<QWidget*>(ui_->BitBtnWeissIch), static_cast<QWidget*>(ui_->BitBtnLerneIch)}) {
+    part->setEnabled(Asks());
+  }
+}
+
+void TF_wnvgl::SideCame() {
+  key_ = around_.learning.SecondSide();
+}
+
+void TF_wnvgl::TakeFocus() {
+  if (IsFloating()) activateWindow();
+  ui_->RichEditVgl->setFocus();
+}
+
+void TF_wnvgl::InsertSign(const QString& sign) {
+  ui_->RichEditVgl->insert(sign);
+}
+
+// Without anyone who has a table of special characters there is nothing to open.
+void TF_wnvgl::connectNotify(const QMetaMethod& signal) {
+  if (signal == QMetaMethod::fromSignal(&TF_wnvgl::SignWanted)) ui_->BitBtnSign->show();
+  AnswerWindow::connectNotify(signal);
+}
+
+void TF_wnvgl::ClearInput() {
+  const QSignalBlocker silent(ui_->RichEditVgl);
+  ui_->RichEditVgl->clear();
+  ShowVerdict(*ui_->StatusBarVgl, {}, Verdict::Plain);
+}
+
+void TF_wnvgl::RichEditVglChange() {
+  EndComparison();
+  ShowVerdict(*ui_->StatusBarVgl, {}, Verdict::Plain);
+  if (!input_check_on_) return;
+  QLineEdit& input = *ui_->RichEditVgl;
+  const std::string typed = TypedBytes(input.text());
+  const TypedCheck check = CheckTyped(typed, static_cast<size_t>(input.cursorPosition()), key_, blank_limit_);
+  switch (check.verdict) {
+    case TypedVerdict::ShowAnswer:
+      return ShowAnswerAndJudge();
+    case TypedVerdict::Right:
+      return ShowVerdict(*ui_->StatusBarVgl, QString(static_cast<qsizetype>(typed.size()), u'█'), Verdict::Bar);
+    case TypedVerdict::OtherCase:
+      return ShowVerdict(*ui_->StatusBarVgl, kOtherCaseText, Verdict::White);
+    case TypedVerdict::Wrong:
+      break;
+  }
+  if (check.select) input.setSelection(static_cast<int>(*check.select), 1);
+  ShowVerdict(*ui_->StatusBarVgl, kWrongText, Verdict::Yellow);
+}
+
+void TF_wnvgl::ShowAnswerAndJudge() {
+  around_.learning.ShowAnswer();
+  if (IsFloating()) activateWindow();
+  ui_->BitBtnWeissIch->setFocus();
+}
+
+void TF_wnvgl::Judge(bool known) {
+  if (around_.gate.SelectError()) return;
+  Register(known);
+  TakeFocus();
+}
+
+void TF_wnvgl::BitBtnTestClick() {
+  input_check_on_ = !input_check_on_;
+  ui_->BitBtnTest->setChecked(input_check_on_);
+  ShowVerdict(*ui_->StatusBarVgl,
+              input_check_on_ ? u"Eingabekontrolle eingeschaltet"_s : u"Eingabekontrolle ausgeschaltet"_s,
+              Verdict::Plain);
+  TakeFocus();
+}
+
+void TF_wnvgl::AnswerGiven() {
+  std::string typed = TypedBytes(ui_->RichEditVgl->text());
+  typed.resize(typed.find_last_not_of(' ') + 1);
+  if (typed.empty()) return;
+  std::string answer = PlainText(key_);
+  std::replace(answer.begin(), answer.end(), '\n', ' ');
+  ui_->LabelVergleich->setText(ComparisonText(CompareTyped(typed, answer), palette()));
+  comparison_end_.start(kComparisonMilliseconds);
+}
+
+void TF_wnvgl::EndComparison() {
+  comparison_end_.stop();
+  ui_->LabelVergleich->clear();
+}
+
+bool TF_wnvgl::KeyPressed(QKeyEvent& event) {
+  const int key = event.key();
+  const bool modifier = key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt || key == Qt::Key_AltGr;
+  if (comparison_end_.isActive() && !modifier && !event.isAutoRepeat()) EndComparison();
+  if ((key != Qt::Key_Return && key != Qt::Key_Enter) || !ui_->RichEditVgl->hasFocus()) return false;
+  if (!event.isAutoRepeat()) ShowAnswerAndJudge();
+  return true;
+}
+
+}  // namespace tessaro

@@ -1,0 +1,252 @@
+#include "answer/wnwahl.h"
+
+#include <QCheckBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QStyle>
+#include <QTabBar>
+#include <QToolButton>
+
+#include "answer/verdict_field.h"
+#include "settings/keys.h"
+#include "ui_wnwahl.h"
+#include "widgets/text.h"
+#include "widgets/theme.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+constexpr KeptPlace kFirstPlace = {.x = 76, .y = 572, .width = 580, .height = 154};
+
+const QString kWrongText = u"Fehler - richtige Antwort ist angezeigt - weiter n u r  mit <weiter>"_s;
+const QString kHelpText =
+    u"<p>Die Karte nennt mehrere Antworten mit Buchstaben oder Zahlen. Die richtige wird angeklickt oder als Taste "
+    u"gedrückt.</p><p>Sind mehrere richtig, werden ihre Kästchen angekreuzt (Pfeiltasten und Leertaste) und mit "
+    u"„prüfen“ oder der Eingabetaste bestätigt.</p><p>Nach einem Fehler steht die richtige Antwort auf der Karte; "
+    u"„weiter“ geht zur nächsten.</p>"_s;
+
+QString NameOf(ChoicePage page, size_t choice) {
+  return FromBytes(ChoiceName(page, choice));
+}
+
+void SetLetters(QWidget& control, const std::optional<QColor>& colour) {
+  QPalette palette = control.parentWidget()->palette();
+  if (colour) palette.setColor(QPalette::ButtonText, *colour);
+  control.setPalette(palette);
+}
+
+}  // namespace
+
+TF_wnwahl::TF_wnwahl(const AnswerSurroundings& around)
+    : AnswerWindow(around, "W", kFirstPlace), ui_(std::make_unique<Ui::TF_wnwahl>()) {
+  ui_->setupUi(this);
+  DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->SpeedButtonClose, *ui_->SpeedButtonHelp, kHelpText);
+  MakeChoices();
+  setFocusPolicy(Qt::StrongFocus);
+  ui_->PageControlSelect->tabBar()->setFocusPolicy(Qt::TabFocus);
+  ui_->PageControlSelect->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
+  ui_->PageControlSelect->setCurrentIndex(static_cast<int>(keys::kChoicePage.Read(around_.settings.ini)));
+  connect(ui_->PageControlSelect, &QTabWidget::currentChanged, this, &TF_wnwahl::PageChanged);
+  connect(ui_->BitBtnMehrfach, &QAbstractButton::clicked, this, &TF_wnwahl::BitBtnMehrfachClick);
+  connect(ui_->BitBtnLerneIch, &QAbstractButton::clicked, this, &TF_wnwahl::BitBtnLerneIchClick);
+  WatchKeys();
+  PageChanged();
+  Restore();
+}
+
+TF_wnwahl::~TF_wnwahl() {
+  keys::kChoicePage.Write(ui_->PageControlSelect->currentIndex(), around_.settings.ini);
+}
+
+void TF_wnwahl::MakeChoices() {
+  for (const ChoicePage page : {ChoicePage::Numbers, ChoicePage::Letters}) {
+    for (size_t i = 0; i < kChoices; ++i) {
+      auto* button = findChild<QToolButton*>(u"SpeedButton"_s + NameOf(page, i));
+      choices_[static_cast<size_t>(page)][i] = button;
+      connect(button, &QAbstractButton::clicked, this, [this, i, button] { ChoiceClick(i, *button); });
+    }
+  }
+  for (size_t i = 0; i < kChoices; ++i) {
+    boxes_[i] = findChild<QCheckBox*>(u"CheckBox%1"_s.arg(i));
+    // Without room for a caption, so that it stands in the middle below its letter.
+    boxes_[i]->setFixedWidth(style()->pixelMetric(QStyle::PM_IndicatorWidth) + 2);
+    connect(boxes_[i], &QAbstractButton::clicked, this, [this, i] { CheckBoxClick(i); });
+  }
+}
+
+ChoicePage TF_wnwahl::Page() const {
+  return ui_->PageControlSelect->currentIndex() == 0 ? ChoicePage::Numbers : ChoicePage::Letters;
+}
+
+void TF_wnwahl::PageChanged() {
+  for (size_t i = 0; i < kChoices; ++i) {
+    boxes_[i]->setAccessibleName(NameOf(Page(), i));
+    boxes_[i]->setToolTip(u"%1 ankreuzen (Leertaste)"_s.arg(NameOf(Page(), i)));
+  }
+  ui_->StatusBarSelect->setPlaceholderText(Page() == ChoicePage::Numbers
+                                               ? u"Zahl wählen (Ziffer); mehrere: ankreuzen und prüfen (Eingabetaste)"_s
+                                               : u"Buchstaben wählen; mehrere: ankreuzen und prüfen (Eingabetaste)"_s);
+  ShowStatus();
+}
+
+void TF_wnwahl::CardCame() {
+  around_.gate.SetSelectError(false);
+  Restore();
+  if (const std::optional<ChoicePage> page = PageOf(around_.learning.SecondSide()); page && Asks()) {
+    ui_->PageControlSelect->setCurrentIndex(static_cast<int>(*page));
+  }
+  for (QWidget* part : {static_cast<QWidget*>(ui_->PageControlSelect), static_cast<QWidget*>(ui_->PanelCheck)}) {
+    part->setEnabled(Asks());
+  }
+  ShowStatus();
+}
+
+void TF_wnwahl::SwitchedOff() {
+  if (around_.gate.SelectError()) BitBtnLerneIchClick();
+}
+
+void TF_wnwahl::TakeFocus() {
+  if (IsFloating()) activateWindow();
+  setFocus();
+}
+
+void TF_wnwahl::ChoiceClick(size_t choice, QToolButton& button) {
+  if (around_.gate.InputLocked() || around_.gate.SelectError() || !Asks()) return;
+  if (IsRightChoice(around_.learning.SecondSide(), Page(), choice)) {
+    Right(u"Antwort war richtig, nächste Karte ist angezeigt"_s);
+  } else {
+    SetLetters(button, AccentColour(Accent::NotKnown, palette()));
+    Wrong();
+  }
+  around_.gate.LockInput();
+}
+
+void TF_wnwahl::CheckBoxClick(size_t choice) {
+  box_ = choice;
+  const bool any = Ticked().any() && !around_.gate.SelectError();
+  ui_->BitBtnMehrfach->setEnabled(any);
+  if (any) ui_->BitBtnMehrfach->setFocus();
+}
+
+void TF_wnwahl::BitBtnMehrfachClick() {
+  if (around_.gate.InputLocked() || around_.gate.SelectError() || !Asks()) return;
+  if (RightTicks(around_.learning.SecondSide(), Page()) == Ticked()) {
+    Right(u"Antwort war richtig"_s);
+  } else {
+    Wrong();
+  }
+  ui_->BitBtnMehrfach->setEnabled(false);
+  around_.gate.LockInput();
+}
+
+void TF_wnwahl::BitBtnLerneIchClick() {
+  around_.gate.SetSelectError(false);
+  Register(false);
+  Restore();
+}
+
+// The next card comes while this is registered, and finds the bar as it is.
+void TF_wnwahl::Right(const QString& text) {
+  Register(true);
+  Untick();
+  ShowVerdict(*ui_->StatusBarSelect, text, Verdict::Plain);
+  ShowStatus(ChoiceStatus::NewChoice);
+}
+
+void TF_wnwahl::Wrong() {
+  around_.gate.SetSelectError(true);
+  around_.learning.ShowAnswer();
+  QPalette red = palette();
+  red.setColor(QPalette::Window, QColor(0xFFC62828u));
+  ui_->PanelLerneIch->setPalette(red);
+  SetLetters(*ui_->BitBtnLerneIch, AccentColour(Accent::NotKnown, palette()));
+  ShowVerdict(*ui_->StatusBarSelect, kWrongText, Verdict::Yellow);
+  ui_->BitBtnLerneIch->setEnabled(true);
+  if (IsFloating()) activateWindow();
+  ui_->BitBtnLerneIch->setFocus();
+}
+
+void TF_wnwahl::Restore() {
+  ui_->PanelLerneIch->setPalette({});
+  ShowVerdict(*ui_->StatusBarSelect, {}, Verdict::Plain);
+  for (const auto& page : choices_) {
+    for (QToolButton* button : page) SetLetters(*button, std::nullopt);
+  }
+  SetLetters(*ui_->BitBtnLerneIch, std::nullopt);
+  // The focus must not fall to the next control, which would take the keys for itself.
+  if (ui_->BitBtnLerneIch->hasFocus() || ui_->BitBtnMehrfach->hasFocus()) setFocus();
+  ui_->BitBtnLerneIch->setEnabled(false);
+  Untick();
+}
+
+void TF_wnwahl::Untick() {
+  for (QCheckBox* box : boxes_) box->setChecked(false);
+  ui_->BitBtnMehrfach->setEnabled(false);
+  box_ = 0;
+}
+
+Ticks TF_wnwahl::Ticked() const {
+  Ticks ticks;
+  for (size_t i = 0; i < kChoices; ++i) ticks.set(i, boxes_[i]->isChecked());
+  return ticks;
+}
+
+void TF_wnwahl::ShowStatus(ChoiceStatus after) {
+  const bool possible = CanBeRight(around_.learning.SecondSide(), Page());
+  around_.gate.SetStatus(!around_.gate.ChoiceVisible() ? ChoiceStatus::None
+                         : possible                    ? after
+                                                       : ChoiceStatus::NoChoice);
+  Q_EMIT StatusChanged();
+}
+
+bool TF_wnwahl::KeyPressed(QKeyEvent& event) {
+  const int key = event.key();
+  if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+    if (event.isAutoRepeat()) return true;
+    if (ui_->BitBtnLerneIch->isEnabled()) {
+      ui_->BitBtnLerneIch->click();
+    } else if (ui_->BitBtnMehrfach->isEnabled()) {
+      ui_->BitBtnMehrfach->click();
+    }
+    return true;
+  }
+  if (event.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) return false;
+  return MoveAmongBoxes(key) || ChooseByKey(event);
+}
+
+// Space ticks the box that the arrows have come to, also after a tick has given the focus to the button beside it.
+bool TF_wnwahl::MoveAmongBoxes(int key) {
+  if (ui_->PageControlSelect->tabBar()->hasFocus() || !ui_->PanelCheck->isEnabled()) return false;
+  const bool in_boxes = std::any_of(boxes_.begin(), boxes_.end(), [](const QCheckBox* box) { return box->hasFocus(); });
+  if (key == Qt::Key_Space && ui_->BitBtnMehrfach->hasFocus()) {
+    boxes_[box_]->click();
+    return true;
+  }
+  if (key != Qt::Key_Left && key != Qt::Key_Right) return false;
+  if (in_boxes || ui_->BitBtnMehrfach->hasFocus()) {
+    for (size_t i = 0; in_boxes && i < kChoices; ++i) {
+      if (boxes_[i]->hasFocus()) box_ = i;
+    }
+    box_ = (box_ + (key == Qt::Key_Right ? 1 : kChoices - 1)) % kChoices;
+  }
+  boxes_[box_]->setFocus(Qt::TabFocusReason);
+  return true;
+}
+
+// Not while boxes are ticked or one has the focus: the learner is about to name several.
+bool TF_wnwahl::ChooseByKey(QKeyEvent& event) {
+  const QString text = event.text().toUpper();
+  if (text.size() != 1 || qobject_cast<QCheckBox*>(focusWidget()) != nullptr) return false;
+  for (size_t i = 0; i < kChoices; ++i) {
+    if (text != NameOf(Page(), i)) continue;
+    if (!event.isAutoRepeat() && Ticked().none() && ui_->PageControlSelect->isEnabled()) {
+      choices_[static_cast<size_t>(Page())][i]->click();
+    }
+    return true;
+  }
+  return false;
+}
+
+}  // namespace tessaro

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <array>
+#include <memory>
+
+#include "answer/answer_window.h"
+#include "answer/choice.h"
+
+class QCheckBox;
+
+namespace Ui {
+class TF_wnwahl;
+}
+
+namespace tessaro {
+
+// The choice bar: the learner answers a test card by clicking a letter, a number, or a set of boxes. After a wrong
+// answer the right one is shown, and "weiter" is the only way on.
+class TF_wnwahl : public AnswerWindow {
+  Q_OBJECT
+
+ public:
+  explicit TF_wnwahl(const AnswerSurroundings& around);
+  ~TF_wnwahl() override;
+
+  void CardCame() override;
+  void SideCame() override { ShowStatus(); }
+  // What is pending is registered as "weiter" would.
+  void SwitchedOff() override;
+  void TakeFocus() override;
+
+ Q_SIGNALS:
+  // The gate has another status.
+  void StatusChanged();
+
+ protected:
+  bool KeyPressed(QKeyEvent& event) override;
+
+ private:
+  ChoicePage Page() const;
+  void MakeChoices();
+  void PageChanged();
+  void ChoiceClick(size_t choice, QToolButton& button);
+  void CheckBoxClick(size_t choice);
+  void BitBtnMehrfachClick();
+  void BitBtnLerneIchClick();
+
+  void Right(const QString& text);
+  void Wrong();
+  void Restore();
+  void Untick();
+  Ticks Ticked() const;
+  void ShowStatus(ChoiceStatus after = ChoiceStatus::Choice);
+  bool ChooseByKey(QKeyEvent& event);
+  bool MoveAmongBoxes(int key);
+
+  std::unique_ptr<Ui::TF_wnwahl> ui_;
+  std::array<std::array<QToolButton*, kChoices>, 2> choices_{};
+  std::array<QCheckBox*, kChoices> boxes_{};
+  size_t box_ = 0;  // the one that the keys tick
+};
+
+}  // namespace tessaro

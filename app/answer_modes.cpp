@@ -1,0 +1,176 @@
+#include "app/answer_modes.h"
+
+#include <QApplication>
+#include <QFileInfo>
+
+#include "answer/wntipp.h"
+#include "answer/wnvgl.h"
+#include "answer/wnwahl.h"
+#include "learn/wnlern.h"
+#include "settings/keys.h"
+#include "widgets/wnmedia.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+struct ModeSettings {
+  FlagSetting shown;
+  FlagSetting floating;
+};
+
+ModeSettings SettingsOf(AnswerMode mode) {
+  switch (mode) {
+    case AnswerMode::None:
+    case AnswerMode::Choice:
+      break;
+    case AnswerMode::Input:
+      return {keys::kShowInput, keys::kInputFloats};
+    case AnswerMode::Typing:
+      return {keys::kShowTyping, keys::kTypingFloats};
+  }
+  return {keys::kShowChoice, keys::kChoiceFloats};
+}
+
+constexpr std::array kWindowModes = {AnswerMode::Choice, AnswerMode::Input, AnswerMode::Typing};
+
+}  // namespace
+
+AnswerModes::AnswerModes(TF_wnlern& learning, TF_wnmedia& media, AnswerGate& gate, ProgramSettings& settings,
+                         const Clock& clock, Messages& messages, bool& input_check_on)
+    : learning_(learning),
+      media_(media),
+      around_{learning, gate, settings, clock, messages},
+      input_check_on_(input_check_on) {
+  connect(&learning, &TF_wnlern::AnswerModeWanted, this, &AnswerModes::SwitchTo);
+  connect(&learning, &TF_wnlern::LearningKeysChanged, this, &AnswerModes::PassKeys);
+  connect(&learning, &TF_wnlern::CardShown, this, &AnswerModes::CardShown);
+  connect(&learning, &TF_wnlern::SideShown, this, [this] {
+    if (Window() != nullptr) Window()->SideCame();
+  });
+  connect(&learning, &TF_wnlern::AnswerGiven, this, [this] {
+    if (Window() != nullptr) Window()->AnswerGiven();
+  });
+  connect(&media, &TF_wnmedia::SoundFailed, this, [this](const QString& path) {
+    if (path == error_sound_) TellBadSound(path);
+  });
+}
+
+AnswerModes::~AnswerModes() {
+  if (Window() != nullptr) Window()->KeepPlace();
+  mode_ = AnswerMode::None;
+  TellGate();
+}
+
+void AnswerModes::Start() {
+  for (const AnswerMode mode : kWindowModes) {
+    if (SettingsOf(mode).shown.Read(around_.settings.ini)) return SwitchTo(mode);
+  }
+}
+
+void AnswerModes::SwitchTo(AnswerMode mode) {
+  if (mode != mode_) {
+    SwitchOff();
+    mode_ = mode;
+    KeepMode();
+    TellGate();
+    if (mode != AnswerMode::None) {
+      if (Window() == nullptr) MakeWindow(mode);
+      Place(SettingsOf(mode).floating.Read(around_.settings.ini));
+      CardShown();
+    }
+    learning_.ShowChoiceStatus();
+  }
+  learning_.ShowAnswerMode(mode_);
+}
+
+void AnswerModes::SwitchOff() {
+  AnswerWindow* window = Window();
+  if (window == nullptr) return;
+  window->SwitchedOff();
+  window->KeepPlace();
+  const AnswerMode old = std::exchange(mode_, AnswerMode::None);
+  window->hide();
+  if (old == AnswerMode::Typing) learning_.HideTemplate();
+}
+
+void AnswerModes::TellGate() {
+  around_.gate.SetChoiceVisible(mode_ == AnswerMode::Choice);
+  around_.gate.SetTypingVisible(mode_ == AnswerMode::Typing);
+}
+
+void AnswerModes::KeepMode() {
+  for (const AnswerMode mode : kWindowModes) SettingsOf(mode).shown.Write(mode == mode_, around_.settings.ini);
+}
+
+void AnswerModes::MakeWindow(AnswerMode mode) {
+  auto& window = windows_[static_cast<size_t>(mode)];
+  window = mode == AnswerMode::Choice ? MakeChoice() : mode == AnswerMode::Input ? MakeInput() : MakeTyping();
+  connect(window.get(), &AnswerWindow::CloseWanted, this, [this] { SwitchTo(AnswerMode::None); });
+  connect(window.get(), &AnswerWindow::FloatWanted, this, [this](bool floating) {
+    Window()->KeepPlace();
+    SettingsOf(mode_).floating.Write(floating, around_.settings.ini);
+    Place(floating);
+    Window()->TakeFocus();
+  });
+  PassKeys();
+}
+
+std::unique_ptr<AnswerWindow> AnswerModes::MakeChoice() {
+  auto window = std::make_unique<TF_wnwahl>(around_);
+  connect(window.get(), &TF_wnwahl::StatusChanged, &learning_, &TF_wnlern::ShowChoiceStatus);
+  return window;
+}
+
+std::unique_ptr<AnswerWindow> AnswerModes::MakeInput() {
+  return std::make_unique<TF_wnvgl>(around_, input_check_on_);
+}
+
+std::unique_ptr<AnswerWindow> AnswerModes::MakeTyping() {
+  auto window = std::make_unique<TF_wntipp>(around_);
+  connect(window.get(), &TF_wntipp::TemplateWanted, &learning_, &TF_wnlern::ShowTemplate);
+  connect(window.get(), &TF_wntipp::MarkWanted, &learning_, &TF_wnlern::MarkTemplate);
+  connect(window.get(), &TF_wntipp::SoundWanted, this, &AnswerModes::PlayErrorSound);
+  return window;
+}
+
+void AnswerModes::Place(bool floating) {
+  if (floating) return Window()->Float(learning_);
+  learning_.DockUnderCard(*Window());
+  Window()->BeDocked();
+}
+
+void AnswerModes::CardShown() {
+  if (Window() == nullptr) return;
+  Window()->CardCame();
+  // A question that the step led to is answered first.
+  if (QApplication::activeModalWidget() == nullptr) Window()->TakeFocus();
+}
+
+void AnswerModes::SettingsChanged() {
+  if (Window() == nullptr) return;
+  Window()->ReadSettings();
+  Window()->SideCame();
+}
+
+void AnswerModes::PassKeys() {
+  for (const auto& window : windows_) {
+    if (window != nullptr) window->SetLearningKeys(learning_.learning_keys());
+  }
+}
+
+void AnswerModes::PlayErrorSound(const QString& path) {
+  error_sound_ = path;
+  if (!QFileInfo::exists(path)) return TellBadSound(path);
+  if (path != bad_sound_) media_.PlaySound(path);
+}
+
+void AnswerModes::TellBadSound(const QString& path) {
+  if (path == bad_sound_) return;
+  bad_sound_ = path;
+  around_.messages.Information(&learning_,
+                               u"\nDer Ton für Fehler fehlt oder kann nicht abgespielt werden:\n%1"_s.arg(path));
+}
+
+}  // namespace tessaro

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <array>
+#include <memory>
+
+#include "answer/answer_window.h"
+#include "learn/answer_gate.h"
+
+namespace tessaro {
+
+class TF_wnlern;
+class TF_wnmedia;
+
+// The answer windows beside one learning window: makes them when they are switched on, one at a time, and ties them to
+// it. Which one is on stands in the settings.
+class AnswerModes : public QObject {
+  Q_OBJECT
+
+ public:
+  // All of these must outlive the object. `input_check_on` is kept as long as the program runs.
+  AnswerModes(TF_wnlern& learning, TF_wnmedia& media, AnswerGate& gate, ProgramSettings& settings, const Clock& clock,
+              Messages& messages, bool& input_check_on);
+  // Keeps the places of the windows.
+  ~AnswerModes() override;
+
+  // Switches on what was on in the last run.
+  void Start();
+  void SwitchTo(AnswerMode mode);
+  void SettingsChanged();
+
+ private:
+  static constexpr size_t kModes = 4;  // of AnswerMode, the first without a window
+
+  AnswerWindow* Window() const { return windows_[static_cast<size_t>(mode_)].get(); }
+  void MakeWindow(AnswerMode mode);
+  std::unique_ptr<AnswerWindow> MakeInput();
+  std::unique_ptr<AnswerWindow> MakeTyping();
+  std::unique_ptr<AnswerWindow> MakeChoice();
+  void SwitchOff();
+  void TellGate();
+  void KeepMode();
+  void Place(bool floating);
+  void CardShown();
+  void PassKeys();
+  void PlayErrorSound(const QString& path);
+  void TellBadSound(const QString& path);
+
+  TF_wnlern& learning_;
+  TF_wnmedia& media_;
+  AnswerSurroundings around_;
+  bool& input_check_on_;
+  AnswerMode mode_ = AnswerMode::None;
+  std::array<std::unique_ptr<AnswerWindow>, kModes> windows_;
+  QString error_sound_;  // the one that is or was played
+  QString bad_sound_;    // the one that was told of
+};
+
+}  // namespace tessaro
