@@ -3,6 +3,8 @@
 #include <QLocale>
 #include <QStringList>
 
+#include "widgets/text.h"
+
 namespace tessaro {
 namespace {
 
@@ -29,6 +31,8 @@ QString SummaryText(const DeckReport& report) {
       {DeckFault::MissingId, u"eine Karte ohne Nummer"_s, u"%1 Karten ohne Nummer"_s},
       {DeckFault::DoubleId, u"eine doppelte Nummer"_s, u"%1 doppelte Nummern"_s},
       {DeckFault::DeadLink, u"ein Verweis ins Leere"_s, u"%1 Verweise ins Leere"_s},
+      {DeckFault::EmptySide, u"eine Karte mit leerer Seite"_s, u"%1 Karten mit leerer Seite"_s},
+      {DeckFault::MissingMedia, u"eine fehlende Mediendatei"_s, u"%1 fehlende Mediendateien"_s},
   };
   QStringList parts;
   for (const Words& words : all_words) {
@@ -65,6 +69,10 @@ QString FaultText(const DeckFinding& finding) {
       return u"Behaltenszeit ist keine gültige Zahl."_s;
     case DeckFault::TimeLearned:
       return u"Lernzeit ist keine gültige Zahl."_s;
+    case DeckFault::EmptySide:
+      return u"Eine Seite der Karte ist leer."_s;
+    case DeckFault::MissingMedia:
+      return u"Datei „%1“ fehlt."_s.arg(FromBytes(finding.name));
   }
   return {};
 }
@@ -76,7 +84,10 @@ QString RepairText(const DeckFinding& finding) {
       if (finding.links_lead_to) return u"Bitte selbst ändern: Verweise führen zu dieser Nummer."_s;
       return finding.can_repair ? u"Eine neue Nummer geben."_s : u"Es ist keine Nummer mehr frei."_s;
     case DeckFault::DeadLink:
+    case DeckFault::EmptySide:
       return u"Bitte selbst ändern."_s;
+    case DeckFault::MissingMedia:
+      return u"Bitte in den Ordner der Kartei oder in ihren Medienordner legen."_s;
     case DeckFault::FutureAnswer:
       return u"Zeit auf jetzt setzen. Nur richtig, wenn die Uhr des PCs jetzt stimmt. Die Antworten bleiben."_s;
     case DeckFault::TimeOrder:

@@ -5,6 +5,7 @@
 #include "app/frbegin.h"
 #include "app/program.h"
 #include "app/wnmain.h"
+#include "settings/keys.h"
 #include "ui_wnmain.h"
 #include "widgets/long_work.h"
 
@@ -18,6 +19,10 @@ using namespace Qt::Literals::StringLiterals;
 constexpr int kBeginAfter = 300;  // milliseconds: the start page is painted first
 constexpr int64_t kSlice = 4;     // milliseconds, so that no key press waits noticeably
 constexpr int kRowsAtOnce = 200;
+
+std::string MediaFolderName(Program& program) {
+  return keys::kMediaFolder.Read(program.settings().ini);
+}
 
 }  // namespace
 
@@ -34,6 +39,7 @@ void TF_wnmain::ContinueCheck() {
   if (!file_.IsOpen()) return check_timer_.stop();
   if (check_ == nullptr || check_->RowCount() != file_.cards().RowCount()) {
     check_ = std::make_unique<DeckCheck>(file_, program_.clock().Now());
+    check_->LookForMedia(program_.disk(), FoldersOf(file_.paths().cards, MediaFolderName(program_)));
     check_timer_.start(0);
   }
   const int64_t end = program_.clock().Milliseconds() + kSlice;
@@ -57,6 +63,7 @@ void TF_wnmain::ShowCheck(const DeckReport& report) {
 DeckReport TF_wnmain::CheckNow() {
   LongWork work(this, program_.clock());
   DeckCheck check(file_, program_.clock().Now());
+  check.LookForMedia(program_.disk(), FoldersOf(file_.paths().cards, MediaFolderName(program_)));
   work.NextStage(u"Kartei prüfen"_s, check.Range());
   while (check.Step(kRowsAtOnce)) work.SetPosition(check.Position());
   return check.TakeReport();

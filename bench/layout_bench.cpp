@@ -52,7 +52,7 @@ class Viewer {
       QtMeasurer measurer(texts_, pictures_, colours_);
       const Layout layout = LayOut(side, kFrame, kPoints, measurer);
       QPainter painter(&image_);
-      PaintSide(painter, layout, image_.rect(), Qt::black, texts_, pictures_);
+      PaintSide(painter, layout, image_.rect(), {font_, Qt::black, Qt::white}, texts_, pictures_);
     });
   }
   double DrawPlain(std::string_view side) {

@@ -26,17 +26,36 @@ bool AreLetters(std::string_view text) {
          std::all_of(text.begin(), text.end(), [](char c) { return c == kKnownLetter || c == kNotKnownLetter; });
 }
 
-// Reading a side item by item costs a hundred times as much as seeing that it has no link: a link's tag holds `href="`.
-bool MayHaveLink(std::string_view side) {
-  constexpr std::string_view kBefore = "href";
+// Reading a side item by item costs a hundred times as much as seeing that it names nothing: what does holds `href="`
+// or `src` and a quote.
+bool MayNameThings(std::string_view side) {
   for (size_t at = side.find("=\""); at != std::string_view::npos; at = side.find("=\"", at + 1)) {
-    if (at < kBefore.size()) continue;
-    const std::string_view name = side.substr(at - kBefore.size(), kBefore.size());
     // Bit 5 parts capital from small letters.
-    const auto same = [](char c, char small) { return static_cast<char>(c | 0x20) == small; };
-    if (std::equal(name.begin(), name.end(), kBefore.begin(), same)) return true;
+    const auto ends_with = [&](std::string_view word) {
+      return at >= word.size() &&
+             std::equal(word.begin(), word.end(), side.begin() + static_cast<ptrdiff_t>(at - word.size()),
+                        [](char small, char c) { return static_cast<char>(c | 0x20) == small; });
+    };
+    if (ends_with("href") || ends_with("src")) return true;
   }
   return false;
+}
+
+// Letters outside of tags are enough to know that something is shown; the rest is rare and read item by item.
+bool IsEmptySide(std::string_view side) {
+  const size_t first = side.find_first_not_of(" \r\n");
+  if (first == std::string_view::npos) return true;
+  if (side[first] != '<') return false;
+  for (const MediaKind kind : {MediaKind::Picture, MediaKind::Video, MediaKind::Sound, MediaKind::Text})
+    if (FindDirective(side, kind)) return false;
+  MarkupReader reader(side);
+  for (MarkupItem item; reader.Next(item);) {
+    if (item.kind == MarkupItem::Kind::Picture || item.kind == MarkupItem::Kind::Video ||
+        item.kind == MarkupItem::Kind::Sound || item.picture_face ||
+        item.text.find_first_not_of(' ') != std::string::npos)
+      return false;
+  }
+  return true;
 }
 
 enum class TimesState { Good, Disordered, Malformed };
@@ -110,19 +129,38 @@ bool DeckCheck::HasCard(int64_t number) const {
 void DeckCheck::LookAt(int row) {
   const CardReader cards(file_);
   __builtin_prefetch(cards.Question(row + kRowsAhead).data());
-  LookAtLinks(row, cards.Question(row));
-  LookAtLinks(row, cards.Answer(row));
-  if (!cards.HasEndMark(row) && !cards.IsNavigation(row)) LookAtHistory(row);
+  LookAtSide(row, cards.Question(row));
+  LookAtSide(row, cards.Answer(row));
+  if (cards.HasEndMark(row) || cards.IsNavigation(row)) return;
+  if (IsEmptySide(cards.Question(row)) || IsEmptySide(cards.Answer(row))) Add(DeckFault::EmptySide, row);
+  LookAtHistory(row);
 }
 
-void DeckCheck::LookAtLinks(int row, std::string_view side) {
-  if (!MayHaveLink(side)) return;
+void DeckCheck::LookAtSide(int row, std::string_view side) {
+  if (MayNameThings(side)) LookAtTags(row, side);
+  if (!media_ || side.find('#') == std::string_view::npos) return;
+  for (const MediaKind kind : {MediaKind::Picture, MediaKind::Video, MediaKind::Sound, MediaKind::Text}) {
+    const std::optional<MediaDirective> directive = FindDirective(side, kind);
+    if (directive && !media_->Find(directive->name)) AddMissing(row, directive->name);
+  }
+}
+
+void DeckCheck::LookAtTags(int row, std::string_view side) {
   MarkupReader reader(side);
   for (MarkupItem item; reader.Next(item);) {
-    if (item.kind != MarkupItem::Kind::Link) continue;
-    linked_[static_cast<size_t>(item.target)] = true;
-    if (!HasCard(item.target)) Add(DeckFault::DeadLink, row, item.target);
+    if (item.kind == MarkupItem::Kind::Link) {
+      linked_[static_cast<size_t>(item.target)] = true;
+      if (!HasCard(item.target)) Add(DeckFault::DeadLink, row, item.target);
+    }
+    const bool names_file = item.kind == MarkupItem::Kind::Picture || item.kind == MarkupItem::Kind::Video ||
+                            item.kind == MarkupItem::Kind::Sound || item.picture_face;
+    if (names_file && media_ && !media_->Find(item.text)) AddMissing(row, item.text);
   }
+}
+
+void DeckCheck::AddMissing(int row, const std::string& name) {
+  Add(DeckFault::MissingMedia, row);
+  report_.findings.back().name = name;
 }
 
 void DeckCheck::LookAtHistory(int row) {
@@ -149,6 +187,8 @@ bool DeckCheck::CanRepair(const DeckFinding& finding) const {
       return !finding.links_lead_to && highest_ < kMaxLinkTarget;
     case DeckFault::DeadLink:
     case DeckFault::TimeOrder:
+    case DeckFault::EmptySide:
+    case DeckFault::MissingMedia:
       return false;
     default:
       return true;

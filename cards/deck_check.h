@@ -2,10 +2,13 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "hypertext/media.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {
@@ -22,8 +25,10 @@ enum class DeckFault {
   Times,         // TimeRow is not 64 numbers from 0 to kMostInHistory, or 63 as after an undo
   Score,         // no number from 0 to kMaxScore
   TimeLearned,   // no number from 0 to kMostInHistory
+  EmptySide,     // a side of a card that is learned shows nothing
+  MissingMedia,  // a side names a picture, video, sound or text file that is not there
 };
-inline constexpr int kDeckFaults = 9;
+inline constexpr int kDeckFaults = 11;
 inline constexpr int64_t kMostInHistory = 999'999'999'999'999'999;
 
 struct DeckFinding {
@@ -32,6 +37,7 @@ struct DeckFinding {
   int64_t number = 0;          // DoubleId: the card's number; DeadLink: the link's target, 0 when it is no card number
   bool can_repair = false;     // see RepairDeck
   bool links_lead_to = false;  // DoubleId: links lead to this number, so it cannot be told which card they mean
+  std::string name = {};       // MissingMedia: as the card writes it
 };
 
 struct DeckReport {
@@ -47,6 +53,8 @@ class DeckCheck {
   // `now` in seconds since 1970. `file` must live longer. Fields may change between steps; when rows come or go, or
   // another file is opened, the check is to be begun anew.
   DeckCheck(const CardFile& file, int64_t now);
+  // Looks for the files that the cards name, too; `disk` must live longer.
+  void LookForMedia(const Disk& disk, const MediaFolders& folders) { media_.emplace(disk, folders); }
 
   // Looks at the next `rows` rows; false when there is nothing more to look at.
   bool Step(int rows);
@@ -61,7 +69,9 @@ class DeckCheck {
  private:
   void ReadId(int row);
   void LookAt(int row);
-  void LookAtLinks(int row, std::string_view side);
+  void LookAtSide(int row, std::string_view side);
+  void LookAtTags(int row, std::string_view side);
+  void AddMissing(int row, const std::string& name);
   void LookAtHistory(int row);
   bool HasCard(int64_t number) const;
   // The row of the first card with this number; the place is made when there is none.
@@ -79,6 +89,7 @@ class DeckCheck {
   std::vector<bool> linked_;  // by number
   int64_t highest_ = 0;       // number of a card
   DeckReport report_;
+  std::optional<MediaFinder> media_;
 };
 
 // Cards whose newest answer lies in the future.

@@ -77,6 +77,8 @@ std::optional<std::string> Repaired(CardFile& file, DeckFault fault, std::string
       return std::to_string(std::clamp<int64_t>(LeadingNumber(text), 0, kMostInHistory));
     case DeckFault::DeadLink:
     case DeckFault::TimeOrder:
+    case DeckFault::EmptySide:
+    case DeckFault::MissingMedia:
       break;
   }
   return std::nullopt;

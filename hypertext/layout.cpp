@@ -39,17 +39,19 @@ PixelSize PictureSize(PixelSize own, int width, int height) {
 
 class SideLayout {
  public:
-  SideLayout(PixelSize frame, int start_points, Measurer& measurer, Layout& layout)
-      : measurer_(measurer), layout_(layout), lines_(frame, layout) {
+  SideLayout(std::string_view side, PixelSize frame, int start_points, Measurer& measurer, Layout& layout)
+      : reader_(side), measurer_(measurer), layout_(layout), lines_(frame, layout) {
     fonts_.push_back(std::clamp(start_points, kMinPoints, kMaxPoints));
     style_.points = fonts_.back();
   }
 
-  void Run(std::string_view side) {
-    MarkupReader reader(side);
-    MarkupItem item;
-    while (!lines_.full() && !layout_.broken_off && reader.Next(item)) Take(item);
-    lines_.Finish();
+  // False when the side is whole.
+  bool Continue(int items) {
+    for (; items > 0; --items) {
+      if (lines_.full() || layout_.broken_off || !reader_.Next(item_)) return lines_.Finish(), false;
+      Take(item_);
+    }
+    return true;
   }
 
  private:
@@ -90,7 +92,7 @@ class SideLayout {
 
   void PushFont(int points) {
     if (fonts_.size() == kFontStackEntries) return;
-    fonts_.push_back(points);
+    fonts_.push_back(points == 0 ? fonts_.back() : points);
     style_.points = fonts_.back();
   }
 
@@ -169,6 +171,8 @@ class SideLayout {
 
   ColourClass ColourOf(int32_t target) { return target == 0 ? ColourClass::Blue : measurer_.LinkColour(target); }
 
+  MarkupReader reader_;
+  MarkupItem item_;
   Measurer& measurer_;
   Layout& layout_;
   LineBuilder lines_;
@@ -200,10 +204,34 @@ std::optional<size_t> LinkAreas::IndexAt(int x, int y) const {
   return hit == areas_.rend() ? std::nullopt : std::optional<size_t>(areas_.rend() - hit - 1);
 }
 
-Layout LayOut(std::string_view side, PixelSize frame, int start_points, Measurer& measurer) {
+struct LayoutWork::State {
+  State(std::string_view side, PixelSize frame, int start_points, Measurer& measurer)
+      : work(side, frame, start_points, measurer, layout) {}
   Layout layout;
-  SideLayout(frame, start_points, measurer, layout).Run(side);
-  return layout;
+  SideLayout work;
+};
+
+LayoutWork::LayoutWork(std::string_view side, PixelSize frame, int start_points, Measurer& measurer)
+    : state_(std::make_unique<State>(side, frame, start_points, measurer)) {}
+
+LayoutWork::~LayoutWork() = default;
+
+bool LayoutWork::Continue(int items) {
+  return state_->work.Continue(items);
+}
+
+const Layout& LayoutWork::layout() const {
+  return state_->layout;
+}
+
+Layout LayoutWork::TakeLayout() {
+  return std::move(state_->layout);
+}
+
+Layout LayOut(std::string_view side, PixelSize frame, int start_points, Measurer& measurer) {
+  LayoutWork work(side, frame, start_points, measurer);
+  while (work.Continue(INT32_MAX)) continue;
+  return work.TakeLayout();
 }
 
 }  // namespace tessaro

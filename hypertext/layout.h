@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -111,7 +112,24 @@ inline constexpr size_t kMaxFragments = 250000;
 // The size, made smaller in its proportions until no side is longer than kMaxMediaPixels; no side becomes 0.
 PixelSize BoundedMedia(PixelSize size);
 
-// Lays a side out in a frame of the given size. `start_points` is the font size that the side begins with. Text wraps
+// Lays a side out bit by bit, so that a long one stops nobody. `start_points` is the font size that it begins with.
+class LayoutWork {
+ public:
+  // `measurer` must live longer.
+  LayoutWork(std::string_view side, PixelSize frame, int start_points, Measurer& measurer);
+  ~LayoutWork();
+  // Goes on for so many items of the side; false when it is whole.
+  bool Continue(int items);
+  // What stands already. Its size grows.
+  const Layout& layout() const;
+  Layout TakeLayout();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+// Lays a side out in a frame of the given size. `start_points` as above. Text wraps
 // at the frame's width, also when a picture made the paint box wider. A side beyond the limits above is cut off there.
 Layout LayOut(std::string_view side, PixelSize frame, int start_points, Measurer& measurer);
 

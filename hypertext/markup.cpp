@@ -35,12 +35,12 @@ int BoundedNumber(std::string_view text, int most) {
   return static_cast<int>(number);
 }
 
-// All digits of a font tag in a row are its size: <font size="1" x="4"> is size 14.
+// All digits of a font tag in a row are its size: <font size="1" x="4"> is size 14. Without one, or with 0: 0.
 int FontPoints(std::string_view tag) {
   int64_t points = 0;
   for (const char c : tag)
     if (c >= '0' && c <= '9') points = std::min<int64_t>(points * 10 + (c - '0'), kMaxPoints);
-  return std::max(static_cast<int>(points), kMinPoints);
+  return static_cast<int>(points);
 }
 
 // What stands between the next two double quotes behind `name`, wherever in the tag the name is found.
@@ -54,9 +54,16 @@ std::optional<std::string_view> Attribute(std::string_view tag, std::string_view
   return tag.substr(open + 1, close - open - 1);
 }
 
-int NumberAttribute(std::string_view tag, std::string_view lower_tag, std::string_view name, int missing) {
-  const auto value = Attribute(tag, lower_tag, name);
-  return value ? BoundedNumber(*value, kMaxPixels) : missing;
+int NumberAttribute(std::string_view tag, std::string_view lower_tag, std::string_view name) {
+  return BoundedNumber(Attribute(tag, lower_tag, name).value_or(""), kMaxPixels);
+}
+
+// A border is any number but 0, a negative one too.
+bool HasBorder(std::string_view tag, std::string_view lower_tag) {
+  std::string_view value = Attribute(tag, lower_tag, "border").value_or("1");
+  value.remove_prefix(std::min(value.find_first_not_of(" \t\n"), value.size()));
+  if (value.starts_with('-')) value.remove_prefix(1);
+  return BoundedNumber(value, kMaxPixels) != 0;
 }
 
 // `tag` is the text behind "<", with the ">". The order of the questions decides what a tag is that fits several.
@@ -79,9 +86,9 @@ std::optional<Kind> KindOfTag(std::string_view tag) {
 
 void ReadMedia(MarkupItem& item, std::string_view tag, std::string_view lower_tag) {
   item.text = Attribute(tag, lower_tag, "src").value_or("");
-  item.width = NumberAttribute(tag, lower_tag, "width", 0);
-  item.height = NumberAttribute(tag, lower_tag, "height", 0);
-  item.framed = NumberAttribute(tag, lower_tag, "border", 1) != 0;
+  item.width = NumberAttribute(tag, lower_tag, "width");
+  item.height = NumberAttribute(tag, lower_tag, "height");
+  item.framed = HasBorder(tag, lower_tag);
 }
 
 void ReplaceEntities(std::string& text) {
@@ -202,7 +209,7 @@ void MarkupReader::ReadText(MarkupItem& item) {
   ReplaceEntities(item.text);
 }
 
-// A picture or link written in one of the usual ways ends the word before it. Deliberate: other ways do not.
+// A picture, sound or link written in one of the usual ways ends the word before it. Deliberate: other ways do not.
 bool MarkupReader::EndWordBeforeTag(MarkupItem& item) {
   if (word_ == Word::Empty) return false;
   const std::string_view rest = std::string_view(side_).substr(position_);
@@ -222,7 +229,8 @@ bool MarkupReader::ReadTag(MarkupItem& item) {
     position_ += tag.size() + 1;
     return false;
   }
-  if ((*kind == Kind::Picture || *kind == Kind::Link) && EndWordBeforeTag(item)) return true;
+  const bool may_end_word = *kind == Kind::Picture || *kind == Kind::Sound || *kind == Kind::Link;
+  if (may_end_word && EndWordBeforeTag(item)) return true;
   item.kind = *kind;
   item.on = tag.front() != '/';
   position_ += tag.size() + 1;

@@ -33,7 +33,7 @@ struct MarkupItem {
   bool on = false;
   bool framed = false;  // pictures and picture faces
   bool picture_face = false;
-  int points = 0;  // kMinPoints to kMaxPoints
+  int points = 0;  // kMinPoints to kMaxPoints; 0: the size stays as it is
   int width = 0;   // of media, in pixels; 0: not given
   int height = 0;
   int32_t target = 0;  // of links: 1 to kMaxLinkTarget, 0 leads to nothing

@@ -88,6 +88,11 @@ std::string_view DirectiveName(std::string_view text) {
 
 }  // namespace
 
+MediaFolders FoldersOf(const fs::path& card_file, std::string_view media_folder) {
+  const fs::path folder = card_file.parent_path();
+  return {folder, folder / Utf8FromCodePage(media_folder)};
+}
+
 MediaFinder::MediaFinder(const Disk& disk, const MediaFolders& folders)
     : disk_(&disk), folders_({PlainFolder(folders.folder), PlainFolder(folders.alternative)}) {}
 

@@ -18,6 +18,9 @@ struct MediaFolders {
   bool operator==(const MediaFolders&) const = default;
 };
 
+// Those of a card file. `media_folder` is a setting in code page 1252; an absolute path stands for itself.
+MediaFolders FoldersOf(const std::filesystem::path& card_file, std::string_view media_folder);
+
 // Finds the files that cards name. Backslashes separate folders, letter case does not count, bytes are code page 1252.
 // What it learned of a folder it keeps, so that a side with many pictures is quick.
 class MediaFinder {

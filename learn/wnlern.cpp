@@ -258,10 +258,8 @@ void TF_wnlern::ReadLooks() {
   looks_ = {ReadSideLook(file_.settings(), SideName::Front), ReadSideLook(file_.settings(), SideName::Back)};
   const int paper = std::max(CardPages::PaperWidth(looks_[0].font), CardPages::PaperWidth(looks_[1].font));
   ui_->Kartenspalte->setMaximumWidth(std::max(paper, ui_->AntwortzeileLayout->sizeHint().width()));
-  const std::filesystem::path folder = file_.paths().cards.parent_path();
-  // An absolute path stands for itself.
-  const QString media = FromBytes(keys::kMediaFolder.Read(settings_.ini));
-  ui_->PageControlAnz->SetMediaFolders({folder, folder / ToPath(media)});
+  ui_->PageControlAnz->SetMediaFolders(FoldersOf(file_.paths().cards, keys::kMediaFolder.Read(settings_.ini)));
+  ui_->PageControlAnz->KeepViewIn(settings_.ini);
   ui_->PageControlAnz->SetLinkColours([this](int64_t id) {
     switch (LinkStateOf(file_, id, run_->parameters(), clock_.Now())) {
       case LinkState::KnownNotDue:

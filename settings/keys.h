@@ -38,6 +38,8 @@ inline constexpr NumberSetting kBytesPerCard = {"DISK", "BytesPerCard", 600};
 inline constexpr FlagSetting kBackups = {"Sicherungen", "Aktiv", true};
 inline constexpr NumberSetting kBackupMegabytes = {"Sicherungen", "MaxMB", 1000, 0, 1'000'000};
 inline constexpr NumberSetting kTheme = {"Darstellung", "Farben", 0, 0, 2};              // the desktop's, light, dark
+inline constexpr FlagSetting kWhitePaper = {"Darstellung", "WeissesPapier", false};      // in dark colours, too
+inline constexpr NumberSetting kCardPercent = {"Darstellung", "Karte", 100, 50, 400};    // of the letters on cards
 inline constexpr NumberSetting kTextPercent = {"Darstellung", "Schrift", 100, 80, 200};  // of the desktop's text
 
 // X.ini: where a card file was left.

@@ -1,20 +1,31 @@
 #include "widgets/card_pages.h"
 
+#include <QAction>
+#include <QClipboard>
+#include <QEvent>
+#include <QFontInfo>
 #include <QFontMetrics>
-#include <QPainter>
+#include <QGuiApplication>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTextDocumentFragment>
+#include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
 #include "hypertext/plain_text.h"
 #include "hypertext/text_file.h"
 #include "platform/disk.h"
+#include "settings/keys.h"
 #include "widgets/icons.h"
+#include "widgets/paper_page.h"
 #include "widgets/picture_store.h"
+#include "widgets/side_look.h"
 #include "widgets/text.h"
+#include "widgets/theme.h"
 #include "widgets/video_screen.h"
 
 using namespace Qt::StringLiterals;
@@ -23,12 +34,33 @@ namespace tessaro {
 namespace {
 
 constexpr int kLettersInLine = 75;
-// The paper is in line with the frames of the buttons below, which keep room for their focus ring.
-constexpr int kEdge = 3;
 // The hypertext frame has margins of its own; it must only not touch the rounded edge.
 constexpr int kFrameMargin = 3;
 constexpr int kPaperMargin = 20;
 constexpr uint64_t kLargestTextFile = 8 << 20;
+constexpr qsizetype kMostLetters = 1 << 20;  // of a text page
+constexpr int kZoomStep = 10;                // percent
+
+// A text that a text view can show without delay: cut, and without lines of more than some thousand letters, which the
+// view would lay out whole.
+QString ForTextView(QString text) {
+  constexpr qsizetype kLongestLine = 4000;
+  const bool cut = text.size() > kMostLetters;
+  text.truncate(kMostLetters);
+  QString lines;
+  lines.reserve(text.size() + text.size() / kLongestLine + 1);
+  for (QStringView line : QStringView(text).split(u'\n')) {
+    while (line.size() > kLongestLine) {
+      const qsizetype blank = line.lastIndexOf(u' ', kLongestLine);
+      const qsizetype end = blank > 0 ? blank + 1 : kLongestLine;
+      lines.append(line.first(end)).append(u'\n');
+      line = line.sliced(end);
+    }
+    lines.append(line).append(u'\n');
+  }
+  lines.chop(1);
+  return cut ? lines + u"\n\n[Hier abgeschnitten: Der Text ist zu lang.]"_s : lines;
+}
 
 QPlainTextEdit* MakeTextView(const QString& name) {
   auto* view = new QPlainTextEdit;
@@ -42,58 +74,6 @@ QPlainTextEdit* MakeTextView(const QString& name) {
 }
 
 }  // namespace
-
-// The sheet of paper that a page is: the same in a light and a dark desktop.
-class PaperPage : public QWidget {
- public:
-  PaperPage(QWidget* content, int margin) {
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(kEdge + margin, margin, kEdge + margin, margin);
-    layout->addWidget(content);
-  }
-  void SetPaper(const QColor& paper) {
-    paper_ = paper;
-    update();
-  }
-
- protected:
-  void paintEvent(QPaintEvent* /*event*/) override {
-    constexpr qreal kRadius = 6;
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QColor edge = palette().color(QPalette::WindowText);
-    edge.setAlphaF(0.25F);
-    painter.setPen(edge);
-    painter.setBrush(paper_);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(kEdge + 0.5, 0.5, -kEdge - 0.5, -0.5), kRadius, kRadius);
-  }
-
- private:
-  QColor paper_ = Qt::white;
-};
-
-// A picture in the middle of its page, made smaller where it does not fit, never larger.
-class PictureView : public QWidget {
- public:
-  void SetPicture(const QPixmap& picture) {
-    picture_ = picture;
-    update();
-  }
-
- protected:
-  void paintEvent(QPaintEvent* /*event*/) override {
-    if (picture_.isNull()) return;
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    const bool fits = picture_.width() <= width() && picture_.height() <= height();
-    QRect place(QPoint(0, 0), fits ? picture_.size() : picture_.size().scaled(size(), Qt::KeepAspectRatio));
-    place.moveCenter(rect().center());
-    painter.drawPixmap(place, picture_);
-  }
-
- private:
-  QPixmap picture_;
-};
 
 CardPages::CardPages(QWidget* parent)
     : QTabWidget(parent),
@@ -116,6 +96,108 @@ CardPages::CardPages(QWidget* parent)
   AddPage(u"Ton"_s, MakeSoundPage());
   AddPage(u"HTML"_s, frame_);
   ConnectFrame();
+  AddCommands();
+  connect(this, &QTabWidget::currentChanged, this, &CardPages::FillText);
+}
+
+void CardPages::AddCommands() {
+  AddCommand(u"Kopieren"_s, u"KopierenCard"_s, {}, [this] { QGuiApplication::clipboard()->setText(SelectedText()); });
+  AddCommand(u"Alles markieren"_s, u"AllesMarkieren"_s, {}, [this] { frame_->MarkAll(); });
+  sound_again_ = AddCommand(u"Ton noch einmal abspielen"_s, u"TonNochEinmal"_s, {QKeySequence(Qt::Key_R)},
+                            [this] { PlaySoundsAgain(); });
+  AddCommand(u"Schrift größer"_s, u"ZoomIn"_s, {QKeySequence(u"Ctrl++"_s), QKeySequence(u"Ctrl+="_s)},
+             [this] { SetZoom(zoom_ + kZoomStep); });
+  AddCommand(u"Schrift kleiner"_s, u"ZoomOut"_s, {QKeySequence(u"Ctrl+-"_s)}, [this] { SetZoom(zoom_ - kZoomStep); });
+  AddCommand(u"Schrift in eigener Größe"_s, u"ZoomNormal"_s, {QKeySequence(u"Ctrl+0"_s)}, [this] { SetZoom(100); });
+  stays_white_ = AddCommand(u"Papier bleibt hell"_s, u"PapierHell"_s, {}, [this] {
+    white_paper_ = stays_white_->isChecked();
+    if (settings_ != nullptr) keys::kWhitePaper.Write(white_paper_, *settings_);
+    ChangeLook();
+  });
+  stays_white_->setCheckable(true);
+  frame_->setContextMenuPolicy(Qt::ActionsContextMenu);
+  frame_->addActions(actions());
+  speaker_ = new QToolButton(pages_[kHypertext]);
+  speaker_->setObjectName(u"ButtonLautsprecher"_s);
+  speaker_->setIcon(Icon("sound"));
+  speaker_->setAccessibleName(sound_again_->text());
+  speaker_->setToolTip(u"Ton noch einmal abspielen (R)"_s);
+  speaker_->setFocusPolicy(Qt::TabFocus);
+  connect(speaker_, &QToolButton::clicked, this, &CardPages::PlaySoundsAgain);
+  ShowSpeaker();
+}
+
+QAction* CardPages::AddCommand(const QString& text, const QString& name, const QList<QKeySequence>& keys,
+                               const std::function<void()>& command) {
+  auto* action = new QAction(text, this);
+  action->setObjectName(name);
+  action->setShortcuts(keys);
+  connect(action, &QAction::triggered, this, command);
+  addAction(action);
+  return action;
+}
+
+void CardPages::KeepViewIn(IniFile& settings) {
+  settings_ = &settings;
+  white_paper_ = keys::kWhitePaper.Read(settings);
+  stays_white_->setChecked(white_paper_);
+  SetZoom(static_cast<int>(keys::kCardPercent.Read(settings)));
+}
+
+void CardPages::SetZoom(int percent) {
+  percent = std::clamp(percent, static_cast<int>(keys::kCardPercent.least), static_cast<int>(keys::kCardPercent.most));
+  if (percent == zoom_) return;
+  zoom_ = percent;
+  if (settings_ != nullptr) keys::kCardPercent.Write(zoom_, *settings_);
+  frame_->SetZoom(zoom_ / 100.0);
+  Dress(LookNow());
+}
+
+SideLook CardPages::LookNow() const {
+  return !white_paper_ && IsDark(palette()) ? OnDarkPaper(look_) : look_;
+}
+
+void CardPages::ChangeLook() {
+  Dress(LookNow());
+  frame_->ChangeLook(LookNow());
+}
+
+void CardPages::AddSound(const QString& path) {
+  sounds_ += path;
+  Q_EMIT SoundWanted(path);
+  ShowSpeaker();
+}
+
+void CardPages::PlaySoundsAgain() {
+  for (const QString& path : sounds_) Q_EMIT SoundWanted(path);
+  if (!sound_path_.isEmpty() && !sounds_.contains(sound_path_)) Q_EMIT SoundWanted(sound_path_);
+}
+
+// In the corner that no text reaches.
+void CardPages::ShowSpeaker() {
+  const bool any = !sounds_.isEmpty() || !sound_path_.isEmpty();
+  sound_again_->setEnabled(any);
+  speaker_->setVisible(any);
+  constexpr int kInset = 4;
+  const QSize size = speaker_->sizeHint();
+  speaker_->setGeometry(QRect(QPoint(pages_[kHypertext]->width() - size.width() - kPaperEdge - kInset, kInset), size));
+  speaker_->raise();
+}
+
+// Laid out only when it is to be seen.
+void CardPages::FillText() {
+  if (currentIndex() != kText || std::exchange(text_filled_, true)) return;
+  text_->setPlainText(ForTextView(FromBytes(PlainText(side_))));
+}
+
+void CardPages::changeEvent(QEvent* event) {
+  QTabWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) ChangeLook();
+}
+
+void CardPages::resizeEvent(QResizeEvent* event) {
+  QTabWidget::resizeEvent(event);
+  ShowSpeaker();
 }
 
 void CardPages::AddPage(const QString& title, QWidget* content) {
@@ -171,7 +253,7 @@ void CardPages::CloseVideo() {
 
 void CardPages::ConnectFrame() {
   connect(frame_, &TFrameHtml::LinkClicked, this, &CardPages::LinkClicked);
-  connect(frame_, &TFrameHtml::SoundWanted, this, &CardPages::SoundWanted);
+  connect(frame_, &TFrameHtml::SoundWanted, this, &CardPages::AddSound);
   connect(frame_, &TFrameHtml::VideoClicked, this, [this](const QString& path) {
     if (path.isEmpty()) return Q_EMIT DrawingFailed();
     Q_EMIT VideoWanted(path, frame_->OpenVideoPanel());
@@ -190,17 +272,24 @@ void CardPages::SetLinkColours(std::function<ColourClass(int64_t card_id)> colou
 }
 
 void CardPages::ShowSide(std::string_view side, const SideLook& look) {
-  Dress(look);
+  look_ = look;
+  side_ = side.substr(0, kMostLetters);
+  text_filled_ = false;
+  sounds_.clear();
+  sound_path_.clear();
   video_->Clear();
-  frame_->ShowSide(side, look);
+  frame_->ShowSide(side, LookNow());
+  Dress(LookNow());
   text_->setExtraSelections({});
-  text_->setPlainText(FromBytes(PlainText(side)));
   setTabVisible(kHypertext, true);
   ShowPages(side);
+  FillText();
+  ShowSpeaker();
   if (currentIndex() == kVideo) PlayVideo();
 }
 
 void CardPages::ShowTemplate(const QString& text) {
+  text_filled_ = true;
   if (text_->toPlainText() != text) text_->setPlainText(text);
   setTabVisible(kText, true);
   setTabVisible(kHypertext, false);
@@ -228,7 +317,9 @@ void CardPages::Dress(const SideLook& look) {
     colours.setColor(QPalette::Base, look.paper);
     colours.setColor(QPalette::Text, look.text);
     view->setPalette(colours);
-    view->setFont(look.font);
+    QFont font = look.font;
+    font.setPointSizeF(QFontInfo(font).pointSizeF() * zoom_ / 100);
+    view->setFont(font);
   }
 }
 
@@ -256,7 +347,7 @@ void CardPages::ShowPages(std::string_view side) {
   const auto sound = NamedFile(side, MediaKind::Sound, first);
   sound_path_ = sound ? FromPath(*sound) : QString();
   offer(kSound, sound.has_value(), false);
-  if (sound && first) Q_EMIT SoundWanted(sound_path_);
+  if (sound && first) AddSound(sound_path_);
   const auto text = NamedFile(side, MediaKind::Text, first);
   offer(kTextFile, text && ShowTextFile(*text), first);
   setTabVisible(kText, any);
@@ -277,11 +368,12 @@ bool CardPages::ShowTextFile(const std::filesystem::path& path) {
   const std::optional<FileState> state = RealDisk().State(path);
   if (!state || state->size > kLargestTextFile) return false;
   const std::optional<std::string> bytes = ReadFile(RealDisk(), path);
-  if (bytes) text_file_->setPlainText(FromUtf8(ReadableText(*bytes)));
+  if (bytes) text_file_->setPlainText(ForTextView(FromUtf8(ReadableText(*bytes))));
   return bytes.has_value();
 }
 
 QString CardPages::SelectedText() const {
+  if (currentIndex() == kHypertext) return frame_->MarkedText();
   const QPlainTextEdit* front = currentIndex() == kText ? text_ : currentIndex() == kTextFile ? text_file_ : nullptr;
   return front == nullptr ? QString() : front->textCursor().selection().toPlainText();
 }

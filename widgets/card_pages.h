@@ -1,19 +1,25 @@
 #pragma once
 
+#include <QKeySequence>
+#include <QStringList>
 #include <QTabWidget>
 #include <array>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "hypertext/media.h"
 #include "widgets/htmlview.h"
 
+class QAction;
 class QPlainTextEdit;
 class QPushButton;
+class QToolButton;
 
 namespace tessaro {
 
+class IniFile;
 class PaperPage;
 class PictureView;
 class VideoScreen;
@@ -35,6 +41,13 @@ class CardPages : public QTabWidget {
   void ShowTemplate(const QString& text);
   // Marks characters of that text and brings them into view.
   void MarkTemplate(int place, int length);
+  // Reads from there how large the letters are and whether the paper stays light in a dark desktop, and keeps there
+  // what the user changes of it. `settings` must live longer.
+  void KeepViewIn(IniFile& settings);
+  // Enlarges the letters on all pages, in percent of their own size.
+  void SetZoom(int percent);
+  // Asks for all sounds of the side once more.
+  void PlaySoundsAgain();
   // Takes away the screen that stands in the card.
   void CloseVideo();
   // What is marked on the page in front; empty when nothing is.
@@ -43,6 +56,10 @@ class CardPages : public QTabWidget {
   void ScrollBy(int heights);
   // How wide the pages need to be for lines of about 75 letters.
   static int PaperWidth(const QFont& font);
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  Q_SIGNALS:
   void LinkClicked(int card_id);
@@ -56,6 +73,15 @@ class CardPages : public QTabWidget {
   enum Page { kText, kPicture, kTextFile, kVideo, kSound, kHypertext, kPageCount };
 
   void AddPage(const QString& title, QWidget* content);
+  void AddCommands();
+  QAction* AddCommand(const QString& text, const QString& name, const QList<QKeySequence>& keys,
+                      const std::function<void()>& command);
+  void AddSound(const QString& path);
+  void ShowSpeaker();
+  void FillText();
+  // How the side looks on this desktop.
+  SideLook LookNow() const;
+  void ChangeLook();
   void ConnectFrame();
   // The file that a directive of the side names; `first` becomes true when it wants to be seen before the card's text.
   std::optional<std::filesystem::path> NamedFile(std::string_view side, MediaKind kind, bool& first) const;
@@ -70,8 +96,18 @@ class CardPages : public QTabWidget {
   void Dress(const SideLook& look);
 
   MediaFolders folders_;
+  IniFile* settings_ = nullptr;
+  SideLook look_ = {font(), Qt::black, Qt::white};  // as the card file has it
+  bool white_paper_ = false;
+  int zoom_ = 100;
+  std::string side_;
+  bool text_filled_ = false;
+  QStringList sounds_;  // of the side, in its order
   std::array<PaperPage*, kPageCount> pages_{};
   TFrameHtml* frame_ = nullptr;
+  QToolButton* speaker_ = nullptr;
+  QAction* sound_again_ = nullptr;
+  QAction* stays_white_ = nullptr;
   QPlainTextEdit* text_ = nullptr;
   PictureView* picture_ = nullptr;
   QPlainTextEdit* text_file_ = nullptr;

@@ -7,15 +7,17 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "hypertext/layout.h"
 #include "hypertext/media.h"
+#include "widgets/side_targets.h"
 
 namespace tessaro {
 
 class VideoScreen;
 
-// How a card side looks: settings of the card file, the same in a light and a dark desktop.
+// How a card side looks.
 struct SideLook {
   QFont font;
   QColor text;
@@ -34,9 +36,25 @@ class TFrameHtml : public QScrollArea {
   void SetMediaFolders(const MediaFolders& folders);
   // Gives the colour class of a link's target (see ColourClass). Without it all links are blue.
   void SetLinkColours(std::function<ColourClass(int64_t card_id)> colours);
-  // Shows a side from its top. The sounds of the side are asked for once here, not at repaints.
+  // Shows a side from its top. The sounds of the side are asked for once here, not at repaints. A long side is laid out
+  // bit by bit; of one of more than a megabyte the beginning is shown.
   void ShowSide(std::string_view side, const SideLook& look);
+  // The side that is shown, in other colours.
+  void ChangeLook(const SideLook& look);
+  // Enlarges the letters of all sides; 1 is their own size.
+  void SetZoom(double zoom);
   const Layout& layout() const;
+  // What answers to the mouse and to Enter, and which of it has the ring; -1: none.
+  const std::vector<SideTarget>& targets() const;
+  int selected_target() const;
+  // Does what a click on it does.
+  void Follow(int target);
+  // Where a target stands in the frame.
+  QRect PlaceOf(int target) const;
+
+  // The text that was marked with the mouse; empty when none is.
+  QString MarkedText() const;
+  void MarkAll();
 
   // Opens the screen in the place of the side's video area, until the next side is shown or the panel is closed. Null
   // when the side has no video area.
@@ -60,19 +78,24 @@ class TFrameHtml : public QScrollArea {
 
  private:
   class PaintBox;
-  struct Target;
 
   void LayOutSide();
   void LayOutParts();
+  void BeginLayout(PixelSize room, PixelSize card);
+  void LayOutFor(int milliseconds);
+  void LayOutMore();
+  void TellSounds();
+  void DressPaper();
   // Does a part of the drawing. When it throws, the side is given up and the failure told.
   void Guard(const std::function<void()>& work);
   void PlacePaintBox();
   void CollectTargets();
   bool HasVideo() const;
   void SelectTarget(int index);
-  void Follow(int index);
   void Enlarge(int index);
-  bool IsVideo(int index) const;
+  bool IsA(SideTarget::Kind kind, int index) const;
+  bool CanBeWhole(const Fragment& picture) const;
+  QString HintOf(int index) const;
   QString VideoPath();
   int TargetIndexAt(QPoint point) const;
   void TellDrawingFailed();

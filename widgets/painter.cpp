@@ -4,6 +4,7 @@
 #include <QPainterPath>
 
 #include "widgets/picture_store.h"
+#include "widgets/side_look.h"
 #include "widgets/text_cache.h"
 
 namespace tessaro {
@@ -35,11 +36,14 @@ void PaintFrame(QPainter& painter, const QRect& rect) {
   painter.fillRect(outer.right(), rect.top(), 1, rect.height(), colour);
 }
 
-bool PaintPicture(QPainter& painter, const Fragment& fragment, PictureStore& pictures) {
+bool PaintPicture(QPainter& painter, const Fragment& fragment, const QColor& paper, PictureStore& pictures) {
   const QRect rect = ToQt(fragment.rect);
   const QSize device_size = (QSizeF(rect.size()) * painter.device()->devicePixelRatioF()).toSize();
   const QPixmap picture = pictures.Picture(fragment.text, device_size, fragment.transparent);
   if (picture.isNull()) return false;
+  // What is drawn in dark lines on nothing needs light paper.
+  constexpr int kHalfLight = 128;
+  if (picture.hasAlphaChannel() && paper.lightness() < kHalfLight) painter.fillRect(rect, Qt::white);
   painter.drawPixmap(rect, picture);
   return true;
 }
@@ -70,21 +74,21 @@ void PaintVideo(QPainter& painter, const Fragment& fragment) {
 
 }  // namespace
 
-QColor ColourOfClass(ColourClass colour, const QColor& text) {
+QColor ColourOfClass(ColourClass colour, const SideLook& look) {
   switch (colour) {
     case ColourClass::Green:
-      return {0, 128, 0};
+      return ReadableOn(look.paper, {0, 128, 0});
     case ColourClass::Red:
-      return {255, 0, 0};
+      return ReadableOn(look.paper, {255, 0, 0});
     case ColourClass::Blue:
-      return {0, 0, 255};
+      return ReadableOn(look.paper, {0, 0, 255});
     case ColourClass::Text:
       break;
   }
-  return text;
+  return look.text;
 }
 
-bool PaintSide(QPainter& painter, const Layout& layout, const QRect& clip, const QColor& text_colour, TextCache& texts,
+bool PaintSide(QPainter& painter, const Layout& layout, const QRect& clip, const SideLook& look, TextCache& texts,
                PictureStore& pictures) {
   bool all_read = true;
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -92,10 +96,10 @@ bool PaintSide(QPainter& painter, const Layout& layout, const QRect& clip, const
     // Slanted letters and frames reach a little out of their rectangles.
     const int slack = fragment.rect.height / 2 + 1;
     if (!ToQt(fragment.rect).adjusted(-slack, -1, slack, 1).intersects(clip)) continue;
-    painter.setPen(ColourOfClass(fragment.colour, text_colour));
+    painter.setPen(ColourOfClass(fragment.colour, look));
     bool drawn = true;
     if (fragment.kind == Fragment::Kind::Text) PaintText(painter, fragment, texts);
-    if (fragment.kind == Fragment::Kind::Picture) drawn = PaintPicture(painter, fragment, pictures);
+    if (fragment.kind == Fragment::Kind::Picture) drawn = PaintPicture(painter, fragment, look.paper, pictures);
     if (fragment.kind == Fragment::Kind::Video) PaintVideo(painter, fragment);
     if (fragment.framed && drawn) PaintFrame(painter, ToQt(fragment.rect));
     all_read = all_read && drawn;

@@ -1,5 +1,8 @@
 #include "widgets/qt_measurer.h"
 
+#include <QSize>
+#include <algorithm>
+
 #include "widgets/picture_store.h"
 #include "widgets/text_cache.h"
 
@@ -10,7 +13,9 @@ TextExtent QtMeasurer::Text(std::string_view text, const TextStyle& style) {
 }
 
 PictureFile QtMeasurer::Picture(std::string_view name) {
-  return pictures_.Find(name);
+  PictureFile file = pictures_.Find(name);
+  file.size = FittedInto(card_, file.size);
+  return file;
 }
 
 bool QtMeasurer::SoundExists(std::string_view name) {
@@ -19,6 +24,12 @@ bool QtMeasurer::SoundExists(std::string_view name) {
 
 ColourClass QtMeasurer::LinkColour(int64_t card_id) {
   return colours_ ? colours_(card_id) : ColourClass::Blue;
+}
+
+PixelSize FittedInto(PixelSize room, PixelSize size) {
+  if (size.width <= room.width && size.height <= room.height) return size;
+  const QSize fitted = QSize(size.width, size.height).scaled(room.width, room.height, Qt::KeepAspectRatio);
+  return {std::max(fitted.width(), 1), std::max(fitted.height(), 1)};
 }
 
 }  // namespace tessaro

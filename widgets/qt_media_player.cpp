@@ -104,7 +104,8 @@ class QtMediaPlayer : public MediaPlayer {
     auto* playback = new QObject(this);
     player_ = new QMediaPlayer(playback);
     auto* sink = new QVideoSink(playback);
-    player_->setAudioOutput(new QAudioOutput(playback));
+    // Without a device an output fails, and with it a film that could be seen.
+    if (HasSoundDevice()) player_->setAudioOutput(new QAudioOutput(playback));
     player_->setVideoSink(sink);
     connect(sink, &QVideoSink::videoFrameChanged, playback, [this, sink](const QVideoFrame& frame) {
       if (screen_ && player_ && player_->videoSink() == sink && frame.isValid()) screen_->ShowFrame(frame.toImage());
@@ -121,7 +122,10 @@ class QtMediaPlayer : public MediaPlayer {
     player_->play();
     // From here on: starting to play takes seconds where the machine looks for its decoders for the first time.
     QTimer::singleShot(kLoadingLimit, playback, [this, player = player_] {
-      if (player_ == player && player->mediaStatus() <= QMediaPlayer::LoadingMedia) TellOnce(&MediaPlayer::Failed);
+      // Some decoders take a damaged file for one that will go on some time.
+      const bool loading = player->mediaStatus() <= QMediaPlayer::LoadingMedia;
+      const bool is_dead = player->position() == 0 && player->playbackState() != QMediaPlayer::PausedState;
+      if (player_ == player && (loading || is_dead)) TellOnce(&MediaPlayer::Failed);
     });
   }
 

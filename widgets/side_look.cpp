@@ -1,6 +1,8 @@
 #include "widgets/side_look.h"
 
 #include <QStringList>
+#include <algorithm>
+#include <cmath>
 
 #include "widgets/text.h"
 
@@ -12,6 +14,18 @@ namespace {
 constexpr int64_t kLargestColour = 0xFFFFFF;
 constexpr QColor kPaper(0xFD, 0xFC, 0xF8);
 constexpr QColor kInk(0x1C, 0x1C, 0x1C);
+constexpr QColor kDarkPaper(0x1E, 0x20, 0x22);
+constexpr QColor kDarkInk(0xE4, 0xE3, 0xDF);
+constexpr int kHalfLight = 128;  // of the lightness of a colour
+constexpr double kGlare = 0.05;  // the light that a screen reflects
+
+// From 0, black, to 1, white, as the eye weighs the colours.
+double Luminance(const QColor& colour) {
+  const auto linear = [](double part) {
+    return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
 
 // The bitmap font of old card files is on no machine of today: a plain sans serif stands in for it.
 void SubstituteDefaultFont() {
@@ -41,6 +55,29 @@ QColor ColourFromNumber(int64_t number, const QColor& fallback) {
 
 int64_t NumberFromColour(const QColor& colour) {
   return colour.red() | (colour.green() << 8) | (colour.blue() << 16);
+}
+
+double Contrast(const QColor& one, const QColor& other) {
+  const double a = Luminance(one) + kGlare;
+  const double b = Luminance(other) + kGlare;
+  return std::max(a, b) / std::min(a, b);
+}
+
+QColor ReadableOn(const QColor& paper, QColor colour) {
+  constexpr double kReadable = 4.5;
+  constexpr int kStep = 8;
+  if (paper.lightness() >= kHalfLight) return colour;
+  while (Contrast(paper, colour) < kReadable && colour != Qt::white) {
+    const auto lighter = [](int part) { return std::min(part + kStep, 255); };
+    colour.setRgb(lighter(colour.red()), lighter(colour.green()), lighter(colour.blue()));
+  }
+  return colour;
+}
+
+SideLook OnDarkPaper(const SideLook& look) {
+  if (look.paper != kPaper && look.paper != QColor(Qt::white)) return look;
+  const bool usual = look.text == kInk || look.text == QColor(Qt::black);
+  return {.font = look.font, .text = usual ? kDarkInk : ReadableOn(kDarkPaper, look.text), .paper = kDarkPaper};
 }
 
 SideLook LookOf(const SideSettings& look) {

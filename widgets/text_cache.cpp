@@ -39,9 +39,10 @@ TextCache::Word Shape(std::string_view bytes, const QFont& font) {
 
 }  // namespace
 
-void TextCache::SetFont(const QFont& font) {
-  if (font == base_) return;
+void TextCache::SetFont(const QFont& font, double zoom) {
+  if (font == base_ && zoom == zoom_) return;
   base_ = font;
+  zoom_ = zoom;
   fonts_.clear();
   bytes_ = 0;
 }
@@ -71,7 +72,7 @@ TextCache::StyledFont& TextCache::FontOf(const TextStyle& style) {
   StyledFont& styled = place->second;
   if (!is_new) return styled;
   styled.font = base_;
-  styled.font.setPointSize(style.points);
+  styled.font.setPointSizeF(style.points * zoom_);
   styled.font.setBold(style.bold || base_.bold());
   styled.font.setItalic(style.italic || base_.italic());
   const QFontMetricsF metrics(styled.font);

@@ -24,8 +24,8 @@ class TextCache {
     int thickness = 0;
   };
 
-  // Forgets everything when the font is another one.
-  void SetFont(const QFont& font);
+  // Forgets everything when the font or the zoom is another one. The zoom enlarges all sizes.
+  void SetFont(const QFont& font, double zoom = 1);
   TextExtent Measure(std::string_view text, const TextStyle& style);
   // Valid until the next call of a member.
   const Word& Find(std::string_view text, const TextStyle& style);
@@ -47,6 +47,7 @@ class TextCache {
   StyledFont& FontOf(const TextStyle& style);
 
   QFont base_;
+  double zoom_ = 1;
   std::unordered_map<uint32_t, StyledFont> fonts_;
   size_t bytes_ = 0;  // that the words take, about
 };

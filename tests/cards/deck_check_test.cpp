@@ -33,13 +33,15 @@ class DeckCheckTest : public LearnTest {
   }
   std::string FoundInOpenFile(int step) {
     DeckCheck check(file, kNow);
+    check.LookForMedia(disk, FoldersOf(kTestFile, "Medien"));
     while (check.Step(step)) EXPECT_LT(check.Position(), check.Range());
     report = check.TakeReport();
     std::string text;
     for (const DeckFinding& finding : report.findings) {
-      text += (text.empty() ? "" : " ") + std::string(1, "IDLFOYTSZ"[static_cast<int>(finding.fault)]) +
+      text += (text.empty() ? "" : " ") + std::string(1, "IDLFOYTSZEM"[static_cast<int>(finding.fault)]) +
               (finding.can_repair ? "+" : "") + std::to_string(finding.row);
       if (finding.number != 0) text += "/" + std::to_string(finding.number);
+      if (!finding.name.empty()) text += "/" + finding.name;
     }
     return text;
   }
@@ -56,11 +58,34 @@ TEST_F(DeckCheckTest, FindsWhatIsWrongWithNumbersAndLinks) {
       {{Card("000001", "<a href=\"2\">x</a>", "<A HREF=\"000003\">y"), Card("000002")}, "L2/3"},
       {{Card("000001", "<a href=\"12345678\">x</a><a href=3>y</a>", "href=\"7\"")}, "L2"},
       {{Card("000001", "<navigation><a href=\"2\">x</a>", ""), Card("000002"), Card("000002")}, "D4/2"},
-      {{Card("000001", "<a href=\"9\"><img src=\"a.bmp\"></a>", "<b>no link</b> = \"")}, "L2/9"},
+      {{Card("000001", "<a href=\"9\"><img src=\"a.bmp\"></a>", "<b>no link</b> = \"")}, "L2/9 M2/a.bmp"},
   };
   for (const auto& [cards, found] : cases) {
     for (const int step : {1'000'000, 1}) EXPECT_EQ(Found(cards, step), found) << cards[0].question << ", " << step;
     EXPECT_FALSE(file.changed());
+  }
+}
+
+TEST_F(DeckCheckTest, FindsEmptySidesAndMissingMedia) {
+  disk.Put("/deck/da.bmp", "x");
+  disk.Put("/deck/Medien/da.wav", "x");
+  const std::pair<std::string, std::string> cases[] = {
+      {"", "E2"},
+      {" \r\n", "E2"},
+      {"<b> </b><br><topic=\"x\">", "E2"},
+      {"<a href=\"1\"></a>", "E2"},
+      {"<b>x</b>", ""},
+      {"<a href=\"1\">x</a>", ""},
+      {"<navigation>", ""},
+      {"<img src=\"DA.BMP\"><embed src=\"da.wav\">", ""},
+      {"<img src=\"fort.bmp\"><EMBED SRC=\"fort.avi\">", "M2/fort.bmp M2/fort.avi"},
+      {"<#SHOW:da.bmp+><#WAVE:fort.wav>", "M2/fort.wav"},
+      {"<#TEXT:fort.txt!>", "M2/fort.txt"},
+  };
+  for (const auto& [side, found] : cases) {
+    EXPECT_EQ(Found({Card("000001", side)}), found) << side;
+    if (side == "<navigation>") continue;
+    EXPECT_EQ(Found({Card("000001", "Frage", side)}), found) << side;
   }
 }
 
@@ -101,7 +126,7 @@ TEST_F(DeckCheckTest, RepairsKeepAllThatCanBeRead) {
   TestCard future = Card("000005");
   future.time_row = Times(kNow + 1500, 3);
   EXPECT_EQ(
-      Found({Card("000001"), broken, future, Card("000005", "<a href=\"1\">"), Card("no"), Card("#"), Card("000040")}),
+      Found({Card("000001"), broken, future, Card("000005", "<a href=\"1\">x"), Card("no"), Card("#"), Card("000040")}),
       "D3/1 Y+3 T+3 S+3 Z+3 F+4 D+5/5 I+6");
   EXPECT_EQ(RepairDeck(file, report.findings, kNow), 7);
   EXPECT_TRUE(file.changed());

@@ -90,6 +90,7 @@ TEST_F(LayoutOf, FontSizesAreAStackOfTwentyWithTheStartSize) {
   EXPECT_EQ(Lay(side + "x").fragments.back().style.points, 39);
   for (int i = 0; i < 18; ++i) side += "</font>";
   EXPECT_EQ(Lay(side + "x").fragments.back().style.points, 21);
+  EXPECT_EQ(Lay("<font size=\"30\"><font size=\"0\">a</font>b").fragments.back().style.points, 30);
   EXPECT_EQ(Lay(side + "</font></font></font>x").fragments.back().style.points, kPoints);
   EXPECT_EQ(LayOut("x", kFrame, 5000, measurer).fragments.back().style.points, 400);
 }

@@ -92,7 +92,7 @@ TEST(Markup, TagsAndEntities) {
       {"<font size=\"14\">x</font>", "+14 'x' -size"},
       {"<FONT SIZE=9>", "+9"},
       {"<font size=\"1\" color=\"2\">", "+12"},
-      {"<font size=\"0\"><font size=\"\">", "+1 +1"},
+      {"<font size=\"0\"><font size=\"\">", "+0 +0"},  // as it is
       {"<font size=\"99999999999999999999\">", "+400"},
       {"<font color=\"3\"></FONT>", "-size"},
       {"</font size=7>", "+7"},
@@ -139,8 +139,10 @@ TEST(Markup, PicturesSoundsAndVideos) {
       {"<img src=\"p.jpg>x", "img( framed) 'x'"},
       {"<img src=\"p.jpg\" width=\"99999999999\" height=\"-4\">", "img(p.jpg 1000000x0 framed)"},
       {"<img src=\"border.bmp\" border=\"1\">", "img(border.bmp)"},
+      {"<img src=\"a.bmp\" border=\" -1\"><img src=\"a.bmp\" border=\"-0\">", "img(a.bmp framed) img(a.bmp)"},
       // The ending decides what is embedded.
       {"a<embed src=\"s.wav\">b", "'a' sound(s.wav) 'b'"},
+      {"a<img embed src=\"s.wav\">b", "'a' _ sound(s.wav) 'b'"},
       {"<EMBED SRC=\"f.AVI\" width=\"353\" height=\"289\">", "video(f.AVI 353x289 framed)"},
       {"<embed src=\"f.mpeg\">x", "'x'"},
       {"<embed src=\"f.mpg\"> x <embed src=\"g.avi\">y", "video(f.mpg framed) ' x' _ 'y'"},

@@ -2,15 +2,23 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QImage>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTemporaryDir>
+#include <QToolButton>
 #include <fstream>
 #include <string>
+#include <tuple>
 
+#include "settings/keys.h"
+#include "store/file/ini_file.h"
+#include "widgets/painter.h"
+#include "widgets/side_look.h"
+#include "widgets/theme.h"
 #include "widgets/video_screen.h"
 
 using namespace Qt::StringLiterals;
@@ -65,6 +73,7 @@ TEST_F(CardPagesTest, OffersThePagesThatTheSideHasUseFor) {
 
 TEST_F(CardPagesTest, TextPagesShowWhatAPersonReads) {
   ShowSide("<b>Eins</b> und <a href=\"1\">zwei</a><br>drei &lt;<#TEXT:notiz.txt>");
+  pages.setCurrentIndex(0);
   EXPECT_EQ(pages.findChild<QPlainTextEdit*>(u"Text"_s)->toPlainText(), u"Eins und zwei\ndrei <"_s);
   EXPECT_EQ(pages.findChild<QPlainTextEdit*>(u"TextPlus"_s)->toPlainText(), u"Gruß"_s);
 }
@@ -76,6 +85,72 @@ TEST_F(CardPagesTest, ASoundWithThePlusIsPlayedOnRequest) {
   pages.findChild<QPushButton*>(u"ButtonTon"_s)->click();
   ShowSide("<#WAVE:ton.wav>");
   EXPECT_EQ(wanted, QList<QVariantList>({{folder.filePath(u"ton.wav"_s)}, {folder.filePath(u"ton.wav"_s)}}));
+}
+
+TEST_F(CardPagesTest, SoundsAreShownAndPlayedAgain) {
+  const QSignalSpy wanted(&pages, &CardPages::SoundWanted);
+  auto* speaker = pages.findChild<QToolButton*>(u"ButtonLautsprecher"_s);
+  auto* again = pages.findChild<QAction*>(u"TonNochEinmal"_s);
+  const std::tuple<const char*, bool, int> cases[] = {
+      {"nichts", false, 0}, {"<embed src=\"ton.wav\">", true, 1}, {"<#WAVE:ton.wav+>", true, 0}, {"nichts", false, 0}};
+  for (const auto& [side, shown, played] : cases) {
+    const qsizetype before = wanted.count();
+    ShowSide(side);
+    EXPECT_EQ(wanted.count() - before, played) << side;
+    EXPECT_EQ(speaker->isVisibleTo(pages.widget(5)), shown) << side;
+    again->trigger();
+    EXPECT_EQ(wanted.count() - before, played + (shown ? 1 : 0)) << side;
+  }
+}
+
+TEST_F(CardPagesTest, ADarkDesktopGetsDarkPaperUnlessTheUserOrTheFileWantsAnother) {
+  IniFile settings;
+  pages.KeepViewIn(settings);
+  const auto paper = [this] {
+    return pages.findChild<QWidget*>(u"PaintBox"_s)->parentWidget()->palette().color(QPalette::Window);
+  };
+  ShowSide("x");
+  EXPECT_EQ(paper(), QColor(Qt::white));
+  pages.setPalette(ThemePalette(Theme::Dark));
+  EXPECT_LT(paper().lightness(), 60) << "the side on screen, too";
+  pages.findChild<QAction*>(u"PapierHell"_s)->trigger();
+  EXPECT_EQ(paper(), QColor(Qt::white));
+  EXPECT_TRUE(keys::kWhitePaper.Read(settings));
+  const SideLook own = {QFont(), Qt::darkBlue, QColor(200, 230, 200)};
+  EXPECT_EQ(OnDarkPaper(own).paper, own.paper);
+  const SideLook dark = OnDarkPaper({QFont(), Qt::darkBlue, Qt::white});
+  for (const ColourClass colour : {ColourClass::Text, ColourClass::Green, ColourClass::Red, ColourClass::Blue})
+    EXPECT_GE(Contrast(ColourOfClass(colour, dark), dark.paper), 4.5) << static_cast<int>(colour);
+}
+
+TEST_F(CardPagesTest, LettersGrowAndTheirSizeIsKept) {
+  IniFile settings;
+  pages.KeepViewIn(settings);
+  ShowSide("Wort <font size=\"30\">Wort</font>");
+  const auto width = [this](size_t i) { return pages.findChild<TFrameHtml*>()->layout().fragments.at(i).rect.width; };
+  const int before[] = {width(0), width(1)};
+  for (int i = 0; i < 5; ++i) pages.findChild<QAction*>(u"ZoomIn"_s)->trigger();
+  for (const size_t i : {0, 1}) EXPECT_NEAR(width(i), before[i] * 1.5, 3);
+  EXPECT_EQ(keys::kCardPercent.Read(settings), 150);
+  CardPages other;
+  other.KeepViewIn(settings);
+  pages.SetZoom(1);
+  EXPECT_EQ(keys::kCardPercent.Read(settings), keys::kCardPercent.least);
+  pages.findChild<QAction*>(u"ZoomNormal"_s)->trigger();
+  for (const size_t i : {0, 1}) EXPECT_EQ(width(i), before[i]);
+}
+
+// A view would break the lines of such a word for seconds.
+TEST_F(CardPagesTest, LongTextsAreBrokenAndCut) {
+  std::ofstream(folder.path().toStdString() + "/notiz.txt") << std::string(3 << 20, 'x');
+  ShowSide(std::string(300000, 'y') + "<#TEXT:notiz.txt>");
+  pages.setCurrentIndex(0);
+  for (const QString& name : {u"Text"_s, u"TextPlus"_s}) {
+    const QString text = pages.findChild<QPlainTextEdit*>(name)->toPlainText();
+    EXPECT_LT(text.size(), 1'100'000);
+    EXPECT_GE(text.size(), 300000);
+    for (const QString& line : text.split(u'\n')) EXPECT_LE(line.size(), 4001);
+  }
 }
 
 TEST_F(CardPagesTest, NothingOfTheVideoBeforeStaysOnTheNextSide) {

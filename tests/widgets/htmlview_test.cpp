@@ -173,6 +173,60 @@ TEST_F(HtmlView, MissingPicturesTakeNoRoomAndDamagedOnesEndTheSide) {
   }
 }
 
+TEST_F(HtmlView, APictureLargerThanTheCardIsFittedAndAClickShowsItWhole) {
+  SavePicture("p.png", {1200, 300});
+  Show("<img src=\"p.png\">");
+  const auto width = [this] { return frame->layout().fragments.at(0).rect.width; };
+  EXPECT_LT(width(), 500);
+  EXPECT_NEAR(width(), 4 * frame->layout().fragments[0].rect.height, 4);
+  EXPECT_EQ(frame->horizontalScrollBar()->maximum(), 0);
+  QTest::mouseClick(PaintBox(), Qt::LeftButton, {}, {20, 20});
+  EXPECT_EQ(width(), 1200);
+  button->setFocus();
+  Press({Qt::Key_Tab, Qt::Key_Return});
+  EXPECT_LT(width(), 500);
+  Show("<img src=\"p.png\" width=\"1000\">");
+  QTest::mouseClick(PaintBox(), Qt::LeftButton, {}, {20, 20});
+  EXPECT_EQ(width(), 1000) << "a size that the card gives holds";
+}
+
+TEST_F(HtmlView, TextIsMarkedWithTheMouse) {
+  Show("eins zwei<br>drei <a href=\"1\">vier</a>");
+  const auto place_of = [this](size_t i) {
+    const PixelRect& rect = frame->layout().fragments.at(i).rect;
+    return QRect(rect.left, rect.top, rect.width, rect.height);
+  };
+  const int plain = Count(kPaper);
+  QTest::mousePress(PaintBox(), Qt::LeftButton, {}, {0, place_of(0).center().y()});
+  QTest::mouseMove(PaintBox(), place_of(2).center() + QPoint(place_of(2).width() / 2 + 1, 0));
+  QTest::mouseRelease(PaintBox(), Qt::LeftButton);
+  EXPECT_EQ(frame->MarkedText(), QStringLiteral("eins zwei\ndrei"));
+  EXPECT_LT(Count(kPaper), plain);
+  frame->MarkAll();
+  EXPECT_EQ(frame->MarkedText(), QStringLiteral("eins zwei\ndrei vier"));
+  EXPECT_EQ(links.count(), 0);
+  Show("neu");
+  EXPECT_EQ(frame->MarkedText(), QString());
+}
+
+TEST_F(HtmlView, ALongSideFollowsBitByBitAndAHugeOneIsCut) {
+  constexpr size_t kWords = 30000;
+  std::string side;
+  for (size_t i = 0; i < kWords; ++i) side += "Wort" + std::to_string(i % 50) + " ";
+  frame->ShowSide(side, look);
+  EXPECT_LT(frame->layout().fragments.size(), kWords);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return frame->layout().fragments.size() == kWords; }, 20000));
+  EXPECT_GT(frame->verticalScrollBar()->maximum(), 1000);
+  frame->ShowSide(std::string(3 << 20, 'x'), look);
+  const auto has_note = [this] {
+    const auto& fragments = frame->layout().fragments;
+    return !fragments.empty() && fragments.back().text == "lang.]";
+  };
+  EXPECT_TRUE(QTest::qWaitFor(has_note, 20000));
+  Show("kurz");
+  EXPECT_EQ(frame->layout().fragments.size(), 1U);
+}
+
 TEST_F(HtmlView, AnExceptionEndsTheSideAndNotTheProgram) {
   Show("<a href=\"1\">davor</a>");
   frame->SetLinkColours([](int64_t) -> ColourClass { throw std::bad_alloc(); });

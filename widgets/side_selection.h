@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QPoint>
+#include <QRect>
+#include <QString>
+#include <compare>
+#include <cstddef>
+#include <vector>
+
+#include "hypertext/layout.h"
+
+namespace tessaro {
+
+class TextCache;
+
+// A place before a letter of a laid-out side.
+struct TextPlace {
+  size_t fragment = 0;
+  int letter = 0;
+  auto operator<=>(const TextPlace&) const = default;
+};
+
+// The text that is marked on a side, from where the mouse was pressed to where it is.
+class SideSelection {
+ public:
+  void Clear() { from_ = to_ = {}; }
+  void Begin(TextPlace place) { from_ = to_ = place; }
+  void ExtendTo(TextPlace place) { to_ = place; }
+  void SelectAll(const Layout& layout);
+  bool empty() const { return from_ == to_; }
+  // What is marked, in paint-box coordinates.
+  std::vector<QRect> Rects(const Layout& layout, TextCache& texts) const;
+  // Lines end where they end on the side.
+  QString Text(const Layout& layout, TextCache& texts) const;
+
+ private:
+  struct Part {
+    const Fragment* fragment;
+    int from;
+    int to;
+  };
+  std::vector<Part> Parts(const Layout& layout, TextCache& texts) const;
+
+  TextPlace from_;
+  TextPlace to_;
+};
+
+// The place nearest to a point, in paint-box coordinates.
+TextPlace PlaceAt(const Layout& layout, QPoint point, TextCache& texts);
+
+}  // namespace tessaro
