@@ -11,7 +11,8 @@ namespace tessaro {
 // make; a row outside the table reads as empty.
 class CardReader {
  public:
-  explicit CardReader(const CardFile& file) : cards_(file.cards()), columns_(file.columns()) {}
+  explicit CardReader(const CardFile& file)
+      : cards_(file.cards()), columns_(file.columns()), marks_(file.deletion_marks()) {}
 
   // N cards stand in rows 2 ... N + 1, between the marker rows.
   int Count() const { return cards_.RowCount() > 2 ? cards_.RowCount() - 2 : 0; }
@@ -28,7 +29,7 @@ class CardReader {
     return tessaro::IsDuplicateMarked(Question(row)) || tessaro::IsDuplicateMarked(Answer(row));
   }
   // Never asked, whatever the method.
-  bool IsLeftOut(int row) const { return IsNavigation(row) || IsDuplicateMarked(row); }
+  bool IsLeftOut(int row) const { return IsNavigation(row) || IsDuplicateMarked(row) || marks_.Has(row); }
 
   int64_t Score(int row) const { return LeadingNumber(cards_.Peek(columns_.score, row)); }
   int64_t TimeLearned(int row) const { return LeadingNumber(cards_.Peek(columns_.time_learned, row)); }
@@ -48,6 +49,7 @@ class CardReader {
  private:
   const CardTable& cards_;
   const CardColumns& columns_;
+  const DeletionMarks& marks_;
 };
 
 }  // namespace tessaro

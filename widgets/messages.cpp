@@ -85,6 +85,11 @@ QString BoxMessages::ChooseFileToOpen(QWidget* parent, const QString& title, con
   return QFileDialog::getOpenFileName(parent, title, NearestFolder(folder), filter);
 }
 
+QStringList BoxMessages::ChooseFilesToOpen(QWidget* parent, const QString& title, const QString& folder,
+                                           const QString& filter) {
+  return QFileDialog::getOpenFileNames(parent, title, NearestFolder(folder), filter);
+}
+
 QString BoxMessages::ChooseFileToSave(QWidget* parent, const QString& title, const QString& path,
                                       const QString& filter) {
   QFileDialog chooser(parent, title, path, filter);

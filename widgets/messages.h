@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 class QWidget;
 
@@ -24,6 +24,9 @@ class Messages {
   // in the nearest one above it.
   virtual QString ChooseFileToOpen(QWidget* parent, const QString& title, const QString& folder,
                                    const QString& filter) = 0;
+  // The same for any number of files.
+  virtual QStringList ChooseFilesToOpen(QWidget* parent, const QString& title, const QString& folder,
+                                        const QString& filter) = 0;
   // Asks before an existing file is chosen. A name without ending gets the first ending of `filter`.
   virtual QString ChooseFileToSave(QWidget* parent, const QString& title, const QString& path,
                                    const QString& filter) = 0;
@@ -39,6 +42,8 @@ class BoxMessages : public Messages {
                   Answer safe) override;
   QString ChooseFileToOpen(QWidget* parent, const QString& title, const QString& folder,
                            const QString& filter) override;
+  QStringList ChooseFilesToOpen(QWidget* parent, const QString& title, const QString& folder,
+                                const QString& filter) override;
   QString ChooseFileToSave(QWidget* parent, const QString& title, const QString& path, const QString& filter) override;
   QString ChooseFolder(QWidget* parent, const QString& title, const QString& folder) override;
 };

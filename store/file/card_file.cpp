@@ -52,7 +52,9 @@ bool HasCardFileType(const fs::path& path) {
   return EndsInAny(path, ".mlb", ".MLB");
 }
 
-CardFile::CardFile(Disk& disk, const Clock& clock) : disk_(disk), journal_(disk, clock) {}
+CardFile::CardFile(Disk& disk, const Clock& clock) : disk_(disk), journal_(disk, clock) {
+  watchers_.Add(deletion_marks_);
+}
 CardFile::~CardFile() = default;
 
 int CardFile::CardCount() const {
@@ -241,6 +243,7 @@ void CardFile::Become(CardContent content, const CardFilePaths& paths, std::uniq
   journal_.Begin(paths.journal, content.stamp);
   unsaved_.clear();
   content_ = std::move(content);
+  deletion_marks_.Clear();
   paths_ = paths;
   changed_ = false;
 }
@@ -271,6 +274,7 @@ void CardFile::Close() {
   journal_.End();
   unsaved_.clear();
   content_ = CardContent();
+  deletion_marks_.Clear();
   paths_ = CardFilePaths();
   lock_.reset();
   changed_ = false;

@@ -16,6 +16,7 @@
 #include "store/file/card_file_types.h"
 #include "store/file/card_journal.h"
 #include "store/file/card_watcher.h"
+#include "store/file/deletion_marks.h"
 #include "store/table/table_edit.h"
 
 namespace tessaro {
@@ -51,6 +52,8 @@ class CardFile {
   // rows or no room for them. For CardEdit, which knows how to undo it.
   std::optional<RowShift> Edit(TableEdit edit);
   CardWatchers& watchers() { return watchers_; }
+  DeletionMarks& deletion_marks() { return deletion_marks_; }
+  const DeletionMarks& deletion_marks() const { return deletion_marks_; }
   // Between these, many rows are changed: their records go to the disk in large pieces.
   void BeginManyChanges() { journal_.BeginBatch(); }
   void EndManyChanges() { journal_.EndBatch(content_.cards); }
@@ -163,6 +166,7 @@ class CardFile {
   CardJournal journal_;
   std::vector<JournalRecord> unsaved_;  // found on opening and neither taken over nor put aside yet
   CardWatchers watchers_;
+  DeletionMarks deletion_marks_;
   bool changed_ = false;
 };
 

@@ -18,6 +18,10 @@ class RecordedMessages : public Messages {
     return Next(answers, safe);
   }
   QString ChooseFileToOpen(QWidget*, const QString&, const QString&, const QString&) override { return Next(files); }
+  QStringList ChooseFilesToOpen(QWidget*, const QString&, const QString&, const QString&) override {
+    const QString chosen = Next(files);
+    return chosen.isEmpty() ? QStringList() : chosen.split(u'|');
+  }
   QString ChooseFileToSave(QWidget*, const QString&, const QString&, const QString&) override { return Next(files); }
   QString ChooseFolder(QWidget*, const QString&, const QString&) override { return Next(files); }
 

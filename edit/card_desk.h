@@ -1,0 +1,151 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "cards/navigation.h"
+#include "edit/card_search.h"
+#include "edit/character_table.h"
+#include "edit/command_stack.h"
+#include "edit/link_making.h"
+#include "store/file/card_file.h"
+
+namespace tessaro {
+
+enum class DeskOutcome { Done, NoCard, NoNumberLeft, Failed };
+
+// What became of a card that a command made, cut, marked or changed.
+struct DeskResult {
+  DeskOutcome outcome = DeskOutcome::NoCard;
+  std::string id;
+  int position = 0;     // of the card, counted from 1
+  bool marked = false;  // by ToggleDeletion
+};
+
+enum class StoreOutcome { Unchanged, Saved, Moved, Failed };
+
+// The card that the editor works on, and what can be done with it. It follows its card when rows come and go, wherever
+// that was done.
+class CardDesk : private CardWatcher {
+ public:
+  // Both must live longer. `made` counts the cards made since the program began.
+  CardDesk(CardFile& file, int64_t& made);
+
+  // The row of the card; 0 when there is none. Positions count the cards from 1.
+  int row() const { return row_; }
+  int position() const { return row_ == 0 ? 0 : row_ - 1; }
+  const std::string& id() const { return id_; }
+  bool IsMarked() const { return file_.deletion_marks().Has(row_); }
+  // A side as it is shown: without carriage returns, and with the marker while a link is made there.
+  std::string Shown(CardSide side) const;
+  // The side as it was when the card was taken up.
+  const std::string& Opened(CardSide side) const { return opened_[Index(side)]; }
+
+  // Takes up another card; false when it is none. What was shown must be stored before.
+  bool GoTo(int row);
+  bool GoToPosition(int position) { return GoTo(position + 1); }
+  bool GoToId(int64_t id);
+  bool Next() { return GoTo(row_ + 1); }
+  bool Previous() { return GoTo(row_ - 1); }
+  bool First() { return GoTo(kFirstCardRow); }
+  bool Last();
+  bool Home();
+  bool Overview();
+  // Goes to the card that a link names, and remembers the way back. False: there is none, or it is marked for deletion.
+  bool FollowLink(int64_t id);
+  bool CanGoBack() const { return !way_back_.Empty(); }
+  bool GoBack();
+  // Marks 0 and 1 stay with their cards.
+  void SetMark(size_t mark) { marks_[mark] = row_; }
+  int MarkedRow(size_t mark) const { return marks_[mark]; }
+  // The row of the card with this number that links can lead to; 0: none.
+  int TargetRow(int64_t id) const;
+
+  // Writes the sides as they are shown, where they were changed. Moved: the card does not stand where it was taken up;
+  // nothing is written, StoreById can.
+  StoreOutcome Store(std::string_view front, std::string_view back);
+  StoreOutcome StoreById(std::string_view front, std::string_view back);
+
+  DeskResult InsertEmpty();
+  void Copy();
+  bool CanPaste() const { return clipboard_.has_value(); }
+  DeskResult Paste();
+  DeskResult Cut();
+  DeskResult ToggleDeletion();
+  DeskResult ResetStatistics();
+  // The same for several cards, rows ascending. Marking: those that are not yet marked; where all are, none is any
+  // more.
+  void MarkAll(const std::vector<int>& rows);
+  bool ResetAll(const std::vector<int>& rows);
+  // Removes the cards marked for deletion; where none would be left, an empty one takes their place. False: failed.
+  bool RemoveMarked();
+  // Makes the first empty card of a file without cards; true when it did.
+  bool EnsureCard();
+
+  CommandStack& commands() { return commands_; }
+  std::optional<CommandStack::Moved> Undo() { return Follow(commands_.Undo()); }
+  std::optional<CommandStack::Moved> Redo() { return Follow(commands_.Redo()); }
+
+  // Begins a link in the place of the selection; the side must be stored. Nothing else may be changed there by others.
+  void BeginLink(CardSide side, SideSelection selection);
+  bool IsLinking() const { return link_.has_value(); }
+  const PendingLink* link() const { return link_ ? &link_->link : nullptr; }
+  CardSide link_side() const { return link_->side; }
+  int link_row() const { return link_->row; }
+  const std::string& link_id() const { return link_->id; }
+  // Makes the card shown the target of the link and goes back to the source. False: the place was lost, no link is
+  // written, and the link is given up. What was shown must be stored before.
+  bool FinishLink(std::string_view face);
+  // Gives the link up; the card keeps the text that was selected.
+  void CancelLink() { link_.reset(); }
+
+  // Searches from the first card on, or behind the card found last, and goes to what it finds. `examined` counts from
+  // the first card.
+  SearchResult Search(const SearchQuery& query);
+  SearchResult SearchMore();
+  const std::optional<SearchQuery>& query() const { return query_; }
+
+ private:
+  struct LinkInWork {
+    int row = 0;
+    std::string id;
+    CardSide side = CardSide::Front;
+    PendingLink link;
+  };
+
+  static size_t Index(CardSide side) { return side == CardSide::Front ? 0 : 1; }
+  int ColumnOf(CardSide side) const;
+  std::string_view Text(int row, CardSide side) const;
+  bool IsCard(int row) const;
+  bool StandsThere(int row, std::string_view id) const;
+  void RowsShifted(const RowShift& shift) override;
+  void CardsChanged(std::span<const int> rows, std::span<const int> columns) override;
+  bool LinksOn(CardSide side) const;
+  StoreOutcome Write(std::string_view front, std::string_view back);
+  DeskResult Insert(EditKind kind, std::string_view front, std::string_view back);
+  void AddEmptyCard(CardCommand& command, int behind);
+  int64_t NextScore() const { return 60 * (made_ + 1); }
+  DeskResult Here(DeskOutcome outcome) const { return {outcome, id_, position()}; }
+  std::optional<CommandStack::Moved> Follow(std::optional<CommandStack::Moved> moved);
+  int LinkSourceRow() const;
+
+  CardFile& file_;
+  int64_t& made_;
+  CardWatch watch_;
+  CommandStack commands_;
+  int row_ = 0;
+  std::string id_;
+  std::array<std::string, 2> opened_;
+  std::array<int, 2> marks_{};
+  std::optional<std::array<std::string, 2>> clipboard_;
+  BackStack way_back_;
+  std::optional<LinkInWork> link_;
+  std::optional<SearchQuery> query_;
+  int found_ = 0;
+  int examined_ = 0;
+};
+
+}  // namespace tessaro

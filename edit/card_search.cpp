@@ -1,0 +1,104 @@
+#include "edit/card_search.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "cards/card_reader.h"
+#include "platform/code_page.h"
+
+namespace tessaro {
+namespace {
+
+constexpr size_t kNowhere = std::string_view::npos;
+
+// How often a byte stands on cards, as a rough order: the lower the rarer.
+int Frequency(char c) {
+  constexpr std::string_view kCommon = " enirtsah<>dulbcgomfkpwzv=\"/";
+  const size_t place = kCommon.find(c);
+  return place == kNowhere ? 0 : static_cast<int>(kCommon.size() - place);
+}
+
+std::string Folded(std::string_view text) {
+  std::string folded(text);
+  for (char& c : folded) c = ToLower(c);
+  return folded;
+}
+
+}  // namespace
+
+TextFinder::TextFinder(std::string_view text, bool ignore_case)
+    : text_(ignore_case ? Folded(text) : std::string(text)), ignore_case_(ignore_case) {
+  const auto rarer = [](char a, char b) { return Frequency(a) < Frequency(b); };
+  if (!text_.empty()) {
+    rarest_ = static_cast<size_t>(std::min_element(text_.begin(), text_.end(), rarer) - text_.begin());
+  }
+}
+
+size_t TextFinder::Find(std::string_view in) const {
+  if (text_.empty() || in.size() < text_.size()) return kNowhere;
+  if (ignore_case_) return FindIgnoringCase(in);
+  // The rarest byte can only stand in this part of the text.
+  const char* at = in.data() + rarest_;
+  const char* const end = in.data() + in.size() - (text_.size() - 1 - rarest_);
+  for (; at < end; ++at) {
+    at = static_cast<const char*>(std::memchr(at, text_[rarest_], static_cast<size_t>(end - at)));
+    if (at == nullptr) return kNowhere;
+    const char* const begin = at - rarest_;
+    if (std::memcmp(begin, text_.data(), text_.size()) == 0) return static_cast<size_t>(begin - in.data());
+  }
+  return kNowhere;
+}
+
+size_t TextFinder::FindIgnoringCase(std::string_view in) const {
+  const auto same = [](char a, char b) { return ToLower(a) == b; };
+  const auto found = std::search(in.begin(), in.end(), text_.begin(), text_.end(), same);
+  return found == in.end() ? kNowhere : static_cast<size_t>(found - in.begin());
+}
+
+CardSearch::CardSearch(const SearchQuery& query)
+    : first_(query.first.empty() && query.mode == SearchMode::Or ? query.second : query.first, query.ignore_case),
+      second_(query.first.empty() ? std::string_view() : query.second, query.ignore_case),
+      mode_(query.mode),
+      sides_(query.sides) {}
+
+std::optional<int> CardSearch::LineOf(const TextFinder& finder, const Sides& sides) {
+  for (const std::string_view side : sides) {
+    const size_t at = finder.Find(side);
+    if (at != kNowhere)
+      return 1 + static_cast<int>(std::count(side.begin(), side.begin() + static_cast<int>(at), '\n'));
+  }
+  return std::nullopt;
+}
+
+std::optional<int> CardSearch::Match(std::string_view front, std::string_view back) const {
+  const Sides sides = {sides_ == SearchSides::Back ? std::string_view() : front,
+                       sides_ == SearchSides::Front ? std::string_view() : back};
+  const std::optional<int> first = LineOf(first_, sides);
+  if (second_.empty()) return first;
+  if (mode_ == SearchMode::Or) return first ? first : LineOf(second_, sides);
+  if (!first) return std::nullopt;
+  const bool second = LineOf(second_, sides).has_value();
+  return second == (mode_ == SearchMode::And) ? first : std::nullopt;
+}
+
+SearchResult SearchCards(const CardFile& file, const CardSearch& search, int after,
+                         const std::function<bool(int row)>& left_out) {
+  SearchResult result;
+  if (!search.Possible()) return result;
+  const std::array columns = {file.columns().question, file.columns().answer};
+  const int last = CardReader(file).LastCardRow();
+  for (int row = std::max(after + 1, kFirstCardRow); row <= last; ++row) {
+    if (left_out && left_out(row)) continue;
+    ++result.examined;
+    std::array<std::string_view, 2> sides;
+    file.cards().PeekAll(row, columns, sides);
+    const std::optional<int> line = search.Match(sides[0], sides[1]);
+    if (!line) continue;
+    result.row = row;
+    result.line = *line;
+    break;
+  }
+  return result;
+}
+
+}  // namespace tessaro

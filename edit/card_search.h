@@ -1,0 +1,70 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "store/file/card_file.h"
+
+namespace tessaro {
+
+enum class SearchMode { Or, And, AndNot };
+enum class SearchSides { Front, Back, Both };
+
+struct SearchQuery {
+  std::string first;
+  std::string second;
+  SearchMode mode = SearchMode::Or;
+  SearchSides sides = SearchSides::Both;
+  bool ignore_case = false;  // of all letters of the code page
+};
+
+// Finds one text in many others, quickly where it is absent.
+class TextFinder {
+ public:
+  TextFinder(std::string_view text, bool ignore_case);
+  bool empty() const { return text_.empty(); }
+  // Where the text begins; npos when it is not there, and for an empty one.
+  size_t Find(std::string_view in) const;
+
+ private:
+  size_t FindIgnoringCase(std::string_view in) const;
+
+  std::string text_;  // in lower case where case is ignored
+  bool ignore_case_;
+  size_t rarest_ = 0;  // the byte of the text that is looked for first
+};
+
+// A query, ready to be put to cards.
+class CardSearch {
+ public:
+  explicit CardSearch(const SearchQuery& query);
+  // False: with these texts nothing is to be searched for. Without a first text only "or" can search, for the second.
+  bool Possible() const { return !first_.empty(); }
+  // Whether the chosen sides together match. Nothing when not; else the line, counted from 1, of the first chosen side
+  // that holds the first text, or when none does, the second.
+  std::optional<int> Match(std::string_view front, std::string_view back) const;
+
+ private:
+  using Sides = std::array<std::string_view, 2>;
+  static std::optional<int> LineOf(const TextFinder& finder, const Sides& sides);
+
+  TextFinder first_;
+  TextFinder second_;
+  SearchMode mode_;
+  SearchSides sides_;
+};
+
+struct SearchResult {
+  int row = 0;   // of the card table; 0 = nothing more was found
+  int line = 0;  // see CardSearch::Match
+  int examined = 0;
+};
+
+// Searches the cards behind row `after`. A row for which `left_out` says so is passed over and not counted.
+SearchResult SearchCards(const CardFile& file, const CardSearch& search, int after,
+                         const std::function<bool(int row)>& left_out = {});
+
+}  // namespace tessaro

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "store/file/ini_file.h"
+
+namespace tessaro {
+
+enum class CardSide { Front, Back };
+
+// The cells of the table of characters, one byte each, at first the printable characters that no key of a keyboard
+// shows. A blank is an empty cell.
+std::string DefaultCharacters();
+// As the user left them, for the font of that side. What cannot be read gives the characters of the beginning.
+std::string ReadCharacters(const IniFile& settings, CardSide side);
+void WriteCharacters(std::string_view characters, CardSide side, IniFile& settings);
+
+}  // namespace tessaro

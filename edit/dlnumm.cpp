@@ -1,0 +1,61 @@
+#include "edit/dlnumm.h"
+
+#include "edit/renumbering.h"
+#include "ui_dlnumm.h"
+#include "widgets/long_work.h"
+#include "widgets/text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+
+TF_dlnumm::TF_dlnumm(CardFile& file, CommandStack& commands, Messages& messages, const Clock& clock, int row,
+                     QWidget* parent)
+    : QDialog(parent),
+      file_(file),
+      commands_(commands),
+      messages_(messages),
+      clock_(clock),
+      row_(row),
+      ui_(std::make_unique<Ui::TF_dlnumm>()) {
+  ui_->setupUi(this);
+  const int64_t dead = CountDeadLinks(file_);
+  ui_->LabelTote->setVisible(dead > 0);
+  ui_->CheckBoxTote->setVisible(dead > 0);
+  ui_->LabelTote->setText(
+      u"%1 Verweise führen zu keiner Karte. Nach dem Nummerieren könnten sie zu einer falschen führen."_s.arg(dead));
+  connect(ui_->BitBtnOK, &QAbstractButton::clicked, this, &TF_dlnumm::BitBtnOKClick);
+  connect(ui_->BitBtnCancel, &QAbstractButton::clicked, this, &QDialog::reject);
+  ui_->EditStartNummer->selectAll();
+}
+
+TF_dlnumm::~TF_dlnumm() = default;
+
+void TF_dlnumm::BitBtnOKClick() {
+  const auto start = ReadStartNumber(ui_->EditStartNummer->text().toStdString());
+  if (!start || !CanNumberFrom(file_, *start)) {
+    messages_.Error(this,
+                    u"\nBitte eine Startnummer von 1 bis %1 eingeben:\nDie letzte Karte darf höchstens die "
+                    u"Nummer 999990 erhalten."_s.arg(999990 - file_.CardCount() + 1));
+    return ui_->EditStartNummer->setFocus();
+  }
+  RenumberOutcome outcome = RenumberOutcome::Failed;
+  {
+    LongWork work(this, clock_);
+    work.NextStage(u"Karten nummerieren"_s, file_.cards().RowCount());
+    const KeepGoing progress = [&work](int row) {
+      work.SetPosition(row);
+      return true;
+    };
+    outcome = Renumber(file_, commands_, {*start, ui_->CheckBoxTote->isChecked()}, row_, progress);
+    if (outcome == RenumberOutcome::Done) (void)CardEdit(file_).Finish();
+  }
+  if (outcome != RenumberOutcome::Done) {
+    messages_.Error(this, u"\nDie Karten konnten nicht nummeriert werden.\nAlles ist wie zuvor."_s);
+    return reject();
+  }
+  messages_.Information(this, u"Nummerierung abgeschlossen"_s);
+  accept();
+}
+
+}  // namespace tessaro

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// What the tools of the card editor do to a card side. A side is bytes in code page 1252, with line feeds.
+namespace tessaro {
+
+// A run of bytes of a side; `length` 0 is a caret. Both are kept within the side by those who take one.
+struct SideSelection {
+  size_t begin = 0;
+  size_t length = 0;
+  bool operator==(const SideSelection&) const = default;
+};
+
+// A change of a side: the bytes `removed` become `inserted`, and then `selection` is what is marked.
+struct SideEdit {
+  SideSelection removed;
+  std::string inserted;
+  SideSelection selection;
+};
+std::string ApplyEdit(std::string_view side, const SideEdit& edit);
+
+// Puts a tag in the place of the selection, the caret behind it.
+SideEdit InsertTag(std::string_view side, SideSelection selection, std::string_view tag);
+// Puts a pair of tags around the selection, which stays selected; an empty selection leaves the caret between them.
+SideEdit EncloseInTags(std::string_view side, SideSelection selection, std::string_view open, std::string_view close);
+// Puts a tag that marks the whole card at the start of its front. `selection` stays on the bytes it was on.
+SideEdit InsertAtStart(std::string_view front, SideSelection selection, std::string_view tag);
+
+inline constexpr std::string_view kLineBreakTag = "<br>";
+inline constexpr std::string_view kNavigationTag = "<navigation>";
+inline constexpr std::string_view kHomeTags = "<navigation><home><br>";
+
+inline constexpr int kSmallestFontSize = 6;  // of the size box's first entry
+inline constexpr int kLargestFontSize = 72;
+std::string FontSizeTag(int points);
+std::string PictureTag(std::string_view file);
+std::string EmbedTag(std::string_view file);
+std::string TopicTag(std::string_view topic);
+
+// A file shown beside the card: its directive with the hint for the author that belongs to it.
+enum class Attachment { Text, Picture, Video };
+std::string AttachmentTag(Attachment kind, std::string_view file);
+
+// Whether a tag, or a directive, can hold a file's name: the name must come back from it as it went in.
+bool FitsInTag(std::string_view file);
+bool FitsInAttachment(Attachment kind, std::string_view file);
+// A name close to this one that fits in both: letters, digits, "-" and "_", and the ending.
+std::string PlainFileName(std::string_view file);
+
+// Puts "<br>" before every line feed that is not already directly behind one, so that the card breaks where the text
+// does. Carriage returns before line feeds go. A side to which nothing is added stays as it is, to the byte.
+std::string TransferLineBreaks(std::string_view side);
+
+// A side as the editor holds it: without carriage returns, which mean nothing on a card.
+std::string WithoutReturns(std::string_view side);
+
+}  // namespace tessaro

@@ -1,0 +1,153 @@
+#include "edit/overview_cards.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+namespace tessaro {
+namespace {
+
+constexpr std::string_view kLineEnd = "<br>             ";
+constexpr std::string_view kTitleEnd = "<br><br>             ";
+
+std::string Joined(std::initializer_list<std::string_view> parts) {
+  size_t size = 0;
+  for (const std::string_view part : parts) size += part.size();
+  std::string joined;
+  joined.reserve(size);
+  for (const std::string_view part : parts) joined += part;
+  return joined;
+}
+
+// What the cards of one overview have in common.
+struct Wording {
+  std::string tags;          // up to the title
+  std::string title;         // without the number of the part
+  std::string_view only;     // behind the title of the only part
+  std::string_view forward;  // face of the link to the next part
+  std::string_view symbol;
+  bool framed = true;  // pictograms of the index have no frame
+};
+
+size_t PartCount(size_t entries) {
+  return (entries + kEntriesOfPart - 1) / kEntriesOfPart;
+}
+
+std::string Head(const Wording& wording, size_t part, size_t parts, int64_t next_id) {
+  const std::string head = wording.tags + "<font size=\"14\">" + wording.title;
+  if (parts == 1) return Joined({head, wording.only, kTitleEnd});
+  const std::string numbered = Joined({head, " Teil ", std::to_string(part + 1)});
+  if (part + 1 == parts) return Joined({numbered, kTitleEnd});
+  return Joined({numbered, "   <a href=\"", IdText(next_id), "\">", wording.forward, "</a>", kTitleEnd});
+}
+
+void AddEntry(std::string& text, std::string_view id, const Wording& wording) {
+  text.append("<a href=\"").append(id).append("\">");
+  if (IsPictogram(wording.symbol)) {
+    text.append("<img src=\"").append(wording.symbol).append(wording.framed ? "\">" : "\" border=\"0\">");
+  } else {
+    text += wording.symbol;
+  }
+  text += "</a>    ";
+}
+
+// Adds the parts of one overview to `cards`, numbered from `first_id` on.
+void AddParts(const std::vector<std::string>& ids, const Wording& wording, int64_t first_id,
+              std::vector<GeneratedCard>& cards) {
+  const size_t parts = PartCount(ids.size());
+  for (size_t part = 0; part < parts; ++part) {
+    const int64_t id = first_id + static_cast<int64_t>(part);
+    GeneratedCard card{id, Head(wording, part, parts, id + 1)};
+    const size_t begin = part * kEntriesOfPart;
+    const size_t end = std::min(begin + kEntriesOfPart, ids.size());
+    for (size_t i = begin; i < end; ++i) {
+      AddEntry(card.question, ids[i], wording);
+      if ((i - begin + 1) % kEntriesOfLine == 0 && i + 1 < end) card.question += kLineEnd;
+    }
+    cards.push_back(std::move(card));
+  }
+}
+
+}  // namespace
+
+std::string IdText(int64_t id) {
+  std::array<char, 24> text{};
+  std::snprintf(text.data(), text.size(), "%06lld", static_cast<long long>(id));
+  return text.data();
+}
+
+bool IsPictogram(std::string_view symbol) {
+  constexpr std::array<std::string_view, 6> kEndings = {".bmp", ".jpg", ".jpeg", ".png", ".gif", ".svg"};
+  return std::any_of(kEndings.begin(), kEndings.end(), [symbol](std::string_view ending) {
+    return symbol.size() > ending.size() && EqualIgnoringCase(symbol.substr(symbol.size() - ending.size()), ending);
+  });
+}
+
+int64_t RowOrderCards(int64_t entries) {
+  const auto parts = static_cast<int64_t>(PartCount(static_cast<size_t>(entries)));
+  return parts < 2 ? parts : parts + static_cast<int64_t>(PartCount(static_cast<size_t>(parts)));
+}
+
+Overview RowOrderOverview(const std::vector<std::string>& ids, const OverviewSymbols& symbols, int64_t first_id) {
+  Overview overview{{}, first_id};
+  const Wording parts = {"<navigation><automap>", std::string("Kartenübersicht"_cp), "", "weiter->", symbols.single};
+  AddParts(ids, parts, first_id, overview.cards);
+  if (overview.cards.size() < 2) return overview;
+  const Wording index = {
+      "<navigation><automap><index>", std::string("Index Kartenübersicht"_cp), "", "weiter ->", symbols.group, false};
+  std::vector<std::string> part_ids;
+  for (const GeneratedCard& card : overview.cards) part_ids.push_back(IdText(card.id));
+  overview.start = first_id + static_cast<int64_t>(part_ids.size());
+  AddParts(part_ids, index, overview.start, overview.cards);
+  return overview;
+}
+
+int64_t TopicCards(int64_t entries) {
+  return static_cast<int64_t>(PartCount(static_cast<size_t>(entries)));
+}
+
+std::string TopicTitle(std::string_view topic1, std::string_view topic2) {
+  if (topic2.empty() || topic2 == topic1) return std::string(topic1);
+  return Joined({topic1, " - ", topic2});
+}
+
+Overview TopicOverview(const std::vector<std::string>& ids, std::string_view topic1, std::string_view topic2,
+                       const OverviewSymbols& symbols, int64_t first_id) {
+  Overview overview{{}, first_id};
+  const Wording wording = {"<navigation><autotopic>", TopicTitle(topic1, topic2), " ", "weiter->", symbols.single};
+  AddParts(ids, wording, first_id, overview.cards);
+  return overview;
+}
+
+bool IsTopicOverview(std::string_view question, std::string_view title) {
+  const std::string head = Joined({"<navigation><autotopic><font size=\"14\">", title, " "});
+  if (!question.starts_with(head)) return false;
+  question.remove_prefix(head.size());
+  if (question.starts_with(kTitleEnd)) return true;
+  if (!question.starts_with("Teil ")) return false;
+  question.remove_prefix(5);
+  const size_t digits = std::min(question.find_first_not_of("0123456789"), question.size());
+  question.remove_prefix(digits);
+  return digits > 0 && (question.starts_with(kTitleEnd) || question.starts_with("   <a href=\""));
+}
+
+std::string WithOverviewLink(std::string_view question, int64_t target, std::string_view face) {
+  constexpr std::string_view kOpen = "<a href=\"";
+  const std::string rest = Joined({"\">", face, "</a>"});
+  std::string text(question);
+  bool replaced = false;
+  for (size_t at = text.find(rest); at != std::string::npos; at = text.find(rest, at + 1)) {
+    // The value begins behind the quote before this one.
+    const size_t quote = at == 0 ? std::string::npos : text.rfind('"', at - 1);
+    if (quote == std::string::npos || quote + 1 < kOpen.size()) continue;
+    if (text.compare(quote + 1 - kOpen.size(), kOpen.size(), kOpen) != 0) continue;
+    const std::string value = IdText(target);
+    text.replace(quote + 1, at - quote - 1, value);
+    at = quote + 1 + value.size();
+    replaced = true;
+  }
+  if (!replaced) text += Joined({" \n<br>", kOpen, IdText(target), rest});
+  return text;
+}
+
+}  // namespace tessaro

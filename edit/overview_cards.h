@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/code_page.h"
+
+// The texts of generated overview cards: navigation cards full of links, whose colours show what is known.
+namespace tessaro {
+
+inline constexpr size_t kEntriesOfPart = 100;
+inline constexpr size_t kEntriesOfLine = 10;
+inline constexpr std::string_view kAutomapTag = "<automap>";
+inline constexpr std::string_view kIndexTag = "<index>";
+
+// What stands for a card, or a group of cards, in an overview: text characters, or the file of a pictogram.
+struct OverviewSymbols {
+  std::string single;
+  std::string group;
+};
+// A symbol that ends like a picture's file is a pictogram.
+bool IsPictogram(std::string_view symbol);
+
+// A generated card; its back is "-".
+struct GeneratedCard {
+  int64_t id = 0;
+  std::string question;
+};
+
+// The cards of an overview, in the order in which they come at the end of the file, and the one where it begins.
+struct Overview {
+  std::vector<GeneratedCard> cards;
+  int64_t start = 0;
+};
+
+// Cards numbered from `first_id` on, with an entry for each of the IDs. No IDs give no cards. Where the entries fill
+// more than one part, an index with an entry for each part follows them and is the start; it has parts itself where it
+// needs them.
+Overview RowOrderOverview(const std::vector<std::string>& ids, const OverviewSymbols& symbols, int64_t first_id);
+// How many cards that would be.
+int64_t RowOrderCards(int64_t entries);
+
+// The same for the cards of one topic, or of two; the first part is the start. A second topic that is empty or equal to
+// the first does not count.
+Overview TopicOverview(const std::vector<std::string>& ids, std::string_view topic1, std::string_view topic2,
+                       const OverviewSymbols& symbols, int64_t first_id);
+int64_t TopicCards(int64_t entries);
+// "Thema" or "Thema 1 - Thema 2": what the overview is called on its cards and in the link to it.
+std::string TopicTitle(std::string_view topic1, std::string_view topic2);
+// Whether a card's front is that of a topic overview with this title, made with any number of cards.
+bool IsTopicOverview(std::string_view question, std::string_view title);
+
+// The face of the link to the row-order overview.
+inline constexpr std::string_view kRowOrderFace = "Reihenfolgeübersicht"_cp;
+// The front of a card with a link of this face to that card: where it has one, its target changes, else the link comes
+// at its end.
+std::string WithOverviewLink(std::string_view question, int64_t target, std::string_view face);
+
+// A card number as IDs and links hold it, "%06d".
+std::string IdText(int64_t id);
+
+}  // namespace tessaro

@@ -1,0 +1,198 @@
+#include "edit/side_text.h"
+
+#include <QImage>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QSyntaxHighlighter>
+#include <QTextBlock>
+#include <QUrl>
+#include <algorithm>
+
+#include "edit/tag_spans.h"
+#include "platform/code_page.h"
+#include "widgets/text.h"
+#include "widgets/theme.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+
+// Colours the tags of a document. They are found in the whole of it: one may reach over line ends.
+class TagHighlighter : public QSyntaxHighlighter {
+ public:
+  explicit TagHighlighter(QTextDocument& document) : QSyntaxHighlighter(static_cast<QTextDocument*>(nullptr)) {
+    setDocument(&document);
+  }
+
+  void Show(std::vector<TagSpan> tags) {
+    tags_ = std::move(tags);
+    rehighlight();
+  }
+  void SetColour(const QColor& colour) { colour_ = colour; }
+  std::function<bool(int64_t)> is_card;
+
+ protected:
+  void highlightBlock(const QString& text) override {
+    const auto begin = static_cast<size_t>(currentBlock().position());
+    const size_t end = begin + static_cast<size_t>(text.size());
+    auto tag = std::partition_point(tags_.begin(), tags_.end(),
+                                    [begin](const TagSpan& span) { return span.begin + span.length <= begin; });
+    for (; tag != tags_.end() && tag->begin < end; ++tag) {
+      const size_t from = std::max(tag->begin, begin);
+      const size_t to = std::min(tag->begin + tag->length, end);
+      setFormat(static_cast<int>(from - begin), static_cast<int>(to - from), FormatOf(*tag));
+    }
+  }
+
+ private:
+  QTextCharFormat FormatOf(const TagSpan& tag) const {
+    QTextCharFormat format;
+    format.setForeground(colour_);
+    if (tag.link && is_card && (tag.target == 0 || !is_card(tag.target))) {
+      format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+      format.setFontUnderline(true);
+    }
+    return format;
+  }
+
+  std::vector<TagSpan> tags_;
+  QColor colour_;
+};
+
+namespace {
+
+// A QChar is a byte of the code page here, so positions of a document are those of the side.
+bool IsForeign(QChar letter) {
+  return letter != QChar::ParagraphSeparator && letter != QChar::LineSeparator && letter != u'\n' &&
+         (letter == u'\r' || !code_page::ByteOf(letter.unicode()));
+}
+
+// Keys that mean commands of the editor and not what a text field makes of them.
+bool IsEditorKey(const QKeyEvent& key) {
+  if (key.modifiers() != Qt::ControlModifier) return false;
+  return key.key() == Qt::Key_Home || key.key() == Qt::Key_End || key.key() == Qt::Key_Y;
+}
+
+QStringList LocalFiles(const QMimeData& data) {
+  QStringList files;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) files += url.toLocalFile();
+  }
+  return files;
+}
+
+}  // namespace
+
+SideText::SideText(QWidget* parent)
+    : QPlainTextEdit(parent), highlighter_(std::make_unique<TagHighlighter>(*document())) {
+  setTabChangesFocus(true);
+  connect(this, &QPlainTextEdit::textChanged, this, &SideText::TextChanged);
+  highlighter_->SetColour(AccentColour(Accent::Notice, palette()));
+}
+
+SideText::~SideText() = default;
+
+void SideText::SetSide(std::string_view side) {
+  setting_ = true;
+  setPlainText(FromBytes(side));
+  setting_ = false;
+  HighlightAnew();
+}
+
+std::string SideText::Side() const {
+  QString text = document()->toRawText();
+  text.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
+  text.removeIf(IsForeign);
+  return ToBytes(text).value_or(std::string());
+}
+
+SideSelection SideText::Selection() const {
+  const QTextCursor cursor = textCursor();
+  return {static_cast<size_t>(cursor.selectionStart()),
+          static_cast<size_t>(cursor.selectionEnd() - cursor.selectionStart())};
+}
+
+void SideText::Apply(const SideEdit& edit) {
+  QTextCursor cursor(document());
+  cursor.setPosition(static_cast<int>(edit.removed.begin));
+  cursor.setPosition(static_cast<int>(edit.removed.begin + edit.removed.length), QTextCursor::KeepAnchor);
+  cursor.insertText(FromBytes(edit.inserted));
+  cursor.setPosition(static_cast<int>(edit.selection.begin));
+  cursor.setPosition(static_cast<int>(edit.selection.begin + edit.selection.length), QTextCursor::KeepAnchor);
+  setTextCursor(cursor);
+  setFocus();
+}
+
+void SideText::SetIsCard(std::function<bool(int64_t number)> is_card) {
+  highlighter_->is_card = std::move(is_card);
+}
+
+void SideText::HighlightAnew() {
+  highlighter_->Show(FindTags(Side()));
+}
+
+void SideText::TextChanged() {
+  if (setting_) return;
+  LeaveOutForeign();
+  HighlightAnew();
+  Q_EMIT SideChanged();
+}
+
+void SideText::LeaveOutForeign() {
+  const QString text = document()->toRawText();
+  QString left_out;
+  QTextCursor cursor(document());
+  for (qsizetype at = text.size() - 1; at >= 0; --at) {
+    if (!IsForeign(text[at])) continue;
+    if (left_out.isEmpty()) {
+      setting_ = true;
+      cursor.joinPreviousEditBlock();
+    }
+    left_out.prepend(text[at]);
+    cursor.setPosition(static_cast<int>(at));
+    cursor.deleteChar();
+  }
+  if (left_out.isEmpty()) return;
+  cursor.endEditBlock();
+  setting_ = false;
+  Q_EMIT ForeignLeftOut(left_out);
+}
+
+bool SideText::event(QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride && IsEditorKey(*static_cast<QKeyEvent*>(event))) {
+    event->ignore();
+    return true;
+  }
+  return QPlainTextEdit::event(event);
+}
+
+void SideText::focusInEvent(QFocusEvent* event) {
+  QPlainTextEdit::focusInEvent(event);
+  Q_EMIT FocusTaken();
+}
+
+void SideText::changeEvent(QEvent* event) {
+  QPlainTextEdit::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange || highlighter_ == nullptr) return;
+  highlighter_->SetColour(AccentColour(Accent::Notice, palette()));
+  HighlightAnew();
+}
+
+bool SideText::canInsertFromMimeData(const QMimeData* source) const {
+  return source->hasImage() || source->hasUrls() || QPlainTextEdit::canInsertFromMimeData(source);
+}
+
+void SideText::insertFromMimeData(const QMimeData* source) {
+  const QStringList files = LocalFiles(*source);
+  if (!files.isEmpty()) {
+    Q_EMIT FilesDropped(files);
+  } else if (source->hasImage() && !source->hasText()) {
+    Q_EMIT PicturePasted(qvariant_cast<QImage>(source->imageData()));
+  } else {
+    // Text only, without the looks that it had elsewhere.
+    if (source->hasText()) textCursor().insertText(source->text());
+    ensureCursorVisible();
+  }
+}
+
+}  // namespace tessaro

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QPlainTextEdit>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "edit/markup_tools.h"
+
+class QImage;
+
+namespace tessaro {
+
+class TagHighlighter;
+
+// The text of a card side while it is written: tags stand out, and what the code page cannot hold does not come in.
+class SideText : public QPlainTextEdit {
+  Q_OBJECT
+
+ public:
+  explicit SideText(QWidget* parent = nullptr);
+  ~SideText() override;
+
+  // Shows another text; nothing can be taken back then.
+  void SetSide(std::string_view side);
+  // The same text as it was typed, no-break spaces included.
+  std::string Side() const;
+  SideSelection Selection() const;
+  // One step for taking back.
+  void Apply(const SideEdit& edit);
+  // Says whether a card has this number; links to others are underlined.
+  void SetIsCard(std::function<bool(int64_t number)> is_card);
+  // Looks anew at which links lead somewhere.
+  void HighlightAnew();
+
+ Q_SIGNALS:
+  void SideChanged();
+  // These characters were left out.
+  void ForeignLeftOut(const QString& characters);
+  void FilesDropped(const QStringList& paths);
+  void PicturePasted(const QImage& picture);
+  void FocusTaken();
+
+ protected:
+  bool event(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  bool canInsertFromMimeData(const QMimeData* source) const override;
+  void insertFromMimeData(const QMimeData* source) override;
+
+ private:
+  void TextChanged();
+  void LeaveOutForeign();
+
+  std::unique_ptr<TagHighlighter> highlighter_;
+  bool setting_ = false;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,289 @@
+// The commands of the editor that concern whole cards, and those that go from one to another.
+
+#include <QLineEdit>
+
+#include "edit/card_model.h"
+#include "edit/ed_texts.h"
+#include "edit/side_text.h"
+#include "edit/wned.h"
+#include "edit/wnlink.h"
+#include "edit/wnsuch.h"
+#include "edit/wntab.h"
+#include "ui_wned.h"
+#include "widgets/long_work.h"
+#include "widgets/text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+QString NameOf(EditKind kind) {
+  switch (kind) {
+    case EditKind::Text:
+      return u"Text der Karte"_s;
+    case EditKind::Insert:
+      return u"Leerkarte"_s;
+    case EditKind::Paste:
+      return u"Karte einfügen"_s;
+    case EditKind::Cut:
+      return u"Karte ausschneiden"_s;
+    case EditKind::Mark:
+      return u"Karte löschen (markieren)"_s;
+    case EditKind::Remove:
+      return u"Markierte Karten entfernen"_s;
+    case EditKind::Statistics:
+      return u"Statistik löschen"_s;
+    case EditKind::LineBreaks:
+      return u"Zeilenumbruchmarken setzen"_s;
+    case EditKind::Link:
+      return u"Link setzen"_s;
+    case EditKind::Renumber:
+      return u"Nummerieren"_s;
+    case EditKind::Overview:
+      return u"Übersicht"_s;
+    case EditKind::Topics:
+      return u"Themen"_s;
+    case EditKind::Pictures:
+      return u"Bildkarten"_s;
+  }
+  return {};
+}
+
+}  // namespace
+
+void TF_wned::Do(const std::function<void()>& command) {
+  if (LongWork::Running() || !StoreSide()) return;
+  busy_ = true;
+  command();
+  busy_ = false;
+  ShowCard();
+}
+
+void TF_wned::Go(bool moved, const QString& otherwise) {
+  if (!moved && !otherwise.isEmpty()) ShowStatus(otherwise);
+}
+
+void TF_wned::TellMade(const DeskResult& result, bool empty_card) {
+  switch (result.outcome) {
+    case DeskOutcome::Done: {
+      const QString text =
+          empty_card ? u"Karte ID: %1 (Leerkarte) an Pos. %2 eingefügt"_s : u"Karte ID: %1 an Pos. %2 eingefügt"_s;
+      return ShowStatus(text.arg(FromBytes(result.id)).arg(result.position));
+    }
+    case DeskOutcome::NoNumberLeft:
+      return machine_.messages.Error(this, NoNumberLeftText());
+    case DeskOutcome::Failed:
+      return machine_.messages.Error(
+          this, u"Speicherproblem beim Einfügen.\nBeenden Sie bitte das Programm\nund starten Sie neu."_s);
+    case DeskOutcome::NoCard:
+      return ShowStatus(u"Es ist noch keine Karte kopiert"_s);
+  }
+}
+
+void TF_wned::MCardSave() {
+  Do([] {});
+}
+
+void TF_wned::MCardBuildLinkIndex() {
+  Do([this] {
+    LongWork work(this, machine_.clock);
+    if (file_.RebuildIndexes()) {
+      ShowStatus(u"Linkindex neu aufgebaut: %1 Karten"_s.arg(file_.link_index().RowCount() - 2));
+    } else {
+      machine_.messages.Error(this, u"\nLinkindexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);
+    }
+  });
+}
+
+void TF_wned::MCardLeer() {
+  DeskResult result;
+  Do([&] { result = desk_.InsertEmpty(); });
+  if (result.outcome == DeskOutcome::NoCard) return;
+  TellMade(result, true);
+  if (result.outcome != DeskOutcome::Done) return;
+  Activate(CardSide::Front);
+  ActiveText().setFocus();
+  ActiveText().selectAll();
+}
+
+void TF_wned::MCardCopy() {
+  Do([this] { desk_.Copy(); });
+  ShowStatus(u"Karte %1 kopiert"_s.arg(FromBytes(desk_.id())));
+}
+
+void TF_wned::MCardPaste() {
+  DeskResult result;
+  Do([&] { result = desk_.Paste(); });
+  TellMade(result, false);
+}
+
+void TF_wned::MCardCut() {
+  DeskResult result;
+  Do([&] { result = desk_.Cut(); });
+  if (result.outcome == DeskOutcome::Done) {
+    ShowStatus(u"Karte %1 ausgeschnitten"_s.arg(FromBytes(result.id)));
+  } else {
+    machine_.messages.Error(this, u"\nDelete fehlgeschlagen.\nBitte neu positionieren\nund nochmal versuchen."_s);
+  }
+}
+
+void TF_wned::MCardDelete() {
+  DeskResult result;
+  Do([&] { result = desk_.ToggleDeletion(); });
+  model_->ShowAnew();
+  // Deliberate: the character before "glich" is no "ö".
+  if (result.outcome != DeskOutcome::Done) return ShowStatus(u"Delete nicht m\u201Dglich"_s);
+  const QString text = result.marked ? u"Karte %1 gelöscht"_s : u"Karte %1 wiederhergestellt"_s;
+  ShowStatus(text.arg(FromBytes(result.id)));
+}
+
+void TF_wned::MCardDelStat() {
+  DeskResult result;
+  Do([&] { result = desk_.ResetStatistics(); });
+  if (result.outcome == DeskOutcome::Done) {
+    ShowStatus(u"Statistik der Karte %1 gelöscht"_s.arg(FromBytes(result.id)));
+  }
+}
+
+void TF_wned::MCommandUndo() {
+  std::optional<CommandStack::Moved> moved;
+  Do([&] { moved = desk_.Undo(); });
+  model_->ShowAnew();
+  ShowStatus(moved ? u"Zurückgenommen: %1"_s.arg(NameOf(moved->kind)) : u"Es ist nichts zurückzunehmen"_s);
+}
+
+void TF_wned::MCommandRedo() {
+  std::optional<CommandStack::Moved> moved;
+  Do([&] { moved = desk_.Redo(); });
+  model_->ShowAnew();
+  ShowStatus(moved ? u"Wiederholt: %1"_s.arg(NameOf(moved->kind)) : u"Es ist nichts zu wiederholen"_s);
+}
+
+void TF_wned::MCardGoHome() {
+  Do([this] { desk_.Home(); });
+}
+
+void TF_wned::MCardGoAuto() {
+  Do([this] { Go(desk_.Overview(), u"Es gibt noch keine Gesamtübersicht; das Menü Werkzeuge erstellt sie"_s); });
+}
+
+void TF_wned::MCardGoLastLink() {
+  Do([this] { Go(desk_.GoBack(), u"Kein Linkverweis, zu dem zurückzugehen wäre"_s); });
+}
+
+void TF_wned::MCardTop() {
+  Do([this] { desk_.First(); });
+}
+
+void TF_wned::MCardBottom() {
+  Do([this] { desk_.Last(); });
+}
+
+void TF_wned::MCardGoNext() {
+  Do([this] { Go(desk_.Next(), u"Ende der Kartei"_s); });
+}
+
+void TF_wned::MCardGoBack() {
+  Do([this] { Go(desk_.Previous(), u"Anfang der Kartei"_s); });
+}
+
+void TF_wned::SpeedButtonGoto() {
+  QString text = ui_->EditGoto->text().trimmed();
+  const bool by_number = text.startsWith(u'#');
+  if (by_number) text.remove(0, 1);
+  bool is_number = false;
+  const int number = text.toInt(&is_number);
+  if (!is_number) return ShowStatus(u"Bitte eine Position eingeben, oder mit # davor eine Kartennummer"_s);
+  Do([&] {
+    const bool moved = by_number ? number > 0 && desk_.GoToId(number) : desk_.GoToPosition(number);
+    Go(moved, by_number ? u"Keine Karte hat diese Nummer"_s : u"Diese Position gibt es nicht"_s);
+  });
+}
+
+void TF_wned::SpeedButtonMarke(size_t mark) {
+  desk_.SetMark(mark);
+  ShowCommands();
+  ShowStatus(u"M%1: Karte %2"_s.arg(mark + 1).arg(desk_.position()));
+}
+
+void TF_wned::SpeedButtonGoMarke(size_t mark) {
+  Do([this, mark] { Go(desk_.GoTo(desk_.MarkedRow(mark)), u"Keine Karte ist markiert"_s); });
+}
+
+void TF_wned::FollowLink(int card_id) {
+  bool followed = false;
+  Do([&] { followed = desk_.FollowLink(card_id); });
+  if (!followed) machine_.messages.Information(this, TargetMissingText());
+}
+
+void TF_wned::ShowSearch() {
+  if (search_window_ == nullptr) {
+    search_window_ = std::make_unique<TF_wnsuch>(settings_, this);
+    connect(search_window_.get(), &TF_wnsuch::StartWanted, this, [this] {
+      SearchResult result;
+      Do([&] { result = desk_.Search(search_window_->query()); });
+      search_window_->ShowResult(result, CardSearch(*desk_.query()).Possible());
+      if (result.row != 0) show();
+    });
+    connect(search_window_.get(), &TF_wnsuch::MoreWanted, this, &TF_wned::MCardSearchMore);
+  }
+  search_window_->Open();
+}
+
+void TF_wned::MCardSearchMore() {
+  if (!desk_.query()) return ShowSearch();
+  SearchResult result;
+  Do([&] { result = desk_.SearchMore(); });
+  const QString text = SearchText(result, CardSearch(*desk_.query()).Possible());
+  ShowStatus(text);
+  if (search_window_ != nullptr) search_window_->ShowResult(result, CardSearch(*desk_.query()).Possible());
+}
+
+void TF_wned::ShowTable() {
+  if (!StoreSide()) return;
+  if (table_window_ == nullptr) {
+    table_window_ = std::make_unique<TF_wntab>(file_, desk_, settings_, machine_.messages, looks_, this);
+    connect(table_window_.get(), &TF_wntab::EditorWanted, this, [this](int row) {
+      ShowRow(row);
+      show();
+      raise();
+      activateWindow();
+    });
+    connect(table_window_.get(), &TF_wntab::CardsTouched, this, [this] {
+      ShowCard();
+      model_->ShowAnew();
+    });
+    connect(table_window_.get(), &TF_wntab::StoreWanted, this, [this] { (void)StoreSide(); });
+    connect(table_window_.get(), &QDialog::finished, this, [this] {
+      if (!IsInUse()) close();
+    });
+  }
+  table_window_->Open(desk_.row());
+}
+
+void TF_wned::ShowCommands() {
+  const bool card = desk_.row() != 0;
+  const auto enable = [this](const char16_t* name, bool on) {
+    if (auto* action = findChild<QAction*>(QString::fromUtf16(name))) action->setEnabled(on);
+  };
+  CommandStack& commands = desk_.commands();
+  enable(u"MCardPaste", desk_.CanPaste());
+  enable(u"MCardCut", card);
+  enable(u"MCardDelete", card);
+  enable(u"MCommandUndo", commands.CanUndo());
+  enable(u"MCommandRedo", commands.CanRedo());
+  enable(u"MCardGoLastLink", desk_.CanGoBack());
+  ui_->SpeedButtonGoMarke1->setEnabled(desk_.MarkedRow(0) != 0);
+  ui_->SpeedButtonGoMarke2->setEnabled(desk_.MarkedRow(1) != 0);
+  if (auto* undo = findChild<QAction*>(u"MCommandUndo"_s)) {
+    undo->setText(commands.CanUndo() ? u"&Zurücknehmen: %1"_s.arg(NameOf(commands.NextUndo()))
+                                     : u"Kartenbefehl &zurücknehmen"_s);
+  }
+  if (auto* redo = findChild<QAction*>(u"MCommandRedo"_s)) {
+    redo->setText(commands.CanRedo() ? u"Wi&ederholen: %1"_s.arg(NameOf(commands.NextRedo()))
+                                     : u"Kartenbefehl wi&ederholen"_s);
+  }
+}
+
+}  // namespace tessaro

@@ -1,0 +1,238 @@
+// The commands of the editor that work on the text of a side, and the tools and dialogs that they open.
+
+#include <QComboBox>
+
+#include "edit/autobild.h"
+#include "edit/autolink.h"
+#include "edit/card_tools.h"
+#include "edit/dlnumm.h"
+#include "edit/ed_texts.h"
+#include "edit/landmark_settings.h"
+#include "edit/media_names.h"
+#include "edit/side_text.h"
+#include "edit/topics.h"
+#include "edit/wned.h"
+#include "edit/wnlink.h"
+#include "edit/wnsign.h"
+#include "ui_wned.h"
+#include "widgets/long_work.h"
+#include "widgets/text.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+
+void TF_wned::MTextUndo() {
+  ActiveText().undo();
+}
+
+void TF_wned::MTextRedo() {
+  ActiveText().redo();
+}
+
+// Back to what the card was when it was taken up.
+void TF_wned::MCardUndo() {
+  for (const CardSide side : {CardSide::Front, CardSide::Back}) {
+    SideText& text = TextOf(side);
+    const std::string now = text.Side();
+    if (now != desk_.Opened(side)) text.Apply({{0, now.size()}, desk_.Opened(side), {0, 0}});
+  }
+  ShowStatus(u"Alle Änderungen rückgängig"_s);
+}
+
+void TF_wned::MTextClear() {
+  ActiveText().Apply({{0, ActiveText().Side().size()}, "", {0, 0}});
+}
+
+void TF_wned::CutText() {
+  ActiveText().cut();
+}
+
+void TF_wned::CopyText() {
+  ActiveText().copy();
+}
+
+void TF_wned::PasteText() {
+  ActiveText().paste();
+}
+
+void TF_wned::MTextSign() {
+  if (sign_window_ == nullptr) {
+    sign_window_ = std::make_unique<TF_wnsign>(settings_, looks_, this);
+    connect(sign_window_.get(), &TF_wnsign::CharacterChosen, this,
+            [this](const QString& character) { ActiveText().textCursor().insertText(character); });
+  }
+  sign_window_->Open(active_);
+}
+
+void TF_wned::MTextRegister() {
+  Activate(active_ == CardSide::Front ? CardSide::Back : CardSide::Front);
+  ActiveText().setFocus();
+}
+
+// One key for two commands: in a text it makes a link, elsewhere it builds the link index.
+void TF_wned::LinkOrIndex() {
+  const bool in_text = ui_->RichEditKarteVorne->hasFocus() || ui_->RichEditKarteHinten->hasFocus();
+  in_text ? MHtmlLink() : MCardBuildLinkIndex();
+}
+
+void TF_wned::InsertTagText(std::string_view tag) {
+  if (desk_.row() == 0) return;
+  ActiveText().Apply(InsertTag(ActiveText().Side(), ActiveText().Selection(), tag));
+}
+
+void TF_wned::Enclose(std::string_view open, std::string_view close) {
+  if (desk_.row() == 0) return;
+  ActiveText().Apply(EncloseInTags(ActiveText().Side(), ActiveText().Selection(), open, close));
+}
+
+void TF_wned::MarkCard(std::string_view tag) {
+  if (desk_.row() == 0) return;
+  SideText& front = TextOf(CardSide::Front);
+  front.Apply(InsertAtStart(front.Side(), front.Selection(), tag));
+  ActiveText().setFocus();
+}
+
+void TF_wned::HtmlFontSize(int index) {
+  if (index < 0) return;
+  Enclose(FontSizeTag(index + kSmallestFontSize), "</font>");
+  // The same size may be chosen again.
+  font_size_->setCurrentIndex(-1);
+}
+
+void TF_wned::ReadTopics() {
+  const QString chosen = topics_->currentText();
+  topics_->clear();
+  for (const std::string& topic : TopicList(file_)) topics_->addItem(FromBytes(topic));
+  topics_->setCurrentText(chosen);
+}
+
+void TF_wned::HtmlThema() {
+  const auto topic = ToBytes(topics_->currentText().trimmed());
+  if (!topic || topic->empty() || topic->find_first_of("\">") != std::string::npos) {
+    return ShowStatus(u"Bitte ein Thema wählen oder eingeben, ohne Anführungszeichen und >"_s);
+  }
+  MarkCard(TopicTag(*topic));
+  if (topics_->findText(topics_->currentText()) < 0) topics_->addItem(topics_->currentText());
+}
+
+void TF_wned::HtmlHome() {
+  const Answer answer = machine_.messages.Question(this, u"\nKarte wirklich als neue Indexkarte definieren?"_s, u"Ja"_s,
+                                                   u"Nein"_s, {}, Answer::No);
+  if (answer != Answer::Yes) return;
+  MarkCard(kHomeTags);
+  if (!StoreSide()) return;
+  const int home = Landmarks().HomeRow(file_);
+  if (home != desk_.row()) {
+    ShowStatus(u"Startkarte bleibt die Karte an Pos. %1: Die erste Karte mit <home> gilt"_s.arg(home - 1));
+  }
+}
+
+void TF_wned::HtmlAuto() {
+  const Answer answer = machine_.messages.Question(
+      this, u"\nKarte wirklich als neue Startkarte\nder Auswahl nach Reihenfolge definieren?"_s, u"Ja"_s, u"Nein"_s, {},
+      Answer::No);
+  if (answer != Answer::Yes) return;
+  SetOverviewSetting(desk_.id(), file_.settings());
+  (void)file_.SaveSettings();
+  ShowStatus(u"Karte %1 ist die Startkarte der Auswahl, bis die Übersicht nach Reihenfolge neu erstellt wird"_s.arg(
+      FromBytes(desk_.id())));
+}
+
+void TF_wned::MHtmlInfo() {
+  machine_.messages.Information(this, FormatsText());
+}
+
+void TF_wned::MHtmlTrans() {
+  const std::string text = ActiveText().Side();
+  const std::string broken = TransferLineBreaks(text);
+  if (broken != text) ActiveText().Apply({{0, text.size()}, broken, {broken.size(), 0}});
+}
+
+void TF_wned::MHtmlTransferAll() {
+  if (!Settle()) return;
+  ToolResult result;
+  Do([&] {
+    LongWork work(this, machine_.clock);
+    result = TransferAllLineBreaks(file_, desk_.commands(), desk_.row());
+  });
+  ShowStatus(u"%1 Karten umgewandelt"_s.arg(result.cards));
+}
+
+void TF_wned::MHtmlLink() {
+  if (desk_.row() == 0 || desk_.IsLinking()) return;
+  const std::string side = ActiveText().Side();
+  const SideSelection selection = ActiveText().Selection();
+  if (!StoreSide()) return;
+  desk_.BeginLink(active_, selection);
+  link_window_ = std::make_unique<TF_wnlink>(settings_, this);
+  connect(link_window_.get(), &TF_wnlink::Accepted, this, &TF_wned::FinishLink);
+  connect(link_window_.get(), &TF_wnlink::Cancelled, this, &TF_wned::EndLink);
+  link_window_->Begin(FromBytes(desk_.id()), FromBytes(desk_.link()->face()));
+  ShowCard();
+}
+
+void TF_wned::FinishLink(const QString& face) {
+  const auto bytes = ToBytes(face);
+  if (!bytes) return ShowStatus(ForeignText(face));
+  if (!StoreSide()) return;
+  const CardSide side = desk_.link_side();
+  busy_ = true;
+  const bool made = desk_.FinishLink(*bytes);
+  busy_ = false;
+  link_window_.release()->deleteLater();
+  ShowCard();
+  Activate(side);
+  ActiveText().setFocus();
+  made ? ShowStatus(u"Link gesetzt"_s) : machine_.messages.Error(this, u"Fehler beim Suchen nach Linkposition"_s);
+}
+
+void TF_wned::EndLink() {
+  if (link_window_ == nullptr) return;
+  (void)StoreSide();
+  desk_.CancelLink();
+  link_window_->hide();
+  link_window_.release()->deleteLater();
+  ShowCard();
+}
+
+void TF_wned::MHtmlAutoLink() {
+  if (!Settle()) return;
+  busy_ = true;
+  TF_autolink dialog(file_, desk_.commands(), {settings_, machine_.messages, machine_.disk, machine_.clock},
+                     desk_.row(), isVisible() ? this : parentWidget());
+  dialog.exec();
+  busy_ = false;
+  (void)CardEdit(file_).Finish();
+  ReadTopics();
+  // The way to the overview is a setting of the card file.
+  (void)file_.SaveSettings();
+  if (dialog.start_row() != 0) desk_.GoTo(dialog.start_row());
+  ShowCard();
+}
+
+void TF_wned::MHtmlAutoBild() {
+  if (!Settle()) return;
+  busy_ = true;
+  const auto name = [this](const QString& path) {
+    return RelativeMediaName(Folders(), ToPath(path)).value_or(FullMediaName(ToPath(path)).value_or(std::string()));
+  };
+  TF_autobild dialog(file_, desk_.commands(), machine_.messages, desk_.row(), name, this);
+  dialog.exec();
+  busy_ = false;
+  (void)CardEdit(file_).Finish();
+  ShowCard();
+}
+
+void TF_wned::MNummerierenClick() {
+  if (!Settle()) return;
+  busy_ = true;
+  TF_dlnumm dialog(file_, desk_.commands(), machine_.messages, machine_.clock, desk_.row(),
+                   isVisible() ? this : parentWidget());
+  dialog.exec();
+  busy_ = false;
+  (void)file_.SaveSettings();
+  ShowCard();
+}
+
+}  // namespace tessaro

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QDialog>
+#include <array>
+#include <memory>
+
+#include "edit/character_table.h"
+#include "settings/program_settings.h"
+#include "widgets/htmlview.h"
+
+namespace Ui {
+class TF_wnsign;
+}
+class QTableWidgetItem;
+
+namespace tessaro {
+
+// The table of characters that keyboards hide, in the font of the front or the back.
+class TF_wnsign : public QDialog {
+  Q_OBJECT
+
+ public:
+  TF_wnsign(ProgramSettings& settings, const std::array<SideLook, 2>& looks, QWidget* parent);
+  ~TF_wnsign() override;
+
+  void Open(CardSide side);
+
+ Q_SIGNALS:
+  void CharacterChosen(const QString& character);
+
+ protected:
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void Load(CardSide side);
+  void Keep();
+  void Choose();
+  void CellChanged(QTableWidgetItem* item);
+
+  ProgramSettings& settings_;
+  std::array<SideLook, 2> looks_;
+  std::unique_ptr<Ui::TF_wnsign> ui_;
+  CardSide side_ = CardSide::Front;
+  bool loading_ = false;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,147 @@
+#include "edit/wntab.h"
+
+#include <QHeaderView>
+#include <algorithm>
+
+#include "cards/card_reader.h"
+#include "edit/card_model.h"
+#include "ui_wntab.h"
+#include "widgets/text.h"
+#include "widgets/window_place.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+constexpr std::string_view kPlaceSuffix = "T";
+
+}  // namespace
+
+TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, Messages& messages,
+                   const std::array<SideLook, 2>& looks, QWidget* parent)
+    : QDialog(parent),
+      file_(file),
+      desk_(desk),
+      settings_(settings),
+      messages_(messages),
+      looks_(looks),
+      ui_(std::make_unique<Ui::TF_wntab>()),
+      model_(new CardModel(file, this)) {
+  ui_->setupUi(this);
+  setWindowFlag(Qt::WindowMaximizeButtonHint);
+  ui_->StringGridTab->horizontalHeader()->setSortIndicator(CardModel::Number, Qt::AscendingOrder);
+  ui_->StringGridTab->setModel(model_);
+  const int letter = fontMetrics().averageCharWidth();
+  const std::array widths = {8, 9, 36, 36, 14, 18, 16};
+  for (int column = 0; column < CardModel::kColumns; ++column) {
+    ui_->StringGridTab->setColumnWidth(column, letter * widths[static_cast<size_t>(column)]);
+  }
+  ui_->StringGridTab->horizontalHeader()->setStretchLastSection(true);
+  ui_->StringGridTab->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+  RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  connect(ui_->StringGridTab, &QAbstractItemView::doubleClicked, this, &TF_wntab::BitBtnEditorClick);
+  connect(ui_->BitBtnStart, &QAbstractButton::clicked, this, &TF_wntab::BitBtnStartClick);
+  connect(ui_->EditSuchen, &QLineEdit::returnPressed, this, &TF_wntab::BitBtnStartClick);
+  connect(ui_->BitBtnEditor, &QAbstractButton::clicked, this, [this] {
+    if (!ui_->EditSuchen->hasFocus()) BitBtnEditorClick();
+  });
+  connect(ui_->BitBtnLoeschen, &QAbstractButton::clicked, this, &TF_wntab::BitBtnLoeschenClick);
+  connect(ui_->BitBtnStatistik, &QAbstractButton::clicked, this, &TF_wntab::BitBtnStatistikClick);
+  connect(ui_->BitBtnFontV, &QAbstractButton::clicked, this, [this] { SetSideFont(looks_[0]); });
+  connect(ui_->BitBtnFontH, &QAbstractButton::clicked, this, [this] { SetSideFont(looks_[1]); });
+  connect(ui_->BitBtnClose, &QAbstractButton::clicked, this, &QDialog::reject);
+}
+
+TF_wntab::~TF_wntab() = default;
+
+void TF_wntab::Open(int card_row) {
+  model_->ShowAnew();
+  ShowRow(card_row);
+  show();
+  raise();
+  activateWindow();
+  ui_->StringGridTab->setFocus();
+}
+
+void TF_wntab::hideEvent(QHideEvent* event) {
+  KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  QDialog::hideEvent(event);
+}
+
+void TF_wntab::ShowRow(int card_row) {
+  const QModelIndex index = model_->index(model_->ViewRow(card_row), CardModel::Front);
+  ui_->StringGridTab->setCurrentIndex(index);
+  ui_->StringGridTab->scrollTo(index, QAbstractItemView::PositionAtCenter);
+}
+
+int TF_wntab::CurrentRow() const {
+  return std::max(model_->CardRow(ui_->StringGridTab->currentIndex().row()), 0);
+}
+
+std::vector<int> TF_wntab::MarkedRows() const {
+  std::vector<int> rows;
+  for (const QItemSelectionRange& range : ui_->StringGridTab->selectionModel()->selection()) {
+    for (int view_row = range.top(); view_row <= range.bottom(); ++view_row) rows.push_back(model_->CardRow(view_row));
+  }
+  std::sort(rows.begin(), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+  std::erase(rows, -1);
+  return rows;
+}
+
+// Searches in the order of the view, behind the marked row.
+void TF_wntab::BitBtnStartClick() {
+  const auto text = ToBytes(ui_->EditSuchen->text());
+  if (!text || text->empty()) return ui_->LabelErgebnis->setText(u"Bitte eine Zeichenfolge eingeben"_s);
+  Q_EMIT StoreWanted();
+  const TextFinder finder(*text, true);
+  const CardReader cards(file_);
+  const auto holds = [&finder](std::string_view side) { return finder.Find(side) != std::string_view::npos; };
+  for (int view_row = ui_->StringGridTab->currentIndex().row() + 1; view_row < model_->rowCount(); ++view_row) {
+    const int row = model_->CardRow(view_row);
+    if (file_.deletion_marks().Has(row) || (!holds(cards.Question(row)) && !holds(cards.Answer(row)))) continue;
+    ui_->LabelErgebnis->setText(u"gefunden: Karte %1"_s.arg(row - 1));
+    return ShowRow(row);
+  }
+  ui_->LabelErgebnis->setText(u"Zeichenfolge(n) nicht gefunden"_s);
+}
+
+void TF_wntab::BitBtnEditorClick() {
+  if (CurrentRow() != 0) Q_EMIT EditorWanted(CurrentRow());
+}
+
+void TF_wntab::BitBtnLoeschenClick() {
+  const std::vector<int> rows = MarkedRows();
+  if (rows.empty()) return;
+  Q_EMIT StoreWanted();
+  desk_.MarkAll(rows);
+  model_->ShowAnew();
+  Q_EMIT CardsTouched();
+  const bool marked = file_.deletion_marks().Has(rows.front());
+  ui_->LabelErgebnis->setText((marked ? u"%1 Karten gelöscht (entfernt, wenn Editor und Tabelle geschlossen sind)"_s
+                                      : u"%1 Karten wiederhergestellt"_s)
+                                  .arg(rows.size()));
+}
+
+void TF_wntab::BitBtnStatistikClick() {
+  const std::vector<int> rows = MarkedRows();
+  if (rows.empty()) return;
+  if (rows.size() > 1 && messages_.Question(this, u"\nStatistik von %1 Karten\nwirklich löschen?"_s.arg(rows.size()),
+                                            u"Löschen"_s, u"Nicht löschen"_s, {}, Answer::No) != Answer::Yes) {
+    return;
+  }
+  Q_EMIT StoreWanted();
+  const bool done = desk_.ResetAll(rows);
+  model_->ShowAnew();
+  Q_EMIT CardsTouched();
+  ui_->LabelErgebnis->setText(done ? u"Statistik von %1 Karten gelöscht"_s.arg(rows.size())
+                                   : u"Update fehlgeschlagen"_s);
+}
+
+void TF_wntab::SetSideFont(const SideLook& look) {
+  ui_->StringGridTab->setFont(look.font);
+  ui_->StringGridTab->verticalHeader()->setDefaultSectionSize(QFontMetrics(look.font).height() + 6);
+}
+
+}  // namespace tessaro
