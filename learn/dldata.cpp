@@ -58,12 +58,13 @@ TF_dldata::~TF_dldata() = default;
 
 void TF_dldata::Clear() {
   ui_->LabelTitel->setText(u"Nach der nächsten Antwort steht hier, wie sich ihre Behaltenszeit ergibt."_s);
+  ShowRecall({});
   for (QTableWidget* table : {ui_->GridVerlauf, ui_->GridReihe1, ui_->GridReihe2}) table->setRowCount(0);
   for (QLineEdit* edit : findChildren<QLineEdit*>()) {
     edit->clear();
     edit->setPlaceholderText({});
   }
-  ui_->Abstaende->Show(std::nullopt);
+  ui_->Abstaende->Show(IntervalContent(std::nullopt));
 }
 
 void TF_dldata::Show(const AnswerStatistics& statistics, std::string_view question, std::string_view answer) {
@@ -81,7 +82,12 @@ void TF_dldata::Show(const AnswerStatistics& statistics, std::string_view questi
   ui_->EditPredict2->setText(FromBytes(texts.trends[1].prediction));
   ui_->EditGewicht->setText(statistics.forecast ? FromBytes(texts.score) : u"0;  (ohne Berechnung)"_s);
   ui_->EditStatus->setText(statistics.history.corrected ? u"Korrektur Zeitreihe"_s : QString());
-  ui_->Abstaende->Show(statistics.forecast);
+  ui_->Abstaende->Show(IntervalContent(statistics.forecast));
+}
+
+void TF_dldata::ShowRecall(const QString& text) {
+  ui_->LabelGewusst->setText(text);
+  ui_->LabelGewusst->setVisible(!text.isEmpty());
 }
 
 void TF_dldata::ShowHistory(const StatisticsTexts& texts, std::span<const int64_t> times) {

@@ -1,129 +1,85 @@
 #include "learn/interval_plot.h"
 
 #include <QLocale>
-#include <QPainter>
 #include <algorithm>
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
 
-constexpr int kMargin = 8;
-constexpr double kPointRadius = 3.5;
-constexpr double kForecastRadius = 5;
+struct DurationUnit {
+  double seconds;
+  const char16_t* name;
+};
 
-// The middle tone of each reads on light and dark ground.
-const QColor kAllColour(70, 130, 200);
-const QColor kStreakColour(210, 130, 40);
+DurationUnit UnitFor(double seconds) {
+  constexpr DurationUnit kUnits[] = {{86'400, u" Tage"}, {3'600, u" Std."}, {60, u" Min."}};
+  for (const DurationUnit& unit : kUnits) {
+    if (seconds >= unit.seconds) return unit;
+  }
+  return {1, u" Sek."};
+}
 
 QString ShortDurationText(double seconds) {
-  constexpr double kMinute = 60;
-  constexpr double kHour = 60 * kMinute;
-  constexpr double kDay = 24 * kHour;
-  const auto text = [&](double unit, QStringView name) {
-    return QLocale().toString(seconds / unit, 'g', 3) + name.toString();
-  };
-  if (seconds >= kDay) return text(kDay, u" Tage");
-  if (seconds >= kHour) return text(kHour, u" Std.");
-  if (seconds >= kMinute) return text(kMinute, u" Min.");
-  return text(1, u" Sek.");
+  const DurationUnit unit = UnitFor(seconds);
+  return QLocale().toString(seconds / unit.seconds, 'g', 3) + QString::fromUtf16(unit.name);
+}
+
+struct SeriesLook {
+  PlotRole role;
+  Qt::PenStyle style;
+  QString name;
+};
+
+void AddSeries(const IntervalSeries& series, const Trend& trend, double places, const SeriesLook& look,
+               PlotContent& content) {
+  if (series.count == 0) return;
+  // The newest intervals of both series stand at the same place.
+  const double shift = places - 1 - series.count;
+  const bool hollow = look.role != PlotRole::Known;
+  for (int i = series.count; i-- > 0;) {
+    const auto seconds = static_cast<double>(series.intervals[static_cast<size_t>(i)]);
+    content.points.push_back({.x = shift + series.count - i,
+                              .y = seconds,
+                              .weight = 0.15,
+                              .role = look.role,
+                              .hollow = hollow,
+                              .text = u"%1: %2"_s.arg(look.name, ShortDurationText(seconds))});
+  }
+  const QPointF forecast(shift + series.count + 1, trend.prediction);
+  content.points.push_back({.x = forecast.x(),
+                            .y = forecast.y(),
+                            .weight = 0.4,
+                            .role = look.role,
+                            .hollow = true,
+                            .text = u"%1, Prognose: %2"_s.arg(look.name, ShortDurationText(trend.prediction))});
+  if (trend.trivial) return;
+  content.lines.push_back(
+      {{QPointF(shift + 1, std::max(trend.a + trend.b, 0.0)), forecast}, look.role, look.style, {}, {}});
 }
 
 }  // namespace
 
-IntervalPlot::IntervalPlot(QWidget* parent) : QWidget(parent) {
-  setAccessibleName(u"Abstände zwischen den Antworten mit beiden Geraden"_s);
-  setMinimumSize(240, 160);
-  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-}
-
-void IntervalPlot::Show(const std::optional<RetentionForecast>& forecast) {
-  forecast_ = forecast;
-  update();
-}
-
-QPointF IntervalPlot::Scale::Point(double place, double seconds) const {
-  const double bounded = std::clamp(seconds, 0.0, longest);
-  return {area.left() + area.width() * place / (places + 0.5), area.bottom() - area.height() * bounded / longest};
-}
-
-IntervalPlot::Scale IntervalPlot::MakeScale() const {
-  Scale scale;
-  const int line = fontMetrics().height();
-  scale.area = QRectF(rect()).adjusted(kMargin, 2 * kMargin + line, -kMargin, -kMargin - line);
-  const IntervalSeries& all = forecast_->all;
-  scale.places = all.count + 1;
-  double longest = std::max(forecast_->all_trend.prediction, forecast_->streak_trend.prediction);
-  for (int i = 0; i < all.count; ++i) {
-    longest = std::max(longest, static_cast<double>(all.intervals[static_cast<size_t>(i)]));
-  }
-  scale.longest = std::max(longest, 1.0);
-  return scale;
-}
-
-void IntervalPlot::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  if (!forecast_ || forecast_->all.count == 0) {
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, u"Noch keine Abstände zwischen gewussten Antworten"_s);
-    return;
-  }
-  const Scale scale = MakeScale();
-  PaintAxes(painter, scale);
-  PaintSeries(painter, scale, forecast_->all, forecast_->all_trend, kAllColour, Qt::SolidLine);
-  PaintSeries(painter, scale, forecast_->streak, forecast_->streak_trend, kStreakColour, Qt::DashLine);
-}
-
-void IntervalPlot::PaintAxes(QPainter& painter, const Scale& scale) const {
-  painter.setPen(palette().color(QPalette::Mid));
-  painter.drawLine(scale.area.bottomLeft(), scale.area.bottomRight());
-  painter.drawLine(scale.area.topLeft(), scale.area.bottomLeft());
-  painter.setPen(palette().color(QPalette::WindowText));
-  painter.drawText(QPointF(scale.area.left(), scale.area.top() - kMargin), ShortDurationText(scale.longest));
-  const QRectF below(scale.area.left(), scale.area.bottom() + 4, scale.area.width(), fontMetrics().height());
-  painter.drawText(below, Qt::AlignLeft, u"älteste"_s);
-  painter.drawText(below, Qt::AlignRight, u"Prognose"_s);
-  PaintLegend(painter, scale);
-}
-
-// Above the points, from the right.
-void IntervalPlot::PaintLegend(QPainter& painter, const Scale& scale) const {
-  double right = scale.area.right();
-  const std::pair<QString, QColor> entries[] = {{u"2. seit dem letzten Fehler"_s, kStreakColour},
-                                                {u"1. alle Abstände"_s, kAllColour}};
-  for (const auto& [name, colour] : entries) {
-    const int width = fontMetrics().horizontalAdvance(name);
-    const double base = scale.area.top() - kMargin;
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(QPointF(right - width, base), name);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colour);
-    painter.drawEllipse(QPointF(right - width - 2 * kPointRadius - 2, base - fontMetrics().xHeight() / 2.0),
-                        kPointRadius, kPointRadius);
-    right -= width + 4 * kPointRadius + kMargin;
-  }
-}
-
-void IntervalPlot::PaintSeries(QPainter& painter, const Scale& scale, const IntervalSeries& series, const Trend& trend,
-                               const QColor& colour, Qt::PenStyle style) const {
-  if (series.count == 0) return;
-  // The newest intervals of both series stand at the same place.
-  const double shift = scale.places - 1 - series.count;
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(colour);
-  for (int i = 0; i < series.count; ++i) {
-    const auto seconds = static_cast<double>(series.intervals[static_cast<size_t>(i)]);
-    painter.drawEllipse(scale.Point(shift + series.count - i, seconds), kPointRadius, kPointRadius);
-  }
-  painter.setPen(QPen(colour, 2, style));
-  painter.setBrush(Qt::NoBrush);
-  const QPointF forecast = scale.Point(shift + series.count + 1, trend.prediction);
-  if (!trend.trivial) painter.drawLine(scale.Point(shift + 1, trend.a + trend.b), forecast);
-  painter.setPen(QPen(colour, 2));
-  painter.drawEllipse(forecast, kForecastRadius, kForecastRadius);
+PlotContent IntervalContent(const std::optional<RetentionForecast>& forecast) {
+  PlotContent content;
+  content.name = u"Abstände zwischen den Antworten mit beiden Geraden"_s;
+  content.empty = u"Noch keine Abstände zwischen gewussten Antworten"_s;
+  if (!forecast || forecast->all.count == 0) return content;
+  const SeriesLook all = {PlotRole::Known, Qt::SolidLine, u"1. alle Abstände"_s};
+  const SeriesLook streak = {PlotRole::NotKnown, Qt::DashLine, u"2. seit dem letzten Fehler"_s};
+  content.legend = {{all.name, all.role}, {streak.name, streak.role}};
+  const double places = forecast->all.count + 1;
+  content.x_max = places + 0.5;
+  content.x_ticks = {{1, u"älteste"_s}, {places, u"Prognose"_s}};
+  AddSeries(forecast->all, forecast->all_trend, places, all, content);
+  AddSeries(forecast->streak, forecast->streak_trend, places, streak, content);
+  double longest = 1;
+  for (const PlotPoint& point : content.points) longest = std::max(longest, point.y);
+  const double unit = UnitFor(longest).seconds;
+  content.y_step = unit * RoundStep(longest / unit, 4, false);
+  content.y_text = [](double seconds) { return ShortDurationText(seconds); };
+  return content;
 }
 
 }  // namespace tessaro

@@ -99,6 +99,19 @@ QColor AccentColour(Accent accent, const QPalette& palette) {
   return QColor(dark ? 0xFFF59A90u : 0xFFAF2A20u);
 }
 
+QColor PlotColour(PlotRole role, const QPalette& palette) {
+  const bool dark = IsDark(palette);
+  switch (role) {
+    case PlotRole::Known:
+      return QColor(dark ? 0xFF56B4E9u : 0xFF0072B2u);
+    case PlotRole::NotKnown:
+      return QColor(dark ? 0xFFE69F00u : 0xFFD55E00u);
+    case PlotRole::New:
+      break;
+  }
+  return QColor(dark ? 0xFF9A9A9Au : 0xFF767676u);
+}
+
 void SetAccent(QWidget& text, std::optional<Accent> accent) {
   QPalette colours = text.parentWidget()->palette();
   if (accent) colours.setColor(QPalette::WindowText, AccentColour(*accent, colours));

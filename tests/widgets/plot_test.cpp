@@ -1,0 +1,118 @@
+#include "widgets/plot.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "widgets/plot_layout.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+PlotContent Bars(const std::vector<double>& heights) {
+  PlotContent content;
+  content.name = u"Karten"_s;
+  for (const double height : heights) {
+    content.bars.push_back({u"x"_s, {{height, PlotRole::Known}}, u"%1 Karten"_s.arg(height)});
+  }
+  return content;
+}
+
+TEST(Plot, StepsAreRound) {
+  struct Case {
+    double highest;
+    int most;
+    bool whole;
+    double step;
+  };
+  const Case cases[] = {{0, 5, true, 1},      {1, 5, true, 1},      {4, 5, true, 1},     {6, 5, true, 2},
+                        {50, 5, true, 10},    {51, 5, true, 20},    {101, 5, true, 50},  {900, 5, true, 200},
+                        {0.9, 5, false, 0.2}, {1.0, 5, false, 0.2}, {3e6, 5, true, 1e6}, {7, 4, false, 2}};
+  for (const Case& c : cases) EXPECT_NEAR(RoundStep(c.highest, c.most, c.whole), c.step, 1e-9) << c.highest;
+}
+
+TEST(Plot, KeysSelectAndChooseAndTellAScreenReader) {
+  Plot plot;
+  plot.resize(400, 200);
+  plot.show();
+  plot.Show(Bars({3, 0, 12}));
+  QSignalSpy chosen(&plot, &Plot::Chosen);
+  struct Case {
+    Qt::Key key;
+    const char16_t* text;
+  };
+  // The last step of a row stays.
+  const Case cases[] = {{Qt::Key_Right, u"3 Karten"},  {Qt::Key_Right, u"0 Karten"}, {Qt::Key_Right, u"12 Karten"},
+                        {Qt::Key_Right, u"12 Karten"}, {Qt::Key_Left, u"0 Karten"},  {Qt::Key_Home, u"3 Karten"},
+                        {Qt::Key_Left, u"3 Karten"},   {Qt::Key_End, u"12 Karten"}};
+  QTest::keyClick(&plot, Qt::Key_Return);
+  EXPECT_EQ(chosen.size(), 0) << "nothing is selected yet";
+  for (const Case& c : cases) {
+    QTest::keyClick(&plot, c.key);
+    EXPECT_EQ(plot.TextOf(plot.selected()), QString::fromUtf16(c.text));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&plot)->text(QAccessible::Description), QString::fromUtf16(c.text));
+  }
+  QTest::keyClick(&plot, Qt::Key_Return);
+  ASSERT_EQ(chosen.size(), 1);
+  EXPECT_EQ(chosen[0][0], 2);
+  plot.Show(Bars({1, 2, 3}));
+  EXPECT_EQ(plot.selected(), 2);
+  plot.Show(Bars({1}));
+  EXPECT_EQ(plot.selected(), -1);
+}
+
+TEST(Plot, AClickMeansTheBarAboveWhichItIs) {
+  Plot plot;
+  plot.resize(400, 200);
+  plot.Show(Bars({3, 0, 12}));
+  const PlotLayout layout(plot.content(), plot.rect(), plot.font());
+  QSignalSpy chosen(&plot, &Plot::Chosen);
+  for (const size_t bar : {2U, 0U, 1U}) {
+    QTest::mouseClick(&plot, Qt::LeftButton, {}, layout.Column(bar).center().toPoint());
+    EXPECT_EQ(plot.selected(), static_cast<int>(bar));
+  }
+  EXPECT_EQ(chosen.size(), 3);
+  QTest::mouseClick(&plot, Qt::LeftButton, {}, QPoint(1, 1));
+  EXPECT_EQ(chosen.size(), 3);
+}
+
+// Lines that only lead the eye and points without a text are passed over.
+TEST(Plot, SelectsPointsOrElseLinesThatSaySomething) {
+  PlotContent content;
+  content.points = {{.x = 0.2, .y = 1}, {.x = 0.5, .y = 4}};
+  content.lines = {{.points = {{0, 0}, {1, 4}}}, {.points = {{0, 4}, {1, 4}}, .text = u"oben"_s}};
+  Plot plot;
+  plot.resize(400, 300);
+  plot.Show(content);
+  EXPECT_EQ(plot.Count(), 1);
+  EXPECT_EQ(plot.TextOf(0), u"oben"_s);
+  const PlotLayout layout(plot.content(), plot.rect(), plot.font());
+  EXPECT_EQ(layout.ItemAt(layout.Point(0.7, 4) + QPointF(0, 5)), 0);
+  EXPECT_EQ(layout.ItemAt(layout.Point(0.7, 2)), -1);
+  content.points[1].text = u"Punkt"_s;
+  plot.Show(content);
+  EXPECT_EQ(plot.Count(), 1);
+  EXPECT_EQ(plot.TextOf(0), u"Punkt"_s);
+}
+
+TEST(Plot, BarsStandOnTheAxisAndLabelsApart) {
+  PlotContent content = Bars(std::vector<double>(90, 40));
+  for (PlotBar& bar : content.bars) bar.label = u"22.11."_s;
+  const PlotLayout layout(content, QRectF(0, 0, 600, 300), QFont());
+  EXPECT_DOUBLE_EQ(layout.Bar(0).bottom(), layout.area().bottom());
+  EXPECT_DOUBLE_EQ(layout.Bar(89).height(), layout.area().height());
+  const double room = layout.Column(0).width() * static_cast<double>(layout.LabelStride());
+  EXPECT_GT(room, QFontMetricsF(QFont()).horizontalAdvance(u"22.11."_s));
+  // Nothing is drawn of no content, at no size.
+  Plot plot;
+  plot.Show({});
+  plot.resize(1, 1);
+  EXPECT_FALSE(plot.grab().isNull());
+}
+
+}  // namespace
+}  // namespace tessaro

@@ -1,0 +1,185 @@
+#include "widgets/plot_layout.h"
+
+#include <QLineF>
+#include <QLocale>
+#include <algorithm>
+#include <cmath>
+
+namespace tessaro {
+namespace {
+
+constexpr double kMargin = 8;
+constexpr double kLargestPoint = 9;  // radius
+constexpr double kSmallestPoint = 3.5;
+constexpr double kReach = 12;  // a click this far from a point or line still means it
+constexpr double kBarWidth = 0.72;
+constexpr int kMostSteps = 5;
+
+double HeightOf(const PlotBar& bar) {
+  double height = 0;
+  for (const PlotPart& part : bar.parts) height += part.value;
+  return height;
+}
+
+double Highest(const PlotContent& content) {
+  double highest = 0;
+  for (const PlotBar& bar : content.bars) highest = std::max(highest, HeightOf(bar));
+  for (const PlotPoint& point : content.points) highest = std::max({highest, point.y, point.high});
+  for (const PlotLine& line : content.lines) {
+    for (const QPointF& point : line.points) highest = std::max(highest, point.y());
+  }
+  return highest;
+}
+
+double DistanceTo(const QLineF& line, const QPointF& point) {
+  const QPointF along = line.p2() - line.p1();
+  const double length = QPointF::dotProduct(along, along);
+  const double share = length == 0 ? 0 : std::clamp(QPointF::dotProduct(point - line.p1(), along) / length, 0.0, 1.0);
+  return QLineF(point, line.p1() + along * share).length();
+}
+
+}  // namespace
+
+double RoundStep(double highest, int most, bool whole) {
+  const double least = std::max(highest, 1e-9) / most;
+  const double power = std::pow(10, std::floor(std::log10(least)));
+  double step = power * 10;
+  for (const double factor : {5.0, 2.0, 1.0}) {
+    if (power * factor >= least * (1 - 1e-9)) step = power * factor;
+  }
+  return whole ? std::max(step, 1.0) : step;
+}
+
+PlotItems::PlotItems(const PlotContent& content) {
+  const auto collect = [&](const auto& things, Kind what) {
+    kind = what;
+    for (size_t i = 0; i < things.size(); ++i) {
+      if (!things[i].text.isEmpty()) places.push_back(i);
+    }
+    return !places.empty();
+  };
+  if (collect(content.bars, Kind::Bars) || collect(content.points, Kind::Points)) return;
+  collect(content.lines, Kind::Lines);
+}
+
+PlotLayout::PlotLayout(const PlotContent& content, const QRectF& room, const QFont& font)
+    : content_(content), metrics_(font) {
+  ScaleUp();
+  double widest = 0;
+  for (double value = 0; value <= y_top_ * 1.001; value += y_step_) {
+    widest = std::max(widest, metrics_.horizontalAdvance(YText(value)));
+  }
+  const double right = std::max(kMargin, WidestRightLabel());
+  const double top = kMargin + metrics_.height() * (content.legend.empty() ? 1.0 : 2.2);
+  area_ = room.adjusted(widest + 2 * kMargin, top, -right, -metrics_.height() - kMargin);
+}
+
+void PlotLayout::ScaleUp() {
+  const double highest = content_.y_max > 0 ? content_.y_max : Highest(content_);
+  y_step_ = content_.y_step > 0 ? content_.y_step : RoundStep(highest, kMostSteps, content_.y_text == nullptr);
+  y_top_ = content_.y_max > 0 ? content_.y_max : std::max(std::ceil(highest / y_step_ - 1e-9), 1.0) * y_step_;
+  for (const PlotBar& bar : content_.bars) right_top_ = std::max(right_top_, bar.mark.value_or(0));
+  if (right_top_ == 0) return;
+  const double step = RoundStep(right_top_, kMostSteps, true);
+  right_top_ = std::ceil(right_top_ / step - 1e-9) * step;
+}
+
+double PlotLayout::WidestRightLabel() const {
+  double widest = 0;
+  if (right_top_ > 0) widest = std::max(metrics_.horizontalAdvance(YText(right_top_)) + 2 * kMargin, 4 * kMargin);
+  for (const PlotLine& line : content_.lines) {
+    widest = std::max(widest, metrics_.horizontalAdvance(line.label) + 2 * kMargin);
+  }
+  return widest;
+}
+
+bool PlotLayout::empty() const {
+  return content_.bars.empty() && content_.points.empty() && content_.lines.empty();
+}
+
+QPointF PlotLayout::Point(double x, double y) const {
+  const double span = content_.x_max - content_.x_min;
+  const double share = span > 0 ? (x - content_.x_min) / span : 0;
+  return {area_.left() + area_.width() * share, area_.bottom() - Height(std::clamp(y, 0.0, y_top_))};
+}
+
+QRectF PlotLayout::Column(size_t bar) const {
+  const double pitch = area_.width() / static_cast<double>(content_.bars.size());
+  return {area_.left() + pitch * static_cast<double>(bar), area_.top(), pitch, area_.height()};
+}
+
+QRectF PlotLayout::Bar(size_t bar) const {
+  const QRectF column = Column(bar);
+  const double gap = column.width() * (1 - kBarWidth) / 2;
+  const double height = Height(HeightOf(content_.bars[bar]));
+  return {column.left() + gap, column.bottom() - height, column.width() - 2 * gap, height};
+}
+
+double PlotLayout::Radius(const PlotPoint& point) const {
+  return std::max(kLargestPoint * std::sqrt(point.weight), kSmallestPoint);
+}
+
+size_t PlotLayout::LabelStride() const {
+  double widest = 0;
+  for (const PlotBar& bar : content_.bars) widest = std::max(widest, metrics_.horizontalAdvance(bar.label));
+  const double pitch = area_.width() / static_cast<double>(content_.bars.size());
+  size_t stride = 1;
+  while (pitch * static_cast<double>(stride) < widest + kMargin && stride < content_.bars.size()) stride *= 2;
+  return stride;
+}
+
+QString PlotLayout::YText(double value) const {
+  return content_.y_text ? content_.y_text(value) : QLocale().toString(value, 'f', 0);
+}
+
+double PlotLayout::DistanceTo(const PlotItems& items, size_t item, const QPointF& point) const {
+  const size_t place = items.places[item];
+  if (items.kind == PlotItems::Kind::Bars) {
+    const QRectF column = Column(place);
+    return point.x() >= column.left() && point.x() < column.right() ? 0 : kReach + 1;
+  }
+  if (items.kind == PlotItems::Kind::Points) {
+    const PlotPoint& at = content_.points[place];
+    return QLineF(point, Point(at.x, at.y)).length() - Radius(at);
+  }
+  const std::vector<QPointF>& line = content_.lines[place].points;
+  double distance = kReach + 1;
+  for (size_t k = 1; k < line.size(); ++k) {
+    const QLineF part(Point(line[k - 1].x(), line[k - 1].y()), Point(line[k].x(), line[k].y()));
+    distance = std::min(distance, tessaro::DistanceTo(part, point));
+  }
+  return distance;
+}
+
+int PlotLayout::ItemAt(const QPointF& point) const {
+  const PlotItems items(content_);
+  double nearest = kReach;
+  int found = -1;
+  for (size_t i = 0; i < items.places.size(); ++i) {
+    const double distance = DistanceTo(items, i, point);
+    if (distance > nearest) continue;
+    nearest = distance;
+    found = static_cast<int>(i);
+  }
+  return found;
+}
+
+QRectF PlotLayout::Frame(int item) const {
+  constexpr double kAround = 3;
+  const PlotItems items(content_);
+  const size_t place = items.places[static_cast<size_t>(item)];
+  if (items.kind == PlotItems::Kind::Bars) return Bar(place).adjusted(-kAround, -kAround, kAround, kAround);
+  QPointF at;
+  double radius = kSmallestPoint;
+  if (items.kind == PlotItems::Kind::Points) {
+    const PlotPoint& point = content_.points[place];
+    at = Point(point.x, point.y);
+    radius = Radius(point);
+  } else if (!content_.lines[place].points.empty()) {
+    const QPointF& last = content_.lines[place].points.back();
+    at = Point(last.x(), last.y());
+  }
+  return QRectF(at, at).adjusted(-radius - kAround, -radius - kAround, radius + kAround, radius + kAround);
+}
+
+}  // namespace tessaro

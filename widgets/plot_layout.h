@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QFontMetricsF>
+#include <QRectF>
+
+#include "widgets/plot.h"
+
+class QPainter;
+
+namespace tessaro {
+
+// The things of a plot that can be selected: all of one kind, as places in its content.
+struct PlotItems {
+  enum class Kind { Bars, Points, Lines };
+  explicit PlotItems(const PlotContent& content);
+
+  Kind kind = Kind::Bars;
+  std::vector<size_t> places;
+};
+
+// Where the parts of a plot stand. Painting and clicks ask the same places.
+class PlotLayout {
+ public:
+  PlotLayout(const PlotContent& content, const QRectF& room, const QFont& font);
+
+  bool empty() const;
+  const QRectF& area() const { return area_; }
+  double y_step() const { return y_step_; }
+  double y_top() const { return y_top_; }
+  double right_top() const { return right_top_; }
+  QPointF Point(double x, double y) const;
+  double Height(double value) const { return area_.height() * value / y_top_; }
+  // The place of a bar from the axis to the top, and that of its coloured part.
+  QRectF Column(size_t bar) const;
+  QRectF Bar(size_t bar) const;
+  double Radius(const PlotPoint& point) const;
+  // Every n-th label of the bars, so that they stand apart.
+  size_t LabelStride() const;
+  QString YText(double value) const;
+  // The selectable thing at a point; -1 for none.
+  int ItemAt(const QPointF& point) const;
+  // What frames the selected thing.
+  QRectF Frame(int item) const;
+
+ private:
+  void ScaleUp();
+  double DistanceTo(const PlotItems& items, size_t item, const QPointF& point) const;
+  double WidestRightLabel() const;
+
+  const PlotContent& content_;
+  QFontMetricsF metrics_;
+  QRectF area_;
+  double y_step_ = 1;
+  double y_top_ = 1;
+  double right_top_ = 0;
+};
+
+void PaintPlot(QPainter& painter, const PlotContent& content, const PlotLayout& layout, const QPalette& palette);
+
+}  // namespace tessaro
