@@ -86,6 +86,7 @@ TFrameBegin::TFrameBegin(QWidget* parent) : QFrame(parent), ui_(std::make_unique
   }
   ui_->LabelExplain->setMaximumWidth(kLettersInLine * fontMetrics().averageCharWidth());
   ShowCheck({});
+  ShowKnownNow({});
   ShowNoFile();
 }
 
@@ -135,6 +136,11 @@ void TFrameBegin::ShowFile(const BeginFile& file) {
 void TFrameBegin::Renew(const BeginFile& file) {
   ShowFigures(file.figures);
   ui_->LabelAdvice->setText(AdviceFor(file));
+}
+
+void TFrameBegin::ShowKnownNow(const QString& text) {
+  ui_->LabelKnownNow->setText(text);
+  ui_->LabelKnownNow->setVisible(!text.isEmpty());
 }
 
 void TFrameBegin::ShowCheck(const QString& text) {

@@ -37,6 +37,8 @@ class TFrameBegin : public QFrame {
   void ShowFile(const BeginFile& file);
   // Shows the figures of the same card file anew; the focus stays where it is.
   void Renew(const BeginFile& file);
+  // A line on how much of the open card file is known now; empty hides it.
+  void ShowKnownNow(const QString& text);
   // A line on what a check of the open card file found; empty hides it.
   void ShowCheck(const QString& text);
   void SetRecent(const std::vector<std::filesystem::path>& files);

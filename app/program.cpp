@@ -43,6 +43,7 @@ Program::Program(const Machine& machine, ProgramPlaces places)
   settings_.path = places_.settings;
   settings_readable_ = settings_.ini.Load(machine_.disk, settings_.path);
   main_window_ = std::make_unique<TF_wnmain>(*this);
+  connect(&outlook_, &OutlookWindows::LearnWanted, this, [this] { OpenLearning(); });
 }
 
 Program::~Program() {
@@ -72,6 +73,8 @@ void Program::MakeLearningWindow() {
       std::make_unique<TF_wnlern>(file_, settings_, machine_.clock, machine_.random, machine_.messages, answer_gate_);
   connect(learning_window_.get(), &TF_wnlern::Closed, this, &Program::EndLearning);
   connect(learning_window_.get(), &TF_wnlern::SaveWanted, main_window_.get(), &TF_wnmain::FileSaveExecute);
+  learning_window_->SetOutlook(outlook_.Lines());
+  connect(learning_window_.get(), &TF_wnlern::EvaluationWanted, &outlook_, &OutlookWindows::OpenEvaluation);
   TieMedia(*learning_window_);
   answer_modes_ = std::make_unique<AnswerModes>(*learning_window_, *media_window_, answer_gate_, settings_,
                                                 machine_.clock, machine_.messages, input_check_on_);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "app/outlook_windows.h"
 #include "learn/answer_gate.h"
 #include "learn/method_choice.h"
 #include "platform/clock.h"
@@ -60,6 +61,7 @@ class Program : public QObject {
   Messages& messages() { return machine_.messages; }
   const ProgramPlaces& places() const { return places_; }
   TF_wnmain& main_window() { return *main_window_; }
+  OutlookWindows& outlook() { return outlook_; }
 
   // Opens the learning window over the open card file, or brings it to the front. With a choice it learns by that; else
   // by the automatic method used last, and an open window goes on as it is.
@@ -92,6 +94,7 @@ class Program : public QObject {
   CardFile file_;
   AnswerGate answer_gate_;  // between the learning window and the answer windows
   bool input_check_on_ = true;
+  OutlookWindows outlook_{file_, settings_, machine_.clock};
   std::unique_ptr<TF_wnmain> main_window_;
   std::unique_ptr<TF_wnmedia> media_window_;
   std::unique_ptr<TF_wnlern> learning_window_;

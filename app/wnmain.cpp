@@ -65,6 +65,7 @@ void TF_wnmain::ConnectSignals() {
   // Opening a file fills the page anew, and with it the button that was pressed: not while it is being pressed.
   connect(ui_->FrameBegin, &TFrameBegin::FileWanted, this, [this](const QString& path) { OpenLater(ToPath(path)); });
   connect(ui_->FrameBegin, &TFrameBegin::SampleWanted, this, [this](const QString& path) { OpenLater(ToPath(path)); });
+  connect(&program_.outlook(), &OutlookWindows::Summarised, ui_->FrameBegin, &TFrameBegin::ShowKnownNow);
   connect(&program_, &Program::LearningOpened, this, &TF_wnmain::ShowLearningCommands);
   connect(&program_, &Program::LearningClosed, this, &TF_wnmain::ShowAfterLearning);
   // The news comes in the middle of a learning step.
@@ -112,6 +113,7 @@ void TF_wnmain::MAboutClick() {
 
 bool TF_wnmain::FormCloseQuery() {
   program_.CloseLearning();
+  program_.outlook().Close();
   if (!file_.IsOpen()) return true;
   const bool empty = file_.CardCount() == 0;
   if (!empty && !file_.changed()) {

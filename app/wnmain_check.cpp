@@ -32,6 +32,7 @@ void TF_wnmain::BeginCheck() {
   check_.reset();
   if (!file_.IsOpen() || file_.paths().cards != checked_) ui_->FrameBegin->ShowCheck({});
   if (file_.IsOpen()) check_timer_.start(kBeginAfter);
+  program_.outlook().BeginSummary();
 }
 
 void TF_wnmain::ContinueCheck() {

@@ -72,6 +72,7 @@ bool TF_wnmain::OpenFile(const fs::path& path) {
 
 bool TF_wnmain::LeaveFile() {
   program_.CloseLearning();
+  program_.outlook().Close();
   if (!file_.IsOpen()) return true;
   if (!file_.changed()) {
     (void)file_.SaveSettings();

@@ -158,6 +158,7 @@ void TF_wnlern::ConnectNotice() {
   });
   connect(ui_->ButtonOhneSperre, &QAbstractButton::clicked, this, [this] { SpeedButtonSperreClick(false); });
   connect(ui_->ButtonHinweisEnde, &QAbstractButton::clicked, this, &TF_wnlern::close);
+  connect(ui_->ButtonAuswertung, &QAbstractButton::clicked, this, &TF_wnlern::EvaluationWanted);
 }
 
 void TF_wnlern::showEvent(QShowEvent* event) {

@@ -11,6 +11,7 @@
 #include "learn/learning_commands.h"
 #include "learn/method_choice.h"
 #include "learn/notice.h"
+#include "learn/outlook_lines.h"
 #include "settings/program_settings.h"
 #include "store/file/card_file.h"
 #include "widgets/htmlview.h"
@@ -65,6 +66,8 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   // To be called after settings were changed elsewhere while the window is open.
   void SettingsChanged();
 
+  // To be called before the window is shown.
+  void SetOutlook(OutlookLines lines) { outlook_ = std::move(lines); }
   // The video that was asked for came to its end, or could not be played.
   void VideoEnded(bool played);
 
@@ -80,6 +83,8 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   // The learner switched an answer mode on, or the one that was on off.
   void AnswerModeWanted(tessaro::AnswerMode mode);
   void LearningKeysChanged();
+  // The user wants to see what his answers came to.
+  void EvaluationWanted();
   // The user wants the card file saved; the run goes on.
   void SaveWanted();
   // A sound or video that the card names is to be played. `screen` is the video's place in this window; null where the
@@ -163,6 +168,7 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   void ShowMethod();
   void ShowStatistics();
   void ShowNotice();
+  void ShowToday();
   void FocusNextStep();
 
   CardFile& file_;
@@ -186,6 +192,7 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   std::optional<MethodChoice> first_choice_;  // given before the window was shown
   std::unique_ptr<TF_dldata> statistics_;     // while it is switched on
   Notice notice_ = Notice::None;
+  OutlookLines outlook_;
   QString done_;  // what the last command did, where the card alone would not tell
 };
 

@@ -324,6 +324,16 @@ void TF_wnlern::FocusNextStep() {
   if (card_changed_) (turn ? ui_->BtHand : ui_->BtWeissIch)->setFocus();
 }
 
+// What a run that found its end came to.
+void TF_wnlern::ShowToday() {
+  const bool over = notice_ == Notice::NothingDue || notice_ == Notice::NewCardsHeldBack ||
+                    notice_ == Notice::EndOfFile || notice_ == Notice::EndWithoutCard;
+  const QString today = over && outlook_.today ? outlook_.today() : QString();
+  ui_->LabelHeute->setText(today);
+  ui_->LabelHeute->setVisible(!today.isEmpty());
+  ui_->ButtonAuswertung->setVisible(!today.isEmpty());
+}
+
 void TF_wnlern::ShowNotice() {
   const bool nothing_due = notice_ == Notice::NothingDue;
   const bool at_end = notice_ == Notice::EndWithoutCard;
@@ -333,6 +343,7 @@ void TF_wnlern::ShowNotice() {
   ui_->ButtonNeuerLauf->setVisible(notice_ == Notice::ClockWentBack || at_end);
   ui_->ButtonOhneSperre->setVisible((nothing_due || at_end) && run_->time_lock());
   ui_->Hinweis->setVisible(notice_ != Notice::None);
+  ShowToday();
   // Without a card the notice stands in its place.
   const bool alone = run_->card().row == 0;
   ui_->PolsterOben->setVisible(alone);

@@ -134,6 +134,7 @@ void TF_wnlern::ShowStatistics() {
   if (figures == nullptr) return statistics_->Clear();
   const CardReader cards(file_);
   statistics_->Show(*figures, cards.Question(figures->row), cards.Answer(figures->row));
+  statistics_->ShowRecall(outlook_.card ? outlook_.card(figures->row) : QString());
 }
 
 void TF_wnlern::ShowMethod() {

@@ -46,6 +46,23 @@ bool ActivityCount::Step(int count) {
   return next_row_ < rows_;
 }
 
+ActivitySpan CountToday(const CardFile& file, int64_t now, const LocalDays& days) {
+  const CardReader cards(file);
+  ActivitySpan today = {.first_day = days.DayOf(now)};
+  const int64_t start = days.StartOf(today.first_day);
+  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
+    // Nearly all cards were answered last on another day.
+    if (cards.NewestTime(row) < start) continue;
+    const std::optional<AnswerSeries> series = ReadCounted(file, row, now);
+    if (!series) continue;
+    today.rows.push_back(row);
+    for (const StoredAnswer& answer : *series) {
+      if (answer.time >= start) ++(answer.known ? today.known : today.missed);
+    }
+  }
+  return today;
+}
+
 void ActivityCount::Read(int row) {
   const std::optional<AnswerSeries> series = ReadCounted(file_, row, now_);
   if (!series) return;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "outlook/recall.h"
@@ -41,5 +42,8 @@ class ActivityCount {
   std::vector<ActivitySpan> spans_;
   std::vector<int64_t> starts_;  // of the spans, and the end of the last one
 };
+
+// What was answered on the day of `now`. Looks at the newest answer of all cards.
+ActivitySpan CountToday(const CardFile& file, int64_t now, const LocalDays& days);
 
 }  // namespace tessaro

@@ -44,7 +44,10 @@ inline constexpr NumberSetting kTextPercent = {"Darstellung", "Schrift", 100, 80
 
 // X.ini: where a card file was left.
 inline constexpr NumberSetting kCheckPosition = {"CHK", "rpos", 1};
-inline constexpr NumberSetting kRowPosition = {"ROW", "Pos", kFirstCardRow};  // a row of the card table
+inline constexpr NumberSetting kRowPosition = {"ROW", "Pos", kFirstCardRow};    // a row of the card table
+inline constexpr TextSetting kExamDay = {"PROG", "Datum", ""};                  // "2027-03-12"
+inline constexpr NumberSetting kPlanMinutes = {"PROG", "Minuten", 20, 0, 600};  // of learning a day
+inline constexpr NumberSetting kPlanNewCards = {"PROG", "Neu", 15, 0, 999};     // a day
 inline constexpr NumberSetting kOverviewCard = {"HTML", "Vis", 0};
 
 }  // namespace tessaro::keys

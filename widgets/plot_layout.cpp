@@ -70,7 +70,7 @@ PlotLayout::PlotLayout(const PlotContent& content, const QRectF& room, const QFo
     widest = std::max(widest, metrics_.horizontalAdvance(YText(value)));
   }
   const double right = std::max(kMargin, WidestRightLabel());
-  const double top = kMargin + metrics_.height() * (content.legend.empty() ? 1.0 : 2.2);
+  const double top = kMargin + metrics_.height() * (content.legend.empty() ? 1.5 : 2.7);
   area_ = room.adjusted(widest + 2 * kMargin, top, -right, -metrics_.height() - kMargin);
 }
 

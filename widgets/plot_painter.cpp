@@ -67,7 +67,7 @@ class PlotPainter {
       const QRectF label(0, y - metrics_.height() / 2, area.left() - kTickGap, metrics_.height());
       painter_.drawText(label, Qt::AlignRight | Qt::AlignVCenter, layout_.YText(value));
     }
-    const double line = area.top() - metrics_.height() * 1.1;
+    const double line = area.top() - metrics_.height() * 1.6;
     painter_.drawText(QRectF(kTickGap, line - kTickGap, area.width(), metrics_.height()), Qt::AlignLeft,
                       content_.y_title);
     if (layout_.right_top() > 0) PaintRightAxis(line);
@@ -89,12 +89,12 @@ class PlotPainter {
   void PaintXTicks() {
     const QRectF& area = layout_.area();
     painter_.setPen(quiet_);
-    double free_from = area.left() - metrics_.height();
+    double free_from = 0;
     for (const PlotTick& tick : content_.x_ticks) {
       const double x = layout_.Point(tick.at, 0).x();
       painter_.drawLine(QPointF(x, area.bottom()), QPointF(x, area.bottom() + kTickGap));
       const double width = metrics_.horizontalAdvance(tick.label);
-      const double left = std::min(x - width / 2, area.right() + kTickGap - width);
+      const double left = std::clamp(x - width / 2, 0.0, std::max(area.right() + kTickGap - width, 0.0));
       if (left < free_from) continue;
       free_from = left + width + 2 * kTickGap;
       painter_.drawText(QPointF(left, area.bottom() + kTickGap + metrics_.ascent()), tick.label);

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <functional>
+#include <memory>
+
+#include "learn/outlook_lines.h"
+#include "outlook/deck_outlook.h"
+#include "outlook/sliced_work.h"
+#include "platform/clock.h"
+#include "settings/program_settings.h"
+#include "store/file/card_file.h"
+
+namespace tessaro {
+
+class OutlookWindow;
+class TF_wneval;
+class TF_wnprog;
+
+// The windows of evaluation and forecast, which stand beside the others over the open card file.
+class OutlookWindows : public QObject {
+  Q_OBJECT
+
+ public:
+  // All must live longer.
+  OutlookWindows(CardFile& file, ProgramSettings& settings, const Clock& clock);
+  ~OutlookWindows() override;
+
+  // Opens the window, or brings it to the front with figures of now. Nothing happens without an open card file.
+  void OpenEvaluation();
+  void OpenForecast();
+  // Counts, beside what else goes on, how much of the open card file is known now; Summarised tells.
+  void BeginSummary();
+  // The lines for a learning window.
+  OutlookLines Lines() const;
+  // To be called before another card file takes the place of the open one.
+  void Close();
+  // To be called after cards came, went or moved.
+  void CardsChanged();
+  // Opens a card in the editor; without it lists of cards do not offer that.
+  void SetEditor(std::function<void(int row)> edit) { edit_ = std::move(edit); }
+
+ Q_SIGNALS:
+  // How much is known now, in a line; empty when there is nothing to say.
+  void Summarised(const QString& line);
+  void LearnWanted();
+
+ private:
+  void Bring(OutlookWindow& window);
+  void Summarise();
+
+  CardFile& file_;
+  ProgramSettings& settings_;
+  const Clock& clock_;
+  std::function<void(int row)> edit_;
+  LocalDays days_;
+  QTimer summary_delay_;
+  SlicedWork summary_;
+  DeckOutlook deck_;  // that of the summary
+  RecallWeights weights_ = kStandardWeights;
+  std::unique_ptr<TF_wneval> evaluation_;
+  std::unique_ptr<TF_wnprog> forecast_;
+};
+
+}  // namespace tessaro

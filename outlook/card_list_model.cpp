@@ -1,0 +1,117 @@
+#include "outlook/card_list_model.h"
+
+#include <QDateTime>
+#include <algorithm>
+#include <utility>
+
+#include "cards/card_reader.h"
+#include "outlook/number_texts.h"
+#include "widgets/text.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+constexpr int64_t kLastShown = 32'503'680'000;  // the year 3000
+
+QString DueText(int64_t due, int64_t now) {
+  if (due == 0) return u"neu"_s;
+  if (due < now) return u"überfällig"_s;
+  if (due > kLastShown) return u"später"_s;
+  return QDateTime::fromSecsSinceEpoch(due).toString(u"dd.MM.yyyy"_s);
+}
+
+}  // namespace
+
+CardListModel::CardListModel(const CardFile& file, std::vector<CardLine> lines, int64_t now, QObject* parent)
+    : QAbstractTableModel(parent), file_(file), lines_(std::move(lines)), now_(now) {}
+
+QString CardListModel::Text() const {
+  QStringList rows;
+  QStringList cells;
+  for (int column = 0; column < kColumns; ++column) {
+    cells << headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+  }
+  rows << cells.join(u'\t');
+  for (const CardLine& line : lines_) {
+    cells.clear();
+    for (int column = 0; column < kColumns; ++column) cells << TextOf(line, column);
+    rows << cells.join(u'\t');
+  }
+  return rows.join(u'\n') + u'\n';
+}
+
+int CardListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(lines_.size());
+}
+
+int CardListModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : kColumns;
+}
+
+QString CardListModel::TextOf(const CardLine& line, int column) const {
+  switch (column) {
+    case Number:
+      return FromBytes(CardReader(file_).Id(line.row));
+    case Question:
+      return FromBytes(QuestionStart(file_, line.row));
+    case Recall:
+      return line.recall ? PercentText(*line.recall) : QString();
+    case Due:
+      return DueText(line.due, now_);
+    case Misses:
+      return NumberText(int64_t{line.misses});
+    default:
+      return SpanText(static_cast<double>(std::max<int64_t>(line.seconds, 0)));
+  }
+}
+
+QVariant CardListModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  if (role == Qt::DisplayRole) return TextOf(lines_[static_cast<size_t>(index.row())], index.column());
+  if (role != Qt::TextAlignmentRole) return {};
+  const bool left = index.column() <= Question;
+  return QVariant::fromValue(Qt::Alignment(Qt::AlignVCenter | (left ? Qt::AlignLeft : Qt::AlignRight)));
+}
+
+QVariant CardListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation != Qt::Horizontal || role != Qt::DisplayRole) return {};
+  const QString headers[] = {u"Karte"_s, u"Frage"_s, u"Gewusst"_s, u"Fällig"_s, u"Fehler"_s, u"Lernzeit"_s};
+  return headers[section];
+}
+
+bool CardListModel::IsLess(const CardLine& a, const CardLine& b, int column) const {
+  switch (column) {
+    case Recall:
+      return a.recall < b.recall;
+    case Due:
+      return a.due < b.due;
+    case Misses:
+      return a.misses < b.misses;
+    case Time:
+      return a.seconds < b.seconds;
+    default:
+      return a.row < b.row;
+  }
+}
+
+void CardListModel::sort(int column, Qt::SortOrder order) {
+  if (column < 0) return;
+  Q_EMIT layoutAboutToBeChanged();
+  const bool up = order == Qt::AscendingOrder;
+  if (column == Question) {
+    std::vector<std::pair<std::string, CardLine>> texts;
+    for (const CardLine& line : lines_) texts.emplace_back(QuestionStart(file_, line.row), line);
+    std::stable_sort(texts.begin(), texts.end(),
+                     [up](const auto& a, const auto& b) { return up ? a.first < b.first : b.first < a.first; });
+    std::transform(texts.begin(), texts.end(), lines_.begin(), [](const auto& text) { return text.second; });
+  } else {
+    std::stable_sort(lines_.begin(), lines_.end(), [&](const CardLine& a, const CardLine& b) {
+      return up ? IsLess(a, b, column) : IsLess(b, a, column);
+    });
+  }
+  Q_EMIT layoutChanged();
+}
+
+}  // namespace tessaro

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <vector>
+
+#include "outlook/card_lines.h"
+
+namespace tessaro {
+
+// Counted cards as a sortable table.
+class CardListModel : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  enum Column { Number, Question, Recall, Due, Misses, Time, kColumns };
+
+  // `file` must live longer and keep its rows.
+  CardListModel(const CardFile& file, std::vector<CardLine> lines, int64_t now, QObject* parent);
+  int RowOf(const QModelIndex& index) const { return lines_[static_cast<size_t>(index.row())].row; }
+  QString Text() const;
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+  void sort(int column, Qt::SortOrder order) override;
+
+ private:
+  QString TextOf(const CardLine& line, int column) const;
+  bool IsLess(const CardLine& a, const CardLine& b, int column) const;
+
+  const CardFile& file_;
+  std::vector<CardLine> lines_;
+  int64_t now_;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QDialog>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "outlook/card_lines.h"
+
+namespace Ui {
+class TF_dlkarten;
+}
+
+namespace tessaro {
+
+class CardListModel;
+
+// The cards behind a figure. Stays beside the window of the figure; Enter opens a card in the editor where there is
+// one.
+class TF_dlkarten : public QDialog {
+  Q_OBJECT
+
+ public:
+  using EditCard = std::function<void(int row)>;
+
+  // `file` must live longer and keep its rows.
+  TF_dlkarten(const CardFile& file, QWidget* parent);
+  ~TF_dlkarten() override;
+
+  // Shows these cards, as they stood at `now`. `edit` may be empty.
+  void Show(const QString& title, std::vector<CardLine> lines, int64_t now, EditCard edit);
+
+ private:
+  void SetColumns();
+  void EditCurrent();
+
+  std::unique_ptr<Ui::TF_dlkarten> ui_;
+  const CardFile& file_;
+  CardListModel* model_ = nullptr;
+  EditCard edit_;
+};
+
+}  // namespace tessaro

@@ -1,0 +1,144 @@
+#include "outlook/outlook_page.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
+#include <QSplitter>
+#include <QTableView>
+#include <utility>
+
+#include "widgets/theme.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+constexpr double kSentence = 1.2;  // times the normal size
+
+QLabel* TextLabel(const QString& name, QWidget* parent) {
+  auto* label = new QLabel(parent);
+  label->setObjectName(name);
+  label->setWordWrap(true);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  return label;
+}
+
+}  // namespace
+
+OutlookPage::OutlookPage(QWidget* parent)
+    : QWidget(parent),
+      sentence_(TextLabel(u"LabelAntwort"_s, this)),
+      selection_(TextLabel(u"LabelAuswahl"_s, this)),
+      note_(TextLabel(u"LabelHinweis"_s, this)),
+      plot_(new Plot(this)),
+      table_(new QTableView(this)),
+      figures_(new FiguresModel(this)),
+      button_cards_(new QPushButton(u"&Karten zeigen"_s, this)),
+      button_table_(new QPushButton(u"&Tabelle"_s, this)) {
+  QFont font = sentence_->font();
+  font.setPointSizeF(font.pointSizeF() * kSentence);
+  sentence_->setFont(font);
+  plot_->setObjectName(u"Diagramm"_s);
+  table_->setObjectName(u"Tabelle"_s);
+  table_->setModel(figures_);
+  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table_->verticalHeader()->hide();
+  table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
+  table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  table_->horizontalHeader()->setStretchLastSection(true);
+  table_->hide();
+  MakeLayout();
+  connect(plot_, &Plot::SelectionChanged, this, &OutlookPage::ShowSelection);
+  connect(plot_, &Plot::Chosen, this, &OutlookPage::OpenSelection);
+  ShowSelection();
+}
+
+void OutlookPage::MakeLayout() {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(sentence_);
+  auto* splitter = new QSplitter(Qt::Vertical, this);
+  splitter->addWidget(plot_);
+  splitter->addWidget(table_);
+  splitter->setStretchFactor(0, 3);
+  splitter->setStretchFactor(1, 2);
+  splitter->setChildrenCollapsible(false);
+  layout->addWidget(splitter, 1);
+  layout->addWidget(selection_);
+  MakeButtons(*layout);
+}
+
+void OutlookPage::MakeButtons(QLayout& layout) {
+  auto* line = new QHBoxLayout;
+  line->addWidget(note_, 1);
+  auto* copy = new QPushButton(u"Als Tabelle ko&pieren"_s, this);
+  copy->setObjectName(u"ButtonKopieren"_s);
+  copy->setToolTip(u"Die Zahlen mit Tabulatoren in die Zwischenablage legen"_s);
+  button_table_->setObjectName(u"ButtonTabelle"_s);
+  button_table_->setCheckable(true);
+  button_table_->setToolTip(u"Dieselben Zahlen als Tabelle zeigen (Strg+T)"_s);
+  button_cards_->setObjectName(u"ButtonKarten"_s);
+  for (QPushButton* button : {button_table_, copy, button_cards_}) {
+    button->setAutoDefault(false);
+    line->addWidget(button);
+  }
+  static_cast<QVBoxLayout&>(layout).addLayout(line);
+  connect(button_table_, &QPushButton::toggled, table_, &QWidget::setVisible);
+  connect(copy, &QPushButton::clicked, this, &OutlookPage::CopyTable);
+  connect(button_cards_, &QPushButton::clicked, this, &OutlookPage::OpenSelection);
+}
+
+void OutlookPage::ShowWaiting() {
+  sentence_->setText(u"Wird berechnet …"_s);
+}
+
+void OutlookPage::Show(PageContent content) {
+  sentence_->setText(content.sentence);
+  // Said once is enough.
+  if (content.plot.empty == content.sentence) content.plot.empty.clear();
+  MakeQuiet(*note_);
+  MakeQuiet(*selection_);
+  note_->setText(content.note);
+  rows_ = std::move(content.rows);
+  figures_->Show(std::move(content.table));
+  plot_->Show(std::move(content.plot));
+  ShowSelection();
+}
+
+void OutlookPage::ToggleTable() {
+  button_table_->toggle();
+  (TableShown() ? static_cast<QWidget*>(table_) : plot_)->setFocus();
+}
+
+bool OutlookPage::TableShown() const {
+  return button_table_->isChecked();
+}
+
+void OutlookPage::CopyTable() {
+  QGuiApplication::clipboard()->setText(figures_->Text());
+}
+
+void OutlookPage::ShowSelection() {
+  const int item = plot_->selected();
+  const QString hint =
+      plot_->Count() == 0 ? QString() : u"Pfeiltasten wählen aus, Eingabe oder ein Klick zeigt die Karten."_s;
+  selection_->setText(item < 0 ? hint : plot_->TextOf(item));
+  const bool has_cards =
+      item >= 0 && item < static_cast<int>(rows_.size()) && !rows_[static_cast<size_t>(item)].empty();
+  button_cards_->setEnabled(has_cards);
+  button_cards_->setToolTip(has_cards  ? u"Die Karten hinter der Auswahl zeigen (Eingabe)"_s
+                            : item < 0 ? u"Erst im Diagramm etwas auswählen"_s
+                                       : u"Dahinter stehen keine Karten"_s);
+}
+
+void OutlookPage::OpenSelection() {
+  const int item = plot_->selected();
+  if (button_cards_->isEnabled()) Q_EMIT CardsWanted(plot_->TextOf(item), rows_[static_cast<size_t>(item)]);
+}
+
+}  // namespace tessaro

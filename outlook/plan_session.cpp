@@ -1,0 +1,139 @@
+#include "outlook/plan_session.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <optional>
+#include <string>
+
+#include "cards/card_reader.h"
+#include "learn/learning_run.h"
+#include "outlook/copied_deck.h"
+#include "outlook/due_count.h"
+
+namespace tessaro {
+namespace {
+
+class SessionClock : public Clock {
+ public:
+  int64_t Now() const override { return static_cast<int64_t>(std::floor(now)); }
+  int64_t Milliseconds() const override { return Now() * 1000; }
+  double now = 0;
+};
+
+// A well-mixed number of 64 bits (splitmix64).
+uint64_t Mix(uint64_t number) {
+  number += 0x9E3779B97F4A7C15U;
+  number = (number ^ (number >> 30U)) * 0xBF58476D1CE4E5B9U;
+  number = (number ^ (number >> 27U)) * 0x94D049BB133111EBU;
+  return number ^ (number >> 31U);
+}
+
+class SeededRandom : public Random {
+ public:
+  uint32_t Next() override { return static_cast<uint32_t>(Mix(++drawn_) >> 33U); }
+
+ private:
+  uint64_t drawn_ = 0;
+};
+
+// The luck of the n-th answer to a card, 0 ... 1.
+double LuckOf(int row, int n) {
+  const uint64_t mixed = Mix((static_cast<uint64_t>(row) << 32U) + static_cast<uint64_t>(n));
+  return static_cast<double>(mixed >> 11U) / 9007199254740992.0;
+}
+
+class SilentView : public LearningView {
+ public:
+  void Refresh() override {}
+  void Tell(RunMessage /*message*/, int /*number*/) override { told = true; }
+  void ChooseMethod() override {}
+  void EndRun() override { told = true; }
+  bool told = false;  // the run has come to an end, or something is wrong
+};
+
+}  // namespace
+
+struct PlanSession::State {
+  State(const CardFile& file, const DeckOutlook& deck_in, const IniFile& program_settings,
+        const std::vector<int>& rows_in)
+      : deck(deck_in), settings(program_settings), rows(rows_in), copy(file, rows_in) {
+    const LearningParameters parameters = ReadParameters(settings);
+    given.resize(rows.size());
+    for (const int row : rows) {
+      const CardTrace* trace = deck.TraceOf(row);
+      if (trace != nullptr && DueTimeOf(file, *trace, parameters, deck.now) < deck.now) {
+        overdue.push_back(traces.size());
+      }
+      traces.push_back(trace != nullptr ? MemoryTrace(*trace) : MemoryTrace());
+    }
+  }
+
+  bool IsKnown(size_t card) {
+    const MemoryTrace& trace = traces[card];
+    const double recall = trace.answers > 0 ? RecallAt(trace, deck.weights, clock.Now()) : deck.FirstSight();
+    return LuckOf(rows[card], given[card]++) < recall;
+  }
+
+  const DeckOutlook& deck;
+  const IniFile& settings;
+  std::vector<int> rows;
+  CopiedDeck copy;
+  SessionClock clock;
+  SeededRandom random;
+  SilentView view;
+  std::unique_ptr<LearningRun> run;
+  double end = 0;
+  int new_left = 0;
+  int shown = 0;  // the card that was counted as new last
+  std::vector<MemoryTrace> traces;
+  std::vector<int> given;       // answers of the plan, by card
+  std::vector<size_t> overdue;  // cards, at the beginning
+};
+
+PlanSession::PlanSession(const CardFile& file, const DeckOutlook& deck, const IniFile& program_settings,
+                         const std::vector<int>& rows)
+    : state_(std::make_unique<State>(file, deck, program_settings, rows)) {}
+
+PlanSession::~PlanSession() = default;
+
+void PlanSession::Begin(int64_t time, double minutes, int new_cards) {
+  State& s = *state_;
+  s.clock.now = static_cast<double>(time);
+  s.end = s.clock.now + minutes * 60;
+  s.new_left = new_cards;
+  s.shown = 0;
+  s.view.told = false;
+  s.run = std::make_unique<LearningRun>(s.copy.file(), s.settings, s.clock, s.random, s.view);
+  s.run->SetNoNewCards(new_cards <= 0);
+  s.run->Start();
+}
+
+bool PlanSession::Answer() {
+  State& s = *state_;
+  const int row = s.run->card().row;
+  if (s.view.told || row < kFirstCardRow || s.clock.now >= s.end) {
+    s.run->KeepPositions();
+    s.run.reset();
+    return false;
+  }
+  const auto card = static_cast<size_t>(row - kFirstCardRow);
+  // From the last new card on that the day allows, the run is to choose no other.
+  if (s.traces[card].answers == 0 && --s.new_left <= 0) s.run->SetNoNewCards(true);
+  s.clock.now += s.deck.seconds_per_answer;
+  s.IsKnown(card) ? s.run->Known() : s.run->NotKnown();
+  const CardReader cards(s.copy.file());
+  s.traces[card] = TraceOf(ReadAnswers(cards.TimeRow(row), cards.YesNoRow(row)));
+  return true;
+}
+
+const std::vector<MemoryTrace>& PlanSession::traces() const {
+  return state_->traces;
+}
+
+bool PlanSession::CaughtUp() const {
+  const State& s = *state_;
+  return std::all_of(s.overdue.begin(), s.overdue.end(), [&](size_t card) { return s.given[card] > 0; });
+}
+
+}  // namespace tessaro

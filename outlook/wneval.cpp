@@ -1,0 +1,115 @@
+#include "outlook/wneval.h"
+
+#include <algorithm>
+
+#include "outlook/activity.h"
+#include "outlook/evaluation_texts.h"
+#include "outlook/prediction_check.h"
+#include "ui_wneval.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+constexpr int kCardsAtOnce = 200;
+
+}  // namespace
+
+TF_wneval::TF_wneval(const CardFile& file, ProgramSettings& settings, const Clock& clock)
+    : OutlookWindow(file, settings, clock, "E"), ui_(std::make_unique<Ui::TF_wneval>()) {
+  ui_->setupUi(this);
+  for (OutlookPage* page : {ui_->PageWissen, ui_->PageGetan, ui_->PageStimmen, ui_->PageKosten}) TiePage(*page);
+  const auto renew = [this](View view) {
+    shown_[view] = false;
+    ShowCurrent();
+  };
+  connect(ui_->Views, &QTabWidget::currentChanged, this, &TF_wneval::ShowCurrent);
+  connect(ui_->RbBehaltenszeit, &QRadioButton::toggled, this, [renew] { renew(Knows); });
+  connect(ui_->CbZeitraum, &QComboBox::currentIndexChanged, this, [renew] { renew(Did); });
+  connect(ui_->CbPruefzeitraum, &QComboBox::currentIndexChanged, this, [renew] { renew(Predicted); });
+  connect(ui_->CbSortierung, &QComboBox::currentIndexChanged, this, [renew] { renew(Costs); });
+  connect(ui_->ButtonAlle, &QPushButton::clicked, this, [this] {
+    std::vector<int> rows;
+    for (const CardCost& cost : deck_.costs) rows.push_back(cost.row);
+    OpenCards(u"Die Karten mit der meisten Lernzeit"_s, rows);
+  });
+}
+
+TF_wneval::~TF_wneval() = default;
+
+OutlookPage& TF_wneval::CurrentPage() {
+  OutlookPage* pages[] = {ui_->PageWissen, ui_->PageGetan, ui_->PageStimmen, ui_->PageKosten};
+  return *pages[ui_->Views->currentIndex()];
+}
+
+void TF_wneval::DeckRead() {
+  shown_ = {};
+  work_.Count<KnowledgeCount>(KnowledgeCount(file_, deck_), kCardsAtOnce, [this](KnowledgeCount& count) {
+    knowledge_ = count.Take();
+    ShowCurrent();
+  });
+}
+
+void TF_wneval::ShowCurrent() {
+  const int view = ui_->Views->currentIndex();
+  if (shown_[static_cast<size_t>(view)]) return;
+  if (!deck_is_read()) return CurrentPage().ShowWaiting();
+  shown_[static_cast<size_t>(view)] = true;
+  switch (view) {
+    case Knows:
+      return ShowKnowledge();
+    case Did:
+      return ShowActivity();
+    case Predicted:
+      return ShowPredictions();
+    default:
+      return ShowCosts();
+  }
+}
+
+void TF_wneval::ShowKnowledge() {
+  ui_->PageWissen->Show(KnowledgePage(deck_, knowledge_, ui_->RbBehaltenszeit->isChecked()));
+}
+
+void TF_wneval::ShowActivity() {
+  ui_->PageGetan->ShowWaiting();
+  const auto period = static_cast<ActivityPeriod>(ui_->CbZeitraum->currentIndex());
+  work_.Count<ActivityCount>(ActivityCount(file_, deck_.now, days_, period), kCardsAtOnce,
+                             [this](ActivityCount& count) {
+                               ui_->PageGetan->Show(ActivityPage(deck_, count.Take()));
+                               ShowCurrent();
+                             });
+}
+
+void TF_wneval::ShowPredictions() {
+  ui_->PageStimmen->ShowWaiting();
+  constexpr std::array<int64_t, 3> kDays = {30, 90, 365};
+  const auto choice = static_cast<size_t>(ui_->CbPruefzeitraum->currentIndex());
+  std::optional<int64_t> start;
+  if (choice < kDays.size()) start = days_.StartOf(days_.DayOf(deck_.now) - kDays[choice] + 1);
+  work_.Count<PredictionCheck>(PredictionCheck(file_, deck_.now, start), kCardsAtOnce, [this](PredictionCheck& check) {
+    ui_->PageStimmen->Show(PredictionPage(check.Take()));
+    ShowCurrent();
+  });
+}
+
+std::vector<CardLine> TF_wneval::CostLines() const {
+  enum Order { ByTime, ByMisses, ByRecall };
+  std::vector<int> rows;
+  for (const CardCost& cost : deck_.costs) rows.push_back(cost.row);
+  std::vector<CardLine> lines = LinesOf(file_, deck_, Parameters(), rows);
+  const int order = ui_->CbSortierung->currentIndex();
+  std::stable_sort(lines.begin(), lines.end(), [order](const CardLine& a, const CardLine& b) {
+    if (order == ByMisses) return a.misses > b.misses;
+    return order == ByRecall && a.recall < b.recall;
+  });
+  return lines;
+}
+
+void TF_wneval::ShowCosts() {
+  ui_->ButtonAlle->setEnabled(!deck_.costs.empty());
+  ui_->PageKosten->Show(CostPage(file_, deck_, CostLines()));
+}
+
+}  // namespace tessaro

@@ -1,0 +1,152 @@
+#include "outlook/wnprog.h"
+
+#include <QSignalBlocker>
+#include <algorithm>
+
+#include "outlook/due_count.h"
+#include "outlook/forecast_texts.h"
+#include "outlook/number_texts.h"
+#include "settings/keys.h"
+#include "ui_wnprog.h"
+#include "widgets/theme.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+constexpr int kCardsAtOnce = 200;
+constexpr int kAnswersAtOnce = 20;
+constexpr int kDefaultDays = 90;
+constexpr int kMostDays = 730;
+const QDate kFirstDay(1970, 1, 1);
+
+}  // namespace
+
+TF_wnprog::TF_wnprog(CardFile& file, ProgramSettings& settings, const Clock& clock)
+    : OutlookWindow(file, settings, clock, "P"), ui_(std::make_unique<Ui::TF_wnprog>()), own_file_(file) {
+  ui_->setupUi(this);
+  for (OutlookPage* page : {ui_->PageFaellig, ui_->PagePruefung}) TiePage(*page);
+  ui_->CbHorizont->setCurrentIndex(1);
+  ui_->PanelRueckstand->hide();
+  ui_->PanelPause->hide();
+  ui_->LabelStatus->hide();
+  ReadWishes();
+  connect(ui_->Views, &QTabWidget::currentChanged, this, &TF_wnprog::ShowCurrent);
+  connect(ui_->CbHorizont, &QComboBox::currentIndexChanged, this, [this] {
+    due_shown_ = false;
+    ShowCurrent();
+  });
+  connect(ui_->SpinRueckstand, &QSpinBox::valueChanged, this, &TF_wnprog::SetMinutes);
+  connect(ui_->SpinMinuten, &QSpinBox::valueChanged, this, &TF_wnprog::SetMinutes);
+  const auto replan = [this] {
+    plan_shown_ = false;
+    ShowCurrent();
+  };
+  connect(ui_->SpinNeu, &QSpinBox::valueChanged, this, replan);
+  connect(ui_->DatePruefung, &QDateEdit::dateChanged, this, replan);
+  connect(ui_->ButtonLernen, &QPushButton::clicked, this, &TF_wnprog::LearnWanted);
+}
+
+TF_wnprog::~TF_wnprog() = default;
+
+void TF_wnprog::ReadWishes() {
+  const IniFile& settings = own_file_.settings();
+  const QDate today = kFirstDay.addDays(days_.DayOf(clock_.Now()));
+  const QDate kept = QDate::fromString(QString::fromStdString(keys::kExamDay.Read(settings)), Qt::ISODate);
+  ui_->DatePruefung->setDate(kept.isValid() && kept >= today ? kept : today.addDays(kDefaultDays));
+  ui_->SpinNeu->setValue(static_cast<int>(keys::kPlanNewCards.Read(settings)));
+  const int minutes = static_cast<int>(keys::kPlanMinutes.Read(settings));
+  ui_->SpinMinuten->setValue(minutes);
+  ui_->SpinRueckstand->setValue(std::max(minutes, 1));
+}
+
+void TF_wnprog::KeepWishes() {
+  if (!own_file_.IsOpen()) return;
+  IniFile& settings = own_file_.settings();
+  (void)keys::kExamDay.Write(ui_->DatePruefung->date().toString(Qt::ISODate).toStdString(), settings);
+  keys::kPlanMinutes.Write(ui_->SpinMinuten->value(), settings);
+  keys::kPlanNewCards.Write(ui_->SpinNeu->value(), settings);
+  (void)own_file_.SaveSettings();
+}
+
+void TF_wnprog::closeEvent(QCloseEvent* event) {
+  KeepWishes();
+  OutlookWindow::closeEvent(event);
+}
+
+void TF_wnprog::SetMinutes(int minutes) {
+  const QSignalBlocker no_echo(ui_->SpinMinuten);
+  const QSignalBlocker no_echo_either(ui_->SpinRueckstand);
+  ui_->SpinMinuten->setValue(minutes);
+  ui_->SpinRueckstand->setValue(std::max(minutes, 1));
+  due_shown_ = false;
+  plan_shown_ = false;
+  ShowCurrent();
+}
+
+OutlookPage& TF_wnprog::CurrentPage() {
+  return ui_->Views->currentIndex() == 0 ? *ui_->PageFaellig : *ui_->PagePruefung;
+}
+
+void TF_wnprog::DeckRead() {
+  due_shown_ = false;
+  plan_shown_ = false;
+  ShowCurrent();
+}
+
+// What is not shown when another page comes to the front is worked out when its own page does.
+void TF_wnprog::ShowCurrent() {
+  if (!deck_is_read()) return CurrentPage().ShowWaiting();
+  const bool due = ui_->Views->currentIndex() == 0;
+  if (due ? due_shown_ : plan_shown_) return;
+  due ? ShowDue() : ShowPlan();
+}
+
+void TF_wnprog::ShowDue() {
+  constexpr int64_t kHorizons[] = {7, 30, 90, 365};
+  const int64_t horizon = kHorizons[ui_->CbHorizont->currentIndex()];
+  const QString pause = PauseText(deck_);
+  ui_->LabelPause->setText(pause);
+  ui_->PanelPause->setVisible(!pause.isEmpty());
+  work_.Count<DueCount>(DueCount(file_, deck_, Parameters(), days_, horizon), kCardsAtOnce, [this](DueCount& count) {
+    const std::vector<DueSpan> spans = count.Take();
+    ui_->PageFaellig->Show(DuePage(deck_, spans, count.next_due(), days_));
+    due_shown_ = true;
+    ShowBacklog(spans[0].minutes);
+  });
+}
+
+void TF_wnprog::ShowBacklog(double overdue_minutes) {
+  const int minutes = ui_->SpinRueckstand->value();
+  ui_->PanelRueckstand->setVisible(overdue_minutes > minutes);
+  if (overdue_minutes <= minutes) return ShowCurrent();
+  ui_->LabelRueckstand->setText(u"wird berechnet …"_s);
+  work_.Count<Plan>(Plan::CatchUp(file_, deck_, settings_.ini, days_, minutes), kAnswersAtOnce, [this](Plan& plan) {
+    ui_->LabelRueckstand->setText(CatchUpText(plan.Take(), days_.DayOf(deck_.now)));
+    ShowCurrent();
+  });
+}
+
+int64_t TF_wnprog::ExamDay() const {
+  return kFirstDay.daysTo(ui_->DatePruefung->date());
+}
+
+void TF_wnprog::ShowPlan() {
+  const int64_t ahead = ExamDay() - days_.DayOf(deck_.now);
+  SetAccent(*ui_->LabelStatus, Accent::Warning);
+  ui_->LabelStatus->setText(ahead < 0           ? u"Der Tag der Prüfung liegt in der Vergangenheit."_s
+                            : ahead > kMostDays ? u"Der Tag der Prüfung liegt mehr als 730 Tage in der Zukunft."_s
+                                                : QString());
+  ui_->LabelStatus->setVisible(!ui_->LabelStatus->text().isEmpty());
+  if (ahead < 0 || ahead > kMostDays) return work_.Stop();
+  ui_->PagePruefung->ShowWaiting();
+  const PlanWish wish = {ExamDay(), static_cast<double>(ui_->SpinMinuten->value()), ui_->SpinNeu->value()};
+  work_.Count<Plan>(Plan(file_, deck_, settings_.ini, days_, wish), kAnswersAtOnce, [this](Plan& plan) {
+    ui_->PagePruefung->Show(PlanPage(deck_, plan.Take(), days_.DayOf(deck_.now)));
+    plan_shown_ = true;
+    ShowCurrent();
+  });
+}
+
+}  // namespace tessaro

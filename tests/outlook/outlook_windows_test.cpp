@@ -1,0 +1,205 @@
+#include <QAccessible>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTableView>
+
+#include "outlook/dlkarten.h"
+#include "outlook/number_texts.h"
+#include "outlook/outlook_page.h"
+#include "outlook/wneval.h"
+#include "outlook/wnprog.h"
+#include "tests/outlook/outlook_fixture.h"
+#include "tests/support/dialog_driver.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+class OutlookWindowTest : public OutlookTest {
+ protected:
+  void Open(std::vector<TestCard> cards) {
+    for (size_t i = 0; i < cards.size(); ++i) {
+      cards[i].id = u"%1"_s.arg(i + 1, 6, 10, QChar(u'0')).toStdString();
+      cards[i].question = "Wort " + std::to_string(i + 1);
+    }
+    OutlookTest::Open(cards);
+  }
+  template <typename Window>
+  void Show(Window& window) {
+    window.show();
+    window.Renew();
+    Wait(window);
+  }
+  static void Wait(const OutlookWindow& window) {
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !window.Working(); }));
+  }
+  static OutlookPage& Page(const QWidget& window, const QString& name) { return Control<OutlookPage>(window, name); }
+  static QString Sentence(const OutlookPage& page) { return Control<QLabel>(page, u"LabelAntwort"_s).text(); }
+  static void GoTo(OutlookWindow& window, int view) {
+    Control<QTabWidget>(window, u"Views"_s).setCurrentIndex(view);
+    Wait(window);
+  }
+
+  ProgramSettings settings;
+  FixedClock clock;
+};
+
+const char16_t* const kEvaluationPages[] = {u"PageWissen", u"PageGetan", u"PageStimmen", u"PageKosten"};
+
+TEST_F(OutlookWindowTest, ADeckOfNewCardsGetsItsSentences) {
+  Open({TestCard{}, TestCard{}});
+  TF_wneval evaluation(file, settings, clock);
+  Show(evaluation);
+  const char16_t* const sentences[] = {
+      u"Noch keine Karte beantwortet. Nach den ersten Antworten steht hier, was Sie wissen.",
+      u"Noch keine Karte beantwortet. Nach den ersten Antworten steht hier, was Sie getan haben.",
+      u"Noch zu wenige Antworten (0 von 100). Bis dahin gelten die Vorgabewerte.",
+      u"Noch keine Lernzeit gemessen. Hier stehen einmal die Karten, die am meisten Zeit kosten."};
+  for (int view = 0; view < 4; ++view) {
+    GoTo(evaluation, view);
+    OutlookPage& page = Page(evaluation, QString::fromUtf16(kEvaluationPages[view]));
+    EXPECT_EQ(Sentence(page), QString::fromUtf16(sentences[view]));
+    EXPECT_EQ(page.plot().Count(), 0);
+  }
+  TF_wnprog forecast(file, settings, clock);
+  Show(forecast);
+  EXPECT_TRUE(Sentence(Page(forecast, u"PageFaellig"_s)).startsWith(u"Noch keine Karte beantwortet."));
+  GoTo(forecast, 1);
+  EXPECT_TRUE(Sentence(Page(forecast, u"PagePruefung"_s)).contains(u" von 2 ("));
+}
+
+TEST_F(OutlookWindowTest, EveryBarOpensExactlyItsCards) {
+  std::vector<TestCard> cards = DrawDeck(41, 60, 8, kStandardWeights);
+  for (size_t i = 0; i < cards.size(); ++i) {
+    cards[i].time_learned = std::to_string(i * 3);
+    cards[i].score = std::to_string(i * 90'000);
+  }
+  cards.emplace_back();
+  Open(cards);
+  TF_wneval evaluation(file, settings, clock);
+  Show(evaluation);
+  const auto check = [](OutlookWindow& window, OutlookPage& page) {
+    int opened = 0;
+    for (int item = 0; item < page.plot().Count(); ++item) {
+      page.plot().Select(item);
+      if (!Control<QPushButton>(page, u"ButtonKarten"_s).isEnabled()) continue;
+      QTest::keyClick(&page.plot(), Qt::Key_Return);
+      auto* list = window.findChild<TF_dlkarten*>();
+      if (list == nullptr || !list->isVisible()) return -1;
+      const QString text = page.plot().TextOf(item);
+      const int shown = Control<QTableView>(*list, u"ListCards"_s).model()->rowCount();
+      if (text.contains(u" Karten"_s)) {
+        EXPECT_TRUE(text.contains(CardsText(shown))) << text.toStdString();
+      }
+      EXPECT_FALSE(Control<QPushButton>(*list, u"ButtonEdit"_s).isVisible()) << "there is no editor";
+      opened += shown;
+      list->close();
+    }
+    return opened;
+  };
+  EXPECT_EQ(check(evaluation, Page(evaluation, u"PageWissen"_s)), 61);
+  Control<QRadioButton>(evaluation, u"RbBehaltenszeit"_s).click();
+  EXPECT_EQ(check(evaluation, Page(evaluation, u"PageWissen"_s)), 61);
+  for (int view = 1; view < 4; ++view) {
+    GoTo(evaluation, view);
+    if (view == 1) Control<QComboBox>(evaluation, u"CbZeitraum"_s).setCurrentIndex(2);
+    if (view == 2) Control<QComboBox>(evaluation, u"CbPruefzeitraum"_s).setCurrentIndex(3);
+    Wait(evaluation);
+    EXPECT_GT(check(evaluation, Page(evaluation, QString::fromUtf16(kEvaluationPages[view]))), 0) << view;
+  }
+  TF_wnprog forecast(file, settings, clock);
+  Show(forecast);
+  EXPECT_EQ(check(forecast, Page(forecast, u"PageFaellig"_s)), 60);
+}
+
+TEST_F(OutlookWindowTest, TellsFiguresInWordsAndAsATable) {
+  Open({CardWith({{kNow - kDay, 'w'}}), CardWith({{kNow - kDay, 'f'}}), TestCard{}, CardWith({{kNow + 5, 'w'}})});
+  TF_wneval evaluation(file, settings, clock);
+  Show(evaluation);
+  OutlookPage& page = Page(evaluation, u"PageWissen"_s);
+  // .9331 + .7225, and the root of the sum of p (1 - p).
+  EXPECT_EQ(Sentence(page), u"Sie wissen jetzt etwa 2 von 2 Karten (83 %, ± 1). Eine ist neu."_s);
+  EXPECT_TRUE(Control<QLabel>(page, u"LabelHinweis"_s).text().contains(u"Eine Karte mit Zeit in der Zukunft"_s));
+  page.plot().Select(5);
+  EXPECT_EQ(Control<QLabel>(page, u"LabelAuswahl"_s).text(), u"90 bis 95 %: eine Karte, 33 %"_s);
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(&page.plot())->text(QAccessible::Description),
+            u"90 bis 95 %: eine Karte, 33 %"_s);
+  EXPECT_FALSE(page.TableShown());
+  QTest::keyClick(&evaluation, Qt::Key_T, Qt::ControlModifier);
+  EXPECT_TRUE(page.TableShown());
+  Control<QPushButton>(page, u"ButtonKopieren"_s).click();
+  const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
+  EXPECT_EQ(lines[0], u"Gewusst mit\tKarten\tAnteil"_s);
+  EXPECT_EQ(lines[4], u"70 bis 80 %\t1\t33 %"_s);
+}
+
+TEST_F(OutlookWindowTest, ListSortsAndOpensTheEditor) {
+  std::vector<TestCard> cards;
+  for (int i = 0; i < 5; ++i) cards.push_back(CardWith({{kNow - (5 - i) * kDay, 'f'}}, 0, i * 200 % 500));
+  Open(cards);
+  int edited = 0;
+  TF_dlkarten list(file, nullptr);
+  list.Show(u"Titel"_s, LinesOf(file, Read(), {}, {2, 3, 4, 5, 6, 99}), kNow, [&](int row) { edited = row; });
+  auto& view = Control<QTableView>(list, u"ListCards"_s);
+  EXPECT_EQ(view.model()->rowCount(), 5) << "a row that is gone is left out";
+  view.sortByColumn(2, Qt::DescendingOrder);
+  EXPECT_EQ(view.model()->index(0, 0).data(), u"000005"_s) << "asked last";
+  view.sortByColumn(5, Qt::AscendingOrder);
+  EXPECT_EQ(view.model()->index(0, 1).data(), u"Wort 1"_s);
+  EXPECT_EQ(view.model()->index(4, 1).data(), u"Wort 3"_s);
+  view.setCurrentIndex(view.model()->index(4, 0));
+  QTest::keyClick(&view, Qt::Key_Return);
+  EXPECT_EQ(edited, 4);
+}
+
+TEST_F(OutlookWindowTest, ForecastKeepsItsWishesAndNothingElse) {
+  Open(DrawDeck(51, 30, 6, kStandardWeights));
+  const std::string before = FileText(file.cards());
+  {
+    TF_wnprog forecast(file, settings, clock);
+    Show(forecast);
+    EXPECT_FALSE(Sentence(Page(forecast, u"PageFaellig"_s)).isEmpty());
+    GoTo(forecast, 1);
+    Control<QSpinBox>(forecast, u"SpinMinuten"_s).setValue(35);
+    Control<QSpinBox>(forecast, u"SpinNeu"_s).setValue(7);
+    auto& date = Control<QDateEdit>(forecast, u"DatePruefung"_s);
+    date.setDate(QDate(2023, 1, 1));
+    EXPECT_EQ(Control<QLabel>(forecast, u"LabelStatus"_s).text(), u"Der Tag der Prüfung liegt in der Vergangenheit."_s);
+    date.setDate(QDate(2023, 12, 24));
+    Wait(forecast);
+    OutlookPage& page = Page(forecast, u"PagePruefung"_s);
+    EXPECT_TRUE(Sentence(page).startsWith(u"Am 24.12. wissen Sie voraussichtlich "_s)) << Sentence(page).toStdString();
+    EXPECT_EQ(page.plot().Count(), 4);
+    // Closed in the middle of a plan.
+    Control<QSpinBox>(forecast, u"SpinNeu"_s).setValue(8);
+    forecast.close();
+    EXPECT_FALSE(forecast.Working());
+  }
+  EXPECT_EQ(file.settings().GetInt("PROG", "Minuten", 0), 35);
+  EXPECT_EQ(file.settings().GetInt("PROG", "Neu", 0), 8);
+  EXPECT_EQ(file.settings().GetString("PROG", "Datum", ""), "2023-12-24");
+  EXPECT_EQ(FileText(file.cards()), before);
+  EXPECT_FALSE(file.changed());
+  TF_wnprog again(file, settings, clock);
+  EXPECT_EQ(Control<QSpinBox>(again, u"SpinMinuten"_s).value(), 35);
+}
+
+TEST(NumberTexts, AreGerman) {
+  EXPECT_EQ(NumberText(int64_t{1842}), u"1\u202F842"_s);
+  EXPECT_EQ(PercentText(0.8614, 1), u"86,1 %"_s);
+  EXPECT_EQ(SpanText(59), u"59 Sek."_s);
+  EXPECT_EQ(SpanText(61), u"1 Min."_s);
+  EXPECT_EQ(SpanText(3 * 3600 + 12 * 60), u"3 Std. 12 Min."_s);
+  EXPECT_EQ(DayText(0), u"Do, 1.1."_s);
+}
+
+}  // namespace
+}  // namespace tessaro

@@ -1,0 +1,120 @@
+#include "outlook/plan.h"
+
+#include <numeric>
+
+#include "outlook/knowledge.h"
+#include "tests/outlook/outlook_fixture.h"
+
+namespace tessaro {
+namespace {
+
+class PlanTest : public OutlookTest {
+ protected:
+  PlanReport Run(const PlanWish& wish) { return Finish(Plan(file, deck, settings, days, wish), 50); }
+  int64_t Today() { return days.DayOf(kNow); }
+
+  IniFile settings;
+  DeckOutlook deck;
+};
+
+// Cards learned some time ago, and new ones.
+std::vector<TestCard> OldDeck(int answered, int fresh) {
+  std::vector<TestCard> deck = DrawDeck(31, answered, 5, kStandardWeights, kNow);
+  for (int i = 0; i < fresh; ++i) deck.push_back(TestCard{});
+  for (size_t i = 0; i < deck.size(); ++i) {
+    char id[24];
+    std::snprintf(id, sizeof id, "%06zu", i + 1);
+    deck[i].id = id;
+    if (deck[i].yes_no_row[0] == 'f' && deck[i].time_row.size() > 1) deck[i].score = "0";
+  }
+  return deck;
+}
+
+TEST_F(PlanTest, BeginsWithWhatIsKnownNowAndForgetsWithoutLearning) {
+  Open(OldDeck(80, 20));
+  deck = Read();
+  const PlanReport report = Run({Today() + 40, 0, 5});
+  ASSERT_EQ(report.curves.size(), 4U);
+  ASSERT_EQ(report.days.front(), 0);
+  ASSERT_EQ(report.days.back(), 40);
+  const double now = Finish(KnowledgeCount(file, deck)).known;
+  for (const PlanCurve& curve : report.curves) {
+    EXPECT_NEAR(curve.known[0], now, 1e-9);
+    EXPECT_EQ(curve.known, report.curves[0].known) << "no minutes are no learning";
+  }
+  double expected = 0;
+  std::vector<int> weak;
+  const int64_t exam = days.HourOf(Today() + 40, deck.session_hour);
+  for (const CardTrace& trace : deck.answered) {
+    const double recall = RecallAt(trace, deck.weights, exam);
+    expected += recall;
+    if (recall < 0.8) weak.push_back(trace.row);
+  }
+  EXPECT_NEAR(report.curves[0].known.back(), expected, 1e-9);
+  EXPECT_EQ(report.curves[0].weak_rows, weak);
+}
+
+TEST_F(PlanTest, LearningHelpsMoreWithMoreMinutesAndLeavesTheDeckAlone) {
+  Open(OldDeck(150, 60));
+  const std::string before = FileText(file.cards());
+  deck = Read();
+  const PlanWish wish = {Today() + 30, 6, 4};
+  const PlanReport report = Run(wish);
+  const auto last = [&](size_t curve) { return report.curves[curve].known.back(); };
+  EXPECT_LT(last(0), last(1));
+  EXPECT_LT(last(1) - 2, last(2));
+  EXPECT_GT(last(3), last(0) + 20) << "the new cards are learned too";
+  EXPECT_LE(last(3), 210);
+  EXPECT_EQ(FileText(file.cards()), before);
+  EXPECT_FALSE(file.changed());
+
+  const PlanReport again = Run(wish);
+  for (size_t i = 0; i < 4; ++i) {
+    EXPECT_EQ(report.curves[i].known, again.curves[i].known);
+    EXPECT_EQ(report.curves[i].weak_rows, again.curves[i].weak_rows);
+  }
+}
+
+TEST_F(PlanTest, ShowsNoMoreNewCardsThanTheDayAllows) {
+  Open(OldDeck(0, 40));
+  deck = Read();
+  const PlanReport none = Run({Today() + 10, 60, 0});
+  EXPECT_EQ(none.curves[3].known.back(), 0);
+  const PlanReport some = Run({Today() + 3, 60, 2});
+  EXPECT_GT(some.curves[2].known.back(), 3);
+  EXPECT_LE(some.curves[2].known.back(), 6);
+}
+
+TEST_F(PlanTest, CatchesUpSoonerWithMoreMinutes) {
+  std::vector<TestCard> cards;
+  for (int i = 0; i < 300; ++i) {
+    TestCard card = CardWith({{kNow - 40 * kDay, 'w'}, {kNow - (30 - i % 20) * kDay, 'w'}}, kDay);
+    char id[24];
+    std::snprintf(id, sizeof id, "%06d", i + 1);
+    card.id = id;
+    cards.push_back(card);
+  }
+  Open(cards);
+  deck = Read();
+  const PlanReport report = Finish(Plan::CatchUp(file, deck, settings, days, 10), 50);
+  ASSERT_EQ(report.curves.size(), 3U);
+  EXPECT_GT(report.curves[1].caught_up, 1);
+  EXPECT_GT(report.curves[0].caught_up, report.curves[1].caught_up);
+  EXPECT_LT(report.curves[2].caught_up, report.curves[1].caught_up);
+}
+
+TEST_F(PlanTest, OfAnExamTodayOrADeckWithoutAnswersIsShort) {
+  Open(OldDeck(3, 0));
+  deck = Read();
+  EXPECT_EQ(Run({Today(), 20, 5}).curves[2].known.size(), 1U);
+  EXPECT_EQ(Run({Today() - 5, 20, 5}).days, std::vector<int64_t>{0});
+  EXPECT_EQ(Run({Today() + 730, 0, 0}).days.back(), 730);
+  TestCard navigation;
+  navigation.question = "<navigation>";
+  Open({navigation});
+  deck = Read();
+  EXPECT_EQ(Run({Today() + 5, 20, 5}).curves[2].known.back(), 0);
+}
+
+}  // namespace
+}  // namespace tessaro
