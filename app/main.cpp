@@ -11,6 +11,7 @@
 #include "app/program.h"
 #include "app/program_options.h"
 #include "app/wnmain.h"
+#include "widgets/desktop_colours.h"
 #include "widgets/icons.h"
 #include "widgets/text.h"
 
@@ -93,6 +94,7 @@ int Main(int argc, char** argv) {
   QApplication::setDesktopFileName(u"tessaro"_s);
   SpeakGerman(application);
   ApplyTheme(options.theme);
+  if (options.theme == Theme::Desktop) new DesktopColours(&application);
   QApplication::setWindowIcon(Icon("cards"));
   try {
     return RunProgram(application, options);

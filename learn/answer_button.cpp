@@ -132,7 +132,9 @@ void AnswerButton::PaintContent(QPainter& painter) const {
   painter.drawText(QRect(x, 0, text_width, height()), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextDontClip, text());
   if (!with_key) return;
   const int key_height = QFontMetrics(KeyFont()).height() + 4;
-  const QRectF key_place(x + text_width + kGap + 0.5, (height() - key_height) / 2 + 0.5, KeyWidth(), key_height);
+  // On the middle of the screen's points, so that its lines are sharp.
+  const QPoint key_corner(x + text_width + kGap, (height() - key_height) / 2);
+  const QRectF key_place(QPointF(key_corner) + QPointF(0.5, 0.5), QSizeF(KeyWidth(), key_height));
   const QColor quiet = Mixed(palette().color(QPalette::Button), palette().color(QPalette::ButtonText), 0.7);
   painter.setPen(QPen(Mixed(palette().color(QPalette::Button), quiet, 0.5), 1));
   painter.setBrush(Qt::NoBrush);

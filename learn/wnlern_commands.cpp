@@ -175,6 +175,8 @@ void TF_wnlern::SpeedButtonVisClick() {
 }
 
 void TF_wnlern::LinkClick(int card_id) {
+  if (file_.RowOfId(card_id) == 0)
+    return messages_.Information(this, u"\nZielkarte nicht gefunden.\nNummer nicht (mehr) gültig"_s);
   Leave([card_id](LearningRun& run, AnswerCode code) { run.FollowLink(card_id, code); }, AnswerCode::LinkNoRating);
 }
 

@@ -33,6 +33,7 @@ class CardPages : public QTabWidget {
  public:
   explicit CardPages(QWidget* parent = nullptr);
 
+  // Where media are looked for and how links are coloured, from the next side on (see TFrameHtml).
   void SetMediaFolders(const MediaFolders& folders);
   void SetLinkColours(std::function<ColourClass(int64_t card_id)> colours);
   // Shows a side from its top, on the page that is to be seen first, and asks for its sounds.

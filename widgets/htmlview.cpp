@@ -1,5 +1,6 @@
 #include "widgets/htmlview.h"
 
+#include <QAccessible>
 #include <QElapsedTimer>
 #include <QFontInfo>
 #include <QFontMetrics>
@@ -9,12 +10,14 @@
 #include <QStyle>
 #include <algorithm>
 #include <exception>
+#include <mutex>
 #include <utility>
 #include <vector>
 
 #include "hypertext/plain_text.h"
 #include "widgets/htmlview_state.h"
 #include "widgets/painter.h"
+#include "widgets/side_accessible.h"
 #include "widgets/text.h"
 #include "widgets/video_screen.h"
 
@@ -108,6 +111,8 @@ TFrameHtml::TFrameHtml(QWidget* parent) : QScrollArea(parent), state_(std::make_
   setWidgetResizable(true);
   setFrameShape(QFrame::NoFrame);
   setFocusPolicy(Qt::StrongFocus);
+  static std::once_flag once;
+  std::call_once(once, [] { QAccessible::installFactory(&MakeSideAccessible); });
   setAccessibleName(QStringLiteral("Kartenseite"));
   connect(&state_->continuation, &QTimer::timeout, this, &TFrameHtml::LayOutMore);
   resize(kInitialSize);

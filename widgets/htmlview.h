@@ -33,6 +33,7 @@ class TFrameHtml : public QScrollArea {
   explicit TFrameHtml(QWidget* parent = nullptr);
   ~TFrameHtml() override;
 
+  // Where media are looked for, from the next side on.
   void SetMediaFolders(const MediaFolders& folders);
   // Gives the colour class of a link's target (see ColourClass). Without it all links are blue.
   void SetLinkColours(std::function<ColourClass(int64_t card_id)> colours);

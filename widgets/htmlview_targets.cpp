@@ -1,5 +1,6 @@
 // What on a side answers to the mouse and to keys.
 
+#include <QAccessible>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <algorithm>
@@ -42,6 +43,9 @@ void TFrameHtml::SelectTarget(int index) {
   state.selected = index;
   state.paint_box->update();
   if (index == kNoTarget) return;
+  QAccessibleEvent focused(this, QAccessible::Focus);
+  focused.setChild(index);
+  QAccessible::updateAccessibility(&focused);
   const QRect rect = state.targets[static_cast<size_t>(index)].rect.translated(state.paint_box->pos());
   const QPoint centre = rect.center();
   ensureVisible(centre.x(), centre.y(), std::min(rect.width() / 2 + kPaper, viewport()->width() / 2),

@@ -17,6 +17,7 @@ class TF_dlprogress;
 // shows what is done and how far it is; windows go on being painted. Keys and clicks wait until the work is done.
 class LongWork : public Progress {
  public:
+  // `window` may be null: then the dialog stands alone. Both must live longer.
   LongWork(QWidget* window, const Clock& clock);
   ~LongWork() override;
   LongWork(const LongWork&) = delete;

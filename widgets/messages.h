@@ -13,6 +13,7 @@ enum class Answer { Yes, No, Cancel };
 class Messages {
  public:
   virtual ~Messages() = default;
+  // Tells something good or neutral, or a failure; returns when the user has seen it.
   virtual void Information(QWidget* parent, const QString& text) = 0;
   virtual void Error(QWidget* parent, const QString& text) = 0;
   // The answers bear the given captions, for example "Speichern", "Nicht speichern"; `cancel` empty = no such button.
@@ -30,6 +31,7 @@ class Messages {
   // Asks before an existing file is chosen. A name without ending gets the first ending of `filter`.
   virtual QString ChooseFileToSave(QWidget* parent, const QString& title, const QString& path,
                                    const QString& filter) = 0;
+  // An existing folder; empty when cancelled.
   virtual QString ChooseFolder(QWidget* parent, const QString& title, const QString& folder) = 0;
 };
 

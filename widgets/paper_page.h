@@ -13,6 +13,7 @@ inline constexpr int kPaperEdge = 3;
 // The sheet of paper that a page is: the same in a light and a dark desktop.
 class PaperPage : public QWidget {
  public:
+  // Takes the content; the margin in pixels.
   PaperPage(QWidget* content, int margin) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(kPaperEdge + margin, margin, kPaperEdge + margin, margin);
@@ -42,6 +43,7 @@ class PaperPage : public QWidget {
 // A picture in the middle of its page, made smaller where it does not fit, never larger.
 class PictureView : public QWidget {
  public:
+  // Until the next one; null shows none.
   void SetPicture(const QPixmap& picture) {
     picture_ = picture;
     update();

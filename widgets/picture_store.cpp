@@ -1,9 +1,11 @@
 #include "widgets/picture_store.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QImageReader>
 #include <algorithm>
 
+#include "widgets/drawing.h"
 #include "widgets/text.h"
 
 namespace tessaro {
@@ -18,12 +20,30 @@ QSize SeenSize(const QImageReader& reader, QSize size) {
   return reader.transformation() & QImageIOHandler::TransformationRotate90 ? size.transposed() : size;
 }
 
+// Opens a picture file; a drawing without what it names outside of itself.
+class PictureReader {
+ public:
+  explicit PictureReader(const QString& path) : reader_(path) {
+    QImageReader::setAllocationLimit(kPictureMebibytes);
+    reader_.setDecideFormatFromContent(true);
+    reader_.setAutoTransform(true);
+    if (!reader_.format().startsWith("svg")) return;
+    drawing_.setData(SelfContainedDrawing(path));
+    drawing_.open(QIODevice::ReadOnly);
+    reader_.setDevice(&drawing_);
+    reader_.setFormat("svg");
+  }
+  QImageReader& reader() { return reader_; }
+
+ private:
+  QBuffer drawing_;
+  QImageReader reader_;
+};
+
 // Scaled down on each side that is longer than `most`.
 QImage ReadWithin(const QString& path, QSize most) {
-  QImageReader::setAllocationLimit(kPictureMebibytes);
-  QImageReader reader(path);
-  reader.setDecideFormatFromContent(true);
-  reader.setAutoTransform(true);
+  PictureReader picture(path);
+  QImageReader& reader = picture.reader();
   const QSize size = reader.size();
   const QSize seen_most = SeenSize(reader, most);
   if (size.isValid() && (size.width() > seen_most.width() || size.height() > seen_most.height()))
@@ -32,8 +52,8 @@ QImage ReadWithin(const QString& path, QSize most) {
 }
 
 PictureFile MeasurePicture(const QString& path) {
-  QImageReader reader(path);
-  reader.setDecideFormatFromContent(true);
+  PictureReader picture(path);
+  const QImageReader& reader = picture.reader();
   QSize size = reader.size();
   size = size.isValid() ? SeenSize(reader, size) : ReadWithin(path, {kMaxMediaPixels, kMaxMediaPixels}).size();
   if (size.isEmpty()) return {PictureFile::State::Unreadable, {}};

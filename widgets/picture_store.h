@@ -25,12 +25,15 @@ QImage ReadPicture(const QString& path);
 // The pictures that card sides name: found, measured and read once.
 class PictureStore {
  public:
+  // `disk` must live longer.
   explicit PictureStore(const Disk& disk = RealDisk());
+  // Where to look from now on; what was found elsewhere is forgotten.
   void SetFolders(const MediaFolders& folders);
   // Looks for files and their sizes anew. Read pictures stay as long as their files do.
   void Forget();
   // The path of any media file; empty when there is none.
   QString PathOf(std::string_view name);
+  // Whether there is a picture of this name, and its own size, as it is seen.
   PictureFile Find(std::string_view name);
   // The picture for a place of `size` device pixels, to be stretched there where it is large; null when it cannot be
   // read, which Find knows from then on.

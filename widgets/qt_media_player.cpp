@@ -108,7 +108,9 @@ class QtMediaPlayer : public MediaPlayer {
     if (HasSoundDevice()) player_->setAudioOutput(new QAudioOutput(playback));
     player_->setVideoSink(sink);
     connect(sink, &QVideoSink::videoFrameChanged, playback, [this, sink](const QVideoFrame& frame) {
-      if (screen_ && player_ && player_->videoSink() == sink && frame.isValid()) screen_->ShowFrame(frame.toImage());
+      if (!screen_ || !player_ || player_->videoSink() != sink || !frame.isValid()) return;
+      frame_seen_ = true;
+      screen_->ShowFrame(frame.toImage());
     });
     connect(player_, &QMediaPlayer::mediaStatusChanged, this, [this](QMediaPlayer::MediaStatus status) {
       if (status == QMediaPlayer::InvalidMedia) TellOnce(&MediaPlayer::Failed);
@@ -118,13 +120,15 @@ class QtMediaPlayer : public MediaPlayer {
     });
     connect(player_, &QMediaPlayer::errorOccurred, this, [this] { TellOnce(&MediaPlayer::Failed); });
     playing_ = true;
+    frame_seen_ = false;
     player_->setSource(QUrl::fromLocalFile(path));
     player_->play();
     // From here on: starting to play takes seconds where the machine looks for its decoders for the first time.
     QTimer::singleShot(kLoadingLimit, playback, [this, player = player_] {
-      // Some decoders take a damaged file for one that will go on some time.
+      // Some decoders take a damaged file for one that will go on some time; its clock may even run.
       const bool loading = player->mediaStatus() <= QMediaPlayer::LoadingMedia;
-      const bool is_dead = player->position() == 0 && player->playbackState() != QMediaPlayer::PausedState;
+      const bool is_dead =
+          (screen_ ? !frame_seen_ : player->position() == 0) && player->playbackState() != QMediaPlayer::PausedState;
       if (player_ == player && (loading || is_dead)) TellOnce(&MediaPlayer::Failed);
     });
   }
@@ -138,6 +142,7 @@ class QtMediaPlayer : public MediaPlayer {
   std::unique_ptr<QSoundEffect> effect_;
   int number_ = 0;  // of the playing at hand; a later one makes what an earlier one still has to tell void
   bool playing_ = false;
+  bool frame_seen_ = false;  // of the video at hand
 };
 
 }  // namespace

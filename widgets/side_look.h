@@ -12,7 +12,7 @@ namespace tessaro {
 // A colour as card files store it: 0x00BBGGRR. Negative numbers and larger ones name colours of another system and are
 // not valid here: they give `fallback`.
 QColor ColourFromNumber(int64_t number, const QColor& fallback);
-
+// The other way; an opacity is lost.
 int64_t NumberFromColour(const QColor& colour);
 
 // The same look for a dark desktop: paper of one of the usual light colours becomes dark, the text readable on it.

@@ -23,9 +23,11 @@ struct TextPlace {
 // The text that is marked on a side, from where the mouse was pressed to where it is.
 class SideSelection {
  public:
+  // Nothing is marked; then from here; up to there, before or behind the beginning.
   void Clear() { from_ = to_ = {}; }
   void Begin(TextPlace place) { from_ = to_ = place; }
   void ExtendTo(TextPlace place) { to_ = place; }
+  // All text of this layout.
   void SelectAll(const Layout& layout);
   bool empty() const { return from_ == to_; }
   // What is marked, in paint-box coordinates.

@@ -11,6 +11,7 @@ class VideoScreen : public QWidget {
 
  public:
   explicit VideoScreen(QWidget* parent = nullptr);
+  // Until the next frame. A null image goes black.
   void ShowFrame(const QImage& frame);
   // Goes black.
   void Clear();

@@ -34,8 +34,8 @@ class TF_wnmedia : public QWidget {
   void StopAll();
 
  Q_SIGNALS:
-  void SoundFailed(const QString& path);
-  void VideoEnded(bool played);  // on another window's screen; false: it could not be played
+  void SoundFailed(const QString& path);  // it cannot be played here and was passed over
+  void VideoEnded(bool played);           // on another window's screen; false: it could not be played
 
  protected:
   void closeEvent(QCloseEvent* event) override;

@@ -47,6 +47,14 @@ TEST_F(LearningWindow, DoubleClickAnswersOneCardOnly) {
   }
 }
 
+TEST_F(LearningWindow, ALinkToNoCardSaysSoAndLeavesTheCard) {
+  Open({{.id = "000001", .question = "Frage <a href=\"77\">Link</a>", .answer = "Antwort"}});
+  FollowFirstLink();
+  EXPECT_EQ(messages.shown, QStringList{u"\nZielkarte nicht gefunden.\nNummer nicht (mehr) gültig"_s});
+  EXPECT_EQ(OnScreen(), "Frage");
+  EXPECT_EQ(Logged(), 0);
+}
+
 TEST_F(LearningWindow, KeysWorkWhateverHasTheFocus) {
   const struct {
     Qt::Key key;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QFile>
 #include <QImage>
@@ -188,6 +189,29 @@ TEST_F(HtmlView, APictureLargerThanTheCardIsFittedAndAClickShowsItWhole) {
   Show("<img src=\"p.png\" width=\"1000\">");
   QTest::mouseClick(PaintBox(), Qt::LeftButton, {}, {20, 20});
   EXPECT_EQ(width(), 1000) << "a size that the card gives holds";
+}
+
+TEST_F(HtmlView, LinksAreObjectsForScreenReaders) {
+  SaveBytes("film.avi", "x");
+  Show("Weit <a href=\"7\">hier</a> und <a href=\"8\">dort</a><embed src=\"film.avi\">");
+  QAccessibleInterface* side = QAccessible::queryAccessibleInterface(frame);
+  ASSERT_NE(side, nullptr);
+  ASSERT_EQ(side->childCount(), 3);
+  QAccessibleInterface* link = side->child(1);
+  EXPECT_EQ(link->text(QAccessible::Name), QStringLiteral("dort"));
+  EXPECT_EQ(link->role(), QAccessible::Link);
+  EXPECT_EQ(side->indexOfChild(link), 1);
+  EXPECT_EQ(link->parent(), side);
+  EXPECT_EQ(side->childAt(link->rect().center().x(), link->rect().center().y()), link);
+  link->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_EQ(links, QList<QVariantList>({{8}}));
+  button->setFocus();
+  Press({Qt::Key_Tab});
+  EXPECT_EQ(side->focusChild(), side->child(0));
+  EXPECT_NE(side->child(2)->role(), QAccessible::Link);
+  Show("ohne");
+  EXPECT_EQ(side->childCount(), 0);
+  EXPECT_FALSE(link->isValid());
 }
 
 TEST_F(HtmlView, TextIsMarkedWithTheMouse) {

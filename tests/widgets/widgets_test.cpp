@@ -1,12 +1,19 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDBusVariant>
+#include <QFile>
+#include <QImage>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QThread>
 #include <QWidget>
+#include <fstream>
 
 #include "store/file/ini_file.h"
 #include "widgets/background.h"
+#include "widgets/desktop_colours.h"
+#include "widgets/picture_store.h"
 #include "widgets/text.h"
 #include "widgets/window_place.h"
 
@@ -63,6 +70,54 @@ TEST(WindowPlace, ComesBackAndIsAlwaysOnAScreen) {
     RestoreWindowPlace(window, settings, "T");
     EXPECT_EQ(QRect(window.pos(), window.size()), restored) << kept.x() << " " << kept.width();
   }
+}
+
+TEST(Drawing, ShowsNothingOfOtherFiles) {
+  const QTemporaryDir folder;
+  const QString outside = folder.filePath(QStringLiteral("rot.png"));
+  QImage red(8, 8, QImage::Format_RGB32);
+  red.fill(Qt::red);
+  ASSERT_TRUE(red.save(outside));
+  QFile file(outside);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const std::string inside = "data:image/png;base64," + file.readAll().toBase64().toStdString();
+  const auto image = [](const std::string& reference) {
+    return "<image width='20' height='20' xlink:href='" + reference + "'/>";
+  };
+  const std::string begin =
+      "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
+      "width='20' height='20'>";
+  const std::string by_file = begin + image(outside.toStdString()) + "</svg>";
+  const struct {
+    const char* what;
+    std::string drawing;
+    bool red;
+  } cases[] = {
+      {"a picture in it", begin + image(inside) + "</svg>", true},
+      {"a shape", begin + "<rect width='20' height='20' fill='red'/></svg>", true},
+      {"a file", by_file, false},
+      {"a file, by an entity",
+       "<!DOCTYPE svg [<!ENTITY e \"&#60;image width='20' height='20' xlink:&#104;ref='" + outside.toStdString() +
+           "'/>\">]>" + begin + "&e;</svg>",
+       false},
+      {"a file, by a drawing in it",
+       begin + image("data:image/png;base64," + QByteArray::fromStdString(by_file).toBase64().toStdString()) + "</svg>",
+       false},
+  };
+  const QString path = folder.filePath(QStringLiteral("bild.svg"));
+  for (const auto& c : cases) {
+    std::ofstream(path.toStdString()) << c.drawing;
+    const QImage picture = ReadPicture(path);
+    EXPECT_EQ(!picture.isNull() && picture.pixelColor(10, 10) == QColor(Qt::red), c.red) << c.what;
+  }
+}
+
+TEST(DesktopColours, WishIsReadHoweverItIsWrapped) {
+  const auto wrapped = [](const QVariant& value) { return QVariant::fromValue(QDBusVariant(value)); };
+  EXPECT_EQ(WishOf(wrapped(wrapped(1U))), Theme::Dark);
+  EXPECT_EQ(WishOf(wrapped(2U)), Theme::Light);
+  for (const QVariant& none : {QVariant(0U), QVariant(7U), QVariant(), wrapped(QStringLiteral("dark"))})
+    EXPECT_EQ(WishOf(none), Theme::Desktop);
 }
 
 }  // namespace
