@@ -189,7 +189,8 @@ bool GenerateCards(const std::filesystem::path& path, int count, uint32_t seed) 
 
 void MeasureCardFiles(
     const char* given,
-    const std::function<void(const std::filesystem::path& path, const std::filesystem::path& folder)>& measure) {
+    const std::function<void(const std::filesystem::path& path, const std::filesystem::path& folder)>& measure,
+    int most) {
   const auto in_new_folder = [&](const auto& work) {
     std::string name = (std::filesystem::temp_directory_path() / "tessaro_bench_XXXXXX").string();
     Check(mkdtemp(name.data()) != nullptr, "new folder");
@@ -204,7 +205,7 @@ void MeasureCardFiles(
     });
     return;
   }
-  for (const int count : {10'000, 100'000, kMostCards}) {
+  for (const int count : {10'000, 100'000, most}) {
     in_new_folder([&](const std::filesystem::path& folder) {
       const std::filesystem::path path = folder / (std::to_string(count) + ".mlb");
       Check(GenerateCards(path, count, 1), "generate");

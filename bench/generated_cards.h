@@ -14,10 +14,11 @@ inline constexpr int kMostCards = 999990;
 // count and seed always give the same bytes.
 [[nodiscard]] bool GenerateCards(const std::filesystem::path& path, int count, uint32_t seed);
 
-// Measures a copy of the card file `given`, or when that is null generated files of 10,000, 100,000 and the most cards.
+// Measures a copy of the card file `given`, or when that is null generated files of 10,000, 100,000 and `most` cards.
 // Each lies in a new folder, which goes when the measuring is done: nothing is left beside anybody's own files.
 void MeasureCardFiles(
     const char* given,
-    const std::function<void(const std::filesystem::path& path, const std::filesystem::path& folder)>& measure);
+    const std::function<void(const std::filesystem::path& path, const std::filesystem::path& folder)>& measure,
+    int most = kMostCards);
 
 }  // namespace tessaro

@@ -1,11 +1,14 @@
 // The repairs of a card file; what can be wrong with it stands in deck_check.cpp.
 
 #include <algorithm>
-#include <array>
+#include <map>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "cards/answer_history.h"
+#include "cards/card_edit.h"
 #include "cards/card_reader.h"
 #include "cards/card_writer.h"
 #include "cards/deck_check.h"
@@ -13,12 +16,6 @@
 
 namespace tessaro {
 namespace {
-
-// The one place where repairs write cards.
-void Write(CardFile& file, int row, int column, const std::string& text) {
-  file.cards().Poke(column, row, text);
-  file.RowChanged(row, std::array{column});
-}
 
 // The highest number of any card. That of the card file counts only up to the first "#".
 int64_t HighestNumber(const CardFile& file) {
@@ -62,23 +59,22 @@ std::string TimesUntil(std::string_view text, int64_t now) {
   return TimesAfterAnswer(times);
 }
 
-// What the column of the fault holds after the repair; nothing when there is no repair.
-std::optional<std::string> Repaired(CardFile& file, const DeckFinding& finding, int64_t now) {
-  const CardReader cards(file);
-  switch (finding.fault) {
+// What the column of the fault, which holds this text, has after the repair; nothing when there is no repair.
+std::optional<std::string> Repaired(CardFile& file, DeckFault fault, std::string_view text, int64_t now) {
+  switch (fault) {
     case DeckFault::MissingId:
     case DeckFault::DoubleId:
       return FreeId(file);
     case DeckFault::FutureAnswer:
-      return TimesUntil(cards.TimeRow(finding.row), now);
+      return TimesUntil(text, now);
     case DeckFault::Letters:
-      return LettersAsRead(cards.YesNoRow(finding.row));
+      return LettersAsRead(text);
     case DeckFault::Times:
-      return TimesAfterAnswer(TimesAsRead(cards.TimeRow(finding.row)));
+      return TimesAfterAnswer(TimesAsRead(text));
     case DeckFault::Score:
-      return ScoreText(std::clamp<int64_t>(cards.Score(finding.row), 0, kMaxScore));
+      return ScoreText(std::clamp<int64_t>(LeadingNumber(text), 0, kMaxScore));
     case DeckFault::TimeLearned:
-      return std::to_string(std::clamp<int64_t>(cards.TimeLearned(finding.row), 0, kMostInHistory));
+      return std::to_string(std::clamp<int64_t>(LeadingNumber(text), 0, kMostInHistory));
     case DeckFault::DeadLink:
     case DeckFault::TimeOrder:
     case DeckFault::EmptySide:
@@ -104,24 +100,37 @@ int ColumnOf(const CardColumns& columns, DeckFault fault) {
   }
 }
 
+using RowTexts = std::map<int, std::string>;  // by column
+
+void AddTo(CardCommand& command, int row, const RowTexts& texts) {
+  std::vector<FieldView> fields;
+  for (const auto& [column, text] : texts) fields.push_back({column, text});
+  command.Replace(row, fields);
+}
+
 }  // namespace
 
 int RepairDeck(CardFile& file, const std::vector<DeckFinding>& findings, int64_t now) {
-  int repaired = 0;
   const int64_t taken = std::min(HighestNumber(file), kMaxLinkTarget);
   while (file.highest_id() < taken) (void)file.IssueId();
-  file.BeginManyChanges();
+  std::map<int, RowTexts> rows;
+  int repaired = 0;
   for (const DeckFinding& finding : findings) {
     if (!finding.can_repair || !CardReader(file).IsCardRow(finding.row)) continue;
-    const std::optional<std::string> text = Repaired(file, finding, now);
+    const int column = ColumnOf(file.columns(), finding.fault);
+    // Of two faults of one text the second repair goes on with what the first made of it.
+    const auto place = rows[finding.row].try_emplace(column, file.cards().Peek(column, finding.row)).first;
+    const std::optional<std::string> text = Repaired(file, finding.fault, place->second, now);
     if (!text) continue;
-    Write(file, finding.row, ColumnOf(file.columns(), finding.fault), *text);
+    place->second = *text;
     ++repaired;
   }
-  file.EndManyChanges();
-  file.RecountIds();
+  CardCommand command;
+  for (const auto& [row, texts] : rows) AddTo(command, row, texts);
+  CardEdit edit(file);
+  if (!edit.Apply(std::move(command))) return 0;
   // A table that they cannot be built of is told when it is saved and opened.
-  if (repaired > 0) (void)file.RebuildIndexes();
+  (void)edit.Finish();
   return repaired;
 }
 

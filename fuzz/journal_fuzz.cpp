@@ -3,6 +3,10 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <vector>
+
+#define XXH_INLINE_ALL
+#include <xxhash.h>
 
 #include "store/file/card_file.h"
 #include "tests/support/memory_disk.h"
@@ -31,6 +35,36 @@ void Open(const std::string& cards, const std::string& journal) {
   Require(file.Open("/d/x.mlb").result == OpenResult::Opened && file.CardCount() == cards_saved);
 }
 
+void Put(std::string& text, uint64_t number) {
+  for (int i = 0; i < 8; ++i) text += static_cast<char>(number >> (8 * i) & 0xFF);
+}
+
+// A record of any payload, with the length and the checksum that it needs to be read.
+std::string Record(const std::string& payload) {
+  std::string text;
+  Put(text, payload.size());
+  Put(text, XXH3_64bits(payload.data(), payload.size()));
+  return text + payload;
+}
+
+// Rows go, come and change as the bytes say, for a table of so many rows.
+std::string EditRecord(const std::string& bytes, uint32_t rows, const std::vector<std::string>& ids) {
+  EditChange change = {.row_count = rows, .old_ids = {}, .edit = {}};
+  for (size_t i = 0; i < bytes.size() && i < 12; ++i) {
+    const int row = bytes[i] & 15;
+    if ((bytes[i] & 0x30) == 0) change.edit.removed.push_back(row);
+    if ((bytes[i] & 0x30) == 0x10) change.edit.places.push_back(row);
+    if ((bytes[i] & 0x30) == 0x10) change.edit.inserted.AddRow({{1, "000009"}, {bytes[i] & 7, bytes}});
+    if ((bytes[i] & 0x30) != 0x20) continue;
+    change.edit.replaced.push_back(row);
+    change.edit.replacing.AddRow({{(bytes[i] & 7) + 1, bytes}});
+  }
+  for (const std::vector<int>* named : {&change.edit.removed, &change.edit.replaced}) {
+    for (const int row : *named) change.old_ids.AddRow({{1, ids[static_cast<size_t>(row) % ids.size()]}});
+  }
+  return JournalText({1, change});
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -50,6 +84,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const auto row = size > 0 ? static_cast<uint32_t>(data[0] % 6) : 0;
   const auto column = size > 1 ? static_cast<uint32_t>(data[1] % 10) : 0;
   Open(cards, head + JournalText({1, RowChange{row, {{column, bytes}}}}) + JournalText({2, TableChange{bytes}}) +
+                  JournalText({3, RowChange{2, {{3, bytes}}}}));
+  Open(cards, head + Record(bytes) + Record("\4" + std::string(8, '\0') + bytes));
+  // Of the deck's three rows the one in the middle is a card; a first edit makes more of them.
+  EditChange more = {.row_count = 3, .old_ids = {}, .edit = {}};
+  more.edit.places = {2, 2, 2};
+  for (const char* id : {"000002", "000003", "000004"}) more.edit.inserted.AddRow({{1, id}});
+  Open(cards, head + JournalText({1, more}) +
+                  EditRecord(bytes, 6, {"@@", "@@", "000001", "000002", "000003", "000004", "##"}) +
                   JournalText({3, RowChange{2, {{3, bytes}}}}));
   return 0;
 }

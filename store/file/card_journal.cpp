@@ -81,9 +81,13 @@ void CardJournal::Edited(CardTable& cards, const EditChange& change) {
   whole_table_ = whole_table_ || change.edit.MovesRows();
   rows_.insert(rows_.end(), change.edit.replaced.begin(), change.edit.replaced.end());
   if (batch_ && failing_) return;
-  const std::string record = JournalText({clock_.Now(), change});
+  std::string record = JournalText(clock_.Now(), change);
   if (file_ == nullptr) return Note(first ? BeginFile(JournalHead(base_) + record) : WriteAnew(cards));
-  gathered_ += record;
+  if (gathered_.empty()) {
+    gathered_ = std::move(record);
+  } else {
+    gathered_ += record;
+  }
   if (!batch_ || gathered_.size() >= kBatchSize) Push(cards);
 }
 

@@ -183,6 +183,19 @@ bool IniFile::SetInt(std::string_view section, std::string_view key, int64_t val
   return SetString(section, key, std::to_string(value));
 }
 
+void IniFile::RemoveSection(std::string_view section) {
+  std::string kept;
+  bool inside = false;
+  for (size_t at = 0; at < text_.size();) {
+    const Line line = LineAt(text_, at);
+    at = line.next;
+    const std::string_view content = Content(text_, line);
+    if (IsSectionLine(content)) inside = EqualIgnoringCase(SectionName(content), section);
+    if (!inside) kept.append(text_, line.begin, line.next - line.begin);
+  }
+  text_ = std::move(kept);
+}
+
 void IniFile::Remove(std::string_view section, std::string_view key) {
   std::string kept;
   bool inside = false;

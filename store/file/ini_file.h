@@ -32,6 +32,8 @@ class IniFile {
   bool SetString(std::string_view section, std::string_view key, std::string_view value);
   bool SetInt(std::string_view section, std::string_view key, int64_t value);
   void Remove(std::string_view section, std::string_view key);
+  // With all that stands in it, comments too.
+  void RemoveSection(std::string_view section);
 
  private:
   std::string text_;

@@ -17,6 +17,8 @@ constexpr std::string_view kMagic = "Tessaro journal 2\n";
 constexpr std::string_view kMagicWithoutEdits = "Tessaro journal 1\n";
 static_assert(kMagic.size() == kMagicWithoutEdits.size());
 
+constexpr size_t kRecordHead = 2 * sizeof(uint64_t);
+
 enum class Kind : uint8_t { Row = 1, Table = 2, SavePoint = 3, Edit = 4 };
 
 uint64_t Checksum(std::string_view bytes) {
@@ -100,6 +102,19 @@ void PutContent(std::string& text, const EditChange& change) {
     Put(text, uint64_t{fields->bytes().size()});
     text += fields->bytes();
   }
+}
+
+template <typename What>
+std::string RecordText(size_t kind, int64_t time, const What& what) {
+  std::string text(kRecordHead, '\0');  // its numbers are known at the end
+  Put(text, static_cast<uint8_t>(kind));
+  Put(text, time);
+  PutContent(text, what);
+  const std::string_view payload = std::string_view(text).substr(kRecordHead);
+  std::string head;
+  Put(head, uint64_t{payload.size()});
+  Put(head, Checksum(payload));
+  return text.replace(0, kRecordHead, head);
 }
 
 std::optional<EditChange> TakeEdit(Taker& taker) {
@@ -208,14 +223,12 @@ std::string JournalHead(const ContentStamp& base) {
 }
 
 std::string JournalText(const JournalRecord& record) {
-  std::string payload;
-  Put(payload, static_cast<uint8_t>(record.what.index() + 1));
-  Put(payload, record.time);
-  std::visit([&](const auto& what) { PutContent(payload, what); }, record.what);
-  std::string text;
-  Put(text, uint64_t{payload.size()});
-  Put(text, Checksum(payload));
-  return text += payload;
+  return std::visit([&](const auto& what) { return RecordText(record.what.index() + 1, record.time, what); },
+                    record.what);
+}
+
+std::string JournalText(int64_t time, const EditChange& change) {
+  return RecordText(static_cast<size_t>(Kind::Edit), time, change);
 }
 
 std::optional<JournalContents> ParseJournal(std::string_view text) {

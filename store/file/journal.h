@@ -75,6 +75,7 @@ struct JournalContents {
 // The checksum is XXH3 with 64 bits. Nothing is ever rewritten in place, so a crash can only cut the end.
 std::string JournalHead(const ContentStamp& base);
 std::string JournalText(const JournalRecord& record);
+std::string JournalText(int64_t time, const EditChange& change);
 // Takes any bytes; nothing when there is no whole head. Reading ends before the first record that is cut or damaged.
 std::optional<JournalContents> ParseJournal(std::string_view text);
 

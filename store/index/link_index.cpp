@@ -104,10 +104,10 @@ void LinkIndex::Remove(std::span<const int> card_rows) {
   if (!built_ || card_rows.empty()) return;
   fingerprint_.reset();
   if (card_rows.size() == 1) {
-    const auto place = std::find(rows_.begin(), rows_.end(), card_rows.front());
-    if (place == rows_.end()) return;
-    ids_.erase(ids_.begin() + (place - rows_.begin()));
-    rows_.erase(place);
+    const size_t place = PlaceOfRow(rows_, card_rows.front());
+    if (place == rows_.size()) return;
+    ids_.erase(ids_.begin() + static_cast<std::ptrdiff_t>(place));
+    rows_.erase(rows_.begin() + static_cast<std::ptrdiff_t>(place));
     return;
   }
   std::vector<bool> gone(static_cast<size_t>(card_rows.back()) + 1);

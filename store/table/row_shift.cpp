@@ -1,10 +1,23 @@
 #include "store/table/row_shift.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <limits>
 #include <utility>
 
 namespace tessaro {
+namespace {
+
+// As many as fit a register that every processor of 64 bits has.
+constexpr size_t kRowsAtOnce = 4;
+using Rows = int32_t __attribute__((vector_size(kRowsAtOnce * sizeof(int32_t))));
+
+Rows AllAre(int32_t row) {
+  return Rows{} + row;
+}
+
+}  // namespace
 
 RowShift::RowShift(std::vector<int> removed, std::vector<int> inserted)
     : removed_(std::move(removed)), inserted_(std::move(inserted)) {
@@ -69,7 +82,31 @@ std::optional<RowShift::Tail> RowShift::AsTail() const {
 }
 
 void MoveRows(std::span<int32_t> rows, RowShift::Tail tail) {
-  for (int32_t& row : rows) row += row >= tail.from ? tail.by : 0;
+  const Rows from = AllAre(tail.from);
+  const Rows by = AllAre(tail.by);
+  size_t i = 0;
+  for (; i + kRowsAtOnce <= rows.size(); i += kRowsAtOnce) {
+    Rows moved;
+    std::memcpy(&moved, &rows[i], sizeof moved);
+    moved += (moved >= from) & by;
+    std::memcpy(&rows[i], &moved, sizeof moved);
+  }
+  for (; i < rows.size(); ++i) rows[i] += rows[i] >= tail.from ? tail.by : 0;
+}
+
+size_t PlaceOfRow(std::span<const int32_t> rows, int32_t row) {
+  const Rows wanted = AllAre(row);
+  size_t i = 0;
+  for (bool found = false; !found && i + kRowsAtOnce <= rows.size();) {
+    Rows some;
+    std::memcpy(&some, &rows[i], sizeof some);
+    const Rows equal = some == wanted;
+    std::array<uint64_t, sizeof(Rows) / sizeof(uint64_t)> bits;
+    std::memcpy(bits.data(), &equal, sizeof bits);
+    found = std::any_of(bits.begin(), bits.end(), [](uint64_t word) { return word != 0; });
+    if (!found) i += kRowsAtOnce;
+  }
+  return static_cast<size_t>(std::find(rows.begin() + static_cast<std::ptrdiff_t>(i), rows.end(), row) - rows.begin());
 }
 
 }  // namespace tessaro

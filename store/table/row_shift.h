@@ -62,6 +62,9 @@ class RowShift {
 // Gives rows their new numbers.
 void MoveRows(std::span<int32_t> rows, RowShift::Tail tail);
 
+// The place of a row among them; their number when it is not there.
+size_t PlaceOfRow(std::span<const int32_t> rows, int32_t row);
+
 // Moves values that are kept by row number, with one for the number 0; rows that come get `fresh`.
 template <typename T>
 void MoveByRow(std::vector<T>& by_row, const RowShift& shift, T fresh) {

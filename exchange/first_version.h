@@ -1,0 +1,48 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "exchange/work_observer.h"
+
+// Card files of the program's first version, which writes its whole table as text:
+//
+//     two lines that mean nothing here
+//     000001¤00¤question||second line¤answer¤…
+//     999999¤…  * first topic* second topic* …
+//
+// "||" is a line break. Lines of more than kPiece bytes are taken in pieces, each as if it were a line.
+namespace tessaro {
+
+class IniFile;
+class WritableFile;
+
+namespace first_version {
+
+inline constexpr size_t kPiece = 2190;
+inline constexpr size_t kTopics = 20;
+inline constexpr std::string_view kNoTopic = "...";
+
+// The names in the line of topics; one that is missing, or has more than 20 letters, is "...".
+struct Topics {
+  std::array<std::string, kTopics> names;
+  std::string name;  // the one behind them
+};
+Topics ReadTopics(std::string_view line, char separator);
+// Replaces what the settings hold of topics.
+void Put(const Topics& topics, IniFile& settings);
+
+struct Transfer {
+  bool good = false;             // false: the file took no more, or the observer ended it
+  int64_t lines = 0;             // written as cards
+  std::optional<Topics> topics;  // of the last line of topics
+};
+// Writes a card file of an exported text whose fields are parted by `separator`. Zero bytes are left out, CR LF is a
+// line feed. The observer is told the bytes.
+Transfer WriteCards(std::string_view exported, char separator, WritableFile& file, const WorkObserver& observer = {});
+
+}  // namespace first_version
+}  // namespace tessaro
