@@ -113,11 +113,12 @@ std::string Number(const char* format, int number) {
 }
 
 // A side as it stands in the file: a line feed is a backslash and an n.
-std::string Side(Dice& dice, int count) {
+std::string Side(Dice& dice, int count, int line_feeds) {
   std::string side = Words(dice, 1 + dice.Uneven(8));
   if (dice.Percent(12)) side = "<b>" + side + "</b>";
   if (dice.Percent(8)) side += "<br>" + Words(dice, 3);
-  if (dice.Percent(5)) side += "\\n" + Words(dice, 4);
+  if (dice.Percent(line_feeds)) side += "\\n" + Words(dice, 4);
+  if (line_feeds > kFewLineFeeds && dice.Percent(line_feeds / 2)) side += "\\n" + Words(dice, 2);
   if (dice.Percent(4)) side += " <a href=\"" + Number("%06d", 1 + dice.Below(count)) + "\">" + Words(dice, 1) + "</a>";
   if (dice.Percent(1)) side += "<img src=\"bilder\\\\" + Number("b%d.jpg", dice.Below(1000)) + "\" border=\"0\">";
   return side;
@@ -161,16 +162,16 @@ void AddRow(std::string& text, std::initializer_list<std::string_view> fields) {
   text += '\n';
 }
 
-void AddCard(std::string& text, Dice& dice, int id, int count) {
+void AddCard(std::string& text, Dice& dice, int id, int count, int line_feeds) {
   const History history = RandomHistory(dice);
-  const std::string question = (id == 1 ? "<index><navigation>" : "") + Side(dice, count);
-  AddRow(text, {Number("%06d", id), Number("%02d", dice.Below(6)), question, Side(dice, count),
+  const std::string question = (id == 1 ? "<index><navigation>" : "") + Side(dice, count, line_feeds);
+  AddRow(text, {Number("%06d", id), Number("%02d", dice.Below(6)), question, Side(dice, count, line_feeds),
                 Number("%09d", history.score), std::to_string(dice.Uneven(4000)), history.letters, history.times});
 }
 
 }  // namespace
 
-bool GenerateCards(const std::filesystem::path& path, int count, uint32_t seed) {
+bool GenerateCards(const std::filesystem::path& path, int count, uint32_t seed, int line_feeds) {
   const std::unique_ptr<WritableFile> file = RealDisk().Create(path);
   if (file == nullptr) return false;
   Dice dice(seed);
@@ -178,7 +179,7 @@ bool GenerateCards(const std::filesystem::path& path, int count, uint32_t seed) 
   AddRow(text, {kId, kTopic, kQuestion, kAnswer, kScore, kTimeLearned, kYesNoRow, kTimeRow});
   AddRow(text, {kStartMark, "", "", "", "", "", "", ""});
   for (int id = 1; id <= count; ++id) {
-    AddCard(text, dice, id, count);
+    AddCard(text, dice, id, count, line_feeds);
     if (text.size() < kWriteSize) continue;
     if (!file->Write(text)) return false;
     text.clear();

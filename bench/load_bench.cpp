@@ -1,4 +1,5 @@
-// Loading a card file and saving it, beside `wc -l` and `cp` of the same file in the same run.
+// Loading a card file and saving it, beside `wc -l` and `cp` of the same file in the same run, and the whole save of an
+// open card file, beside `dd conv=fsync` of as many bytes.
 #include <unistd.h>
 
 #include <array>
@@ -11,6 +12,7 @@
 
 #include "bench/generated_cards.h"
 #include "bench/measure.h"
+#include "store/file/card_file.h"
 #include "store/table/card_columns.h"
 #include "store/table/card_table.h"
 
@@ -78,10 +80,31 @@ void MeasureSave(const fs::path& path, const fs::path& folder) {
   Print({"save, 1 % of the rows changed", Median(save) * kMilli}, "ms", {"cp", Median(copy) * kMilli});
 }
 
+// What the save command does: cards, both indexes, stamp, backup, all of it on the disk.
+void MeasureWholeSave(const fs::path& path, const fs::path& folder) {
+  const fs::path copied = folder / "copied";
+  tessaro::CardFile file;
+  Check(file.Open(path).result == tessaro::OpenResult::Opened && file.RebuildIndexes(), "open");
+  ChangeEveryHundredth(file.cards());
+  std::vector<double> save;
+  std::vector<double> copy;
+  for (int i = 0; i < kRounds; ++i) {
+    fs::remove(copied);
+    sync();
+    copy.push_back(
+        RunProgram({"dd", "if=" + path.string(), "of=" + copied.string(), "bs=1M", "conv=fsync", "status=none"})
+            .seconds);
+    sync();
+    save.push_back(tessaro::Time([&] { Check(file.Save() == tessaro::SaveResult::Saved, "whole save"); }));
+  }
+  Print({"whole save: indexes, stamp, flush", Median(save) * kMilli}, "ms", {"dd conv=fsync", Median(copy) * kMilli});
+}
+
 void Measure(const fs::path& path, const fs::path& folder) {
   std::printf("%s, %d rows, medians of %d\n", path.filename().c_str(), Load(path).RowCount(), kRounds);
   MeasureLoad(path);
   MeasureSave(path, folder);
+  MeasureWholeSave(path, folder);
 }
 
 }  // namespace

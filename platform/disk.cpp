@@ -77,6 +77,7 @@ class PosixWritableFile : public WritableFile {
       const ssize_t count = ::write(file_.number(), bytes.data(), std::min(bytes.size(), kMostPerCall));
       if (count < 0 && errno != EINTR) return false;
       if (count > 0) bytes.remove_prefix(static_cast<size_t>(count));
+      if (count > 0) BeginWriteback(count);
     }
     return true;
   }
@@ -84,7 +85,20 @@ class PosixWritableFile : public WritableFile {
   bool Close() override { return file_.Close(); }
 
  private:
+  // Lets the disk begin with what was written, so that there is less to wait for when it is flushed.
+  void BeginWriteback(ssize_t written) {
+#ifdef __linux__
+    constexpr off_t kLeast = off_t{8} << 20;
+    size_ += written;
+    if (size_ - begun_ < kLeast) return;
+    (void)::sync_file_range(file_.number(), begun_, size_ - begun_, SYNC_FILE_RANGE_WRITE);
+    begun_ = size_;
+#endif
+  }
+
   Descriptor file_;
+  off_t size_ = 0;
+  off_t begun_ = 0;  // up to here
 };
 
 class PosixDisk : public Disk {

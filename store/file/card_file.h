@@ -151,9 +151,10 @@ class CardFile {
   // The same for the open content under the names of another card file, whose lock it takes.
   SaveResult WriteOtherFiles(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock,
                              const StageObserver& observer);
-  SaveResult WriteIndexes(const CardContent& content, const CardFilePaths& paths, const StageObserver& observer);
+  SaveResult WriteIndexes(const CardContent& content, const CardIds& ids, const CardFilePaths& paths,
+                          const StageObserver& observer);
   template <typename Index>
-  bool WriteIndex(const std::filesystem::path& path, const CardTable& cards, const Index& index, Progress* progress);
+  bool WriteIndex(const std::filesystem::path& path, const CardIds& ids, const Index& index, Progress* progress);
   // Puts by the damaged files that a save under these names would lose.
   bool KeepDamaged(CardContent& content, const CardFilePaths& paths);
   bool PutBy(const std::filesystem::path& damaged, const std::filesystem::path& cards);

@@ -94,26 +94,27 @@ SaveResult CardFile::WriteFiles(CardContent& content, const CardFilePaths& paths
   const CardIds ids(content.cards);
   // An index that no longer fits would be refused when the file is opened. If it cannot be built it is saved as it is.
   if (!content.learn_index.Fits(ids) || !content.link_index.Fits(ids)) (void)BuildIndexes(content, ids, {});
-  return WriteIndexes(content, paths, observer);
+  return WriteIndexes(content, ids, paths, observer);
 }
 
 SaveResult CardFile::SaveIndexes(const StageObserver& observer) {
-  return !IsOpen() || changed_ || ChangedOnDisk() ? SaveResult::Saved : WriteIndexes(content_, paths_, observer);
+  if (!IsOpen() || changed_ || ChangedOnDisk()) return SaveResult::Saved;
+  return WriteIndexes(content_, CardIds(content_.cards), paths_, observer);
 }
 
-SaveResult CardFile::WriteIndexes(const CardContent& content, const CardFilePaths& paths,
+SaveResult CardFile::WriteIndexes(const CardContent& content, const CardIds& ids, const CardFilePaths& paths,
                                   const StageObserver& observer) {
   Tell(observer, FileStage::SaveLearnIndex, 0);
-  const bool learn_saved = WriteIndex(paths.learn_index, content.cards, content.learn_index, observer.progress);
+  const bool learn_saved = WriteIndex(paths.learn_index, ids, content.learn_index, observer.progress);
   Tell(observer, FileStage::SaveLinkIndex, 0);
-  const bool link_saved = WriteIndex(paths.link_index, content.cards, content.link_index, observer.progress);
+  const bool link_saved = WriteIndex(paths.link_index, ids, content.link_index, observer.progress);
   if (!learn_saved) return SaveResult::LearnIndexFailed;
   return link_saved ? SaveResult::Saved : SaveResult::LinkIndexFailed;
 }
 
 template <typename Index>
-bool CardFile::WriteIndex(const fs::path& path, const CardTable& cards, const Index& index, Progress* progress) {
-  if (ReplaceFile(disk_, path, [&](WritableFile& file) { return index.SaveTo(file, cards, progress); })) return true;
+bool CardFile::WriteIndex(const fs::path& path, const CardIds& ids, const Index& index, Progress* progress) {
+  if (ReplaceFile(disk_, path, [&](WritableFile& file) { return index.SaveTo(file, ids, progress); })) return true;
   // The old index may look right and yet be that of older scores.
   (void)disk_.Remove(path);
   return false;

@@ -23,8 +23,11 @@ class CardIds {
 
   // Rows of the card table, frame included.
   int RowCount() const { return row_count_; }
-  // The ID of the card in this row, 2 ... RowCount() - 1, as SixDigits reads it.
-  uint32_t number(int row) const { return numbers_[static_cast<size_t>(row)]; }
+  // The ID of the card in this row as SixDigits reads it; kNotSixDigits for a row that is none of a card.
+  uint32_t number(int row) const {
+    const auto index = static_cast<size_t>(row);
+    return index < numbers_.size() ? numbers_[index] : kNotSixDigits;
+  }
   std::string_view Text(int row) const { return cards_.Peek(id_column_, row); }
   // The highest number of a card, up to the first row whose ID begins with "#".
   int64_t highest() const { return highest_; }

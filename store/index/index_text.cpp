@@ -14,6 +14,7 @@ namespace {
 
 constexpr size_t kHeldBytes = size_t{256} * 1024;
 constexpr size_t kMostRowDigits = 9;
+constexpr size_t kMostDigits = 10;
 
 // The fields of one row after the other; what a row lacks is "".
 class RowSource {
@@ -126,8 +127,26 @@ void IndexWriter::Row(IndexFields fields) {
     if (i > 0) held_ += kFieldSeparator;
     AppendEscaped(fields[i]);
   }
+  EndRow(fields.size());
+}
+
+void IndexWriter::NumberRow(std::span<const IndexNumber> numbers) {
+  for (size_t i = 0; i < numbers.size(); ++i) {
+    if (i > 0) held_ += kFieldSeparator;
+    std::array<char, kMostDigits> digits = {};
+    size_t first = digits.size();
+    const size_t latest = digits.size() - static_cast<size_t>(numbers[i].least_digits);
+    for (uint32_t rest = numbers[i].value; rest > 0 || first > latest; rest /= 10) {
+      digits[--first] = static_cast<char>('0' + rest % 10);
+    }
+    held_.append(digits.data() + first, digits.size() - first);
+  }
+  EndRow(numbers.size());
+}
+
+void IndexWriter::EndRow(size_t fields) {
   held_ += line_end_;
-  counted_ += static_cast<int64_t>(fields.size());
+  counted_ += static_cast<int64_t>(fields);
   if (progress_ != nullptr) progress_->SetPosition(counted_);
   if (held_.size() >= kHeldBytes) good_ = Finish();
 }

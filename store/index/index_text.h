@@ -31,6 +31,12 @@ struct IndexFrame {
   IndexFields last;
 };
 
+// A number below 1,000,000,000 with at least so many digits.
+struct IndexNumber {
+  uint32_t value = 0;
+  int least_digits = 1;
+};
+
 // Writes the rows as the text of a table file, the column names first. `progress`, which may be null, hears of the
 // fields.
 class IndexWriter {
@@ -38,11 +44,14 @@ class IndexWriter {
   IndexWriter(WritableFile& file, LineEnd line_end, Progress* progress)
       : file_(file), progress_(progress), line_end_(line_end == LineEnd::CrLf ? "\r\n" : "\n") {}
   void Row(IndexFields fields);
+  // The same for a row of nothing but numbers, as nearly all are.
+  void NumberRow(std::span<const IndexNumber> numbers);
   // Writes what is still held back. False when anything could not be written.
   [[nodiscard]] bool Finish();
 
  private:
   void AppendEscaped(std::string_view field);
+  void EndRow(size_t fields);
 
   WritableFile& file_;
   Progress* const progress_;

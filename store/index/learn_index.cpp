@@ -2,9 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <cstdio>
 #include <functional>
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -29,11 +28,6 @@ constexpr std::array<std::string_view, 3> kLastFields = {"999999", "999999999", 
 std::optional<int64_t> NineDigits(std::string_view score) {
   if (score.size() != kScoreDigits) return std::nullopt;
   return DigitsOnly(score);
-}
-
-// Writes a key of 0 ... 999999999 with its nine digits.
-void WriteNineDigits(int64_t key, std::array<char, kScoreDigits>& text) {
-  for (size_t i = text.size(); i-- > 0; key /= 10) text[i] = static_cast<char>('0' + key % 10);
 }
 
 const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields};
@@ -98,22 +92,22 @@ bool LearnIndex::Adopt(std::string_view text, const CardIds& ids) {
   return AdoptRows(std::bind_front(ReadIndexText, text), ids, LineEndOf(text));
 }
 
-bool LearnIndex::SaveTo(WritableFile& file, const CardTable& cards, Progress* progress) const {
+bool LearnIndex::SaveTo(WritableFile& file, const CardIds& ids, Progress* progress) const {
   IndexWriter writer(file, line_end_, progress);
-  const int id_column = cards.ColumnIndex(kId);
   writer.Row(kColumns);
   writer.Row(kFirstFields);
   sequence_.ForEach([&](int32_t card_row) {
-    std::array<char, 12> box_pos = {};
-    const char* end = std::to_chars(box_pos.data(), box_pos.data() + box_pos.size(), card_row).ptr;
-    std::array<char, kScoreDigits> score = {};
-    WriteNineDigits(keys_[static_cast<size_t>(card_row)], score);
-    std::string_view score_text(score.data(), score.size());
-    if (const auto odd = odd_scores_.find(card_row); odd != odd_scores_.end()) score_text = odd->second;
-    const std::array<std::string_view, 3> fields = {
-        std::string_view(box_pos.data(), static_cast<size_t>(end - box_pos.data())), score_text,
-        cards.Peek(id_column, card_row)};
-    writer.Row(fields);
+    const auto box_pos = static_cast<uint32_t>(card_row);
+    const auto score = static_cast<uint32_t>(keys_[static_cast<size_t>(card_row)]);
+    const uint32_t id = ids.number(card_row);
+    const bool odd_score = !odd_scores_.empty() && odd_scores_.count(card_row) > 0;
+    if (id != kNotSixDigits && !odd_score) {
+      return writer.NumberRow(std::array{IndexNumber{box_pos}, IndexNumber{score, kScoreDigits}, IndexNumber{id, 6}});
+    }
+    std::array<char, kScoreDigits + 1> nine_digits = {};
+    std::snprintf(nine_digits.data(), nine_digits.size(), "%09u", score % 1'000'000'000);
+    writer.Row(std::array<std::string_view, 3>{
+        std::to_string(box_pos), odd_score ? odd_scores_.at(card_row) : nine_digits.data(), ids.Text(card_row)});
   });
   writer.Row(kLastFields);
   return writer.Finish();

@@ -38,7 +38,8 @@ class LearnIndex {
     return built_ && fingerprint_.value_or(ids.fingerprint()) == ids.fingerprint();
   }
   // Writes the text of the .row file; IDs are those of the cards.
-  [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards, Progress* progress = nullptr) const;
+  [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards) const { return SaveTo(file, CardIds(cards)); }
+  [[nodiscard]] bool SaveTo(WritableFile& file, const CardIds& ids, Progress* progress = nullptr) const;
 
   // Rows with start and end row; 0 before the first Build or Adopt.
   int RowCount() const { return built_ ? sequence_.size() + 2 : 0; }

@@ -2,9 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <functional>
-#include <limits>
+#include <string>
 #include <utility>
 
 #include "platform/progress.h"
@@ -76,17 +75,17 @@ bool LinkIndex::Adopt(std::string_view text, const CardIds& ids) {
   return AdoptRows(std::bind_front(ReadIndexText, text), ids, LineEndOf(text));
 }
 
-bool LinkIndex::SaveTo(WritableFile& file, const CardTable& cards, Progress* progress) const {
+bool LinkIndex::SaveTo(WritableFile& file, const CardIds& ids, Progress* progress) const {
   IndexWriter writer(file, line_end_, progress);
-  const int id_column = cards.ColumnIndex(kId);
   writer.Row(kColumns);
   writer.Row(kFirstFields);
   for (const int32_t card_row : rows_) {
-    std::array<char, 12> box_pos = {};
-    const char* end = std::to_chars(box_pos.data(), box_pos.data() + box_pos.size(), card_row).ptr;
-    const std::array<std::string_view, 2> fields = {
-        cards.Peek(id_column, card_row), std::string_view(box_pos.data(), static_cast<size_t>(end - box_pos.data()))};
-    writer.Row(fields);
+    const auto box_pos = static_cast<uint32_t>(card_row);
+    if (const uint32_t id = ids.number(card_row); id != kNotSixDigits) {
+      writer.NumberRow(std::array{IndexNumber{id, 6}, IndexNumber{box_pos}});
+    } else {
+      writer.Row(std::array<std::string_view, 2>{ids.Text(card_row), std::to_string(box_pos)});
+    }
   }
   writer.Row(kLastFields);
   return writer.Finish();

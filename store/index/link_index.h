@@ -27,7 +27,8 @@ class LinkIndex {
   bool Fits(const CardIds& ids) const {
     return built_ && fingerprint_.value_or(ids.fingerprint()) == ids.fingerprint();
   }
-  [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards, Progress* progress = nullptr) const;
+  [[nodiscard]] bool SaveTo(WritableFile& file, const CardTable& cards) const { return SaveTo(file, CardIds(cards)); }
+  [[nodiscard]] bool SaveTo(WritableFile& file, const CardIds& ids, Progress* progress = nullptr) const;
 
   // Rows with start and end row; 0 before the first Build or Adopt.
   int RowCount() const { return built_ ? static_cast<int>(rows_.size()) + 2 : 0; }

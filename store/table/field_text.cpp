@@ -20,9 +20,9 @@ FieldText::~FieldText() {
   if (IsOwned()) delete[] bytes();
 }
 
-FieldText FieldText::InBlock(uint64_t start, size_t size) {
+FieldText FieldText::InBlock(uint64_t place, size_t size) {
   FieldText field;
-  field.place_ = start;
+  field.place_ = place;
   field.size_and_kind_ = size | kInBlock;
   return field;
 }
@@ -38,9 +38,9 @@ FieldText FieldText::Own(std::optional<std::string_view> value) {
   return field;
 }
 
-std::optional<std::string_view> FieldText::Get(const char* block) const {
+std::optional<std::string_view> FieldText::Get(const RowBlocks& blocks) const {
   if (IsOwned()) return std::string_view(bytes(), size());
-  if ((size_and_kind_ & kInBlock) != 0) return std::string_view(block + place_, size());
+  if ((size_and_kind_ & kInBlock) != 0) return std::string_view(blocks.At(place_), size());
   return std::nullopt;
 }
 

@@ -1,14 +1,35 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string_view>
 
+#include "store/table/memory_block.h"
+
 namespace tessaro {
 
-// A field of a changed row in 16 bytes: null, bytes of its own, or bytes at a place in the loaded block. The block may
-// move, so the place counts from its start.
+// What the rows of a loaded file point into. Blocks may move, so a place is the number of the block in the upper bits
+// and the distance from its start in the others.
+class RowBlocks {
+ public:
+  static constexpr size_t kFile = 0;       // the file, as it is written
+  static constexpr size_t kUnescaped = 1;  // the fields of it that were written with escapes, without them
+  static constexpr size_t kUnescapedOfSecondHalf = 2;
+  static constexpr int kPlaceBits = 56;
+
+  MemoryBlock& operator[](size_t block) { return blocks_[block]; }
+  static uint64_t PlaceIn(size_t block, uint64_t start) { return uint64_t{block} << kPlaceBits | start; }
+  const char* At(uint64_t place) const {
+    return blocks_[place >> kPlaceBits].data() + (place & ((uint64_t{1} << kPlaceBits) - 1));
+  }
+
+ private:
+  std::array<MemoryBlock, 3> blocks_;
+};
+
+// A field of a changed row in 16 bytes: null, bytes of its own, or bytes at a place in the loaded blocks.
 class FieldText {
  public:
   FieldText() = default;
@@ -18,10 +39,10 @@ class FieldText {
   FieldText& operator=(const FieldText&) = delete;
   ~FieldText();
 
-  static FieldText InBlock(uint64_t start, size_t size);
+  static FieldText InBlock(uint64_t place, size_t size);
   static FieldText Own(std::optional<std::string_view> value);
 
-  std::optional<std::string_view> Get(const char* block) const;
+  std::optional<std::string_view> Get(const RowBlocks& blocks) const;
   // `value` may be a view of this field.
   void Set(std::optional<std::string_view> value);
 
@@ -34,7 +55,7 @@ class FieldText {
   size_t size() const { return size_and_kind_ & kSizeMask; }
   char* bytes() const { return reinterpret_cast<char*>(static_cast<uintptr_t>(place_)); }
 
-  uint64_t place_ = 0;          // address of the own bytes, or start in the block
+  uint64_t place_ = 0;          // address of the own bytes, or place in the blocks
   uint64_t size_and_kind_ = 0;  // 0: null
 };
 

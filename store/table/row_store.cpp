@@ -1,6 +1,7 @@
 #include "store/table/row_store.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -16,8 +17,13 @@ constexpr uint64_t kChanged = uint64_t{1} << 63;
 constexpr uint64_t kAsWritten = uint64_t{1} << 62;
 constexpr uint64_t kShort = uint64_t{1} << 61;
 constexpr uint64_t kWide = uint64_t{1} << 60;
-constexpr uint64_t kPlaceMask = kWide - 1;
+constexpr uint64_t kUnescaped = uint64_t{1} << 59;
+constexpr uint64_t kPlaceMask = kUnescaped - 1;
 constexpr size_t kPlaceWords = 2;
+
+// The unescaped fields of a record: their number, the place of their texts, then two words each.
+constexpr size_t kUnescapedHead = 1 + kPlaceWords;
+constexpr size_t kUnescapedWords = 2;
 
 constexpr size_t kMostNarrow = std::numeric_limits<uint16_t>::max();
 constexpr size_t kMostWide = std::numeric_limits<uint32_t>::max();
@@ -50,11 +56,15 @@ RowStore::Place RowStore::Find(RowHandle row) const {
   if (found.changed) return found;
   found.end_count = is_short ? record[kPlaceWords] : static_cast<size_t>(loaded_columns_);
   found.ends = record + kPlaceWords + (is_short ? 1 : 0);
+  if ((place & kUnescaped) != 0) {
+    found.unescaped = found.ends + (found.wide ? found.end_count : (found.end_count + 1) / 2);
+  }
   return found;
 }
 
-void RowStore::BeginLoading(int columns, size_t file_size) {
+void RowStore::BeginLoading(int columns, size_t file_size, bool second_half) {
   loaded_columns_ = columns_ = columns;
+  if (second_half) unescaped_block_ = RowBlocks::kUnescapedOfSecondHalf;
   // Records are seldom larger than half of their text; a failure only means that they grow later.
   (void)records_.Reserve(file_size / 2);
 }
@@ -70,49 +80,99 @@ uint32_t* RowStore::AddRecord(size_t words, RowHandle& row) {
   return Record(row);
 }
 
-void RowStore::PackEnds(std::span<const size_t> ends, bool wide, uint32_t* words) {
+bool RowStore::AddUnescaped(std::string_view text) {
+  MemoryBlock& block = blocks_[unescaped_block_];
+  const size_t needed = unescaped_size_ + text.size();
+  if (needed > block.room() && !block.Reserve(std::max({kLeastRoom, needed, 2 * block.room()}))) return false;
+  if (!text.empty()) std::memcpy(block.data() + unescaped_size_, text.data(), text.size());
+  unescaped_size_ = needed;
+  return true;
+}
+
+// Returns where the words after the ends begin.
+uint32_t* RowStore::PackEnds(std::span<const size_t> ends, bool wide, uint32_t* words) {
   if (wide) {
     for (const size_t end : ends) *words++ = static_cast<uint32_t>(end);
-    return;
+    return words;
   }
   size_t i = 0;
   for (; i + 1 < ends.size(); i += 2) *words++ = static_cast<uint32_t>(ends[i] | (ends[i + 1] << 16));
-  if (i < ends.size()) *words = static_cast<uint32_t>(ends[i]);
+  if (i < ends.size()) *words++ = static_cast<uint32_t>(ends[i]);
+  return words;
 }
 
-template <typename EndOf>
-RowStore::ChangedRow RowStore::FieldsInBlock(uint64_t start, size_t count, EndOf end_of) const {
+void RowStore::PackUnescaped(const LoadedRow& loaded, uint32_t* words) const {
+  *words++ = static_cast<uint32_t>(loaded.unescaped.size());
+  StorePlace(words, RowBlocks::PlaceIn(unescaped_block_, loaded.unescaped_start));
+  words += kPlaceWords;
+  for (const UnescapedField& unescaped : loaded.unescaped) {
+    *words++ = static_cast<uint32_t>(unescaped.field);
+    *words++ = static_cast<uint32_t>(unescaped.end);
+  }
+}
+
+RowStore::ChangedRow RowStore::FieldsOf(const LoadedRow& loaded) const {
   ChangedRow fields(static_cast<size_t>(columns_));
   size_t from = 0;
-  for (size_t i = 0; i < count; ++i) {
-    fields[i] = FieldText::InBlock(start + from, end_of(i) - from);
-    from = end_of(i) + 1;
+  for (size_t i = 0; i < loaded.ends.size(); ++i) {
+    fields[i] = FieldText::InBlock(loaded.start + from, loaded.ends[i] - from);
+    from = loaded.ends[i] + 1;
+  }
+  from = 0;
+  for (const auto& [field, end] : loaded.unescaped) {
+    const uint64_t place = RowBlocks::PlaceIn(unescaped_block_, loaded.unescaped_start + from);
+    fields[field] = FieldText::InBlock(place, end - from);
+    from = end;
   }
   return fields;
 }
 
-bool RowStore::AddLoaded(size_t start, std::span<const size_t> ends, bool as_written, RowHandle& row) {
+RowStore::ChangedRow RowStore::FieldsOf(const Place& place) const {
+  ChangedRow fields(static_cast<size_t>(columns_));
+  size_t from = 0;
+  for (size_t i = 0; i < place.end_count; ++i) {
+    fields[i] = FieldText::InBlock(place.start + from, place.End(i) - from);
+    from = place.End(i) + 1;
+  }
+  if (place.unescaped == nullptr) return fields;
+  const uint64_t start = LoadPlace(place.unescaped + 1);
+  const uint32_t* entry = place.unescaped + kUnescapedHead;
+  from = 0;
+  for (uint32_t i = 0; i < *place.unescaped; ++i, entry += kUnescapedWords) {
+    fields[entry[0]] = FieldText::InBlock(start + from, entry[1] - from);
+    from = entry[1];
+  }
+  return fields;
+}
+
+bool RowStore::AddLoaded(const LoadedRow& loaded, RowHandle& row) {
+  const std::span<const size_t> ends = loaded.ends;
   const size_t last_end = ends.empty() ? 0 : ends.back();
   const bool is_short = ends.size() < static_cast<size_t>(loaded_columns_);
   const bool wide = last_end > kMostNarrow;
   const bool changed = last_end > kMostWide;
+  const bool unescaped = !loaded.unescaped.empty();
   const size_t end_words = (is_short ? 1 : 0) + (wide ? ends.size() : (ends.size() + 1) / 2);
-  uint32_t* const record = AddRecord(kPlaceWords + (changed ? 0 : end_words), row);
+  const size_t unescaped_words = unescaped ? kUnescapedHead + kUnescapedWords * loaded.unescaped.size() : 0;
+  uint32_t* const record = AddRecord(kPlaceWords + (changed ? 0 : end_words + unescaped_words), row);
   if (record == nullptr) return false;
   if (changed) {
-    MakeChanged(row, FieldsInBlock(start, ends.size(), [ends](size_t i) { return ends[i]; }));
+    MakeChanged(row, FieldsOf(loaded));
     return true;
   }
-  StorePlace(record, start | (as_written ? kAsWritten : 0) | (is_short ? kShort : 0) | (wide ? kWide : 0));
+  StorePlace(record, loaded.start | (loaded.as_written ? kAsWritten : 0) | (is_short ? kShort : 0) |
+                         (wide ? kWide : 0) | (unescaped ? kUnescaped : 0));
   if (is_short) record[kPlaceWords] = static_cast<uint32_t>(ends.size());
-  PackEnds(ends, wide, record + kPlaceWords + (is_short ? 1 : 0));
+  uint32_t* const behind = PackEnds(ends, wide, record + kPlaceWords + (is_short ? 1 : 0));
+  if (unescaped) PackUnescaped(loaded, behind);
   return true;
 }
 
-bool RowStore::Append(const RowStore& behind, RowHandle& added) {
+bool RowStore::Append(RowStore&& behind, RowHandle& added) {
   uint32_t* const records = AddRecord(behind.words_used_, added);
   if (records == nullptr) return false;
   std::copy_n(behind.Record(0), behind.words_used_, records);
+  std::swap(blocks_[behind.unescaped_block_], behind.blocks_[behind.unescaped_block_]);
   return true;
 }
 
@@ -149,11 +209,30 @@ RowStore::Value RowStore::FieldAt(const Place& place, int field) const {
   const auto index = static_cast<size_t>(field);
   if (place.changed) {
     const ChangedRow& fields = changed_[place.start];
-    return index < fields.size() ? fields[index].Get(block_.data()) : std::nullopt;
+    return index < fields.size() ? fields[index].Get(blocks_) : std::nullopt;
   }
   if (index >= place.end_count) return std::nullopt;
+  if (place.unescaped != nullptr) {
+    if (const Value text = Unescaped(place, static_cast<uint32_t>(index))) return text;
+  }
   const size_t from = index == 0 ? 0 : place.End(index - 1) + 1;
-  return std::string_view(block_.data() + place.start + from, place.End(index) - from);
+  return std::string_view(blocks_.At(place.start) + from, place.End(index) - from);
+}
+
+RowStore::Value RowStore::Unescaped(const Place& place, uint32_t field) const {
+  const uint32_t* const entries = place.unescaped + kUnescapedHead;
+  // A row may have very many of them.
+  uint32_t first = 0;
+  for (uint32_t count = *place.unescaped; count > 0;) {
+    const uint32_t half = count / 2;
+    const bool below = entries[kUnescapedWords * (first + half)] < field;
+    first = below ? first + half + 1 : first;
+    count = below ? count - half - 1 : half;
+  }
+  const uint32_t* const entry = entries + kUnescapedWords * first;
+  if (first == *place.unescaped || entry[0] != field) return std::nullopt;
+  const uint32_t from = first == 0 ? 0 : entry[1 - static_cast<int>(kUnescapedWords)];
+  return std::string_view(blocks_.At(LoadPlace(place.unescaped + 1)) + from, entry[1] - from);
 }
 
 RowStore::Value RowStore::Get(RowHandle row, int field) const {
@@ -181,13 +260,13 @@ void RowStore::SetAll(RowHandle row, std::vector<FieldText> fields) {
 RowStore::Value RowStore::AsWritten(RowHandle row) const {
   const Place place = Find(row);
   if (!place.as_written || loaded_columns_ != columns_) return std::nullopt;
-  return std::string_view(block_.data() + place.start, place.End(place.end_count - 1));
+  return std::string_view(blocks_.At(place.start), place.End(place.end_count - 1));
 }
 
 RowStore::ChangedRow& RowStore::Change(RowHandle row) {
   const Place place = Find(row);
   if (place.changed) return changed_[place.start];
-  MakeChanged(row, FieldsInBlock(place.start, place.end_count, [&place](size_t i) { return place.End(i); }));
+  MakeChanged(row, FieldsOf(place));
   return changed_.back();
 }
 

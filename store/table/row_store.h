@@ -13,32 +13,55 @@
 
 namespace tessaro {
 
+// A field that was written with escapes; its text without them ends here, counted from that of the row's first such.
+struct UnescapedField {
+  size_t field = 0;
+  size_t end = 0;
+};
+
+// A row of the file: its start in the block, the ends of its fields counted from there, and those of them that were
+// written with escapes, in order, with the place of their texts in the row's own block of such texts. `as_written`
+// tells that its bytes from the start to the last end are just what would be written for it.
+struct LoadedRow {
+  size_t start = 0;
+  std::span<const size_t> ends;
+  size_t unescaped_start = 0;
+  std::span<const UnescapedField> unescaped;
+  bool as_written = false;
+};
+
 // The rows of a table without their order. A loaded row is a short record of where its fields lie in the block that the
 // file was read into; the first change of a field makes it a changed row, which owns what was changed and still points
-// into the block for the rest.
+// into the block for the rest. The block stays as it was read, so that unchanged rows can be written from it; a field
+// that was written with escapes has its text in a second block.
 //
 // A record is a run of 32-bit words: two for the row's place (its start in the block, or the number of the changed row)
 // and its kind, then for a loaded row the ends of its fields, counted from the start, two in a word, or one in a word
 // where the row is too long for that. Field k begins one byte past the end of field k - 1. A row that is shorter than
-// the table has the number of its ends in a word before them. A row of more than 4 GiB becomes a changed row.
+// the table has the number of its ends in a word before them. A row with unescaped fields goes on with their number,
+// two words for the place of their texts, and for each its number and its end. A row of more than 4 GiB becomes a
+// changed row.
 //
 // Fields count from 0 here; a field that a row does not have is null.
 class RowStore {
  public:
   using Value = std::optional<std::string_view>;
 
-  MemoryBlock& block() { return block_; }
+  // The block that the file is read into.
+  MemoryBlock& block() { return blocks_[RowBlocks::kFile]; }
 
   // Called once, before the first row: how many fields a row of the file has at most, and a guess how large it is.
-  void BeginLoading(int columns, size_t file_size);
-  // Adds a row of the file. `ends` counts from `start`; a row with fewer ends than columns has null fields at its end.
-  // `as_written` tells that its bytes from the start to the last end are just what would be written for it. False when
-  // the store is full.
-  bool AddLoaded(size_t start, std::span<const size_t> ends, bool as_written, RowHandle& row);
+  void BeginLoading(int columns, size_t file_size, bool second_half = false);
+  // Text of a field without its escapes, put behind what came before. False when there is no memory.
+  bool AddUnescaped(std::string_view text);
+  size_t unescaped_size() const { return unescaped_size_; }
+  // Adds a row of the file. A row with fewer ends than columns has null fields at its end. False when the store is
+  // full.
+  bool AddLoaded(const LoadedRow& loaded, RowHandle& row);
 
-  // Adds all rows of a store into which another part of the same block was loaded, with the same columns; none may have
-  // been changed. Their handles have grown by `added`. False when this store is full.
-  bool Append(const RowStore& behind, RowHandle& added);
+  // Adds all rows of a store into which the second half of the same file was loaded, with the same columns; none may
+  // have been changed. Their handles have grown by `added`. False when this store is full.
+  bool Append(RowStore&& behind, RowHandle& added);
 
   // Gives every row one more null field.
   void AddColumn();
@@ -63,6 +86,7 @@ class RowStore {
     uint64_t start = 0;  // in the block, or the number of the changed row
     const uint32_t* ends = nullptr;
     size_t end_count = 0;
+    const uint32_t* unescaped = nullptr;  // null when the row has no such fields
     bool as_written = false;
     bool changed = false;
     bool wide = false;
@@ -74,15 +98,20 @@ class RowStore {
   const uint32_t* Record(RowHandle row) const { return reinterpret_cast<const uint32_t*>(records_.data()) + row; }
   Place Find(RowHandle row) const;
   Value FieldAt(const Place& place, int field) const;
+  // The field of a loaded row that was written with escapes; null for any other.
+  Value Unescaped(const Place& place, uint32_t field) const;
   uint32_t* AddRecord(size_t words, RowHandle& row);
-  static void PackEnds(std::span<const size_t> ends, bool wide, uint32_t* words);
+  static uint32_t* PackEnds(std::span<const size_t> ends, bool wide, uint32_t* words);
+  void PackUnescaped(const LoadedRow& loaded, uint32_t* words) const;
   // The fields of a loaded row, null ones after the last end.
-  template <typename EndOf>
-  ChangedRow FieldsInBlock(uint64_t start, size_t count, EndOf end_of) const;
+  ChangedRow FieldsOf(const Place& place) const;
+  ChangedRow FieldsOf(const LoadedRow& loaded) const;
   ChangedRow& Change(RowHandle row);
   void MakeChanged(RowHandle row, ChangedRow fields);
 
-  MemoryBlock block_;
+  RowBlocks blocks_;
+  size_t unescaped_block_ = RowBlocks::kUnescaped;  // where those of this half go
+  size_t unescaped_size_ = 0;                       // bytes in it
   MemoryBlock records_;
   size_t words_used_ = 0;
   int columns_ = 0;

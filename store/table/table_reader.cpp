@@ -93,7 +93,7 @@ TableReader::TableReader(const TableReader& first, ReadableFile& file, size_t st
       columns_(first.columns_),
       ends_(first.ends_.size()) {
   content_.line_end = first.content_.line_end;
-  content_.rows.BeginLoading(first.content_.columns.size(), room_ - start);
+  content_.rows.BeginLoading(first.content_.columns.size(), room_ - start, true);
 }
 
 TableReader::~TableReader() = default;
@@ -194,13 +194,14 @@ bool TableReader::JoinSecondHalf() {
 
 bool TableReader::TakeOver(TableReader& second) {
   RowHandle added = 0;
-  if (!content_.rows.Append(second.content_.rows, added)) return false;
+  if (!content_.rows.Append(std::move(second.content_.rows), added)) return false;
   const RowOrder& order = second.content_.order;
   for (int i = 0; i < order.size(); ++i) content_.order.Append(order.At(i) + added);
   size_ = second.size_;
-  scan_ = second.scan_;
-  line_ = second.line_;
-  ends_.swap(second.ends_);
+  // A line that it had begun is looked at anew.
+  scan_ = second.line_.start;
+  line_ = {.start = scan_, .segment = scan_};
+  unescaped_.clear();
   return true;
 }
 
@@ -248,12 +249,12 @@ bool TableReader::ReadRows() {
 }
 
 // Handles marks, whose places count from `start`. False when more must be read to know what one of them means; that is
-// the next to look at. The mark that nearly all are, a separator in a line that has no escape, is handled right here.
+// the next to look at. The mark that nearly all are, a separator after a field without escapes, is handled right here.
 bool TableReader::FollowMarks(size_t start, std::span<const uint32_t> places) {
   Line line = line_;
   for (const uint32_t place : places) {
     const size_t at = start + place;
-    if (plain_ && text_[at] == separator_ && line.shift == 0 && line.fields < ends_.size()) {
+    if (plain_ && text_[at] == separator_ && !line.escaped && line.fields < ends_.size()) {
       ends_[line.fields++] = at - line.start;
       line.segment = at + 1;
       continue;
@@ -283,7 +284,7 @@ bool TableReader::FollowMark(size_t at) {
   return true;
 }
 
-// The escaped byte takes the place of its backslash. At the end of the file there is none, and the field is dropped.
+// At the end of the file no byte follows, and the field is dropped.
 bool TableReader::Unescape(size_t at) {
   size_t escaped = at + 1;
   if (escaped < size_ && text_[escaped] == '\r' && (escaped + 1 < size_ ? text_[escaped + 1] == '\n' : !at_end_)) {
@@ -291,33 +292,42 @@ bool TableReader::Unescape(size_t at) {
   }
   if (escaped >= size_) return at_end_;
   const char letter = text_[escaped];
-  if (line_.shift != 0) MoveSegment(at);
-  text_[at - line_.shift] = letter == 'n' || letter == 'N' ? '\n' : letter;
-  line_.shift += escaped - at;
+  const bool is_feed = letter == 'n' || letter == 'N';
+  if (line_.fields < columns_) {
+    if (unescaped_.empty() && !line_.escaped) line_.unescaped_start = content_.rows.unescaped_size();
+    AddUnescaped({text_ + line_.segment, at - line_.segment});
+    AddUnescaped(is_feed ? "\n" : std::string_view(&letter, 1));
+  }
+  const bool as_written = letter == 'n' || letter == '\\' || (letter == separator_ && !is_feed);
+  line_.odd |= !as_written || escaped != at + 1 || !plain_;
+  line_.escaped = true;
   line_.lost_returns += escaped - at - 1;
   line_.segment = escaped + 1;
   return true;
 }
 
-void TableReader::MoveSegment(size_t to) {
-  std::memmove(text_ + line_.segment - line_.shift, text_ + line_.segment, to - line_.segment);
+void TableReader::AddUnescaped(std::string_view text) {
+  full_ |= !content_.rows.AddUnescaped(text);
 }
 
 void TableReader::EndField(size_t at) {
-  if (line_.shift != 0) MoveSegment(at);
   if (line_.fields < columns_) {
     if (line_.fields == ends_.size()) ends_.resize(std::min(2 * ends_.size(), columns_));
-    ends_[line_.fields] = at - line_.shift - line_.start;
+    ends_[line_.fields] = at - line_.start;
+    if (line_.escaped) {
+      AddUnescaped({text_ + line_.segment, at - line_.segment});
+      unescaped_.push_back({line_.fields, content_.rows.unescaped_size() - line_.unescaped_start});
+    }
   }
   ++line_.fields;
+  line_.escaped = false;
   line_.segment = at + 1;
 }
 
 void TableReader::EndLine(size_t at) {
   const bool has_return = at > line_.segment && text_[at - 1] == '\r';
   EndField(at - (has_return ? 1 : 0));
-  const bool as_written =
-      line_.shift == 0 && line_.fields == columns_ && has_return == (content_.line_end == LineEnd::CrLf);
+  const bool as_written = !line_.odd && line_.fields == columns_ && has_return == (content_.line_end == LineEnd::CrLf);
   AddRow(as_written);
   Count(at + 1 - line_.start - line_.lost_returns - (has_return ? 1 : 0));
   line_ = {.start = at + 1, .segment = at + 1};
@@ -332,11 +342,17 @@ void TableReader::EndFile() {
 
 void TableReader::AddRow(bool as_written) {
   RowHandle row = 0;
-  if (content_.rows.AddLoaded(line_.start, {ends_.data(), std::min(line_.fields, columns_)}, as_written, row)) {
+  const LoadedRow loaded = {.start = line_.start,
+                            .ends = {ends_.data(), std::min(line_.fields, columns_)},
+                            .unescaped_start = line_.unescaped_start,
+                            .unescaped = unescaped_,
+                            .as_written = as_written};
+  if (content_.rows.AddLoaded(loaded, row)) {
     content_.order.Append(row);
   } else {
     full_ = true;
   }
+  unescaped_.clear();
 }
 
 void TableReader::Count(size_t characters) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "store/table/table_content.h"
@@ -16,8 +17,8 @@ class ReadableFile;
 class Progress;
 
 // Reads a table file into an empty content, once. The file is read piece by piece into one block, and each piece is
-// taken apart while it is still in the processor's cache. Escapes are undone in place: the text of a row after an
-// escape moves to the front, so that every field still is one run of bytes.
+// taken apart while it is still in the processor's cache. The block stays as it was read; a field with escapes gets a
+// text without them elsewhere, so that every field is one run of bytes.
 //
 // The second half of a large file is read on a thread of its own, from the first line end after the middle that is one
 // whatever stands before it; its rows then are put after those of the first half.
@@ -37,12 +38,13 @@ class TableReader {
  private:
   struct SecondHalf;
 
-  // The line being read. It has lost `shift` bytes so far: the text from `segment` on belongs `shift` bytes further to
-  // the front.
+  // The line being read.
   struct Line {
     size_t start = 0;
-    size_t segment = 0;
-    size_t shift = 0;
+    size_t segment = 0;          // of the field: what follows its last escape
+    bool escaped = false;        // the field has an escape
+    bool odd = false;            // an escape is not what would be written
+    size_t unescaped_start = 0;  // of the texts without escapes
     size_t lost_returns = 0;
     size_t fields = 0;
   };
@@ -66,7 +68,7 @@ class TableReader {
   void EndField(size_t at);
   void EndLine(size_t at);
   void EndFile();
-  void MoveSegment(size_t to);
+  void AddUnescaped(std::string_view text);
   void AddRow(bool as_written);
   void Count(size_t characters);
 
@@ -87,7 +89,8 @@ class TableReader {
   bool full_ = false;
   size_t first_line_ = 0;  // where that of a second half starts
   Line line_;
-  std::vector<size_t> ends_;          // of the fields of the line
+  std::vector<size_t> ends_;  // of the fields of the line
+  std::vector<UnescapedField> unescaped_;
   std::atomic<int64_t> counted_ = 0;  // characters
   std::unique_ptr<ReadableFile> rest_of_file_;
   std::unique_ptr<SecondHalf> second_half_;

@@ -157,6 +157,16 @@ TEST(TableReader, ReadsTwoHalvesAsOneWhole) {
   }
 }
 
+// A row is written from what was read as long as that is just what would be written for it, with or without escapes.
+TEST(TableReader, KnowsWhichRowsStandAsTheyWouldBeWritten) {
+  const std::pair<std::string, bool> rows[] = {
+      {"1;2;3", true},   {"a\\nb;\\\\;\\;\\n", true}, {";;\\\\\\n", true}, {"\\N;;", false},   {"\\x;;", false},
+      {";;\\\r", false}, {"a\\\nb;;", false},         {"1;2", false},      {"1;2;3;4", false}, {"1;2;3\r", false}};
+  for (const auto& [row, as_written] : rows) {
+    EXPECT_EQ(Reading("A;B;C\n" + row + "\n", 0, false).find("\n=") != std::string::npos, as_written) << row;
+  }
+}
+
 // The middle lies at a place of its own in each of these: between backslashes, before a carriage return, ...
 TEST(TableReader, FindsTheFirstLineBehindTheMiddle) {
   const size_t middle = 2 * ContentHash::kPiece;
