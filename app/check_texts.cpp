@@ -48,6 +48,13 @@ QString SummaryText(const DeckReport& report) {
   return parts.join(u", "_s);
 }
 
+QString PutAsideText(const std::vector<ChangesPutAside>& put_aside) {
+  if (put_aside.empty()) return {};
+  QString text = u"\n\nBeiseite gelegte Antworten:"_s;
+  for (const ChangesPutAside& changes : put_aside) text += u'\n' + FromPath(changes.path.filename());
+  return text;
+}
+
 QString FaultText(const DeckFinding& finding) {
   switch (finding.fault) {
     case DeckFault::MissingId:

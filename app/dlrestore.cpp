@@ -49,6 +49,12 @@ void TF_dlrestore::AddOffer(const BackupOffer& offer) {
   item->setText(Size, locale.formattedDataSize(static_cast<qint64>(offer.bytes), 1, QLocale::DataSizeSIFormat));
   item->setTextAlignment(Cards, Qt::AlignRight | Qt::AlignVCenter);
   item->setTextAlignment(Size, Qt::AlignRight | Qt::AlignVCenter);
+  if (offer.put_aside) {
+    item->setText(Cards, u"%1 geändert"_s.arg(locale.toString(static_cast<qlonglong>(*offer.put_aside))));
+    item->setText(Remark, offer.fit ? u"Beiseite gelegte Antworten"_s
+                                    : u"Beiseite gelegte Antworten zu einem anderen Stand der Kartei"_s);
+    item->setDisabled(!offer.fit);
+  }
   if (offer.last_save) item->setText(Remark, u"Stand vor dem letzten Speichern"_s);
   item->setToolTip(Saved, FromPath(offer.path));
   if (offer.cards && ui_->ListBackups->selectedItems().isEmpty()) ui_->ListBackups->setCurrentItem(item);

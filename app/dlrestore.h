@@ -21,6 +21,9 @@ struct BackupOffer {
   uint64_t bytes = 0;
   std::optional<int64_t> cards;  // nothing when the file is damaged
   bool last_save = false;        // the backup beside the card file: its state before the last save
+  // Changes that were put aside, of so many cards; they can be taken over only if they fit the state of the cards.
+  std::optional<int64_t> put_aside = {};
+  bool fit = true;
 };
 
 // Offers the backups of a card file, and a free choice of a file.

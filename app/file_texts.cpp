@@ -18,13 +18,44 @@ QChar DriveOf(const std::filesystem::path& target) {
   return root.empty() ? u'/' : QChar::fromLatin1(root.front());
 }
 
-QString InUseText(const LockHolder& holder) {
+// The name of the file after the text, which may be about any.
+QString Named(const QString& text, const std::filesystem::path& path) {
+  return text + u"\n\n"_s + FromPath(path.filename());
+}
+
+QString InUseText(const OpenReport& report) {
+  const LockHolder& holder = report.in_use_by;
   const QString by = holder == LockHolder()
                          ? QString()
                          : u"\n(Rechner %1, Prozess %2)"_s.arg(QString::fromLocal8Bit(holder.machine),
                                                                QString::fromLocal8Bit(holder.process));
-  return u"\nDie Kartei ist schon in einem\nanderen Programmfenster geöffnet%1.\nBitte schließen Sie sie dort zuerst."_s
-      .arg(by);
+  const QString twin = report.twin.empty()
+                           ? QString()
+                           : u"\n\nDie Kartei %1 im selben Ordner benutzt dieselben\nIndexdateien und Einstellungen: "
+                             u"Nur eine der beiden\nkann geöffnet sein."_s.arg(FromPath(report.twin.filename()));
+  return u"\nDie Kartei ist schon in einem\nanderen Programmfenster geöffnet%1.\nBitte schließen Sie sie dort zuerst.%2"_s
+      .arg(by, twin);
+}
+
+// One message of why, without the name.
+QString ReasonText(const OpenReport& report) {
+  switch (report.result) {
+    case OpenResult::Opened:
+      return {};
+    case OpenResult::WrongType:
+      return u"\nDateityp ist falsch."_s;
+    case OpenResult::CannotOpen:
+      return u"\nDatei kann nicht\ngeöffnet werden"_s;
+    case OpenResult::CannotLoad:
+      return u"\nKartei kann nicht\ngeladen werden.\nSiehe Hilfeindex."_s;
+    case OpenResult::Unusable:
+      return u"\nDie Kartei ist unbrauchbar.\nBenutzen Sie bitte\n<Karteikasten><Restore>"_s;
+    case OpenResult::InUse:
+      return InUseText(report);
+    case OpenResult::NoLock:
+      return u"\nDie Kartei kann nicht vor anderen Programmen\ngeschützt und darum nicht zurückgeholt werden."_s;
+  }
+  return {};
 }
 
 QString MomentText(int64_t time) {
@@ -88,27 +119,43 @@ QString StageSizeText(FileStage stage, uint64_t file_size) {
   }
 }
 
-QString RefusalText(OpenResult result, const LockHolder& in_use_by) {
-  switch (result) {
-    case OpenResult::Opened:
-      return {};
-    case OpenResult::WrongType:
-      return u"\nDateityp ist falsch."_s;
-    case OpenResult::CannotOpen:
-      return u"\nDatei kann nicht\ngeöffnet werden"_s;
-    case OpenResult::CannotLoad:
-      return u"\nKartei kann nicht\ngeladen werden.\nSiehe Hilfeindex."_s;
-    case OpenResult::Unusable:
-      return u"\nDie Kartei ist unbrauchbar.\nBenutzen Sie bitte\n<Karteikasten><Restore>"_s;
-    case OpenResult::InUse:
-      return InUseText(in_use_by);
+QString RefusalText(const OpenReport& report, const std::filesystem::path& path) {
+  return report.result == OpenResult::Opened ? QString() : Named(ReasonText(report), path);
+}
+
+QString NoLockText(const std::filesystem::path& path) {
+  return Named(
+      u"\nDie Kartei kann nicht davor geschützt werden,\ndass ein zweites Programm sie zugleich ändert.\nDer Ordner "
+      u"ist "
+      u"vielleicht schreibgeschützt.\n\nSie ist darum nur zum Lesen geöffnet; Änderungen\nkönnen Sie unter einem "
+      u"anderen "
+      u"Namen speichern."_s,
+      path);
+}
+
+QString TiesText(const FileTies& ties, const std::filesystem::path& path) {
+  if (ties.protected_from_writing) {
+    return Named(u"\nDie Datei ist schreibgeschützt.\nSoll sie trotzdem ersetzt werden?"_s, path);
   }
-  return {};
+  if (!ties.has_other_names) return {};
+  return Named(
+      u"\nDie Datei hat auf der Platte noch andere Namen\n(feste Verknüpfungen). Beim Speichern entsteht eine\nneue "
+      u"Datei; die anderen Namen behalten den alten Stand.\n\nSoll sie ersetzt werden?"_s,
+      path);
 }
 
 QStringList RemarkTexts(const OpenReport& report) {
   QStringList remarks;
-  if (report.learn_index_rebuilt || report.link_index_rebuilt) {
+  if (report.cut_save != CutSave::None) {
+    remarks
+        << (report.cut_save == CutSave::Finished
+                ? u"\nDas letzte Speichern wurde kurz vor seinem Ende unterbrochen.\nEs ist jetzt abgeschlossen, "
+                  u"nichts "
+                  u"fehlt."_s
+                : u"\nDas letzte Speichern wurde unterbrochen, die Kartei hatte\nkeinen Namen mehr. Sie ist jetzt auf "
+                  u"dem Stand davor."_s);
+  }
+  if (report.index_unfit) {
     remarks << u"\nIndexfehler,\nversuche Neuaufbau."_s;
   }
   if (report.index_defect != IndexDefect::None) remarks << DefectText(report.index_defect);
@@ -143,18 +190,20 @@ QString DefectText(IndexDefect defect) {
   return {};
 }
 
-QString FailureText(SaveResult result) {
+QString FailureText(SaveResult result, const std::filesystem::path& path) {
   switch (result) {
     case SaveResult::Saved:
       return {};
+    case SaveResult::ReadOnly:
+      return Named(u"\nDie Kartei ist nur zum Lesen geöffnet.\nSpeichern Sie sie unter einem anderen Namen."_s, path);
     case SaveResult::CardsFailed:
-      return u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s;
+      return Named(u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s, path);
     case SaveResult::LearnIndexFailed:
-      return u"\nFehler Speichern Lernindex.\nSiehe Hilfeindex!"_s;
+      return Named(u"\nFehler Speichern Lernindex.\nSiehe Hilfeindex!"_s, path);
     case SaveResult::LinkIndexFailed:
-      return u"\nFehler Speichern Linkindex.\nSiehe Hilfeindex!"_s;
+      return Named(u"\nFehler Speichern Linkindex.\nSiehe Hilfeindex!"_s, path);
     case SaveResult::SettingsFailed:
-      return u"\nDie Karten sind gespeichert,\naber nicht die Einstellungen der Kartei."_s;
+      return Named(u"\nDie Karten sind gespeichert,\naber nicht die Einstellungen der Kartei."_s, path);
   }
   return {};
 }

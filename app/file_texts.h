@@ -17,16 +17,20 @@ QString StatusText(FileStage stage);
 // The second half of the status line while a file is loaded: "Dateigröße: 1234 Bytes". Empty while saving.
 QString StageSizeText(FileStage stage, uint64_t file_size);
 
-// Why a card file was not opened; empty for Opened. `in_use_by` as in OpenReport.
-QString RefusalText(OpenResult result, const LockHolder& in_use_by = {});
+// Why the card file of this name was not opened; empty for Opened.
+QString RefusalText(const OpenReport& report, const std::filesystem::path& path);
+// Whether a file that other programs cannot be kept away from is to be changed all the same.
+QString NoLockText(const std::filesystem::path& path);
+// Whether a file that is not ours alone may be replaced; empty when nothing speaks against it.
+QString TiesText(const FileTies& ties, const std::filesystem::path& path);
 // Whether changes that an earlier run could not save are to be taken over.
 QString UnsavedText(const UnsavedChanges& unsaved);
 // What the user should know of a card file that was opened, one message each.
 QStringList RemarkTexts(const OpenReport& report);
 // That an index could not be built; empty for None.
 QString DefectText(IndexDefect defect);
-// Empty for Saved.
-QString FailureText(SaveResult result);
+// What was not saved of the card file of this name; empty for Saved.
+QString FailureText(SaveResult result, const std::filesystem::path& path);
 
 QString LowSpaceText(SaveKind kind);
 // Free bytes of the drive and bytes that the card file needs.

@@ -123,9 +123,27 @@ void TFrameBegin::ShowNoFile() {
   ui_->PanelSamples->show();
 }
 
+void TFrameBegin::ShowName(const std::filesystem::path& path) {
+  ui_->LabelName->setText(FromPath(path.stem()));
+  ui_->LabelFolder->setText(QDir::toNativeSeparators(FromPath(path.parent_path())));
+}
+
+void TFrameBegin::ShowLoading(const std::filesystem::path& path) {
+  ShowName(path);
+  for (QLabel* figure : {ui_->FigureCards, ui_->FigureNew, ui_->FigureKnown, ui_->FigureUnknown, ui_->FigureDue}) {
+    figure->setText(u"…"_s);
+  }
+  ui_->LabelNavigation->hide();
+  ui_->LabelAdvice->setText(u"Die Kartei wird geladen."_s);
+  for (QPushButton* button : {ui_->ButtonLearn, ui_->ButtonReihe, ui_->ButtonLeitner}) button->setEnabled(false);
+  ui_->PanelEmpty->hide();
+  ui_->PanelSamples->hide();
+  ui_->PanelFile->show();
+}
+
 void TFrameBegin::ShowFile(const BeginFile& file) {
-  ui_->LabelName->setText(FromPath(file.path.stem()));
-  ui_->LabelFolder->setText(QDir::toNativeSeparators(FromPath(file.path.parent_path())));
+  ShowName(file.path);
+  for (QPushButton* button : {ui_->ButtonLearn, ui_->ButtonReihe, ui_->ButtonLeitner}) button->setEnabled(true);
   Renew(file);
   ui_->PanelEmpty->hide();
   ui_->PanelSamples->hide();

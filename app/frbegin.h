@@ -34,6 +34,8 @@ class TFrameBegin : public QFrame {
   ~TFrameBegin() override;
 
   void ShowNoFile();
+  // That this card file is being loaded; ShowFile or ShowNoFile follows.
+  void ShowLoading(const std::filesystem::path& path);
   void ShowFile(const BeginFile& file);
   // Shows the figures of the same card file anew; the focus stays where it is.
   void Renew(const BeginFile& file);
@@ -62,6 +64,7 @@ class TFrameBegin : public QFrame {
   using FileSignal = void (TFrameBegin::*)(const QString& path);
 
   void SetFonts();
+  void ShowName(const std::filesystem::path& path);
   void ShowFigures(const CardFigures& figures);
   void AddFileButton(QVBoxLayout& list, const std::filesystem::path& path, std::string_view icon,
                      const QString& description, FileSignal signal);

@@ -6,10 +6,12 @@
 #include <QTranslator>
 #include <cstdio>
 #include <exception>
+#include <optional>
 
 #include "app/crdlogo.h"
 #include "app/program.h"
 #include "app/program_options.h"
+#include "app/single_instance.h"
 #include "app/wnmain.h"
 #include "widgets/desktop_colours.h"
 #include "widgets/icons.h"
@@ -70,11 +72,20 @@ int RunProgram(Application& application, const ProgramOptions& options) {
   RealRandom random;
   BoxMessages messages;
   ThreadBackground background;
+  const std::filesystem::path card_file =
+      options.card_file.empty() ? std::filesystem::path() : RealDisk().Resolve(options.card_file);
+  const QString instance = SingleInstance::NameFor(places.settings);
+  if (!options.another && SingleInstance::HandOver(instance, card_file)) return EXIT_SUCCESS;
   Program program({RealDisk(), clock, random, messages, &background}, places);
   program.file().journal().FlushInBackground();
-  program.main_window().show();
-  if (options.splash) TF_Crdlogo::ShowOver(program.main_window());
-  if (!options.card_file.empty()) program.main_window().OpenLater(RealDisk().Resolve(options.card_file));
+  TF_wnmain& window = program.main_window();
+  std::optional<SingleInstance> first;
+  if (!options.another) {
+    QObject::connect(&first.emplace(instance), &SingleInstance::OtherStart, &window, &TF_wnmain::OpenForOtherStart);
+  }
+  if (!card_file.empty()) window.OpenAtStart(card_file);
+  window.show();
+  if (options.splash) TF_Crdlogo::ShowOver(window);
   const int result = QApplication::exec();
   if (!application.failure().isEmpty()) ShowFailure(application.failure());
   return result;
@@ -82,7 +93,8 @@ int RunProgram(Application& application, const ProgramOptions& options) {
 
 int Main(int argc, char** argv) {
   QStringList arguments;
-  for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
+  // Names of files need not be text.
+  for (int i = 0; i < argc; ++i) arguments << FromPath(argv[i]);
   const ProgramOptions options = ReadOptions(arguments);
   if (options.show_help) return Print(stdout, HelpText()), EXIT_SUCCESS;
   if (options.show_version) return Print(stdout, u"Tessaro 3.0\n"_s), EXIT_SUCCESS;

@@ -26,9 +26,10 @@ ProgramOptions ReadOptions(const QStringList& arguments) {
   const QCommandLineOption settings(u"settings"_s, {}, u"DATEI"_s);
   const QCommandLineOption palette(u"palette"_s, {}, u"NAME"_s);
   const QCommandLineOption no_splash(u"no-splash"_s);
+  const QCommandLineOption another(u"new"_s);
   const QCommandLineOption help(QStringList{u"h"_s, u"help"_s});
   const QCommandLineOption version(QStringList{u"v"_s, u"version"_s});
-  parser.addOptions({settings, palette, no_splash, help, version});
+  parser.addOptions({settings, palette, no_splash, another, help, version});
 
   ProgramOptions options;
   if (!parser.parse(arguments)) {
@@ -42,6 +43,7 @@ ProgramOptions ReadOptions(const QStringList& arguments) {
   options.settings = ToPath(parser.value(settings));
   if (parser.isSet(palette)) ReadTheme(parser.value(palette), options);
   options.splash = !parser.isSet(no_splash) && files.isEmpty();
+  options.another = parser.isSet(another);
   options.show_help = parser.isSet(help);
   options.show_version = parser.isSet(version);
   return options;
@@ -56,6 +58,8 @@ Lernen mit Karteikarten. Eine angegebene Kartei wird gleich geöffnet.
                         Sicherungen stehen dann im Ordner daneben
   --palette light|dark  helle oder dunkle Fenster statt der Farben des Desktops
   --no-splash           ohne Startbild
+  --new                 ein eigenes Programm, auch wenn schon eines läuft;
+                        sonst öffnet dieses die Kartei
   -h, --help            diese Hilfe
   -v, --version         Version
 )"_s;

@@ -14,6 +14,7 @@ struct ProgramOptions {
   std::filesystem::path settings;  // another tessaro.ini; empty = the user's own
   Theme theme = Theme::Desktop;
   bool splash = true;
+  bool another = false;  // another process, though one is running
   bool show_help = false;
   bool show_version = false;
   QString mistake;  // what cannot be understood, in words; empty = nothing

@@ -1,11 +1,13 @@
 #include "app/wnmain.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QMenu>
 #include <QMimeData>
 #include <QTimer>
 #include <QUrl>
+#include <utility>
 
 #include "app/commands.h"
 #include "app/frbegin.h"
@@ -58,6 +60,7 @@ void TF_wnmain::ConnectSignals() {
   connect(ui_->FrameBegin, &TFrameBegin::NewWanted, this, &TF_wnmain::FileNewExecute);
   connect(ui_->FrameBegin, &TFrameBegin::CheckWanted, this, &TF_wnmain::KarteiPruefenExecute);
   connect(&check_timer_, &QTimer::timeout, this, &TF_wnmain::ContinueCheck);
+  connect(&waiting_timer_, &QTimer::timeout, this, &TF_wnmain::OpenWaitingFile);
   connect(ui_->FrameBegin, &TFrameBegin::LearnWanted, this, &TF_wnmain::LernStartExecute);
   connect(ui_->FrameBegin, &TFrameBegin::RowOrderWanted, this,
           [this] { program_.OpenLearning(MethodChoice{.method = Method::RowOrder}); });
@@ -83,6 +86,46 @@ void TF_wnmain::MakeStatusLine() {
 
 void TF_wnmain::OpenLater(const std::filesystem::path& path) {
   QTimer::singleShot(0, this, [this, path] { OpenFile(path); });
+}
+
+bool TF_wnmain::event(QEvent* event) {
+  const bool handled = QMainWindow::event(event);
+  if (event->type() == QEvent::Paint && !at_start_.empty()) QTimer::singleShot(0, this, &TF_wnmain::OpenStartFile);
+  return handled;
+}
+
+void TF_wnmain::OpenAtStart(const std::filesystem::path& path) {
+  constexpr int kPaintedAtLast = 500;  // milliseconds: a window that starts as an icon is not painted
+  at_start_ = path;
+  ui_->FrameBegin->ShowLoading(path);
+  QTimer::singleShot(kPaintedAtLast, this, &TF_wnmain::OpenStartFile);
+}
+
+void TF_wnmain::OpenStartFile() {
+  if (at_start_.empty()) return;
+  if (!OpenFile(std::exchange(at_start_, {})) && !file_.IsOpen()) ShowStartPage();
+}
+
+void TF_wnmain::OpenForOtherStart(const std::filesystem::path& path) {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  show();
+  QWidget* const dialog = QApplication::activeModalWidget();
+  QWidget* const front = dialog != nullptr ? dialog : this;
+  front->raise();
+  front->activateWindow();
+  if (path.empty()) return;
+  waiting_ = path;
+  OpenWaitingFile();
+}
+
+void TF_wnmain::OpenWaitingFile() {
+  constexpr int kLookEvery = 200;  // milliseconds
+  if (LongWork::Running() || QApplication::activeModalWidget() != nullptr) return waiting_timer_.start(kLookEvery);
+  waiting_timer_.stop();
+  // It may be that of this window.
+  const std::filesystem::path path = std::exchange(waiting_, {});
+  if (path.empty() || program_.disk().Resolve(path) == file_.paths().cards) return;
+  OpenLater(path);
 }
 
 void TF_wnmain::LernStartExecute() {
@@ -156,11 +199,15 @@ void TF_wnmain::dropEvent(QDropEvent* event) {
   OpenLater(ToPath(path));
 }
 
-void TF_wnmain::ShowState() {
-  const bool open = file_.IsOpen();
-  ShowLearningCommands();
-  setWindowTitle(open ? u"%1[*] - %2"_s.arg(FromPath(file_.paths().cards.filename()), kTitle) : QString(kTitle));
+void TF_wnmain::ShowTitle() {
+  const QString name = FromPath(file_.paths().cards.filename()) + (file_.read_only() ? u" (nur lesen)"_s : QString());
+  setWindowTitle(file_.IsOpen() ? u"%1[*] - %2"_s.arg(name, kTitle) : QString(kTitle));
   setWindowModified(file_.changed());
+}
+
+void TF_wnmain::ShowState() {
+  ShowLearningCommands();
+  ShowTitle();
   ShowRecent();
   ShowStartPage();
   BeginCheck();

@@ -38,6 +38,11 @@ class TF_wnmain : public QMainWindow {
   bool OpenFile(const std::filesystem::path& path);
   // Opens it as soon as the message loop runs.
   void OpenLater(const std::filesystem::path& path);
+  // The same once the window has been painted, which says until then that the file is being loaded.
+  void OpenAtStart(const std::filesystem::path& path);
+  // Comes to the front for another start of the program, and opens the file that it was given, if any, when no dialog
+  // is open.
+  void OpenForOtherStart(const std::filesystem::path& path);
 
   void FileOpenExecute();
   void FileNewExecute();
@@ -56,6 +61,7 @@ class TF_wnmain : public QMainWindow {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
+  bool event(QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
@@ -70,19 +76,30 @@ class TF_wnmain : public QMainWindow {
   // Saving is also asked for by the learning window, and its questions stand over that.
   QWidget* Asker();
   bool MayOverwrite();
+  // Asks before a file is replaced that is protected from writing or has other names.
+  bool MayReplace(const std::filesystem::path& target);
+  void OpenStartFile();
+  void OpenWaitingFile();
   // Samples are opened as copies in the user's own folder.
   bool LoadFile(const std::filesystem::path& chosen);
   std::optional<std::filesystem::path> OwnFile(const std::filesystem::path& chosen);
   bool IsOpenFile(const std::filesystem::path& path) const;
-  // Empty when the user chose none.
-  std::filesystem::path ChooseTarget(const QString& title);
+  // Empty when the user chose none that may be written.
+  std::filesystem::path ChooseTarget(const QString& title, const std::filesystem::path& proposed);
+  // A name beside the open card file for a copy of it that is not there yet.
+  std::filesystem::path CopyName() const;
   // Shows the free and the needed space. The result is the warning that it may run short, or empty.
   QString TellSpace(SaveKind kind, const std::filesystem::path& target);
   // Runs one of the ways to save and says what came of it. The warning stands in the status line to the end.
   using SaveStep = std::function<SaveResult(const StageObserver& observer)>;
-  SaveResult Write(const QString& warning, const SaveStep& save);
+  SaveResult Write(const std::filesystem::path& target, const QString& warning, const SaveStep& save);
+  // That a file was saved which other programs cannot be kept away from.
+  void TellIfNotLocked();
   StageObserver ShowStages(LongWork& work);
-  void Tell(const OpenReport& report);
+  // What came of opening the card file of this name.
+  void Tell(OpenReport report, const std::filesystem::path& path);
+  // Asks whether a file that was opened for reading only is to be changed all the same.
+  void AskToWrite(OpenReport& report);
   // Asks whether to take over what an earlier run could not save, and does so.
   void AskForUnsaved(const UnsavedChanges& unsaved);
   void TellThatChangesAreNotKept();
@@ -100,10 +117,12 @@ class TF_wnmain : public QMainWindow {
   void ShowGenerationResult(GenerationResult result);
   // The backups of a card file, that of the last save first.
   std::vector<BackupOffer> BackupsOf(const std::filesystem::path& cards);
+  void TakeOverPutAside(const std::filesystem::path& changes);
   // Lets the user choose what is to be restored over the card file `cards`; empty when nothing.
   std::filesystem::path ChooseBackup(const std::filesystem::path& cards);
 
   void ShowState();
+  void ShowTitle();
   void ShowLearningCommands();
   // How the open card file stands now.
   BeginFile LookAtFile();
@@ -123,9 +142,13 @@ class TF_wnmain : public QMainWindow {
   std::unique_ptr<DeckCheck> check_;  // the one that is under way
   std::filesystem::path checked_;     // the card file that the start page shows findings of
   int64_t figures_at_ = 0;            // when the figures of the start page were looked up
-  std::filesystem::path refused_;     // the card file that could not be opened last; its backups are offered
-  QLabel label_status_;               // what is or was done
-  QLabel label_sizes_;                // sizes of files and drives
+  std::filesystem::path at_start_;    // to be opened once the window has been painted
+  std::filesystem::path waiting_;     // to be opened when no dialog is open
+  QTimer waiting_timer_;
+  std::filesystem::path replaced_anyway_;  // the file of which the user said so last
+  std::filesystem::path refused_;          // the card file that could not be opened last; its backups are offered
+  QLabel label_status_;                    // what is or was done
+  QLabel label_sizes_;                     // sizes of files and drives
 };
 
 }  // namespace tessaro

@@ -31,6 +31,17 @@ QDateTime FromLocalTime(const LocalTime& time) {
   return {QDate(time.year, time.month, time.day), QTime(time.hour, time.minute, std::min(time.second, 59))};
 }
 
+void AddPutAside(const CardFile& file, const Disk& disk, std::vector<BackupOffer>& offers) {
+  for (const ChangesPutAside& aside : file.ListPutAside()) {
+    offers.push_back({.path = aside.path,
+                      .saved = QDateTime::fromSecsSinceEpoch(aside.changes.last),
+                      .bytes = disk.State(aside.path).value_or(FileState()).size,
+                      .cards = {},
+                      .put_aside = aside.changes.cards,
+                      .fit = aside.fit && !file.changed()});
+  }
+}
+
 }  // namespace
 
 void TF_wnmain::KeepGeneration() {
@@ -64,6 +75,7 @@ std::vector<BackupOffer> TF_wnmain::BackupsOf(const fs::path& cards) {
                       .cards = CountCardsIn(program_.disk(), last),
                       .last_save = true});
   }
+  if (cards == file_.paths().cards) AddPutAside(file_, program_.disk(), offers);
   if (program_.places().backups.empty()) return offers;
   for (const Generation& generation : GenerationFolder(program_.disk(), program_.places().backups).Of(cards)) {
     offers.push_back({.path = generation.path,
@@ -83,6 +95,18 @@ fs::path TF_wnmain::ChooseBackup(const fs::path& cards) {
   return ToPath(program_.messages().ChooseFileToOpen(this, u"Restore"_s, LastFolder(), kBackups));
 }
 
+void TF_wnmain::TakeOverPutAside(const fs::path& changes) {
+  bool taken = false;
+  {
+    LongWork work(this, program_.clock());
+    taken = file_.TakeOverPutAside(changes, ShowStages(work));
+  }
+  ShowState();
+  if (taken) return ShowStatus(u"Änderungen übernommen, noch nicht gespeichert"_s);
+  program_.messages().Error(
+      this, u"\nDie Änderungen passen nicht\nzum Stand der Kartei.\n\n%1"_s.arg(FromPath(changes.filename())));
+}
+
 void TF_wnmain::MRestoreClick() {
   if (!LeaveFile()) return;
   const fs::path cards = file_.IsOpen() ? file_.paths().cards : refused_;
@@ -90,13 +114,14 @@ void TF_wnmain::MRestoreClick() {
   if (chosen.empty()) return;
   // Without an open file a dated copy does not tell by its name which card file it is of.
   const bool of_refused = !file_.IsOpen() && chosen.parent_path() == program_.places().backups;
+  if (chosen.extension() == PathsFor(cards).journal.extension()) return TakeOverPutAside(chosen);
   OpenReport report;
   {
     LongWork work(this, program_.clock());
     report = of_refused && !cards.empty() ? file_.RestoreAs(cards, chosen, ShowStages(work))
                                           : file_.Restore(chosen, ShowStages(work));
   }
-  Tell(report);
+  Tell(report, of_refused ? cards : chosen);
 }
 
 }  // namespace tessaro

@@ -89,13 +89,15 @@ void TF_wnmain::KarteiPruefenExecute() {
   const DeckReport report = CheckNow();
   if (report.findings.empty()) {
     ShowCheck(report);
-    return program_.messages().Information(
-        this, report.cards == 1
-                  ? u"\nDie Kartei ist in Ordnung.\nEine Karte geprüft."_s
-                  : u"\nDie Kartei ist in Ordnung.\n%1 Karten geprüft."_s.arg(QLocale().toString(report.cards)));
+    const QString good =
+        report.cards == 1 ? u"\nDie Kartei ist in Ordnung.\nEine Karte geprüft."_s
+                          : u"\nDie Kartei ist in Ordnung.\n%1 Karten geprüft."_s.arg(QLocale().toString(report.cards));
+    return program_.messages().Information(this, good + PutAsideText(file_.ListPutAside()));
   }
   TF_dlcheck dialog(file_, report, this);
   if (dialog.exec() == QDialog::Accepted) RepairNow(dialog.Chosen());
+  const QString put_aside = PutAsideText(file_.ListPutAside());
+  if (!put_aside.isEmpty()) program_.messages().Information(this, put_aside);
   check_timer_.stop();
   ShowCheck(CheckNow());
 }

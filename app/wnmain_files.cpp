@@ -40,6 +40,10 @@ int64_t RangeOf(FileStage stage, uint64_t size, const CardFile& file) {
   }
 }
 
+bool IsLoadOfIndex(FileStage stage) {
+  return stage == FileStage::LoadLearnIndex || stage == FileStage::LoadLinkIndex;
+}
+
 }  // namespace
 
 QString TF_wnmain::LastFolder() const {
@@ -50,11 +54,14 @@ QString TF_wnmain::LastFolder() const {
 }
 
 StageObserver TF_wnmain::ShowStages(LongWork& work) {
-  const auto begun = [this, &work](FileStage stage, uint64_t size) {
+  const auto begun = [this, &work, no_index = false](FileStage stage, uint64_t size) mutable {
+    no_index = no_index || (IsLoadOfIndex(stage) && size == 0);
     const QString size_text = StageSizeText(stage, size);
     if (!size_text.isEmpty()) label_sizes_.setText(size_text);
     // While saving cards the status line may hold the warning of little space: it stays.
-    if (stage != FileStage::SaveCards) ShowStatus(StatusText(stage));
+    if (stage != FileStage::SaveCards) {
+      ShowStatus(no_index && !IsLoadOfIndex(stage) ? u"Indextabellen werden aufgebaut"_s : StatusText(stage));
+    }
     work.NextStage(StageText(stage), RangeOf(stage, size, file_));
   };
   return {begun, &work};
@@ -108,22 +115,36 @@ bool TF_wnmain::LoadFile(const fs::path& chosen) {
     AddRecentFile(program_.settings().ini, file_.paths().cards);
     KeepBytesPerCard();
   }
-  Tell(report);
+  Tell(report, *path);
   return report.result == OpenResult::Opened && file_.IsOpen();
 }
 
-void TF_wnmain::Tell(const OpenReport& report) {
+void TF_wnmain::Tell(OpenReport report, const fs::path& path) {
   ShowState();
   program_.SaveSettings();
   label_sizes_.clear();
   if (report.result != OpenResult::Opened) {
     ShowStatus({});
-    return program_.messages().Error(this, RefusalText(report.result, report.in_use_by));
+    return program_.messages().Error(this, RefusalText(report, path));
   }
-  ShowStatus(report.cards == 1 ? u"Eine Karte geladen"_s
-                               : u"%1 Karten geladen"_s.arg(QLocale().toString(report.cards)));
+  const bool built = report.learn_index_rebuilt || report.link_index_rebuilt;
+  const QString loaded =
+      report.cards == 1 ? u"Eine Karte geladen"_s : u"%1 Karten geladen"_s.arg(QLocale().toString(report.cards));
+  ShowStatus(built && !report.index_unfit ? loaded + u", Indextabellen aufgebaut"_s : loaded);
+  if (report.read_only) AskToWrite(report);
   for (const QString& remark : RemarkTexts(report)) program_.messages().Error(this, remark);
   if (report.unsaved) AskForUnsaved(*report.unsaved);
+}
+
+void TF_wnmain::AskToWrite(OpenReport& report) {
+  if (program_.messages().Question(this, NoLockText(file_.paths().cards), u"Nur lesen"_s, u"Trotzdem ändern"_s, {},
+                                   Answer::Yes) == Answer::Yes) {
+    return;
+  }
+  const OpenReport written = file_.WriteWithoutLock();
+  report.unsaved = written.unsaved;
+  report.put_aside = written.put_aside;
+  ShowTitle();
 }
 
 void TF_wnmain::AskForUnsaved(const UnsavedChanges& unsaved) {
@@ -162,12 +183,21 @@ void TF_wnmain::FileNewExecute() {
   if (!LeaveFile()) return;
   TF_dlneu dialog(program_.messages(), ToPath(LastFolder()), this);
   if (dialog.exec() != QDialog::Accepted) return;
-  if (!file_.CreateNew(dialog.path())) return program_.messages().Error(this, FailureText(SaveResult::CardsFailed));
+  if (!file_.CreateNew(dialog.path())) {
+    return program_.messages().Error(this, FailureText(SaveResult::CardsFailed, dialog.path()));
+  }
   AddRecentFile(program_.settings().ini, file_.paths().cards);
   program_.SaveSettings();
   ShowState();
   ShowStatus(u"Neue Kartei angelegt"_s);
+  TellIfNotLocked();
   label_sizes_.clear();
+}
+
+void TF_wnmain::TellIfNotLocked() {
+  if (!file_.IsOpen() || file_.locked() || file_.read_only()) return;
+  ShowStatus(u"Gespeichert, aber nicht davor geschützt, dass ein zweites Programm die Kartei ändert"_s,
+             Accent::Warning);
 }
 
 QString TF_wnmain::TellSpace(SaveKind kind, const fs::path& target) {
@@ -203,30 +233,49 @@ bool TF_wnmain::MayOverwrite() {
                                       u"Ersetzen"_s, u"Nicht speichern"_s, {}, Answer::No) == Answer::Yes;
 }
 
+bool TF_wnmain::MayReplace(const fs::path& target) {
+  if (target == replaced_anyway_) return true;
+  const QString question = TiesText(program_.disk().TiesOf(target), target);
+  if (question.isEmpty()) return true;
+  if (program_.messages().Question(Asker(), question, u"Ersetzen"_s, u"Nicht speichern"_s, {}, Answer::No) !=
+      Answer::Yes) {
+    return false;
+  }
+  replaced_anyway_ = target;
+  return true;
+}
+
 bool TF_wnmain::FileSaveExecute() {
-  if (!file_.IsOpen() || LongWork::Running() || !MayOverwrite()) return false;
-  const SaveResult result = Write(TellSpace(SaveKind::Plain, file_.paths().cards),
+  if (!file_.IsOpen() || LongWork::Running()) return false;
+  const fs::path& cards = file_.paths().cards;
+  if (file_.read_only()) {
+    program_.messages().Error(Asker(), FailureText(SaveResult::ReadOnly, cards));
+    return false;
+  }
+  if (!MayOverwrite() || !MayReplace(cards)) return false;
+  const SaveResult result = Write(cards, TellSpace(SaveKind::Plain, cards),
                                   [this](const StageObserver& observer) { return file_.Save(observer); });
   if (result != SaveResult::CardsFailed) KeepGeneration();
   return result == SaveResult::Saved;
 }
 
 void TF_wnmain::FileSaveAsExecute() {
-  const fs::path target = ChooseTarget(u"Kartei speichern unter"_s);
+  const fs::path target = ChooseTarget(u"Kartei speichern unter"_s, file_.paths().cards);
   if (target.empty()) return;
   if (IsOpenFile(target)) {
     FileSaveExecute();
     return;
   }
-  const SaveResult result = Write(TellSpace(SaveKind::AnotherName, target),
+  const SaveResult result = Write(target, TellSpace(SaveKind::AnotherName, target),
                                   [&](const StageObserver& observer) { return file_.SaveAs(target, observer); });
   if (result != SaveResult::CardsFailed) KeepGeneration();
   AddRecentFile(program_.settings().ini, file_.paths().cards);
   ShowState();
+  TellIfNotLocked();
 }
 
 void TF_wnmain::MBackupClick() {
-  const fs::path target = ChooseTarget(u"Sicherungskopie anlegen"_s);
+  const fs::path target = ChooseTarget(u"Sicherungskopie anlegen"_s, CopyName());
   if (target.empty()) return;
   if (IsOpenFile(target)) {
     return program_.messages().Error(this,
@@ -234,7 +283,7 @@ void TF_wnmain::MBackupClick() {
   }
   const QString warning = TellSpace(SaveKind::AnotherName, target);
   const auto copy = [&](const StageObserver& observer) { return file_.SaveCopy(target, observer); };
-  if (Write(warning, copy) != SaveResult::Saved) return;
+  if (Write(target, warning, copy) != SaveResult::Saved) return;
   const QString text = warning.isEmpty() ? u"Backup nach Datei\n%1\nerfolgreich."_s
                                          : u"Backup nach Datei\n%1\nEventuell zu wenig\nPlatz auf Disk."_s;
   program_.messages().Information(this, text.arg(FromPath(target)));
@@ -244,14 +293,27 @@ bool TF_wnmain::IsOpenFile(const fs::path& path) const {
   return program_.disk().Resolve(path) == file_.paths().cards;
 }
 
-fs::path TF_wnmain::ChooseTarget(const QString& title) {
-  const QString path = program_.messages().ChooseFileToSave(this, title, FromPath(file_.paths().cards), kCardFiles);
-  if (path.isEmpty() || HasCardFileType(ToPath(path))) return ToPath(path);
-  program_.messages().Error(this, RefusalText(OpenResult::WrongType));
-  return {};
+fs::path TF_wnmain::CopyName() const {
+  const fs::path& cards = file_.paths().cards;
+  const std::string stem = fs::path(cards).replace_extension().string() + "-Sicherung";
+  fs::path name = stem + ".mlb";
+  for (int number = 2; program_.disk().Exists(name); ++number) name = stem + '-' + std::to_string(number) + ".mlb";
+  return name;
 }
 
-SaveResult TF_wnmain::Write(const QString& warning, const SaveStep& save) {
+fs::path TF_wnmain::ChooseTarget(const QString& title, const fs::path& proposed) {
+  const fs::path path = ToPath(program_.messages().ChooseFileToSave(this, title, FromPath(proposed), kCardFiles));
+  if (path.empty()) return {};
+  if (!HasCardFileType(path)) {
+    OpenReport wrong_type;
+    wrong_type.result = OpenResult::WrongType;
+    program_.messages().Error(this, RefusalText(wrong_type, path));
+    return {};
+  }
+  return IsOpenFile(path) || MayReplace(path) ? path : fs::path();
+}
+
+SaveResult TF_wnmain::Write(const fs::path& target, const QString& warning, const SaveStep& save) {
   SaveResult result = SaveResult::Saved;
   {
     LongWork work(this, program_.clock());
@@ -260,7 +322,7 @@ SaveResult TF_wnmain::Write(const QString& warning, const SaveStep& save) {
   setWindowModified(file_.changed());
   if (result != SaveResult::Saved) {
     ShowStatus(u"Nicht vollständig gespeichert"_s, Accent::Warning);
-    program_.messages().Error(Asker(), FailureText(result));
+    program_.messages().Error(Asker(), FailureText(result, target));
     return result;
   }
   const QString saved = u"Gespeichert um %1"_s.arg(QTime::currentTime().toString(u"HH:mm"_s));
@@ -279,7 +341,7 @@ void TF_wnmain::IndexAufbauExecute() {
     if (built) saved = file_.SaveIndexes(show);
   }
   ShowStatus(built ? u"Index neu aufgebaut"_s : QString());
-  const QString failure = built ? FailureText(saved) : DefectText(IndexDefect::LearnIndex);
+  const QString failure = built ? FailureText(saved, file_.paths().cards) : DefectText(IndexDefect::LearnIndex);
   if (!failure.isEmpty()) program_.messages().Error(this, failure);
 }
 

@@ -1,5 +1,5 @@
 // Linked into a program with windows, this tells on its output when they have been painted, and then ends it. Given a
-// card file as its last argument, it waits for the window that bears its name.
+// card file as its last argument, it waits for the window that bears its name, unless WATCH_FIRST_PAINT is set.
 #include <unistd.h>
 
 #include <QApplication>
@@ -26,7 +26,7 @@ class StartWatch : public QObject {
   // A part of the window may be painted before the rest: what is posted with so low a priority comes after all of it.
   void Painted(const QWidget& window) {
     const QFileInfo last(QApplication::arguments().constLast());
-    const bool waits = last.suffix() == QStringLiteral("mlb");
+    const bool waits = last.suffix() == QStringLiteral("mlb") && !qEnvironmentVariableIsSet("WATCH_FIRST_PAINT");
     if (told_ || (waits && !window.windowTitle().startsWith(last.fileName()))) return;
     told_ = true;
     QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::LowEventPriority - 1);

@@ -1,6 +1,7 @@
 #include "platform/disk.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +16,9 @@ namespace tessaro {
 namespace {
 
 namespace fs = std::filesystem;
+
+// A file may grow by so much while it is read. Some of the system's own tell no size and never end.
+constexpr uint64_t kMostGrowth = uint64_t{16} << 20;
 
 // The kernel moves at most 2 GiB in one call, and a signal may end a call early.
 constexpr size_t kMostPerCall = size_t{1} << 30;
@@ -48,6 +52,7 @@ class PosixReadableFile : public ReadableFile {
   uint64_t Size() const override { return size_; }
 
   std::ptrdiff_t Read(char* buffer, size_t size) override {
+    if (static_cast<uint64_t>(offset_) > size_ + kMostGrowth) return -1;
     ssize_t count = 0;
     do {
       count = ::pread(file_.number(), buffer, std::min(size, kMostPerCall), offset_);
@@ -83,6 +88,7 @@ class PosixWritableFile : public WritableFile {
   }
   bool Flush() override { return file_.IsOpen() && ::fsync(file_.number()) == 0; }
   bool Close() override { return file_.Close(); }
+  void KeepOthersAway() override { (void)::flock(file_.number(), LOCK_EX | LOCK_NB); }
 
  private:
   // Lets the disk begin with what was written, so that there is less to wait for when it is flushed.
@@ -104,9 +110,10 @@ class PosixWritableFile : public WritableFile {
 class PosixDisk : public Disk {
  public:
   std::unique_ptr<ReadableFile> Open(const fs::path& path) override {
-    // Not waiting matters for what is no file at all: opening a pipe nobody writes to would never return.
-    Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
+    // It may have become something else meanwhile: opening a pipe nobody writes to would never return.
+    Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.IsOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
     return std::make_unique<PosixReadableFile>(file.Release(), static_cast<uint64_t>(status.st_size));
   }
@@ -143,6 +150,18 @@ class PosixDisk : public Disk {
   }
 
   LockAttempt Lock(const fs::path& path) override { return AcquireFileLock(path); }
+
+  bool IsKept(const fs::path& path) const override {
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    return file.IsOpen() && ::flock(file.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  }
+
+  FileTies TiesOf(const fs::path& path) const override {
+    constexpr mode_t kWritable = S_IWUSR | S_IWGRP | S_IWOTH;
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) return {};
+    return {(status.st_mode & kWritable) == 0 || ::access(path.c_str(), W_OK) != 0, status.st_nlink > 1};
+  }
 
   fs::path Resolve(const fs::path& path) const override {
     std::error_code error;

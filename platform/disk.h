@@ -43,6 +43,14 @@ class WritableFile {
   // Returns when everything written so far has reached the disk.
   [[nodiscard]] virtual bool Flush() = 0;
   [[nodiscard]] virtual bool Close() = 0;
+  // As long as it is open, Disk::IsKept says so of it to every program, whatever name it gets meanwhile.
+  virtual void KeepOthersAway() {}
+};
+
+// What speaks against replacing a file that was not made by us.
+struct FileTies {
+  bool protected_from_writing = false;
+  bool has_other_names = false;  // hard links, which would go on naming the old content
 };
 
 // All that the program does with files. Every operation answers with false, null or nothing when it fails and then
@@ -50,6 +58,8 @@ class WritableFile {
 class Disk {
  public:
   virtual ~Disk() = default;
+  // Only a regular file is ever opened: a pipe could keep us waiting, a device act. It is read to the size that it
+  // tells and a little more, since it may be growing; what goes on without end fails.
   virtual std::unique_ptr<ReadableFile> Open(const std::filesystem::path& path) = 0;
   // Creates the file, or empties it when it exists.
   virtual std::unique_ptr<WritableFile> Create(const std::filesystem::path& path) = 0;
@@ -67,6 +77,9 @@ class Disk {
   [[nodiscard]] virtual bool FlushFolder(const std::filesystem::path& folder) = 0;
   // See AcquireFileLock.
   virtual LockAttempt Lock(const std::filesystem::path& path) = 0;
+  // Whether a program, this one included, has the file open and keeps others away from it.
+  virtual bool IsKept(const std::filesystem::path& /*path*/) const { return false; }
+  virtual FileTies TiesOf(const std::filesystem::path& /*path*/) const { return {}; }
   virtual bool Exists(const std::filesystem::path& path) const = 0;
   // The path with all symbolic links in it followed as far as it exists, so that a file has one name; the path as it is
   // when that cannot be told.
@@ -79,6 +92,12 @@ class Disk {
   // The same of the folders in it. A disk without folders has none.
   virtual std::vector<std::string> FolderNames(const std::filesystem::path& /*folder*/) const { return {}; }
 };
+
+// The name beside `path` under which a file is written that is to replace it: always the same, so that what a crash
+// left behind is replaced and does not pile up.
+inline std::filesystem::path BesideName(std::filesystem::path path) {
+  return path += ".tmp";
+}
 
 // The machine's own file system.
 Disk& RealDisk();

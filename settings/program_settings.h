@@ -11,7 +11,11 @@ namespace tessaro {
 struct ProgramSettings {
   IniFile ini;
   std::filesystem::path path;
-  [[nodiscard]] bool Save(Disk& disk) const { return ini.Save(disk, path); }
+
+  // Brings what was set here since the last time into the file, and what others have written there meanwhile into
+  // `ini`: only keys that this program set are changed, lists as a whole. Others who do so wait. False leaves the file
+  // as it was; the next time tries it again.
+  [[nodiscard]] bool Save(Disk& disk);
 };
 
 }  // namespace tessaro

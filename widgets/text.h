@@ -16,7 +16,8 @@ std::optional<std::string> ToBytes(const QString& text);
 // Text that the core has as UTF-8, such as that of text files.
 QString FromUtf8(std::string_view text);
 
-// File names are bytes in the encoding of the machine.
+// File names are bytes, mostly UTF-8. Bytes that are none become lone surrogates, U+DC80 ... U+DCFF, which ToPath turns
+// back, so that any name survives the way there and back.
 QString FromPath(const std::filesystem::path& path);
 std::filesystem::path ToPath(const QString& path);
 

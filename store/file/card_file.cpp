@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "store/file/card_layout.h"
+#include "store/file/cut_save.h"
 
 namespace tessaro {
 namespace {
@@ -29,8 +30,26 @@ fs::path CardsOfBackup(const fs::path& backup) {
   return name;
 }
 
+// Card files whose endings differ only in their letters' case share all companions, so they share the lock as well.
+// A name that might be too long for a file is told by its hash.
 fs::path LockPath(const fs::path& cards) {
-  return cards.parent_path() / ("." + cards.filename().string() + ".lock");
+  constexpr size_t kMostLetters = 200;
+  std::string stem = cards.stem().string();
+  if (stem.size() > kMostLetters) {
+    ContentHash hash;
+    hash.Add(stem);
+    stem = std::to_string(hash.Stamp().hash);
+  }
+  return cards.parent_path() / ("." + stem + ".mlb.lock");
+}
+
+// The other card file with the same companions, if there is one.
+fs::path TwinOf(Disk& disk, const fs::path& cards) {
+  const fs::path twin = fs::path(cards).replace_extension(cards.extension() == ".mlb" ? ".MLB" : ".mlb");
+  const std::optional<FileState> state = disk.State(twin);
+  const std::optional<FileState> own = disk.State(cards);
+  // A drive may take both names for that of one file.
+  return state && (!own || state->inode != own->inode) ? twin : fs::path();
 }
 
 OpenReport Refused(OpenResult result) {
@@ -92,23 +111,29 @@ CardFilePaths CardFile::RealPathsFor(const fs::path& cards) const {
 }
 
 OpenReport CardFile::Open(const fs::path& path, const StageObserver& observer) {
-  OpenReport report;
+  OpenReport taken;
   const CardFilePaths paths = RealPathsFor(path);
   if (!HasCardFileType(path) || !HasCardFileType(paths.cards)) return Refused(OpenResult::WrongType);
-  if (!disk_.Exists(paths.cards)) return Refused(OpenResult::CannotOpen);
+  if (!disk_.Exists(paths.cards) && !WasCutShort(disk_, paths)) return Refused(OpenResult::CannotOpen);
   std::unique_ptr<FileLock> lock;
-  if (!TakeLock(paths, lock, report.in_use_by)) {
-    report.result = OpenResult::InUse;
-    return report;
-  }
+  if (!TakeLock(paths, lock, taken)) return taken;
+  if (!taken.read_only) taken.cut_save = MendCutSave(disk_, paths);
   CardContent content;
-  report = LoadCards(paths.cards, observer, content);
+  OpenReport report = LoadCards(paths.cards, observer, content);
+  report.cut_save = taken.cut_save;
   if (report.result != OpenResult::Opened) return report;
+  report.read_only = taken.read_only;
   LoadIndexes(paths, observer, content, report);
   report.settings_unreadable = content.settings_unreadable = !content.settings.Load(disk_, paths.settings);
-  const ContentStamp stamp = content.stamp;
   Become(std::move(content), paths, std::move(lock));
-  TakeNoteOf(journal_.Find(paths.journal, stamp), report);
+  read_only_ = report.read_only;
+  if (!read_only_) BeginJournal(report);
+  return report;
+}
+
+OpenReport CardFile::WriteWithoutLock() {
+  OpenReport report;
+  if (std::exchange(read_only_, false)) BeginJournal(report);
   return report;
 }
 
@@ -160,6 +185,8 @@ void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& obse
   const bool link_good = link_adopted || BuildLinkIndex(content, ids, observer);
   report.learn_index_rebuilt = !learn_adopted && !cut_short;
   report.link_index_rebuilt = !link_adopted && !cut_short;
+  report.index_unfit = (report.learn_index_rebuilt && disk_.Exists(paths.learn_index)) ||
+                       (report.link_index_rebuilt && disk_.Exists(paths.link_index));
   if (!link_good) report.index_defect = IndexDefect::LinkIndex;
   if (!learn_good) report.index_defect = IndexDefect::LearnIndex;
 }
@@ -168,8 +195,8 @@ bool CardFile::CreateNew(const fs::path& path) {
   const CardFilePaths paths = RealPathsFor(path);
   if (!HasCardFileType(path) || !HasCardFileType(paths.cards)) return false;
   std::unique_ptr<FileLock> lock;
-  LockHolder holder;
-  if (!TakeLock(paths, lock, holder)) return false;
+  OpenReport report;
+  if (!TakeLock(paths, lock, report)) return false;
   CardContent content;
   MakeNewCards(content.cards);
   content.columns = ColumnsOf(content.cards);
@@ -178,6 +205,7 @@ bool CardFile::CreateNew(const fs::path& path) {
   if (result == SaveResult::CardsFailed) return false;
   const bool complete = WriteSettings(content, paths.settings) && result == SaveResult::Saved;
   Become(std::move(content), paths, std::move(lock));
+  journal_.Begin(paths_.journal, content_.stamp);
   changed_ = !complete;
   return true;
 }
@@ -206,10 +234,8 @@ OpenReport CardFile::RestoreAs(const fs::path& cards, const fs::path& backup, co
   OpenReport report;
   std::unique_ptr<FileLock> lock;
   if (!disk_.Exists(backup)) return Refused(OpenResult::CannotOpen);
-  if (!TakeLock(paths, lock, report.in_use_by)) {
-    report.result = OpenResult::InUse;
-    return report;
-  }
+  if (!TakeLock(paths, lock, report)) return report;
+  if (report.read_only) return Refused(OpenResult::NoLock);
   CardContent content;
   report = LoadCards(backup, observer, content);
   if (report.result != OpenResult::Opened) return report;
@@ -229,23 +255,33 @@ OpenReport CardFile::RestoreAs(const fs::path& cards, const fs::path& backup, co
   return report;
 }
 
-bool CardFile::TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, LockHolder& holder) {
-  if (paths.cards == paths_.cards) return true;
+bool CardFile::TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, OpenReport& report) {
+  if (paths.cards == paths_.cards) {
+    report.read_only = read_only_;
+    return true;
+  }
   LockAttempt attempt = disk_.Lock(LockPath(paths.cards));
-  lock = std::move(attempt.lock);
-  holder = std::move(attempt.holder);
-  return !attempt.held_by_other;
+  report.read_only = attempt.lock == nullptr;
+  // A program that could not have the lock, or whose lock was taken away, still keeps its journal.
+  if (!attempt.held_by_other && !disk_.IsKept(paths.journal)) {
+    lock = std::move(attempt.lock);
+    return true;
+  }
+  report.result = OpenResult::InUse;
+  report.in_use_by = std::move(attempt.holder);
+  report.twin = TwinOf(disk_, paths.cards);
+  return false;
 }
 
 void CardFile::Become(CardContent content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock) {
   if (paths.cards != paths_.cards) lock_ = std::move(lock);
   journal_.End();
-  journal_.Begin(paths.journal, content.stamp);
   unsaved_.clear();
   content_ = std::move(content);
   deletion_marks_.Clear();
   paths_ = paths;
   changed_ = false;
+  read_only_ = false;
 }
 
 bool CardFile::RebuildIndexes(const StageObserver& observer) {
@@ -278,6 +314,7 @@ void CardFile::Close() {
   paths_ = CardFilePaths();
   lock_.reset();
   changed_ = false;
+  read_only_ = false;
 }
 
 }  // namespace tessaro

@@ -42,6 +42,13 @@ class CardFile {
   bool IsOpen() const { return !paths_.cards.empty(); }
   const CardFilePaths& paths() const { return paths_; }
   bool changed() const { return changed_; }
+  // Nothing is written to the file, its companions or a journal; changes can be saved under another name.
+  bool read_only() const { return read_only_; }
+  // Whether other programs are kept away from it.
+  bool locked() const { return lock_ != nullptr; }
+  // The user insists: a file that was opened for reading only is written like any other. Tells what an earlier run
+  // could not save (`unsaved`, `put_aside`).
+  OpenReport WriteWithoutLock();
   // To be called after every change of a card row, with the columns that changed (none: all of them): the file is
   // changed, and the journal keeps it.
   void RowChanged(int row, std::span<const int> columns = {});
@@ -73,10 +80,12 @@ class CardFile {
   int RowOfId(int64_t id) const;
 
   // Opens a card file in place of the one that is open. Anything but Opened leaves the open file as it was. A symbolic
-  // link opens the file that it leads to. Where the folder cannot be written the file opens without a lock.
+  // link opens the file that it leads to. Where other programs cannot be kept away the file opens for reading only.
+  // A save that was cut short between two renames is finished or taken back first.
   [[nodiscard]] OpenReport Open(const std::filesystem::path& path, const StageObserver& observer = {});
   // Makes a new card file with its one index card, saves it and opens it. An existing file at this path is replaced
-  // (its backup is kept as for every save): the caller asks first. False: nothing was opened.
+  // (its backup is kept as for every save): the caller asks first. False: nothing was opened. Like SaveAs it goes on
+  // where other programs cannot be kept away; see locked().
   [[nodiscard]] bool CreateNew(const std::filesystem::path& path);
   // Loads the cards of `path`, a card file or a backup, in place of the open ones and rebuilds both indexes; the open
   // file keeps its own name and is changed. Without an open file it opens `path`, for a backup X.ml~ under the name
@@ -113,6 +122,11 @@ class CardFile {
   [[nodiscard]] bool TakeOverUnsaved(const StageObserver& observer = {});
   // ... or keeps them under another name, which is returned; empty when that failed.
   std::filesystem::path PutUnsavedAside();
+  // What was put aside for the open file, by name; files that hold no changes are left out.
+  std::vector<ChangesPutAside> ListPutAside() const;
+  // Takes over such a file, as TakeOverUnsaved does; it stays. False also when it does not fit, or there are changes
+  // that are not saved yet: then the cards are as they were.
+  [[nodiscard]] bool TakeOverPutAside(const std::filesystem::path& path, const StageObserver& observer = {});
   CardJournal& journal() { return journal_; }
 
   // What the card file on the disk was when it was read or written last.
@@ -136,8 +150,9 @@ class CardFile {
   bool FollowInIndexes(const TableEdit& edit, const RowShift& shift);
   void RaiseHighestId(std::string_view id);
   void TellOfChanges(const TableEdit& edit, const RowShift& shift) const;
-  // Takes the lock of a card file unless it is that of the open one. False: another program has it; `holder` says who.
-  bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, LockHolder& holder);
+  // Takes the lock of a card file unless it is that of the open one; it may be that none can be had. False: another
+  // program, or this one, has the file or one that shares its companions; `report` says who.
+  bool TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock, OpenReport& report);
   // The content takes the place of the open one, whose unsaved changes are given up.
   void Become(CardContent content, const CardFilePaths& paths, std::unique_ptr<FileLock> lock);
   // The stamp of what lies under the name of the card file, else of what the last save kept of it.
@@ -146,6 +161,7 @@ class CardFile {
   CardJournal::Found FindForBackup(const std::filesystem::path& journal, const ContentStamp& backup,
                                    const ContentStamp& replaced) const;
   void TakeNoteOf(CardJournal::Found found, OpenReport& report);
+  void BeginJournal(OpenReport& report);
 
   SaveResult WriteFiles(CardContent& content, const CardFilePaths& paths, const StageObserver& observer);
   // The same for the open content under the names of another card file, whose lock it takes.
@@ -169,6 +185,7 @@ class CardFile {
   CardWatchers watchers_;
   DeletionMarks deletion_marks_;
   bool changed_ = false;
+  bool read_only_ = false;
 };
 
 }  // namespace tessaro

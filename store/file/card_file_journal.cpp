@@ -108,6 +108,11 @@ CardJournal::Found CardFile::FindForBackup(const fs::path& journal, const Conten
   return found;
 }
 
+void CardFile::BeginJournal(OpenReport& report) {
+  journal_.Begin(paths_.journal, content_.stamp);
+  TakeNoteOf(journal_.Find(paths_.journal, content_.stamp), report);
+}
+
 void CardFile::TakeNoteOf(CardJournal::Found found, OpenReport& report) {
   if (!found.exists) return;
   if (!found.fits) {
@@ -141,6 +146,32 @@ bool CardFile::TakeOverUnsaved(const StageObserver& observer) {
   content_.unknown.reset();
   journal_.Adopt(content_.cards, std::move(rows), whole_table);
   return RebuildIndexes(observer);
+}
+
+std::vector<ChangesPutAside> CardFile::ListPutAside() const {
+  std::vector<ChangesPutAside> found;
+  const fs::path folder = paths_.cards.parent_path();
+  const std::string begin = paths_.cards.stem().string() + std::string(kAsideMark);
+  std::vector<std::string> names = IsOpen() ? disk_.FileNames(folder) : std::vector<std::string>();
+  std::sort(names.begin(), names.end());
+  for (const std::string& name : names) {
+    if (!name.starts_with(begin) || !name.ends_with(paths_.journal.extension().string())) continue;
+    const std::optional<std::string> text = ReadFile(disk_, folder / name);
+    const std::optional<JournalContents> contents = text ? ParseJournal(*text) : std::nullopt;
+    if (!contents || contents->records.empty()) continue;
+    const CardJournal::Found here = journal_.Find(folder / name, content_.stamp);
+    const bool fit = here.fits && !here.changes.empty();
+    found.push_back({folder / name, Summary(fit ? here.changes : contents->records), fit});
+  }
+  return found;
+}
+
+bool CardFile::TakeOverPutAside(const fs::path& path, const StageObserver& observer) {
+  if (!IsOpen() || changed_ || read_only_) return false;
+  CardJournal::Found found = journal_.Find(path, content_.stamp);
+  if (!found.fits || found.changes.empty()) return false;
+  unsaved_ = std::move(found.changes);
+  return TakeOverUnsaved(observer);
 }
 
 fs::path CardFile::PutUnsavedAside() {

@@ -30,6 +30,7 @@ bool Copy(Disk& disk, const fs::path& from, const fs::path& to) {
 
 SaveResult CardFile::Save(const StageObserver& observer) {
   if (!IsOpen()) return SaveResult::CardsFailed;
+  if (read_only_) return SaveResult::ReadOnly;
   SaveResult result = WriteFiles(content_, paths_, observer);
   if (result == SaveResult::CardsFailed) return result;
   journal_.Saved(content_.stamp);
@@ -65,14 +66,15 @@ SaveResult CardFile::SaveAs(const fs::path& path, const StageObserver& observer)
   unsaved_.clear();
   paths_ = paths;
   lock_ = std::move(lock);
+  read_only_ = false;
   changed_ = result != SaveResult::Saved;
   return result;
 }
 
 SaveResult CardFile::WriteOtherFiles(const CardFilePaths& paths, std::unique_ptr<FileLock>& lock,
                                      const StageObserver& observer) {
-  LockHolder holder;
-  if (!IsOpen() || !HasCardFileType(paths.cards) || !TakeLock(paths, lock, holder)) return SaveResult::CardsFailed;
+  OpenReport report;
+  if (!IsOpen() || !HasCardFileType(paths.cards) || !TakeLock(paths, lock, report)) return SaveResult::CardsFailed;
   // No journal beside another card file tells of a save that was cut short between its cards and its indexes: an old
   // index would then pass for one of the new cards.
   for (const fs::path& index : {paths.learn_index, paths.link_index}) (void)disk_.Remove(index);
@@ -98,7 +100,7 @@ SaveResult CardFile::WriteFiles(CardContent& content, const CardFilePaths& paths
 }
 
 SaveResult CardFile::SaveIndexes(const StageObserver& observer) {
-  if (!IsOpen() || changed_ || ChangedOnDisk()) return SaveResult::Saved;
+  if (!IsOpen() || read_only_ || changed_ || ChangedOnDisk()) return SaveResult::Saved;
   return WriteIndexes(content_, CardIds(content_.cards), paths_, observer);
 }
 
@@ -142,7 +144,7 @@ bool CardFile::PutBy(const fs::path& damaged, const fs::path& cards) {
 }
 
 bool CardFile::SaveSettings() {
-  return IsOpen() && WriteSettings(content_, paths_.settings);
+  return IsOpen() && (read_only_ || WriteSettings(content_, paths_.settings));
 }
 
 bool CardFile::WriteSettings(const CardContent& content, const fs::path& path) {

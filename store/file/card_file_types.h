@@ -47,6 +47,13 @@ inline void Tell(const StageObserver& observer, FileStage stage, uint64_t size) 
   if (observer.begun) observer.begun(stage, size);
 }
 
+// What became of a save that was cut short between two renames, so that no file had the name of the card file.
+enum class CutSave {
+  None,
+  Finished,  // the new file was whole and got its name
+  TakenBack  // the file before it got its name again
+};
+
 enum class OpenResult {
   Opened,
   WrongType,   // the name does not end in .mlb or .MLB
@@ -54,6 +61,7 @@ enum class OpenResult {
   CannotLoad,  // reading broke off
   Unusable,    // no cards in it, or not a card file
   InUse,       // another running program has it open
+  NoLock,      // another program could not be kept away from it
 };
 // Changes that an earlier run of the program could not save before it ended.
 struct UnsavedChanges {
@@ -63,13 +71,21 @@ struct UnsavedChanges {
   int64_t last = 0;
 };
 
+// Such changes in a file of their own, because they were not wanted or belong to another state of the card file.
+struct ChangesPutAside {
+  std::filesystem::path path;
+  UnsavedChanges changes;
+  bool fit = false;  // to the card file as it was read or written last
+};
+
 // The index that could not be built because of a defect of the card table; of two the first.
 enum class IndexDefect { None, LearnIndex, LinkIndex };
 
 struct OpenReport {
   OpenResult result = OpenResult::Opened;
-  bool learn_index_rebuilt = false;  // its file is missing or unusable
+  bool learn_index_rebuilt = false;  // its file is missing or does not fit
   bool link_index_rebuilt = false;
+  bool index_unfit = false;  // one of these files is there and does not fit
   IndexDefect index_defect = IndexDefect::None;
   bool settings_unreadable = false;  // there are settings that could not be read: no save writes over them
   bool start_missing = false;        // the file lacks its first row; `cards` cards were read
@@ -78,9 +94,13 @@ struct OpenReport {
   std::optional<UnsavedChanges> unsaved;  // the caller asks whether to take them over
   std::filesystem::path put_aside;        // changes of another state of the file were found and now have this name
   LockHolder in_use_by;                   // for InUse
+  std::filesystem::path twin;             // for InUse: the file that shares its companions, if there is one
+  bool read_only = false;                 // another program could not be kept away from it; see WriteWithoutLock
+  CutSave cut_save = CutSave::None;
 };
 
-enum class SaveResult { Saved, CardsFailed, LearnIndexFailed, LinkIndexFailed, SettingsFailed };
+// ReadOnly: nothing was written, see CardFile::read_only.
+enum class SaveResult { Saved, ReadOnly, CardsFailed, LearnIndexFailed, LinkIndexFailed, SettingsFailed };
 
 struct SpaceEstimate {
   uint64_t needed = 0;           // bytes: cards times the clamped bytes-per-card estimate, plus 20 %

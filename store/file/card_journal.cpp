@@ -13,10 +13,6 @@ namespace fs = std::filesystem;
 
 constexpr size_t kBatchSize = size_t{1} << 20U;
 
-fs::path Beside(fs::path path) {
-  return path += ".tmp";
-}
-
 }  // namespace
 
 void CardJournal::FlushInBackground() {
@@ -56,7 +52,7 @@ CardJournal::Found CardJournal::Find(const fs::path& path, const ContentStamp& s
 }
 
 fs::path CardJournal::PutAside(const fs::path& path) {
-  const std::string stem = fs::path(path).replace_extension().string() + "-Antworten-";
+  const std::string stem = fs::path(path).replace_extension().string() + std::string(kAsideMark);
   int number = 1;
   fs::path aside;
   do {
@@ -180,9 +176,10 @@ bool CardJournal::BeginFile(const std::string& text) {
   Close();
   const bool exists = disk_.Exists(path_);
   if (exists && !ours_ && PutAside(path_).empty()) return false;
-  const fs::path fresh = Beside(path_);
+  const fs::path fresh = BesideName(path_);
   file_ = disk_.Create(fresh);
   if (file_ == nullptr) return false;
+  file_->KeepOthersAway();
   size_ = text.size();
   // What replaces a good journal has to be on the disk before; a first record may wait like all others.
   const bool written = file_->Write(text) && (!exists || file_->Flush()) && disk_.Rename(fresh, path_);

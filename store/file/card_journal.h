@@ -18,6 +18,9 @@ namespace tessaro {
 
 class CardTable;
 
+// Between the name of a card file and a number in the name of a journal that was put aside.
+inline constexpr std::string_view kAsideMark = "-Antworten-";
+
 // Keeps the journal of the open card file: what changed since the last save stands on the disk the moment it happens.
 // There is a journal file only while there are unsaved changes. When the disk fails, the next change tries to write
 // anew all that changed, so a journal is always whole or missing.

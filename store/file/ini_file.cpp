@@ -124,12 +124,14 @@ std::string_view LineEnding(std::string_view text) {
 
 void IniFile::Parse(std::string_view text) {
   text_ = text;
+  touched_.clear();
 }
 
 bool IniFile::Load(Disk& disk, const std::filesystem::path& path) {
   std::optional<std::string> text = ReadFile(disk, path);
   if (!text && disk.Exists(path)) return false;
   text_ = std::move(text).value_or(std::string());
+  touched_.clear();
   return true;
 }
 
@@ -162,9 +164,12 @@ bool IniFile::SetString(std::string_view section, std::string_view key, std::str
   const Found found = Find(text_, section, key);
   if (found.has_key) {
     const Line line = ValueOf(text_, found.key_line);
-    if (GetString(section, key) != value) text_.replace(line.begin, line.end - line.begin, Written(value));
+    if (GetString(section, key) == value) return true;
+    text_.replace(line.begin, line.end - line.begin, Written(value));
+    Touch(section, key);
     return true;
   }
+  Touch(section, key);
   const std::string ending(LineEnding(text_));
   const std::string new_line = std::string(key) + '=' + Written(value) + ending;
   size_t place = found.section_end;
@@ -197,6 +202,8 @@ void IniFile::RemoveSection(std::string_view section) {
 }
 
 void IniFile::Remove(std::string_view section, std::string_view key) {
+  if (!Has(section, key)) return;
+  Touch(section, key);
   std::string kept;
   bool inside = false;
   for (size_t at = 0; at < text_.size();) {
@@ -208,6 +215,48 @@ void IniFile::Remove(std::string_view section, std::string_view key) {
     if (heads_section || !inside || !IsKeyLine(content, key)) kept.append(text_, line.begin, line.next - line.begin);
   }
   text_ = std::move(kept);
+}
+
+void IniFile::Touch(std::string_view section, std::string_view key) {
+  const auto is_it = [&](const Name& name) {
+    return EqualIgnoringCase(name.section, section) && EqualIgnoringCase(name.key, key);
+  };
+  if (std::none_of(touched_.begin(), touched_.end(), is_it))
+    touched_.push_back({std::string(section), std::string(key)});
+}
+
+std::vector<std::string> IniFile::KeysOf(std::string_view section) const {
+  std::vector<std::string> keys;
+  bool inside = false;
+  for (size_t at = 0; at < text_.size();) {
+    const Line line = LineAt(text_, at);
+    at = line.next;
+    const std::string_view content = Content(text_, line);
+    if (IsSectionLine(content)) {
+      inside = EqualIgnoringCase(SectionName(content), section);
+    } else if (inside && !content.starts_with(';') && content.find('=') != std::string_view::npos) {
+      keys.emplace_back(Trimmed(content.substr(0, content.find('='))));
+    }
+  }
+  return keys;
+}
+
+void IniFile::RepeatIn(IniFile& other, std::span<const std::string_view> lists) const {
+  std::vector<Name> names = touched_;
+  for (const std::string_view list : lists) {
+    const auto is_in = [&](const Name& name) { return EqualIgnoringCase(name.section, list); };
+    if (std::none_of(touched_.begin(), touched_.end(), is_in)) continue;
+    for (const IniFile* file : {this, static_cast<const IniFile*>(&other)}) {
+      for (std::string& key : file->KeysOf(list)) names.push_back({std::string(list), std::move(key)});
+    }
+  }
+  for (const auto& [section, key] : names) {
+    if (Has(section, key)) {
+      other.SetString(section, key, GetString(section, key));
+    } else {
+      other.Remove(section, key);
+    }
+  }
 }
 
 }  // namespace tessaro

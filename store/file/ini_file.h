@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tessaro {
 
@@ -23,6 +25,12 @@ class IniFile {
   // Replaces the file in one step; a failure leaves the old file as it was.
   [[nodiscard]] bool Save(Disk& disk, const std::filesystem::path& path) const;
 
+  // Whether anything was set to another value, or removed, since it was loaded.
+  bool changed() const { return !touched_.empty(); }
+  // Does all that to `other` as well. Of the sections `lists`, of which any key was touched, it gets all keys and no
+  // others.
+  void RepeatIn(IniFile& other, std::span<const std::string_view> lists) const;
+
   bool Has(std::string_view section, std::string_view key) const;
   std::string GetString(std::string_view section, std::string_view key, std::string_view fallback = {}) const;
   // The leading decimal number of the value; the fallback when the key is missing or its value has no digits.
@@ -36,7 +44,15 @@ class IniFile {
   void RemoveSection(std::string_view section);
 
  private:
+  struct Name {
+    std::string section;
+    std::string key;
+  };
+  void Touch(std::string_view section, std::string_view key);
+  std::vector<std::string> KeysOf(std::string_view section) const;
+
   std::string text_;
+  std::vector<Name> touched_;
 };
 
 }  // namespace tessaro

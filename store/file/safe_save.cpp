@@ -25,11 +25,6 @@ class CountingFile : public WritableFile {
   uint64_t count_ = 0;
 };
 
-// A name beside `path`, always the same, so that what a crash left behind is replaced and does not pile up.
-fs::path Beside(fs::path path) {
-  return path += ".tmp";
-}
-
 bool WriteWhole(Disk& disk, const fs::path& path, const fs::path& rights_from, const FileWriter& write) {
   const std::unique_ptr<WritableFile> file = disk.Create(path);
   if (file == nullptr) return false;
@@ -52,7 +47,7 @@ bool SwapByRenames(Disk& disk, const fs::path& fresh, const fs::path& path, cons
 // The old file gets a second name first, so that there is a whole file under its own name at every moment.
 bool SwapKeepingBackup(Disk& disk, const fs::path& fresh, const fs::path& path, const fs::path& backup) {
   if (!disk.Exists(path)) return disk.Rename(fresh, path);
-  const fs::path aside = Beside(backup);
+  const fs::path aside = BesideName(backup);
   if (!disk.Remove(aside) || !disk.Link(path, aside)) return SwapByRenames(disk, fresh, path, backup);
   if (!disk.Rename(fresh, path)) {
     (void)disk.Remove(aside);
@@ -69,7 +64,7 @@ bool SwapKeepingBackup(Disk& disk, const fs::path& fresh, const fs::path& path, 
 
 bool Replace(Disk& disk, const fs::path& path, const FileWriter& write, const fs::path* backup) {
   const fs::path target = disk.Resolve(path);
-  const fs::path fresh = Beside(target);
+  const fs::path fresh = BesideName(target);
   const bool done = WriteWhole(disk, fresh, target, write) &&
                     (backup == nullptr ? disk.Rename(fresh, target) : SwapKeepingBackup(disk, fresh, target, *backup));
   if (!done) {

@@ -266,8 +266,7 @@ bool CardTable::Write(const fs::path& path) {
 }
 
 bool CardTable::Replace(const fs::path& path) {
-  fs::path fresh = path;
-  fresh += ".tmp";
+  const fs::path fresh = BesideName(path);
   Disk& disk = RealDisk();
   if (Write(fresh)) {
     disk.CopyRights(path, fresh);

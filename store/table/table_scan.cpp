@@ -35,6 +35,18 @@ bool IsMark(char byte, char separator) {
   return byte == separator || byte == '\\' || byte == '\n';
 }
 
+size_t FindMarksPlain(const char* text, size_t size, char separator, uint32_t* places) {
+  uint32_t* next = places;
+  for (size_t start = 0; start < size; start += kScanWidth) {
+    uint64_t found = 0;
+    for (size_t i = 0; i < kScanWidth; ++i) {
+      found |= static_cast<uint64_t>(IsMark(text[start + i], separator)) << i;
+    }
+    next = AddPlaces(found, start, size, next);
+  }
+  return static_cast<size_t>(next - places);
+}
+
 #ifdef TESSARO_SSE2
 
 // A bit for each of 16 bytes.
@@ -77,31 +89,17 @@ TESSARO_AVX2 size_t FindMarksAvx2(const char* text, size_t size, char separator,
   return static_cast<size_t>(next - places);
 }
 
-#else
-
-size_t FindMarksPortable(const char* text, size_t size, char separator, uint32_t* places) {
-  uint32_t* next = places;
-  for (size_t start = 0; start < size; start += kScanWidth) {
-    uint64_t found = 0;
-    for (size_t i = 0; i < kScanWidth; ++i) {
-      found |= static_cast<uint64_t>(IsMark(text[start + i], separator)) << i;
-    }
-    next = AddPlaces(found, start, size, next);
-  }
-  return static_cast<size_t>(next - places);
-}
-
 #endif
 
 }  // namespace
 
-size_t FindMarks(const char* text, size_t size, char separator, uint32_t* places) {
+size_t FindMarks(const char* text, size_t size, char separator, uint32_t* places, [[maybe_unused]] ScanPath path) {
 #ifdef TESSARO_SSE2
   static const bool has_avx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi");
-  return has_avx2 ? FindMarksAvx2(text, size, separator, places) : FindMarksSse2(text, size, separator, places);
-#else
-  return FindMarksPortable(text, size, separator, places);
+  if (path == ScanPath::Best && has_avx2) return FindMarksAvx2(text, size, separator, places);
+  if (path != ScanPath::Plain) return FindMarksSse2(text, size, separator, places);
 #endif
+  return FindMarksPlain(text, size, separator, places);
 }
 
 size_t FindFirstMark(std::string_view text, char separator) {

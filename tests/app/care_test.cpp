@@ -65,6 +65,34 @@ TEST_F(Care, EverySaveIsOfferedForRestoring) {
   EXPECT_EQ(program.file().learn_index().RowCount(), 4);
 }
 
+TEST_F(Care, AnswersThatWerePutAsideAreNamedAndCanStillBeTakenOver) {
+  PutDeck({Card("000001"), Card("000002")});
+  {
+    CardFile crashed(disk, clock);
+    ASSERT_EQ(crashed.Open(kTestFile).result, OpenResult::Opened);
+    Change(crashed, "anders");
+  }
+  messages.answers = {Answer::No};
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  ASSERT_NE(FirstAnswer(), "anders");
+  Trigger(u"KarteiPruefenExecute"_s);
+  EXPECT_TRUE(messages.shown.last().endsWith(u"\n\nBeiseite gelegte Antworten:\nx-Antworten-1.mlj"_s));
+  const auto take = [](TF_dlrestore& dialog) {
+    auto& list = Control<QTreeWidget>(dialog, u"ListBackups"_s);
+    EXPECT_EQ(list.topLevelItem(1)->text(1), u"1 geändert"_s);
+    list.setCurrentItem(list.topLevelItem(1));
+    dialog.accept();
+  };
+  Drive<TF_dlrestore>(u"MRestoreClick"_s, take);
+  EXPECT_EQ(FirstAnswer(), "anders");
+  EXPECT_TRUE(window().isWindowModified() && disk.Exists("/deck/x.mlj") && disk.Exists("/deck/x-Antworten-1.mlj"));
+  EXPECT_TRUE(window().FileSaveExecute());
+  // The cards are no longer those that the answers were given to.
+  Drive<TF_dlrestore>(u"MRestoreClick"_s, [](TF_dlrestore& dialog) {
+    EXPECT_TRUE(Control<QTreeWidget>(dialog, u"ListBackups"_s).topLevelItem(1)->isDisabled());
+  });
+}
+
 TEST_F(Care, ACardFileThatIsGoneComesBackUnderItsName) {
   Open({Card("000001")});
   SaveAnswer("eins");
@@ -90,7 +118,7 @@ TEST_F(Care, AFailedCopyIsToldInTheStatusLineAndCostsNothing) {
     disk.FailAt(0);
     if (saved && Status().startsWith(u"Gespeichert, aber"_s)) ++told;
     failures += saved ? 0 : 1;
-    if (saved || messages.errors.last() == u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s) continue;
+    if (saved || messages.errors.last() == u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!\n\nx.mlb"_s) continue;
     ++incomplete;
     const std::vector<Generation> copies = GenerationFolder(disk, kBackups).Of(kTestFile);
     EXPECT_TRUE(!copies.empty() && disk.Content(copies[0].path) == disk.Content(kTestFile)) << "the cards are whole";

@@ -84,12 +84,13 @@ TEST_F(MainWindowFiles, RefusedFilesLeaveTheOpenOneOpen) {
   disk.Put("/deck/x.Mlb", "");
   disk.HoldLock("/deck/.other.mlb.lock", {"pc", "123"});
   const std::pair<QString, QString> cases[] = {
-      {u"/deck/x.Mlb"_s, u"\nDateityp ist falsch."_s},
-      {u"/deck/missing.mlb"_s, u"\nDatei kann nicht\ngeöffnet werden"_s},
-      {u"/deck/rubbish.mlb"_s, u"\nDie Kartei ist unbrauchbar.\nBenutzen Sie bitte\n<Karteikasten><Restore>"_s},
+      {u"/deck/x.Mlb"_s, u"\nDateityp ist falsch.\n\nx.Mlb"_s},
+      {u"/deck/missing.mlb"_s, u"\nDatei kann nicht\ngeöffnet werden\n\nmissing.mlb"_s},
+      {u"/deck/rubbish.mlb"_s,
+       u"\nDie Kartei ist unbrauchbar.\nBenutzen Sie bitte\n<Karteikasten><Restore>\n\nrubbish.mlb"_s},
       {u"/deck/other.mlb"_s,
        u"\nDie Kartei ist schon in einem\nanderen Programmfenster geöffnet\n"
-       u"(Rechner pc, Prozess 123).\nBitte schließen Sie sie dort zuerst."_s},
+       u"(Rechner pc, Prozess 123).\nBitte schließen Sie sie dort zuerst.\n\nother.mlb"_s},
   };
   Open(kCards);
   for (const auto& [path, message] : cases) {
@@ -113,8 +114,9 @@ TEST_F(MainWindowFiles, OpeningTellsOfDefectsOnce) {
          disk.Put(kTestFile, With(*disk.Content(kTestFile), {"@@", "000009"}));
        },
        {index, beheaded}},
-      {[&] { EXPECT_TRUE(disk.Remove("/deck/x.row")); }, {index}},
-      {[&] { EXPECT_TRUE(disk.Remove("/deck/x.idt")); }, {index}},
+      {[&] { EXPECT_TRUE(disk.Remove("/deck/x.row")); }, {}},
+      {[&] { EXPECT_TRUE(disk.Remove("/deck/x.row") && disk.Remove("/deck/x.idt")); }, {}},
+      {[&] { disk.Put("/deck/x.idt", "unfit"); }, {index}},
       {[&] { disk.Put(kTestFile, disk.Content(kTestFile)->substr(0, disk.Content(kTestFile)->rfind("##"))); }, {cut}},
   };
   for (const auto& [damage, remarks] : cases) {
@@ -124,7 +126,64 @@ TEST_F(MainWindowFiles, OpeningTellsOfDefectsOnce) {
     messages.errors.clear();
     EXPECT_TRUE(window().OpenFile(kTestFile));
     EXPECT_EQ(messages.errors, remarks);
+    EXPECT_EQ(Text(u"LabelStatus"_s).endsWith(u", Indextabellen aufgebaut"_s), !disk.Exists("/deck/x.row"));
   }
+}
+
+TEST_F(MainWindowFiles, AFileThatCannotBeLockedIsReadUnlessTheUserInsists) {
+  PutDeck(kCards);
+  disk.set_has_locks(false);
+  ASSERT_TRUE(window().OpenFile(kTestFile)) << "the safe answer is to read";
+  EXPECT_EQ(messages.asked.size(), 1);
+  EXPECT_TRUE(window().windowTitle().startsWith(u"x.mlb (nur lesen)[*]"_s));
+  Change(program.file(), "anders");
+  EXPECT_FALSE(window().FileSaveExecute());
+  EXPECT_EQ(messages.errors, QStringList{u"\nDie Kartei ist nur zum Lesen geöffnet.\n"
+                                         u"Speichern Sie sie unter einem anderen Namen.\n\nx.mlb"_s});
+  TriggerWithFile(u"FileSaveAsExecute"_s, u"/deck/moved.mlb"_s);
+  EXPECT_TRUE(window().windowTitle().startsWith(u"moved.mlb[*]"_s));
+  EXPECT_TRUE(Text(u"LabelStatus"_s).contains(u"nicht davor geschützt"_s)) << "never silently";
+  program.file().Close();
+  messages.answers = {Answer::No};
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  Change(program.file(), "anders");
+  EXPECT_TRUE(window().FileSaveExecute() && SavedOnDisk());
+}
+
+TEST_F(MainWindowFiles, AFileThatIsProtectedOrHasOtherNamesIsAskedAboutOnce) {
+  OpenAndChange();
+  disk.set_ties({.protected_from_writing = true, .has_other_names = false});
+  EXPECT_FALSE(window().FileSaveExecute()) << "the safe answer is not to replace it";
+  disk.set_ties({.protected_from_writing = false, .has_other_names = true});
+  EXPECT_FALSE(window().FileSaveExecute());
+  EXPECT_TRUE(messages.asked.size() == 2 && messages.asked[0] != messages.asked[1]);
+  const std::optional<std::string> other = disk.Content(kOther);
+  TriggerWithFile(u"MBackupClick"_s, QString::fromUtf8(kOther));
+  EXPECT_TRUE(messages.asked.size() == 3 && disk.Content(kOther) == other && !SavedOnDisk());
+  messages.answers = {Answer::Yes};
+  EXPECT_TRUE(window().FileSaveExecute() && SavedOnDisk() && window().FileSaveExecute());
+  EXPECT_EQ(messages.asked.size(), 4);
+}
+
+// What another start of the program hands over, and what the first one shows while its file is loaded.
+TEST_F(MainWindowFiles, AFileOfAnotherStartWaitsUntilNoDialogIsOpen) {
+  PutDeck(kCards);
+  window().OpenAtStart(kTestFile);
+  EXPECT_EQ(Text(u"LabelName"_s) + Text(u"FigureCards"_s), u"x…"_s);
+  EXPECT_FALSE(Find<QPushButton>(u"ButtonLearn"_s).isEnabled());
+  ASSERT_TRUE(QTest::qWaitFor([this] { return program.file().IsOpen(); }));
+  EXPECT_TRUE(Find<QPushButton>(u"ButtonLearn"_s).isEnabled());
+  DriveDialog<TF_dlparam>([&] { Trigger(u"LernEinstellungExecute"_s); },
+                          [&](TF_dlparam&) {
+                            window().OpenForOtherStart(kOther);
+                            QTest::qWait(300);
+                            EXPECT_EQ(CardsPath(), kTestFile);
+                          });
+  EXPECT_TRUE(QTest::qWaitFor([this] { return CardsPath() == kOther; }));
+  window().OpenForOtherStart({});
+  window().OpenAtStart("/deck/missing.mlb");
+  EXPECT_TRUE(QTest::qWaitFor([this] { return messages.errors.size() == 1; }));
+  EXPECT_EQ(Text(u"LabelName"_s), u"other"_s);
 }
 
 // What a changed card file asks before it is left, and what each answer does.
@@ -163,7 +222,7 @@ TEST_F(MainWindowFiles, LeavingAChangedFileAsksFirst) {
   BreakDisk();
   messages.answers = {Answer::Yes};
   EXPECT_FALSE(window().close()) << "it could not be saved";
-  EXPECT_EQ(messages.errors, QStringList{u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!"_s});
+  EXPECT_EQ(messages.errors, QStringList{u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!\n\nx.mlb"_s});
   EXPECT_TRUE(window().isWindowModified());
 }
 

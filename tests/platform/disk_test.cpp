@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <chrono>
 #include <csignal>
@@ -64,6 +65,33 @@ TEST_F(RealDiskTest, TellsFailures) {
   EXPECT_FALSE(Put(file_, std::string(100'000, 'x')));
   limit.rlim_cur = before;
   setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+TEST_F(RealDiskTest, OpensOnlyRegularFilesAndReadsNoneWithoutEnd) {
+  ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
+  fs::create_symlink("/dev/zero", other_);
+  for (const fs::path& special : {file_, other_, folder_}) EXPECT_EQ(disk_.Open(special), nullptr) << special;
+  // It tells a size of 0 and has thousands of gigabytes.
+  EXPECT_EQ(ReadFile(disk_, "/proc/self/pagemap"), std::nullopt);
+}
+
+TEST_F(RealDiskTest, AFileIsKeptAsLongAsItIsOpenUnderAnyName) {
+  auto kept = disk_.Create(file_);
+  EXPECT_FALSE(disk_.IsKept(file_));
+  kept->KeepOthersAway();
+  ASSERT_TRUE(disk_.Rename(file_, other_) && Put(file_, "x"));
+  EXPECT_TRUE(disk_.IsKept(other_) && !disk_.IsKept(file_) && !disk_.IsKept(folder_ / "none"));
+  kept.reset();
+  EXPECT_FALSE(disk_.IsKept(other_));
+}
+
+TEST_F(RealDiskTest, TellsWhatSpeaksAgainstReplacingAFile) {
+  ASSERT_TRUE(Put(file_, "x"));
+  EXPECT_FALSE(disk_.TiesOf(file_).protected_from_writing || disk_.TiesOf(file_).has_other_names);
+  EXPECT_FALSE(disk_.TiesOf(other_).protected_from_writing) << "there is none";
+  fs::permissions(file_, fs::perms::owner_read);
+  ASSERT_TRUE(disk_.Link(file_, other_));
+  EXPECT_TRUE(disk_.TiesOf(file_).protected_from_writing && disk_.TiesOf(file_).has_other_names);
 }
 
 TEST_F(RealDiskTest, StateTellsWritingAndReplacing) {

@@ -7,8 +7,11 @@
 #include "settings/decimal_text.h"
 #include "settings/kept_place.h"
 #include "settings/keys.h"
+#include "settings/program_settings.h"
+#include "settings/recent_files.h"
 #include "settings/side_settings.h"
 #include "store/file/ini_file.h"
+#include "tests/support/memory_disk.h"
 
 namespace tessaro {
 namespace {
@@ -80,6 +83,37 @@ TEST(Settings, PlacesAreKeptWithTheSuffixOfTheirWindow) {
   EXPECT_EQ(ReadPlace(settings, "V", {.x = 3, .y = 628, .width = 573, .height = 126}).y, 628);
   settings.SetInt("POS", "xW", INT64_MIN);
   EXPECT_EQ(ReadPlace(settings, "W", {}).x, -100000);
+}
+
+TEST(Settings, TwoProgramsWriteOneFileEachItsOwnKeys) {
+  MemoryDisk disk;
+  disk.Put("/t.ini", "[SHOW]\nStat=0\nAlign=0\n[RECENT]\n1=/a\n");
+  ProgramSettings one;
+  ProgramSettings other;
+  for (ProgramSettings* settings : {&one, &other}) {
+    settings->path = "/t.ini";
+    ASSERT_TRUE(settings->ini.Load(disk, settings->path));
+  }
+  keys::kShowStatistics.Write(true, one.ini);
+  AddRecentFile(one.ini, "/b");
+  ASSERT_TRUE(one.Save(disk));
+  keys::kBarBelow.Write(true, other.ini);
+  ASSERT_TRUE(other.Save(disk));
+  EXPECT_EQ(disk.Content("/t.ini"), "[SHOW]\nStat=1\nAlign=1\n[RECENT]\n1=/b\n2=/a\n");
+  EXPECT_TRUE(keys::kShowStatistics.Read(other.ini)) << "and reads those of the other";
+  // Its own answer of before is no change any more.
+  keys::kShowStatistics.Write(false, other.ini);
+  ASSERT_TRUE(other.Save(disk) && one.Save(disk));
+  EXPECT_NE(disk.Content("/t.ini")->find("Stat=0"), std::string::npos);
+  // What could not be written is written the next time; a file that is gone comes back whole.
+  disk.FailAt(1, MemoryDisk::WriteFault::Nothing, true);
+  AddRecentFile(one.ini, "/c");
+  EXPECT_FALSE(one.Save(disk));
+  disk.FailAt(0);
+  ASSERT_TRUE(disk.Remove("/t.ini") && one.Save(disk));
+  EXPECT_NE(disk.Content("/t.ini")->find("Stat"), std::string::npos);
+  EXPECT_EQ(RecentFiles(one.ini).front(), "/c");
+  EXPECT_EQ(disk.FileNames("/").size(), 1U) << "no lock is left";
 }
 
 TEST(Settings, LimitsOfBoxesAreCutToTheirFields) {

@@ -63,6 +63,44 @@ TEST_F(CardFileTest, OpenRefusesWhatIsNoCardFileAndKeepsTheOpenOne) {
   EXPECT_TRUE(disk_.IsLocked(kLock) && !disk_.IsLocked("/deck/.leer.mlb.lock"));
 }
 
+TEST_F(CardFileTest, CardFilesThatShareTheirCompanionsAreNotOpenAtTheSameTime) {
+  disk_.Put("/deck/x.MLB", FileText(kTwoCards));
+  const OpenReport twin = file_.Open("/deck/x.MLB");
+  EXPECT_TRUE(twin.result == OpenResult::InUse && twin.twin == kTestFile);
+  EXPECT_EQ(file_.SaveAs("/deck/x.MLB"), SaveResult::CardsFailed);
+  EXPECT_EQ(file_.paths().cards, kTestFile);
+  // A program without a lock is known by its journal.
+  disk_.Put("/deck/y.mlb", FileText(kTwoCards));
+  disk_.HoldLock("/deck/y.mlj", {"pc", "7"});
+  const OpenReport journal = file_.Open("/deck/y.mlb");
+  EXPECT_TRUE(journal.result == OpenResult::InUse && journal.twin.empty() && !disk_.IsLocked("/deck/.y.mlb.lock"));
+}
+
+TEST_F(CardFileTest, WithoutALockItIsReadUnlessTheUserInsists) {
+  disk_.set_has_locks(false);
+  disk_.Put("/deck/y.mlb", FileText(kTwoCards));
+  const auto write_all = [&] {
+    SetScore(file_, 2, 77);
+    file_.settings().SetInt("ROW", "Pos", 3);
+    EXPECT_TRUE(file_.SaveSettings());
+    EXPECT_EQ(file_.SaveIndexes(), SaveResult::Saved);
+    return file_.Save();
+  };
+  ASSERT_TRUE(file_.Open("/deck/y.mlb").read_only && file_.read_only() && !file_.locked());
+  EXPECT_EQ(write_all(), SaveResult::ReadOnly);
+  EXPECT_TRUE(file_.changed() && disk_.FileNames("/deck").size() == 2) << "no journal, no index, no settings";
+  ASSERT_EQ(file_.SaveAs("/deck/z.mlb"), SaveResult::Saved);
+  EXPECT_FALSE(file_.read_only() || file_.changed());
+  ASSERT_TRUE(file_.Open("/deck/y.mlb").read_only && !file_.WriteWithoutLock().unsaved);
+  EXPECT_TRUE(write_all() == SaveResult::Saved && disk_.Content("/deck/y.mlb")->find("77") != std::string::npos);
+  SetScore(file_, 2, 78);
+  EXPECT_TRUE(disk_.Exists("/deck/y.mlj"));
+  // What an earlier run left is told when it can be taken over.
+  CardFile next(disk_);
+  EXPECT_FALSE(next.Open("/deck/y.mlb").unsaved);
+  EXPECT_TRUE(next.WriteWithoutLock().unsaved && next.TakeOverUnsaved());
+}
+
 TEST_F(CardFileTest, OpenTakesACardWithoutIdAndCountsNumbersUpToTheEndMark) {
   disk_.Put(kTestFile, FileText({{.id = "000012"}, {.id = "x99"}, {.id = ""}, {.id = "#"}, {.id = "000500"}}));
   const OpenReport report = file_.Open(kTestFile);

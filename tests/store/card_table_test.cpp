@@ -6,10 +6,12 @@
 #include <fstream>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "platform/progress.h"
 #include "store/table/content_stamp.h"
 #include "store/table/table_reader.h"
+#include "store/table/table_scan.h"
 #include "tests/store/table_twins.h"
 #include "tests/support/test_cards.h"
 
@@ -79,6 +81,34 @@ TEST(CardTable, ManyInsertedAndDeletedRowsKeepTheirOrder) {
   EXPECT_TRUE(twins.SameContent());
 }
 
+TEST(CardTable, ManyShortRowsOutgrowAnyGuess) {
+  std::string text = "A;B\n";
+  for (int row = 0; row < 300'000; ++row) text += row % 2 == 0 ? "\\n;\n" : ";b\n";
+  CardTable table = TableOf(text, ';');
+  ASSERT_EQ(table.RowCount(), 300'000);
+  EXPECT_TRUE(table.Peek(1, 299'999) == "\n" && table.Peek(2, 300'000) == "b");
+  EXPECT_TRUE(FileText(table) == text);
+}
+
+TEST(TableScan, FindsTheSameMarksOnEveryPath) {
+  std::mt19937 random(5);
+  for (int round = 0; round < 200; ++round) {
+    std::string text(random() % 400, 'x');
+    for (char& c : text) c = "xy;\\\n\r\x8A"[random() % 7];
+    std::vector<uint32_t> expected;
+    for (uint32_t i = 0; i < text.size(); ++i) {
+      if (std::string_view(";\\\n").find(text[i]) != std::string_view::npos) expected.push_back(i);
+    }
+    EXPECT_EQ(FindFirstMark(text, ';'), expected.empty() ? text.size() : expected[0]);
+    const std::string readable = text + std::string(kScanWidth, ';');
+    for (const ScanPath path : {ScanPath::Best, ScanPath::Sse2, ScanPath::Plain}) {
+      std::vector<uint32_t> places(text.size() + kScanWidth);
+      places.resize(FindMarks(readable.data(), text.size(), ';', places.data(), path));
+      ASSERT_EQ(places, expected) << testing::PrintToString(text);
+    }
+  }
+}
+
 TEST(CardTable, LoadsAndSavesFilesAndSurvivesFailures) {
   const fs::path folder = fs::path(testing::TempDir()) / "card_table_test";
   fs::create_directory(folder);
@@ -120,7 +150,8 @@ std::string Reading(const std::string& text, uint64_t announced, bool splits) {
   ContentHash hash;
   LastPosition progress;
   if (!TableReader(file, ';', content, &hash, &progress, 1).Read()) return "failed";
-  std::string reading = std::to_string(hash.Stamp().hash) + " " + std::to_string(progress.last);
+  std::string reading =
+      std::to_string(hash.Stamp().hash) + " " + std::to_string(hash.Stamp().size) + " " + std::to_string(progress.last);
   for (int i = 0; i < content.order.size(); ++i) {
     const RowHandle row = content.order.At(i);
     reading += content.rows.AsWritten(row) ? "\n=" : "\n";

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "platform/code_page.h"
 #include "tests/support/memory_disk.h"
 
@@ -94,6 +96,22 @@ TEST(IniFile, RemovesAKeyWhereverItStands) {
   ini.Parse("[S]\r\nk=1\r\nm=2\r\nK=3\r\n[T]\r\nk=4\r\n[s]\r\nk=5");
   ini.Remove("S", "k");
   EXPECT_EQ(ini.Text(), "[S]\r\nm=2\r\n[T]\r\nk=4\r\n[s]\r\n");
+}
+
+TEST(IniFile, RepeatsItsChangesInAnotherTextAndListsAsAWhole) {
+  IniFile ours;
+  ours.Parse("[A]\nk=1\nm=1\nx=1\n[L]\n1=a\n2=b\n[M]\n1=q\n");
+  EXPECT_TRUE(ours.SetString("A", "k", "1") && !ours.changed()) << "it had that value";
+  ours.SetString("A", "m", "2");
+  ours.SetString("N", "new", "3");
+  ours.Remove("a", "X");
+  ours.Remove("A", "none");
+  ours.SetString("L", "1", "c");
+  EXPECT_TRUE(ours.changed());
+  IniFile theirs;
+  theirs.Parse("; theirs\n[A]\nk=9\nx=1\nown=1\n[L]\n1=z\n2=y\n3=x\n[M]\n1=r\n");
+  ours.RepeatIn(theirs, std::array{std::string_view("L"), std::string_view("M")});
+  EXPECT_EQ(theirs.Text(), "; theirs\n[A]\nk=9\nown=1\nm=2\n[L]\n1=c\n2=b\n[M]\n1=r\n\n[N]\nnew=3\n");
 }
 
 TEST(IniFile, LoadsAndSavesAFile) {

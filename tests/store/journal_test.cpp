@@ -212,6 +212,32 @@ TEST_F(CardFileJournal, SurvivesAPowerCutOnceItIsFlushed) {
   CrashAndTakeOver();
 }
 
+// On a drive without hard links the program ends at any operation of a save: the file is found again, with all answers.
+TEST_F(CardFileJournal, ASaveThatWasCutShortIsFinishedOrTakenBack) {
+  std::set<CutSave> met;
+  for (const bool changed : {true, false}) {
+    bool reached = true;
+    for (int n = 1; reached; ++n) {
+      SCOPED_TRACE(n);
+      ASSERT_EQ(Crash().result, OpenResult::Opened);
+      disk_.set_has_links(false);
+      if (changed) Change(2, n);
+      const std::string text = Text();
+      disk_.FailAt(n, MemoryDisk::WriteFault::Nothing, true);
+      (void)file_->Save();
+      reached = disk_.operations() >= n;
+      const OpenReport report = Crash();
+      ASSERT_EQ(report.result, OpenResult::Opened);
+      met.insert(report.cut_save);
+      EXPECT_TRUE(!report.unsaved || file_->TakeOverUnsaved());
+      EXPECT_EQ(Text(), text);
+      ExpectTheIndexHasTheScoresOfTheCards();
+      ASSERT_EQ(file_->Save(), SaveResult::Saved);
+    }
+  }
+  EXPECT_EQ(met.size(), 3U);
+}
+
 // Any run of changes, saves and restores in which one operation of the disk fails, or all from there on: what the
 // program did not report as failed is there after a crash.
 TEST_F(CardFileJournal, LosesNothingWhereverTheDiskFails) {

@@ -35,6 +35,9 @@ class MemoryDisk : public Disk {
   void set_capacity(uint64_t bytes) { capacity_ = bytes; }
   // Without it no file gets a second name, as on a memory stick.
   void set_has_links(bool on) { has_links_ = on; }
+  // Without them no program can be kept away, as on some network drives.
+  void set_has_locks(bool on) { has_locks_ = on; }
+  void set_ties(const FileTies& ties) { ties_ = ties; }
   // All content that was not flushed is gone; names stay.
   void LoseUnflushed() {
     for (auto& [name, file] : files_) file->bytes = file->safe_bytes;
@@ -82,10 +85,12 @@ class MemoryDisk : public Disk {
   bool FlushFolder(const Path&) override { return !Fails(); }
   LockAttempt Lock(const Path& path) override {
     if (IsLocked(path)) return {nullptr, true, locks_[path]};
-    if (Fails()) return {};
+    if (Fails() || !has_locks_) return {};
     locks_[path] = {"here", "1"};
     return {std::make_unique<HeldLock>(*this, path), false, {}};
   }
+  bool IsKept(const Path& path) const override { return IsLocked(path); }
+  FileTies TiesOf(const Path& path) const override { return Exists(path) ? ties_ : FileTies(); }
   bool Exists(const Path& path) const override { return files_.count(Resolve(path)) > 0; }
   Path Resolve(const Path& path) const override {
     const auto link = links_.find(path);
@@ -174,6 +179,8 @@ class MemoryDisk : public Disk {
   int64_t last_time_ = 0;
   uint64_t capacity_ = uint64_t{1} << 40;
   bool has_links_ = true;
+  bool has_locks_ = true;
+  FileTies ties_;
   int operations_ = 0;
   int fail_at_ = 0;
   WriteFault fault_ = WriteFault::Nothing;

@@ -30,6 +30,14 @@ TEST(Text, HoldsWhatTheCodePageHolds) {
   for (const QString& text : {u"gut Ω"_s, u"Čeština"_s, u"日本"_s, u"😀"_s}) EXPECT_EQ(ToBytes(text), std::nullopt);
 }
 
+TEST(Text, AnyNameOfAFileSurvives) {
+  for (const std::string name :
+       {"/d/\xC3\xBC \xF0\x9F\x98\x80.mlb", "/d/\xFC.mlb", "\x80\xFF", "\xC3", "a\xED\xB3\xBC", ""}) {
+    EXPECT_EQ(ToPath(FromPath(name)).string(), name);
+  }
+  EXPECT_EQ(FromPath("\xC3\xBC\xFC").at(0), u'ü');
+}
+
 TEST(Background, WorksBesideTheWindowsAndReportsToThem) {
   ThreadBackground background;
   const QThread* windows = QThread::currentThread();

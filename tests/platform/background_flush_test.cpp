@@ -1,0 +1,59 @@
+#include "platform/background_flush.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+namespace tessaro {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Waits for what another thread does; false when it does not come.
+template <typename Condition>
+bool Comes(const Condition& condition) {
+  const auto end = std::chrono::steady_clock::now() + 5s;
+  bool come = false;
+  while (!(come = condition()) && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(5ms);
+  return come;
+}
+
+TEST(BackgroundFlush, GathersWritesFlushesOnItsOwnAndGoesOnAfterAFailure) {
+  std::atomic<int> flushes = 0;
+  std::atomic<bool> good = false;
+  BackgroundFlush background;
+  background.SetFlush([&] { return ++flushes, good.load(); });
+  const auto start = std::chrono::steady_clock::now();
+  for (int i = 0; i < 100; ++i) background.Written();
+  ASSERT_TRUE(Comes([&] { return flushes == 1; }));
+  EXPECT_GE(std::chrono::steady_clock::now() - start, 400ms) << "not one by one";
+  EXPECT_TRUE(Comes([&] { return background.TakeFailure(); }));
+  EXPECT_FALSE(background.TakeFailure()) << "told once";
+  good = true;
+  background.Written();
+  EXPECT_TRUE(Comes([&] { return flushes == 2; }));
+  std::this_thread::sleep_for(700ms);
+  EXPECT_TRUE(flushes == 2 && !background.TakeFailure()) << "nothing was written since";
+}
+
+TEST(BackgroundFlush, FlushesWhatIsLeftWhenItEndsAndNothingThatWasTakenAway) {
+  int flushes = 0;
+  {
+    BackgroundFlush background;
+    background.SetFlush([&] { return ++flushes > 0; });
+    background.Written();
+  }
+  EXPECT_EQ(flushes, 1);
+  {
+    BackgroundFlush background;
+    background.SetFlush([&] { return ++flushes > 0; });
+    background.Written();
+    background.SetFlush(nullptr);
+  }
+  EXPECT_EQ(flushes, 1);
+}
+
+}  // namespace
+}  // namespace tessaro
