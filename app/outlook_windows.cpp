@@ -45,6 +45,7 @@ void OutlookWindows::Bring(OutlookWindow& window) {
 void OutlookWindows::BeginSummary() {
   constexpr int kBeginAfter = 400;  // milliseconds: the start page is painted first
   summary_.Stop();
+  if (file_.paths().cards != summarised_) Q_EMIT Summarised({});
   file_.IsOpen() ? summary_delay_.start(kBeginAfter) : Q_EMIT Summarised({});
 }
 
@@ -56,6 +57,7 @@ void OutlookWindows::Summarise() {
         deck_ = reading.Take();
         weights_ = deck_.weights;
         summary_.Count<KnowledgeCount>(KnowledgeCount(file_, deck_), kCardsAtOnce, [this](KnowledgeCount& count) {
+          summarised_ = file_.paths().cards;
           Q_EMIT Summarised(KnownLine(deck_, count.Take()));
           deck_ = {};
         });

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QTimer>
+#include <filesystem>
 #include <functional>
 #include <memory>
 
@@ -57,7 +58,8 @@ class OutlookWindows : public QObject {
   LocalDays days_;
   QTimer summary_delay_;
   SlicedWork summary_;
-  DeckOutlook deck_;  // that of the summary
+  DeckOutlook deck_;                  // that of the summary
+  std::filesystem::path summarised_;  // the card file that the last line told of
   RecallWeights weights_ = kStandardWeights;
   std::unique_ptr<TF_wneval> evaluation_;
   std::unique_ptr<TF_wnprog> forecast_;

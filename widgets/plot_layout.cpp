@@ -129,7 +129,9 @@ size_t PlotLayout::LabelStride() const {
 }
 
 QString PlotLayout::YText(double value) const {
-  return content_.y_text ? content_.y_text(value) : QLocale().toString(value, 'f', 0);
+  if (content_.y_text) return content_.y_text(value);
+  constexpr QChar kNarrowBlank(0x202F);
+  return QLocale().toString(value, 'f', 0).replace(QLocale().groupSeparator(), kNarrowBlank);
 }
 
 double PlotLayout::DistanceTo(const PlotItems& items, size_t item, const QPointF& point) const {

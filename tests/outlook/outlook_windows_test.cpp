@@ -13,6 +13,7 @@
 #include "outlook/dlkarten.h"
 #include "outlook/number_texts.h"
 #include "outlook/outlook_page.h"
+#include "outlook/summary_texts.h"
 #include "outlook/wneval.h"
 #include "outlook/wnprog.h"
 #include "tests/outlook/outlook_fixture.h"
@@ -190,6 +191,19 @@ TEST_F(OutlookWindowTest, ForecastKeepsItsWishesAndNothingElse) {
   EXPECT_FALSE(file.changed());
   TF_wnprog again(file, settings, clock);
   EXPECT_EQ(Control<QSpinBox>(again, u"SpinMinuten"_s).value(), 35);
+}
+
+TEST_F(OutlookWindowTest, LinesForOtherWindowsSayWhatCounts) {
+  const int64_t today = days.StartOf(days.DayOf(kNow));
+  Open({CardWith({{today - 1, 'w'}, {today, 'f'}, {today + 1, 'w'}}), CardWith({{today - 1, 'w'}}), TestCard{},
+        CardWith({{today, 'w'}, {kNow + 1, 'w'}})});
+  EXPECT_EQ(TodayLine(file, kNow, days), u"Heute: 2 Antworten, 50 % gewusst"_s);
+  EXPECT_EQ(TodayLine(file, kNow + 2 * kDay, days), QString());
+  EXPECT_EQ(RecallLine(file, 4, kStandardWeights, kNow), QString()) << "a new card";
+  EXPECT_EQ(RecallLine(file, 5, kStandardWeights, kNow), QString()) << "answered later than now";
+  // Known once, a first answer: the first of the worked examples.
+  EXPECT_EQ(RecallLine(file, 3, kStandardWeights, today - 1 + 600),
+            u"Gewusst jetzt: 96 % · in 7 Tagen 89 % · in 30 Tagen 84 %"_s);
 }
 
 TEST(NumberTexts, AreGerman) {
