@@ -50,7 +50,12 @@ QString OneLine(QString text) {
 QString ComparisonText(const TypedComparison& compared, const QPalette& palette) {
   const auto colour = [&](Accent accent) { return AccentColour(accent, palette).name(); };
   const QString typed = Marked(compared.typed, u"<s style=\"color:%1\">"_s.arg(colour(Accent::NotKnown)), u"</s>"_s);
-  const QString answer = Marked(compared.answer, u"<u style=\"color:%1\">"_s.arg(colour(Accent::Known)), u"</u>"_s);
+  // Where nothing is the same nothing of the answer stands out.
+  const bool alike =
+      std::any_of(compared.answer.begin(), compared.answer.end(), [](const auto& piece) { return piece.same; });
+  const QString mark =
+      alike ? u"<u style=\"color:%1\">"_s.arg(colour(Accent::Known)) : u"<u style=\"text-decoration:none\">"_s;
+  const QString answer = Marked(compared.answer, mark, u"</u>"_s);
   return u"<table cellspacing=0><tr><td>Getippt:&nbsp;</td><td>%1</td></tr>"
          u"<tr><td>Antwort:&nbsp;</td><td>%2</td></tr></table>"_s.arg(typed, OneLine(answer));
 }

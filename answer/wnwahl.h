@@ -35,10 +35,12 @@ class TF_wnwahl : public AnswerWindow {
 
  protected:
   bool KeyPressed(QKeyEvent& event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   ChoicePage Page() const;
   void MakeChoices();
+  void DressBoxes();
   void PageChanged();
   void ChoiceClick(size_t choice, QToolButton& button);
   void CheckBoxClick(size_t choice);

@@ -67,6 +67,7 @@ void AnswerModes::Start() {
   for (const AnswerMode mode : kWindowModes) {
     if (SettingsOf(mode).shown.Read(around_.settings.ini)) return SwitchTo(mode);
   }
+  SwitchTo(AnswerMode::None);
 }
 
 void AnswerModes::SwitchTo(AnswerMode mode) {
@@ -149,6 +150,7 @@ void AnswerModes::CardShown() {
 }
 
 void AnswerModes::SettingsChanged() {
+  Start();
   if (Window() == nullptr) return;
   Window()->ReadSettings();
   Window()->SideCame();

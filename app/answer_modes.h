@@ -25,7 +25,7 @@ class AnswerModes : public QObject {
   // Keeps the places of the windows.
   ~AnswerModes() override;
 
-  // Switches on what was on in the last run.
+  // Switches on what the settings say: at first what was on in the last run.
   void Start();
   void SwitchTo(AnswerMode mode);
   void SettingsChanged();

@@ -13,7 +13,6 @@
 #include "app/program_options.h"
 #include "app/single_instance.h"
 #include "app/wnmain.h"
-#include "widgets/desktop_colours.h"
 #include "widgets/icons.h"
 #include "widgets/text.h"
 
@@ -68,6 +67,9 @@ int RunProgram(Application& application, const ProgramOptions& options) {
     places.settings = std::filesystem::absolute(options.settings);
     places.backups = places.settings.parent_path() / "Sicherungen";
   }
+  IniFile settings;
+  (void)settings.Load(RealDisk(), places.settings);
+  ApplyAppearance(settings, options.theme);
   const RealClock clock;
   RealRandom random;
   BoxMessages messages;
@@ -105,8 +107,6 @@ int Main(int argc, char** argv) {
   QApplication::setApplicationVersion(u"3.0"_s);
   QApplication::setDesktopFileName(u"tessaro"_s);
   SpeakGerman(application);
-  ApplyTheme(options.theme);
-  if (options.theme == Theme::Desktop) new DesktopColours(&application);
   QApplication::setWindowIcon(Icon("cards"));
   try {
     return RunProgram(application, options);

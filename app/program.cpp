@@ -1,6 +1,6 @@
 #include "app/program.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QLocale>
@@ -10,10 +10,13 @@
 
 #include "app/answer_modes.h"
 #include "app/check_texts.h"
+#include "app/dlopt.h"
+#include "app/program_options.h"
 #include "app/sample_files.h"
 #include "app/wnmain.h"
 #include "cards/deck_check.h"
 #include "learn/dlausw.h"
+#include "learn/dllernkeys.h"
 #include "learn/wnlern.h"
 #include "settings/keys.h"
 #include "widgets/text.h"
@@ -132,6 +135,30 @@ void Program::EndLearning() {
   (void)file_.SaveSettings();
   SaveSettings();
   Q_EMIT LearningClosed();
+}
+
+void Program::ShowOptions() {
+  const std::filesystem::path folder = file_.IsOpen() ? file_.paths().cards.parent_path() : std::filesystem::path();
+  TF_dlopt options({settings_.ini, file_.IsOpen() ? &file_.settings() : nullptr, folder, places_.backups},
+                   machine_.messages, QApplication::activeWindow());
+  if (media_window_ == nullptr) media_window_ = std::make_unique<TF_wnmedia>();
+  connect(&options, &TF_dlopt::SoundWanted, media_window_.get(), &TF_wnmedia::PlaySound);
+  connect(&options, &TF_dlopt::ParametersWanted, main_window_.get(), &TF_wnmain::LernEinstellungExecute);
+  connect(&options, &TF_dlopt::KeysWanted, &options, [&] {
+    TF_dllernkeys(settings_.ini, &options).exec();
+    if (learning_window_ != nullptr) learning_window_->SettingsChanged();
+  });
+  const auto appearance = [this] {
+    return std::pair(keys::kTheme.Read(settings_.ini), keys::kTextPercent.Read(settings_.ini));
+  };
+  const auto before = appearance();
+  if (options.exec() != QDialog::Accepted) return;
+  SaveSettings();
+  if (file_.IsOpen()) (void)file_.SaveSettings();
+  // Colours given at the start stay until others are chosen.
+  if (appearance() != before) ApplyAppearance(settings_.ini);
+  if (learning_window_ != nullptr) learning_window_->SettingsChanged();
+  if (answer_modes_ != nullptr) answer_modes_->SettingsChanged();
 }
 
 void Program::SaveSettings() {

@@ -71,6 +71,8 @@ class Program : public QObject {
   // Closes the learning window if it is open; it has kept its positions then.
   void CloseLearning();
   bool learning() const;
+  // Lets the user set the options, and puts them into effect.
+  void ShowOptions();
   // See Background::Run.
   void RunInBackground(QObject& receiver, BackgroundWork work);
   // Writes tessaro.ini, making its folder. A failure is of no consequence for the cards and is not told.

@@ -1,7 +1,10 @@
 #include "app/program_options.h"
 
 #include <QCommandLineParser>
+#include <QCoreApplication>
 
+#include "settings/keys.h"
+#include "widgets/desktop_colours.h"
 #include "widgets/text.h"
 
 namespace tessaro {
@@ -63,6 +66,17 @@ Lernen mit Karteikarten. Eine angegebene Kartei wird gleich geöffnet.
   -h, --help            diese Hilfe
   -v, --version         Version
 )"_s;
+}
+
+void ApplyAppearance(const IniFile& settings, Theme given) {
+  ApplyTextSize(static_cast<int>(keys::kTextPercent.Read(settings)));
+  const Theme theme = given != Theme::Desktop ? given : static_cast<Theme>(keys::kTheme.Read(settings));
+  // Follows the desktop as long as it lives.
+  auto* desktop = QCoreApplication::instance()->findChild<DesktopColours*>();
+  if (theme == Theme::Desktop && desktop != nullptr) return;
+  delete desktop;
+  ApplyTheme(theme);
+  if (theme == Theme::Desktop) new DesktopColours(QCoreApplication::instance());
 }
 
 }  // namespace tessaro

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <filesystem>
 
+#include "store/file/ini_file.h"
 #include "widgets/theme.h"
 
 namespace tessaro {
@@ -23,5 +24,8 @@ struct ProgramOptions {
 // `arguments` with the program's name in front.
 ProgramOptions ReadOptions(const QStringList& arguments);
 QString HelpText();
+
+// Colours and size of text as the program's settings say; colours that were given at the start come before.
+void ApplyAppearance(const IniFile& settings, Theme given = Theme::Desktop);
 
 }  // namespace tessaro

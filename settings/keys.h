@@ -1,11 +1,13 @@
 #pragma once
 
+#include <array>
+
 #include "settings/setting.h"
 #include "store/table/card_columns.h"
 
 // Every value that the program keeps in tessaro.ini and in the settings X.ini of a card file, but for those that come
-// in groups of their own: the learning parameters, the learning keys, the limits of the boxes, the looks of the sides,
-// the places of windows, the recent files.
+// in groups of their own: the learning parameters, the learning keys, the looks of the sides, the places of windows,
+// the recent files.
 namespace tessaro::keys {
 
 // tessaro.ini: how learning begins, and what the learning window shows.
@@ -20,6 +22,12 @@ inline constexpr FlagSetting kChoiceFloats = {"SHOW", "SelectFrei", false};
 inline constexpr FlagSetting kTypingFloats = {"SHOW", "TippFrei", false};
 inline constexpr FlagSetting kBarBelow = {"SHOW", "Align", false};
 inline constexpr FlagSetting kShowFigures = {"SHOW", "Figures", true};
+
+// How many cards the Leitner boxes 1 to 5 should hold, as far as the fields of their dialog go.
+inline constexpr std::array kBoxLimits = {
+    NumberSetting{"Leitner", "Fach1", 25, 0, 999}, NumberSetting{"Leitner", "Fach2", 50, 0, 999},
+    NumberSetting{"Leitner", "Fach3", 100, 0, 9999}, NumberSetting{"Leitner", "Fach4", 250, 0, 9999},
+    NumberSetting{"Leitner", "Fach5", 500, 0, 99999}};
 
 // The modes of answering.
 inline constexpr NumberSetting kChoicePage = {"SEL", "i", 0, 0, 1};  // numbers, letters

@@ -19,6 +19,7 @@ struct SideSettings {
   bool fixed_pitch = false;  // where the font is missing, one with letters of equal width stands in for it
   int64_t text = kNoColour;
   int64_t paper = kNoColour;
+  bool operator==(const SideSettings&) const = default;
 };
 
 // Font from section "FontV" or "FontH" (keys "Name", "Color", "Height", "Size", "Pitch"), paper from "Color" in section

@@ -73,11 +73,24 @@ QPalette ThemePalette(Theme theme) {
 }
 
 void ApplyTheme(Theme theme) {
+  // As the desktop gave them, before anything was switched.
+  static const QString desktop_style = QApplication::style()->name();
   const bool desktop = theme == Theme::Desktop;
+  const bool fusion = desktop_style == u"fusion";
   // A desktop with a style of its own keeps it.
-  if (desktop && QApplication::style()->name() != u"fusion") return;
-  QApplication::setStyle(new MendedFusion);
-  if (!desktop) QApplication::setPalette(ThemePalette(theme));
+  if (!desktop || fusion) {
+    QApplication::setStyle(new MendedFusion);
+  } else if (QApplication::style()->name() != desktop_style) {
+    QApplication::setStyle(desktop_style);
+  }
+  QApplication::setPalette(desktop ? QPalette() : PaletteOf(theme == Theme::Dark ? kDark : kLight));
+}
+
+void ApplyTextSize(int percent) {
+  static const QFont desktop_font = QApplication::font();
+  QFont font = desktop_font;
+  font.setPointSizeF(desktop_font.pointSizeF() * percent / 100);
+  if (font != QApplication::font()) QApplication::setFont(font);
 }
 
 bool IsDark(const QPalette& palette) {

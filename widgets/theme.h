@@ -13,6 +13,8 @@ enum class Theme { Desktop, Light, Dark };
 // Switches the program to a palette of its own, in Qt's Fusion style; Desktop leaves both as the desktop gives them,
 // but for small faults of the Fusion style, where that is the desktop's.
 void ApplyTheme(Theme theme);
+// The text of windows, in percent of the desktop's.
+void ApplyTextSize(int percent);
 QPalette ThemePalette(Theme theme);
 
 enum class Accent { Known, NotKnown, Notice, Warning };
