@@ -49,9 +49,9 @@ QString AdviceFor(const BeginFile& file) {
                         u"%1 neue Karten warten auf Sie."_s);
   }
   if (file.figures.learnable == 0) return u"In dieser Kartei gibt es noch keine Karten zum Lernen."_s;
-  if (!file.next_due_in) return u"Zurzeit ist nichts zu wiederholen."_s;
+  if (!file.figures.next_due_in) return u"Zurzeit ist nichts zu wiederholen."_s;
   return u"Zurzeit ist nichts zu wiederholen. Die nächste Karte ist in %1 fällig."_s.arg(
-      SpanInWords(*file.next_due_in));
+      SpanInWords(*file.figures.next_due_in));
 }
 
 void Empty(QVBoxLayout& list) {
@@ -173,10 +173,13 @@ void TFrameBegin::ShowFigures(const CardFigures& figures) {
                                                {ui_->FigureUnknown, figures.unknown},
                                                {ui_->FigureDue, figures.unknown + figures.due}};
   for (const auto& [label, figure] : shown) label->setText(QLocale().toString(static_cast<qlonglong>(figure)));
-  const int64_t navigation = figures.cards - figures.learnable;
+  const int64_t left_out = figures.cards - figures.learnable;
   ui_->LabelNavigation->setText(
-      CardsInWords(navigation, u"dazu eine Navigationskarte"_s, u"dazu %1 Navigationskarten"_s));
-  ui_->LabelNavigation->setVisible(navigation > 0);
+      left_out == figures.navigation
+          ? CardsInWords(left_out, u"dazu eine Navigationskarte"_s, u"dazu %1 Navigationskarten"_s)
+          : CardsInWords(left_out, u"dazu eine Karte, die nicht abgefragt wird"_s,
+                         u"dazu %1 Karten, die nicht abgefragt werden"_s));
+  ui_->LabelNavigation->setVisible(left_out > 0);
 }
 
 void TFrameBegin::SetRecent(const std::vector<std::filesystem::path>& files) {

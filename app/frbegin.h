@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "store/file/card_figures.h"
+#include "cards/figures.h"
 
 class QVBoxLayout;
 
@@ -22,7 +22,6 @@ namespace tessaro {
 struct BeginFile {
   std::filesystem::path path;
   CardFigures figures;
-  std::optional<int64_t> next_due_in;  // seconds until a known card will be due
 };
 
 // The start page of the main window: what is open and what to do next, or how to begin.

@@ -15,6 +15,7 @@
 #include "app/sample_files.h"
 #include "app/wnmain.h"
 #include "cards/deck_check.h"
+#include "cards/figures.h"
 #include "learn/dlausw.h"
 #include "learn/dllernkeys.h"
 #include "learn/wnlern.h"
@@ -42,7 +43,10 @@ ProgramPlaces StandardPlaces() {
 }
 
 Program::Program(const Machine& machine, ProgramPlaces places)
-    : machine_(machine), places_(std::move(places)), file_(machine.disk, machine.clock), answer_gate_(machine.clock) {
+    : machine_(machine),
+      places_(std::move(places)),
+      file_(machine.disk, machine.clock, CountUnknown),
+      answer_gate_(machine.clock) {
   settings_.path = places_.settings;
   settings_readable_ = settings_.ini.Load(machine_.disk, settings_.path);
   main_window_ = std::make_unique<TF_wnmain>(*this);

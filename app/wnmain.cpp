@@ -13,7 +13,7 @@
 #include "app/frbegin.h"
 #include "app/program.h"
 #include "app/sample_files.h"
-#include "cards/due_rule.h"
+#include "cards/figures.h"
 #include "learn/dlparam.h"
 #include "settings/learning_parameters.h"
 #include "settings/recent_files.h"
@@ -222,9 +222,7 @@ BeginFile TF_wnmain::LookAtFile() {
   figures_at_ = program_.clock().Now();
   BeginFile begin;
   begin.path = file_.paths().cards;
-  begin.figures = file_.Figures(
-      {.now = figures_at_, .retention_weight = parameters.retention_weight, .max_time = parameters.max_time});
-  begin.next_due_in = SecondsUntilNextDue(file_, parameters, figures_at_);
+  begin.figures = FiguresOf(file_, parameters, figures_at_);
   return begin;
 }
 

@@ -47,9 +47,7 @@ AnswerHistory ParseHistory(std::string_view time_row, std::string_view yes_no_ro
 }
 
 AnswerHistory EmptyHistory() {
-  AnswerHistory history;
-  history.letters.fill(kNotKnownLetter);
-  return history;
+  return ParseHistory(BlankTimeRow(), BlankYesNoRow());
 }
 
 void PushAnswer(AnswerHistory& history, char letter, int64_t time) {
@@ -91,12 +89,6 @@ std::string TimesAfterAnswer(const AnswerTimes& times) {
   std::string text;
   text.reserve(times.size() * 11);
   AppendNumbers(times, times.size(), text);
-  return text;
-}
-
-std::string TimesAfterWipe() {
-  std::string text = TimesAfterAnswer({});
-  text.pop_back();
   return text;
 }
 

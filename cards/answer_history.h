@@ -10,7 +10,7 @@
 // A card's answers as its columns TimeRow and YesNoRow keep them: 64 times and 64 letters, the newest first.
 //
 // TimeRow is written in three forms, and all of them are read: after an answer 64 numbers, each followed by a blank,
-// after a wipe 64 numbers with blanks between them, after an undo 63 numbers, each followed by a blank.
+// blank (BlankTimeRow) 64 numbers with blanks between them, after an undo 63 numbers, each followed by a blank.
 namespace tessaro {
 
 inline constexpr char kKnownLetter = 'w';
@@ -45,7 +45,6 @@ void DropNewestAnswer(AnswerHistory& history);
 
 std::string LettersText(const AnswerLetters& letters);
 std::string TimesAfterAnswer(const AnswerTimes& times);
-std::string TimesAfterWipe();
 std::string TimesAfterUndo(const AnswerTimes& times);
 
 }  // namespace tessaro

@@ -20,16 +20,14 @@ class CardReader {
   bool IsCardRow(int64_t row) const { return row >= kFirstCardRow && row <= LastCardRow(); }
 
   std::string_view Id(int row) const { return cards_.Peek(columns_.id, row); }
-  // An ID with "#" is that of the end row, or of a card that is neither learned nor chosen.
-  bool HasEndMark(int row) const { return Id(row).find('#') != std::string_view::npos; }
+  bool HasEndMark(int row) const { return tessaro::HasEndMark(Id(row)); }
   std::string_view Question(int row) const { return cards_.Peek(columns_.question, row); }
   std::string_view Answer(int row) const { return cards_.Peek(columns_.answer, row); }
   bool IsNavigation(int row) const { return tessaro::IsNavigation(Question(row)); }
-  bool IsDuplicateMarked(int row) const {
-    return tessaro::IsDuplicateMarked(Question(row)) || tessaro::IsDuplicateMarked(Answer(row));
-  }
-  // Never asked, whatever the method.
-  bool IsLeftOut(int row) const { return IsNavigation(row) || IsDuplicateMarked(row) || marks_.Has(row); }
+  // Can never be chosen, whatever the method.
+  bool IsNeverChosen(int row) const { return tessaro::IsLeftOut(Id(row), Question(row), Answer(row)); }
+  // Not asked now: that, or marked to be removed.
+  bool IsLeftOut(int row) const { return marks_.Has(row) || IsNeverChosen(row); }
 
   int64_t Score(int row) const { return LeadingNumber(cards_.Peek(columns_.score, row)); }
   int64_t TimeLearned(int row) const { return LeadingNumber(cards_.Peek(columns_.time_learned, row)); }
@@ -44,7 +42,7 @@ class CardReader {
   bool WasAnswered(int row) const { return NewestTime(row) != 0; }
 
   // True for a card that learning concerns and whose score is 0.
-  bool IsUnknown(int row) const { return Score(row) == 0 && !HasEndMark(row) && !IsNavigation(row); }
+  bool IsUnknown(int row) const { return Score(row) == 0 && !IsNeverChosen(row); }
 
  private:
   const CardTable& cards_;

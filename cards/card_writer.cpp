@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "cards/figures.h"
+
 namespace tessaro {
 
 CardChange LearnedColumns(const CardFile& file, int row) {
@@ -53,7 +55,7 @@ CardChange CardWriter::Exchange(int row, const CardChange& columns) {
 int64_t CardWriter::UnknownCount() {
   if (unknown_ && counted_rows_ == file_.cards().RowCount()) return *unknown_;
   counted_rows_ = file_.cards().RowCount();
-  unknown_ = file_.CountUnknown();
+  unknown_ = CountUnknown(file_);
   return *unknown_;
 }
 

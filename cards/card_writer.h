@@ -26,7 +26,7 @@ class CardWriter {
   // Brings the columns that `columns` sets to these contents, and gives what stood there. No change is no write.
   CardChange Exchange(int row, const CardChange& columns);
 
-  // Cards whose score is 0: no marker rows, no ID with "#", no navigation cards. Counted over the file at the first
+  // The unknown cards: CountUnknown. Counted over the file at the first
   // call and when the number of rows changed since; else it costs nothing.
   int64_t UnknownCount();
   // To be called when someone else may have changed cards: the next UnknownCount counts anew.

@@ -1,9 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 
-#include "cards/card_reader.h"
 #include "settings/learning_parameters.h"
 
 // When a card whose newest answer was "known" is to be shown again. Selection, classification and the colours of links
@@ -18,8 +16,5 @@ struct DueState {
 // newest + score x weight, the product without its fraction.
 int64_t DueTime(int64_t newest, int64_t score, const LearningParameters& parameters);
 DueState DueStateAt(int64_t newest, int64_t score, const LearningParameters& parameters, int64_t now);
-
-// Seconds from `now` until the first card that waits for its time is due; nothing when none waits. Looks at all cards.
-std::optional<int64_t> SecondsUntilNextDue(const CardFile& file, const LearningParameters& parameters, int64_t now);
 
 }  // namespace tessaro

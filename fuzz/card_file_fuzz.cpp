@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cards/deck_check.h"
+#include "cards/figures.h"
 #include "store/file/card_file.h"
 #include "tests/support/memory_disk.h"
 
@@ -16,10 +17,10 @@ void Require(bool good) {
 }
 
 void Work(CardFile& file) {
-  const CardFigures figures = file.Figures({1'700'000'000, 1.5, 365 * 86400});
+  const CardFigures figures = FiguresOf(file, {.retention_weight = 1.5}, 1'700'000'000);
   Require(figures.cards == file.CardCount());
   Require(figures.never_answered + figures.known + figures.unknown == figures.learnable);
-  Require(figures.due <= figures.known && file.CountUnknown() <= figures.learnable);
+  Require(figures.due <= figures.known && CountUnknown(file) <= figures.learnable);
   (void)file.RowOfId(file.highest_id());
   for (int row = kFirstCardRow; row <= file.CardCount() + 1; ++row) file.learn_index().Update(row, row % 3);
 }

@@ -17,7 +17,7 @@ void WipeFutureCard(AnswerContext& context, AnswerOutcome& outcome) {
   context.history = EmptyHistory();
   context.time_learned = 0;
   outcome.wiped = true;
-  outcome.change.time_row = TimesAfterWipe();
+  outcome.change.time_row = BlankTimeRow();
   outcome.change.yes_no_row = LettersText(context.history.letters);
   outcome.change.score = ScoreText(0);
   outcome.change.time_learned = "0";

@@ -1,6 +1,7 @@
 #include "learn/notice.h"
 
 #include "cards/card_reader.h"
+#include "cards/figures.h"
 #include "learn/learning_run.h"
 
 namespace tessaro {
@@ -9,13 +10,14 @@ namespace {
 // Looks no further than the first one.
 bool HasLearnableCards(const CardReader& cards) {
   for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
-    if (!cards.HasEndMark(row) && !cards.IsLeftOut(row)) return true;
+    if (!cards.IsLeftOut(row)) return true;
   }
   return false;
 }
 
 bool HoldsNewCardsBack(const LearningRun& run, const CardFile& file) {
-  return run.no_new_cards() && run.method() == Method::Standard && file.Figures({}).never_answered > 0;
+  return run.no_new_cards() && run.method() == Method::Standard &&
+         FiguresOf(file, run.parameters(), 0).never_answered > 0;
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <QScopedValueRollback>
 #include <utility>
 
-#include "cards/due_rule.h"
+#include "cards/figures.h"
 #include "hypertext/plain_text.h"
 #include "learn/lern_texts.h"
 #include "learn/wnlern.h"
@@ -340,7 +340,7 @@ void TF_wnlern::ShowNotice() {
   const bool nothing_due = notice_ == Notice::NothingDue;
   const bool at_end = notice_ == Notice::EndWithoutCard;
   const auto next_due =
-      nothing_due ? SecondsUntilNextDue(file_, run_->parameters(), clock_.Now()) : std::optional<int64_t>();
+      nothing_due ? FiguresOf(file_, run_->parameters(), clock_.Now()).next_due_in : std::optional<int64_t>();
   ui_->LabelHinweis->setText(NoticeText(notice_, next_due));
   ui_->ButtonNeuerLauf->setVisible(notice_ == Notice::ClockWentBack || at_end);
   ui_->ButtonOhneSperre->setVisible((nothing_due || at_end) && run_->time_lock());

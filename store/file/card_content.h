@@ -25,7 +25,7 @@ struct CardContent {
   bool settings_unreadable = false;  // there are settings that we could not read: they are not written over
   int64_t highest_id = 0;
   bool equal_keys_differ = false;              // from their order in indexes that were built anew
-  std::optional<int64_t> unknown;              // how many cards are unknown, as long as none was changed
+  std::optional<int64_t> unknown;              // counted when they were opened, as long as none was changed
   ContentStamp stamp;                          // of the card file as it was read or written last
   std::optional<FileState> on_disk;            // the card file as it was read or written last
   std::vector<std::filesystem::path> damaged;  // files that were read, damaged, and are not yet set aside

@@ -71,17 +71,14 @@ bool HasCardFileType(const fs::path& path) {
   return EndsInAny(path, ".mlb", ".MLB");
 }
 
-CardFile::CardFile(Disk& disk, const Clock& clock) : disk_(disk), journal_(disk, clock) {
+CardFile::CardFile(Disk& disk, const Clock& clock, CardCount count_unknown)
+    : disk_(disk), count_unknown_(count_unknown), journal_(disk, clock) {
   watchers_.Add(deletion_marks_);
 }
 CardFile::~CardFile() = default;
 
 int CardFile::CardCount() const {
   return std::max(content_.cards.RowCount() - 2, 0);
-}
-
-int64_t CardFile::CountUnknown() const {
-  return content_.unknown ? *content_.unknown : tessaro::CountUnknown(content_.cards, content_.columns);
 }
 
 std::string CardFile::IssueId() {
@@ -175,7 +172,7 @@ void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& obse
   content.highest_id = ids.highest();
   const std::array<std::optional<std::string>, 2> texts = reading.get();
   std::future adopting = std::async(kOnOtherThread, [&] {
-    content.unknown = tessaro::CountUnknown(content.cards, content.columns);
+    if (count_unknown_ != nullptr) content.unknown = count_unknown_(content.cards, content.columns);
     return texts[1] && content.link_index.Adopt(*texts[1], ids);
   });
   const bool learn_adopted = texts[0] && content.learn_index.Adopt(*texts[0], ids);

@@ -12,7 +12,6 @@
 #include "platform/disk.h"
 #include "platform/file_lock.h"
 #include "store/file/card_content.h"
-#include "store/file/card_figures.h"
 #include "store/file/card_file_types.h"
 #include "store/file/card_journal.h"
 #include "store/file/card_watcher.h"
@@ -25,7 +24,10 @@ namespace tessaro {
 // one in a running program; functions that work on cards take a reference to it.
 class CardFile {
  public:
-  explicit CardFile(Disk& disk = RealDisk(), const Clock& clock = SystemClock());
+  // Counts the unknown cards, by a rule that the store does not know.
+  using CardCount = int64_t (*)(const CardTable& cards, const CardColumns& columns);
+  // With `count_unknown` opening a file counts them, on another thread beside the work for the indexes.
+  explicit CardFile(Disk& disk = RealDisk(), const Clock& clock = SystemClock(), CardCount count_unknown = nullptr);
   ~CardFile();
   CardFile(const CardFile&) = delete;
   CardFile& operator=(const CardFile&) = delete;
@@ -67,10 +69,8 @@ class CardFile {
 
   // Cards between the marker rows; 0 when nothing is open.
   int CardCount() const;
-  // Cards that a person has still to learn: those with score 0, without navigation cards and cards with "#" in the ID.
-  // Opening has counted them, so the first answer is at hand.
-  int64_t CountUnknown() const;
-  CardFigures Figures(const DueTerms& terms) const { return FiguresOf(content_.cards, content_.columns, terms); }
+  // As counted at opening; nothing when that was not done, or a card changed since.
+  std::optional<int64_t> unknown_at_opening() const { return content_.unknown; }
 
   int64_t highest_id() const { return content_.highest_id; }
   // The number for a new card, "%06ld" of the highest number + 1, which is raised by that.
@@ -177,6 +177,7 @@ class CardFile {
   bool WriteSettings(const CardContent& content, const std::filesystem::path& path);
 
   Disk& disk_;
+  CardCount count_unknown_;
   CardContent content_;
   CardFilePaths paths_;  // all empty when nothing is open
   std::unique_ptr<FileLock> lock_;

@@ -12,12 +12,6 @@ constexpr std::string_view kFirstQuestion =
     "z.B. f\xFCr Kurzbeschreibung und Links auf Themen\xFC"
     "bersichten.";
 
-std::string EmptyTimes() {
-  std::string times = "0";
-  for (int i = 1; i < kHistoryLength; ++i) times += " 0";
-  return times;
-}
-
 bool IsEmptyRow(const CardTable& cards, int row) {
   for (int column = 1; column <= cards.ColumnCount(); ++column) {
     if (!cards.Peek(column, row).empty()) return false;
@@ -52,8 +46,8 @@ void MakeNewCards(CardTable& cards) {
   cards.SetFieldByName(kAnswer, "-");
   cards.SetFieldByName(kScore, "000000001");
   cards.SetFieldByName(kTimeLearned, "00");
-  cards.SetFieldByName(kYesNoRow, std::string(kHistoryLength, 'f'));
-  cards.SetFieldByName(kTimeRow, EmptyTimes());
+  cards.SetFieldByName(kYesNoRow, BlankYesNoRow());
+  cards.SetFieldByName(kTimeRow, BlankTimeRow());
   cards.Next();
   cards.SetFieldByName(kId, kEndMark);
 }

@@ -51,6 +51,20 @@ bool IsDuplicateMarked(std::string_view text) {
   return text.find("<+++>") != std::string_view::npos;
 }
 
+bool IsLeftOut(std::string_view id, std::string_view question, std::string_view answer) {
+  return HasEndMark(id) || IsNavigation(question) || IsDuplicateMarked(question) || IsDuplicateMarked(answer);
+}
+
+std::string BlankTimeRow() {
+  std::string times = "0";
+  for (int i = 1; i < kHistoryLength; ++i) times += " 0";
+  return times;
+}
+
+std::string BlankYesNoRow() {
+  return std::string(kHistoryLength, 'f');
+}
+
 int64_t LeadingNumber(std::string_view text) {
   constexpr uint64_t kMost = std::numeric_limits<int64_t>::max();
   constexpr size_t kDigitsAtOnce = 8;

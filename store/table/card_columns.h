@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 // The columns of a card file and the texts of their empty state. A card file is a table of these columns whose first
@@ -37,8 +38,18 @@ CardColumns ColumnsOf(const CardTable& cards);
 
 // A card that is shown but never learned: its question holds "<navigation>" or "<NAVIGATION>", in exactly these forms.
 bool IsNavigation(std::string_view question);
-// A card that carries the mark of a superfluous variant, "<+++>", is left out by the selection methods.
+// The mark of a superfluous variant, "<+++>". A card with it on either side is left out by the selection methods.
 bool IsDuplicateMarked(std::string_view text);
+// An ID with "#" is that of the end row, or of a card that is neither learned nor chosen.
+inline bool HasEndMark(std::string_view id) {
+  return id.find('#') != std::string_view::npos;
+}
+// A card that learning leaves out, whatever the method: a navigation card, or one with one of these marks.
+bool IsLeftOut(std::string_view id, std::string_view question, std::string_view answer);
+
+// The history of a card that was never answered: the texts of TimeRow and YesNoRow.
+std::string BlankTimeRow();
+std::string BlankYesNoRow();
 
 // Reads a decimal number as the C library's strtoll does: blanks, a sign, digits; 0 without digits. Saturates.
 int64_t LeadingNumber(std::string_view text);

@@ -93,8 +93,8 @@ TEST(AnswerHistory, ThreeFormsOfTheTimesReadBack) {
   history.times[63] = 0;
   EXPECT_EQ(ParseHistory(after_undo, "").times, history.times);
 
-  EXPECT_EQ(TimesAfterWipe().size(), 127u);
-  EXPECT_EQ(UsedTimes(ParseHistory(TimesAfterWipe(), "")), std::vector<int64_t>{});
+  EXPECT_EQ(BlankTimeRow().size(), 127u);
+  EXPECT_EQ(UsedTimes(ParseHistory(BlankTimeRow(), "")), std::vector<int64_t>{});
 }
 
 TEST(AnswerHistory, StreakCountsLettersBeforeTheFirstWrongAnswer) {

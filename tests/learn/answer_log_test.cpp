@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "cards/figures.h"
 #include "tests/learn/learn_fixture.h"
 
 namespace tessaro {
@@ -20,7 +21,7 @@ class AnswerLogTest : public LearnTest {
   LogReport Answer(int row, Rating rating, CardMarks marks = {}) { return log->Log(row, rating, marks, clock.now); }
 
   void ExpectCountAndIndexFit() {
-    EXPECT_EQ(writer->UnknownCount(), file.CountUnknown());
+    EXPECT_EQ(writer->UnknownCount(), CountUnknown(file));
     ExpectIndexFits();
   }
   // What an answer has done to the card in row 2 and to the count.

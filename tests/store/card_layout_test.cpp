@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "platform/code_page.h"
-#include "store/file/card_figures.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {
@@ -73,43 +72,6 @@ TEST(CompleteCards, AddsWhatIsMissingAndKeepsWhatIsThere) {
     EXPECT_EQ(ids, expected_ids) << what;
     EXPECT_EQ(table.ColumnName(4), "Fremd");
     for (const std::string_view name : kCardColumns) EXPECT_GT(table.ColumnIndex(name), 0) << name;
-  }
-}
-
-TEST(CardFigures, CountCardsByTheirHistory) {
-  constexpr int64_t kNow = 1000000;
-  const std::string known = "w" + std::string(kHistoryLength - 1, 'f');
-  const std::string nines(20, '9');
-  const struct {
-    const char* what;
-    TestCard card;
-    std::string figures;  // what this card is counted as
-    int score_zero = 0;   // and whether it is unknown by its score alone
-  } cases[] = {
-      {"never answered", {.time_row = "0 0"}, "learnable new"},
-      {"no history at all", {.yes_no_row = "", .time_row = ""}, "learnable new"},
-      {"not known", {.score = "000000000", .time_row = "900 800"}, "learnable unknown", 1},
-      {"not known, taken back", {.score = "1", .time_row = "900"}, "learnable unknown"},
-      {"known, no score", {.score = "", .yes_no_row = known, .time_row = "900"}, "learnable unknown", 1},
-      {"known for long", {.score = "000500000", .yes_no_row = known, .time_row = "900000 1"}, "learnable known"},
-      {"due just now", {.score = "000050001", .yes_no_row = known, .time_row = "899998"}, "learnable known"},
-      {"due a second ago", {.score = "000050001", .yes_no_row = known, .time_row = "899997"}, "learnable known due"},
-      {"beyond the maximum", {.score = "000999999", .yes_no_row = known, .time_row = "599999"}, "learnable known due"},
-      {"broken numbers", {.score = nines, .yes_no_row = known, .time_row = nines}, "learnable known"},
-      {"navigation", {.question = "<navigation>", .score = "0"}, ""},
-      {"marked ID", {.id = "00#001", .score = "0"}, ""},
-  };
-  for (const auto& c : cases) {
-    const CardTable cards = MakeCards({c.card});
-    const CardFigures got = FiguresOf(cards, ColumnsOf(cards), {kNow, 2.0, 400000});
-    EXPECT_EQ(got.cards, 1) << c.what;
-    std::string figures = got.learnable == 1 ? "learnable" : "";
-    if (got.never_answered == 1) figures += " new";
-    if (got.known == 1) figures += " known";
-    if (got.unknown == 1) figures += " unknown";
-    if (got.due == 1) figures += " due";
-    EXPECT_EQ(figures, c.figures) << c.what;
-    EXPECT_EQ(CountUnknown(cards, ColumnsOf(cards)), c.score_zero) << c.what;
   }
 }
 
