@@ -121,8 +121,8 @@ void Program::TieMedia(TF_wnlern& learning) {
   connect(media, &TF_wnmedia::VideoEnded, &learning, &TF_wnlern::VideoEnded);
 }
 
-void Program::CloseLearning() {
-  if (learning_window_ != nullptr) learning_window_->close();
+bool Program::CloseLearning() {
+  return learning_window_ == nullptr || learning_window_->close();
 }
 
 bool Program::learning() const {

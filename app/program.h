@@ -68,8 +68,9 @@ class Program : public QObject {
   void OpenLearning(std::optional<MethodChoice> choice = std::nullopt);
   // Lets the user choose the method, the Leitner boxes in front or not, and opens the learning window with it.
   void ChooseMethod(bool boxes);
-  // Closes the learning window if it is open; it has kept its positions then.
-  void CloseLearning();
+  // Closes the learning window if it is open; it has kept its positions then. False: it cannot be closed now, because a
+  // dialog of its own waits for an answer, and what was to happen after that must not.
+  [[nodiscard]] bool CloseLearning();
   bool learning() const;
   // Lets the user set the options, and puts them into effect.
   void ShowOptions();

@@ -155,7 +155,7 @@ void TF_wnmain::MAboutClick() {
 }
 
 bool TF_wnmain::FormCloseQuery() {
-  program_.CloseLearning();
+  if (HasOpenDialog(*this) || !program_.CloseLearning()) return false;
   program_.outlook().Close();
   if (!file_.IsOpen()) return true;
   const bool empty = file_.CardCount() == 0;

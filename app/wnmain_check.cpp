@@ -85,7 +85,7 @@ void TF_wnmain::RepairNow(const std::vector<DeckFinding>& findings) {
 void TF_wnmain::KarteiPruefenExecute() {
   if (!file_.IsOpen() || LongWork::Running()) return;
   // A learning run knows its cards by row and number.
-  program_.CloseLearning();
+  if (!program_.CloseLearning()) return;
   const DeckReport report = CheckNow();
   if (report.findings.empty()) {
     ShowCheck(report);

@@ -78,7 +78,7 @@ bool TF_wnmain::OpenFile(const fs::path& path) {
 }
 
 bool TF_wnmain::LeaveFile() {
-  program_.CloseLearning();
+  if (!program_.CloseLearning()) return false;
   program_.outlook().Close();
   if (!file_.IsOpen()) return true;
   if (!file_.changed()) {

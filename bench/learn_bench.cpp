@@ -41,33 +41,17 @@ struct SeededRandom : Random {
   std::mt19937 generator{1};
 };
 
-// Counts what a window would show.
-struct CountingView : LearningView {
-  void Refresh() override { ++shown; }
-  void Tell(RunMessage, int) override { ++messages; }
-  void ChooseMethod() override { box_done = true; }
-  void EndRun() override {}
-  int shown = 0;
-  int messages = 0;
-  bool box_done = false;
-};
-
 struct Bench {
   explicit Bench(CardFile& card_file) : file(card_file) {}
   CardFile& file;
   StepClock clock;
   SeededRandom random;
-  CountingView view;
   IniFile settings;
-  LearningRun run{file, settings, clock, random, view};
+  LearningRun run{file, settings, clock, random};
 
-  void Answer(int step) {
+  StepResult Answer(int step) {
     clock.now += 7;
-    if (step % 4 == 3) {
-      run.NotKnown();
-    } else {
-      run.Known();
-    }
+    return step % 4 == 3 ? run.NotKnown() : run.Known();
   }
 };
 
@@ -120,8 +104,9 @@ void TimeBoxes(CardFile& file) {
   bench.run.Start();
   std::vector<double> times;
   for (int step = 0; step < kSteps; ++step) {
-    times.push_back(Time([&] { bench.Answer(step); }));
-    if (!std::exchange(bench.view.box_done, false)) continue;
+    bool box_done = false;
+    times.push_back(Time([&] { box_done = bench.Answer(step).box_done; }));
+    if (!box_done) continue;
     bench.run.StartBox({box, 0, order});
     bench.run.ShowNext();
   }

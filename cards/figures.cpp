@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "cards/answer_history.h"
 #include "cards/due_rule.h"
 #include "platform/saturating.h"
 

@@ -11,11 +11,11 @@ namespace tessaro {
 namespace {
 
 const std::string& NoTimes() {
-  static const std::string times = TimesAfterWipe();
+  static const std::string times = BlankTimeRow();
   return times;
 }
 const std::string& NoLetters() {
-  static const std::string letters(kHistoryLength, kNotKnownLetter);
+  static const std::string letters = BlankYesNoRow();
   return letters;
 }
 

@@ -42,6 +42,11 @@ void AnswerButton::SetKeyText(const QString& key) {
   update();
 }
 
+void AnswerButton::SetNote(const QString& note) {
+  note_ = note;
+  update();
+}
+
 void AnswerButton::SetProminent(bool prominent) {
   if (prominent_ == prominent) return;
   prominent_ = prominent;
@@ -73,6 +78,10 @@ QFont AnswerButton::KeyFont() const {
 
 int AnswerButton::KeyWidth() const {
   return key_text_.isEmpty() ? 0 : QFontMetrics(KeyFont()).horizontalAdvance(key_text_) + 2 * kKeyPadding;
+}
+
+int AnswerButton::NoteWidth() const {
+  return note_.isEmpty() ? 0 : QFontMetrics(KeyFont()).horizontalAdvance(note_) + kGap;
 }
 
 QSize AnswerButton::WithoutKey() const {
@@ -119,10 +128,12 @@ void AnswerButton::PaintFrame(QPainter& painter) const {
   painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius + 2, kRadius + 2);
 }
 
+// The note is the first to go where room is short, then the key.
 void AnswerButton::PaintContent(QPainter& painter) const {
   const bool with_key = !key_text_.isEmpty() && width() >= sizeHint().width();
-  const QSize needed = with_key ? sizeHint() : WithoutKey();
-  int x = (width() - needed.width()) / 2 + kPadding;
+  const bool with_note = width() >= sizeHint().width() + NoteWidth();
+  const int needed = (with_key ? sizeHint() : WithoutKey()).width() + (with_note ? NoteWidth() : 0);
+  int x = (width() - needed) / 2 + kPadding;
   const QRect icon_place(x, (height() - IconSide()) / 2, IconSide(), IconSide());
   icon().paint(&painter, icon_place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
   x += IconSide() + kGap;
@@ -130,18 +141,30 @@ void AnswerButton::PaintContent(QPainter& painter) const {
   painter.setPen(palette().color(QPalette::ButtonText));
   const int text_width = QFontMetrics(font()).horizontalAdvance(text());
   painter.drawText(QRect(x, 0, text_width, height()), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextDontClip, text());
-  if (!with_key) return;
+  x += text_width + kGap;
+  painter.setFont(KeyFont());
+  if (with_note) {
+    painter.setPen(isEnabled() ? QuietColour() : palette().color(QPalette::Disabled, QPalette::ButtonText));
+    painter.drawText(QRect(x, 0, NoteWidth(), height()), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextDontClip, note_);
+    x += NoteWidth();
+  }
+  if (with_key) PaintKey(painter, x);
+}
+
+void AnswerButton::PaintKey(QPainter& painter, int x) const {
   const int key_height = QFontMetrics(KeyFont()).height() + 4;
   // On the middle of the screen's points, so that its lines are sharp.
-  const QPoint key_corner(x + text_width + kGap, (height() - key_height) / 2);
+  const QPoint key_corner(x, (height() - key_height) / 2);
   const QRectF key_place(QPointF(key_corner) + QPointF(0.5, 0.5), QSizeF(KeyWidth(), key_height));
-  const QColor quiet = Mixed(palette().color(QPalette::Button), palette().color(QPalette::ButtonText), 0.7);
-  painter.setPen(QPen(Mixed(palette().color(QPalette::Button), quiet, 0.5), 1));
+  painter.setPen(QPen(Mixed(palette().color(QPalette::Button), QuietColour(), 0.5), 1));
   painter.setBrush(Qt::NoBrush);
   painter.drawRoundedRect(key_place, 3, 3);
-  painter.setPen(isEnabled() ? quiet : palette().color(QPalette::Disabled, QPalette::ButtonText));
-  painter.setFont(KeyFont());
+  painter.setPen(isEnabled() ? QuietColour() : palette().color(QPalette::Disabled, QPalette::ButtonText));
   painter.drawText(key_place, Qt::AlignCenter, key_text_);
+}
+
+QColor AnswerButton::QuietColour() const {
+  return Mixed(palette().color(QPalette::Button), palette().color(QPalette::ButtonText), 0.7);
 }
 
 }  // namespace tessaro

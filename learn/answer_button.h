@@ -18,6 +18,8 @@ class AnswerButton : public QPushButton {
   // The accent, if any, colours border and icon. `icon_name` is one of the program's icons.
   void SetMeaning(std::optional<Accent> accent, std::string_view icon_name);
   void SetKeyText(const QString& key);
+  // What pressing it would come to, quietly beside its name where there is room; empty = nothing.
+  void SetNote(const QString& note);
   // What the user does next: a stronger border, which says so before the focus ring does.
   void SetProminent(bool prominent);
   bool prominent() const { return prominent_; }
@@ -32,8 +34,11 @@ class AnswerButton : public QPushButton {
  private:
   int IconSide() const;
   QColor OwnColour() const;
+  QColor QuietColour() const;
   QFont KeyFont() const;
   int KeyWidth() const;
+  int NoteWidth() const;
+  void PaintKey(QPainter& painter, int x) const;
   QSize WithoutKey() const;
   void PaintFrame(QPainter& painter) const;
   void PaintContent(QPainter& painter) const;
@@ -42,6 +47,7 @@ class AnswerButton : public QPushButton {
   std::optional<Accent> accent_;
   std::string icon_name_;
   QString key_text_;
+  QString note_;
   bool prominent_ = false;
 };
 

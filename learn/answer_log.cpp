@@ -10,24 +10,39 @@ constexpr int64_t kTimeWhenAway = 20;   // seconds counted then
 
 }  // namespace
 
+bool AnswerLog::BeginStep(int64_t now) {
+  if (previous_step_ && now < *previous_step_) return false;
+  previous_step_ = now;
+  return true;
+}
+
+// A known card that was shown before it was due.
+bool AnswerLog::LeavesNoTrace(const CardReader& cards, int row, Rating rating, const CardMarks& marks) {
+  return marks.early && rating == Rating::Known && cards.Score(row) > 0 && cards.NewestTime(row) > 0;
+}
+
 LogReport AnswerLog::Log(int row, Rating rating, CardMarks& marks, int64_t now) {
   LogReport report;
-  if (previous_step_ && now < *previous_step_) {
-    report.result = LogResult::ClockWentBack;
-    return report;
-  }
-  previous_step_ = now;
-
   const CardReader cards(file_);
-  if (rating == Rating::ShowAgain || cards.IsNavigation(row)) return report;
-  if (marks.early && rating == Rating::Known && cards.Score(row) > 0 && cards.NewestTime(row) > 0) {
+  if (cards.IsNavigation(row)) return report;
+  if (LeavesNoTrace(cards, row, rating, marks)) {
     marks.early = false;
     return report;
   }
   const int64_t spent = TimeSpent(now);
   if (rating == Rating::None || !cards.IsCardRow(row) || cards.HasEndMark(row)) return report;
-  WriteAnswer(row, rating == Rating::Known, marks.no_history, now, spent, report);
+  AnswerContext context = ContextOf(row, rating == Rating::Known, marks.no_history, now);
+  context.spent = spent;
+  WriteAnswer(row, context, report);
   return report;
+}
+
+std::optional<int64_t> AnswerLog::ScoreIfKnown(int row, const CardMarks& marks, int64_t now) const {
+  const CardReader cards(file_);
+  if (!cards.IsCardRow(row) || cards.HasEndMark(row) || cards.IsNavigation(row)) return std::nullopt;
+  if (LeavesNoTrace(cards, row, Rating::Known, marks)) return std::nullopt;
+  const AnswerOutcome outcome = ComputeAnswer(ContextOf(row, true, marks.no_history, now));
+  return outcome.times_out_of_order ? std::nullopt : std::optional(outcome.score);
 }
 
 int64_t AnswerLog::TimeSpent(int64_t now) {
@@ -36,31 +51,34 @@ int64_t AnswerLog::TimeSpent(int64_t now) {
   return pause > kLongestPause ? kTimeWhenAway : pause;
 }
 
-void AnswerLog::WriteAnswer(int row, bool known, bool keep_history, int64_t now, int64_t spent, LogReport& report) {
+AnswerContext AnswerLog::ContextOf(int row, bool known, bool keep_history, int64_t now) const {
   const CardReader cards(file_);
   AnswerContext context;
   context.known = known;
   context.now = now;
-  context.spent = spent;
   context.min_retention = min_retention_;
   context.keep_history = keep_history;
   context.history = cards.History(row);
   context.score = cards.Score(row);
   context.time_learned = cards.TimeLearned(row);
   context.unknown_count = state_.unknown_count;
+  return context;
+}
 
+void AnswerLog::WriteAnswer(int row, const AnswerContext& context, LogReport& report) {
+  const CardReader cards(file_);
   AnswerOutcome outcome = ComputeAnswer(context);
 
   writer_.Write(row, outcome.change);
-  state_.last = AnswerLogState::LoggedAnswer{row, std::string(cards.Id(row)), keep_history, state_.unknown_count};
-  state_.unknown_count = outcome.unknown_count;
+  state_.last =
+      AnswerLogState::LoggedAnswer{row, std::string(cards.Id(row)), context.keep_history, state_.unknown_count};
+  // A superfluous variant is none of the unknown cards.
+  if (!cards.IsNeverChosen(row)) state_.unknown_count = outcome.unknown_count;
   ++state_.answered;
   report.logged = true;
   report.wiped = outcome.wiped;
-  if (outcome.times_out_of_order) {
-    report.result = LogResult::TimesOutOfOrder;
-    return;
-  }
+  report.times_out_of_order = outcome.times_out_of_order;
+  if (report.times_out_of_order) return;
   UpdateIndex(row, outcome.score, report);
   state_.statistics = AnswerStatistics{row, outcome.history, outcome.forecast, outcome.score};
 }

@@ -6,11 +6,9 @@
 
 #include "cards/card_writer.h"
 #include "learn/answer_rules.h"
+#include "learn/run_values.h"
 
 namespace tessaro {
-
-// What the learner said about the card on screen, without how he said it.
-enum class Rating { NotKnown, Known, None, ShowAgain };
 
 // What the choice of a card notes about it.
 struct CardMarks {
@@ -19,17 +17,11 @@ struct CardMarks {
   bool expired = false;     // its retention time has run out
 };
 
-enum class LogResult {
-  Done = 0,
-  ClockWentBack = 123,  // earlier than at the step before: nothing was done, the run is over
-  TimesOutOfOrder = 125,
-};
-
 struct LogReport {
-  LogResult result = LogResult::Done;
-  bool logged = false;       // the card's history was written
-  bool wiped = false;        // the card's newest answer lay in the future
-  bool index_fault = false;  // the card had no row in the learning index
+  bool logged = false;              // the card's history was written
+  bool wiped = false;               // the card's newest answer lay in the future
+  bool times_out_of_order = false;  // logging ended after the history
+  bool index_fault = false;         // the card had no row in the learning index
 };
 
 // The last answer as the single-card statistics show it. Without forecast: the answer was "not known".
@@ -60,10 +52,17 @@ struct AnswerLogState {
 // last answer back.
 class AnswerLog {
  public:
-  AnswerLog(CardFile& file, CardWriter& writer) : file_(file), writer_(writer) {}
+  // `state` is where it keeps all but the clock of the last step: going back to an earlier state turns no clock back,
+  // so a clock that went back is noticed all the same.
+  AnswerLog(CardFile& file, CardWriter& writer, AnswerLogState& state) : file_(file), writer_(writer), state_(state) {}
 
+  // Takes note of a step at the time `now`. False when that is earlier than the step before: the run is over.
+  bool BeginStep(int64_t now);
   // Logs `rating` for the card in `row` (0: no card yet) at the time `now`, if the card and its marks let it.
   LogReport Log(int row, Rating rating, CardMarks& marks, int64_t now);
+
+  // The score that Log would give the card for "known"; nothing where it would log nothing.
+  std::optional<int64_t> ScoreIfKnown(int row, const CardMarks& marks, int64_t now) const;
 
   // The least score of the next known answers, in seconds; 0 = none.
   void SetMinRetention(int64_t seconds) { min_retention_ = seconds; }
@@ -77,23 +76,19 @@ class AnswerLog {
   int64_t unknown_count() const { return state_.unknown_count; }
   void RecountUnknown() { state_.unknown_count = writer_.UnknownCount(); }
   int answered() const { return state_.answered; }
-  const std::optional<AnswerStatistics>& statistics() const { return state_.statistics; }
-
-  // Everything but the clock of the last step: going back to an earlier state turns no clock back, so a clock that went
-  // back is noticed all the same.
-  const AnswerLogState& state() const { return state_; }
-  void SetState(const AnswerLogState& state) { state_ = state; }
 
  private:
   int64_t TimeSpent(int64_t now);
-  void WriteAnswer(int row, bool known, bool keep_history, int64_t now, int64_t spent, LogReport& report);
+  static bool LeavesNoTrace(const CardReader& cards, int row, Rating rating, const CardMarks& marks);
+  AnswerContext ContextOf(int row, bool known, bool keep_history, int64_t now) const;
+  void WriteAnswer(int row, const AnswerContext& context, LogReport& report);
   void UpdateIndex(int row, int64_t score, LogReport& report);
 
   CardFile& file_;
   CardWriter& writer_;
+  AnswerLogState& state_;
   std::optional<int64_t> previous_step_;
   int64_t min_retention_ = 0;
-  AnswerLogState state_;
 };
 
 }  // namespace tessaro

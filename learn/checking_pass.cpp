@@ -14,9 +14,10 @@ bool CheckingPass::IsPending(int presented, const LearningParameters& parameters
 }
 
 Choice CheckingPass::Next(SelectionContext& run) {
-  run.stage = RunStage::Checking;
+  run.moment.stage = RunStage::Checking;
   // A kept position may come from a time when the file had more cards.
-  if (position_ < 1 || position_ >= run.file.learn_index().RowCount()) position_ = 1;
+  int64_t& position = run.moment.check_position;
+  if (position < 1 || position >= run.file.learn_index().RowCount()) position = 1;
   Choice choice;
   for (int64_t looked_at = 0; looked_at < run.parameters.check_run; ++looked_at) {
     const RowResult result = LookAt(run, choice);
@@ -29,7 +30,7 @@ Choice CheckingPass::Next(SelectionContext& run) {
 }
 
 Choice CheckingPass::Failed(SelectionContext& run) {
-  run.view.Tell(RunMessage::CheckingFailed, 0);
+  run.result.Tell(RunMessage::CheckingFailed);
   Choice choice;
   choice.go_on = true;
   return choice;
@@ -38,19 +39,20 @@ Choice CheckingPass::Failed(SelectionContext& run) {
 // Advances first and then reads, so the position always is the row looked at last.
 CheckingPass::RowResult CheckingPass::LookAt(SelectionContext& run, Choice& choice) {
   const LearnIndex& index = run.file.learn_index();
-  ++position_;
-  if (position_ > index.RowCount()) {
-    run.view.Tell(RunMessage::IndexFault, kNoIndexRow);
+  int64_t& position = run.moment.check_position;
+  ++position;
+  if (position > index.RowCount()) {
+    run.result.Tell(RunMessage::IndexFault, kNoIndexRow);
     return RowResult::EndPass;
   }
-  const int row = index.BoxPos(static_cast<int>(position_));
+  const int row = index.BoxPos(static_cast<int>(position));
   if (row == kEndRow) {
-    position_ = 1;
-    run.stage = RunStage::NewCheckingPass;
+    position = 1;
+    run.moment.stage = RunStage::NewCheckingPass;
     return RowResult::EndPass;
   }
   if (!run.cards.IsCardRow(row)) {
-    run.view.Tell(RunMessage::IndexFault, kBadCardRow);
+    run.result.Tell(RunMessage::IndexFault, kBadCardRow);
     return RowResult::EndPass;
   }
   if (!MustRepeat(run, row, choice.marks)) return RowResult::PassOver;
@@ -71,7 +73,7 @@ bool CheckingPass::MustRepeat(SelectionContext& run, int row, CardMarks& marks) 
     marks.expired = due.expired;
     marks.no_history = due.beyond_maximum;
   }
-  return !cards.HasEndMark(row) && !run.IsShownCard(row) && !run.cards.IsLeftOut(row);
+  return !run.PassesOver(row) && !run.IsShownCard(row);
 }
 
 }  // namespace tessaro

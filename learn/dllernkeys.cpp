@@ -30,8 +30,10 @@ TF_dllernkeys::TF_dllernkeys(IniFile& settings, QWidget* parent)
   fields_ = {ui_->HotKeyDrehen, ui_->HotKeyWeiss, ui_->HotKeyLerne, ui_->HotKeyBack, ui_->HotKeyHome};
   for (HotKeyEdit* field : fields_) {
     connect(field, &HotKeyEdit::KeyTaken, this, &TF_dllernkeys::ShowConflict);
-    connect(field, &HotKeyEdit::KeyRefused, this,
-            [this] { ui_->StatusZeile->setText(u"Diese Taste kann nicht verwendet werden."_s); });
+    connect(field, &HotKeyEdit::KeyRefused, this, [this](bool needed) {
+      ui_->StatusZeile->setText(needed ? u"Diese Taste braucht das Programm selbst."_s
+                                       : u"Diese Taste kann nicht verwendet werden."_s);
+    });
   }
   connect(ui_->BitBtnOK, &QPushButton::clicked, this, &TF_dllernkeys::BitBtnOKClick);
   connect(ui_->BitBtnDefault, &QPushButton::clicked, this, &TF_dllernkeys::BitBtnDefaultClick);

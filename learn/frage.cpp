@@ -34,8 +34,8 @@ TF_frage::TF_frage(const IniFile& settings, QWidget* parent) : QDialog(parent), 
   ui_->BtWeissIch->SetMeaning(Accent::Known, "known");
   ui_->BtLerneIch->SetMeaning(Accent::NotKnown, "not-known");
   connect(ui_->BtHand, &QPushButton::clicked, this, &TF_frage::TurnWanted);
-  connect(ui_->BtWeissIch, &QPushButton::clicked, this, [this] { Close(AnswerCode::LinkKnown); });
-  connect(ui_->BtLerneIch, &QPushButton::clicked, this, [this] { Close(AnswerCode::LinkNotKnown); });
+  connect(ui_->BtWeissIch, &QPushButton::clicked, this, [this] { Close(Rating::Known); });
+  connect(ui_->BtLerneIch, &QPushButton::clicked, this, [this] { Close(Rating::NotKnown); });
   connect(ui_->BtOhne, &QPushButton::clicked, this, &QDialog::reject);
   ui_->BtHand->setFocus();
   StandBelowTheCard();
@@ -53,8 +53,8 @@ void TF_frage::StandBelowTheCard() {
   move(window.center().x() - width() / 2, window.bottom() - height() - frame);
 }
 
-void TF_frage::Close(AnswerCode code) {
-  code_ = code;
+void TF_frage::Close(Rating rating) {
+  rating_ = rating;
   accept();
 }
 

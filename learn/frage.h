@@ -3,7 +3,7 @@
 #include <QDialog>
 #include <memory>
 
-#include "learn/learning_view.h"
+#include "learn/run_values.h"
 
 namespace Ui {
 class TF_frage;
@@ -23,18 +23,18 @@ class TF_frage : public QDialog {
   explicit TF_frage(const IniFile& settings, QWidget* parent = nullptr);
   ~TF_frage() override;
 
-  AnswerCode code() const { return code_; }
+  Rating rating() const { return rating_; }
 
  Q_SIGNALS:
   // The other side of the card is to be shown; the question stays.
   void TurnWanted();
 
  private:
-  void Close(AnswerCode code);
+  void Close(Rating rating);
   void StandBelowTheCard();
 
   std::unique_ptr<Ui::TF_frage> ui_;
-  AnswerCode code_ = AnswerCode::LinkNoRating;
+  Rating rating_ = Rating::None;
 };
 
 }  // namespace tessaro

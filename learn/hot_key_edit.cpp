@@ -32,9 +32,11 @@ void HotKeyEdit::keyPressEvent(QKeyEvent* event) {
                               pressed == Qt::Key_AltGr || pressed == Qt::Key_Meta;
   event->accept();
   if (modifier_alone) return;
-  const int code = ShortcutCodeFromKey(QKeyCombination(event->modifiers() & ~Qt::KeypadModifier, pressed));
-  if (code == 0) {
-    Q_EMIT KeyRefused();
+  const QKeyCombination key(event->modifiers() & ~Qt::KeypadModifier, pressed);
+  const int code = ShortcutCodeFromKey(key);
+  const bool needed = IsProgramKey(key);
+  if (code == 0 || needed) {
+    Q_EMIT KeyRefused(needed);
     return;
   }
   SetCode(code);

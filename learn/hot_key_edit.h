@@ -18,8 +18,8 @@ class HotKeyEdit : public QLineEdit {
 
  Q_SIGNALS:
   void KeyTaken();
-  // The key pressed cannot be a shortcut; the field keeps the one it had.
-  void KeyRefused();
+  // The key pressed cannot be a shortcut, perhaps because the program needs it; the field keeps the one it had.
+  void KeyRefused(bool needed);
 
  protected:
   bool event(QEvent* event) override;

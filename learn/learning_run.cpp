@@ -2,236 +2,122 @@
 
 #include <utility>
 
-#include "learn/learning_run_state.h"
+#include "platform/saturating.h"
 #include "settings/keys.h"
 
 namespace tessaro {
 
-LearningRun::LearningRun(CardFile& file, const IniFile& program_settings, const Clock& clock, Random& random,
-                         LearningView& view)
-    : state_(std::make_unique<State>(file, program_settings, clock, random, view)) {}
+LearningRun::LearningRun(CardFile& file, const IniFile& program_settings, const Clock& clock, Random& random)
+    : file_(file), clock_(clock), parameters_(ReadParameters(program_settings)), run_{file_,  parameters_, log_,
+                                                                                      random, left_out_,   moment_,
+                                                                                      result_} {
+  moment_.width = parameters_.max_width;
+  moment_.check_position = keys::kCheckPosition.Read(file_.settings());
+}
 
-LearningRun::~LearningRun() = default;
-
-void LearningRun::Start() {
-  state_->log.RecountUnknown();
-  ShowNext();
+StepResult LearningRun::Start() {
+  log_.RecountUnknown();
+  return ShowNext();
 }
 
 void LearningRun::KeepPositions() {
-  keys::kCheckPosition.Write(state_->checking.position(), state_->file.settings());
-  state_->row_order.Keep(state_->file.settings());
+  keys::kCheckPosition.Write(moment_.check_position, file_.settings());
+  row_order_.Keep(file_.settings());
 }
 
-void LearningRun::Known() {
-  state_->Answer(AnswerCode::Known);
+StepResult LearningRun::Answer(Rating rating, int days) {
+  if (moment_.answered || ended_) return {};
+  if (moment_.card.row == 0) return ShowNext();
+  BeginStep(rating);
+  // Set before the step, which takes it back with the next card on screen.
+  moment_.answered = true;
+  log_.SetMinRetention(days * kSecondsPerDay);
+  Step(rating, moment_.return_after_answer ? Destination::Back : Destination::Method);
+  log_.SetMinRetention(0);
+  return TakeResult();
 }
 
-void LearningRun::NotKnown() {
-  state_->Answer(AnswerCode::NotKnown);
+StepResult LearningRun::Leave(Rating rating, Destination destination, int row) {
+  if (ended_) return {};
+  BeginStep(rating);
+  Step(rating, destination, row);
+  return TakeResult();
 }
 
-void LearningRun::KnownForDays(int days) {
-  state_->log.SetMinRetention(days * kSecondsPerDay);
-  Known();
-  state_->log.SetMinRetention(0);
+StepResult LearningRun::FollowLink(int64_t id, Rating rating) {
+  if (ended_) return {};
+  BeginStep(rating);
+  moment_.back.Push(LeadingNumber(run_.cards.Id(moment_.card.row)));
+  Step(rating, Destination::Link, file_.RowOfId(id));
+  return TakeResult();
 }
 
-void LearningRun::Undo() {
-  if (ended()) return;
-  const int row = state_->log.UndoRow();
-  if (row == 0) return;
-  state_->BeginStep(row);
-  state_->log.Undo();
-  state_->Step(AnswerCode::ShowAgain, Destination::Undone, row);
+StepResult LearningRun::Undo() {
+  const int row = ended_ ? 0 : log_.UndoRow();
+  if (row == 0) return {};
+  BeginStep(row);
+  steps_.back().undo = true;
+  log_.Undo();
+  Step(Rating::None, Destination::Undone, row);
+  return TakeResult();
 }
 
-bool LearningRun::CanUndo() const {
-  return !ended() && state_->log.CanUndo();
-}
-
-void LearningRun::TakeBackAnswer() {
-  if (CanTakeBackAnswer()) state_->TakeBack();
-}
-
-bool LearningRun::CanTakeBackAnswer() const {
-  return !ended() && !state_->steps.empty();
-}
-
-void LearningRun::RestoreAnswer() {
-  if (CanRestoreAnswer()) state_->Restore();
-}
-
-bool LearningRun::CanRestoreAnswer() const {
-  return !ended() && !state_->steps_taken_back.empty();
-}
-
-void LearningRun::GoHome(AnswerCode code) {
-  state_->Leave(code, Destination::Home);
-}
-
-void LearningRun::GoBack(AnswerCode code) {
-  state_->Leave(code, Destination::Back);
-}
-
-void LearningRun::GoOverview(AnswerCode code) {
-  state_->Leave(code, Destination::Overview);
-}
-
-void LearningRun::FollowLink(int64_t id, AnswerCode code) {
-  if (ended()) return;
-  state_->BeginStep(code);
-  state_->back.Push(LeadingNumber(state_->run.cards.Id(card().row)));
-  state_->Step(code, Destination::Link, state_->file.RowOfId(id));
-}
-
-bool LearningRun::CanGoBack() const {
-  return !state_->back.Empty();
+StepResult LearningRun::ShowNextIfNone() {
+  return moment_.card.row == 0 ? ShowNext() : StepResult{};
 }
 
 bool LearningRun::AsksBeforeLeaving() const {
-  return card().by_link && !card().navigation && !answered() && !ended();
+  return moment_.card.by_link && !moment_.card.navigation && !moment_.answered && !ended_;
 }
 
-void LearningRun::SetAnswerWindowVisible(bool visible) {
-  state_->answer_window_visible = visible;
+std::optional<int64_t> LearningRun::DueInIfKnown() const {
+  const int64_t now = clock_.Now();
+  const std::optional<int64_t> score = log_.ScoreIfKnown(moment_.card.row, moment_.marks, now);
+  if (!score || moment_.answered || ended_) return std::nullopt;
+  return SaturatingSubtract(DueTime(now, *score, parameters_), now);
 }
 
-bool LearningRun::ReturnsAfterAnswer() const {
-  return state_->return_after_answer;
-}
-
-void LearningRun::Turn() {
-  state_->first_side = !state_->first_side;
-  state_->view.Refresh();
-}
-
-bool LearningRun::first_side_shown() const {
-  return state_->first_side;
-}
-
-bool LearningRun::question_shown() const {
-  const bool question_first = state_->inverse == state_->swapped;
-  return state_->first_side == question_first;
+StepResult LearningRun::Turn() {
+  moment_.first_side = !moment_.first_side;
+  return {.drawn_anew = true};
 }
 
 std::string_view LearningRun::side_text() const {
-  const CardReader& cards = state_->run.cards;
-  return question_shown() ? cards.Question(card().row) : cards.Answer(card().row);
-}
-
-void LearningRun::ShowNext() {
-  if (!ended()) state_->Step(AnswerCode::NoRating, Destination::Method);
-}
-
-void LearningRun::ShowNextIfNone() {
-  if (card().row == 0) ShowNext();
+  return question_shown() ? run_.cards.Question(moment_.card.row) : run_.cards.Answer(moment_.card.row);
 }
 
 void LearningRun::SetMethod(Method method) {
-  if (method == Method::Leitner && !state_->leitner.has_box()) return;
-  state_->leitner_on = method == Method::Leitner;
-  if (method != Method::Leitner) state_->run.row_order = method == Method::RowOrder;
+  if (method == Method::Leitner && moment_.leitner.box == 0) return;
+  moment_.leitner_on = method == Method::Leitner;
+  if (method != Method::Leitner) moment_.row_order_on = method == Method::RowOrder;
 }
 
 Method LearningRun::method() const {
-  if (state_->leitner_on) return Method::Leitner;
-  return state_->run.row_order ? Method::RowOrder : Method::Standard;
+  if (moment_.leitner_on) return Method::Leitner;
+  return moment_.row_order_on ? Method::RowOrder : Method::Standard;
 }
 
 void LearningRun::StartBox(LeitnerBox box) {
-  state_->SetAside(state_->leitner.Start(std::move(box)));
+  SetAside(leitner_.Start(std::move(box)));
   SetMethod(Method::Leitner);
 }
 
-int LearningRun::box() const {
-  return state_->leitner.box();
+StepResult LearningRun::Set(bool RunOptions::*option, bool on) {
+  options_.*option = on;
+  run_.no_new_cards = options_.no_new_cards;
+  run_.time_lock = options_.time_lock;
+  if (option == &RunOptions::time_lock && !on) moment_.figures.width = moment_.width = parameters_.max_width;
+  return {.drawn_anew = option == &RunOptions::inverse || option == &RunOptions::swapped};
 }
 
-void LearningRun::SetBoxLock(bool on) {
-  state_->box_lock = on;
-}
-
-bool LearningRun::box_lock() const {
-  return state_->box_lock;
-}
-
-void LearningRun::SetNoNewCards(bool on) {
-  state_->run.no_new_cards = on;
-}
-
-bool LearningRun::no_new_cards() const {
-  return state_->run.no_new_cards;
-}
-
-void LearningRun::SetTimeLock(bool on) {
-  state_->run.time_lock = on;
-  if (on) return;
-  state_->run.width = state_->parameters.max_width;
-  state_->run.figures.width = state_->run.width;
-}
-
-bool LearningRun::time_lock() const {
-  return state_->run.time_lock;
-}
-
-void LearningRun::SetInverse(bool on) {
-  state_->inverse = on;
-  state_->view.Refresh();
-}
-
-bool LearningRun::inverse() const {
-  return state_->inverse;
-}
-
-void LearningRun::SetSwapped(bool on) {
-  state_->swapped = on;
-  state_->view.Refresh();
-}
-
-bool LearningRun::swapped() const {
-  return state_->swapped;
-}
-
-void LearningRun::RestartRowOrder() {
-  state_->row_order.Restart(state_->file.settings());
-}
-
-void LearningRun::CardsChanged() {
-  state_->CardsChanged();
-}
-
-const LearningParameters& LearningRun::parameters() const {
-  return state_->parameters;
-}
-
-const AnswerStatistics* LearningRun::statistics() const {
-  const auto& statistics = state_->log.statistics();
-  return statistics ? &*statistics : nullptr;
-}
-
-const ShownCard& LearningRun::card() const {
-  return state_->card;
-}
-
-const RunFigures& LearningRun::figures() const {
-  return state_->run.figures;
-}
-
-RunStage LearningRun::stage() const {
-  return state_->run.stage;
-}
-
-int LearningRun::showings() const {
-  return state_->showings;
-}
-
-bool LearningRun::answered() const {
-  return state_->answered;
-}
-
-bool LearningRun::ended() const {
-  return state_->ended;
+StepResult LearningRun::CardsChanged() {
+  writer_.ForgetCount();
+  landmarks_.Forget();
+  left_out_.FindAll();
+  steps_.clear();
+  steps_taken_back_.clear();
+  if (!run_.cards.IsCardRow(moment_.card.row)) moment_.card = {};
+  return {.drawn_anew = true};
 }
 
 }  // namespace tessaro

@@ -1,7 +1,7 @@
 #include <exception>
 
-#include "learn/learning_run_state.h"
-#include "settings/keys.h"
+#include "learn/learning_run.h"
+#include "platform/saturating.h"
 
 // The learning step: log the answer to the card on screen, find the next card, classify it, show it.
 namespace tessaro {
@@ -11,102 +11,63 @@ constexpr int kMostSearchesWithoutNewCards = 6;
 
 }  // namespace
 
-Rating RatingOf(AnswerCode code) {
-  switch (code) {
-    case AnswerCode::NotKnown:
-    case AnswerCode::LinkNotKnown:
-      return Rating::NotKnown;
-    case AnswerCode::Known:
-    case AnswerCode::LinkKnown:
-      return Rating::Known;
-    case AnswerCode::ShowAgain:
-      return Rating::ShowAgain;
-    default:
-      return Rating::None;
-  }
-}
-
-LearningRun::State::State(CardFile& card_file, const IniFile& program_settings, const Clock& run_clock, Random& random,
-                          LearningView& run_view)
-    : file(card_file),
-      clock(run_clock),
-      view(run_view),
-      parameters(ReadParameters(program_settings)),
-      run{{}, file, parameters, log, random, run_view},
-      checking(keys::kCheckPosition.Read(card_file.settings())) {
-  run.width = parameters.max_width;
-}
-
-void LearningRun::State::Answer(AnswerCode code) {
-  if (answered || ended) return;
-  if (card.row == 0) {
-    Step(AnswerCode::NoRating, Destination::Method);
-    return;
-  }
-  BeginStep(code);
-  // Set before the step, which takes it back with the next card on screen.
-  answered = true;
-  Step(code, return_after_answer ? Destination::Back : Destination::Method);
-}
-
-void LearningRun::State::Leave(AnswerCode code, Destination destination) {
-  if (ended) return;
-  BeginStep(code);
-  Step(code, destination);
-}
-
-void LearningRun::State::CardsChanged() {
-  writer.ForgetCount();
-  landmarks.Forget();
-  steps.clear();
-  steps_taken_back.clear();
-  if (!run.cards.IsCardRow(card.row)) card = {};
-  view.Refresh();
-}
-
-void LearningRun::State::Step(AnswerCode code, Destination destination, int row) {
-  run.now = clock.Now();
-  run.shown_row = card.row;
-  run.told_exhausted = false;
-  const Rating rating = RatingOf(code);
-  if (!LogShownCard(rating)) {
-    ended = true;
+// `row` is the card table row for Link and Undone.
+void LearningRun::Step(Rating rating, Destination destination, int row) {
+  run_.now = clock_.Now();
+  run_.shown_row = moment_.card.row;
+  run_.told_exhausted = false;
+  if (!log_.BeginStep(run_.now)) {
+    ended_ = result_.run_ended = true;
     UpdateFigures();
-    view.EndRun();
     return;
   }
-  marks = {};
-  const bool box_was_on = leitner_on;
+  if (destination != Destination::Undone) LogShownCard(rating);
+  moment_.marks = {};
+  const bool box_was_on = moment_.leitner_on;
   const Target target = Find(destination, row);
-  Present(target, code != AnswerCode::NoRating, destination);
-  view.Refresh();
-  if (box_was_on && !leitner_on) view.ChooseMethod();
+  // Who just goes somewhere, or begins, is not told how well he knows the card there.
+  const bool classify =
+      rating != Rating::None || destination == Destination::Link || destination == Destination::Undone;
+  Present(target, classify, destination);
+  result_.drawn_anew = true;
+  result_.box_done = box_was_on && !moment_.leitner_on;
 }
 
-// False when the clock went back.
-bool LearningRun::State::LogShownCard(Rating rating) {
+void LearningRun::LogShownCard(Rating rating) {
   LogReport report;
   try {
-    report = log.Log(card.row, rating, marks, run.now);
+    report = log_.Log(moment_.card.row, rating, moment_.marks, run_.now);
   } catch (const std::exception&) {
-    view.Tell(RunMessage::LoggingFailed, 0);
+    result_.Tell(RunMessage::LoggingFailed);
   }
-  if (report.wiped) view.Tell(RunMessage::CardTimeInFuture, 0);
-  if (report.index_fault) view.Tell(RunMessage::IndexUpdateFailed, 0);
-  if (report.logged) StandardMethod::AdjustWidth(run);
-  return report.result != LogResult::ClockWentBack;
+  if (report.wiped) result_.Tell(RunMessage::CardTimeInFuture);
+  if (report.index_fault) result_.Tell(RunMessage::IndexUpdateFailed);
+  NoteAnswer(rating, report);
+  if (!report.logged) return;
+  left_out_.IndexRowChanged(moment_.card.row);
+  StandardMethod::AdjustWidth(run_);
 }
 
-LearningRun::State::Target LearningRun::State::Find(Destination destination, int row) {
-  return_after_answer = destination == Destination::Link && answer_window_visible;
-  if (destination != Destination::Method && destination != Destination::Undone) run.stage = RunStage::Navigation;
+void LearningRun::NoteAnswer(Rating rating, const LogReport& report) {
+  const int row = moment_.card.row;
+  if (rating == Rating::None || !run_.cards.IsCardRow(row) || run_.cards.IsNavigation(row)) return;
+  GivenAnswer answer = {.row = row, .rating = rating, .logged = report.logged, .due_in = {}};
+  if (report.logged && !report.times_out_of_order && rating == Rating::Known) {
+    answer.due_in = SaturatingSubtract(DueTime(run_.now, run_.cards.Score(row), parameters_), run_.now);
+  }
+  result_.answer = answer;
+}
+
+LearningRun::Target LearningRun::Find(Destination destination, int row) {
+  moment_.return_after_answer = destination == Destination::Link && answer_window_visible_;
+  if (destination != Destination::Method && destination != Destination::Undone) moment_.stage = RunStage::Navigation;
   switch (destination) {
     case Destination::Link:
       return TargetRow(row, false);
     case Destination::Home:
-      return TargetRow(landmarks.HomeRow(file), true);
+      return TargetRow(landmarks_.HomeRow(file_), true);
     case Destination::Overview:
-      return TargetRow(landmarks.OverviewRow(file), true);
+      return TargetRow(landmarks_.OverviewRow(file_), true);
     case Destination::Back:
       return GoBackTarget();
     case Destination::Undone:
@@ -118,130 +79,133 @@ LearningRun::State::Target LearningRun::State::Find(Destination destination, int
 }
 
 // A row that is no card leads to the first card.
-LearningRun::State::Target LearningRun::State::TargetRow(int row, bool navigation) {
+LearningRun::Target LearningRun::TargetRow(int row, bool navigation) {
   Target target;
-  target.choice.row = run.cards.IsCardRow(row) ? row : run.cards.Count() > 0 ? kFirstCardRow : 0;
+  target.choice.row = run_.cards.IsCardRow(row) ? row : run_.cards.Count() > 0 ? kFirstCardRow : 0;
   target.navigation = navigation;
   return target;
 }
 
-LearningRun::State::Target LearningRun::State::GoBackTarget() {
-  const int64_t id = back.Pop();
-  return id != 0 ? TargetRow(file.RowOfId(id), false) : TargetRow(landmarks.HomeRow(file), true);
+LearningRun::Target LearningRun::GoBackTarget() {
+  const int64_t id = moment_.back.Pop();
+  return id != 0 ? TargetRow(file_.RowOfId(id), false) : TargetRow(landmarks_.HomeRow(file_), true);
 }
 
-LearningRun::State::Target LearningRun::State::AskMethods() {
-  if (leitner_on) return {AskLeitner()};
-  if (run.row_order) return {AskRowOrder()};
+LearningRun::Target LearningRun::AskMethods() {
+  if (moment_.leitner_on) return {AskLeitner()};
+  if (moment_.row_order_on) return {AskRowOrder()};
   Target target = AskStandard();
-  if (run.no_new_cards) AvoidNewCards(target);
+  if (options_.no_new_cards) AvoidNewCards(target);
   return target;
 }
 
-LearningRun::State::Target LearningRun::State::AskStandard() {
-  if (!CheckingPass::IsPending(run.figures.presented, parameters)) return {Ask(standard)};
-  Target target{Ask(checking)};
+LearningRun::Target LearningRun::AskStandard() {
+  if (!CheckingPass::IsPending(moment_.figures.presented, parameters_)) return {Ask(standard_)};
+  Target target{Ask(checking_)};
   if (target.choice.go_on) {
     // The caption of a pass that begins anew stays for this card.
-    const RunStage stage = run.stage;
-    target.choice = Ask(standard);
-    if (stage == RunStage::NewCheckingPass) run.stage = stage;
+    const RunStage stage = moment_.stage;
+    target.choice = Ask(standard_);
+    if (stage == RunStage::NewCheckingPass) moment_.stage = stage;
   } else {
-    target.tested = run.cards.WasAnswered(target.choice.row);
+    target.tested = run_.cards.WasAnswered(target.choice.row);
     target.check_position = !target.tested;
   }
   return target;
 }
 
 // Each method that asks to go on hands over to the next one; the card chosen last counts.
-Choice LearningRun::State::AskRowOrder() {
-  Choice choice = Ask(row_order);
+Choice LearningRun::AskRowOrder() {
+  Choice choice = Ask(row_order_);
   if (!choice.go_on) return choice;
-  choice = Ask(standard);
+  choice = Ask(standard_);
   if (!choice.go_on) return choice;
-  const Choice again = Ask(row_order);
+  const Choice again = Ask(row_order_);
   return again.row != 0 ? again : choice;
 }
 
-Choice LearningRun::State::AskLeitner() {
-  const Choice choice = Ask(leitner);
+Choice LearningRun::AskLeitner() {
+  const Choice choice = Ask(leitner_);
   if (choice.row == 0) {
-    SetAside(leitner.End());
-    leitner_on = false;
-    view.Tell(RunMessage::BoxDone, 0);
+    SetAside(leitner_.End());
+    moment_.leitner_on = false;
+    result_.Tell(RunMessage::BoxDone);
   }
   return choice;
 }
 
 // Without a choice the card on screen stays, and may be such a new card itself.
-void LearningRun::State::AvoidNewCards(Target& target) {
+void LearningRun::AvoidNewCards(Target& target) {
   for (int search = 0; search < kMostSearchesWithoutNewCards; ++search) {
-    const int row = target.choice.row != 0 ? target.choice.row : card.row;
-    if (row == 0 || run.cards.WasAnswered(row)) return;
-    target = {Ask(standard)};
+    const int row = target.choice.row != 0 ? target.choice.row : moment_.card.row;
+    if (row == 0 || run_.cards.WasAnswered(row)) return;
+    target = {Ask(standard_)};
   }
 }
 
-Choice LearningRun::State::Ask(SelectionMethod& method) {
+Choice LearningRun::Ask(SelectionMethod& method) {
   try {
-    return method.Next(run);
+    return method.Next(run_);
   } catch (const std::exception&) {
-    return method.Failed(run);
+    return method.Failed(run_);
   }
 }
 
-void LearningRun::State::Present(const Target& target, bool classify, Destination destination) {
+void LearningRun::Present(const Target& target, bool classify, Destination destination) {
+  ShownCard& card = moment_.card;
   if (target.choice.row != 0) {
     card = {};
     card.row = target.choice.row;
-    card.navigation = target.navigation || run.cards.IsNavigation(card.row);
+    card.navigation = target.navigation || run_.cards.IsNavigation(card.row);
     card.by_link = destination == Destination::Link;
-    if (!card.navigation && destination != Destination::Undone) ++run.figures.presented;
-    marks = target.choice.marks;
-    file.cards().GoTo(card.row);
+    if (!card.navigation && destination != Destination::Undone) ++moment_.figures.presented;
+    moment_.marks = target.choice.marks;
+    file_.cards().GoTo(card.row);
   } else {
     // The card on screen stays, as a card that the method shows.
     card.by_link = false;
-    card.navigation = run.cards.IsNavigation(card.row);
+    card.navigation = run_.cards.IsNavigation(card.row);
   }
-  card.newest_known = run.cards.NewestLetter(card.row) == kKnownLetter;
-  card.score = run.cards.Score(card.row);
-  card.last_answer = run.cards.NewestTime(card.row);
+  card.newest_known = run_.cards.NewestLetter(card.row) == kKnownLetter;
+  card.score = run_.cards.Score(card.row);
+  card.last_answer = run_.cards.NewestTime(card.row);
   if (classify && !card.navigation) Classify();
   card.status = card.row != 0 ? StatusOf(target) : CardStatus::None;
-  first_side = true;
-  answered = false;
-  ++showings;
+  moment_.first_side = true;
+  moment_.answered = false;
+  ++showings_;
   UpdateFigures();
 }
 
-void LearningRun::State::UpdateFigures() {
-  run.figures.answered = log.answered();
-  run.figures.unknown_count = log.unknown_count();
-  run.figures.width = run.width;
-  run.figures.check_count = checking.position() - 1;
+void LearningRun::UpdateFigures() {
+  moment_.figures.answered = log_.answered();
+  moment_.figures.unknown_count = log_.unknown_count();
+  moment_.figures.width = moment_.width;
+  moment_.figures.check_count = moment_.check_position - 1;
 }
 
-void LearningRun::State::Classify() {
+void LearningRun::Classify() {
+  CardMarks& marks = moment_.marks;
   marks.early = false;
   marks.no_history = false;
-  if (!card.newest_known) return;
-  const DueState due = run.DueStateOf(card.row);
+  if (!moment_.card.newest_known) return;
+  const DueState due = run_.DueStateOf(moment_.card.row);
   marks.expired = marks.expired || due.expired;
-  marks.early = !due.expired && (!leitner_on || box_lock);
+  marks.early = !due.expired && (!moment_.leitner_on || options_.box_lock);
   if (due.beyond_maximum) {
     marks.early = false;
     marks.no_history = true;
   }
 }
 
-CardStatus LearningRun::State::StatusOf(const Target& target) const {
+CardStatus LearningRun::StatusOf(const Target& target) const {
+  const CardMarks& marks = moment_.marks;
   if (target.tested) return CardStatus::Tested;
   if (target.check_position) return CardStatus::CheckPosition;
   if (marks.early) return CardStatus::Overlearning;
-  if (card.navigation) return CardStatus::Navigation;
-  if (card.last_answer == 0) return CardStatus::NeverShown;
-  if (run.cards.NewestLetter(card.row) == kNotKnownLetter) return CardStatus::RepeatAfterError;
+  if (moment_.card.navigation) return CardStatus::Navigation;
+  if (moment_.card.last_answer == 0) return CardStatus::NeverShown;
+  if (run_.cards.NewestLetter(moment_.card.row) == kNotKnownLetter) return CardStatus::RepeatAfterError;
   if (marks.no_history) return CardStatus::RepeatMaximumTime;
   if (marks.expired) return CardStatus::RetentionUpdate;
   return CardStatus::RandomChoice;

@@ -38,7 +38,7 @@ std::optional<BoxOrder> BuildBoxOrder(const CardFile& file, int64_t now, Progres
 }
 
 BoxOrder LeitnerMethod::Start(LeitnerBox box) {
-  place_ = {box.box, box.quota};
+  place_ = {.box = box.box, .quota = box.quota};
   return std::exchange(order_, std::move(box.order));
 }
 
@@ -48,7 +48,7 @@ BoxOrder LeitnerMethod::End() {
 }
 
 Choice LeitnerMethod::Next(SelectionContext& run) {
-  run.stage = RunStage::LeitnerBox;
+  run.moment.stage = RunStage::LeitnerBox;
   Choice choice;
   choice.row = place_.quota > 0 ? NextNewCard(run) : 0;
   if (choice.row != 0) {
@@ -61,14 +61,14 @@ Choice LeitnerMethod::Next(SelectionContext& run) {
 }
 
 Choice LeitnerMethod::Failed(SelectionContext& run) {
-  run.view.Tell(RunMessage::BoxSearchFailed, 0);
+  run.result.Tell(RunMessage::BoxSearchFailed);
   return {};
 }
 
 int LeitnerMethod::NextNewCard(const SelectionContext& run) {
   const CardReader& cards = run.cards;
   for (int row = place_.scan_row; row <= cards.LastCardRow() && !cards.HasEndMark(row); ++row) {
-    if (cards.Level(row) >= 1 || cards.IsLeftOut(row)) continue;
+    if (cards.Level(row) >= 1 || run.PassesOver(row)) continue;
     place_.scan_row = row + 1;
     return row;
   }

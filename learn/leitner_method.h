@@ -28,24 +28,13 @@ struct LeitnerBox {
 // card when the box is worked through.
 class LeitnerMethod : public SelectionMethod {
  public:
-  // Where the work on a box stands, without the order of the cards.
-  struct Place {
-    int box = 0;  // 0 = none
-    int64_t quota = 0;
-    int scan_row = kFirstCardRow;  // where the search for new cards goes on
-    size_t order_place = 0;        // the place of the order to look at next
-  };
+  explicit LeitnerMethod(LeitnerPlace& place) : place_(place) {}
 
   // From the first card and the first place of the order on. Returns the order of the box before.
   BoxOrder Start(LeitnerBox box);
   // Ends the box and returns its order; nothing of it is kept.
   BoxOrder End();
-  bool has_box() const { return place_.box != 0; }
-  int box() const { return place_.box; }
-
-  // Both together put the method back to where it stood in this run.
-  const Place& place() const { return place_; }
-  void SetPlace(const Place& place) { place_ = place; }
+  // Together with its place this puts the method back to where it stood in this run.
   void SwapOrder(BoxOrder& order) { order_.swap(order); }
 
   Choice Next(SelectionContext& run) override;
@@ -55,7 +44,7 @@ class LeitnerMethod : public SelectionMethod {
   int NextNewCard(const SelectionContext& run);
   int NextOfBox(const SelectionContext& run);
 
-  Place place_;
+  LeitnerPlace& place_;
   BoxOrder order_;
 };
 

@@ -3,21 +3,39 @@
 #include <algorithm>
 #include <array>
 
+#include "hypertext/plain_text.h"
+#include "widgets/text.h"
+
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
 
 constexpr int64_t kMinute = 60;
-constexpr int64_t kHour = 60 * kMinute;
-constexpr int64_t kDay = 24 * kHour;
-
-QString TwoDigits(int64_t number) {
-  return u"%1"_s.arg(number, 2, 10, QLatin1Char('0'));
-}
 
 QString Counted(int64_t count, QStringView one, QStringView many) {
   return QString::number(count) + QLatin1Char(' ') + (count == 1 ? one : many).toString();
+}
+
+enum class Case { Nominative, Dative };
+
+// A span by its largest unit alone, rounded: "3 Tage" or, after "in", "3 Tagen"; seconds below a minute.
+QString RoundedSpan(int64_t seconds, Case grammar) {
+  const struct {
+    int64_t length;
+    QStringView one, many, many_dative;
+  } units[] = {
+      {365 * kSecondsPerDay, u"Jahr", u"Jahre", u"Jahren"}, {30 * kSecondsPerDay, u"Monat", u"Monate", u"Monaten"},
+      {kSecondsPerDay, u"Tag", u"Tage", u"Tagen"},          {3600, u"Stunde", u"Stunden", u"Stunden"},
+      {kMinute, u"Minute", u"Minuten", u"Minuten"},         {1, u"Sekunde", u"Sekunden", u"Sekunden"}};
+  for (const auto& unit : units) {
+    // Three months are said as 90 days: what is short enough to be counted is counted.
+    const int64_t least = unit.length >= 30 * kSecondsPerDay ? 3 * unit.length : unit.length;
+    if (seconds < least && unit.length > 1) continue;
+    return Counted((seconds + unit.length / 2) / unit.length, unit.one,
+                   grammar == Case::Dative ? unit.many_dative : unit.many);
+  }
+  return {};
 }
 
 // The product's captions end in a blank, so two of them stand before the dash.
@@ -37,16 +55,6 @@ QString IndexFaultText(int number) {
 }
 
 }  // namespace
-
-QString DurationText(int64_t seconds) {
-  const int64_t time = std::max<int64_t>(seconds, 0);
-  return QString::number(time / kDay) + QLatin1Char(':') + TwoDigits(time % kDay / kHour) + QLatin1Char(':') +
-         TwoDigits(time % kHour / kMinute) + QLatin1Char(':') + TwoDigits(time % kMinute);
-}
-
-QString StopwatchText(int64_t seconds) {
-  return TwoDigits(seconds / kMinute) + QLatin1Char(':') + TwoDigits(seconds % kMinute);
-}
 
 QString SpanInWords(int64_t seconds) {
   const int64_t minutes = std::max<int64_t>((seconds + kMinute - 1) / kMinute, 1);
@@ -219,6 +227,21 @@ QString NoticeText(Notice notice, std::optional<int64_t> next_due) {
       return u"Die Reihenfolge geht mit der nächsten Karte am Anfang der Kartei weiter."_s;
   }
   return {};
+}
+
+QString AnswerText(const GivenAnswer& answer, std::string_view question) {
+  constexpr int kTitleLetters = 35;
+  QString title = FromBytes(PlainText(question)).simplified();
+  if (title.size() > kTitleLetters) title = title.left(kTitleLetters - 1) + u'…';
+  const auto said = [&](const QString& what) { return title.isEmpty() ? what : title + u": "_s + what; };
+  if (answer.rating == Rating::NotKnown) return said(u"nicht gewusst, kommt bald wieder"_s);
+  if (!answer.logged) return said(u"gewusst, vorzeitig und daher nicht gezählt"_s);
+  if (!answer.due_in) return said(u"gewusst"_s);
+  return said(u"gewusst, wieder in %1"_s.arg(RoundedSpan(*answer.due_in, Case::Dative)));
+}
+
+QString ForecastText(std::optional<int64_t> due_in) {
+  return due_in ? u"etwa %1"_s.arg(RoundedSpan(*due_in, Case::Nominative)) : QString();
 }
 
 QString AnswerTakenBackText() {

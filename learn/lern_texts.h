@@ -5,20 +5,13 @@
 #include <optional>
 
 #include "learn/answer_gate.h"
-#include "learn/learning_run.h"
-#include "learn/notice.h"
+#include "learn/run_presenter.h"
 
 // All that the learning window says, in one place.
 namespace tessaro {
 
-// Days, hours, minutes and seconds, as "3:02:11:40". Negative times give "0:00:00:00".
-QString DurationText(int64_t seconds);
-// Minutes and seconds, as "04:12"; the minutes go on beyond an hour.
-QString StopwatchText(int64_t seconds);
 // A span in words for people, rounded up to its largest two units: "3 Tagen 2 Stunden", "1 Minute". At least a minute.
 QString SpanInWords(int64_t seconds);
-
-enum class CardSide { Question, Answer };
 
 // What the window's caption says of the card on screen. `position` is its 1-based place in the card file.
 QString CaptionText(CardSide side, bool inverse, bool navigation, int position);
@@ -44,9 +37,14 @@ bool IsFault(RunMessage message);
 // NothingDue: seconds until a card is due, nothing when none waits for its time.
 QString NoticeText(Notice notice, std::optional<int64_t> next_due);
 
-// In place of how the card was chosen, until the next command.
+// In place of how the card was chosen, until the next command: what was said of the card whose question this is, and
+// what it came to.
+QString AnswerText(const GivenAnswer& answer, std::string_view question);
 QString AnswerTakenBackText();
 QString AnswerRestoredText();
+
+// What "known" would come to, for its button: "etwa 3 Tage"; empty for nothing.
+QString ForecastText(std::optional<int64_t> due_in);
 
 // Why controls are greyed.
 QString NothingToUndoHint();

@@ -16,13 +16,23 @@ bool HasLearnableCards(const CardReader& cards) {
 }
 
 bool HoldsNewCardsBack(const LearningRun& run, const CardFile& file) {
-  return run.no_new_cards() && run.method() == Method::Standard &&
+  return run.options().no_new_cards && run.method() == Method::Standard &&
          FiguresOf(file, run.parameters(), 0).never_answered > 0;
+}
+
+Notice ToldBy(const StepResult& result, const LearningRun& run) {
+  Notice told = run.ended() ? Notice::ClockWentBack : Notice::None;
+  for (const RunEvent& event : result.events) {
+    if (event.message == RunMessage::StandardExhausted) told = Notice::NothingDue;
+    if (event.message == RunMessage::EndOfFile) told = Notice::EndOfFile;
+  }
+  return told;
 }
 
 }  // namespace
 
-Notice NoticeAfter(Notice told, const LearningRun& run, const CardFile& file) {
+Notice NoticeAfter(const StepResult& result, const LearningRun& run, const CardFile& file) {
+  Notice told = ToldBy(result, run);
   if (run.card().row == 0) {
     if (!HasLearnableCards(CardReader(file))) return Notice::NoCards;
     if (told == Notice::EndOfFile) return Notice::EndWithoutCard;

@@ -4,6 +4,7 @@ namespace tessaro {
 
 class CardFile;
 class LearningRun;
+struct StepResult;
 
 // What the learner is told of the card that a command led to, and most of all of its absence.
 enum class Notice {
@@ -17,7 +18,7 @@ enum class Notice {
   RowOrderRestarted,
 };
 
-// The notice after a command. `told` is what the run let its view know meanwhile, or None.
-Notice NoticeAfter(Notice told, const LearningRun& run, const CardFile& file);
+// The notice after a command that came to `result`.
+Notice NoticeAfter(const StepResult& result, const LearningRun& run, const CardFile& file);
 
 }  // namespace tessaro

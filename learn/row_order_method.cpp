@@ -17,7 +17,7 @@ Choice RowOrderMethod::Next(SelectionContext& run) {
     place_.position = std::max<int64_t>(keys::kRowPosition.Read(run.file.settings()), kFirstCardRow);
     place_.first_step = false;
   }
-  run.stage = RunStage::RowOrder;
+  run.moment.stage = RunStage::RowOrder;
   for (; run.cards.IsCardRow(place_.position); ++place_.position) {
     const int row = static_cast<int>(place_.position);
     if (run.cards.HasEndMark(row)) break;
@@ -32,7 +32,7 @@ Choice RowOrderMethod::Next(SelectionContext& run) {
 
 Choice RowOrderMethod::Failed(SelectionContext& run) {
   place_.position = kFirstCardRow;
-  run.view.Tell(RunMessage::RowOrderFailed, 0);
+  run.result.Tell(RunMessage::RowOrderFailed);
   return {};
 }
 
@@ -40,7 +40,7 @@ bool RowOrderMethod::RepeatsUnknown(SelectionContext& run) {
   const int64_t unknown = run.log.unknown_count();
   if (unknown >= run.parameters.switch_count) {
     place_.repeating = true;
-    run.width = run.parameters.min_width;
+    run.moment.width = run.parameters.min_width;
   }
   if (unknown == 0) place_.repeating = false;
   return place_.repeating;
@@ -55,13 +55,13 @@ bool RowOrderMethod::Takes(SelectionContext& run, int row, CardMarks& marks) {
     marks.expired = due.expired;
     marks.no_history = due.beyond_maximum;
   }
-  return !run.cards.IsLeftOut(row);
+  return !run.PassesOver(row);
 }
 
 void RowOrderMethod::EndOfFile(SelectionContext& run) {
   Restart(run.file.settings());
   place_.first_step = true;
-  run.view.Tell(RunMessage::EndOfFile, 0);
+  run.result.Tell(RunMessage::EndOfFile);
 }
 
 void RowOrderMethod::Restart(IniFile& settings) {
@@ -73,9 +73,8 @@ void RowOrderMethod::Keep(IniFile& settings) {
   if (!place_.first_step) KeepPosition(settings, place_.position);
 }
 
-void RowOrderMethod::SetPlace(const Place& place, IniFile& settings) {
-  if (place.kept != place_.kept) keys::kRowPosition.Write(place.kept.value_or(found_), settings);
-  place_ = place;
+void RowOrderMethod::PutBack(const RowOrderPlace& before, IniFile& settings) const {
+  if (place_.kept != before.kept) keys::kRowPosition.Write(place_.kept.value_or(found_), settings);
 }
 
 void RowOrderMethod::KeepPosition(IniFile& settings, int64_t row) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <optional>
-
 #include "learn/selection_method.h"
 
 namespace tessaro {
@@ -10,13 +8,7 @@ namespace tessaro {
 // unknown it asks to go on (with a draw of the standard method) until none is unknown any more.
 class RowOrderMethod : public SelectionMethod {
  public:
-  // Where the walk stands.
-  struct Place {
-    int64_t position = kFirstCardRow;  // the card row to look at next
-    bool first_step = true;
-    bool repeating = false;       // unknown cards are repeated before the walk goes on
-    std::optional<int64_t> kept;  // the position that this run wrote into the settings last
-  };
+  explicit RowOrderMethod(RowOrderPlace& place) : place_(place) {}
 
   Choice Next(SelectionContext& run) override;
   Choice Failed(SelectionContext& run) override;
@@ -26,9 +18,9 @@ class RowOrderMethod : public SelectionMethod {
   // Keeps the position with the card file; one that was never read stays as it is kept.
   void Keep(IniFile& settings);
 
-  const Place& place() const { return place_; }
-  // Goes back to a place where the walk stood in this run; the position kept with the card file too.
-  void SetPlace(const Place& place, IniFile& settings);
+  // To be called when the walk was put back from `before` to where it stood in this run: the position kept with the
+  // card file goes with it.
+  void PutBack(const RowOrderPlace& before, IniFile& settings) const;
 
  private:
   void KeepPosition(IniFile& settings, int64_t row);
@@ -36,7 +28,7 @@ class RowOrderMethod : public SelectionMethod {
   static bool Takes(SelectionContext& run, int row, CardMarks& marks);
   void EndOfFile(SelectionContext& run);
 
-  Place place_;
+  RowOrderPlace& place_;
   int64_t found_ = kFirstCardRow;  // the position that stood in the settings before this run wrote there
 };
 

@@ -3,27 +3,22 @@
 #include "cards/card_reader.h"
 #include "cards/due_rule.h"
 #include "learn/answer_log.h"
-#include "learn/learning_view.h"
+#include "learn/left_out_cards.h"
+#include "learn/run_moment.h"
 #include "platform/random.h"
 #include "settings/learning_parameters.h"
 
 namespace tessaro {
 
-// What the methods come to share in the course of a run.
-struct SelectionState {
-  bool row_order = false;
-  int64_t width = 0;   // the selection width R
-  RunFigures figures;  // a method fills in what it has to show
-  RunStage stage = RunStage::None;
-};
-
 // What the methods of one run share: what they choose from, what they go by, and what they tell.
-struct SelectionContext : SelectionState {
+struct SelectionContext {
   CardFile& file;
   const LearningParameters& parameters;
   AnswerLog& log;
   Random& random;
-  LearningView& view;
+  const LeftOutCards& left_out;
+  RunMoment& moment;   // a method reads and writes its own part, the width and the figures
+  StepResult& result;  // of the running step
 
   CardReader cards{file};
   int64_t now = 0;    // of the running step
@@ -34,6 +29,8 @@ struct SelectionContext : SelectionState {
 
   // Cards are told apart by their ID text, so a duplicate of the card on screen counts as that card.
   bool IsShownCard(int row) const { return shown_row != 0 && cards.Id(row) == cards.Id(shown_row); }
+  // Not asked now: never, or while it is marked to be removed.
+  bool PassesOver(int row) const { return left_out.Has(row) || file.deletion_marks().Has(row); }
   DueState DueStateOf(int row) const { return DueStateAt(cards.NewestTime(row), cards.Score(row), parameters, now); }
 };
 
@@ -44,7 +41,7 @@ struct Choice {
   CardMarks marks;
 };
 
-// A way of choosing the next card. There is one object per run, which keeps the method's own position.
+// A way of choosing the next card. Its position is part of the run's moment.
 class SelectionMethod {
  public:
   virtual ~SelectionMethod() = default;

@@ -141,6 +141,26 @@ int ShortcutCodeFromKey(QKeyCombination key) {
          (modifiers.testFlag(Qt::ControlModifier) ? kControl : 0) | (modifiers.testFlag(Qt::AltModifier) ? kAlt : 0);
 }
 
+bool IsProgramKey(QKeyCombination key) {
+  // Modes of answering, taking back and restoring, saving, copying, help, closing, moving the focus, reading on.
+  const QKeyCombination keys[] = {Qt::CTRL | Qt::Key_1,
+                                  Qt::CTRL | Qt::Key_2,
+                                  Qt::CTRL | Qt::Key_3,
+                                  Qt::CTRL | Qt::Key_Z,
+                                  Qt::CTRL | Qt::SHIFT | Qt::Key_Z,
+                                  Qt::CTRL | Qt::Key_Y,
+                                  Qt::CTRL | Qt::Key_S,
+                                  Qt::CTRL | Qt::Key_C,
+                                  Qt::ALT | Qt::Key_F4,
+                                  Qt::Key_F10,
+                                  Qt::Key_Space,
+                                  Qt::Key_Tab,
+                                  Qt::SHIFT | Qt::Key_Backtab,
+                                  Qt::Key_PageUp,
+                                  Qt::Key_PageDown};
+  return std::ranges::find(keys, key) != std::end(keys);
+}
+
 QString KeyName(QKeyCombination key) {
   const Qt::KeyboardModifiers modifiers = key.keyboardModifiers();
   QString name;

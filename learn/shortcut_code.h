@@ -16,6 +16,9 @@ std::optional<QKeyCombination> KeyFromShortcutCode(int64_t code);
 // 0 for a key that has no code.
 int ShortcutCodeFromKey(QKeyCombination key);
 
+// True for a key by which the program itself is used: the learner's commands cannot have it.
+bool IsProgramKey(QKeyCombination key);
+
 // The name of a key as it is printed on a German keyboard, modifiers before it, for example "Strg+Entf".
 QString KeyName(QKeyCombination key);
 

@@ -13,7 +13,7 @@ constexpr int kCardRowMissing = 8;
 
 // Once a step, however often it searches.
 void TellExhausted(SelectionContext& run) {
-  if (!run.told_exhausted) run.view.Tell(RunMessage::StandardExhausted, 0);
+  if (!run.told_exhausted) run.result.Tell(RunMessage::StandardExhausted);
   run.told_exhausted = true;
 }
 
@@ -26,32 +26,32 @@ struct StandardMethod::Search {
 
 void StandardMethod::AdjustWidth(SelectionContext& run) {
   const int64_t unknown = run.log.unknown_count();
-  if (unknown >= run.parameters.switch_count) run.width = run.parameters.min_width;
-  if (unknown < 1 && run.width <= run.parameters.min_width) run.width = run.parameters.max_width;
+  if (unknown >= run.parameters.switch_count) run.moment.width = run.parameters.min_width;
+  if (unknown < 1 && run.moment.width <= run.parameters.min_width) run.moment.width = run.parameters.max_width;
 }
 
 Choice StandardMethod::Next(SelectionContext& run) {
-  run.stage = RunStage::BoxSearch;
-  run.figures.widened = false;
-  const int cards = run.cards.Count();
-  run.width = std::min<int64_t>(run.width, cards);
+  run.moment.stage = RunStage::BoxSearch;
+  run.moment.figures.widened = false;
+  const int cards = run.left_out.OthersCount();
+  run.moment.width = std::min<int64_t>(run.moment.width, cards);
   run.log.RecountUnknown();
   const bool none_unknown = run.log.unknown_count() == 0;
   Choice choice;
   choice.go_on = true;
-  if (run.row_order && none_unknown) return choice;
+  if (run.moment.row_order_on && none_unknown) return choice;
   // Deliberate: from here on the width may exceed the number of cards; the draw is cut instead.
-  if (none_unknown) run.width = run.parameters.max_width;
+  if (none_unknown) run.moment.width = run.parameters.max_width;
   if (cards > 0) {
     choice = Draw(run);
-    choice.go_on = choice.row != 0 || run.row_order;
+    choice.go_on = choice.row != 0 || run.moment.row_order_on;
     if (!choice.go_on) TellExhausted(run);
   }
   return choice;
 }
 
 Choice StandardMethod::Failed(SelectionContext& run) {
-  run.view.Tell(RunMessage::BoxSearchFailed, 0);
+  run.result.Tell(RunMessage::BoxSearchFailed);
   return {};
 }
 
@@ -60,7 +60,7 @@ Choice StandardMethod::Draw(SelectionContext& run) {
   for (int draw = 1; draw <= kMostDraws; ++draw) {
     if (draw == kFirstWidening || draw == kSecondWidening) Widen(run);
     const int64_t position = DrawPosition(run);
-    run.figures.drawn_position = position - 1;
+    run.moment.figures.drawn_position = position - 1;
     const int row = CardAt(run, position, search);
     Choice choice;
     if (row == 0 || !Takes(run, row, choice.marks)) continue;
@@ -71,28 +71,29 @@ Choice StandardMethod::Draw(SelectionContext& run) {
 }
 
 void StandardMethod::Widen(SelectionContext& run) {
-  if (run.width <= run.parameters.min_width || !run.time_lock) return;
-  const int64_t cards = run.cards.Count();
-  run.width = run.width > cards / 2 ? cards : std::min(run.width * 2, cards);
-  run.figures.widened = true;
+  if (run.moment.width <= run.parameters.min_width || !run.time_lock) return;
+  const int64_t cards = run.left_out.OthersCount();
+  run.moment.width = run.moment.width > cards / 2 ? cards : std::min(run.moment.width * 2, cards);
+  run.moment.figures.widened = true;
 }
 
 int64_t StandardMethod::DrawPosition(SelectionContext& run) {
   int64_t position = kFirstCardRow;
-  if (run.width != 0) position += static_cast<int64_t>(run.random.Next()) % run.width;
-  return std::clamp<int64_t>(position, kFirstCardRow, run.cards.LastCardRow());
+  if (run.moment.width != 0) position += static_cast<int64_t>(run.random.Next()) % run.moment.width;
+  return std::clamp<int64_t>(position, kFirstCardRow, run.left_out.OthersCount() + 1);
 }
 
-// The card that an index row points to; 0 for a defect, which is told once a search.
+// The card at this position among those that can be chosen; 0 for a defect, which is told once a search.
 int StandardMethod::CardAt(SelectionContext& run, int64_t position, Search& search) {
   const LearnIndex& index = run.file.learn_index();
   const auto tell_once = [&](bool& told, int fault) {
-    if (!told) run.view.Tell(RunMessage::IndexFault, fault);
+    if (!told) run.result.Tell(RunMessage::IndexFault, fault);
     told = true;
     return 0;
   };
-  if (position > index.RowCount()) return tell_once(search.told_index_row, kIndexRowMissing);
-  const int row = index.BoxPos(static_cast<int>(position));
+  const int64_t index_row = run.left_out.IndexRowAt(position);
+  if (index_row > index.RowCount()) return tell_once(search.told_index_row, kIndexRowMissing);
+  const int row = index.BoxPos(static_cast<int>(index_row));
   if (row < 1 || row > run.file.cards().RowCount()) return tell_once(search.told_card_row, kCardRowMissing);
   return row;
 }
@@ -102,14 +103,13 @@ bool StandardMethod::Takes(SelectionContext& run, int row, CardMarks& marks) {
   const CardReader& cards = run.cards;
   if (run.log.unknown_count() > 1 && run.IsShownCard(row)) return false;
   if (run.no_new_cards && !cards.WasAnswered(row)) return false;
-  if (cards.HasEndMark(row)) return false;
   if (cards.NewestLetter(row) == kKnownLetter) {
     const DueState due = run.DueStateOf(row);
     if (!due.expired && run.time_lock) return false;
     marks.expired = due.expired;
     marks.no_history = due.beyond_maximum;
   }
-  return !run.cards.IsLeftOut(row);
+  return !run.file.deletion_marks().Has(row);
 }
 
 }  // namespace tessaro

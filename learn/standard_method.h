@@ -4,7 +4,8 @@
 
 namespace tessaro {
 
-// The automatic standard method: draws at random among the first R rows of the learning index, the worst-known cards.
+// The automatic standard method: draws at random among the first R cards of the learning index, the worst-known ones.
+// Cards that can never be chosen take no place in it: neither width nor positions count them.
 // Few rows while many cards are unknown, so that they come again soon; more rows when nothing suitable is found.
 // Asks to go on when it chose a card, and whenever row order is on.
 class StandardMethod : public SelectionMethod {

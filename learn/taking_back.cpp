@@ -1,72 +1,67 @@
 #include <algorithm>
 #include <utility>
 
-#include "learn/learning_run_state.h"
+#include "learn/learning_run.h"
 
-// Taking answers back exactly. Before an answer does anything, the run's own values and the one card that it can change
-// are set aside as an AnswerStep. Taking it back exchanges what was set aside for what is there, so the same exchange
-// once more gives the answer again, whatever was done in between. What belongs to no answer (turning, navigation,
-// choosing a method) goes with the answer before it.
+// Taking answers back exactly. Before an answer does anything, the run's moment and the one card that it can change are
+// set aside as an AnswerStep. Taking it back exchanges what was set aside for what is there, so the same exchange once
+// more gives the answer again, whatever was done in between. What belongs to no answer (turning, navigation, choosing a
+// method) goes with the answer before it.
 namespace tessaro {
 
-// Answers to navigation cards are never logged and just lead on, so they are no steps of their own.
-void LearningRun::State::BeginStep(AnswerCode code) {
-  const Rating rating = RatingOf(code);
-  if (rating != Rating::Known && rating != Rating::NotKnown) return;
-  if (run.cards.IsCardRow(card.row) && !run.cards.IsNavigation(card.row)) BeginStep(card.row);
+// To be called before anything is done by a command that may carry an answer to the card on screen. Answers to
+// navigation cards are never logged and just lead on, so they are no steps of their own.
+void LearningRun::BeginStep(Rating rating) {
+  const int row = moment_.card.row;
+  if (rating != Rating::None && run_.cards.IsCardRow(row) && !run_.cards.IsNavigation(row)) BeginStep(row);
 }
 
-void LearningRun::State::BeginStep(int row) {
-  steps.push_back({Moment(), row, LearnedColumns(file, row), file.learn_index().PlaceOf(row), {}});
-  steps_taken_back.clear();
+// From here on what is done to the card in this row can be taken back.
+void LearningRun::BeginStep(int row) {
+  steps_.push_back({moment_, row, LearnedColumns(file_, row), file_.learn_index().PlaceOf(row), {}, false});
+  steps_taken_back_.clear();
 }
 
-void LearningRun::State::TakeBack() {
-  Exchange(steps.back());
-  steps_taken_back.push_back(std::move(steps.back()));
-  steps.pop_back();
-  view.Refresh();
+StepResult LearningRun::TakeBackAnswer() {
+  if (!CanTakeBackAnswer()) return {};
+  for (int wanted = 1; wanted > 0 && !steps_.empty(); --wanted) {
+    // Before a press of Undo stands the answer that it undid. Without it the next card would come again.
+    if (steps_.back().undo) wanted += 2;
+    Exchange(steps_.back());
+    steps_taken_back_.push_back(std::move(steps_.back()));
+    steps_.pop_back();
+  }
+  return {.drawn_anew = true};
 }
 
-void LearningRun::State::Restore() {
-  Exchange(steps_taken_back.back());
-  steps.push_back(std::move(steps_taken_back.back()));
-  steps_taken_back.pop_back();
-  view.Refresh();
+StepResult LearningRun::RestoreAnswer() {
+  if (!CanRestoreAnswer()) return {};
+  Exchange(steps_taken_back_.back());
+  steps_.push_back(std::move(steps_taken_back_.back()));
+  steps_taken_back_.pop_back();
+  return {.drawn_anew = true};
 }
 
-// Before the first answer there is nothing that could bring it back. What was taken back would go on in a box whose
-// order is no longer there.
-void LearningRun::State::SetAside(BoxOrder order) {
-  steps_taken_back.clear();
-  if (!steps.empty()) steps.back().orders.push_back(std::move(order));
+// The order that gave way to another one comes back with the step in which that happened. Before the first answer there
+// is nothing that could bring it back. What was taken back would go on in a box whose order is no longer there.
+void LearningRun::SetAside(BoxOrder order) {
+  steps_taken_back_.clear();
+  if (!steps_.empty()) steps_.back().orders.push_back(std::move(order));
 }
 
-RunMoment LearningRun::State::Moment() const {
-  return {*this, run, log.state(), checking.position(), row_order.place(), leitner.place()};
-}
-
-void LearningRun::State::SetMoment(const RunMoment& moment) {
-  static_cast<RunScene&>(*this) = moment.scene;
-  static_cast<SelectionState&>(run) = moment.selection;
-  log.SetState(moment.log);
-  checking.SetPosition(moment.check_position);
-  row_order.SetPlace(moment.row_order, file.settings());
-  leitner.SetPlace(moment.leitner);
-  file.cards().GoTo(card.row);
-}
-
-void LearningRun::State::Exchange(AnswerStep& step) {
-  const RunMoment moment = std::exchange(step.moment, Moment());
-  step.columns = writer.Exchange(step.row, step.columns);
-  LearnIndex& index = file.learn_index();
+void LearningRun::Exchange(AnswerStep& step) {
+  step.columns = writer_.Exchange(step.row, step.columns);
+  LearnIndex& index = file_.learn_index();
   const LearnIndex::Place place = std::exchange(step.place, index.PlaceOf(step.row));
   index.Restore(place);
+  left_out_.IndexRowChanged(step.row);
   // From the newest to the oldest, and the other way round the next time.
   std::reverse(step.orders.begin(), step.orders.end());
-  for (BoxOrder& order : step.orders) leitner.SwapOrder(order);
-  SetMoment(moment);
-  ++showings;
+  for (BoxOrder& order : step.orders) leitner_.SwapOrder(order);
+  std::swap(moment_, step.moment);
+  row_order_.PutBack(step.moment.row_order, file_.settings());
+  file_.cards().GoTo(moment_.card.row);
+  ++showings_;
 }
 
 }  // namespace tessaro

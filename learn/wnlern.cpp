@@ -13,6 +13,7 @@
 #include "learn/wnlern_look.h"
 #include "settings/keys.h"
 #include "ui_wnlern.h"
+#include "widgets/messages.h"
 #include "widgets/side_look.h"
 #include "widgets/text.h"
 #include "widgets/video_screen.h"
@@ -23,7 +24,7 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-constexpr int kTimerMilliseconds = 100;
+constexpr int kSecond = 1000;  // milliseconds
 constexpr std::string_view kPlaceSuffix = "L";
 
 // Takes the second press of a double click away from an answer. It would answer the card that has just appeared, which
@@ -32,6 +33,41 @@ class SecondPressFilter : public QObject {
  public:
   using QObject::QObject;
   bool eventFilter(QObject* /*button*/, QEvent* event) override { return event->type() == QEvent::MouseButtonDblClick; }
+};
+
+// Gives Enter to a control that the learner reached with Tab, as the space bar always is: elsewhere Enter answers. The
+// next card takes this back.
+class EnterFilter : public QObject {
+ public:
+  using QObject::QObject;
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::FocusIn: {
+        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+        if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason) reached_ = watched;
+        if (reason == Qt::OtherFocusReason || reason == Qt::MouseFocusReason) reached_ = nullptr;
+        return false;
+      }
+      case QEvent::ShortcutOverride:
+        if (watched == reached_ && IsEnter(*event)) event->accept();
+        return false;
+      case QEvent::KeyPress:
+        if (watched != reached_ || !IsEnter(*event)) return false;
+        static_cast<QAbstractButton*>(watched)->click();
+        return true;
+      default:
+        return false;
+    }
+  }
+  void Forget() { reached_ = nullptr; }
+
+ private:
+  static bool IsEnter(const QEvent& event) {
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    return (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) &&
+           (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier && !key.isAutoRepeat();
+  }
+  const QObject* reached_ = nullptr;
 };
 
 }  // namespace
@@ -54,7 +90,10 @@ TF_wnlern::TF_wnlern(CardFile& file, ProgramSettings& settings, const Clock& clo
   ConnectModes();
   ConnectNotice();
   DressControls(*ui_, *this);
-  timer_.setInterval(kTimerMilliseconds);
+  auto* enter = new EnterFilter(this);
+  for (auto* button : findChildren<QAbstractButton*>()) button->installEventFilter(enter);
+  connect(this, &TF_wnlern::CardShown, this, [enter] { enter->Forget(); });
+  timer_.setSingleShot(true);
   connect(&timer_, &QTimer::timeout, this, &TF_wnlern::TimerLernTimer);
 }
 
@@ -64,6 +103,9 @@ void TF_wnlern::ConnectAnswers() {
   auto* second_presses = new SecondPressFilter(this);
   for (QWidget* row : {ui_->Antwortzeile, ui_->Tageszeile}) {
     for (auto* button : row->findChildren<QAbstractButton*>()) button->installEventFilter(second_presses);
+  }
+  for (AnswerButton* button : {ui_->BtHand, ui_->BtLerneIch, ui_->BtWeissIch}) {
+    button->setProperty(kHint, button->toolTip());
   }
   connect(ui_->BtHand, &QAbstractButton::clicked, this, &TF_wnlern::BtHandClick);
   connect(ui_->BtWeissIch, &QAbstractButton::clicked, this, &TF_wnlern::Weiss_ichExecute);
@@ -167,8 +209,8 @@ void TF_wnlern::showEvent(QShowEvent* event) {
 }
 
 void TF_wnlern::closeEvent(QCloseEvent* event) {
-  // A message box of the running command is open: it has to be answered first.
-  if (in_command_) {
+  // A message box of the running command or a dialog is open: it has to be answered first.
+  if (in_command_ || HasOpenDialog(*this)) {
     event->ignore();
     return;
   }
@@ -182,7 +224,6 @@ void TF_wnlern::FormShow() {
   ReadShortcuts();
   ReadLooks();
   start_milliseconds_ = clock_.Milliseconds();
-  timer_.start();
   MakeRun();
   if (keys::kShowStatistics.Read(settings_.ini)) SwitchStatistics(true);
   // Once the window stands: what the run has to tell comes up over it.
@@ -203,19 +244,20 @@ void TF_wnlern::FormClose() {
 
 void TF_wnlern::MakeRun() {
   if (run_ != nullptr) run_->KeepPositions();
-  run_ = std::make_unique<LearningRun>(file_, settings_.ini, clock_, random_, static_cast<LearningView&>(*this));
+  run_ = std::make_unique<LearningRun>(file_, settings_.ini, clock_, random_);
   run_->SetMethod(automatic_);
-  run_->SetNoNewCards(ui_->MNeueKarten->isChecked());
-  run_->SetTimeLock(ui_->MZeitsperre->isChecked());
-  run_->SetInverse(ui_->MInvers->isChecked());
-  run_->SetSwapped(ui_->MTausch->isChecked());
+  run_->Set(&RunOptions::no_new_cards, ui_->MNeueKarten->isChecked());
+  run_->Set(&RunOptions::time_lock, ui_->MZeitsperre->isChecked());
+  run_->Set(&RunOptions::inverse, ui_->MInvers->isChecked());
+  run_->Set(&RunOptions::swapped, ui_->MTausch->isChecked());
+  notice_ = Notice::None;
   ShowRun();
 }
 
 void TF_wnlern::StartRun() {
   Do([this](LearningRun& run) {
     if (first_choice_) TakeChoice(run, *std::exchange(first_choice_, std::nullopt));
-    run.Start();
+    return run.Start();
   });
 }
 
@@ -238,17 +280,22 @@ void TF_wnlern::ReadShortcuts() {
     actions[i]->setShortcuts(keys[i]);
     taken += keys[i];
   }
-  // The learner's own keys come first; what the form gives comes back when its key is free again.
-  for (QAction* action : {ui_->MAntwortZurueck, ui_->MAntwortWieder, ui_->MSpeichern, ui_->MKopieren,
-                          ui_->MAuswahlleiste, ui_->MEingabezeile, ui_->MTastaturtraining}) {
-    if (!action->data().isValid()) action->setData(QVariant::fromValue(action->shortcut()));
-    const auto key = action->data().value<QKeySequence>();
-    action->setShortcut(taken.contains(key) ? QKeySequence() : key);
+  // The learner's own keys come first; a file of settings may hold any.
+  const std::pair<QAction*, QList<QKeySequence>> own[] = {
+      {ui_->MAntwortZurueck, {Qt::CTRL | Qt::Key_Z}},
+      {ui_->MAntwortWieder, {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y}},
+      {ui_->MSpeichern, {Qt::CTRL | Qt::Key_S}},
+      {ui_->MKopieren, {Qt::CTRL | Qt::Key_C}},
+      {ui_->MAuswahlleiste, {Qt::CTRL | Qt::Key_1}},
+      {ui_->MEingabezeile, {Qt::CTRL | Qt::Key_2}},
+      {ui_->MTastaturtraining, {Qt::CTRL | Qt::Key_3}}};
+  for (auto [action, free] : own) {
+    free.removeIf([&](const QKeySequence& key) { return taken.contains(key); });
+    action->setShortcuts(free);
   }
   learning_keys_ = taken;
   Q_EMIT LearningKeysChanged();
-  const QString turn = FirstKeyName(keys[static_cast<size_t>(LearningCommand::Turn)]);
-  ui_->BtHand->SetKeyText(turn);
+  const QString turn = turn_key_ = FirstKeyName(keys[static_cast<size_t>(LearningCommand::Turn)]);
   // The same command stands in two menus, but only one action may own the key.
   ui_->MDrehen->setText(turn.isEmpty() ? tr("&Drehen") : tr("&Drehen") + u'\t' + turn);
   ui_->BtWeissIch->SetKeyText(FirstKeyName(keys[static_cast<size_t>(LearningCommand::Known)]));
@@ -281,6 +328,7 @@ void TF_wnlern::resizeEvent(QResizeEvent* event) {
 
 void TF_wnlern::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange && run_ != nullptr) TimerLernTimer();
   if (event->type() != QEvent::PaletteChange && event->type() != QEvent::FontChange) return;
   DressControls(*ui_, *this);
   FitControls(*ui_, width());
@@ -295,9 +343,13 @@ void TF_wnlern::keyPressEvent(QKeyEvent* event) {
   QMainWindow::keyPressEvent(event);
 }
 
+// Wakes with the next full second, and not at all while nobody sees the watch.
 void TF_wnlern::TimerLernTimer() {
-  const QString time = StopwatchText((clock_.Milliseconds() - start_milliseconds_) / 1000);
+  const int64_t passed = clock_.Milliseconds() - start_milliseconds_;
+  const QString time = QString::fromStdString(StopwatchText(passed / kSecond));
   if (ui_->DisplayUebungszeit->text() != time) ui_->DisplayUebungszeit->setText(time);
+  if (isMinimized() || run_ == nullptr) return timer_.stop();
+  timer_.start(static_cast<int>(kSecond - passed % kSecond));
 }
 
 }  // namespace tessaro

@@ -23,12 +23,13 @@ class TF_wnlern;
 
 namespace tessaro {
 
+struct RunScreen;
 class TF_dldata;
 class VideoScreen;
 
 // The learning window: one run of learning over the open card file, from showing the window to closing it. It shows the
 // card and takes the answers; what they mean and which card comes next is the run's business.
-class TF_wnlern : public QMainWindow, public LearningCommands, private LearningView {
+class TF_wnlern : public QMainWindow, public LearningCommands {
   Q_OBJECT
 
  public:
@@ -102,10 +103,7 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void Refresh() override;
-  void Tell(RunMessage message, int number) override;
-  void ChooseMethod() override;
-  void EndRun() override;
+  using Command = std::function<StepResult(LearningRun&)>;
 
   void ConnectAnswers();
   void ConnectNavigation();
@@ -120,9 +118,11 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   void StartRun();
   void TimerLernTimer();
 
-  // Everything that the user does to the run goes through here: one command at a time, faults caught, the window
-  // brought up to date afterwards.
-  void Do(const std::function<void(LearningRun&)>& command);
+  // Everything that the user does to the run goes through here: one command at a time, faults caught. Afterwards the
+  // window is brought up to date, and then what there is to say is said. `done` says what the command did where the
+  // card alone would not tell.
+  void Do(const Command& command, const QString& done = {});
+  void Tell(const StepResult& result);
   // The answer commands: `days` for the least score of a known card, 0 = none. Refused when an answer window must have
   // the answer.
   void AnswerCard(bool known, int days = 0);
@@ -151,25 +151,26 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   void MAnsichtClick(bool below);
   void MAnzeigenClick(bool on);
   void LinkClick(int card_id);
-  // Leaves the card by `go`, with what the user says of it where the run wants to know, else with `unasked`.
-  void Leave(const std::function<void(LearningRun&, AnswerCode)>& go, AnswerCode unasked);
-  AnswerCode AskWhetherKnown();
+  // Leaves the card by `go`, with what the user says of it where the run wants to know.
+  void Leave(const std::function<StepResult(LearningRun&, Rating)>& go);
+  Rating AskWhetherKnown();
   void TakeChoice(LearningRun& run, MethodChoice choice);
   void SwitchStatistics(bool on);
   void ReadOptions();
   void ReadShortcuts();
   void ReadLooks();
 
-  void ShowRun();
+  void ShowRun(bool card_changed = false);
   void ShowCard();
-  void ShowCaption();
-  void ShowFigures();
-  void ShowControls();
-  void ShowMethod();
+  void ShowCaption(const RunScreen& screen);
+  void ShowFigures(const RunScreen& screen);
+  void ShowControls(const RunScreen& screen);
+  void ShowOptions(const RunOptions& options);
+  void ShowMethod(const RunScreen& screen);
   void ShowStatistics();
-  void ShowNotice();
+  void ShowNotice(const RunScreen& screen);
   void ShowToday();
-  void FocusNextStep();
+  void FocusNextStep(const RunScreen& screen, bool card_changed);
 
   CardFile& file_;
   ProgramSettings& settings_;
@@ -181,18 +182,16 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private LearningV
   std::unique_ptr<LearningRun> run_;
   std::array<SideLook, 2> looks_;  // front and back
   QList<QKeySequence> learning_keys_;
-  QTimer timer_;
+  QTimer timer_{this};
+  QString turn_key_;  // the name of the key that turns the card
   int64_t start_milliseconds_ = 0;
   bool in_command_ = false;
-  bool card_changed_ = false;
-  int answered_row_ = 0;  // the card that the running command answered; 0 = none
-  bool answered_known_ = false;
-  bool choose_method_ = false;                // a box is done: the selection of the method comes next
   Method automatic_ = Method::Standard;       // what goes on when no box is learned: Standard or RowOrder
   std::optional<MethodChoice> first_choice_;  // given before the window was shown
   std::unique_ptr<TF_dldata> statistics_;     // while it is switched on
   Notice notice_ = Notice::None;
   OutlookLines outlook_;
+  QString said_;  // of the answer that the last command gave
   QString done_;  // what the last command did, where the card alone would not tell
 };
 

@@ -43,12 +43,12 @@ void TF_wnlern::LearnBy(MethodChoice choice) {
   }
   Do([&](LearningRun& run) {
     TakeChoice(run, std::move(choice));
-    run.ShowNext();
+    return run.ShowNext();
   });
 }
 
 void TF_wnlern::TakeChoice(LearningRun& run, MethodChoice choice) {
-  if (choice.box_lock) run.SetBoxLock(*choice.box_lock);
+  if (choice.box_lock) run.Set(&RunOptions::box_lock, *choice.box_lock);
   if (choice.method == Method::Leitner) {
     run.StartBox(std::move(choice.box));
     return;
@@ -61,28 +61,31 @@ void TF_wnlern::MethodClick(Method method) {
   if (method != Method::Leitner) automatic_ = method;
   Do([method](LearningRun& run) {
     run.SetMethod(method);
-    run.ShowNextIfNone();
+    return run.ShowNextIfNone();
   });
 }
 
 void TF_wnlern::SpeedButtonLeitnerClick() {
   if (run_ == nullptr || in_command_) return;
-  const MethodDialogState shown = {.automatic = automatic_, .boxes = true, .box_lock = run_->box_lock()};
+  const MethodDialogState shown = {.automatic = automatic_, .boxes = true, .box_lock = run_->options().box_lock};
   TF_dlausw dialog(file_, settings_, clock_, messages_, shown, this);
   if (dialog.exec() == QDialog::Accepted) {
     LearnBy(dialog.TakeChoice());
   } else if (run_->card().row == 0) {
     Do(&LearningRun::ShowNextIfNone);
   } else {
-    ShowMethod();
+    ShowRun();
   }
 }
 
 void TF_wnlern::MReiheAnfangClick() {
-  Do([](LearningRun& run) { run.RestartRowOrder(); });
+  Do([](LearningRun& run) {
+    run.RestartRowOrder();
+    return StepResult();
+  });
   if (notice_ != Notice::None) return;
   notice_ = Notice::RowOrderRestarted;
-  ShowNotice();
+  ShowRun();
 }
 
 void TF_wnlern::MShortCutsDefClick() {
@@ -90,18 +93,18 @@ void TF_wnlern::MShortCutsDefClick() {
   ReadShortcuts();
 }
 
-void TF_wnlern::Leave(const std::function<void(LearningRun&, AnswerCode)>& go, AnswerCode unasked) {
-  Do([&](LearningRun& run) { go(run, run.AsksBeforeLeaving() ? AskWhetherKnown() : unasked); });
+void TF_wnlern::Leave(const std::function<StepResult(LearningRun&, Rating)>& go) {
+  Do([&](LearningRun& run) { return go(run, run.AsksBeforeLeaving() ? AskWhetherKnown() : Rating::None); });
 }
 
-AnswerCode TF_wnlern::AskWhetherKnown() {
+Rating TF_wnlern::AskWhetherKnown() {
   TF_frage question(settings_.ini, this);
   connect(&question, &TF_frage::TurnWanted, this, [this] {
     run_->Turn();
-    ShowRun();
+    ShowRun(true);
   });
   question.exec();
-  return question.code();
+  return question.rating();
 }
 
 void TF_wnlern::TbCalcClick(bool on) {
@@ -130,24 +133,11 @@ void TF_wnlern::ShowStatistics() {
   ui_->TbCalc->setChecked(statistics_ != nullptr);
   ui_->MEinzelstatistik->setChecked(statistics_ != nullptr);
   if (statistics_ == nullptr) return;
-  const AnswerStatistics* figures = run_ == nullptr ? nullptr : run_->statistics();
-  if (figures == nullptr) return statistics_->Clear();
+  if (run_ == nullptr || !run_->moment().log.statistics) return statistics_->Clear();
+  const AnswerStatistics& figures = *run_->moment().log.statistics;
   const CardReader cards(file_);
-  statistics_->Show(*figures, cards.Question(figures->row), cards.Answer(figures->row));
-  statistics_->ShowRecall(outlook_.card ? outlook_.card(figures->row) : QString());
-}
-
-void TF_wnlern::ShowMethod() {
-  const Method method = run_->method();
-  // An answer that is taken back may bring back another method.
-  if (method != Method::Leitner) automatic_ = method;
-  ui_->MAutoStandard->setChecked(method == Method::Standard);
-  ui_->MAutoReihe->setChecked(method == Method::RowOrder);
-  ui_->MLeitner->setChecked(method == Method::Leitner);
-  ui_->ButtonMethode->setText(MethodText(method) + u" ▾"_s);
-  ui_->SpeedButtonLeitnerOn->setVisible(method == Method::Leitner);
-  // A box that was left can be taken up again.
-  ui_->SpeedButtonLeitnerOff->setVisible(method != Method::Leitner && run_->box() != 0);
+  statistics_->Show(figures, cards.Question(figures.row), cards.Answer(figures.row));
+  statistics_->ShowRecall(outlook_.card ? outlook_.card(figures.row) : QString());
 }
 
 }  // namespace tessaro

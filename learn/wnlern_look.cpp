@@ -33,7 +33,8 @@ std::vector<QLabel*> Captions(Ui::TF_wnlern& ui) {
           ui.LabelLabelPos,
           ui.LabelSteuerung,
           ui.LabelTage,
-          ui.LabelSeite};
+          ui.LabelSeite,
+          ui.LabelAntwort};
 }
 
 void DressCaptions(Ui::TF_wnlern& ui, const QMainWindow& window) {
@@ -143,6 +144,23 @@ void FitControls(Ui::TF_wnlern& ui, int width) {
   };
   show_if_fits(ui.LabelTage, *ui.Tageszeile, card_width);
   show_if_fits(ui.LabelSteuerung, *ui.Statuszeile, width);
+}
+
+void NameFigures(Ui::TF_wnlern& ui) {
+  const std::pair<QLabel*, QLabel*> figures[] = {{ui.LabelDisplayBeh, ui.DisplayBeh},
+                                                 {ui.LabelDisplayZuletzt, ui.DisplayZuletzt},
+                                                 {ui.LabelDisplayKarteifach, ui.DisplayKarteifach},
+                                                 {ui.LabelDisplayZufallswahl, ui.DisplayZufallswahl},
+                                                 {ui.LabelDisplayAnzGewNull, ui.DisplayAnzGewNull},
+                                                 {ui.LabelDisplayCheckAnzahl, ui.DisplayCheckAnzahl},
+                                                 {ui.LabelDisplayJetztGeuebt, ui.DisplayJetztGeuebt},
+                                                 {ui.LabelEdit1, ui.Edit1},
+                                                 {ui.LabelLabelPos, ui.LabelPos}};
+  for (const auto& [caption, figure] : figures) {
+    QString name = caption->text();
+    while (name.endsWith(QLatin1Char(':'))) name.chop(1);
+    figure->setAccessibleName(name + QStringLiteral(": ") + figure->text());
+  }
 }
 
 void PlaceControlBar(Ui::TF_wnlern& ui, bool below) {

@@ -353,6 +353,8 @@ void CardPages::ShowPages(std::string_view side) {
   setTabVisible(kText, any);
   setCurrentIndex(front);
   tabBar()->setVisible(any);
+  // Tab would stop at a bar that is not on screen.
+  setFocusPolicy(any ? Qt::TabFocus : Qt::NoFocus);
   // Qt does not note the change of a tab in a bar that is not on screen, and would leave gaps for hidden ones.
   tabBar()->setElideMode(tabBar()->elideMode());
 }

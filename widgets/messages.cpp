@@ -1,5 +1,6 @@
 #include "widgets/messages.h"
 
+#include <QDialog>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -7,6 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <algorithm>
 
 namespace tessaro {
 namespace {
@@ -101,6 +103,12 @@ QString BoxMessages::ChooseFileToSave(QWidget* parent, const QString& title, con
 
 QString BoxMessages::ChooseFolder(QWidget* parent, const QString& title, const QString& folder) {
   return QFileDialog::getExistingDirectory(parent, title, NearestFolder(folder));
+}
+
+bool HasOpenDialog(const QWidget& window) {
+  const auto open = [](const QDialog* dialog) { return dialog->isVisible() && dialog->isModal(); };
+  const auto dialogs = window.findChildren<QDialog*>();
+  return std::any_of(dialogs.begin(), dialogs.end(), open);
 }
 
 }  // namespace tessaro

@@ -71,7 +71,7 @@ bool HasCardFileType(const fs::path& path) {
   return EndsInAny(path, ".mlb", ".MLB");
 }
 
-CardFile::CardFile(Disk& disk, const Clock& clock, CardCount count_unknown)
+CardFile::CardFile(Disk& disk, const Clock& clock, UnknownCounter count_unknown)
     : disk_(disk), count_unknown_(count_unknown), journal_(disk, clock) {
   watchers_.Add(deletion_marks_);
 }

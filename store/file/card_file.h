@@ -25,9 +25,10 @@ namespace tessaro {
 class CardFile {
  public:
   // Counts the unknown cards, by a rule that the store does not know.
-  using CardCount = int64_t (*)(const CardTable& cards, const CardColumns& columns);
+  using UnknownCounter = int64_t (*)(const CardTable& cards, const CardColumns& columns);
   // With `count_unknown` opening a file counts them, on another thread beside the work for the indexes.
-  explicit CardFile(Disk& disk = RealDisk(), const Clock& clock = SystemClock(), CardCount count_unknown = nullptr);
+  explicit CardFile(Disk& disk = RealDisk(), const Clock& clock = SystemClock(),
+                    UnknownCounter count_unknown = nullptr);
   ~CardFile();
   CardFile(const CardFile&) = delete;
   CardFile& operator=(const CardFile&) = delete;
@@ -177,7 +178,7 @@ class CardFile {
   bool WriteSettings(const CardContent& content, const std::filesystem::path& path);
 
   Disk& disk_;
-  CardCount count_unknown_;
+  UnknownCounter count_unknown_;
   CardContent content_;
   CardFilePaths paths_;  // all empty when nothing is open
   std::unique_ptr<FileLock> lock_;

@@ -28,7 +28,7 @@ TestCard Card(int number, const std::string& question, const std::string& answer
 // Learns in row order, with the answer mode switched on by its key.
 class AnswerModesTest : public MainWindow {
  protected:
-  ~AnswerModesTest() override { program.CloseLearning(); }
+  ~AnswerModesTest() override { (void)program.CloseLearning(); }
 
   void Learn(const std::vector<TestCard>& cards, Qt::Key mode) {
     keys::kRowOrder.Write(true, program.settings().ini);
@@ -268,7 +268,7 @@ TEST_F(AnswerModesTest, OneModeAtATimeIsOnAndRememberedWithItsPlace) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return Focused() == u"RichEditVgl"_s; }, 1000));
   Type("a");
   EXPECT_EQ(Line(u"StatusBarVgl"_s), u"█"_s);
-  program.CloseLearning();
+  EXPECT_TRUE(program.CloseLearning());
   EXPECT_EQ(ReadPlace(settings, "V", {}).width, 500);
   program.OpenLearning();
   QApplication::processEvents();

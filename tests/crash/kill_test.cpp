@@ -66,11 +66,10 @@ int OpenAfterCrash(CardFile& file, const fs::path& path) {
   std::vector<uint32_t> numbers(10'000);
   std::generate(numbers.begin(), numbers.end(), [g = std::mt19937(seed)]() mutable { return g() >> 1U; });
   ScriptedRandom random(numbers);
-  RecordingView view;
   CardFile file(RealDisk(), clock);
   file.journal().FlushInBackground();
   OpenAfterCrash(file, path);
-  LearningRun run(file, IniFile(), clock, random, view);
+  LearningRun run(file, IniFile(), clock, random);
   run.Start();
   const auto tell = [&](char what, int row) {
     const std::string line = what + std::to_string(row) + ' ' + RowText(file, row) + '\n';
@@ -82,7 +81,7 @@ int OpenAfterCrash(CardFile& file, const fs::path& path) {
     const uint32_t dice = random.Next() % 20;
     const int row = dice == 0 ? last_row : run.card().row;
     tell('?', row);
-    dice == 0 ? run.Undo() : dice < 6 ? run.NotKnown() : dice < 9 ? run.KnownForDays(3) : run.Known();
+    dice == 0 ? run.Undo() : dice < 6 ? run.NotKnown() : run.Known(dice < 9 ? 3 : 0);
     tell('=', row);
     last_row = row;
     if (random.Next() % 12 == 0 && file.Save() != SaveResult::Saved) std::_Exit(EXIT_FAILURE);

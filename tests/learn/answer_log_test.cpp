@@ -15,7 +15,8 @@ class AnswerLogTest : public LearnTest {
   void OpenCards(const std::vector<TestCard>& cards) {
     Open(cards);
     writer = std::make_unique<CardWriter>(file);
-    log = std::make_unique<AnswerLog>(file, *writer);
+    state = {};
+    log = std::make_unique<AnswerLog>(file, *writer, state);
     log->RecountUnknown();
   }
   LogReport Answer(int row, Rating rating, CardMarks marks = {}) { return log->Log(row, rating, marks, clock.now); }
@@ -28,10 +29,11 @@ class AnswerLogTest : public LearnTest {
   std::string After(const LogReport& report) const {
     return (report.logged ? "logged " : "nothing ") + Score(2) + " " + YesNoRow(2).substr(0, 3) + ", " +
            std::to_string(log->unknown_count()) + " unknown" + (report.wiped ? ", wiped" : "") +
-           (report.result == LogResult::TimesOutOfOrder ? ", out of order" : "");
+           (report.times_out_of_order ? ", out of order" : "");
   }
 
   std::unique_ptr<CardWriter> writer;
+  AnswerLogState state;
   std::unique_ptr<AnswerLog> log;
 };
 
@@ -64,6 +66,8 @@ TEST_F(AnswerLogTest, OneAnswerByCardAndMarks) {
       {"answered in the future", KnownCard(1, 50, -10), known, none, "logged 000000001 wff, 1 unknown, wiped"},
       {"wrong in the future: counted down twice", WrongCard(1, -10), known, none,
        "logged 000000001 wff, 0 unknown, wiped"},
+      {"superfluous variant", With(WrongCard(1), &TestCard::question, "<+++>"), known, none,
+       "logged 000000001 wff, 1 unknown"},
       {"navigation card", NavigationCard(1), known, none, "nothing 000000000 fff, 1 unknown"},
       {"marked ID", marked, known, none, "nothing 000000001 fff, 1 unknown"},
       {"no rating", NewCard(1), Rating::None, none, "nothing 000000001 fff, 1 unknown"},

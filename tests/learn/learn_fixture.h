@@ -55,17 +55,16 @@ inline TestCard With(TestCard card, std::string TestCard::*field, const std::str
   return card;
 }
 
-class RecordingView : public LearningView {
- public:
-  void Refresh() override { ++refreshes; }
-  void Tell(RunMessage message, int number) override { messages.emplace_back(message, number); }
-  void ChooseMethod() override { ++choices; }
-  void EndRun() override { ++ends; }
+// What commands to a run came to, one after the other.
+struct Told {
+  void operator+=(const StepResult& result) {
+    events.insert(events.end(), result.events.begin(), result.events.end());
+    boxes_done += result.box_done ? 1 : 0;
+    ends += result.run_ended ? 1 : 0;
+  }
 
-  using Messages = std::vector<std::pair<RunMessage, int>>;
-  Messages messages;
-  int refreshes = 0;
-  int choices = 0;
+  std::vector<RunEvent> events;
+  int boxes_done = 0;
   int ends = 0;
 };
 
@@ -75,7 +74,7 @@ class LearnTest : public ::testing::Test {
   void Open(const std::vector<TestCard>& cards) {
     OpenTestFile(disk, file, cards);
     ASSERT_TRUE(file.RebuildIndexes());
-    run = std::make_unique<LearningRun>(file, settings, clock, random, view);
+    run = std::make_unique<LearningRun>(file, settings, clock, random);
   }
   // The index must stand in ascending order of scores, each card once, with the score of its card.
   void ExpectIndexFits() {
@@ -86,7 +85,6 @@ class LearnTest : public ::testing::Test {
       EXPECT_EQ(index.RowOfCard(index.BoxPos(row)), row);
     }
   }
-  static RecordingView::Messages Told(RunMessage message, int number) { return {{message, number}}; }
   std::string Field(int row, int column) const { return std::string(file.cards().Peek(column, row)); }
   std::string Score(int row) const { return Field(row, file.columns().score); }
   std::string YesNoRow(int row) const { return Field(row, file.columns().yes_no_row); }
@@ -98,7 +96,7 @@ class LearnTest : public ::testing::Test {
   IniFile settings;
   FixedClock clock;
   ScriptedRandom random;
-  RecordingView view;
+  Told told;
   std::unique_ptr<LearningRun> run;
 };
 

@@ -20,16 +20,16 @@ TEST_F(LearningRunTest, DayButtonsRaiseTheScoreOnceAtMost) {
   settings.SetInt("CHK", "n", 0);
   Open({NewCard(1), NewCard(2), NewCard(3), KnownCard(4, 100, 10), NewCard(5)});
   run->SetMethod(Method::RowOrder);
-  run->SetTimeLock(false);
+  run->Set(&RunOptions::time_lock, false);
   run->Start();
-  run->KnownForDays(30);
+  run->Known(30);
   EXPECT_EQ(Score(2), "002592000");
   run->Known();
   EXPECT_EQ(Score(3), "000000001");
-  run->KnownForDays(std::numeric_limits<int>::max());
+  run->Known(std::numeric_limits<int>::max());
   EXPECT_EQ(Score(4), "999999900");
   EXPECT_EQ(run->card().status, CardStatus::Overlearning);
-  run->KnownForDays(365);
+  run->Known(365);
   EXPECT_EQ(Score(5), "100");
   run->Known();
   EXPECT_EQ(Score(6), "000000001") << "a press that logs nothing uses the days up too";
@@ -56,24 +56,25 @@ TEST_F(LearningRunTest, StatusOfTheCardOnScreen) {
 TEST_F(LearningRunTest, NoticeSaysWhyThereIsNoCard) {
   const TestCard waiting = KnownCard(1, 100, 10);
   const std::vector left_out = {NavigationCard(1), With(NewCard(1), &TestCard::answer, "<+++>")};
-  const std::tuple<std::vector<TestCard>, Method, bool, Notice, Notice> cases[] = {
-      {left_out, Method::Standard, true, Notice::None, Notice::NoCards},
-      {left_out, Method::RowOrder, false, Notice::EndOfFile, Notice::NoCards},
-      {{waiting}, Method::Standard, true, Notice::None, Notice::NothingDue},
-      {{waiting}, Method::RowOrder, false, Notice::EndOfFile, Notice::EndWithoutCard},
-      {{waiting}, Method::Standard, false, Notice::ClockWentBack, Notice::ClockWentBack},
-      {{waiting, NewCard(2)}, Method::Standard, true, Notice::None, Notice::NewCardsHeldBack},
-      {{waiting, NewCard(2)}, Method::Standard, false, Notice::None, Notice::NothingDue},
-      {{waiting, NewCard(2)}, Method::RowOrder, true, Notice::None, Notice::NothingDue},
+  const StepResult nothing;
+  const StepResult at_end = {.events = {{RunMessage::EndOfFile}}};
+  const std::tuple<std::vector<TestCard>, Method, bool, StepResult, Notice> cases[] = {
+      {left_out, Method::Standard, true, nothing, Notice::NoCards},
+      {left_out, Method::RowOrder, false, at_end, Notice::NoCards},
+      {{waiting}, Method::Standard, true, nothing, Notice::NothingDue},
+      {{waiting}, Method::RowOrder, false, at_end, Notice::EndWithoutCard},
+      {{waiting, NewCard(2)}, Method::Standard, true, nothing, Notice::NewCardsHeldBack},
+      {{waiting, NewCard(2)}, Method::Standard, false, nothing, Notice::NothingDue},
+      {{waiting, NewCard(2)}, Method::RowOrder, true, nothing, Notice::NothingDue},
   };
-  for (const auto& [cards, method, no_new_cards, told, expected] : cases) {
+  for (const auto& [cards, method, no_new_cards, result, expected] : cases) {
     Open(cards);
     run->SetMethod(method);
-    run->SetNoNewCards(no_new_cards);
-    EXPECT_EQ(NoticeAfter(told, *run, file), expected) << cards.size() << " cards";
+    run->Set(&RunOptions::no_new_cards, no_new_cards);
+    EXPECT_EQ(NoticeAfter(result, *run, file), expected) << cards.size() << " cards";
   }
   run->FollowLink(2);
-  EXPECT_EQ(NoticeAfter(Notice::EndOfFile, *run, file), Notice::EndOfFile) << "the card before the end is there";
+  EXPECT_EQ(NoticeAfter(at_end, *run, file), Notice::EndOfFile) << "the card before the end is there";
 }
 
 // The only card cannot be chosen: it stays on screen after going home, and is no navigation card for that.
@@ -90,7 +91,7 @@ TEST_F(LearningRunTest, CardThatStaysIsClassifiedAnew) {
 TEST_F(LearningRunTest, CardsBeyondTheMaximumTimeKeepTheirHistory) {
   Open({KnownCard(1, 40'000'000, 366 * kDay), NewCard(2)});
   run->FollowLink(2);
-  run->FollowLink(1, AnswerCode::LinkNotKnown);
+  run->FollowLink(1, Rating::NotKnown);
   const std::string letters = YesNoRow(2);
   run->NotKnown();
   EXPECT_EQ(YesNoRow(2), letters);
@@ -136,7 +137,7 @@ TEST_F(LearningRunTest, NavigationFindsItsCards) {
     EXPECT_EQ(run->card().navigation, step.navigation);
     EXPECT_EQ(run->CanGoBack(), step.can_go_back);
     EXPECT_EQ(file.cards().CurrentRow(), step.row);
-    EXPECT_EQ(run->stage(), RunStage::Navigation);
+    EXPECT_EQ(run->moment().stage, RunStage::Navigation);
   }
   EXPECT_EQ(run->figures().presented, 5) << "navigation cards do not count";
 }
@@ -151,7 +152,7 @@ TEST_F(LearningRunTest, BesideAnAnswerWindowALinkedCardLeadsBackWhenAnswered) {
   run->SetAnswerWindowVisible(false);
   run->FollowLink(2);
   run->Known();
-  EXPECT_EQ(run->stage(), RunStage::BoxSearch);
+  EXPECT_EQ(run->moment().stage, RunStage::BoxSearch);
 }
 
 TEST_F(LearningRunTest, UndoShowsTheCardAgainWithoutChoosing) {
@@ -169,7 +170,7 @@ TEST_F(LearningRunTest, UndoShowsTheCardAgainWithoutChoosing) {
   EXPECT_EQ(std::tuple(run->figures().unknown_count, run->figures().presented), std::tuple(2, 2));
   EXPECT_EQ(random.draws, draws);
   EXPECT_FALSE(run->CanUndo());
-  EXPECT_EQ(run->statistics(), nullptr);
+  EXPECT_FALSE(run->moment().log.statistics);
 }
 
 TEST_F(LearningRunTest, AClockThatWentBackEndsTheRun) {
@@ -179,19 +180,18 @@ TEST_F(LearningRunTest, AClockThatWentBackEndsTheRun) {
     run->Known();
     run->TakeBackAnswer();
     clock.now -= 50;
-    run->Known();
+    return run->Known();
   };
-  const std::function<void()> commands[] = {[&] { run->Known(); }, [&] { run->GoHome(); }, [&] { run->FollowLink(1); },
-                                            known_earlier_than_taken_back};
+  const std::function<StepResult()> commands[] = {[&] { return run->Known(); }, [&] { return run->GoHome(); },
+                                                  [&] { return run->FollowLink(1); }, known_earlier_than_taken_back};
   for (const auto& command : commands) {
-    view = {};
     Open({NewCard(1), NewCard(2)});
     run->Start();
     const int row = run->card().row;
     --clock.now;
-    command();
+    EXPECT_TRUE(command().run_ended);
     EXPECT_TRUE(run->ended());
-    EXPECT_EQ(view.ends, 1);
+    EXPECT_EQ(NoticeAfter({}, *run, file), Notice::ClockWentBack);
     run->Known();
     EXPECT_EQ(run->figures().answered, 0);
     run->Undo();
@@ -202,9 +202,8 @@ TEST_F(LearningRunTest, AClockThatWentBackEndsTheRun) {
 TEST_F(LearningRunTest, ACardFromTheFutureIsTold) {
   Open({KnownCard(1, 100, -50), NewCard(2)});
   run->FollowLink(1);
-  run->NotKnown();
-  EXPECT_EQ(view.messages, Told(RunMessage::CardTimeInFuture, 0));
-  EXPECT_EQ(run->statistics()->history.times[0], kNow);
+  EXPECT_EQ(run->NotKnown().events, (std::vector<RunEvent>{{RunMessage::CardTimeInFuture}}));
+  EXPECT_EQ(run->moment().log.statistics->history.times[0], kNow);
 }
 
 TEST_F(LearningRunTest, ParametersOfAnyText) {

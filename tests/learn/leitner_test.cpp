@@ -108,14 +108,14 @@ TEST_F(LeitnerTest, ARunOfABoxTakesNewCardsUpToTheQuotaAndThenTheBox) {
   } cases[] = {{1, 0, {6, 4}}, {1, 1, {2, 6, 4}}, {1, 9, {2, 5, 6, 4}}, {2, 0, {7}}, {3, 0, {}}};
   for (const auto& c : cases) {
     Open(cards);
-    view = {};
+    told = {};
     StartBox(c.box, c.quota);
     std::vector<int> rows;
-    for (run->Start(); view.choices == 0; run->ShowNext()) rows.push_back(run->card().row);
+    for (told += run->Start(); told.boxes_done == 0; told += run->ShowNext()) rows.push_back(run->card().row);
     EXPECT_EQ(rows, c.rows) << "box " << c.box << ", quota " << c.quota;
-    EXPECT_EQ(view.messages, Told(RunMessage::BoxDone, 0));
+    EXPECT_EQ(told.events, (std::vector<RunEvent>{{RunMessage::BoxDone}}));
     EXPECT_EQ(run->method(), Method::Standard);
-    EXPECT_EQ(run->box(), 0);
+    EXPECT_EQ(run->moment().leitner.box, 0);
   }
 }
 
@@ -123,7 +123,7 @@ TEST_F(LeitnerTest, TheLockDecidesWhetherACardCountsAsShownTooEarly) {
   const TestCard early = With(LevelCard(1, "1", "w", 5), &TestCard::score, "000001000");
   for (const bool lock : {true, false}) {
     Open({early, early, early});
-    run->SetBoxLock(lock);
+    run->Set(&RunOptions::box_lock, lock);
     StartBox(1);
     run->Start();
     run->Known();  // the first card of a run is not classified, so this one is logged

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <random>
 
 #include "tests/learn/learn_fixture.h"
 
@@ -17,21 +18,25 @@ class SelectionTest : public LearnTest {
     settings = {};
     for (const auto& [section, key, value] : values) settings.SetInt(section, key, value);
     random = ScriptedRandom(draws);
-    view = {};
+    told = {};
     Open(cards);
   }
   // The rows shown after Start and further steps with this answer.
-  std::vector<int> Rows(int steps, void (LearningRun::*answer)() = &LearningRun::Known) {
+  std::vector<int> Rows(int steps, Rating rating = Rating::Known) {
     run->Start();
     std::vector<int> rows = {run->card().row};
     for (int i = 1; i < steps; ++i) {
       ++clock.now;
-      (run.get()->*answer)();
+      rating == Rating::Known ? run->Known() : run->NotKnown();
       rows.push_back(run->card().row);
     }
     return rows;
   }
 };
+
+std::vector<RunEvent> Only(RunMessage message, int number = 0) {
+  return {{message, number}};
+}
 
 constexpr Setting kNoChecking = {"CHK", "n", 0};
 
@@ -52,10 +57,8 @@ TEST_F(SelectionTest, FirstDrawOfTheStandardMethod) {
     size_t draw_count;
     int64_t width;
   } cases[] = {
-      {"a second draw after a card that is left out", {marked, due}, {}, {0, 1}, true, 3, 2, 2},
-      {"one with a marked ID", {hash, due}, {}, {0, 1}, true, 3, 2, 50},
-      {"a navigation card", {navigation, due}, {}, {0, 1}, true, 3, 2, 50},
-      {"nothing but navigation cards", {navigation, navigation}, {}, {0, 1}, true, 0, 500, 2},
+      {"cards that can never be chosen take no place", {marked, hash, due, navigation}, {}, {0}, true, 4, 1, 50},
+      {"between others", {WrongCard(2), navigation, WrongCard(1), marked, due}, {}, {2}, true, 6, 1, 3},
       {"not yet due", {early}, {}, {0}, true, 0, 500, 1},
       {"not yet due without the lock", {early}, {}, {0}, false, 2, 1, 50},
       {"due by weight", {due}, {{"CHK", "nt", 2}}, {0}, true, 0, 500, 1},
@@ -69,12 +72,57 @@ TEST_F(SelectionTest, FirstDrawOfTheStandardMethod) {
     std::vector<Setting> values = c.values;
     values.push_back(kNoChecking);
     OpenWith(c.cards, values, c.draws);
-    if (!c.lock) run->SetTimeLock(false);
-    run->Start();
+    if (!c.lock) run->Set(&RunOptions::time_lock, false);
+    told += run->Start();
     EXPECT_EQ(run->card().row, c.row);
     EXPECT_EQ(random.draws, c.draw_count);
     EXPECT_EQ(run->figures().width, c.width);
-    EXPECT_EQ(view.messages, RecordingView::Messages(c.row == 0 ? 1 : 0, {RunMessage::StandardExhausted, 0}));
+    EXPECT_EQ(told.events, std::vector<RunEvent>(c.row == 0 ? 1 : 0, {RunMessage::StandardExhausted}));
+  }
+}
+
+// Told by the notice, not by a box.
+TEST_F(SelectionTest, NothingButCardsThatCannotBeChosenIsNoCardAtAll) {
+  OpenWith({NavigationCard(1), With(WrongCard(2), &TestCard::question, "<+++>")}, {kNoChecking}, {0});
+  told += run->Start();
+  EXPECT_EQ(run->card().row, 0);
+  EXPECT_EQ(random.draws, 0u);
+  EXPECT_TRUE(told.events.empty());
+}
+
+// The same run with and without such cards among the others, answers taken back included.
+TEST_F(SelectionTest, CardsThatCannotBeChosenChangeNothingForTheOthers) {
+  std::mt19937 chance(8);
+  const auto any = [&chance](int count) { return static_cast<int>(chance() % static_cast<unsigned>(count)); };
+  for (int round = 0; round < 60; ++round) {
+    std::vector<TestCard> plain, mixed;
+    for (int i = 1; any(30) != 0; ++i) {
+      // Equal scores would stand in another order when more cards are built into the index.
+      const TestCard card = KnownCard(i, i == 1 ? 0 : i * 37 % 1009, 500 + any(900));
+      while (any(2) == 0) {
+        const TestCard other = With(card, &TestCard::id, "7" + IdText(any(999)).substr(1));
+        mixed.push_back(With(other, &TestCard::question, any(2) == 0 ? "<navigation>" : "a<+++>"));
+      }
+      plain.push_back(card);
+      mixed.push_back(card);
+    }
+    std::vector<uint32_t> draws(701);
+    for (uint32_t& draw : draws) draw = static_cast<uint32_t>(chance()) >> 1U;
+    const auto learn = [&](const std::vector<TestCard>& cards) {
+      OpenWith(cards, {kNoChecking, {"RNG", "max", 9}, {"RNG", "chn", 2}}, draws);
+      clock.now = kNow;
+      std::string shown;
+      run->Start();
+      for (size_t step = 0; step < 40; ++step, clock.now += 700) {
+        draws[step] % 3 == 0 ? run->NotKnown() : run->Known();
+        if (draws[step] % 5 == 0) run->TakeBackAnswer();
+        const RunFigures& figures = run->figures();
+        shown += std::string(CardReader(file).Id(run->card().row)) + '/' + std::to_string(figures.width) + '/' +
+                 std::to_string(figures.drawn_position) + '/' + std::to_string(figures.unknown_count) + ' ';
+      }
+      return shown;
+    };
+    EXPECT_EQ(learn(mixed), learn(plain)) << round;
   }
 }
 
@@ -83,7 +131,7 @@ TEST_F(SelectionTest, ManyUnknownCardsNarrowTheWidthAndNoneWidensIt) {
   (void)Rows(2);
   EXPECT_EQ(run->figures().unknown_count, 5);
   EXPECT_EQ(run->figures().width, 2);
-  run->SetTimeLock(false);
+  run->Set(&RunOptions::time_lock, false);
   EXPECT_EQ((run->ShowNext(), run->figures().width), 6) << "the lock resets it, the cards bound it";
   for (int i = 0; i < 5; ++i) run->Known();
   EXPECT_EQ(run->figures().width, 50);
@@ -101,19 +149,19 @@ TEST_F(SelectionTest, WidthDoublesTwiceInALongSearch) {
 
 TEST_F(SelectionTest, TheSameCardComesTwiceOnlyWhenItAloneIsUnknown) {
   OpenWith({WrongCard(1), WrongCard(2)}, {kNoChecking}, {0, 0, 1});
-  EXPECT_EQ(Rows(2, &LearningRun::NotKnown), (std::vector<int>{2, 3}));
+  EXPECT_EQ(Rows(2, Rating::NotKnown), (std::vector<int>{2, 3}));
   OpenWith({WrongCard(1), KnownCard(2, 5, 100)}, {kNoChecking}, {0});
-  EXPECT_EQ(Rows(2, &LearningRun::NotKnown), (std::vector<int>{2, 2}));
+  EXPECT_EQ(Rows(2, Rating::NotKnown), (std::vector<int>{2, 2}));
 }
 
 TEST_F(SelectionTest, WithoutNewCardsItSearchesSevenTimesAndSaysSoOnce) {
   OpenWith({NewCard(1), NewCard(2)}, {kNoChecking}, {0, 1});
   run->Start();
-  run->SetNoNewCards(true);
+  run->Set(&RunOptions::no_new_cards, true);
   random.draws = 0;
-  run->ShowNext();  // the new card on screen stays
+  told += run->ShowNext();  // the new card on screen stays
   EXPECT_EQ(random.draws, 3500u);
-  EXPECT_EQ(view.messages, Told(RunMessage::StandardExhausted, 0));
+  EXPECT_EQ(told.events, Only(RunMessage::StandardExhausted));
 }
 
 TEST_F(SelectionTest, ChecksEveryNthCardAndKeepsItsPosition) {
@@ -138,7 +186,7 @@ TEST_F(SelectionTest, ChecksEveryNthCardAndKeepsItsPosition) {
       {CardStatus::Tested, "t "}, {CardStatus::CheckPosition, "c "}, {CardStatus::RepeatAfterError, "e "}};
   for (const auto& c : cases) {
     OpenWith(cards, c.values, {0});
-    run->SetNoNewCards(c.no_new_cards);
+    run->Set(&RunOptions::no_new_cards, c.no_new_cards);
     std::string shown;
     while (shown.size() < c.shown.size()) {
       run->ShowNext();
@@ -154,7 +202,7 @@ TEST_F(SelectionTest, AKeptCheckPositionIsTakenUpIfTheFileHasIt) {
   for (const auto& [kept, row] : {std::pair(int64_t{1}, 2), {3, 4}, {4, 2}, {-9, 2}, {1LL << 40, 2}}) {
     OpenWith({KnownCard(1, 10, 99), KnownCard(2, 20, 99), KnownCard(3, 30, 99)}, {{"CHK", "n", 1}});
     file.settings().SetInt("CHK", "rpos", kept);
-    run = std::make_unique<LearningRun>(file, settings, clock, random, view);
+    run = std::make_unique<LearningRun>(file, settings, clock, random);
     run->Start();
     EXPECT_EQ(run->card().row, row) << kept;
   }
@@ -163,19 +211,19 @@ TEST_F(SelectionTest, AKeptCheckPositionIsTakenUpIfTheFileHasIt) {
 TEST_F(SelectionTest, DefectsOfTheIndexAreTold) {
   // One card has no place in the index, so the last draw leads to the end row.
   OpenWith({WrongCard(1), With(WrongCard(2), &TestCard::score, "9999999999")}, {kNoChecking}, {1, 1, 0});
-  run->Start();
-  EXPECT_EQ(view.messages, Told(RunMessage::IndexFault, 8)) << "once a search";
+  told += run->Start();
+  EXPECT_EQ(told.events, Only(RunMessage::IndexFault, 8)) << "once a search";
 
   OpenWith({WrongCard(1)}, {kNoChecking}, {3, 3, 3, 0});
   for (int i = 0; i < 3; ++i) ASSERT_TRUE(file.cards().GoTo(2) && file.cards().InsertRow(false));
-  run->SetTimeLock(false);
-  run->Start();
-  EXPECT_EQ(view.messages, Told(RunMessage::IndexFault, 7));
+  run->Set(&RunOptions::time_lock, false);
+  told += run->Start();
+  EXPECT_EQ(told.events, Only(RunMessage::IndexFault, 7));
 
   OpenWith({WrongCard(1), WrongCard(2), WrongCard(3)}, {{"CHK", "n", 1}}, {0});
   for (int i = 0; i < 2; ++i) ASSERT_TRUE(file.cards().GoTo(2) && file.cards().DeleteRow());
-  run->Start();
-  EXPECT_EQ(view.messages.at(0), (std::pair{RunMessage::IndexFault, 2}));
+  told += run->Start();
+  EXPECT_EQ(told.events.at(0), (RunEvent{RunMessage::IndexFault, 2}));
 }
 
 TEST_F(SelectionTest, RowOrderWalksAndStartsAnewAtTheEnd) {
@@ -207,14 +255,14 @@ TEST_F(SelectionTest, RowOrderWalksAndStartsAnewAtTheEnd) {
     OpenWith(c.cards);
     file.settings().SetInt("ROW", "Pos", c.kept);
     run->SetMethod(Method::RowOrder);
-    run->SetTimeLock(c.lock);
+    run->Set(&RunOptions::time_lock, c.lock);
     std::vector<int> rows;
     for (size_t i = 0; i < c.rows.size(); ++i) {
-      run->ShowNext();
+      told += run->ShowNext();
       rows.push_back(run->card().row);
     }
     EXPECT_EQ(rows, c.rows);
-    EXPECT_EQ(view.messages, (RecordingView::Messages(c.ends, {RunMessage::EndOfFile, 0})));
+    EXPECT_EQ(told.events, std::vector<RunEvent>(c.ends, {RunMessage::EndOfFile}));
     run->KeepPositions();
     EXPECT_EQ(file.settings().GetInt("ROW", "Pos", 0), c.kept_after);
   }
@@ -223,12 +271,12 @@ TEST_F(SelectionTest, RowOrderWalksAndStartsAnewAtTheEnd) {
 TEST_F(SelectionTest, RowOrderRepeatsUnknownCardsUntilNoneIsLeft) {
   OpenWith(Numbered(8, NewCard), {{"RNG", "chn", 2}, {"RNG", "min", 2}}, {0, 1});
   run->SetMethod(Method::RowOrder);
-  EXPECT_EQ(Rows(3, &LearningRun::NotKnown).size(), 3u);  // 2, 3 wrong: from here on the two are repeated
-  EXPECT_EQ(run->stage(), RunStage::BoxSearch);
+  EXPECT_EQ(Rows(3, Rating::NotKnown).size(), 3u);  // 2, 3 wrong: from here on the two are repeated
+  EXPECT_EQ(run->moment().stage, RunStage::BoxSearch);
   EXPECT_LE(run->card().row, 3);
   for (int i = 0; i < 2; ++i) run->Known();
   EXPECT_EQ(run->card().row, 4);
-  EXPECT_EQ(run->stage(), RunStage::RowOrder);
+  EXPECT_EQ(run->moment().stage, RunStage::RowOrder);
 }
 
 }  // namespace

@@ -26,6 +26,7 @@ class TakingBack : public LearnTest {
   struct Moment {
     std::vector<Command> script;
     std::string dump;
+    bool undo = false;  // what followed was a press of Undo
   };
 
   // The whole of the card file and of the run over it, as far as it shows.
@@ -41,12 +42,12 @@ class TakingBack : public LearnTest {
     out << '\n'
         << *index.Content("index") << file.settings().Text() << "\ncursor " << file.cards().CurrentRow() << "\ncard "
         << card.row << ' ' << static_cast<int>(card.status) << card.navigation << card.by_link << card.newest_known
-        << ' ' << card.score << ' ' << card.last_answer << ' ' << run->question_shown() << run->answered()
+        << ' ' << card.score << ' ' << card.last_answer << ' ' << run->question_shown() << run->moment().answered
         << "\nfigures " << figures.presented << ' ' << figures.answered << ' ' << figures.unknown_count << ' '
         << figures.width << ' ' << figures.drawn_position << ' ' << figures.check_count << ' ' << figures.widened
-        << "\nrun " << static_cast<int>(run->stage()) << static_cast<int>(run->method()) << run->box() << run->CanUndo()
-        << run->CanGoBack() << run->AsksBeforeLeaving();
-    if (const AnswerStatistics* statistics = run->statistics()) {
+        << "\nrun " << static_cast<int>(run->moment().stage) << static_cast<int>(run->method())
+        << run->moment().leitner.box << run->CanUndo() << run->CanGoBack() << run->AsksBeforeLeaving();
+    if (const auto& statistics = run->moment().log.statistics) {
       out << "\nstatistics " << statistics->row << ' ' << statistics->score << ' ' << statistics->history.times[0]
           << ' ' << LettersText(statistics->history.letters) << ' '
           << (statistics->forecast ? statistics->forecast->score : -1);
@@ -85,9 +86,9 @@ class TakingBack : public LearnTest {
     file.Close();
     ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
     ASSERT_TRUE(file.RebuildIndexes());
-    run = std::make_unique<LearningRun>(file, settings, clock, random, view);
-    run->SetTimeLock(options % 2 == 0);
-    run->SetNoNewCards(options % 3 == 0);
+    run = std::make_unique<LearningRun>(file, settings, clock, random);
+    run->Set(&RunOptions::time_lock, options % 2 == 0);
+    run->Set(&RunOptions::no_new_cards, options % 3 == 0);
     run->SetAnswerWindowVisible(options % 5 == 0);
     clock.now = kNow;
     random.draws = 0;
@@ -107,35 +108,39 @@ class TakingBack : public LearnTest {
     clock.now = command.time;
     random.draws = command.draws;
     const int number = command.number;
-    using enum AnswerCode;
-    const AnswerCode code = std::array{AnswerCode::Known, AnswerCode::NotKnown, NoRating}[number % 3];
-    const AnswerCode link = std::array{LinkKnown, LinkNotKnown, LinkNoRating}[number % 3];
+    const Rating rating = std::array{Rating::Known, Rating::NotKnown, Rating::None}[number % 3];
     const BoxOrder box_order = BuildBoxOrder(file, clock.now).value_or(BoxOrder{});
-    const std::function<void()> commands[] = {[&] { run->Known(); },
-                                              [&] { run->NotKnown(); },
-                                              [&] { run->KnownForDays(number); },
-                                              [&] { run->Undo(); },
-                                              [&] { run->GoHome(code); },
-                                              [&] { run->GoBack(code); },
-                                              [&] { run->FollowLink(number / 2, link); },
-                                              [&] { run->Turn(); },
-                                              [&] { run->ShowNext(); },
-                                              [&] { run->SetMethod(static_cast<Method>(number % 3)); },
-                                              [&] {
-                                                run->StartBox({1 + number % 3, number % 4, box_order});
-                                              },
-                                              [&] { run->RestartRowOrder(); }};
-    commands[static_cast<size_t>(command.what)]();
-    if (command.what == What::Box) run->ShowNext();
+    const std::function<StepResult()> commands[] = {
+        [&] { return run->Known(); },
+        [&] { return run->NotKnown(); },
+        [&] { return run->Known(number); },
+        [&] { return run->Undo(); },
+        [&] { return run->GoHome(rating); },
+        [&] { return run->GoBack(rating); },
+        [&] { return run->FollowLink(number / 2, rating); },
+        [&] { return run->Turn(); },
+        [&] { return run->ShowNext(); },
+        [&] { return run->SetMethod(static_cast<Method>(number % 3)), StepResult(); },
+        [&] {
+          return run->StartBox({1 + number % 3, number % 4, box_order}), run->ShowNext();
+        },
+        [&] { return run->RestartRowOrder(), StepResult(); }};
+    told += commands[static_cast<size_t>(command.what)]();
   }
   void Exchange(std::vector<Moment>& from, std::vector<Moment>& to) {
-    to.push_back({script, Dump()});
-    const int refreshes = view.refreshes;
-    &from == &back ? run->TakeBackAnswer() : run->RestoreAnswer();
-    script = from.back().script;
-    EXPECT_EQ(Dump(), from.back().dump);
-    EXPECT_EQ(view.refreshes, refreshes + 1);
-    from.pop_back();
+    Moment now = {script, Dump()};
+    const bool taking_back = &from == &back;
+    EXPECT_TRUE((taking_back ? run->TakeBackAnswer() : run->RestoreAnswer()).drawn_anew);
+    // A press of Undo goes with the answer that it undid, and one more.
+    for (int wanted = 1; wanted > 0 && !from.empty(); --wanted) {
+      now.undo = from.back().undo;
+      if (taking_back && now.undo) wanted += 2;
+      to.push_back(now);
+      now = from.back();
+      from.pop_back();
+    }
+    script = now.script;
+    EXPECT_EQ(Dump(), now.dump);
   }
 
   std::mt19937 chance{4};
@@ -162,14 +167,14 @@ TEST_F(TakingBack, LeavesNothingOfWhatWasTakenBack) {
         continue;
       }
       const Command command = AnyCommand();
-      const int choices = view.choices;
-      if (IsAnswer(command)) back.push_back({script, Dump()}), again.clear();
+      const int boxes_done = told.boxes_done;
+      if (IsAnswer(command)) back.push_back({script, Dump(), command.what == What::Undo}), again.clear();
       script.push_back(command);
       Perform(command);
-      if (command.what == What::Box || view.choices > choices) again.clear();
+      if (command.what == What::Box || told.boxes_done > boxes_done) again.clear();
       const int row = run->card().row;
       ASSERT_TRUE(row == 0 || (row >= kFirstCardRow && row < file.cards().RowCount()));
-      ASSERT_FALSE(run->answered());
+      ASSERT_FALSE(run->moment().answered);
       ASSERT_GE(run->figures().unknown_count, 0);
     }
     const std::string dump = Dump();

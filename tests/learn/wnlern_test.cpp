@@ -30,9 +30,66 @@ TEST_F(LearningWindow, AnswerIsLoggedAndTheNextCardShown) {
   EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 2"_s);
   EXPECT_EQ(Text(u"Edit1"_s), u"1"_s);
   EXPECT_EQ(Text(u"DisplayJetztGeuebt"_s), u"2"_s);
+  EXPECT_EQ(Find<QWidget>(u"DisplayJetztGeuebt"_s).accessibleName(), u"vorgelegt: 2"_s);
+  EXPECT_EQ(Text(u"LabelAntwort"_s), u"Eins: gewusst, wieder in 1 Sekunde"_s);
+}
+
+// It wakes once a second, and not while nobody sees the watch.
+TEST_F(LearningWindow, WatchShowsFullSecondsAndSleepsInAMinimisedWindow) {
+  Open();
+  auto& timer = *window->findChild<QTimer*>();
   clock.milliseconds += 65 * 1000 + 900;
-  QTest::qWait(150);
-  EXPECT_EQ(Text(u"DisplayUebungszeit"_s), u"01:05"_s);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return Text(u"DisplayUebungszeit"_s) == u"01:05"_s; }, 3000));
+  EXPECT_EQ(timer.interval(), 100) << "until the next full second";
+  window->setWindowState(Qt::WindowMinimized);
+  QApplication::processEvents();
+  EXPECT_FALSE(timer.isActive());
+  clock.milliseconds += 10'000;
+  window->setWindowState(Qt::WindowNoState);
+  QApplication::processEvents();
+  EXPECT_TRUE(timer.isActive());
+  EXPECT_EQ(Text(u"DisplayUebungszeit"_s), u"01:15"_s);
+}
+
+TEST_F(LearningWindow, EnterGoesToTheButtonReachedWithTabUntilTheNextCard) {
+  settings.ini.SetInt("rowlearn", "checked", 1);
+  Open(Numbered(4, NewCard));
+  EXPECT_EQ(QApplication::focusWidget()->objectName(), u"BtHand"_s);
+  Key(Qt::Key_Tab);
+  ASSERT_EQ(QApplication::focusWidget()->objectName(), u"BtLerneIch"_s);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Field(kYesNoRow, 2).front(), 'f');
+  EXPECT_EQ(Field(kTimeRow, 2).front(), '1') << "answered: not known";
+  Find<QWidget>(u"BtLerneIch"_s).setFocus();
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Field(kYesNoRow, 3).front(), 'w') << "the focus alone takes nothing away from Enter";
+}
+
+TEST_F(LearningWindow, TabReachesEverythingAndComesRound) {
+  Open();
+  QWidget* const first = QApplication::focusWidget();
+  QStringList reached;
+  do {
+    ASSERT_LT(reached.size(), 60) << "it never comes round: " << reached.join(u' ').toStdString();
+    Key(Qt::Key_Tab);
+    reached += QApplication::focusWidget()->objectName();
+    EXPECT_TRUE(QApplication::focusWidget()->isVisible());
+  } while (QApplication::focusWidget() != first);
+  for (const auto& name : {u"BtWeissIch"_s, u"BtLerneIch"_s, u"SpeedButtonHome"_s, u"SpeedButtonSperre"_s}) {
+    EXPECT_TRUE(reached.contains(name)) << name.toStdString() << " of " << reached.join(u' ').toStdString();
+  }
+}
+
+TEST_F(LearningWindow, NavigationCardsOfferOneButton) {
+  Open();
+  Key(Qt::Key_Home);
+  EXPECT_EQ(Find<QAbstractButton>(u"BtWeissIch"_s).text(), u"Weiter"_s);
+  for (const auto& name : {u"BtHand"_s, u"BtLerneIch"_s, u"Tageszeile"_s}) {
+    EXPECT_FALSE(Find<QWidget>(name).isVisible()) << name.toStdString();
+  }
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Find<QAbstractButton>(u"BtWeissIch"_s).text(), u"Weiß ich"_s);
+  EXPECT_TRUE(Find<QWidget>(u"BtLerneIch"_s).isVisible());
 }
 
 TEST_F(LearningWindow, DoubleClickAnswersOneCardOnly) {
@@ -146,6 +203,14 @@ TEST_F(LearningWindow, KeysTakeAnswersBackExactlyAndRestoreThem) {
   Key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
   EXPECT_EQ(Text(u"LabelSteuerung"_s), u"Antwort wiederhergestellt"_s);
   EXPECT_EQ(Field(kYesNoRow, 2), Letters("w"));
+  Key(Qt::Key_Y, Qt::ControlModifier);
+  EXPECT_EQ(can(), std::pair(true, false));
+  // The button shows the second card again; from there it goes on to the first one.
+  Click(u"SpeedButtonUndo"_s);
+  EXPECT_EQ(window->Card().row, 3);
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(window->Card().row, 2);
+  EXPECT_EQ(Logged(), 0);
 }
 
 TEST_F(LearningWindow, ClockThatWentBackEndsTheRun) {

@@ -1,18 +1,23 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <vector>
 
-// What a learning run and the window that shows it say to each other.
+// The values by which a learning run and the window that shows it speak to each other.
 namespace tessaro {
 
-enum class AnswerCode {
-  NotKnown = 0,
-  Known = 1,
-  NoRating = 2,   // first card of a run, navigation buttons
-  ShowAgain = 3,  // after undo
-  LinkKnown = 4,  // the three of them given by following a link
-  LinkNotKnown = 5,
-  LinkNoRating = 6,
+// What the learner said about the card on screen, however he said it.
+enum class Rating { None, Known, NotKnown };
+
+// What a step leads to.
+enum class Destination {
+  Method,  // the card that the method chooses
+  Link,    // the card that a link names
+  Home,
+  Overview,
+  Back,
+  Undone,  // the card whose answer was taken back by Undo
 };
 
 enum class Method { Standard, RowOrder, Leitner };
@@ -39,7 +44,7 @@ enum class RunMessage {
   CardTimeInFuture,   // a newest answer later than the clock: the card's statistics were wiped
   StandardExhausted,  // 500 draws without a card
   EndOfFile,          // row order came to the end of the card file
-  BoxDone,            // the Leitner box is worked through; ChooseMethod follows
+  BoxDone,            // the Leitner box is worked through
   IndexFault,         // a defect of the learning index, with its number (1, 2, 3, 4, 7, 8, 11, 12)
   IndexUpdateFailed,  // the card's old index row could not be removed
   LoggingFailed,      // an exception while an answer was logged
@@ -48,19 +53,29 @@ enum class RunMessage {
   RowOrderFailed,     // an exception in the row-order step
 };
 
-// What a learning run asks of the window that shows it. Called in the middle of a step: an implementation shows things
-// and does not call back into the run.
-class LearningView {
- public:
-  virtual ~LearningView() = default;
-  // The card on screen, its side, or a figure changed: read all anew from the run.
-  virtual void Refresh() = 0;
-  // `number` is the fault number of IndexFault, else 0.
-  virtual void Tell(RunMessage message, int number) = 0;
-  // The chosen Leitner box is done: open the selection of the method once the step has returned.
-  virtual void ChooseMethod() = 0;
-  // The clock went backwards: the run is over.
-  virtual void EndRun() = 0;
+struct RunEvent {
+  RunMessage message;
+  int number = 0;  // the fault number of IndexFault, else 0
+  bool operator==(const RunEvent&) const = default;
+};
+
+// "Known" or "not known" said of a card.
+struct GivenAnswer {
+  int row = 0;  // of the card
+  Rating rating = Rating::None;
+  bool logged = false;            // else it left no trace
+  std::optional<int64_t> due_in;  // seconds until the card, now known, is due
+};
+
+// What a command to the run came to. Nothing of it was shown yet.
+struct StepResult {
+  std::vector<RunEvent> events = {};  // to be told to the user, in this order
+  std::optional<GivenAnswer> answer = {};
+  bool drawn_anew = false;  // the card on screen, or its side, is another one now
+  bool box_done = false;    // the chosen Leitner box is worked through: the method is to be chosen anew
+  bool run_ended = false;   // the clock went backwards
+
+  void Tell(RunMessage message, int number = 0) { events.push_back({message, number}); }
 };
 
 // The figures beside the card.
