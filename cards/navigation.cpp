@@ -1,6 +1,7 @@
 #include "cards/navigation.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "cards/card_reader.h"
 #include "settings/keys.h"
@@ -14,17 +15,22 @@ bool Holds(std::string_view text, std::string_view tag) {
 
 }  // namespace
 
-void BackStack::Push(int64_t id) {
-  if (id == 0) return;  // an empty place
+void BackStack::Push(int64_t card) {
+  if (card == 0) return;
   if (size_ == kDepth) {
-    std::copy(ids_.begin() + 1, ids_.end(), ids_.begin());
+    std::copy(cards_.begin() + 1, cards_.end(), cards_.begin());
     --size_;
   }
-  ids_[size_++] = id;
+  cards_[size_++] = card;
 }
 
 int64_t BackStack::Pop() {
-  return size_ == 0 ? 0 : ids_[--size_];
+  return size_ == 0 ? 0 : cards_[--size_];
+}
+
+void BackStack::Follow(const RowShift& shift) {
+  const size_t before = std::exchange(size_, 0);
+  for (size_t i = 0; i < before; ++i) Push(shift.Map(static_cast<int>(cards_[i])));
 }
 
 int Landmarks::HomeRow(const CardFile& file) {

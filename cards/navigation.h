@@ -4,20 +4,25 @@
 #include <cstdint>
 
 #include "store/file/card_file.h"
+#include "store/table/row_shift.h"
 
 namespace tessaro {
 
-// The cards on which the learner followed a link, by card number; the last 30 are remembered.
+// The cards on which a link was followed, each by its card table row or by its number, as the owner has it; the last 30
+// are remembered.
 class BackStack {
  public:
   bool Empty() const { return size_ == 0; }
-  void Push(int64_t id);
+  // 0 is no card and not remembered.
+  void Push(int64_t card);
   // The newest one, which is taken off; 0 when empty.
   int64_t Pop();
+  // For rows, after they moved. Cards that are gone are not gone back to.
+  void Follow(const RowShift& shift);
 
  private:
   static constexpr size_t kDepth = 30;
-  std::array<int64_t, kDepth> ids_{};
+  std::array<int64_t, kDepth> cards_{};
   size_t size_ = 0;
 };
 

@@ -47,7 +47,8 @@ StepResult LearningRun::Leave(Rating rating, Destination destination, int row) {
 StepResult LearningRun::FollowLink(int64_t id, Rating rating) {
   if (ended_) return {};
   BeginStep(rating);
-  moment_.back.Push(LeadingNumber(run_.cards.Id(moment_.card.row)));
+  // The way back leads to the first card with the number of this one.
+  moment_.back.Push(file_.RowOfId(LeadingNumber(run_.cards.Id(moment_.card.row))));
   Step(rating, Destination::Link, file_.RowOfId(id));
   return TakeResult();
 }
@@ -108,16 +109,6 @@ StepResult LearningRun::Set(bool RunOptions::*option, bool on) {
   run_.time_lock = options_.time_lock;
   if (option == &RunOptions::time_lock && !on) moment_.figures.width = moment_.width = parameters_.max_width;
   return {.drawn_anew = option == &RunOptions::inverse || option == &RunOptions::swapped};
-}
-
-StepResult LearningRun::CardsChanged() {
-  writer_.ForgetCount();
-  landmarks_.Forget();
-  left_out_.FindAll();
-  steps_.clear();
-  steps_taken_back_.clear();
-  if (!run_.cards.IsCardRow(moment_.card.row)) moment_.card = {};
-  return {.drawn_anew = true};
 }
 
 }  // namespace tessaro

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <deque>
+#include <optional>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -12,6 +14,7 @@
 #include "learn/row_order_method.h"
 #include "learn/standard_method.h"
 #include "platform/clock.h"
+#include "store/file/card_watcher.h"
 
 namespace tessaro {
 
@@ -26,7 +29,10 @@ struct RunOptions {
 
 // One run of learning over the open card file: shows a card, takes the answer, logs it, chooses the next. Commands say
 // what they came to and show nothing; in a run that has ended they do nothing.
-class LearningRun {
+//
+// A run goes on when cards come, go or change outside learning (CardEdit): the card on screen, the positions of the
+// methods, the way back and what can be taken back mean the same cards as before.
+class LearningRun : private CardWatcher {
  public:
   // `program_settings` gives the parameters; the positions that belong to one card file stand in its own settings.
   LearningRun(CardFile& file, const IniFile& program_settings, const Clock& clock, Random& random);
@@ -96,9 +102,9 @@ class LearningRun {
   void RestartRowOrder() { row_order_.Restart(file_.settings()); }
   StepResult Set(bool RunOptions::*option, bool on);
 
-  // To be called after cards were edited, added or removed while the run goes on. Answers before can be taken back no
+  // To be called when other cards have taken the place of all cards of the file. Answers before can be taken back no
   // more.
-  StepResult CardsChanged();
+  void CardsReplaced();
 
   const RunOptions& options() const { return options_; }
   const LearningParameters& parameters() const { return parameters_; }
@@ -118,6 +124,7 @@ class LearningRun {
     int row = 0;         // of the card: an answer changes one card
     CardChange columns;  // all that learning writes
     LearnIndex::Place place;
+    int before = 0;                // the card that stood behind it in the index, 0 = none; goes before place.row
     std::vector<BoxOrder> orders;  // those that gave way to another one, one after the other
     bool undo = false;             // a press of Undo
   };
@@ -149,8 +156,22 @@ class LearningRun {
   CardStatus StatusOf(const Target& target) const;
   StepResult TakeResult() { return std::exchange(result_, {}); }
 
+  void RowsWillShift(const RowShift& shift) override;
+  void RowsShifted(const RowShift& shift) override;
+  void CardsChanged(std::span<const int> rows, std::span<const int> columns) override;
+  void IndexesRebuilt() override;
+  void NoteCheckCard();
+  void GoToCheckCard();
+  void Follow(const RowShift& shift, RunMoment& moment) const;
+  void Follow(const RowShift& shift, AnswerStep& step) const;
+  static bool Loses(const RowShift& shift, const AnswerStep& step);
+  void DropStepsThatLose(const RowShift& shift);
+  void KeepPlacesBeside(const RowShift& shift, std::deque<AnswerStep>& steps);
+
   void BeginStep(int row);
   void BeginStep(Rating rating);
+  int CardBehind(int row) const;
+  LearnIndex::Place PlaceBefore(const AnswerStep& step) const;
   void SetAside(BoxOrder order);
   void Exchange(AnswerStep& step);
 
@@ -177,6 +198,7 @@ class LearningRun {
   bool answer_window_visible_ = false;
   bool ended_ = false;
   int showings_ = 0;
+  CardWatch watch_{file_.watchers(), *this};
 };
 
 }  // namespace tessaro

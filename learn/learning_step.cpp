@@ -29,6 +29,7 @@ void LearningRun::Step(Rating rating, Destination destination, int row) {
   const bool classify =
       rating != Rating::None || destination == Destination::Link || destination == Destination::Undone;
   Present(target, classify, destination);
+  NoteCheckCard();
   result_.drawn_anew = true;
   result_.box_done = box_was_on && !moment_.leitner_on;
 }
@@ -87,8 +88,8 @@ LearningRun::Target LearningRun::TargetRow(int row, bool navigation) {
 }
 
 LearningRun::Target LearningRun::GoBackTarget() {
-  const int64_t id = moment_.back.Pop();
-  return id != 0 ? TargetRow(file_.RowOfId(id), false) : TargetRow(landmarks_.HomeRow(file_), true);
+  const int row = static_cast<int>(moment_.back.Pop());
+  return row != 0 ? TargetRow(row, false) : TargetRow(landmarks_.HomeRow(file_), true);
 }
 
 LearningRun::Target LearningRun::AskMethods() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <unordered_set>
 #include <vector>
 
@@ -20,6 +21,10 @@ class LeftOutCards {
   void FindAll();
   // To be called after the index row of this card has changed.
   void IndexRowChanged(int card_row);
+  // Follows the cards after rows moved, after texts changed in these rows, and after the index was built anew.
+  void Follow(const RowShift& shift);
+  void TextsChanged(std::span<const int> rows);
+  void SortByIndex();
 
   bool Has(int card_row) const { return rows_.contains(card_row); }
   // How many other cards the file has.
@@ -28,6 +33,8 @@ class LeftOutCards {
   int64_t IndexRowAt(int64_t position) const;
 
  private:
+  void Judge(int card_row);
+
   const CardFile& file_;
   std::unordered_set<int32_t> rows_;
   std::vector<int32_t> in_index_;  // those that the index has, in its order

@@ -47,6 +47,10 @@ BoxOrder LeitnerMethod::End() {
   return std::exchange(order_, {});
 }
 
+void LeitnerMethod::Follow(const RowShift& shift, BoxOrder& order) {
+  for (int& row : order) row = shift.Map(row);
+}
+
 Choice LeitnerMethod::Next(SelectionContext& run) {
   run.moment.stage = RunStage::LeitnerBox;
   Choice choice;
@@ -78,7 +82,7 @@ int LeitnerMethod::NextNewCard(const SelectionContext& run) {
 int LeitnerMethod::NextOfBox(const SelectionContext& run) {
   while (place_.order_place < order_.size()) {
     const int row = order_[place_.order_place];
-    if (run.cards.HasEndMark(row)) break;
+    if (row != 0 && run.cards.HasEndMark(row)) break;
     ++place_.order_place;
     if (run.cards.IsCardRow(row) && run.cards.Level(row) == place_.box) return row;
   }

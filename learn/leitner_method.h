@@ -37,6 +37,10 @@ class LeitnerMethod : public SelectionMethod {
   // Together with its place this puts the method back to where it stood in this run.
   void SwapOrder(BoxOrder& order) { order_.swap(order); }
 
+  // Follows the cards after rows moved; a card that is gone leaves an empty place in the order.
+  static void Follow(const RowShift& shift, BoxOrder& order);
+  void Follow(const RowShift& shift) { Follow(shift, order_); }
+
   Choice Next(SelectionContext& run) override;
   Choice Failed(SelectionContext& run) override;
 

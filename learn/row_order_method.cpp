@@ -77,6 +77,13 @@ void RowOrderMethod::PutBack(const RowOrderPlace& before, IniFile& settings) con
   if (place_.kept != before.kept) keys::kRowPosition.Write(place_.kept.value_or(found_), settings);
 }
 
+void RowOrderMethod::Follow(const RowShift& shift, IniFile& settings) {
+  const int64_t kept = keys::kRowPosition.Read(settings);
+  const int64_t now = MappedOrNext(shift, kept);
+  if (now != kept) keys::kRowPosition.Write(now, settings);
+  found_ = MappedOrNext(shift, found_);
+}
+
 void RowOrderMethod::KeepPosition(IniFile& settings, int64_t row) {
   if (!place_.kept) found_ = keys::kRowPosition.Read(settings);
   keys::kRowPosition.Write(row, settings);

@@ -18,6 +18,9 @@ class RowOrderMethod : public SelectionMethod {
   // Keeps the position with the card file; one that was never read stays as it is kept.
   void Keep(IniFile& settings);
 
+  // Follows the cards after rows moved: the next card, or the one after it that is still there.
+  void Follow(const RowShift& shift, IniFile& settings);
+
   // To be called when the walk was put back from `before` to where it stood in this run: the position kept with the
   // card file goes with it.
   void PutBack(const RowOrderPlace& before, IniFile& settings) const;

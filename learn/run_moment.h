@@ -6,10 +6,14 @@
 #include "cards/navigation.h"
 #include "learn/answer_log.h"
 #include "learn/run_values.h"
+#include "store/table/row_shift.h"
 
 // All of a run that its steps change, beside the cards themselves. The methods and the log borrow their places from it,
 // so that taking an answer back puts one value back.
 namespace tessaro {
+
+// The row now of the card that a walk would look at next: that in `row`, or the next one that is still there.
+int64_t MappedOrNext(const RowShift& shift, int64_t row);
 
 // Where the walk in row order stands.
 struct RowOrderPlace {
@@ -39,8 +43,9 @@ struct RunMoment {
   // How the next one is chosen.
   bool leitner_on = false;
   bool row_order_on = false;
-  int64_t width = 0;  // the selection width R
-  int64_t check_position = 1;
+  int64_t width = 0;           // the selection width R
+  int64_t check_position = 1;  // the index row that the checking pass looked at last
+  int check_card = 0;          // the card that stands there; 0 = none
   RowOrderPlace row_order;
   LeitnerPlace leitner;
 

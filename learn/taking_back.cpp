@@ -18,8 +18,30 @@ void LearningRun::BeginStep(Rating rating) {
 
 // From here on what is done to the card in this row can be taken back.
 void LearningRun::BeginStep(int row) {
-  steps_.push_back({moment_, row, LearnedColumns(file_, row), file_.learn_index().PlaceOf(row), {}, false});
+  steps_.push_back(
+      {moment_, row, LearnedColumns(file_, row), file_.learn_index().PlaceOf(row), CardBehind(row), {}, false});
   steps_taken_back_.clear();
+}
+
+// The card that follows this one in the index: index rows change when others come and go.
+int LearningRun::CardBehind(int row) const {
+  const LearnIndex& index = file_.learn_index();
+  const int index_row = index.RowOfCard(row);
+  return index_row == 0 || index_row + 2 > index.RowCount() ? 0 : index.BoxPos(index_row + 1);
+}
+
+// Where the card of a step goes when it is taken out and put back before the card that stood behind it; before those,
+// too, that came in between since and have a higher score.
+LearnIndex::Place LearningRun::PlaceBefore(const AnswerStep& step) const {
+  const LearnIndex& index = file_.learn_index();
+  LearnIndex::Place place = step.place;
+  if (place.row == 0) return place;
+  const int now = index.RowOfCard(step.row);
+  const auto row_before = [now](int row) { return row - 1 == now ? row - 2 : row - 1; };
+  int behind = step.before == 0 ? index.RowCount() : index.RowOfCard(step.before);
+  while (row_before(behind) > 1 && index.Score(row_before(behind)) > place.score) behind = row_before(behind);
+  place.row = behind - (now != 0 && now < behind ? 1 : 0);
+  return place;
 }
 
 StepResult LearningRun::TakeBackAnswer() {
@@ -52,7 +74,9 @@ void LearningRun::SetAside(BoxOrder order) {
 void LearningRun::Exchange(AnswerStep& step) {
   step.columns = writer_.Exchange(step.row, step.columns);
   LearnIndex& index = file_.learn_index();
-  const LearnIndex::Place place = std::exchange(step.place, index.PlaceOf(step.row));
+  const LearnIndex::Place place = PlaceBefore(step);
+  step.place = index.PlaceOf(step.row);
+  step.before = CardBehind(step.row);
   index.Restore(place);
   left_out_.IndexRowChanged(step.row);
   // From the newest to the oldest, and the other way round the next time.
@@ -60,6 +84,7 @@ void LearningRun::Exchange(AnswerStep& step) {
   for (BoxOrder& order : step.orders) leitner_.SwapOrder(order);
   std::swap(moment_, step.moment);
   row_order_.PutBack(step.moment.row_order, file_.settings());
+  GoToCheckCard();
   file_.cards().GoTo(moment_.card.row);
   ++showings_;
 }

@@ -14,6 +14,7 @@
 #include "learn/outlook_lines.h"
 #include "settings/program_settings.h"
 #include "store/file/card_file.h"
+#include "store/file/card_watcher.h"
 #include "widgets/htmlview.h"
 #include "widgets/messages.h"
 
@@ -29,7 +30,7 @@ class VideoScreen;
 
 // The learning window: one run of learning over the open card file, from showing the window to closing it. It shows the
 // card and takes the answers; what they mean and which card comes next is the run's business.
-class TF_wnlern : public QMainWindow, public LearningCommands {
+class TF_wnlern : public QMainWindow, public LearningCommands, private CardWatcher {
   Q_OBJECT
 
  public:
@@ -104,6 +105,10 @@ class TF_wnlern : public QMainWindow, public LearningCommands {
 
  private:
   using Command = std::function<StepResult(LearningRun&)>;
+
+  void RowsShifted(const RowShift& shift) override;
+  void CardsChanged(std::span<const int> rows, std::span<const int> columns) override;
+  void ShowEdited();
 
   void ConnectAnswers();
   void ConnectNavigation();
@@ -191,6 +196,9 @@ class TF_wnlern : public QMainWindow, public LearningCommands {
   std::unique_ptr<TF_dldata> statistics_;     // while it is switched on
   Notice notice_ = Notice::None;
   OutlookLines outlook_;
+  bool edited_ = false;       // cards changed outside learning, and the window does not show it yet
+  bool card_edited_ = false;  // the card on screen among them
+  CardWatch watch_{file_.watchers(), *this};
   QString said_;  // of the answer that the last command gave
   QString done_;  // what the last command did, where the card alone would not tell
 };

@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QScopedValueRollback>
+#include <algorithm>
 #include <utility>
 
 #include "cards/card_reader.h"
@@ -97,6 +98,26 @@ void TF_wnlern::Do(const Command& command, const QString& done) {
   if (run_->showings() != showings) Q_EMIT CardShown();
   if (result.drawn_anew) Q_EMIT SideShown();
   if (result.box_done) QTimer::singleShot(0, this, &TF_wnlern::SpeedButtonLeitnerClick);
+}
+
+void TF_wnlern::RowsShifted(const RowShift& /*shift*/) {
+  if (!std::exchange(edited_, true)) QTimer::singleShot(0, this, &TF_wnlern::ShowEdited);
+}
+
+void TF_wnlern::CardsChanged(std::span<const int> rows, std::span<const int> /*columns*/) {
+  if (run_ != nullptr && std::ranges::binary_search(rows, run_->card().row)) card_edited_ = true;
+  if (!std::exchange(edited_, true)) QTimer::singleShot(0, this, &TF_wnlern::ShowEdited);
+}
+
+// Once, however much was changed in one go. A card that is gone gives way to the next one.
+void TF_wnlern::ShowEdited() {
+  edited_ = false;
+  const bool card_edited = std::exchange(card_edited_, false);
+  Do([card_edited](LearningRun& run) {
+    StepResult result = run.ShowNextIfNone();
+    result.drawn_anew = result.drawn_anew || card_edited;
+    return result;
+  });
 }
 
 // The card that the step led to is painted before a box stands over it.

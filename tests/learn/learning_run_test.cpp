@@ -107,7 +107,7 @@ TEST_F(LearningRunTest, NavigationFindsItsCards) {
   };
   const auto home_after = [&](int row) {
     ASSERT_TRUE(file.cards().Poke(file.columns().question, row, "gone"));
-    run->CardsChanged();
+    run->CardsReplaced();
     run->GoHome();
   };
   const struct {

@@ -197,7 +197,7 @@ TEST_F(TakingBack, ARebuiltIndexStaysInOrder) {
   for (int i = 0; i < 6; ++i) run->TakeBackAnswer();
   ExpectIndexFits();
   ASSERT_TRUE(run->CanTakeBackAnswer());
-  run->CardsChanged();
+  run->CardsReplaced();
   EXPECT_FALSE(run->CanTakeBackAnswer()) << "the cards may be others";
 }
 

@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 
+#include "cards/card_edit.h"
 #include "tests/learn/window_fixture.h"
 
 using namespace Qt::StringLiterals;
@@ -177,6 +178,21 @@ TEST_F(LearningWindow, CardReachedByALinkBesideAnAnswerWindowIsLeftByItsAnswer) 
   EXPECT_EQ(window->Card().row, 2) << "back where the link stands";
   EXPECT_EQ(gate.Result(), AnswerModeResult::None);
   EXPECT_EQ(Field(kYesNoRow, 3).front(), 'w');
+}
+
+TEST_F(LearningWindow, EditsOfCardsAreShownAtOnceAndACardThatGoesGivesWay) {
+  Open();
+  CardCommand command;
+  command.Replace(2, {{file.columns().question, "Neu"}});
+  ASSERT_TRUE(CardEdit(file).Apply(std::move(command)).has_value());
+  QApplication::processEvents();
+  EXPECT_EQ(OnScreen(), "Neu");
+  command = {};
+  command.Remove(2);
+  ASSERT_TRUE(CardEdit(file).Apply(std::move(command)).has_value());
+  QApplication::processEvents();
+  EXPECT_EQ(OnScreen(), "Zwei");
+  EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 1"_s);
 }
 
 TEST_F(LearningWindow, DayButtonsSetTheLeastScore) {
