@@ -83,6 +83,44 @@ constexpr Command kCommands[] = {
      .icon = "close",
      .run = [](Program& program) { program.main_window().close(); }},
 
+    {.menu = M::Edit,
+     .name = "EditorAufrufExecute",
+     .text = u"Karten &bearbeiten",
+     .tip = u"Den Karteneditor öffnen",
+     .shortcut = u"F8",
+     .icon = "edit",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.OpenEditor(); }},
+    {.menu = M::Edit,
+     .name = "SuchenExecute",
+     .text = u"&Suchen …",
+     .tip = u"Karten nach ihrem Text suchen",
+     .shortcut = u"Ctrl+F",
+     .icon = "search",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.OpenSearch(); }},
+    {.menu = M::Edit,
+     .name = "MTabelleClick",
+     .text = u"Übersichts&tabelle",
+     .tip = u"Alle Karten als Tabelle ansehen",
+     .icon = "table",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.OpenTable(); },
+     .ends_group = true},
+    {.menu = M::Edit,
+     .name = "MUebersichtClick",
+     .text = u"&Auswahlübersichten …",
+     .tip = u"Übersichten nach Themen und Reihenfolge erstellen",
+     .icon = "overview",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.MakeOverviews(); }},
+    {.menu = M::Edit,
+     .name = "MNummerierenClick",
+     .text = u"Karten neu &nummerieren …",
+     .tip = u"Allen Karten in ihrer Reihenfolge neue Nummern geben; Verweise werden angepasst",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.NumberCards(); }},
+
     {.menu = M::Learn,
      .name = "LernStartExecute",
      .text = u"&Lernen",
@@ -165,7 +203,11 @@ void AddCommand(const Command& command, QMenu& menu, QMainWindow& window, Progra
     menu.addAction(action);
     action->setShortcut(QKeySequence(QString::fromUtf16(command.shortcut)));
     action->setStatusTip(QString::fromUtf16(command.tip));
-    QObject::connect(action, &QAction::triggered, &window, [run = command.run, &program] { run(program); });
+    // What works on the whole file finds it without what the editor still holds.
+    const bool whole_file = command.menu == CommandMenu::File || command.menu == CommandMenu::Extras;
+    QObject::connect(action, &QAction::triggered, &window, [run = command.run, &program, whole_file] {
+      if (program.StoreEdited(whole_file)) run(program);
+    });
   }
   if (*command.icon != '\0') action->setIcon(Icon(command.icon));
   if (command.ends_group) menu.addSeparator();

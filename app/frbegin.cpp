@@ -75,13 +75,21 @@ TFrameBegin::TFrameBegin(QWidget* parent) : QFrame(parent), ui_(std::make_unique
   ui_->ButtonLeitner->setIcon(Icon("boxes"));
   ui_->ButtonOpen->setIcon(Icon("open"));
   ui_->ButtonNew->setIcon(Icon("new"));
-  connect(ui_->ButtonLearn, &QPushButton::clicked, this, &TFrameBegin::LearnWanted);
+  ui_->ButtonEdit->setIcon(Icon("edit"));
+  ui_->ButtonSuchen->setIcon(Icon("search"));
+  connect(ui_->ButtonLearn, &QPushButton::clicked, this, [this] {
+    if (nothing_to_learn_) Q_EMIT EditWanted();
+    if (!nothing_to_learn_) Q_EMIT LearnWanted();
+  });
+  connect(ui_->ButtonEdit, &QPushButton::clicked, this, &TFrameBegin::EditWanted);
+  connect(ui_->ButtonSuchen, &QPushButton::clicked, this, &TFrameBegin::SearchWanted);
   connect(ui_->ButtonReihe, &QPushButton::clicked, this, &TFrameBegin::RowOrderWanted);
   connect(ui_->ButtonLeitner, &QPushButton::clicked, this, &TFrameBegin::BoxesWanted);
   connect(ui_->ButtonCheck, &QPushButton::clicked, this, &TFrameBegin::CheckWanted);
   connect(ui_->ButtonOpen, &QPushButton::clicked, this, &TFrameBegin::OpenWanted);
   connect(ui_->ButtonNew, &QPushButton::clicked, this, &TFrameBegin::NewWanted);
-  for (QPushButton* button : {ui_->ButtonOpen, ui_->ButtonNew, ui_->ButtonReihe, ui_->ButtonLeitner}) {
+  for (QPushButton* button :
+       {ui_->ButtonOpen, ui_->ButtonNew, ui_->ButtonReihe, ui_->ButtonLeitner, ui_->ButtonEdit, ui_->ButtonSuchen}) {
     button->setMinimumWidth(button->sizeHint().width() + kButtonPadding);
   }
   ui_->LabelExplain->setMaximumWidth(kLettersInLine * fontMetrics().averageCharWidth());
@@ -153,6 +161,9 @@ void TFrameBegin::ShowFile(const BeginFile& file) {
 
 void TFrameBegin::Renew(const BeginFile& file) {
   ShowFigures(file.figures);
+  nothing_to_learn_ = file.figures.learnable == 0;
+  ui_->ButtonLearn->setText(nothing_to_learn_ ? u" Karten anlegen"_s : u" Lernen"_s);
+  ui_->ButtonLearn->setIcon(Icon(nothing_to_learn_ ? "new" : "learn"));
   ui_->LabelAdvice->setText(AdviceFor(file));
 }
 

@@ -51,6 +51,8 @@ class TFrameBegin : public QFrame {
   void LearnWanted();
   void RowOrderWanted();
   void BoxesWanted();
+  void EditWanted();
+  void SearchWanted();
   void CheckWanted();
   void FileWanted(const QString& path);
   void SampleWanted(const QString& path);
@@ -69,6 +71,7 @@ class TFrameBegin : public QFrame {
                      const QString& description, FileSignal signal);
 
   std::unique_ptr<Ui::TFrameBegin> ui_;
+  bool nothing_to_learn_ = false;  // the large button makes cards then
 };
 
 }  // namespace tessaro

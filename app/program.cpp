@@ -16,6 +16,7 @@
 #include "app/wnmain.h"
 #include "cards/deck_check.h"
 #include "cards/figures.h"
+#include "edit/wned.h"
 #include "learn/dlausw.h"
 #include "learn/dllernkeys.h"
 #include "learn/wnlern.h"
@@ -64,7 +65,7 @@ void Program::RunInBackground(QObject& receiver, BackgroundWork work) {
 }
 
 void Program::OpenLearning(std::optional<MethodChoice> choice) {
-  if (!file_.IsOpen() || !MayLearn()) return;
+  if (!file_.IsOpen() || !StoreEdited(false) || !MayLearn()) return;
   const bool begins = learning_window_ == nullptr;
   if (begins) MakeLearningWindow();
   if (choice) learning_window_->LearnBy(*std::move(choice));
@@ -82,6 +83,7 @@ void Program::MakeLearningWindow() {
   connect(learning_window_.get(), &TF_wnlern::SaveWanted, main_window_.get(), &TF_wnmain::FileSaveExecute);
   learning_window_->SetOutlook(outlook_.Lines());
   connect(learning_window_.get(), &TF_wnlern::EvaluationWanted, &outlook_, &OutlookWindows::OpenEvaluation);
+  connect(learning_window_.get(), &TF_wnlern::EditWanted, this, &Program::OpenEditor);
   TieMedia(*learning_window_);
   answer_modes_ = std::make_unique<AnswerModes>(*learning_window_, *media_window_, answer_gate_, settings_,
                                                 machine_.clock, machine_.messages, input_check_on_);
@@ -163,6 +165,66 @@ void Program::ShowOptions() {
   if (appearance() != before) ApplyAppearance(settings_.ini);
   if (learning_window_ != nullptr) learning_window_->SettingsChanged();
   if (answer_modes_ != nullptr) answer_modes_->SettingsChanged();
+}
+
+TF_wned& Program::Editor() {
+  if (editor_ != nullptr) return *editor_;
+  const EditorMachine machine = {machine_.clock, machine_.disk, machine_.messages};
+  editor_ = std::make_unique<TF_wned>(file_, settings_, machine, cards_made_);
+  connect(editor_.get(), &TF_wned::Closed, this, &Program::EndEditing);
+  connect(editor_.get(), &TF_wned::SaveWanted, main_window_.get(), &TF_wnmain::FileSaveExecute);
+  connect(editor_.get(), &TF_wned::LearnWanted, this, [this] { OpenLearning(); });
+  return *editor_;
+}
+
+void Program::OpenEditor(int card_row) {
+  if (!file_.IsOpen()) return;
+  TF_wned& editor = Editor();
+  editor.ShowRow(card_row);
+  editor.show();
+  editor.raise();
+  editor.activateWindow();
+}
+
+void Program::OpenTable() {
+  if (file_.IsOpen()) Editor().ShowTable();
+}
+
+void Program::OpenSearch() {
+  if (!file_.IsOpen()) return;
+  OpenEditor();
+  Editor().ShowSearch();
+}
+
+void Program::NumberCards() {
+  if (!file_.IsOpen()) return;
+  Editor().MNummerierenClick();
+  if (!editor_->IsInUse()) editor_->close();
+}
+
+void Program::MakeOverviews() {
+  if (!file_.IsOpen()) return;
+  Editor().MHtmlAutoLink();
+  if (!editor_->IsInUse()) editor_->close();
+}
+
+bool Program::StoreEdited(bool whole_file) {
+  if (editor_ == nullptr) return true;
+  return whole_file ? editor_->Settle() : editor_->StoreSide();
+}
+
+bool Program::CloseEditor() {
+  return editor_ == nullptr || editor_->close();
+}
+
+void Program::EndEditing() {
+  // The window is still busy with being closed.
+  editor_.release()->deleteLater();
+  SaveSettings();
+  Q_EMIT EditorClosed();
+  if (learning_window_ == nullptr) return;
+  learning_window_->raise();
+  learning_window_->activateWindow();
 }
 
 void Program::SaveSettings() {

@@ -22,6 +22,7 @@ namespace tessaro {
 
 class AnswerModes;
 class TF_wnmain;
+class TF_wned;
 class TF_wnlern;
 class TF_wnmedia;
 
@@ -74,6 +75,19 @@ class Program : public QObject {
   bool learning() const;
   // Lets the user set the options, and puts them into effect.
   void ShowOptions();
+  // Opens the card editor over the open card file on this row of its table, or brings it to the front. 0: on the card
+  // being learned, else on the one edited last.
+  void OpenEditor(int card_row = 0);
+  // The table of all cards and the renumbering belong to the editor, which may stay hidden.
+  void OpenTable();
+  void OpenSearch();
+  void NumberCards();
+  void MakeOverviews();
+  // Stores what is typed in the editor; `whole_file` also removes the cards marked for deletion. False: the user wants
+  // to look at it first.
+  bool StoreEdited(bool whole_file);
+  // Closes the editor; false: the user wants it to stay.
+  bool CloseEditor();
   // See Background::Run.
   void RunInBackground(QObject& receiver, BackgroundWork work);
   // Writes tessaro.ini, making its folder. A failure is of no consequence for the cards and is not told.
@@ -82,6 +96,7 @@ class Program : public QObject {
  Q_SIGNALS:
   void LearningOpened();
   void LearningClosed();
+  void EditorClosed();
 
  private:
   void MakeLearningWindow();
@@ -89,6 +104,8 @@ class Program : public QObject {
   // Asks when the next answers would wipe the statistics of cards. False: the user does not want to learn now.
   bool MayLearn();
   void EndLearning();
+  TF_wned& Editor();
+  void EndEditing();
 
   Machine machine_;
   ProgramPlaces places_;
@@ -101,6 +118,8 @@ class Program : public QObject {
   std::unique_ptr<TF_wnmain> main_window_;
   std::unique_ptr<TF_wnmedia> media_window_;
   std::unique_ptr<TF_wnlern> learning_window_;
+  std::unique_ptr<TF_wned> editor_;
+  int64_t cards_made_ = 0;                     // by the editor since the program began
   std::unique_ptr<AnswerModes> answer_modes_;  // beside the learning window
 };
 

@@ -64,6 +64,9 @@ void TF_wnmain::ConnectSignals() {
   connect(ui_->FrameBegin, &TFrameBegin::LearnWanted, this, &TF_wnmain::LernStartExecute);
   connect(ui_->FrameBegin, &TFrameBegin::RowOrderWanted, this,
           [this] { program_.OpenLearning(MethodChoice{.method = Method::RowOrder}); });
+  connect(ui_->FrameBegin, &TFrameBegin::EditWanted, this, [this] { program_.OpenEditor(); });
+  connect(ui_->FrameBegin, &TFrameBegin::SearchWanted, this, [this] { program_.OpenSearch(); });
+  connect(&program_, &Program::EditorClosed, this, &TF_wnmain::ShowState);
   connect(ui_->FrameBegin, &TFrameBegin::BoxesWanted, this, [this] { program_.ChooseMethod(true); });
   // Opening a file fills the page anew, and with it the button that was pressed: not while it is being pressed.
   connect(ui_->FrameBegin, &TFrameBegin::FileWanted, this, [this](const QString& path) { OpenLater(ToPath(path)); });
@@ -155,7 +158,7 @@ void TF_wnmain::MAboutClick() {
 }
 
 bool TF_wnmain::FormCloseQuery() {
-  if (HasOpenDialog(*this) || !program_.CloseLearning()) return false;
+  if (HasOpenDialog(*this) || !program_.CloseEditor() || !program_.CloseLearning()) return false;
   program_.outlook().Close();
   if (!file_.IsOpen()) return true;
   const bool empty = file_.CardCount() == 0;

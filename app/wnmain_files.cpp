@@ -78,7 +78,7 @@ bool TF_wnmain::OpenFile(const fs::path& path) {
 }
 
 bool TF_wnmain::LeaveFile() {
-  if (!program_.CloseLearning()) return false;
+  if (!program_.CloseEditor() || !program_.CloseLearning()) return false;
   program_.outlook().Close();
   if (!file_.IsOpen()) return true;
   if (!file_.changed()) {
@@ -252,7 +252,7 @@ bool TF_wnmain::FileSaveExecute() {
     program_.messages().Error(Asker(), FailureText(SaveResult::ReadOnly, cards));
     return false;
   }
-  if (!MayOverwrite() || !MayReplace(cards)) return false;
+  if (!program_.StoreEdited(true) || !MayOverwrite() || !MayReplace(cards)) return false;
   const SaveResult result = Write(cards, TellSpace(SaveKind::Plain, cards),
                                   [this](const StageObserver& observer) { return file_.Save(observer); });
   if (result != SaveResult::CardsFailed) KeepGeneration();

@@ -27,11 +27,11 @@ CardDesk::CardDesk(CardFile& file, int64_t& made)
       watch_(file.watchers(), static_cast<CardWatcher&>(*this)),
       commands_(file, MemoryFor(file)) {}
 
-int CardDesk::ColumnOf(CardSide side) const {
-  return side == CardSide::Front ? file_.columns().question : file_.columns().answer;
+int CardDesk::ColumnOf(EditSide side) const {
+  return side == EditSide::Front ? file_.columns().question : file_.columns().answer;
 }
 
-std::string_view CardDesk::Text(int row, CardSide side) const {
+std::string_view CardDesk::Text(int row, EditSide side) const {
   return file_.cards().Peek(ColumnOf(side), row);
 }
 
@@ -43,11 +43,11 @@ bool CardDesk::StandsThere(int row, std::string_view id) const {
   return IsCard(row) && file_.cards().Peek(file_.columns().id, row) == id;
 }
 
-bool CardDesk::LinksOn(CardSide side) const {
+bool CardDesk::LinksOn(EditSide side) const {
   return link_ && link_->side == side && link_->row == row_ && StandsThere(row_, link_->id);
 }
 
-std::string CardDesk::Shown(CardSide side) const {
+std::string CardDesk::Shown(EditSide side) const {
   return LinksOn(side) ? link_->link.Shown() : WithoutReturns(Text(row_, side));
 }
 
@@ -56,7 +56,7 @@ bool CardDesk::GoTo(int row) {
   commands_.Seal();
   row_ = row;
   id_ = file_.cards().Peek(file_.columns().id, row);
-  for (const CardSide side : {CardSide::Front, CardSide::Back}) opened_[Index(side)] = WithoutReturns(Text(row, side));
+  for (const EditSide side : {EditSide::Front, EditSide::Back}) opened_[Index(side)] = WithoutReturns(Text(row, side));
   return true;
 }
 
@@ -114,7 +114,7 @@ void CardDesk::CardsChanged(std::span<const int> rows, std::span<const int> colu
 
 StoreOutcome CardDesk::Store(std::string_view front, std::string_view back) {
   if (row_ == 0) return StoreOutcome::Unchanged;
-  if (front == Shown(CardSide::Front) && back == Shown(CardSide::Back)) return StoreOutcome::Unchanged;
+  if (front == Shown(EditSide::Front) && back == Shown(EditSide::Back)) return StoreOutcome::Unchanged;
   return StandsThere(row_, id_) ? Write(front, back) : StoreOutcome::Moved;
 }
 
@@ -128,7 +128,7 @@ StoreOutcome CardDesk::StoreById(std::string_view front, std::string_view back) 
 StoreOutcome CardDesk::Write(std::string_view front, std::string_view back) {
   std::array<std::string, 2> texts = {std::string(front), std::string(back)};
   std::vector<FieldView> fields;
-  for (const CardSide side : {CardSide::Front, CardSide::Back}) {
+  for (const EditSide side : {EditSide::Front, EditSide::Back}) {
     std::string& text = texts[Index(side)];
     // A side that was not touched keeps its bytes.
     if (text == Shown(side)) continue;
@@ -161,7 +161,7 @@ DeskResult CardDesk::InsertEmpty() {
 
 void CardDesk::Copy() {
   if (row_ == 0) return;
-  clipboard_ = {std::string(Text(row_, CardSide::Front)), std::string(Text(row_, CardSide::Back))};
+  clipboard_ = {std::string(Text(row_, EditSide::Front)), std::string(Text(row_, EditSide::Back))};
 }
 
 DeskResult CardDesk::Paste() {
@@ -237,7 +237,7 @@ std::optional<CommandStack::Moved> CardDesk::Follow(std::optional<CommandStack::
   return moved;
 }
 
-void CardDesk::BeginLink(CardSide side, SideSelection selection) {
+void CardDesk::BeginLink(EditSide side, SideSelection selection) {
   link_ = {row_, id_, side, PendingLink(WithoutReturns(Text(row_, side)), selection)};
 }
 

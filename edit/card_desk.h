@@ -40,9 +40,9 @@ class CardDesk : private CardWatcher {
   const std::string& id() const { return id_; }
   bool IsMarked() const { return file_.deletion_marks().Has(row_); }
   // A side as it is shown: without carriage returns, and with the marker while a link is made there.
-  std::string Shown(CardSide side) const;
+  std::string Shown(EditSide side) const;
   // The side as it was when the card was taken up.
-  const std::string& Opened(CardSide side) const { return opened_[Index(side)]; }
+  const std::string& Opened(EditSide side) const { return opened_[Index(side)]; }
 
   // Takes up another card; false when it is none. What was shown must be stored before.
   bool GoTo(int row);
@@ -90,10 +90,10 @@ class CardDesk : private CardWatcher {
   std::optional<CommandStack::Moved> Redo() { return Follow(commands_.Redo()); }
 
   // Begins a link in the place of the selection; the side must be stored. Nothing else may be changed there by others.
-  void BeginLink(CardSide side, SideSelection selection);
+  void BeginLink(EditSide side, SideSelection selection);
   bool IsLinking() const { return link_.has_value(); }
   const PendingLink* link() const { return link_ ? &link_->link : nullptr; }
-  CardSide link_side() const { return link_->side; }
+  EditSide link_side() const { return link_->side; }
   int link_row() const { return link_->row; }
   const std::string& link_id() const { return link_->id; }
   // Makes the card shown the target of the link and goes back to the source. False: the place was lost, no link is
@@ -112,18 +112,18 @@ class CardDesk : private CardWatcher {
   struct LinkInWork {
     int row = 0;
     std::string id;
-    CardSide side = CardSide::Front;
+    EditSide side = EditSide::Front;
     PendingLink link;
   };
 
-  static size_t Index(CardSide side) { return side == CardSide::Front ? 0 : 1; }
-  int ColumnOf(CardSide side) const;
-  std::string_view Text(int row, CardSide side) const;
+  static size_t Index(EditSide side) { return side == EditSide::Front ? 0 : 1; }
+  int ColumnOf(EditSide side) const;
+  std::string_view Text(int row, EditSide side) const;
   bool IsCard(int row) const;
   bool StandsThere(int row, std::string_view id) const;
   void RowsShifted(const RowShift& shift) override;
   void CardsChanged(std::span<const int> rows, std::span<const int> columns) override;
-  bool LinksOn(CardSide side) const;
+  bool LinksOn(EditSide side) const;
   StoreOutcome Write(std::string_view front, std::string_view back);
   DeskResult Insert(EditKind kind, std::string_view front, std::string_view back);
   void AddEmptyCard(CardCommand& command, int behind);

@@ -9,8 +9,8 @@ namespace {
 constexpr std::string_view kSection = "ZEICHEN";
 constexpr size_t kMostCells = 1024;
 
-std::string_view KeyOf(CardSide side) {
-  return side == CardSide::Front ? "SIGN" : "SIGNH";
+std::string_view KeyOf(EditSide side) {
+  return side == EditSide::Front ? "SIGN" : "SIGNH";
 }
 
 // Bytes to which the code page gives no character, and those that leave no trace on paper.
@@ -29,7 +29,7 @@ std::string DefaultCharacters() {
   return characters;
 }
 
-std::string ReadCharacters(const IniFile& settings, CardSide side) {
+std::string ReadCharacters(const IniFile& settings, EditSide side) {
   std::string text = settings.GetString(kSection, KeyOf(side));
   std::string characters;
   for (size_t at = 0; at < text.size() && characters.size() < kMostCells; ++at) {
@@ -42,7 +42,7 @@ std::string ReadCharacters(const IniFile& settings, CardSide side) {
   return characters.empty() ? DefaultCharacters() : characters;
 }
 
-void WriteCharacters(std::string_view characters, CardSide side, IniFile& settings) {
+void WriteCharacters(std::string_view characters, EditSide side, IniFile& settings) {
   std::string text;
   for (const char c : characters) {
     if (!text.empty()) text += ' ';

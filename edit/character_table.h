@@ -7,13 +7,13 @@
 
 namespace tessaro {
 
-enum class CardSide { Front, Back };
+enum class EditSide { Front, Back };
 
 // The cells of the table of characters, one byte each, at first the printable characters that no key of a keyboard
 // shows. A blank is an empty cell.
 std::string DefaultCharacters();
 // As the user left them, for the font of that side. What cannot be read gives the characters of the beginning.
-std::string ReadCharacters(const IniFile& settings, CardSide side);
-void WriteCharacters(std::string_view characters, CardSide side, IniFile& settings);
+std::string ReadCharacters(const IniFile& settings, EditSide side);
+void WriteCharacters(std::string_view characters, EditSide side, IniFile& settings);
 
 }  // namespace tessaro

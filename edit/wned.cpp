@@ -12,7 +12,7 @@
 #include "cards/link_state.h"
 #include "edit/card_model.h"
 #include "edit/ed_texts.h"
-#include "edit/side_text.h"
+#include "edit/side_field.h"
 #include "edit/wnlink.h"
 #include "edit/wnsign.h"
 #include "edit/wnsuch.h"
@@ -107,19 +107,19 @@ void TF_wned::DressWindow() {
 }
 
 void TF_wned::ConnectSides() {
-  for (const CardSide side : {CardSide::Front, CardSide::Back}) {
-    SideText& text = TextOf(side);
+  for (const EditSide side : {EditSide::Front, EditSide::Back}) {
+    SideField& text = TextOf(side);
     text.SetIsCard([this](int64_t number) { return desk_.TargetRow(number) != 0; });
-    connect(&text, &SideText::SideChanged, this, [this] {
+    connect(&text, &SideField::SideChanged, this, [this] {
       preview_timer_.start();
       store_timer_.start();
       ShowLength();
     });
-    connect(&text, &SideText::FocusTaken, this, [this, side] { Activate(side); });
-    connect(&text, &SideText::ForeignLeftOut, this,
+    connect(&text, &SideField::FocusTaken, this, [this, side] { Activate(side); });
+    connect(&text, &SideField::ForeignLeftOut, this,
             [this](const QString& left_out) { ShowStatus(ForeignText(left_out)); });
-    connect(&text, &SideText::FilesDropped, this, [this, side](const QStringList& paths) { DropFiles(side, paths); });
-    connect(&text, &SideText::PicturePasted, this,
+    connect(&text, &SideField::FilesDropped, this, [this, side](const QStringList& paths) { DropFiles(side, paths); });
+    connect(&text, &SideField::PicturePasted, this,
             [this, side](const QImage& picture) { PastePicture(side, picture); });
   }
   for (TFrameHtml* frame : {ui_->TFrameHtmlV, ui_->TFrameHtmlH}) {
@@ -137,7 +137,7 @@ void TF_wned::ConnectSides() {
     });
   }
   connect(ui_->PageControlKarte, &QTabBar::currentChanged, this, [this](int page) {
-    const CardSide side = page == 0 ? CardSide::Front : CardSide::Back;
+    const EditSide side = page == 0 ? EditSide::Front : EditSide::Back;
     if (side != active_) Activate(side);
   });
 }
@@ -173,8 +173,8 @@ void TF_wned::ReadLooks() {
   ui_->RichEditKarteHinten->setFont(looks_[1].font);
 }
 
-SideText& TF_wned::TextOf(CardSide side) {
-  return side == CardSide::Front ? *ui_->RichEditKarteVorne : *ui_->RichEditKarteHinten;
+SideField& TF_wned::TextOf(EditSide side) {
+  return side == EditSide::Front ? *ui_->RichEditKarteVorne : *ui_->RichEditKarteHinten;
 }
 
 void TF_wned::ShowRow(int row) {
@@ -192,9 +192,9 @@ void TF_wned::ShowCard() {
 // Shows the sides as the cards have them; what was typed is stored by then.
 void TF_wned::ShowSides() {
   const bool other = std::exchange(shown_, desk_.id()) != desk_.id();
-  for (const CardSide side : {CardSide::Front, CardSide::Back}) {
+  for (const EditSide side : {EditSide::Front, EditSide::Back}) {
     const std::string text = desk_.Shown(side);
-    SideText& shown = TextOf(side);
+    SideField& shown = TextOf(side);
     other || shown.Side() != text ? shown.SetSide(text) : shown.HighlightAnew();
     QFont font = shown.font();
     font.setStrikeOut(desk_.IsMarked());
@@ -209,7 +209,7 @@ void TF_wned::ShowSides() {
 }
 
 void TF_wned::ShowPreview() {
-  const auto show = [](TFrameHtml& frame, const SideText& text, const SideLook& look) {
+  const auto show = [](TFrameHtml& frame, const SideField& text, const SideLook& look) {
     const int at = frame.verticalScrollBar()->value();
     frame.ShowSide(text.Side(), look);
     frame.verticalScrollBar()->setValue(at);
@@ -243,12 +243,12 @@ void TF_wned::ShowStatus(const QString& text) {
   label_status_.setToolTip(text);
 }
 
-void TF_wned::Activate(CardSide side) {
+void TF_wned::Activate(EditSide side) {
   active_ = side;
-  ui_->PageControlKarte->setCurrentIndex(side == CardSide::Front ? 0 : 1);
+  ui_->PageControlKarte->setCurrentIndex(side == EditSide::Front ? 0 : 1);
   FitSides();
-  for (const CardSide one : {CardSide::Front, CardSide::Back}) {
-    QLabel& title = one == CardSide::Front ? *ui_->TitelVorne : *ui_->TitelHinten;
+  for (const EditSide one : {EditSide::Front, EditSide::Back}) {
+    QLabel& title = one == EditSide::Front ? *ui_->TitelVorne : *ui_->TitelHinten;
     QFont font = title.font();
     font.setBold(one == side);
     title.setFont(font);
@@ -263,8 +263,8 @@ void TF_wned::FitSides() {
   const int room = width() - (list ? ui_->KartenListe->width() : 0);
   const bool both = room >= kWideForBoth;
   ui_->PageControlKarte->setVisible(!both);
-  ui_->Vorne->setVisible(both || active_ == CardSide::Front);
-  ui_->Hinten->setVisible(both || active_ == CardSide::Back);
+  ui_->Vorne->setVisible(both || active_ == EditSide::Front);
+  ui_->Hinten->setVisible(both || active_ == EditSide::Back);
   ui_->TitelVorne->setVisible(both);
   ui_->TitelHinten->setVisible(both);
 }
@@ -272,8 +272,8 @@ void TF_wned::FitSides() {
 bool TF_wned::StoreSide() {
   store_timer_.stop();
   if (busy_ || desk_.row() == 0) return true;
-  const std::string front = TextOf(CardSide::Front).Side();
-  const std::string back = TextOf(CardSide::Back).Side();
+  const std::string front = TextOf(EditSide::Front).Side();
+  const std::string back = TextOf(EditSide::Back).Side();
   busy_ = true;
   StoreOutcome outcome = desk_.Store(front, back);
   if (outcome == StoreOutcome::Moved) {
@@ -293,7 +293,7 @@ bool TF_wned::StoreSide() {
 
 void TF_wned::TellStored(StoreOutcome outcome) {
   const QString hint =
-      EmptySideHint(TextOf(CardSide::Front).Side().empty(), TextOf(CardSide::Back).Side().empty(), desk_.position());
+      EmptySideHint(TextOf(EditSide::Front).Side().empty(), TextOf(EditSide::Back).Side().empty(), desk_.position());
   if (outcome == StoreOutcome::Failed) ShowStatus(u"Update fehlgeschlagen"_s);
   if (outcome != StoreOutcome::Saved) return;
   const QString saved = u"Änderung in Karte %1 gespeichert"_s.arg(FromBytes(desk_.id()));
@@ -306,7 +306,7 @@ void TF_wned::TellStored(StoreOutcome outcome) {
 void TF_wned::KeepTyped() {
   if (busy_ || LongWork::Running() || QApplication::activeModalWidget() != nullptr) return store_timer_.start();
   busy_ = true;
-  const StoreOutcome outcome = desk_.Store(TextOf(CardSide::Front).Side(), TextOf(CardSide::Back).Side());
+  const StoreOutcome outcome = desk_.Store(TextOf(EditSide::Front).Side(), TextOf(EditSide::Back).Side());
   busy_ = false;
   if (outcome == StoreOutcome::Saved) TellStored(outcome);
 }

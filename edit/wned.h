@@ -27,7 +27,7 @@ class TF_wned;
 namespace tessaro {
 
 class CardModel;
-class SideText;
+class SideField;
 class TF_wnlink;
 class TF_wnsign;
 class TF_wnsuch;
@@ -61,6 +61,7 @@ class TF_wned : public QMainWindow, private CardWatcher {
   void ShowTable();
   void ShowSearch();
   void MNummerierenClick();
+  void MHtmlAutoLink();
   // Whether anything of it is on screen.
   bool IsInUse() const;
 
@@ -100,7 +101,7 @@ class TF_wned : public QMainWindow, private CardWatcher {
   void TellStored(StoreOutcome outcome);
   void TellMade(const DeskResult& result, bool empty_card);
   void KeepTyped();
-  void Activate(CardSide side);
+  void Activate(EditSide side);
   void FitSides();
 
   void MCardSave();
@@ -150,23 +151,22 @@ class TF_wned : public QMainWindow, private CardWatcher {
   void MHtmlLink();
   void FinishLink(const QString& face);
   void EndLink();
-  void MHtmlAutoLink();
   void MHtmlAutoBild();
   void ReadTopics();
 
   enum class MediaUse { Picture, Media, TextFile, PictureFile, VideoFile };
   void InsertMedia(MediaUse use);
   void InsertFile(MediaUse use, const QString& path);
-  void DropFiles(CardSide side, const QStringList& paths);
-  void PastePicture(CardSide side, const QImage& picture);
+  void DropFiles(EditSide side, const QStringList& paths);
+  void PastePicture(EditSide side, const QImage& picture);
   MediaFolders Folders() const;
   std::filesystem::path MediaFolder() const;
   // The name by which a card names the file, copied where the user wants it so. Empty: not at all.
   std::string NameFor(MediaUse use, const QString& path);
   std::string CopyToMedia(const std::filesystem::path& file);
 
-  SideText& TextOf(CardSide side);
-  SideText& ActiveText() { return TextOf(active_); }
+  SideField& TextOf(EditSide side);
+  SideField& ActiveText() { return TextOf(active_); }
   void RowsShifted(const RowShift& shift) override;
   void CardsChanged(std::span<const int> rows, std::span<const int> columns) override;
 
@@ -178,7 +178,7 @@ class TF_wned : public QMainWindow, private CardWatcher {
   CardWatch watch_;
   CardModel* model_ = nullptr;
   std::array<SideLook, 2> looks_;
-  CardSide active_ = CardSide::Front;
+  EditSide active_ = EditSide::Front;
   QTimer preview_timer_;
   QTimer store_timer_;
   QLabel label_status_;

@@ -4,7 +4,7 @@
 
 #include "edit/card_model.h"
 #include "edit/ed_texts.h"
-#include "edit/side_text.h"
+#include "edit/side_field.h"
 #include "edit/wned.h"
 #include "edit/wnlink.h"
 #include "edit/wnsuch.h"
@@ -102,7 +102,7 @@ void TF_wned::MCardLeer() {
   if (result.outcome == DeskOutcome::NoCard) return;
   TellMade(result, true);
   if (result.outcome != DeskOutcome::Done) return;
-  Activate(CardSide::Front);
+  Activate(EditSide::Front);
   ActiveText().setFocus();
   ActiveText().selectAll();
 }

@@ -5,7 +5,7 @@
 
 #include "edit/ed_texts.h"
 #include "edit/media_names.h"
-#include "edit/side_text.h"
+#include "edit/side_field.h"
 #include "edit/wned.h"
 #include "widgets/text.h"
 
@@ -91,7 +91,7 @@ std::string TF_wned::NameFor(MediaUse use, const QString& path) {
   return answer == Answer::No && can_stay ? *full : std::string();
 }
 
-void TF_wned::DropFiles(CardSide side, const QStringList& paths) {
+void TF_wned::DropFiles(EditSide side, const QStringList& paths) {
   Activate(side);
   for (const QString& path : paths) {
     if (HasEnding(path, {u".bmp", u".jpg", u".jpeg", u".png", u".gif"})) {
@@ -106,7 +106,7 @@ void TF_wned::DropFiles(CardSide side, const QStringList& paths) {
   }
 }
 
-void TF_wned::PastePicture(CardSide side, const QImage& picture) {
+void TF_wned::PastePicture(EditSide side, const QImage& picture) {
   Activate(side);
   QByteArray bytes;
   QBuffer buffer(&bytes);

@@ -9,7 +9,7 @@
 #include "edit/ed_texts.h"
 #include "edit/landmark_settings.h"
 #include "edit/media_names.h"
-#include "edit/side_text.h"
+#include "edit/side_field.h"
 #include "edit/topics.h"
 #include "edit/wned.h"
 #include "edit/wnlink.h"
@@ -32,8 +32,8 @@ void TF_wned::MTextRedo() {
 
 // Back to what the card was when it was taken up.
 void TF_wned::MCardUndo() {
-  for (const CardSide side : {CardSide::Front, CardSide::Back}) {
-    SideText& text = TextOf(side);
+  for (const EditSide side : {EditSide::Front, EditSide::Back}) {
+    SideField& text = TextOf(side);
     const std::string now = text.Side();
     if (now != desk_.Opened(side)) text.Apply({{0, now.size()}, desk_.Opened(side), {0, 0}});
   }
@@ -66,7 +66,7 @@ void TF_wned::MTextSign() {
 }
 
 void TF_wned::MTextRegister() {
-  Activate(active_ == CardSide::Front ? CardSide::Back : CardSide::Front);
+  Activate(active_ == EditSide::Front ? EditSide::Back : EditSide::Front);
   ActiveText().setFocus();
 }
 
@@ -88,7 +88,7 @@ void TF_wned::Enclose(std::string_view open, std::string_view close) {
 
 void TF_wned::MarkCard(std::string_view tag) {
   if (desk_.row() == 0) return;
-  SideText& front = TextOf(CardSide::Front);
+  SideField& front = TextOf(EditSide::Front);
   front.Apply(InsertAtStart(front.Side(), front.Selection(), tag));
   ActiveText().setFocus();
 }
@@ -176,7 +176,7 @@ void TF_wned::FinishLink(const QString& face) {
   const auto bytes = ToBytes(face);
   if (!bytes) return ShowStatus(ForeignText(face));
   if (!StoreSide()) return;
-  const CardSide side = desk_.link_side();
+  const EditSide side = desk_.link_side();
   busy_ = true;
   const bool made = desk_.FinishLink(*bytes);
   busy_ = false;

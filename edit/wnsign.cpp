@@ -28,13 +28,13 @@ TF_wnsign::TF_wnsign(ProgramSettings& settings, const std::array<SideLook, 2>& l
   connect(ui_->ZeichenTabelle, &QTableWidget::itemChanged, this, &TF_wnsign::CellChanged);
   connect(ui_->BitBtnNeu, &QAbstractButton::clicked, this, [this] { Load(side_); });
   connect(ui_->BitBtnVH, &QAbstractButton::clicked, this,
-          [this] { Load(side_ == CardSide::Front ? CardSide::Back : CardSide::Front); });
+          [this] { Load(side_ == EditSide::Front ? EditSide::Back : EditSide::Front); });
   connect(ui_->BitBtnClose, &QAbstractButton::clicked, this, &QDialog::close);
 }
 
 TF_wnsign::~TF_wnsign() = default;
 
-void TF_wnsign::Open(CardSide side) {
+void TF_wnsign::Open(EditSide side) {
   Load(side);
   show();
   raise();
@@ -42,7 +42,7 @@ void TF_wnsign::Open(CardSide side) {
   ui_->ZeichenTabelle->setFocus();
 }
 
-void TF_wnsign::Load(CardSide side) {
+void TF_wnsign::Load(EditSide side) {
   loading_ = true;
   side_ = side;
   const std::string characters = ReadCharacters(settings_.ini, side);
@@ -55,10 +55,10 @@ void TF_wnsign::Load(CardSide side) {
     item->setTextAlignment(Qt::AlignCenter);
     ui_->ZeichenTabelle->setItem(cell / kCellsInRow, cell % kCellsInRow, item);
   }
-  ui_->ZeichenTabelle->setFont(looks_[side == CardSide::Front ? 0 : 1].font);
+  ui_->ZeichenTabelle->setFont(looks_[side == EditSide::Front ? 0 : 1].font);
   ui_->ZeichenTabelle->verticalHeader()->setDefaultSectionSize(ui_->ZeichenTabelle->fontMetrics().height() + 10);
   ui_->ZeichenTabelle->setCurrentCell(0, 0);
-  ui_->BitBtnVH->setText(side == CardSide::Front ? u"Vorderseite"_s : u"Rückseite"_s);
+  ui_->BitBtnVH->setText(side == EditSide::Front ? u"Vorderseite"_s : u"Rückseite"_s);
   loading_ = false;
 }
 

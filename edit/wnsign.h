@@ -23,7 +23,7 @@ class TF_wnsign : public QDialog {
   TF_wnsign(ProgramSettings& settings, const std::array<SideLook, 2>& looks, QWidget* parent);
   ~TF_wnsign() override;
 
-  void Open(CardSide side);
+  void Open(EditSide side);
 
  Q_SIGNALS:
   void CharacterChosen(const QString& character);
@@ -32,7 +32,7 @@ class TF_wnsign : public QDialog {
   void hideEvent(QHideEvent* event) override;
 
  private:
-  void Load(CardSide side);
+  void Load(EditSide side);
   void Keep();
   void Choose();
   void CellChanged(QTableWidgetItem* item);
@@ -40,7 +40,7 @@ class TF_wnsign : public QDialog {
   ProgramSettings& settings_;
   std::array<SideLook, 2> looks_;
   std::unique_ptr<Ui::TF_wnsign> ui_;
-  CardSide side_ = CardSide::Front;
+  EditSide side_ = EditSide::Front;
   bool loading_ = false;
 };
 

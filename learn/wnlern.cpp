@@ -144,6 +144,9 @@ void TF_wnlern::ConnectNavigation() {
   tie(ui_->SpeedButtonHome, ui_->MHome, &TF_wnlern::SpeedButtonHomeClick);
   tie(ui_->SpeedButtonBack, ui_->MBack, &TF_wnlern::SpeedButtonBackClick);
   tie(ui_->SpeedButtonVis, ui_->MVis, &TF_wnlern::SpeedButtonVisClick);
+  const auto edit = [this] { Q_EMIT EditWanted(run_ == nullptr ? 0 : run_->card().row); };
+  connect(ui_->TbEdit, &QAbstractButton::clicked, this, edit);
+  connect(ui_->MEditor, &QAction::triggered, this, edit);
   connect(ui_->PageControlAnz, &CardPages::LinkClicked, this, &TF_wnlern::LinkClick);
   connect(ui_->PageControlAnz, &CardPages::SoundWanted, this, &TF_wnlern::SoundWanted);
   connect(ui_->PageControlAnz, &CardPages::VideoWanted, this, &TF_wnlern::VideoWanted);

@@ -89,6 +89,8 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private CardWatch
   void EvaluationWanted();
   // The user wants the card file saved; the run goes on.
   void SaveWanted();
+  // The card on screen, by its row in the card table, is to be edited; 0: there is none.
+  void EditWanted(int card_row);
   // A sound or video that the card names is to be played. `screen` is the video's place in this window; null where the
   // card has none.
   void SoundWanted(const QString& path);

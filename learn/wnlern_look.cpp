@@ -51,6 +51,7 @@ void DressButtons(Ui::TF_wnlern& ui) {
   ui.SpeedButtonHome->setIcon(Icon("home"));
   ui.SpeedButtonBack->setIcon(Icon("back"));
   ui.SpeedButtonVis->setIcon(Icon("overview"));
+  ui.TbEdit->setIcon(Icon("edit"));
   ui.SpeedButtonUndo->setIcon(Icon("undo"));
   ui.SpeedButtonInversEin->setIcon(Icon("inverse"));
   ui.SpeedButtonInversAus->setIcon(Icon("inverse"));
@@ -87,7 +88,7 @@ int NeededWidth(const QWidget& row) {
 // Words go before icons do: icons keep their hints.
 void FitControlBar(Ui::TF_wnlern& ui, int width) {
   const std::initializer_list<QToolButton*> navigation = {ui.SpeedButtonHome, ui.SpeedButtonBack, ui.SpeedButtonVis,
-                                                          ui.SpeedButtonUndo};
+                                                          ui.TbEdit, ui.SpeedButtonUndo};
   const auto set = [](std::initializer_list<QToolButton*> buttons, Qt::ToolButtonStyle style) {
     for (QToolButton* button : buttons) button->setToolButtonStyle(style);
   };

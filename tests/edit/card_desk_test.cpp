@@ -121,7 +121,7 @@ TEST_F(CardDeskTest, NoCardIsMadeThatLinksCouldNotLeadTo) {
 
 TEST_F(CardDeskTest, StoresWhatWasTypedAndNothingElse) {
   Open({{.id = "000001", .question = "a\r\nb", .answer = "x"}, {.id = "000002", .question = "c"}});
-  EXPECT_EQ(desk->Shown(CardSide::Front), "a\nb");
+  EXPECT_EQ(desk->Shown(EditSide::Front), "a\nb");
   EXPECT_EQ(desk->Store("a\nb", "x"), StoreOutcome::Unchanged);
   EXPECT_EQ(desk->Store("a\nb", "y"), StoreOutcome::Saved);
   EXPECT_EQ(Front(2), "a\r\nb") << "a side that was not touched keeps its bytes";
@@ -129,7 +129,7 @@ TEST_F(CardDeskTest, StoresWhatWasTypedAndNothingElse) {
   EXPECT_EQ(Front(2), "a\nb!");
   desk->Undo();
   EXPECT_EQ(Front(2), "a\r\nb") << "both changes were one";
-  EXPECT_EQ(desk->Shown(CardSide::Back), "x");
+  EXPECT_EQ(desk->Shown(EditSide::Back), "x");
   desk->Redo();
   EXPECT_EQ(Front(2), "a\nb!");
   // Rows that move elsewhere are followed; a card that was replaced is not overwritten.
@@ -164,29 +164,29 @@ TEST_F(CardDeskTest, UndoNeverTakesAnswersBack) {
 
 TEST_F(CardDeskTest, LinkIsPutWhereItsMarkerStoodWhateverHappensMeanwhile) {
   Open({{.id = "000001", .question = "siehe Ofen"}, {.id = "000002", .question = "Ofen"}});
-  desk->BeginLink(CardSide::Front, {6, 4});
-  EXPECT_EQ(desk->Shown(CardSide::Front), "siehe <+>");
+  desk->BeginLink(EditSide::Front, {6, 4});
+  EXPECT_EQ(desk->Shown(EditSide::Front), "siehe <+>");
   EXPECT_EQ(Front(2), "siehe Ofen");
   EXPECT_EQ(desk->Store("Siehe <+>!", "Antwort"), StoreOutcome::Saved);
   EXPECT_EQ(Front(2), "Siehe Ofen!");
   desk->First();
   desk->InsertEmpty();
   desk->Last();
-  EXPECT_EQ(desk->Shown(CardSide::Front), "Ofen");
+  EXPECT_EQ(desk->Shown(EditSide::Front), "Ofen");
   EXPECT_TRUE(desk->FinishLink("Herd"));
   EXPECT_EQ(Front(2), "Siehe <a href=\"000002\">Herd</a>!");
   EXPECT_EQ(desk->row(), 2);
   EXPECT_FALSE(desk->IsLinking());
   // A link to the card itself; then one whose side others have changed.
-  desk->BeginLink(CardSide::Back, {0, 0});
+  desk->BeginLink(EditSide::Back, {0, 0});
   EXPECT_TRUE(desk->FinishLink(desk->link()->face()));
-  EXPECT_EQ(desk->Shown(CardSide::Back), "<a href=\"000001\">......</a>Antwort");
-  desk->BeginLink(CardSide::Back, {0, 0});
+  EXPECT_EQ(desk->Shown(EditSide::Back), "<a href=\"000001\">......</a>Antwort");
+  desk->BeginLink(EditSide::Back, {0, 0});
   CardCommand command;
   command.Replace(2, {{file.columns().answer, "anders"}});
   ASSERT_TRUE(CardEdit(file).Apply(std::move(command)));
   EXPECT_FALSE(desk->FinishLink("x"));
-  EXPECT_EQ(desk->Shown(CardSide::Back), "anders");
+  EXPECT_EQ(desk->Shown(EditSide::Back), "anders");
 }
 
 TEST_F(CardDeskTest, MarkedCardsAreNeitherFoundNorLinkedTo) {

@@ -137,14 +137,14 @@ TEST(Topics, AreQuotedNamesInEitherOfTwoForms) {
 
 TEST(CharacterTable, ComesBackAsTheUserLeftIt) {
   IniFile settings;
-  const std::string standard = ReadCharacters(settings, CardSide::Front);
+  const std::string standard = ReadCharacters(settings, EditSide::Front);
   EXPECT_NE(standard.find("€"_cp), std::string::npos);
   EXPECT_EQ(standard.find('\x81'), std::string::npos);
-  WriteCharacters("a \xFF;\"", CardSide::Back, settings);
-  EXPECT_EQ(ReadCharacters(settings, CardSide::Back), "a \xFF;\"");
-  EXPECT_EQ(ReadCharacters(settings, CardSide::Front), standard);
+  WriteCharacters("a \xFF;\"", EditSide::Back, settings);
+  EXPECT_EQ(ReadCharacters(settings, EditSide::Back), "a \xFF;\"");
+  EXPECT_EQ(ReadCharacters(settings, EditSide::Front), standard);
   settings.SetString("ZEICHEN", "SIGN", "65 7 66");
-  EXPECT_EQ(ReadCharacters(settings, CardSide::Front), standard) << "a line end is no character";
+  EXPECT_EQ(ReadCharacters(settings, EditSide::Front), standard) << "a line end is no character";
 }
 
 }  // namespace

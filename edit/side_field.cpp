@@ -1,4 +1,4 @@
-#include "edit/side_text.h"
+#include "edit/side_field.h"
 
 #include <QImage>
 #include <QKeyEvent>
@@ -83,36 +83,36 @@ QStringList LocalFiles(const QMimeData& data) {
 
 }  // namespace
 
-SideText::SideText(QWidget* parent)
+SideField::SideField(QWidget* parent)
     : QPlainTextEdit(parent), highlighter_(std::make_unique<TagHighlighter>(*document())) {
   setTabChangesFocus(true);
-  connect(this, &QPlainTextEdit::textChanged, this, &SideText::TextChanged);
+  connect(this, &QPlainTextEdit::textChanged, this, &SideField::TextChanged);
   highlighter_->SetColour(AccentColour(Accent::Notice, palette()));
 }
 
-SideText::~SideText() = default;
+SideField::~SideField() = default;
 
-void SideText::SetSide(std::string_view side) {
+void SideField::SetSide(std::string_view side) {
   setting_ = true;
   setPlainText(FromBytes(side));
   setting_ = false;
   HighlightAnew();
 }
 
-std::string SideText::Side() const {
+std::string SideField::Side() const {
   QString text = document()->toRawText();
   text.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
   text.removeIf(IsForeign);
   return ToBytes(text).value_or(std::string());
 }
 
-SideSelection SideText::Selection() const {
+SideSelection SideField::Selection() const {
   const QTextCursor cursor = textCursor();
   return {static_cast<size_t>(cursor.selectionStart()),
           static_cast<size_t>(cursor.selectionEnd() - cursor.selectionStart())};
 }
 
-void SideText::Apply(const SideEdit& edit) {
+void SideField::Apply(const SideEdit& edit) {
   QTextCursor cursor(document());
   cursor.setPosition(static_cast<int>(edit.removed.begin));
   cursor.setPosition(static_cast<int>(edit.removed.begin + edit.removed.length), QTextCursor::KeepAnchor);
@@ -123,22 +123,22 @@ void SideText::Apply(const SideEdit& edit) {
   setFocus();
 }
 
-void SideText::SetIsCard(std::function<bool(int64_t number)> is_card) {
+void SideField::SetIsCard(std::function<bool(int64_t number)> is_card) {
   highlighter_->is_card = std::move(is_card);
 }
 
-void SideText::HighlightAnew() {
+void SideField::HighlightAnew() {
   highlighter_->Show(FindTags(Side()));
 }
 
-void SideText::TextChanged() {
+void SideField::TextChanged() {
   if (setting_) return;
   LeaveOutForeign();
   HighlightAnew();
   Q_EMIT SideChanged();
 }
 
-void SideText::LeaveOutForeign() {
+void SideField::LeaveOutForeign() {
   const QString text = document()->toRawText();
   QString left_out;
   QTextCursor cursor(document());
@@ -158,7 +158,7 @@ void SideText::LeaveOutForeign() {
   Q_EMIT ForeignLeftOut(left_out);
 }
 
-bool SideText::event(QEvent* event) {
+bool SideField::event(QEvent* event) {
   if (event->type() == QEvent::ShortcutOverride && IsEditorKey(*static_cast<QKeyEvent*>(event))) {
     event->ignore();
     return true;
@@ -166,23 +166,23 @@ bool SideText::event(QEvent* event) {
   return QPlainTextEdit::event(event);
 }
 
-void SideText::focusInEvent(QFocusEvent* event) {
+void SideField::focusInEvent(QFocusEvent* event) {
   QPlainTextEdit::focusInEvent(event);
   Q_EMIT FocusTaken();
 }
 
-void SideText::changeEvent(QEvent* event) {
+void SideField::changeEvent(QEvent* event) {
   QPlainTextEdit::changeEvent(event);
   if (event->type() != QEvent::PaletteChange || highlighter_ == nullptr) return;
   highlighter_->SetColour(AccentColour(Accent::Notice, palette()));
   HighlightAnew();
 }
 
-bool SideText::canInsertFromMimeData(const QMimeData* source) const {
+bool SideField::canInsertFromMimeData(const QMimeData* source) const {
   return source->hasImage() || source->hasUrls() || QPlainTextEdit::canInsertFromMimeData(source);
 }
 
-void SideText::insertFromMimeData(const QMimeData* source) {
+void SideField::insertFromMimeData(const QMimeData* source) {
   const QStringList files = LocalFiles(*source);
   if (!files.isEmpty()) {
     Q_EMIT FilesDropped(files);

@@ -15,12 +15,12 @@ namespace tessaro {
 class TagHighlighter;
 
 // The text of a card side while it is written: tags stand out, and what the code page cannot hold does not come in.
-class SideText : public QPlainTextEdit {
+class SideField : public QPlainTextEdit {
   Q_OBJECT
 
  public:
-  explicit SideText(QWidget* parent = nullptr);
-  ~SideText() override;
+  explicit SideField(QWidget* parent = nullptr);
+  ~SideField() override;
 
   // Shows another text; nothing can be taken back then.
   void SetSide(std::string_view side);

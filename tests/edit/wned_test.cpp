@@ -1,0 +1,221 @@
+#include "edit/wned.h"
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QTableView>
+#include <QTableWidget>
+
+#include "edit/side_field.h"
+#include "edit/wnlink.h"
+#include "edit/wnsign.h"
+#include "edit/wnsuch.h"
+#include "edit/wntab.h"
+#include "tests/support/test_cards.h"
+#include "tests/support/window_test.h"
+#include "widgets/htmlview.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+class CardEditor : public WindowTest {
+ protected:
+  void Open(const std::vector<TestCard>& cards = {{.id = "000001", .question = "Ofen"},
+                                                  {.id = "000002", .question = "Topf <a href=\"000001\">x</a>"},
+                                                  {.id = "000003", .question = "Herd"}}) {
+    window.reset();
+    file.Close();
+    OpenTestFile(disk, file, cards);
+    window = std::make_unique<TF_wned>(file, settings, EditorMachine{clock, disk, messages}, made);
+    window->resize(1300, 800);
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    Front().setFocus();
+  }
+  QWidget& Tested() override { return *window; }
+  SideField& Front() { return Find<SideField>(u"RichEditKarteVorne"_s); }
+  SideField& Back() { return Find<SideField>(u"RichEditKarteHinten"_s); }
+  void Type(const QString& text) { QTest::keyClicks(QApplication::focusWidget(), text); }
+  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+  }
+  std::string Stored(int row, bool front = true) {
+    const CardColumns& columns = file.columns();
+    return std::string(file.cards().Peek(front ? columns.question : columns.answer, row));
+  }
+  QString Status() { return Text(u"LabelStatus"_s); }
+
+  CardFile file{disk};
+  ProgramSettings settings;
+  int64_t made = 0;
+  std::unique_ptr<TF_wned> window;
+};
+
+TEST_F(CardEditor, TypedTextIsPreviewedAndStoredOnLeavingTheCard) {
+  Open();
+  Key(Qt::Key_End);
+  Type(u" heizt"_s);
+  QTest::qWait(60);
+  EXPECT_EQ(Find<TFrameHtml>(u"TFrameHtmlV"_s).layout().fragments.size(), 2U);
+  Key(Qt::Key_B, Qt::ControlModifier);
+  Type(u"gut"_s);
+  EXPECT_EQ(Front().Side(), "Ofen heizt<b>gut</b>");
+  EXPECT_EQ(Stored(2), "Ofen");
+  Key(Qt::Key_F2);
+  EXPECT_EQ(Stored(2), "Ofen heizt<b>gut</b>");
+  EXPECT_EQ(window->row(), 3);
+  Key(Qt::Key_Home, Qt::ControlModifier);
+  EXPECT_EQ(window->row(), 2) << "the key belongs to the cards, not to the text";
+  Key(Qt::Key_Z, Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_EQ(Front().Side(), "Ofen");
+  Front().selectAll();
+  Key(Qt::Key_Delete);
+  Trigger(u"MCardSave"_s);
+  EXPECT_EQ(Status(), u"Änderung in Karte 000001 gespeichert. Hinweis: leere Vorderseite an Pos. 1"_s);
+  Trigger(u"MCardUndo"_s);
+  EXPECT_EQ(Front().Side(), "Ofen");
+}
+
+TEST_F(CardEditor, CardCommandsSayWhatTheyDid) {
+  Open();
+  Key(Qt::Key_N, Qt::AltModifier);
+  EXPECT_EQ(Status(), u"Karte ID: 000004 (Leerkarte) an Pos. 2 eingefügt"_s);
+  Type(u"neu"_s);
+  Trigger(u"MCardCopy"_s);
+  Trigger(u"MCardPaste"_s);
+  EXPECT_EQ(Status(), u"Karte ID: 000005 an Pos. 3 eingefügt"_s);
+  EXPECT_EQ(Stored(4), "neu") << "what was typed is copied";
+  Trigger(u"MCardDelete"_s);
+  EXPECT_EQ(Status(), u"Karte 000005 gelöscht"_s);
+  EXPECT_TRUE(Find<QLabel>(u"LabelGeloescht"_s).isVisible());
+  Trigger(u"MCardDelete"_s);
+  EXPECT_EQ(Status(), u"Karte 000005 wiederhergestellt"_s);
+  Trigger(u"MCardDelete"_s);
+  EXPECT_EQ(file.CardCount(), 5);
+  window->close();
+  EXPECT_EQ(file.CardCount(), 4);
+}
+
+TEST_F(CardEditor, LinkIsMadeByGoingToItsTarget) {
+  Open();
+  Front().selectAll();
+  Key(Qt::Key_L, Qt::ControlModifier);
+  EXPECT_EQ(Front().Side(), "<+>");
+  EXPECT_EQ(Stored(2), "Ofen");
+  auto* dialog = window->findChild<TF_wnlink*>();
+  ASSERT_NE(dialog, nullptr);
+  Trigger(u"MCardBottom"_s);
+  EXPECT_EQ(Control<QLineEdit>(*dialog, u"EditZielIdent"_s).text(), u"000003"_s);
+  QTest::mouseClick(&Control<QAbstractButton>(*dialog, u"BitBtnLink"_s), Qt::LeftButton);
+  EXPECT_EQ(window->row(), 2);
+  EXPECT_EQ(Stored(2), "<a href=\"000003\">Ofen</a>");
+  EXPECT_EQ(Front().Side(), Stored(2));
+  // Given up, the text is what it was.
+  Back().setFocus();
+  Back().selectAll();
+  Key(Qt::Key_L, Qt::ControlModifier);
+  EXPECT_EQ(Back().Side(), "<+>");
+  QApplication::processEvents();
+  for (TF_wnlink* open : window->findChildren<TF_wnlink*>()) open->close();
+  EXPECT_EQ(Back().Side(), "Antwort");
+  EXPECT_EQ(Stored(2, false), "Antwort");
+}
+
+TEST_F(CardEditor, TextThatCardsCannotHoldStaysOut) {
+  Open();
+  Front().selectAll();
+  QApplication::clipboard()->setText(u"aΩb\u00A0c 😀"_s);
+  Front().paste();
+  EXPECT_EQ(Front().Side(),
+            "ab\xA0"
+            "c ");
+  EXPECT_TRUE(Status().startsWith(u"Weggelassen"_s)) << Status().toStdString();
+  Front().undo();
+  EXPECT_EQ(Front().Side(), "Ofen");
+  for (const char* odd : {"<", "<<<>", "a<b>c\n<a href=\"\n1\">", "\x01\x00\x0F", "<a href=\"000001\">"}) {
+    Front().SetSide(odd);
+    EXPECT_EQ(Front().Side(), odd);
+  }
+}
+
+TEST_F(CardEditor, SearchGoesFromCardToCard) {
+  Open();
+  Trigger(u"MCardSearch"_s);
+  auto* search = window->findChild<TF_wnsuch*>();
+  ASSERT_NE(search, nullptr);
+  Control<QLineEdit>(*search, u"EditString1"_s).setText(u"Antwort"_s);
+  const auto press = [search](const QString& name) {
+    QTest::mouseClick(&Control<QAbstractButton>(*search, name), Qt::LeftButton);
+  };
+  press(u"BitBtnStart"_s);
+  EXPECT_EQ(window->row(), 2);
+  press(u"BitBtnWeiter"_s);
+  EXPECT_EQ(window->row(), 3);
+  EXPECT_EQ(Control<QLabel>(*search, u"LabelErgebnis"_s).text(), u"gefunden in Zeile 1. 2 Karten durchsucht"_s);
+  press(u"BitBtnWeiter"_s);
+  press(u"BitBtnWeiter"_s);
+  EXPECT_TRUE(Status().startsWith(u"Zeichenfolge(n) nicht gefunden"_s));
+}
+
+TEST_F(CardEditor, TableMarksAndSortsWithoutTouchingTheOrder) {
+  Open();
+  window->ShowTable();
+  auto* table = window->findChild<TF_wntab*>();
+  ASSERT_NE(table, nullptr);
+  auto& grid = Control<QTableView>(*table, u"StringGridTab"_s);
+  grid.sortByColumn(2, Qt::AscendingOrder);
+  EXPECT_EQ(grid.model()->index(0, 2).data().toString(), u"Herd"_s);
+  EXPECT_EQ(Stored(2), "Ofen");
+  grid.selectAll();
+  QTest::mouseClick(&Control<QAbstractButton>(*table, u"BitBtnLoeschen"_s), Qt::LeftButton);
+  EXPECT_EQ(file.deletion_marks().rows().size(), 3U);
+  Trigger(u"MCommandUndo"_s);
+  EXPECT_TRUE(file.deletion_marks().rows().empty());
+  grid.selectRow(0);
+  QTest::mouseClick(&Control<QAbstractButton>(*table, u"BitBtnEditor"_s), Qt::LeftButton);
+  EXPECT_EQ(window->row(), 4);
+}
+
+TEST_F(CardEditor, LinksOfThePreviewLeadOnAndBack) {
+  Open();
+  Trigger(u"MCardGoNext"_s);
+  auto& frame = Find<TFrameHtml>(u"TFrameHtmlV"_s);
+  const LinkArea area = frame.layout().links.areas().front();
+  QTest::mouseClick(frame.findChild<QWidget*>(u"PaintBox"_s), Qt::LeftButton, {}, QPoint(area.left + 2, area.top + 2));
+  EXPECT_EQ(window->row(), 2);
+  Trigger(u"MCardGoLastLink"_s);
+  EXPECT_EQ(window->row(), 3);
+  Find<QLineEdit>(u"EditGoto"_s).setText(u"#3"_s);
+  Click(u"SpeedButtonGoto"_s);
+  EXPECT_EQ(window->row(), 4);
+}
+
+TEST_F(CardEditor, ChosenPictureIsNamedRelativeOrCopied) {
+  Open();
+  disk.Put("/deck/Medien/bild.bmp", "BM");
+  disk.Put("/anderswo/bild.bmp", "BM2");
+  messages.files = {u"/deck/Medien/bild.bmp"_s, u"/anderswo/bild.bmp"_s};
+  messages.answers = {Answer::Yes};
+  Front().selectAll();
+  Trigger(u"MHtmlImage"_s);
+  EXPECT_EQ(Front().Side(), "<img src=\"Medien\\bild.bmp\" border=\"0\">");
+  Front().selectAll();
+  Trigger(u"MHtmlImage"_s);
+  EXPECT_EQ(Front().Side(), "<img src=\"Medien\\bild_2.bmp\" border=\"0\">");
+  EXPECT_EQ(disk.Content("/deck/Medien/bild_2.bmp"), "BM2");
+  EXPECT_EQ(disk.Content("/deck/Medien/bild.bmp"), "BM");
+}
+
+TEST_F(CardEditor, CharacterIsInsertedWhereTheCaretIs) {
+  Open();
+  Trigger(u"MTextSign"_s);
+  auto* signs = window->findChild<TF_wnsign*>();
+  ASSERT_NE(signs, nullptr);
+  Control<QTableWidget>(*signs, u"ZeichenTabelle"_s).setCurrentCell(0, 1);
+  QTest::mouseClick(&Control<QAbstractButton>(*signs, u"BitBtnOK"_s), Qt::LeftButton);
+  EXPECT_EQ(Front().Side(), "]Ofen");
+}
+
+}  // namespace
+}  // namespace tessaro
