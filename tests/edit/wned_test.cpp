@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QTableView>
 #include <QTableWidget>
 
@@ -57,7 +58,7 @@ TEST_F(CardEditor, TypedTextIsPreviewedAndStoredOnLeavingTheCard) {
   Key(Qt::Key_End);
   Type(u" heizt"_s);
   QTest::qWait(60);
-  EXPECT_EQ(Find<TFrameHtml>(u"TFrameHtmlV"_s).layout().fragments.size(), 2U);
+  EXPECT_NE(Find<TFrameHtml>(u"TFrameHtmlV"_s).layout().fragments.back().text.find("heizt"), std::string::npos);
   Key(Qt::Key_B, Qt::ControlModifier);
   Type(u"gut"_s);
   EXPECT_EQ(Front().Side(), "Ofen heizt<b>gut</b>");
@@ -112,6 +113,8 @@ TEST_F(CardEditor, LinkIsMadeByGoingToItsTarget) {
   EXPECT_EQ(Stored(2), "<a href=\"000003\">Ofen</a>");
   EXPECT_EQ(Front().Side(), Stored(2));
   // Given up, the text is what it was.
+  window->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
   Back().setFocus();
   Back().selectAll();
   Key(Qt::Key_L, Qt::ControlModifier);
