@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QScopedValueRollback>
 #include <QSyntaxHighlighter>
 #include <QTextBlock>
 #include <QUrl>
@@ -90,7 +91,10 @@ SideField::SideField(QWidget* parent)
   highlighter_->SetColour(AccentColour(Accent::Notice, palette()));
 }
 
-SideField::~SideField() = default;
+SideField::~SideField() {
+  // The highlighter takes its colours away when it goes, which the document tells as a change.
+  setting_ = true;
+}
 
 void SideField::SetSide(std::string_view side) {
   setting_ = true;
@@ -128,6 +132,8 @@ void SideField::SetIsCard(std::function<bool(int64_t number)> is_card) {
 }
 
 void SideField::HighlightAnew() {
+  // The document takes new colours for a change of its text.
+  const QScopedValueRollback<bool> setting(setting_, true);
   highlighter_->Show(FindTags(Side()));
 }
 
