@@ -4,12 +4,17 @@
 #include <vector>
 
 #include "exchange/card_frame.h"
+#include "exchange/foreign_text.h"
 #include "platform/disk.h"
+#include "store/file/card_file_types.h"
 #include "store/file/ini_file.h"
+#include "store/file/safe_save.h"
 #include "store/table/card_columns.h"
 
 namespace tessaro::first_version {
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr std::string_view kTopicLine = "999999";
 constexpr std::string_view kSection = "TOPIC";
@@ -105,6 +110,33 @@ Transfer WriteCards(std::string_view exported, char separator, WritableFile& fil
   buffer += '\n';
   transfer.good = file.Write(buffer);
   return transfer;
+}
+
+Result TransferFile(Disk& disk, const fs::path& source, const fs::path& target, char separator,
+                    const WorkObserver& observer) {
+  std::optional<std::string> raw = ReadFile(disk, source);
+  if (!raw) return {End::CannotOpen, 0};
+  const std::string exported = ReadCodePageText(*std::move(raw)).bytes;
+  const CardFilePaths paths = PathsFor(disk.Resolve(target));
+  const LockAttempt lock = disk.Lock(LockPathOf(paths.cards));
+  if (lock.held_by_other) return {End::InUse, 0};
+  bool cancelled = false;
+  const WorkObserver watched = [&](int64_t done) {
+    cancelled = observer && !observer(done);
+    return !cancelled;
+  };
+  // Before the cards: indexes of other cards might seem to fit.
+  if (!disk.Remove(paths.learn_index) || !disk.Remove(paths.link_index)) return {End::Failed, 0};
+  Transfer transfer;
+  const auto write = [&](WritableFile& file) {
+    transfer = WriteCards(exported, separator, file, watched);
+    return transfer.good;
+  };
+  if (!ReplaceFile(disk, paths.cards, write, paths.backup)) return {cancelled ? End::Cancelled : End::Failed, 0};
+  IniFile settings;
+  const bool kept = !transfer.topics || (settings.Load(disk, paths.settings) &&
+                                         (Put(*transfer.topics, settings), settings.Save(disk, paths.settings)));
+  return {kept ? End::Done : End::TopicsFailed, transfer.lines};
 }
 
 }  // namespace tessaro::first_version

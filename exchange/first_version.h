@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +18,7 @@
 // "||" is a line break. Lines of more than kPiece bytes are taken in pieces, each as if it were a line.
 namespace tessaro {
 
+class Disk;
 class IniFile;
 class WritableFile;
 
@@ -43,6 +45,23 @@ struct Transfer {
 // Writes a card file of an exported text whose fields are parted by `separator`. Zero bytes are left out, CR LF is a
 // line feed. The observer is told the bytes.
 Transfer WriteCards(std::string_view exported, char separator, WritableFile& file, const WorkObserver& observer = {});
+
+enum class End {
+  Done,
+  CannotOpen,  // the exported file
+  InUse,       // another program has the card file open
+  Cancelled,
+  Failed,        // the card file could not be written
+  TopicsFailed,  // it was, but not the names of the topics
+};
+struct Result {
+  End end = End::Done;
+  int64_t lines = 0;
+};
+// Writes the card file `target`, with an existing one as its backup, and the names of the topics into its settings.
+// Its indexes are removed: they are those of other cards. The card file is the old or the new one, whole.
+Result TransferFile(Disk& disk, const std::filesystem::path& source, const std::filesystem::path& target,
+                    char separator, const WorkObserver& observer = {});
 
 }  // namespace first_version
 }  // namespace tessaro

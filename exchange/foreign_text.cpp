@@ -150,6 +150,13 @@ class Converter {
 
 }  // namespace
 
+ForeignText ReadCodePageText(std::string raw) {
+  ForeignText text;
+  text.bytes = std::move(raw);
+  Converter(text).FromCodePage();
+  return text;
+}
+
 ForeignText ReadForeignText(std::string raw) {
   ForeignText text;
   text.encoding = EncodingOf(raw);

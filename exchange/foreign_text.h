@@ -29,5 +29,7 @@ struct ForeignText {
 // page. Takes any bytes: what is malformed in a marked file is kept byte by byte in UTF-8, and "?" in UTF-16. Works in
 // the memory of `raw`.
 ForeignText ReadForeignText(std::string raw);
+// The same for a text that is known to be in the code page.
+ForeignText ReadCodePageText(std::string raw);
 
 }  // namespace tessaro

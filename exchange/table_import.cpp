@@ -98,6 +98,25 @@ bool IsStartRow(const TableLines& lines) {
   return lines.line() == 1 && Split(lines.row()).field[0] == kStartMark;
 }
 
+// The texts of a row without their escapes.
+std::vector<std::string> TextsOf(std::string_view row) {
+  const RowFields fields = Split(row);
+  std::vector<std::string> texts;
+  for (size_t i = 0; i < std::min(fields.count, kColumns); ++i) {
+    std::string text;
+    for (size_t at = 0; at < fields.field[i].size(); ++at) {
+      char c = fields.field[i][at];
+      if (c == kEscape && at + 1 < fields.field[i].size()) {
+        c = fields.field[i][++at];
+        if (c == 'n' || c == 'N') c = '\n';
+      }
+      text += c;
+    }
+    texts.push_back(std::move(text));
+  }
+  return texts;
+}
+
 }  // namespace
 
 TableLines::TableLines(std::string_view text, const TableLayout& layout) : text_(text) {
@@ -167,22 +186,13 @@ bool WriteTable(std::string_view text, const TableLayout& layout, const TableChe
   return file.Write(buffer);
 }
 
-std::vector<std::string> FieldsOf(std::string_view row) {
-  const RowFields fields = Split(row);
-  std::vector<std::string> texts;
-  for (size_t i = 0; i < std::min(fields.count, kColumns); ++i) {
-    std::string text;
-    for (size_t at = 0; at < fields.field[i].size(); ++at) {
-      char c = fields.field[i][at];
-      if (c == kEscape && at + 1 < fields.field[i].size()) {
-        c = fields.field[i][++at];
-        if (c == 'n' || c == 'N') c = '\n';
-      }
-      text += c;
-    }
-    texts.push_back(std::move(text));
+std::vector<std::vector<std::string>> FirstCards(std::string_view text, const TableLayout& layout, size_t most) {
+  std::vector<std::vector<std::string>> cards;
+  Judge judge;
+  for (TableLines lines(text, layout); cards.size() < most && lines.Next();) {
+    if (!IsStartRow(lines) && !judge.Look(lines.row())) cards.push_back(TextsOf(lines.row()));
   }
-  return texts;
+  return cards;
 }
 
 }  // namespace tessaro

@@ -76,7 +76,7 @@ TableCheck CheckTable(std::string_view text, const TableLayout& layout, const Wo
 // the cards, the end row. False when the file takes no more or the observer ended it.
 [[nodiscard]] bool WriteTable(std::string_view text, const TableLayout& layout, const TableCheck& check,
                               WritableFile& file, const WorkObserver& observer = {});
-// The fields of a line that CheckTable finds good, without their escapes.
-std::vector<std::string> FieldsOf(std::string_view row);
+// The texts of the first cards that CheckTable finds good, in the order of the columns.
+std::vector<std::vector<std::string>> FirstCards(std::string_view text, const TableLayout& layout, size_t most);
 
 }  // namespace tessaro

@@ -30,19 +30,6 @@ fs::path CardsOfBackup(const fs::path& backup) {
   return name;
 }
 
-// Card files whose endings differ only in their letters' case share all companions, so they share the lock as well.
-// A name that might be too long for a file is told by its hash.
-fs::path LockPath(const fs::path& cards) {
-  constexpr size_t kMostLetters = 200;
-  std::string stem = cards.stem().string();
-  if (stem.size() > kMostLetters) {
-    ContentHash hash;
-    hash.Add(stem);
-    stem = std::to_string(hash.Stamp().hash);
-  }
-  return cards.parent_path() / ("." + stem + ".mlb.lock");
-}
-
 // The other card file with the same companions, if there is one.
 fs::path TwinOf(Disk& disk, const fs::path& cards) {
   const fs::path twin = fs::path(cards).replace_extension(cards.extension() == ".mlb" ? ".MLB" : ".mlb");
@@ -65,6 +52,19 @@ CardFilePaths PathsFor(const fs::path& cards) {
   std::string backup = cards.string();
   if (!backup.empty()) backup.back() = '~';
   return {cards, with_ending(".row"), with_ending(".idt"), with_ending(".ini"), backup, with_ending(".mlj")};
+}
+
+// Card files whose endings differ only in their letters' case share all companions, so they share the lock as well.
+// A name that might be too long for a file is told by its hash.
+fs::path LockPathOf(const fs::path& cards) {
+  constexpr size_t kMostLetters = 200;
+  std::string stem = cards.stem().string();
+  if (stem.size() > kMostLetters) {
+    ContentHash hash;
+    hash.Add(stem);
+    stem = std::to_string(hash.Stamp().hash);
+  }
+  return cards.parent_path() / ("." + stem + ".mlb.lock");
 }
 
 bool HasCardFileType(const fs::path& path) {
@@ -257,7 +257,7 @@ bool CardFile::TakeLock(const CardFilePaths& paths, std::unique_ptr<FileLock>& l
     report.read_only = read_only_;
     return true;
   }
-  LockAttempt attempt = disk_.Lock(LockPath(paths.cards));
+  LockAttempt attempt = disk_.Lock(LockPathOf(paths.cards));
   report.read_only = attempt.lock == nullptr;
   // A program that could not have the lock, or whose lock was taken away, still keeps its journal.
   if (!attempt.held_by_other && !disk_.IsKept(paths.journal)) {

@@ -22,6 +22,8 @@ struct CardFilePaths {
   std::filesystem::path journal;      // X.mlj
 };
 CardFilePaths PathsFor(const std::filesystem::path& cards);
+// The sign that a program has the card file open, see Disk::Lock.
+std::filesystem::path LockPathOf(const std::filesystem::path& cards);
 
 // True for a path that ends in exactly ".mlb" or ".MLB"; a mixed-case ending is deliberately refused.
 bool HasCardFileType(const std::filesystem::path& path);

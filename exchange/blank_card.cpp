@@ -1,0 +1,49 @@
+#include "exchange/blank_card.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "cards/answer_history.h"
+#include "cards/card_writer.h"
+
+namespace tessaro {
+
+std::string SixDigitText(int64_t number) {
+  std::array<char, 24> text = {};
+  std::snprintf(text.data(), text.size(), "%06lld", static_cast<long long>(number));
+  return text.data();
+}
+
+std::string QueuedScore(int64_t base, int64_t n) {
+  return ScoreText(std::min(base + kScoreStep * n, kMaxScore));
+}
+
+void MakeBlank(CardTexts& texts, int64_t n, int topic) {
+  static const std::string letters = LettersText(EmptyHistory().letters);
+  static const std::string times = TimesAfterWipe();
+  texts[kTopicAt] = (topic < 10 ? "0" : "") + std::to_string(topic);
+  texts[kScoreAt] = QueuedScore(0, n);
+  texts[kTimeLearnedAt] = "0";
+  texts[kYesNoRowAt] = letters;
+  texts[kTimeRowAt] = times;
+}
+
+CardTexts TextsOf(const CardTable& cards, int row) {
+  CardTexts texts;
+  for (size_t i = 0; i < texts.size(); ++i) texts[i] = cards.Peek(cards.ColumnIndex(kCardColumns[i]), row);
+  return texts;
+}
+
+std::vector<FieldView> FieldsIn(const CardColumns& columns, const CardTexts& texts) {
+  return {{columns.id, texts[kIdAt]},
+          {columns.topic, texts[kTopicAt]},
+          {columns.question, texts[kQuestionAt]},
+          {columns.answer, texts[kAnswerAt]},
+          {columns.score, texts[kScoreAt]},
+          {columns.time_learned, texts[kTimeLearnedAt]},
+          {columns.yes_no_row, texts[kYesNoRowAt]},
+          {columns.time_row, texts[kTimeRowAt]}};
+}
+
+}  // namespace tessaro

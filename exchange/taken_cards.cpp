@@ -1,0 +1,149 @@
+#include "exchange/taken_cards.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+
+#include "cards/card_edit.h"
+#include "hypertext/markup.h"
+#include "platform/code_page.h"
+#include "store/file/safe_save.h"
+
+namespace tessaro {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Numbers = std::map<int64_t, int64_t>;  // of the source, of the card file
+
+Numbers NumbersOf(const CardFile& file, const std::vector<TakenCard>& taken) {
+  Numbers numbers;
+  for (const TakenCard& card : taken) {
+    numbers.emplace(card.source_number, LeadingNumber(file.cards().Peek(file.columns().id, card.target_row)));
+  }
+  return numbers;
+}
+
+// Where the value of the next link begins; npos when there is none.
+size_t NextLink(std::string_view side, size_t from) {
+  constexpr std::string_view kBefore = "href=\"";
+  for (size_t at = side.find('=', from); at != std::string_view::npos; at = side.find('=', at + 1)) {
+    const size_t start = at + 2 - std::min(kBefore.size(), at + 2);
+    if (EqualIgnoringCase(side.substr(start, at + 2 - start), kBefore)) return at + 2;
+  }
+  return std::string_view::npos;
+}
+
+// The side with its links rewritten; nothing when none of them is.
+std::optional<std::string> Rewrite(std::string_view side, const Numbers& numbers, TakenLinks& links) {
+  std::string text;
+  size_t done = 0;
+  for (size_t at = NextLink(side, 0); at != std::string_view::npos; at = NextLink(side, at)) {
+    const size_t end = std::min(side.find('"', at), side.size());
+    const std::optional<uint32_t> number = DigitsOnly(side.substr(at, end - at));
+    if (!number || *number == 0 || end == side.size()) continue;
+    const auto found = numbers.find(*number);
+    ++(found == numbers.end() ? links.left : links.rewritten);
+    if (found == numbers.end()) continue;
+    text.append(side, done, at - done).append(SixDigitText(found->second));
+    done = end;
+  }
+  if (done == 0) return std::nullopt;
+  return text.append(side, done);
+}
+
+// The media files that a side names.
+std::set<std::string> NamesOn(std::string_view side) {
+  std::set<std::string> names;
+  MarkupReader reader(side);
+  for (MarkupItem item; reader.Next(item);) {
+    const bool media = item.kind == MarkupItem::Kind::Picture || item.kind == MarkupItem::Kind::Video ||
+                       item.kind == MarkupItem::Kind::Sound || item.picture_face;
+    if (media && !item.text.empty()) names.insert(item.text);
+  }
+  for (const MediaKind kind : {MediaKind::Picture, MediaKind::Video, MediaKind::Sound, MediaKind::Text}) {
+    if (std::optional<MediaDirective> directive = FindDirective(side, kind)) names.insert(directive->name);
+  }
+  return names;
+}
+
+bool IsBelow(const fs::path& relative) {
+  return !relative.empty() && relative.is_relative() && *relative.begin() != "..";
+}
+
+bool Copy(Disk& disk, const MediaCopy& copy) {
+  const std::optional<std::string> bytes = ReadFile(disk, copy.from);
+  return bytes && disk.MakeFolder(copy.to.parent_path()) &&
+         ReplaceFile(disk, copy.to, [&](WritableFile& file) { return file.Write(*bytes); });
+}
+
+}  // namespace
+
+TakenLinks RewriteTakenLinks(CardFile& file, const std::vector<TakenCard>& taken) {
+  const Numbers numbers = NumbersOf(file, taken);
+  std::vector<int> rows;
+  for (const TakenCard& card : taken) rows.push_back(card.target_row);
+  std::sort(rows.begin(), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+  TakenLinks links;
+  CardCommand command;
+  for (const int row : rows) {
+    for (const int column : {file.columns().question, file.columns().answer}) {
+      const std::optional<std::string> side = Rewrite(file.cards().Peek(column, row), numbers, links);
+      if (side) command.Replace(row, {{column, *side}});
+    }
+  }
+  if (!command.empty() && !CardEdit(file).Apply(std::move(command))) return {0, links.left + links.rewritten};
+  return links;
+}
+
+std::vector<MediaCopy> MissingMedia(const Disk& disk, const CardFile& file, const std::vector<TakenCard>& taken,
+                                    const MediaFolders& source, const MediaFolders& own) {
+  std::set<std::string> names;
+  for (const TakenCard& card : taken) {
+    for (const int column : {file.columns().question, file.columns().answer}) {
+      names.merge(NamesOn(file.cards().Peek(column, card.target_row)));
+    }
+  }
+  MediaFinder in_source(disk, source);
+  MediaFinder in_own(disk, own);
+  std::vector<MediaCopy> copies;
+  for (const std::string& name : names) {
+    const std::optional<fs::path> from = in_source.Find(name);
+    if (!from || in_own.Find(name)) continue;
+    const fs::path relative = from->lexically_relative(source.folder);
+    if (IsBelow(relative)) copies.push_back({*from, own.folder / relative});
+  }
+  return copies;
+}
+
+int64_t CopyMedia(Disk& disk, const std::vector<MediaCopy>& copies) {
+  return std::count_if(copies.begin(), copies.end(), [&](const MediaCopy& copy) { return Copy(disk, copy); });
+}
+
+int64_t CountMarked(const CardFile& file) {
+  int64_t marked = 0;
+  for (int row = kFirstCardRow; row <= file.CardCount() + 1; ++row) {
+    marked += IsDuplicateMarked(file.cards().Peek(file.columns().question, row)) ? 1 : 0;
+  }
+  return marked;
+}
+
+std::optional<int64_t> RemoveMarked(CardFile& file) {
+  CardCommand command;
+  int64_t marked = 0;
+  for (int row = kFirstCardRow; row <= file.CardCount() + 1; ++row) {
+    if (!IsDuplicateMarked(file.cards().Peek(file.columns().question, row))) continue;
+    command.Remove(row);
+    ++marked;
+  }
+  CardEdit edit(file);
+  if (marked > 0 && !edit.Apply(std::move(command))) return std::nullopt;
+  (void)edit.Finish();
+  return marked;
+}
+
+}  // namespace tessaro

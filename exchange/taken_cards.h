@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+#include "exchange/compare_scan.h"
+#include "hypertext/media.h"
+
+// What is left to do when cards of another card file were taken over.
+namespace tessaro {
+
+struct TakenLinks {
+  int64_t rewritten = 0;
+  int64_t left = 0;  // their targets were not taken over
+};
+// Links of the cards lead to numbers of the source: those whose target was taken over too get its new number. Nothing
+// is changed when the card file cannot take it.
+TakenLinks RewriteTakenLinks(CardFile& file, const std::vector<TakenCard>& taken);
+
+struct MediaCopy {
+  std::filesystem::path from;
+  std::filesystem::path to;
+};
+// Files that the cards name without a full path and that lie with the source but not with the card file.
+std::vector<MediaCopy> MissingMedia(const Disk& disk, const CardFile& file, const std::vector<TakenCard>& taken,
+                                    const MediaFolders& source, const MediaFolders& own);
+// How many were copied; one that fails is left out.
+int64_t CopyMedia(Disk& disk, const std::vector<MediaCopy>& copies);
+
+// Cards whose front holds the mark of a duplicate.
+int64_t CountMarked(const CardFile& file);
+// Removes them; how many there were, nothing when the card file could not take it and all cards are as they were.
+std::optional<int64_t> RemoveMarked(CardFile& file);
+
+}  // namespace tessaro
