@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QKeyEvent>
 #include <QLocale>
+#include <QPainter>
 #include <utility>
 
 #include "learn/lern_texts.h"
@@ -22,6 +23,8 @@ constexpr double kButton = 1.3;
 constexpr double kSmall = 0.9;
 constexpr int kButtonPadding = 32;  // pixels beside icon and caption
 constexpr int kLettersInLine = 70;
+constexpr int kRing = 2;  // pixels, the line around the row with the focus
+constexpr int kRingRadius = 4;
 
 void Scale(QWidget* widget, double factor) {
   QFont font = widget->font();
@@ -53,6 +56,22 @@ QString AdviceFor(const BeginFile& file) {
   return u"Zurzeit ist nichts zu wiederholen. Die nächste Karte ist in %1 fällig."_s.arg(
       SpanInWords(*file.figures.next_due_in));
 }
+
+// A row of a list of files. Flat buttons of the common styles show no focus.
+class FileButton : public QCommandLinkButton {
+ public:
+  using QCommandLinkButton::QCommandLinkButton;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QCommandLinkButton::paintEvent(event);
+    if (!hasFocus()) return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), kRing));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRingRadius, kRingRadius);
+  }
+};
 
 void Empty(QVBoxLayout& list) {
   while (QLayoutItem* item = list.takeAt(0)) {
@@ -215,7 +234,7 @@ void TFrameBegin::AddFileButton(QVBoxLayout& list, const std::filesystem::path& 
                                 const QString& description, FileSignal signal) {
   // A single "&" would underline the next letter.
   const QString name = FromPath(path.stem()).replace(u'&', u"&&"_s);
-  auto* button = new QCommandLinkButton(name, description, this);
+  auto* button = new FileButton(name, description, this);
   button->setIcon(Icon(icon));
   button->setToolTip(QDir::toNativeSeparators(FromPath(path)));
   button->setProperty("path", FromPath(path));
