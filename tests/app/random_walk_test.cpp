@@ -1,0 +1,214 @@
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMenu>
+#include <QPointer>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+#include <cstdlib>
+#include <random>
+
+#include "tests/app/main_window_fixture.h"
+
+// A walk through the windows that no person would take: keys, clicks, commands and new sizes by chance, in whatever
+// window or dialog happens to be open. Nothing may crash or hang, and afterwards the card file must be whole.
+// TESSARO_WALK_SECONDS makes it longer, TESSARO_WALK_SEED begins elsewhere.
+namespace tessaro {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int kStandardSeconds = 15;
+constexpr qint64 kLongestAction = 3000;  // ms; the machine may be busy with other tests
+constexpr const char* kOtherFile = "/deck/andere.mlb";
+
+int FromEnvironment(const char* name, int otherwise) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? otherwise : std::atoi(value);
+}
+
+// Boxes are real ones, which stay open until the walk comes by; files are chosen by chance.
+class WalkMessages : public BoxMessages {
+ public:
+  explicit WalkMessages(std::mt19937& chance) : chance_(chance) {}
+  QString ChooseFileToOpen(QWidget*, const QString&, const QString&, const QString&) override { return AnyFile(); }
+  QString ChooseFileToSave(QWidget*, const QString&, const QString&, const QString&) override { return AnyFile(); }
+  QString ChooseFolder(QWidget*, const QString&, const QString&) override { return {}; }
+
+ private:
+  QString AnyFile() {
+    const QStringList files = {
+        QString(),          QLatin1StringView(kTestFile), QLatin1StringView(kOtherFile), u"/deck/fehlt.mlb"_s,
+        u"/deck/neu.mlb"_s, u"/deck/text.txt"_s};
+    return files[static_cast<qsizetype>(chance_() % static_cast<size_t>(files.size()))];
+  }
+  std::mt19937& chance_;
+};
+
+class ChanceRandom : public Random {
+ public:
+  explicit ChanceRandom(std::mt19937& chance) : chance_(chance) {}
+  uint32_t Next() override { return static_cast<uint32_t>(chance_() >> 1U); }
+
+ private:
+  std::mt19937& chance_;
+};
+
+class RandomWalk : public testing::Test {
+ protected:
+  RandomWalk()
+      : chance_(static_cast<unsigned>(FromEnvironment("TESSARO_WALK_SEED", 1))), messages_(chance_), random_(chance_) {
+    QApplication::setQuitOnLastWindowClosed(false);
+    disk_.Put(kTestFile, FileText({NewCard(1),
+                                   WrongCard(2, 500),
+                                   KnownCard(3, 100, 500),
+                                   {.id = "000004", .question = "Eins <a href=\"000001\">weiter</a>", .answer = "b"},
+                                   NavigationCard(5, "<navigation><home>Start <a href=\"000002\">zwei</a>")}));
+    disk_.Put(kOtherFile, FileText({{.id = "000007"}, {.id = "000008"}}));
+    disk_.Put("/deck/text.txt", "eins\ttwo\r\nzwei\ttwo\r\n");
+    program_ = std::make_unique<Program>(
+        Machine{disk_, clock_, random_, messages_},
+        ProgramPlaces{.settings = "/tessaro.ini", .samples = {}, .documents = "/documents", .backups = "/backups"});
+  }
+
+  size_t Any(size_t bound) { return chance_() % bound; }
+
+  // A window or dialog that takes input now.
+  QWidget* Somewhere() {
+    if (QWidget* popup = QApplication::activePopupWidget()) return popup;
+    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+    QWidgetList windows = QApplication::topLevelWidgets();
+    windows.removeIf([](const QWidget* w) { return !w->isVisible() || !w->isEnabled() || w->width() < 2; });
+    if (windows.isEmpty()) {
+      program_->main_window().show();
+      return &program_->main_window();
+    }
+    return windows[static_cast<qsizetype>(Any(static_cast<size_t>(windows.size())))];
+  }
+
+  void PressKey(QWidget& window) {
+    static constexpr Qt::Key kKeys[] = {
+        Qt::Key_Return,  Qt::Key_Return, Qt::Key_Space,     Qt::Key_Space,  Qt::Key_Tab,     Qt::Key_Tab,
+        Qt::Key_Backtab, Qt::Key_Escape, Qt::Key_Delete,    Qt::Key_Home,   Qt::Key_End,     Qt::Key_Up,
+        Qt::Key_Down,    Qt::Key_Left,   Qt::Key_Right,     Qt::Key_PageUp, Qt::Key_F1,      Qt::Key_F2,
+        Qt::Key_F3,      Qt::Key_F4,     Qt::Key_F5,        Qt::Key_F6,     Qt::Key_F8,      Qt::Key_F11,
+        Qt::Key_A,       Qt::Key_B,      Qt::Key_Backspace, Qt::Key_C,      Qt::Key_L,       Qt::Key_N,
+        Qt::Key_R,       Qt::Key_S,      Qt::Key_V,         Qt::Key_X,      Qt::Key_Y,       Qt::Key_Z,
+        Qt::Key_1,       Qt::Key_9,      Qt::Key_Less,      Qt::Key_Period, Qt::Key_PageDown};
+    static constexpr Qt::KeyboardModifiers kModifiers[] = {Qt::NoModifier,      Qt::NoModifier,  Qt::NoModifier,
+                                                           Qt::ControlModifier, Qt::AltModifier, Qt::ShiftModifier};
+    QWidget* target = window.focusWidget() != nullptr ? window.focusWidget() : &window;
+    QTest::keyClick(target, kKeys[Any(std::size(kKeys))], kModifiers[Any(std::size(kModifiers))]);
+  }
+
+  // What the press leads to may take the widget away.
+  static void Click(QWidget* target, Qt::MouseButton button, const QPoint& place) {
+    const QPointer<QWidget> alive(target);
+    QTest::mousePress(target, button, {}, place);
+    if (alive != nullptr) QTest::mouseRelease(target, button, {}, place);
+  }
+
+  void ClickSomewhere(QWidget& window) {
+    const QPoint place(static_cast<int>(Any(static_cast<size_t>(window.width()))),
+                       static_cast<int>(Any(static_cast<size_t>(window.height()))));
+    QWidget* target = window.childAt(place);
+    if (target == nullptr) target = &window;
+    const auto button = Any(8) == 0 ? Qt::RightButton : Qt::LeftButton;
+    Click(target, button, target->mapFrom(&window, place));
+  }
+
+  void PressAnyButton(QWidget& window) {
+    QList<QAbstractButton*> buttons = window.findChildren<QAbstractButton*>();
+    buttons.removeIf([](const QAbstractButton* b) { return !b->isVisible() || !b->isEnabled(); });
+    if (buttons.isEmpty()) return;
+    QAbstractButton* button = buttons[static_cast<qsizetype>(Any(static_cast<size_t>(buttons.size())))];
+    Click(button, Qt::LeftButton, button->rect().center());
+  }
+
+  void TriggerAnyCommand(QWidget& window) {
+    QList<QAction*> actions = window.findChildren<QAction*>();
+    actions.removeIf([](const QAction* a) { return !a->isEnabled() || a->menu() != nullptr || a->isSeparator(); });
+    if (actions.isEmpty()) return;
+    actions[static_cast<qsizetype>(Any(static_cast<size_t>(actions.size())))]->trigger();
+  }
+
+  void DoAnything() {
+    QWidget& window = *Somewhere();
+    clock_.now += static_cast<int64_t>(Any(100));
+    switch (Any(12)) {
+      case 0:
+        return window.resize(static_cast<int>(100 + Any(900)), static_cast<int>(100 + Any(700)));
+      case 1:
+      case 2:
+        return PressAnyButton(window);
+      case 3:
+        return TriggerAnyCommand(window);
+      case 4:
+        return ClickSomewhere(window);
+      case 5:
+        if (Any(8) == 0) window.close();
+        return;
+      case 6:
+        if (!program_->file().IsOpen()) program_->main_window().OpenLater(kTestFile);
+        return;
+      default:
+        return PressKey(window);
+    }
+  }
+
+  // Dialogs run their own loops inside an action, so each action has asked for the next one before it begins, and what
+  // is watched is the time from one to the next.
+  void Step() {
+    QTimer::singleShot(0, &steps_, [this] { Step(); });
+    ++actions_;
+    longest_ = std::max(longest_, since_last_.restart());
+    if (all_.elapsed() < seconds_ * 1000) return DoAnything();
+    if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
+  }
+  void WalkFor(int seconds) {
+    seconds_ = seconds;
+    since_last_.start();
+    all_.start();
+    Step();
+    while (all_.elapsed() < seconds_ * 1000) QTest::qWait(20);
+  }
+
+  std::mt19937 chance_;
+  MemoryDisk disk_;
+  FixedClock clock_;
+  WalkMessages messages_;
+  ChanceRandom random_;
+  std::unique_ptr<Program> program_;
+
+  int seconds_ = 0;
+  int actions_ = 0;
+  qint64 longest_ = 0;  // ms between two actions
+  QElapsedTimer since_last_;
+  QElapsedTimer all_;
+  QObject steps_;  // with it the waiting steps end
+};
+
+TEST_F(RandomWalk, LeavesEverythingWhole) {
+  program_->main_window().show();
+  program_->main_window().OpenLater(kTestFile);
+  WalkFor(FromEnvironment("TESSARO_WALK_SECONDS", kStandardSeconds));
+  EXPECT_GT(actions_, 100);
+  EXPECT_LT(longest_, kLongestAction);
+  CardFile& file = program_->file();
+  if (file.IsOpen()) {
+    EXPECT_TRUE(file.RebuildIndexes());
+    EXPECT_EQ(file.Save(), SaveResult::Saved);
+  }
+  program_.reset();
+  for (const char* path : {kTestFile, kOtherFile}) {
+    CardFile again(disk_);
+    EXPECT_EQ(again.Open(path).result, OpenResult::Opened) << path;
+  }
+}
+
+}  // namespace
+}  // namespace tessaro
