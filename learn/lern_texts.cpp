@@ -62,7 +62,7 @@ QString SpanInWords(int64_t seconds) {
   const auto joined = [](const QString& large, int64_t rest, QStringView one, QStringView many) {
     return rest == 0 ? large : large + QLatin1Char(' ') + Counted(rest, one, many);
   };
-  if (minutes < 24 * 60) {
+  if (minutes < int64_t{24} * 60) {
     return joined(Counted(minutes / 60, u"Stunde", u"Stunden"), minutes % 60, u"Minute", u"Minuten");
   }
   const int64_t hours = (minutes + 59) / 60;

@@ -213,13 +213,13 @@ void TFrameHtml::LayOutParts() {
   QFont letters = state.look.font;
   letters.setPointSizeF(PointsOf(letters) * state.zoom);
   const int column = QFontMetrics(letters).averageCharWidth() * kLettersPerLine;
-  const int across = contentsRect().width() - 2 * kPaper - bar;
-  const int height = contentsRect().height() - 2 * kPaper;
+  const int across = contentsRect().width() - 2 * kSheetMargin - bar;
+  const int height = contentsRect().height() - 2 * kSheetMargin;
   const PixelSize card = {std::max(across - 2 * kMargin, kLeastPicture), std::max(height - 2 * kMargin, kLeastPicture)};
   BeginLayout({std::min(across, column), height}, card);
   // A side fills the frame's height; where it needs the bar below, that bar's room is not to make it scroll vertically.
   const PixelSize& size = layout().size;
-  const bool bar_below = size.width + 2 * kPaper > contentsRect().width();
+  const bool bar_below = size.width + 2 * kSheetMargin > contentsRect().width();
   if (bar_below && size.height <= height) BeginLayout({std::min(across, column), height - bar}, card);
 }
 
@@ -257,11 +257,12 @@ void TFrameHtml::LayOutMore() {
 void TFrameHtml::PlacePaintBox() {
   State& state = *state_;
   const QSize size(layout().size.width, layout().size.height);
-  const int left = std::max(kPaper, (contentsRect().width() - size.width()) / 2);
-  state.paint_box->setGeometry(QRect(QPoint(left, kPaper), size));
+  const int left = std::max(kSheetMargin, (contentsRect().width() - size.width()) / 2);
+  state.paint_box->setGeometry(QRect(QPoint(left, kSheetMargin), size));
   if (HasVideo()) state.panel_video->setGeometry(state.targets.back().rect);
   const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
-  state.paper->setMinimumSize(std::max(size.width() + 2 * kPaper, left + size.width()), size.height() + 2 * kPaper);
+  state.paper->setMinimumSize(std::max(size.width() + 2 * kSheetMargin, left + size.width()),
+                              size.height() + 2 * kSheetMargin);
   verticalScrollBar()->setSingleStep(std::max(QFontMetrics(state.look.font).height(), bar));
   state.paint_box->update();
 }

@@ -15,7 +15,7 @@
 namespace tessaro {
 
 inline constexpr int kNoTarget = -1;
-inline constexpr int kPaper = 16;  // paper around the paint box
+inline constexpr int kSheetMargin = 16;  // paper around the paint box
 
 // What the frame holds; seen by its own sources alone.
 struct TFrameHtml::State {

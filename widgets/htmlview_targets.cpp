@@ -48,8 +48,8 @@ void TFrameHtml::SelectTarget(int index) {
   QAccessible::updateAccessibility(&focused);
   const QRect rect = state.targets[static_cast<size_t>(index)].rect.translated(state.paint_box->pos());
   const QPoint centre = rect.center();
-  ensureVisible(centre.x(), centre.y(), std::min(rect.width() / 2 + kPaper, viewport()->width() / 2),
-                std::min(rect.height() / 2 + kPaper, viewport()->height() / 2));
+  ensureVisible(centre.x(), centre.y(), std::min(rect.width() / 2 + kSheetMargin, viewport()->width() / 2),
+                std::min(rect.height() / 2 + kSheetMargin, viewport()->height() / 2));
 }
 
 int TFrameHtml::TargetIndexAt(QPoint point) const {

@@ -3,7 +3,6 @@
 #include <QPoint>
 #include <QRect>
 #include <QString>
-#include <compare>
 #include <cstddef>
 #include <vector>
 
@@ -17,7 +16,11 @@ class TextCache;
 struct TextPlace {
   size_t fragment = 0;
   int letter = 0;
-  auto operator<=>(const TextPlace&) const = default;
+  // Written out, for clang-tidy 14 takes the "= default" of it for a 0 that should be a nullptr.
+  bool operator==(const TextPlace& other) const { return fragment == other.fragment && letter == other.letter; }
+  bool operator<(const TextPlace& other) const {
+    return fragment != other.fragment ? fragment < other.fragment : letter < other.letter;
+  }
 };
 
 // The text that is marked on a side, from where the mouse was pressed to where it is.
