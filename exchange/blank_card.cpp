@@ -20,8 +20,8 @@ std::string QueuedScore(int64_t base, int64_t n) {
 }
 
 void MakeBlank(CardTexts& texts, int64_t n, int topic) {
-  static const std::string letters = LettersText(EmptyHistory().letters);
-  static const std::string times = TimesAfterWipe();
+  static const std::string letters = BlankYesNoRow();
+  static const std::string times = BlankTimeRow();
   texts[kTopicAt] = (topic < 10 ? "0" : "") + std::to_string(topic);
   texts[kScoreAt] = QueuedScore(0, n);
   texts[kTimeLearnedAt] = "0";

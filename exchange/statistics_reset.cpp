@@ -33,8 +33,8 @@ int64_t BaseOf(const CardFile& file, ResetScope scope) {
 std::optional<int64_t> ResetStatistics(CardFile& file, ResetScope scope, const WorkObserver& observer) {
   const CardTable& cards = file.cards();
   const CardColumns& columns = file.columns();
-  const std::string letters = LettersText(EmptyHistory().letters);
-  const std::string times = TimesAfterWipe();
+  const std::string letters = BlankYesNoRow();
+  const std::string times = BlankTimeRow();
   const int64_t base = BaseOf(file, scope);
   WorkWatch watch(observer, kTellEvery);
   CardCommand command;

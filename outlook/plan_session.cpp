@@ -8,6 +8,7 @@
 
 #include "cards/card_reader.h"
 #include "learn/learning_run.h"
+#include "learn/run_values.h"
 #include "outlook/copied_deck.h"
 #include "outlook/due_count.h"
 
@@ -43,14 +44,9 @@ double LuckOf(int row, int n) {
   return static_cast<double>(mixed >> 11U) / 9007199254740992.0;
 }
 
-class SilentView : public LearningView {
- public:
-  void Refresh() override {}
-  void Tell(RunMessage /*message*/, int /*number*/) override { told = true; }
-  void ChooseMethod() override {}
-  void EndRun() override { told = true; }
-  bool told = false;  // the run has come to an end, or something is wrong
-};
+bool IsOver(const StepResult& result) {
+  return result.run_ended || !result.events.empty();
+}
 
 }  // namespace
 
@@ -81,8 +77,8 @@ struct PlanSession::State {
   CopiedDeck copy;
   SessionClock clock;
   SeededRandom random;
-  SilentView view;
   std::unique_ptr<LearningRun> run;
+  bool over = false;  // the run has come to an end, or something is wrong
   double end = 0;
   int new_left = 0;
   int shown = 0;  // the card that was counted as new last
@@ -103,25 +99,24 @@ void PlanSession::Begin(int64_t time, double minutes, int new_cards) {
   s.end = s.clock.now + minutes * 60;
   s.new_left = new_cards;
   s.shown = 0;
-  s.view.told = false;
-  s.run = std::make_unique<LearningRun>(s.copy.file(), s.settings, s.clock, s.random, s.view);
-  s.run->SetNoNewCards(new_cards <= 0);
-  s.run->Start();
+  s.run = std::make_unique<LearningRun>(s.copy.file(), s.settings, s.clock, s.random);
+  (void)s.run->Set(&RunOptions::no_new_cards, new_cards <= 0);
+  s.over = IsOver(s.run->Start());
 }
 
 bool PlanSession::Answer() {
   State& s = *state_;
   const int row = s.run->card().row;
-  if (s.view.told || row < kFirstCardRow || s.clock.now >= s.end) {
+  if (s.over || row < kFirstCardRow || s.clock.now >= s.end) {
     s.run->KeepPositions();
     s.run.reset();
     return false;
   }
   const auto card = static_cast<size_t>(row - kFirstCardRow);
   // From the last new card on that the day allows, the run is to choose no other.
-  if (s.traces[card].answers == 0 && --s.new_left <= 0) s.run->SetNoNewCards(true);
+  if (s.traces[card].answers == 0 && --s.new_left <= 0) (void)s.run->Set(&RunOptions::no_new_cards, true);
   s.clock.now += s.deck.seconds_per_answer;
-  s.IsKnown(card) ? s.run->Known() : s.run->NotKnown();
+  s.over = IsOver(s.IsKnown(card) ? s.run->Known() : s.run->NotKnown());
   const CardReader cards(s.copy.file());
   s.traces[card] = TraceOf(ReadAnswers(cards.TimeRow(row), cards.YesNoRow(row)));
   return true;

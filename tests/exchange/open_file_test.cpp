@@ -1,6 +1,7 @@
 // What is done to the open card file or to the file on the disk: import, reset, transfer.
 #include <gtest/gtest.h>
 
+#include "cards/figures.h"
 #include "exchange/card_import.h"
 #include "exchange/first_version.h"
 #include "exchange/import_guess.h"
@@ -84,7 +85,7 @@ TEST_F(OpenFile, ResetOfAllQueuesCardsInTheirOrder) {
   EXPECT_EQ(Field(3, kScore), "000000120");
   EXPECT_EQ(Field(3, kTimeLearned), "00");
   EXPECT_EQ(file.learn_index().BoxPos(2), 2);
-  EXPECT_EQ(file.CountUnknown(), 0);
+  EXPECT_EQ(CountUnknown(file), 0);
 }
 
 TEST_F(OpenFile, PartialResetKeepsCardsKnownAtEachOfTheLastAnswers) {
