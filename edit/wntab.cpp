@@ -33,7 +33,7 @@ TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, Me
   ui_->StringGridTab->horizontalHeader()->setSortIndicator(CardModel::Number, Qt::AscendingOrder);
   ui_->StringGridTab->setModel(model_);
   const int letter = fontMetrics().averageCharWidth();
-  const std::array widths = {8, 9, 36, 36, 14, 18, 16};
+  const std::array widths = {8, 9, 36, 36, 18, 18, 16};
   for (int column = 0; column < CardModel::kColumns; ++column) {
     ui_->StringGridTab->setColumnWidth(column, letter * widths[static_cast<size_t>(column)]);
   }
