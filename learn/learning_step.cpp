@@ -35,12 +35,14 @@ void LearningRun::Step(Rating rating, Destination destination, int row) {
 }
 
 void LearningRun::LogShownCard(Rating rating) {
-  LogReport report;
-  try {
-    report = log_.Log(moment_.card.row, rating, moment_.marks, run_.now);
-  } catch (const std::exception&) {
-    result_.Tell(RunMessage::LoggingFailed);
-  }
+  const LogReport report = [&]() -> LogReport {
+    try {
+      return log_.Log(moment_.card.row, rating, moment_.marks, run_.now);
+    } catch (const std::exception&) {
+      result_.Tell(RunMessage::LoggingFailed);
+      return {};
+    }
+  }();
   if (report.wiped) result_.Tell(RunMessage::CardTimeInFuture);
   if (report.index_fault) result_.Tell(RunMessage::IndexUpdateFailed);
   NoteAnswer(rating, report);
