@@ -10,6 +10,7 @@ namespace {
 
 std::vector<FieldView> FieldsOf(const std::map<int, std::string>& texts) {
   std::vector<FieldView> fields;
+  fields.reserve(texts.size());
   for (const auto& [column, text] : texts) fields.push_back({column, text});
   return fields;
 }

@@ -85,6 +85,7 @@ bool Copy(Disk& disk, const MediaCopy& copy) {
 TakenLinks RewriteTakenLinks(CardFile& file, const std::vector<TakenCard>& taken) {
   const Numbers numbers = NumbersOf(file, taken);
   std::vector<int> rows;
+  rows.reserve(taken.size());
   for (const TakenCard& card : taken) rows.push_back(card.target_row);
   std::sort(rows.begin(), rows.end());
   rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
