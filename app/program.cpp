@@ -57,6 +57,14 @@ Program::Program(const Machine& machine, ProgramPlaces places)
 Program::~Program() {
   // The last save may still be being copied; its copy counts only when it is complete.
   if (machine_.background != nullptr) machine_.background->Wait();
+  // They look at the card file to their end.
+  for (const QPointer<QWidget>& window : closed_windows_) delete window.data();
+}
+
+void Program::DeleteLater(std::unique_ptr<QWidget> window) {
+  std::erase_if(closed_windows_, [](const QPointer<QWidget>& closed) { return closed == nullptr; });
+  closed_windows_.emplace_back(window.get());
+  window.release()->deleteLater();
 }
 
 void Program::RunInBackground(QObject& receiver, BackgroundWork work) {
@@ -136,7 +144,7 @@ void Program::EndLearning() {
   if (media_window_ != nullptr) media_window_->StopAll();
   answer_modes_.reset();
   // The window is still busy with being closed.
-  learning_window_.release()->deleteLater();
+  DeleteLater(std::move(learning_window_));
   // The positions of the run, which a later save of the cards would write too. A failure is of no consequence for them.
   (void)file_.SaveSettings();
   SaveSettings();
@@ -219,7 +227,7 @@ bool Program::CloseEditor() {
 
 void Program::EndEditing() {
   // The window is still busy with being closed.
-  editor_.release()->deleteLater();
+  DeleteLater(std::move(editor_));
   SaveSettings();
   Q_EMIT EditorClosed();
   if (learning_window_ == nullptr) return;

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
+#include <QWidget>
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "app/outlook_windows.h"
 #include "learn/answer_gate.h"
@@ -15,8 +18,6 @@
 #include "store/file/card_file.h"
 #include "widgets/background.h"
 #include "widgets/messages.h"
-
-class QWidget;
 
 namespace tessaro {
 
@@ -104,6 +105,8 @@ class Program : public QObject {
   // Asks when the next answers would wipe the statistics of cards. False: the user does not want to learn now.
   bool MayLearn();
   void EndLearning();
+  // For a window that is still busy with being closed.
+  void DeleteLater(std::unique_ptr<QWidget> window);
   TF_wned& Editor();
   void EndEditing();
 
@@ -117,6 +120,7 @@ class Program : public QObject {
   OutlookWindows outlook_{file_, settings_, machine_.clock};
   std::unique_ptr<TF_wnmain> main_window_;
   std::unique_ptr<TF_wnmedia> media_window_;
+  std::vector<QPointer<QWidget>> closed_windows_;  // those that are not deleted yet
   std::unique_ptr<TF_wnlern> learning_window_;
   std::unique_ptr<TF_wned> editor_;
   int64_t cards_made_ = 0;                     // by the editor since the program began

@@ -342,6 +342,8 @@ bool TF_wned::IsInUse() const {
 }
 
 void TF_wned::closeEvent(QCloseEvent* event) {
+  // A dialog of its own is on the stack.
+  if (busy_) return event->ignore();
   if (link_window_ != nullptr) EndLink();
   if (LongWork::Running() || !Settle()) return event->ignore();
   KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);

@@ -289,6 +289,7 @@ void TF_wnlern::ReadShortcuts() {
       {ui_->MAntwortWieder, {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y}},
       {ui_->MSpeichern, {Qt::CTRL | Qt::Key_S}},
       {ui_->MKopieren, {Qt::CTRL | Qt::Key_C}},
+      {ui_->MEditor, {Qt::Key_F8}},
       {ui_->MAuswahlleiste, {Qt::CTRL | Qt::Key_1}},
       {ui_->MEingabezeile, {Qt::CTRL | Qt::Key_2}},
       {ui_->MTastaturtraining, {Qt::CTRL | Qt::Key_3}}};
