@@ -24,8 +24,7 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-constexpr NumberSetting kPoints = {"", "", SideSettings().points, SideSettings::kLeastPoints,
-                                   SideSettings::kMostPoints};
+const NumberSetting kPoints = {"", "", SideSettings().points, SideSettings::kLeastPoints, SideSettings::kMostPoints};
 constexpr std::array kModes = {&keys::kShowChoice, &keys::kShowInput, &keys::kShowTyping};
 
 // The colour on a button that chooses it.

@@ -228,7 +228,7 @@ void TF_wned::ShowSearch() {
     });
     connect(search_window_.get(), &TF_wnsuch::MoreWanted, this, &TF_wned::MCardSearchMore);
   }
-  search_window_->Open();
+  search_window_->Begin();
 }
 
 void TF_wned::MCardSearchMore() {

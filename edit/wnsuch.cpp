@@ -34,7 +34,7 @@ TF_wnsuch::TF_wnsuch(ProgramSettings& settings, QWidget* parent)
 
 TF_wnsuch::~TF_wnsuch() = default;
 
-void TF_wnsuch::Open() {
+void TF_wnsuch::Begin() {
   show();
   raise();
   activateWindow();

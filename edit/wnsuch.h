@@ -23,7 +23,7 @@ class TF_wnsuch : public QDialog {
   TF_wnsuch(ProgramSettings& settings, QWidget* parent);
   ~TF_wnsuch() override;
 
-  void Open();
+  void Begin();
   SearchQuery query() const;
   void ShowResult(const SearchResult& result, bool possible);
 

@@ -27,7 +27,7 @@ OutlookWindow::OutlookWindow(const CardFile& file, ProgramSettings& settings, co
       clock_(clock),
       work_(clock, this),
       place_suffix_(place_suffix) {
-  const auto on = [this](QKeySequence keys, auto act) {
+  const auto on = [this](const QKeySequence& keys, auto act) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, act);
   };
   on(Qt::Key_F5, [this] { Renew(); });
