@@ -34,6 +34,10 @@ bool LongWork::Running() {
   return running > 0;
 }
 
+bool LongWork::Cancelled() const {
+  return dialog_ != nullptr && dialog_->cancelled();
+}
+
 void LongWork::NextStage(const QString& text, int64_t range) {
   text_ = text;
   range_ = range;
@@ -58,10 +62,14 @@ void LongWork::SetPosition(int64_t position) {
 void LongWork::Show(int64_t position) {
   if (dialog_ == nullptr) {
     dialog_ = std::make_unique<TF_dlprogress>(window_);
+    if (can_cancel_) {
+      dialog_->AllowCancel();
+      QGuiApplication::changeOverrideCursor(Qt::BusyCursor);
+    }
     dialog_->show();
   }
   dialog_->ShowWork(text_, position, range_);
-  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  QCoreApplication::processEvents(can_cancel_ ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
 }
 
 }  // namespace tessaro

@@ -14,7 +14,8 @@ class Clock;
 class TF_dlprogress;
 
 // Stands on the stack while work keeps the user waiting. After 0.2 s the cursor says so, after 1 s the progress dialog
-// shows what is done and how far it is; windows go on being painted. Keys and clicks wait until the work is done.
+// shows what is done and how far it is; windows go on being painted. Keys and clicks wait until the work is done, all
+// but those on the dialog's button, where the work allows to be ended.
 class LongWork : public Progress {
  public:
   // `window` may be null: then the dialog stands alone. Both must live longer.
@@ -26,6 +27,16 @@ class LongWork : public Progress {
   // What is done now; `range` is the position at its end.
   void NextStage(const QString& text, int64_t range);
   void SetPosition(int64_t position) override;
+
+  // Gives the progress dialog a button to end the work early; to be called before it begins.
+  void AllowCancel() { can_cancel_ = true; }
+  // The user has asked for the end; it is for the work to end then.
+  bool Cancelled() const;
+  // SetPosition; false: cancelled.
+  bool GoesOn(int64_t position) {
+    SetPosition(position);
+    return !Cancelled();
+  }
 
   // True while some work is under way: a command that came by another way than keys and clicks must wait.
   static bool Running();
@@ -42,6 +53,7 @@ class LongWork : public Progress {
   int64_t range_ = 0;
   int64_t next_look_ = 0;  // below this position the clock is not even asked
   bool waiting_cursor_ = false;
+  bool can_cancel_ = false;
 };
 
 }  // namespace tessaro

@@ -4,6 +4,7 @@
 #include <QDBusVariant>
 #include <QFile>
 #include <QImage>
+#include <QPushButton>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QThread>
@@ -11,8 +12,12 @@
 #include <fstream>
 
 #include "store/file/ini_file.h"
+#include "tests/support/clock_and_chance.h"
+#include "tests/support/dialog_driver.h"
 #include "widgets/background.h"
 #include "widgets/desktop_colours.h"
+#include "widgets/dlprogress.h"
+#include "widgets/long_work.h"
 #include "widgets/picture_store.h"
 #include "widgets/text.h"
 #include "widgets/window_place.h"
@@ -36,6 +41,27 @@ TEST(Text, AnyNameOfAFileSurvives) {
     EXPECT_EQ(ToPath(FromPath(name)).string(), name);
   }
   EXPECT_EQ(FromPath("\xC3\xBC\xFC").at(0), u'ü');
+}
+
+TEST(LongWork, IsEndedByItsDialogOnlyWhereItAllowsIt) {
+  for (const bool allowed : {false, true}) {
+    QWidget window;
+    window.show();
+    FixedClock clock;
+    LongWork work(&window, clock);
+    if (allowed) work.AllowCancel();
+    work.NextStage(u"Karten zählen"_s, 1000);
+    EXPECT_TRUE(work.GoesOn(1));
+    EXPECT_EQ(window.findChild<TF_dlprogress*>(), nullptr) << "no dialog within the first second";
+    clock.milliseconds = 1100;
+    EXPECT_TRUE(work.GoesOn(10));
+    auto* dialog = window.findChild<TF_dlprogress*>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(Control<QPushButton>(*dialog, u"ButtonCancel"_s).isVisible(), allowed);
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    EXPECT_TRUE(dialog->isVisible()) << "until the work has ended";
+    EXPECT_EQ(work.GoesOn(20), !allowed);
+  }
 }
 
 TEST(Background, WorksBesideTheWindowsAndReportsToThem) {
