@@ -106,7 +106,8 @@ QString BoxMessages::ChooseFolder(QWidget* parent, const QString& title, const Q
 }
 
 bool HasOpenDialog(const QWidget& window) {
-  const auto open = [](const QDialog* dialog) { return dialog->isVisible() && dialog->isModal(); };
+  // One that was just closed is still modal, and still on the stack, until its loop has ended.
+  const auto open = [](const QDialog* dialog) { return dialog->isModal(); };
   const auto dialogs = window.findChildren<QDialog*>();
   return std::any_of(dialogs.begin(), dialogs.end(), open);
 }

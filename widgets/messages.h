@@ -50,7 +50,7 @@ class BoxMessages : public Messages {
   QString ChooseFolder(QWidget* parent, const QString& title, const QString& folder) override;
 };
 
-// True while a modal dialog or message box of this window is open, or one of that: the window must not end then.
+// True while a modal dialog or message box of this window, or one of that, runs its loop: the window must not end then.
 bool HasOpenDialog(const QWidget& window);
 
 }  // namespace tessaro

@@ -9,6 +9,7 @@
 
 #include "platform/disk.h"
 #include "tests/support/memory_disk.h"
+#include "tests/support/temporary_folder.h"
 
 namespace tessaro {
 namespace {
@@ -16,11 +17,11 @@ namespace {
 namespace fs = std::filesystem;
 
 struct MediaFiles : testing::Test {
-  fs::path root = fs::path(testing::TempDir()) / "tessaro_media_test";
+  const TemporaryFolder temporary;
+  const fs::path& root = temporary.path();
   MediaFolders folders = {root / "kartei", root / "kartei" / "Medien"};
 
   void SetUp() override {
-    fs::remove_all(root);
     for (const char* name : {"kartei/Bild.bmp", "kartei/\u00C4pfel.JPG", "kartei/Medien/ton.wav",
                              "kartei/Medien/BILD.BMP", "kartei/Bilder/Fl\u00FCsse/\u20AClbe.jpg", "kartei/alt\xE4.bmp",
                              "oben.bmp", "kartei/\u03A9.bmp", "C:/laufwerk.bmp"}) {
@@ -29,10 +30,7 @@ struct MediaFiles : testing::Test {
     }
     fs::current_path(root);
   }
-  void TearDown() override {
-    fs::current_path(testing::TempDir());
-    fs::remove_all(root);
-  }
+  void TearDown() override { fs::current_path(testing::TempDir()); }
   std::string Found(std::string_view name) const {
     const auto path = FindMedia(RealDisk(), folders, name);
     return path ? path->lexically_normal().lexically_relative(root).string() : "-";

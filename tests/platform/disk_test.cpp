@@ -1,4 +1,5 @@
 #include "platform/disk.h"
+#include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -17,16 +18,14 @@ namespace fs = std::filesystem;
 
 class RealDiskTest : public testing::Test {
  protected:
-  RealDiskTest() { fs::create_directory(folder_); }
-  ~RealDiskTest() override { fs::remove_all(folder_); }
-
   bool Put(const fs::path& path, const std::string& text) {
     const auto file = disk_.Create(path);
     return file != nullptr && file->Write(text) && file->Flush() && file->Close();
   }
 
   Disk& disk_ = RealDisk();
-  const fs::path folder_ = fs::path(testing::TempDir()) / "real_disk_test";
+  const TemporaryFolder temporary_;
+  const fs::path& folder_ = temporary_.path();
   const fs::path file_ = folder_ / "a.txt";
   const fs::path other_ = folder_ / "b.txt";
 };

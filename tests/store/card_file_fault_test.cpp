@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "store/file/card_file.h"
+#include "tests/support/temporary_folder.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {
@@ -134,8 +135,8 @@ TEST(CardFileFault, AtAnyOperationOfOpeningIsToldAndKeepsTheOpenFileAndTheSettin
 
 // On the machine's own disk.
 TEST(CardFileOnDisk, IsNeverGivenToTwoAndKeepsItsRights) {
-  const fs::path folder = fs::path(testing::TempDir()) / "card_file_fault_test";
-  fs::create_directory(folder);
+  const TemporaryFolder temporary;
+  const fs::path& folder = temporary.path();
   const fs::path path = folder / "a.mlb";
   const fs::path link = folder / "b.mlb";
   fs::create_symlink(path, link);
@@ -172,7 +173,6 @@ TEST(CardFileOnDisk, IsNeverGivenToTwoAndKeepsItsRights) {
   std::ofstream(folder / ".a.mlb.lock") << "pc\n1\n";
   EXPECT_EQ(file.Open(path).result, OpenResult::Opened);
   file.Close();
-  fs::remove_all(folder);
 }
 
 }  // namespace

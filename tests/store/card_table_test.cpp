@@ -13,6 +13,7 @@
 #include "store/table/table_reader.h"
 #include "store/table/table_scan.h"
 #include "tests/store/table_twins.h"
+#include "tests/support/temporary_folder.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {
@@ -110,8 +111,8 @@ TEST(TableScan, FindsTheSameMarksOnEveryPath) {
 }
 
 TEST(CardTable, LoadsAndSavesFilesAndSurvivesFailures) {
-  const fs::path folder = fs::path(testing::TempDir()) / "card_table_test";
-  fs::create_directory(folder);
+  const TemporaryFolder temporary;
+  const fs::path& folder = temporary.path();
   const fs::path path = folder / "Deck.mlb";
   // Larger than what is read with help of a second thread, which the small texts of the other tests never start.
   std::string text = "ID;Text\r\n";
@@ -135,7 +136,6 @@ TEST(CardTable, LoadsAndSavesFilesAndSurvivesFailures) {
   EXPECT_TRUE(fs::is_symlink(link) && fs::status(path).permissions() == kRights && !table.Eof());
   EXPECT_TRUE(ReadFile(RealDisk(), path) == text);
   EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 2) << "nothing is left beside the file";
-  fs::remove_all(folder);
 }
 
 struct LastPosition : Progress {

@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QDBusVariant>
+#include <QDialog>
 #include <QFile>
 #include <QImage>
 #include <QPushButton>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QThread>
+#include <QTimer>
 #include <QWidget>
 #include <fstream>
 
@@ -18,6 +20,7 @@
 #include "widgets/desktop_colours.h"
 #include "widgets/dlprogress.h"
 #include "widgets/long_work.h"
+#include "widgets/messages.h"
 #include "widgets/picture_store.h"
 #include "widgets/text.h"
 #include "widgets/window_place.h"
@@ -104,6 +107,22 @@ TEST(WindowPlace, ComesBackAndIsAlwaysOnAScreen) {
     RestoreWindowPlace(window, settings, "T");
     EXPECT_EQ(QRect(window.pos(), window.size()), restored) << kept.x() << " " << kept.width();
   }
+}
+
+// The one who closes the window may come between the end of a dialog and the return to what opened it.
+TEST(Dialogs, AreOpenUntilTheirLoopHasEnded) {
+  QWidget window;
+  QDialog dialog(&window);
+  QDialog beside(&window);
+  beside.show();
+  EXPECT_FALSE(HasOpenDialog(window));
+  QTimer::singleShot(0, &dialog, [&] {
+    EXPECT_TRUE(HasOpenDialog(window));
+    dialog.accept();
+    EXPECT_TRUE(HasOpenDialog(window));
+  });
+  EXPECT_EQ(dialog.exec(), QDialog::Accepted);
+  EXPECT_FALSE(HasOpenDialog(window));
 }
 
 TEST(Drawing, ShowsNothingOfOtherFiles) {
