@@ -20,11 +20,6 @@ QDate DateOf(int64_t day) {
 
 }  // namespace
 
-QString NumberText(int64_t number) {
-  constexpr QChar kNarrowBlank(0x202F);
-  return German().toString(static_cast<qlonglong>(number)).replace(u'.', kNarrowBlank);
-}
-
 QString NumberText(double number) {
   return NumberText(static_cast<int64_t>(std::llround(number)));
 }
@@ -39,10 +34,6 @@ QString SpanText(double seconds) {
   if (minutes < 60) return u"%1 Min."_s.arg(minutes);
   const QString hours = u"%1 Std."_s.arg(NumberText(minutes / 60));
   return minutes % 60 == 0 ? hours : u"%1 %2 Min."_s.arg(hours).arg(minutes % 60);
-}
-
-QString CardsText(int64_t cards) {
-  return cards == 1 ? u"eine Karte"_s : u"%1 Karten"_s.arg(NumberText(cards));
 }
 
 QString AnswersText(int64_t answers) {

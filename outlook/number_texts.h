@@ -3,17 +3,15 @@
 #include <QString>
 #include <cstdint>
 
+#include "widgets/count_texts.h"
+
 namespace tessaro {
 
-// "1 842", with a narrow blank that does not break.
-QString NumberText(int64_t number);
 QString NumberText(double number);  // rounded to a whole number
 // "86 %" of 0.86, or "86,1 %".
 QString PercentText(double share, int decimals = 0);
 // "12 Sek.", "9 Min.", "38 Std. 12 Min."
 QString SpanText(double seconds);
-// "eine Karte", "412 Karten".
-QString CardsText(int64_t cards);
 // "eine Antwort", "143 Antworten".
 QString AnswersText(int64_t answers);
 // A day by its number (see LocalDays): "22.11.", "Mi, 30.11." or "Mi, 30.11.2026".
