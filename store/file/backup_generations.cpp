@@ -10,6 +10,7 @@
 #include "store/file/card_text_count.h"
 #include "store/file/safe_save.h"
 #include "store/table/card_columns.h"
+#include "store/table/card_table.h"
 
 namespace tessaro {
 namespace {
@@ -151,16 +152,43 @@ std::vector<Generation> GenerationFolder::Of(const fs::path& card_file) const {
 
 GenerationResult GenerationFolder::Add(const SavedCards& saved, const LocalTime& now,
                                        const GenerationSettings& settings) {
+  const auto copy = [&](const fs::path& fresh) {
+    return HasRoom(disk_, folder_, saved.state.size) ? CopyTo(saved, fresh) : GenerationResult::NoRoom;
+  };
+  return AddBy(copy, saved.path, saved.cards, now, settings);
+}
+
+GenerationResult GenerationFolder::AddCards(const fs::path& card_file, CardTable& cards, const LocalTime& now,
+                                            const GenerationSettings& settings, Progress* progress) {
+  const int cursor = cards.CurrentRow();
+  const auto write = [&](const fs::path& fresh) {
+    ContentStamp stamp;
+    const bool written = ReplaceFile(disk_, fresh, [&](WritableFile& file) {
+      StampingWriter stamped(file);
+      const bool good = cards.SaveTo(stamped, progress);
+      stamp = stamped.Stamp();
+      return good;
+    });
+    CardTextCount copy;
+    const bool good = written && CountFile(disk_, fresh, copy) && copy.rows() == cards.RowCount() && copy.HasEndRow() &&
+                      copy.Stamp() == stamp;
+    return good ? GenerationResult::Made : GenerationResult::Failed;
+  };
+  const GenerationResult result = AddBy(write, card_file, cards.RowCount() - 2, now, settings);
+  cards.GoTo(cursor);
+  return result;
+}
+
+GenerationResult GenerationFolder::AddBy(const MakeCopy& make, const fs::path& card_file, int64_t cards,
+                                         const LocalTime& now, const GenerationSettings& settings) {
   if (!disk_.MakeFolder(folder_)) return GenerationResult::Failed;
-  const std::vector<Generation> older = Of(saved.path);
-  if (!HasRoom(disk_, folder_, saved.state.size)) return GenerationResult::NoRoom;
-  const std::string sign = CardFileSign(saved.path);
+  const std::vector<Generation> older = Of(card_file);
+  const std::string sign = CardFileSign(card_file);
   const int64_t number = older.empty() ? 1 : older.front().name.number + 1;
   // Until it is known to be good it has a name that no one takes for that of a copy, always the same one.
   const fs::path fresh = folder_ / (sign + ".neu");
-  GenerationResult result = CopyTo(saved, fresh);
-  if (result == GenerationResult::Made &&
-      !disk_.Rename(fresh, folder_ / FileNameOf({sign, now, number, saved.cards}))) {
+  GenerationResult result = make(fresh);
+  if (result == GenerationResult::Made && !disk_.Rename(fresh, folder_ / FileNameOf({sign, now, number, cards}))) {
     result = GenerationResult::Failed;
   }
   if (result != GenerationResult::Made) {
@@ -168,7 +196,7 @@ GenerationResult GenerationFolder::Add(const SavedCards& saved, const LocalTime&
     return result;
   }
   (void)disk_.FlushFolder(folder_);
-  LetGo(saved.path, static_cast<uint64_t>(settings.most_mb) * kMegabyte);
+  LetGo(card_file, static_cast<uint64_t>(settings.most_mb) * kMegabyte);
   return result;
 }
 

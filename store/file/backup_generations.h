@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,6 +31,9 @@ struct GenerationName {
 std::string FileNameOf(const GenerationName& name);
 // Nothing for any name that FileNameOf would not write: such files are none of ours.
 std::optional<GenerationName> ReadGenerationName(std::string_view file_name);
+
+class CardTable;
+class Progress;
 
 struct Generation {
   GenerationName name;
@@ -71,9 +75,17 @@ class GenerationFolder {
   // `most_mb`. The newest one of a card file always stays. A failure leaves all older copies. `now`: the time of the
   // save.
   GenerationResult Add(const SavedCards& saved, const LocalTime& now, const GenerationSettings& settings);
+  // The same for cards as they are in memory, whatever lies under the name of their file. `progress` hears of fields
+  // written.
+  GenerationResult AddCards(const std::filesystem::path& card_file, CardTable& cards, const LocalTime& now,
+                            const GenerationSettings& settings, Progress* progress = nullptr);
 
  private:
   std::vector<Generation> All() const;
+  // Makes the new copy at the path that it is given, and names it.
+  using MakeCopy = std::function<GenerationResult(const std::filesystem::path& fresh)>;
+  GenerationResult AddBy(const MakeCopy& make, const std::filesystem::path& card_file, int64_t cards,
+                         const LocalTime& now, const GenerationSettings& settings);
   GenerationResult CopyTo(const SavedCards& saved, const std::filesystem::path& fresh);
   void LetGo(const std::filesystem::path& card_file, uint64_t most_bytes);
 

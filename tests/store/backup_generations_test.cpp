@@ -147,6 +147,19 @@ TEST_F(Generations, CountsOnlyWhatReadsBackAsItWasSaved) {
   EXPECT_EQ(disk.FileNames(kFolder).size(), 1U) << "nothing half-done is left";
 }
 
+TEST_F(Generations, OfCardsInMemoryHoldWhatIsNotSaved) {
+  EXPECT_EQ(Add("/a/x.mlb", 5), GenerationResult::Made);
+  CardTable cards = MakeCards({{.id = "000001"}, {.id = "000002", .answer = "not saved"}});
+  cards.GoTo(2);
+  EXPECT_EQ(folder.AddCards("/a/x.mlb", cards, kMonday, settings), GenerationResult::Made);
+  EXPECT_EQ(cards.CurrentRow(), 2);
+  EXPECT_EQ(Kept("/a/x.mlb"), (std::vector<int64_t>{2, 5}));
+  EXPECT_EQ(disk.Content(folder.Of("/a/x.mlb").front().path), FileText(cards));
+  disk.set_capacity(1000);
+  EXPECT_EQ(folder.AddCards("/a/x.mlb", cards, kMonday, settings), GenerationResult::Failed);
+  EXPECT_EQ(disk.FileNames(kFolder).size(), 2U) << "nothing half-done is left";
+}
+
 // Whatever operation fails, and however: the copies that were there are there and whole, but for the one whose time
 // has come, and the saved file is untouched.
 TEST_F(Generations, AreNotLostByAFailingDisk) {
@@ -154,28 +167,35 @@ TEST_F(Generations, AreNotLostByAFailingDisk) {
   const std::pair<MemoryDisk::WriteFault, bool> faults[] = {
       {Nothing, false}, {Nothing, true}, {Half, false}, {Half, true}, {HalfUnnoticed, false}, {HalfUnnoticed, true}};
   std::set<GenerationResult> results;
-  for (const auto& [fault, stays] : faults) {
-    int n = 1;
-    for (bool reached = true; reached; ++n) {
-      disk = MemoryDisk();
-      for (int i = 1; i <= 10; ++i) ASSERT_EQ(Add("/a/x.mlb", i), GenerationResult::Made);
-      const SavedCards saved = Save("/a/x.mlb", 11);
-      const std::optional<std::string> text = disk.Content("/a/x.mlb");
-      disk.FailAt(n, fault, stays);
-      const GenerationResult result = folder.Add(saved, kMonday, settings);
-      reached = disk.operations() >= n;
-      disk.FailAt(0);
-      results.insert(result);
-      EXPECT_EQ(disk.Content("/a/x.mlb"), text);
-      std::vector<int64_t> kept = Kept("/a/x.mlb");
-      ASSERT_FALSE(kept.empty());
-      EXPECT_EQ(result == GenerationResult::Made, kept.front() == 11) << n;
-      if (kept.front() == 11) kept.erase(kept.begin());
-      if (kept.size() == 10) kept.pop_back();
-      EXPECT_EQ(kept, (std::vector<int64_t>{10, 9, 8, 7, 6, 5, 4, 3, 2})) << n;
-      EXPECT_EQ(folder.Add(saved, kMonday, settings), GenerationResult::Made) << "the next save makes up for it";
+  for (const bool from_memory : {false, true}) {
+    for (const auto& [fault, stays] : faults) {
+      int n = 1;
+      for (bool reached = true; reached; ++n) {
+        disk = MemoryDisk();
+        for (int i = 1; i <= 10; ++i) ASSERT_EQ(Add("/a/x.mlb", i), GenerationResult::Made);
+        const SavedCards saved = Save("/a/x.mlb", 11);
+        CardTable cards = MakeCards(std::vector<TestCard>(11));
+        const auto add = [&] {
+          return from_memory ? folder.AddCards("/a/x.mlb", cards, kMonday, settings)
+                             : folder.Add(saved, kMonday, settings);
+        };
+        const std::optional<std::string> text = disk.Content("/a/x.mlb");
+        disk.FailAt(n, fault, stays);
+        const GenerationResult result = add();
+        reached = disk.operations() >= n;
+        disk.FailAt(0);
+        results.insert(result);
+        EXPECT_EQ(disk.Content("/a/x.mlb"), text);
+        std::vector<int64_t> kept = Kept("/a/x.mlb");
+        ASSERT_FALSE(kept.empty());
+        EXPECT_EQ(result == GenerationResult::Made, kept.front() == 11) << n;
+        if (kept.front() == 11) kept.erase(kept.begin());
+        if (kept.size() == 10) kept.pop_back();
+        EXPECT_EQ(kept, (std::vector<int64_t>{10, 9, 8, 7, 6, 5, 4, 3, 2})) << n;
+        EXPECT_EQ(add(), GenerationResult::Made) << "the next one makes up for it";
+      }
+      EXPECT_GT(n, 8);
     }
-    EXPECT_GT(n, 8);
   }
   EXPECT_EQ(results, (std::set{GenerationResult::Made, GenerationResult::Failed}));
 }
