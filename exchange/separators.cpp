@@ -3,17 +3,6 @@
 #include "store/table/card_columns.h"
 
 namespace tessaro {
-namespace {
-
-SeparatorFault FaultOf(char separator) {
-  if (separator == '\\') return SeparatorFault::Backslash;
-  if (separator == 'n') return SeparatorFault::LetterN;
-  if (separator >= '0' && separator <= '9') return SeparatorFault::Digit;
-  if (separator == '"') return SeparatorFault::Quote;
-  return separator == '\n' || separator == '\r' ? SeparatorFault::LineEnd : SeparatorFault::None;
-}
-
-}  // namespace
 
 std::string CodeText(std::optional<char> character) {
   return std::to_string(static_cast<signed char>(character.value_or('\0')));
@@ -24,9 +13,19 @@ std::optional<char> CharacterOfCode(std::string_view code) {
   return character == '\0' ? std::nullopt : std::optional(character);
 }
 
-SeparatorFault FaultOf(char one, char other) {
-  const SeparatorFault fault = FaultOf(one) != SeparatorFault::None ? FaultOf(one) : FaultOf(other);
-  return fault == SeparatorFault::None && one == other ? SeparatorFault::Same : fault;
+SeparatorFault FaultOf(char separator) {
+  // What history, score and times of a card are made of.
+  constexpr std::string_view kInColumns = "0123456789 wf";
+  if (separator == '\\') return SeparatorFault::Backslash;
+  if (separator == 'n') return SeparatorFault::LetterN;
+  if (kInColumns.find(separator) != std::string_view::npos) return SeparatorFault::InColumns;
+  if (separator == '"') return SeparatorFault::Quote;
+  return separator == '\n' || separator == '\r' ? SeparatorFault::LineEnd : SeparatorFault::None;
+}
+
+SeparatorFault FaultOf(char separator, char second) {
+  const SeparatorFault fault = FaultOf(second);
+  return fault == SeparatorFault::None && separator == second ? SeparatorFault::Same : fault;
 }
 
 }  // namespace tessaro

@@ -18,8 +18,9 @@ std::string CodeText(std::optional<char> character);
 std::optional<char> CharacterOfCode(std::string_view code);
 
 // Why cards that are written with a separator cannot be read back.
-enum class SeparatorFault { None, Backslash, LetterN, Digit, Quote, LineEnd, Same };
-// The first fault of either; `Same` when they are equal.
-SeparatorFault FaultOf(char one, char other);
+enum class SeparatorFault { None, Backslash, LetterN, InColumns, Quote, LineEnd, Same };
+SeparatorFault FaultOf(char separator);
+// Of the second one, `Same` when they are equal.
+SeparatorFault FaultOf(char separator, char second);
 
 }  // namespace tessaro

@@ -94,13 +94,15 @@ TEST(Separators, CodeIsTheByteAsSignedNumber) {
 }
 
 TEST(Separators, ThoseThatCannotBeReadBackAreToldApart) {
-  EXPECT_EQ(FaultOf('\xA4', '|'), SeparatorFault::None);
+  const std::pair<char, SeparatorFault> faults[] = {{'\xA4', SeparatorFault::None},    {'\t', SeparatorFault::None},
+                                                    {'\\', SeparatorFault::Backslash}, {'n', SeparatorFault::LetterN},
+                                                    {'5', SeparatorFault::InColumns},  {'w', SeparatorFault::InColumns},
+                                                    {'"', SeparatorFault::Quote},      {'\r', SeparatorFault::LineEnd}};
+  for (const auto& [separator, fault] : faults) {
+    EXPECT_EQ(FaultOf(separator), fault) << separator;
+    EXPECT_EQ(FaultOf(';', separator), fault) << separator;
+  }
   EXPECT_EQ(FaultOf(';', ';'), SeparatorFault::Same);
-  EXPECT_EQ(FaultOf(';', 'n'), SeparatorFault::LetterN);
-  EXPECT_EQ(FaultOf('\\', 'n'), SeparatorFault::Backslash);
-  EXPECT_EQ(FaultOf('5', '\n'), SeparatorFault::Digit);
-  EXPECT_EQ(FaultOf('\t', '"'), SeparatorFault::Quote);
-  EXPECT_EQ(FaultOf('\r', '\r'), SeparatorFault::LineEnd);
 }
 
 }  // namespace
