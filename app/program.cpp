@@ -177,7 +177,8 @@ void Program::ShowOptions() {
 
 TF_wned& Program::Editor() {
   if (editor_ != nullptr) return *editor_;
-  const EditorMachine machine = {machine_.clock, machine_.disk, machine_.messages};
+  const EditorMachine machine = {machine_.clock, machine_.disk, machine_.messages,
+                                 [this](QWidget* asker) { return main_window_->KeepState(asker); }};
   editor_ = std::make_unique<TF_wned>(file_, settings_, machine, cards_made_);
   connect(editor_.get(), &TF_wned::Closed, this, &Program::EndEditing);
   connect(editor_.get(), &TF_wned::SaveWanted, main_window_.get(), &TF_wnmain::FileSaveExecute);

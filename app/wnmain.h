@@ -11,6 +11,7 @@
 
 #include "app/file_texts.h"
 #include "cards/deck_check.h"
+#include "exchange/exchange_ties.h"
 #include "store/file/backup_generations.h"
 #include "store/file/card_file.h"
 #include "widgets/theme.h"
@@ -25,6 +26,9 @@ class LongWork;
 class Program;
 struct BackupOffer;
 struct BeginFile;
+
+// The time on the wall of a moment in seconds since 1970.
+LocalTime ToLocalTime(int64_t seconds);
 
 // The main window: the commands around the one open card file, and the start page.
 class TF_wnmain : public QMainWindow {
@@ -57,6 +61,14 @@ class TF_wnmain : public QMainWindow {
   void LernAuswahlExecute();
   void LernEinstellungExecute();
   void MAboutClick();
+  void MExportierenClick();
+  void MImportierenClick();
+  void MAbgleichClick();
+  void MDelStatClick();
+  void MTransferClick();
+  // Puts the cards as they are in memory into the folder of dated copies. False: that failed, and the user does not
+  // want to go on.
+  bool KeepState(QWidget* asker);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -111,6 +123,14 @@ class TF_wnmain : public QMainWindow {
   void ShowCheck(const DeckReport& report);
   DeckReport CheckNow();
   void RepairNow(const std::vector<DeckFinding>& findings);
+
+  ExchangeTies Ties();
+  // Loads the open card file anew from the disk, without saving it.
+  void LoadAgain(const std::filesystem::path& path);
+  template <typename Dialog>
+  void RunExchange();
+  // Lets the user number the cards anew.
+  void Renumber(QWidget* asker);
 
   // Copies the card file that was just saved into the folder of dated copies.
   void KeepGeneration();

@@ -21,12 +21,6 @@ namespace fs = std::filesystem;
 
 const QString kBackups = u"Sicherungen und Karteien (*.ml~ *.ML~ *.mlb *.MLB)"_s;
 
-LocalTime ToLocalTime(int64_t seconds) {
-  const QDateTime time = QDateTime::fromSecsSinceEpoch(seconds);
-  const QDate date = time.date();
-  return {date.year(), date.month(), date.day(), time.time().hour(), time.time().minute(), time.time().second()};
-}
-
 QDateTime FromLocalTime(const LocalTime& time) {
   return {QDate(time.year, time.month, time.day), QTime(time.hour, time.minute, std::min(time.second, 59))};
 }
@@ -43,6 +37,12 @@ void AddPutAside(const CardFile& file, const Disk& disk, std::vector<BackupOffer
 }
 
 }  // namespace
+
+LocalTime ToLocalTime(int64_t seconds) {
+  const QDateTime time = QDateTime::fromSecsSinceEpoch(seconds);
+  const QDate date = time.date();
+  return {date.year(), date.month(), date.day(), time.time().hour(), time.time().minute(), time.time().second()};
+}
 
 void TF_wnmain::KeepGeneration() {
   const fs::path& folder = program_.places().backups;

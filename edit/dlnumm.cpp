@@ -1,5 +1,7 @@
 #include "edit/dlnumm.h"
 
+#include <utility>
+
 #include "edit/renumbering.h"
 #include "ui_dlnumm.h"
 #include "widgets/long_work.h"
@@ -10,13 +12,14 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 
 TF_dlnumm::TF_dlnumm(CardFile& file, CommandStack& commands, Messages& messages, const Clock& clock, int row,
-                     QWidget* parent)
+                     QWidget* parent, MayBegin may_begin)
     : QDialog(parent),
       file_(file),
       commands_(commands),
       messages_(messages),
       clock_(clock),
       row_(row),
+      may_begin_(std::move(may_begin)),
       ui_(std::make_unique<Ui::TF_dlnumm>()) {
   ui_->setupUi(this);
   const int64_t dead = CountDeadLinks(file_);
@@ -39,6 +42,7 @@ void TF_dlnumm::BitBtnOKClick() {
                     u"Nummer 999990 erhalten."_s.arg(999990 - file_.CardCount() + 1));
     return ui_->EditStartNummer->setFocus();
   }
+  if (may_begin_ && !may_begin_(this)) return;
   RenumberOutcome outcome = RenumberOutcome::Failed;
   {
     LongWork work(this, clock_);

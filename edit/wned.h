@@ -38,6 +38,8 @@ struct EditorMachine {
   const Clock& clock;
   Disk& disk;
   Messages& messages;
+  // Keeps the cards as they are before all of them change; false: they are to stay so. May be empty.
+  std::function<bool(QWidget* asker)> keep_state = {};
 };
 
 // The card editor: the window in which the user writes and arranges the cards of the open card file.

@@ -228,7 +228,7 @@ void TF_wned::MNummerierenClick() {
   if (!Settle()) return;
   busy_ = true;
   TF_dlnumm dialog(file_, desk_.commands(), machine_.messages, machine_.clock, desk_.row(),
-                   isVisible() ? this : parentWidget());
+                   isVisible() ? this : parentWidget(), machine_.keep_state);
   dialog.exec();
   busy_ = false;
   (void)file_.SaveSettings();

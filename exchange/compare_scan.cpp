@@ -263,6 +263,7 @@ bool CompareScan::ReplaceTarget(const CompareEdits& edits, bool with_statistics)
   if (!internal()) taken_.push_back({LeadingNumber(texts[kIdAt]), row});
   TargetChanged(row);
   walk_.replaced = true;
+  ++counts_.replaced;
   return Decided();
 }
 

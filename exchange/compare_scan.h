@@ -35,6 +35,7 @@ struct CompareCounts {
   int64_t duplicates = 0;  // cards that were found equal on both sides
   int64_t kept = 0;        // pairs of which both cards stay
   int64_t marked = 0;      // cards that got the mark of a duplicate
+  int64_t replaced = 0;    // cards that got the sides of a source card
   int64_t taken = 0;       // source cards that were appended
   int64_t no_number = 0;   // source cards that were not, since the card numbers have run out
 };

@@ -125,9 +125,9 @@ int64_t CopyMedia(Disk& disk, const std::vector<MediaCopy>& copies) {
   return std::count_if(copies.begin(), copies.end(), [&](const MediaCopy& copy) { return Copy(disk, copy); });
 }
 
-int64_t CountMarked(const CardFile& file) {
+int64_t CountMarked(const CardFile& file, int end_row) {
   int64_t marked = 0;
-  for (int row = kFirstCardRow; row <= file.CardCount() + 1; ++row) {
+  for (int row = kFirstCardRow; row < std::min(end_row, file.CardCount() + 2); ++row) {
     marked += IsDuplicateMarked(file.cards().Peek(file.columns().question, row)) ? 1 : 0;
   }
   return marked;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <climits>
 #include <cstdint>
 #include <filesystem>
 #include <vector>
@@ -28,8 +29,8 @@ std::vector<MediaCopy> MissingMedia(const Disk& disk, const CardFile& file, cons
 // How many were copied; one that fails is left out.
 int64_t CopyMedia(Disk& disk, const std::vector<MediaCopy>& copies);
 
-// Cards whose front holds the mark of a duplicate.
-int64_t CountMarked(const CardFile& file);
+// Cards before `end_row` whose front holds the mark of a duplicate.
+int64_t CountMarked(const CardFile& file, int end_row = INT_MAX);
 // Removes them; how many there were, nothing when the card file could not take it and all cards are as they were.
 std::optional<int64_t> RemoveMarked(CardFile& file);
 

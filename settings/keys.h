@@ -50,12 +50,17 @@ inline constexpr FlagSetting kWhitePaper = {"Darstellung", "WeissesPapier", fals
 inline constexpr NumberSetting kCardPercent = {"Darstellung", "Karte", 100, 50, 400};    // of the letters on cards
 inline constexpr NumberSetting kTextPercent = {"Darstellung", "Schrift", 100, 80, 200};  // of the desktop's text
 
+// The comparison of card files: the index of the percentage in steps of 5, from 5 on.
+inline constexpr NumberSetting kComparePercent = {"UPD", "pci", 9, 0, 18};
+
 // X.ini: where a card file was left.
 inline constexpr NumberSetting kCheckPosition = {"CHK", "rpos", 1};
 inline constexpr NumberSetting kRowPosition = {"ROW", "Pos", kFirstCardRow};    // a row of the card table
 inline constexpr TextSetting kExamDay = {"PROG", "Datum", ""};                  // "2027-03-12"
 inline constexpr NumberSetting kPlanMinutes = {"PROG", "Minuten", 20, 0, 600};  // of learning a day
 inline constexpr NumberSetting kPlanNewCards = {"PROG", "Neu", 15, 0, 999};     // a day
+inline constexpr TextSetting kCompareSource = {"UPD", "Quelle", ""};  // a comparison that did not come to its end
+inline constexpr NumberSetting kCompareRow = {"UPD", "Pos", kFirstCardRow, kFirstCardRow, 999'990};
 inline constexpr NumberSetting kOverviewCard = {"HTML", "Vis", 0};
 
 }  // namespace tessaro::keys

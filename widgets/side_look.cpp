@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "settings/keys.h"
 #include "widgets/text.h"
+#include "widgets/theme.h"
 
 using namespace Qt::StringLiterals;
 
@@ -86,6 +88,11 @@ SideLook LookOf(const SideSettings& look) {
 
 SideLook ReadSideLook(const IniFile& settings, SideName side) {
   return LookOf(ReadSideSettings(settings, side));
+}
+
+SideLook LookOnScreen(const IniFile& card_file, const IniFile& program, SideName side, const QPalette& palette) {
+  const SideLook look = ReadSideLook(card_file, side);
+  return IsDark(palette) && !keys::kWhitePaper.Read(program) ? OnDarkPaper(look) : look;
 }
 
 }  // namespace tessaro

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QPalette>
 #include <cstdint>
 
 #include "settings/side_settings.h"
@@ -26,5 +27,7 @@ double Contrast(const QColor& one, const QColor& other);
 // The look of a card side from the settings of its card file. What these leave open gets a readable default.
 SideLook LookOf(const SideSettings& look);
 SideLook ReadSideLook(const IniFile& settings, SideName side);
+// The same as windows of this palette show it, where the settings of the program want dark paper in dark windows.
+SideLook LookOnScreen(const IniFile& card_file, const IniFile& program, SideName side, const QPalette& palette);
 
 }  // namespace tessaro

@@ -1,6 +1,7 @@
 #include "widgets/window_place.h"
 
 #include <QApplication>
+#include <QLayout>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
@@ -53,6 +54,14 @@ void KeepWindowPlace(const QWidget& window, IniFile& settings, std::string_view 
   WritePlace(
       {.x = corner.x(), .y = corner.y(), .width = inside.width(), .height = inside.height(), .maximised = maximised},
       suffix, settings);
+}
+
+void GrowToContent(QWidget& window) {
+  QLayout& layout = *window.layout();
+  layout.activate();
+  const int width = std::max(window.width(), layout.totalMinimumSize().width());
+  const int height = layout.hasHeightForWidth() ? layout.totalHeightForWidth(width) : layout.totalSizeHint().height();
+  window.resize(width, std::max(window.height(), height));
 }
 
 }  // namespace tessaro

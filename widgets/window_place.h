@@ -17,4 +17,7 @@ void RestoreWindowPlace(QWidget& window, const IniFile& settings, std::string_vi
 // Keeps the place; of a maximised window the place it goes back to, and that it was maximised ("maxL").
 void KeepWindowPlace(const QWidget& window, IniFile& settings, std::string_view suffix);
 
+// Enlarges a window that has not been shown yet as far as its texts and controls need it in the fonts of now.
+void GrowToContent(QWidget& window);
+
 }  // namespace tessaro
