@@ -7,7 +7,11 @@
 namespace tessaro {
 
 OutlookWindows::OutlookWindows(CardFile& file, ProgramSettings& settings, const Clock& clock)
-    : file_(file), settings_(settings), clock_(clock), summary_(clock, this) {
+    : file_(file),
+      settings_(settings),
+      clock_(clock),
+      watch_(file.watchers(), static_cast<CardWatcher&>(*this)),
+      summary_(clock, this) {
   summary_delay_.setSingleShot(true);
   connect(&summary_delay_, &QTimer::timeout, this, &OutlookWindows::Summarise);
 }
@@ -76,9 +80,8 @@ void OutlookWindows::Close() {
   if (forecast_ != nullptr) forecast_->close();
 }
 
-void OutlookWindows::CardsChanged() {
-  if (evaluation_ != nullptr) evaluation_->Renew();
-  if (forecast_ != nullptr) forecast_->Renew();
+void OutlookWindows::RowsShifted(const RowShift& /*shift*/) {
+  if (summary_.Running()) BeginSummary();
 }
 
 }  // namespace tessaro

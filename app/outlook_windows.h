@@ -20,7 +20,7 @@ class TF_wneval;
 class TF_wnprog;
 
 // The windows of evaluation and forecast, which stand beside the others over the open card file.
-class OutlookWindows : public QObject {
+class OutlookWindows : public QObject, private CardWatcher {
   Q_OBJECT
 
  public:
@@ -37,9 +37,7 @@ class OutlookWindows : public QObject {
   OutlookLines Lines() const;
   // To be called before another card file takes the place of the open one.
   void Close();
-  // To be called after cards came, went or moved.
-  void CardsChanged();
-  // Opens a card in the editor; without it lists of cards do not offer that.
+  // Opens a card in the editor; without it that is not offered.
   void SetEditor(std::function<void(int row)> edit) { edit_ = std::move(edit); }
 
  Q_SIGNALS:
@@ -48,12 +46,15 @@ class OutlookWindows : public QObject {
   void LearnWanted();
 
  private:
+  // The rows that are being counted are others now.
+  void RowsShifted(const RowShift& shift) override;
   void Bring(OutlookWindow& window);
   void Summarise();
 
   CardFile& file_;
   ProgramSettings& settings_;
   const Clock& clock_;
+  CardWatch watch_;
   std::function<void(int row)> edit_;
   LocalDays days_;
   QTimer summary_delay_;

@@ -52,6 +52,7 @@ Program::Program(const Machine& machine, ProgramPlaces places)
   settings_readable_ = settings_.ini.Load(machine_.disk, settings_.path);
   main_window_ = std::make_unique<TF_wnmain>(*this);
   connect(&outlook_, &OutlookWindows::LearnWanted, this, [this] { OpenLearning(); });
+  outlook_.SetEditor([this](int row) { OpenEditor(row); });
 }
 
 Program::~Program() {

@@ -85,7 +85,7 @@ std::vector<double> Measure(const fs::path& folder, const FlagSetting& mode, con
     auto* input = top->findChild<QWidget*>(QLatin1StringView(field));
     if (input == nullptr || !input->isVisible()) continue;
     std::vector<double> seconds = Type(*input, text);
-    program.CloseLearning();
+    Check(program.CloseLearning(), "close");
     return seconds;
   }
   Check(false, field);

@@ -17,6 +17,7 @@
 #include "hypertext/layout.h"
 #include "hypertext/plain_text.h"
 #include "store/file/card_file.h"
+#include "widgets/htmlview.h"
 #include "widgets/painter.h"
 #include "widgets/picture_store.h"
 #include "widgets/qt_measurer.h"
@@ -49,7 +50,7 @@ class Viewer {
   double LayOutAndDraw(std::string_view side) {
     texts_.SetFont(font_);
     return Time([&] {
-      QtMeasurer measurer(texts_, pictures_, colours_);
+      QtMeasurer measurer(texts_, pictures_, colours_, kFrame);
       const Layout layout = LayOut(side, kFrame, kPoints, measurer);
       QPainter painter(&image_);
       PaintSide(painter, layout, image_.rect(), {font_, Qt::black, Qt::white}, texts_, pictures_);

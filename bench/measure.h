@@ -9,6 +9,8 @@ namespace tessaro {
 
 // Seconds that `work` takes.
 double Time(const std::function<void()>& work);
+// Seconds that it keeps a processor busy with this thread: what else the machine does counts less.
+double ProcessorTime(const std::function<void()>& work);
 // 0 of no values.
 double Median(std::vector<double> values);
 // The value that 99 % of them do not exceed; 0 of no values.

@@ -1,4 +1,5 @@
-// Evaluation and forecast: reading and following the histories, the fit, and the plan, each beside its goal.
+// Evaluation and forecast: reading and following the histories, the fit, and the plan, each beside its goal. What is
+// measured is the time of the processor.
 
 #include <algorithm>
 #include <cstdio>
@@ -18,7 +19,7 @@ namespace {
 
 using tessaro::CardFile;
 using tessaro::DeckOutlook;
-using tessaro::Time;
+using tessaro::ProcessorTime;
 namespace fs = std::filesystem;
 
 constexpr int kRounds = 3;
@@ -61,7 +62,7 @@ void WriteDeck(const fs::path& path, int cards, int answers) {
 // The least of some runs, since other programs can only make it longer.
 double Least(const std::function<void()>& work) {
   double least = 1e9;
-  for (int i = 0; i < kRounds; ++i) least = std::min(least, Time(work));
+  for (int i = 0; i < kRounds; ++i) least = std::min(least, ProcessorTime(work));
   return least;
 }
 
@@ -73,8 +74,8 @@ void PrintGoal(const char* what, double seconds, double goal) {
 template <typename Work>
 double StepThrough(Work& work, double& longest, int count = kCardsAtOnce) {
   bool more = true;
-  return Time([&] {
-    while (more) longest = std::max(longest, Time([&] { more = work.Step(count); }));
+  return ProcessorTime([&] {
+    while (more) longest = std::max(longest, ProcessorTime([&] { more = work.Step(count); }));
   });
 }
 
@@ -100,12 +101,10 @@ void MeasureReading(const fs::path& folder, int cards, int answers, double goal)
   DeckOutlook outlook;
   for (int i = 0; i < kRounds; ++i) {
     tessaro::OutlookReading work(deck.file, kNow, days);
-    double both = 0;
-    reading = std::min(reading, Time([&] {
+    reading = std::min(reading, ProcessorTime([&] {
                          for (int row = 0; row < cards + kCardsAtOnce; row += kCardsAtOnce) work.Step(kCardsAtOnce);
                        }));
-    both = StepThrough(work, longest);
-    fit = std::min(fit, both);
+    fit = std::min(fit, StepThrough(work, longest));
     outlook = work.Take();
   }
   char text[80];
@@ -128,7 +127,7 @@ void MeasureWindow(const fs::path& folder) {
   double longest = 0;
   double least = 1e9;
   for (int i = 0; i < kRounds; ++i) {
-    least = std::min(least, Time([&] {
+    least = std::min(least, ProcessorTime([&] {
                        tessaro::OutlookReading reading(deck.file, kNow, days);
                        StepThrough(reading, longest);
                        const DeckOutlook outlook = reading.Take();

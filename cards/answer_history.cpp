@@ -30,20 +30,30 @@ void AppendNumbers(const AnswerTimes& times, size_t count, std::string& text) {
   }
 }
 
-}  // namespace
+enum class Until { Last, FirstEmpty };
 
-AnswerHistory ParseHistory(std::string_view time_row, std::string_view yes_no_row) {
+AnswerHistory Parse(std::string_view time_row, std::string_view yes_no_row, Until until) {
   AnswerHistory history;
   for (size_t slot = 0; slot < history.times.size(); ++slot) {
     const size_t blank = time_row.find(' ');
     history.times[slot] = LeadingNumber(time_row.substr(0, blank));
-    if (blank == std::string_view::npos) break;
+    if (blank == std::string_view::npos || (until == Until::FirstEmpty && history.times[slot] == 0)) break;
     time_row.remove_prefix(blank + 1);
   }
   history.corrected = DropMisfitOldest(history.times);
   yes_no_row = yes_no_row.substr(0, history.letters.size());
   std::copy(yes_no_row.begin(), yes_no_row.end(), history.letters.begin());
   return history;
+}
+
+}  // namespace
+
+AnswerHistory ParseHistory(std::string_view time_row, std::string_view yes_no_row) {
+  return Parse(time_row, yes_no_row, Until::Last);
+}
+
+AnswerHistory ParseAnswers(std::string_view time_row, std::string_view yes_no_row) {
+  return Parse(time_row, yes_no_row, Until::FirstEmpty);
 }
 
 AnswerHistory EmptyHistory() {

@@ -27,6 +27,8 @@ struct AnswerHistory {
 
 // Reads both columns. An oldest time more than 730 days before its successor, or after it, is dropped.
 AnswerHistory ParseHistory(std::string_view time_row, std::string_view yes_no_row);
+// The same up to the first time 0, behind which all are 0: the answers that a card has, in less time.
+AnswerHistory ParseAnswers(std::string_view time_row, std::string_view yes_no_row);
 // 64 times 0 and "f".
 AnswerHistory EmptyHistory();
 

@@ -24,8 +24,32 @@ QString DueText(int64_t due, int64_t now) {
 
 }  // namespace
 
-CardListModel::CardListModel(const CardFile& file, std::vector<CardLine> lines, int64_t now, QObject* parent)
-    : QAbstractTableModel(parent), file_(file), lines_(std::move(lines)), now_(now) {}
+CardListModel::CardListModel(CardFile& file, std::vector<CardLine> lines, int64_t now, QObject* parent)
+    : QAbstractTableModel(parent),
+      file_(file),
+      watch_(file.watchers(), static_cast<CardWatcher&>(*this)),
+      lines_(std::move(lines)),
+      now_(now) {}
+
+void CardListModel::RowsShifted(const RowShift& shift) {
+  for (CardLine& line : lines_) line.row = shift.Map(line.row);
+  const auto is_gone = [](const CardLine& line) { return line.row == 0; };
+  const auto first = std::find_if(lines_.begin(), lines_.end(), is_gone);
+  if (first == lines_.end()) return;
+  if (std::find_if(first + 1, lines_.end(), is_gone) == lines_.end()) {
+    const auto place = static_cast<int>(first - lines_.begin());
+    beginRemoveRows({}, place, place);
+    lines_.erase(first);
+    return endRemoveRows();
+  }
+  beginResetModel();
+  std::erase_if(lines_, is_gone);
+  endResetModel();
+}
+
+void CardListModel::CardsChanged(std::span<const int> /*rows*/, std::span<const int> /*columns*/) {
+  if (!lines_.empty()) Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, kColumns - 1));
+}
 
 QString CardListModel::Text() const {
   QStringList rows;

@@ -7,15 +7,15 @@
 
 namespace tessaro {
 
-// Counted cards as a sortable table.
-class CardListModel : public QAbstractTableModel {
+// Counted cards as a sortable table. It follows them when rows come and go; cards that are removed leave it.
+class CardListModel : public QAbstractTableModel, private CardWatcher {
   Q_OBJECT
 
  public:
   enum Column { Number, Question, Recall, Due, Misses, Time, kColumns };
 
-  // `file` must live longer and keep its rows.
-  CardListModel(const CardFile& file, std::vector<CardLine> lines, int64_t now, QObject* parent);
+  // `file` must live longer.
+  CardListModel(CardFile& file, std::vector<CardLine> lines, int64_t now, QObject* parent);
   int RowOf(const QModelIndex& index) const { return lines_[static_cast<size_t>(index.row())].row; }
   QString Text() const;
 
@@ -27,9 +27,12 @@ class CardListModel : public QAbstractTableModel {
 
  private:
   QString TextOf(const CardLine& line, int column) const;
+  void RowsShifted(const RowShift& shift) override;
+  void CardsChanged(std::span<const int> rows, std::span<const int> columns) override;
   bool IsLess(const CardLine& a, const CardLine& b, int column) const;
 
   const CardFile& file_;
+  CardWatch watch_;
   std::vector<CardLine> lines_;
   int64_t now_;
 };

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <string>
+#include <utility>
 
-#include "cards/card_reader.h"
 #include "cards/card_writer.h"
 #include "platform/memory_file.h"
 
@@ -18,7 +18,7 @@ constexpr const char* kName = "/copy.mlb";
 // Holds one file and takes no other.
 class OneFileDisk : public Disk {
  public:
-  explicit OneFileDisk(std::string text) : text_(std::move(text)) {}
+  explicit OneFileDisk(const std::string& text) : text_(text) {}
 
   std::unique_ptr<ReadableFile> Open(const fs::path& path) override {
     return path == kName ? std::make_unique<MemoryReader>(text_) : nullptr;
@@ -39,7 +39,7 @@ class OneFileDisk : public Disk {
   std::vector<std::string> FileNames(const fs::path& /*folder*/) const override { return {}; }
 
  private:
-  std::string text_;
+  const std::string& text_;
 };
 
 void AddRow(std::string& text, std::initializer_list<std::string_view> fields) {
@@ -52,31 +52,42 @@ void AddRow(std::string& text, std::initializer_list<std::string_view> fields) {
   text += '\n';
 }
 
-// Histories are written as they are read, so that no strange byte of the file gets into the copy.
-std::string TextOf(const CardFile& file, const std::vector<int>& rows) {
+// The times up to the first 0: the others would only have to be read again.
+std::string UsedTimes(const AnswerHistory& history) {
   std::string text;
-  AddRow(text, {kId, kTopic, kQuestion, kAnswer, kScore, kTimeLearned, kYesNoRow, kTimeRow});
-  AddRow(text, {kStartMark, "", "", "", "", "", "", ""});
-  const CardReader cards(file);
-  int number = 0;
-  for (const int row : rows) {
-    const AnswerHistory history = cards.History(row);
-    std::string letters = LettersText(history.letters);
-    std::replace_if(
-        letters.begin(), letters.end(), [](char c) { return c != kKnownLetter && c != kNotKnownLetter; }, '-');
-    char id[16];
-    std::snprintf(id, sizeof id, "%06d", ++number);
-    AddRow(text, {id, "00", "", "", ScoreText(std::clamp<int64_t>(cards.Score(row), 0, kMaxScore)), "0", letters,
-                  TimesAfterAnswer(history.times)});
+  for (const int64_t time : history.times) {
+    if (time == 0) break;
+    text += std::to_string(time) + ' ';
   }
-  AddRow(text, {kEndMark, "", "", "", "", "", "", ""});
   return text;
 }
 
 }  // namespace
 
-CopiedDeck::CopiedDeck(const CardFile& file, const std::vector<int>& rows)
-    : disk_(std::make_unique<OneFileDisk>(TextOf(file, rows))), copy_(std::make_unique<CardFile>(*disk_)) {
+HistoriesText::HistoriesText() {
+  AddRow(text_, {kId, kTopic, kQuestion, kAnswer, kScore, kTimeLearned, kYesNoRow, kTimeRow});
+  AddRow(text_, {kStartMark, "", "", "", "", "", "", ""});
+}
+
+// Histories are written as they are read, so that no strange byte of the file gets into the copy.
+void HistoriesText::Add(const CardReader& cards, int row) {
+  const AnswerHistory history = ParseAnswers(cards.TimeRow(row), cards.YesNoRow(row));
+  std::string letters = LettersText(history.letters);
+  std::replace_if(
+      letters.begin(), letters.end(), [](char c) { return c != kKnownLetter && c != kNotKnownLetter; }, '-');
+  char id[16];
+  std::snprintf(id, sizeof id, "%06d", ++cards_);
+  const int64_t score = std::clamp<int64_t>(cards.Score(row), 0, kMaxScore);
+  AddRow(text_, {id, "00", "", "", ScoreText(score), "0", letters, UsedTimes(history)});
+}
+
+std::string HistoriesText::Take() {
+  AddRow(text_, {kEndMark, "", "", "", "", "", "", ""});
+  return std::move(text_);
+}
+
+CopiedDeck::CopiedDeck(const std::string& text)
+    : disk_(std::make_unique<OneFileDisk>(text)), copy_(std::make_unique<CardFile>(*disk_)) {
   (void)copy_->Open(kName);
   copy_->journal().End();
 }

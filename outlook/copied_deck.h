@@ -1,18 +1,31 @@
 #pragma once
 
 #include <memory>
-#include <vector>
+#include <string>
 
-#include "store/file/card_file.h"
+#include "cards/card_reader.h"
 
 namespace tessaro {
 
-// Cards of a file as a card file of its own in memory: their histories without the sides, and no journal. What happens
-// to it concerns no file.
+// The histories of cards as the text of a card file, without the sides.
+class HistoriesText {
+ public:
+  HistoriesText();
+  // The n-th card that is added stands in row n + 1.
+  void Add(const CardReader& cards, int row);
+  // To be called once, after the last card.
+  std::string Take();
+
+ private:
+  std::string text_;
+  int cards_ = 0;
+};
+
+// Such a text as a card file of its own in memory, without a journal. What happens to it concerns no file.
 class CopiedDeck {
  public:
-  // The cards stand in rows 2 ... N + 1 in the order of `rows`.
-  CopiedDeck(const CardFile& file, const std::vector<int>& rows);
+  // `text` must live longer.
+  explicit CopiedDeck(const std::string& text);
   ~CopiedDeck();
   CardFile& file() { return *copy_; }
   const CardFile& file() const { return *copy_; }

@@ -19,7 +19,7 @@ constexpr int kQuestionLetters = 40;
 
 }  // namespace
 
-TF_dlkarten::TF_dlkarten(const CardFile& file, QWidget* parent)
+TF_dlkarten::TF_dlkarten(CardFile& file, QWidget* parent)
     : QDialog(parent), ui_(std::make_unique<Ui::TF_dlkarten>()), file_(file) {
   ui_->setupUi(this);
   ui_->ListCards->verticalHeader()->hide();
@@ -36,10 +36,12 @@ TF_dlkarten::~TF_dlkarten() = default;
 void TF_dlkarten::Show(const QString& title, std::vector<CardLine> lines, int64_t now, EditCard edit) {
   edit_ = std::move(edit);
   ui_->LabelTitle->setText(title);
-  ui_->LabelCount->setText(CardsText(static_cast<int64_t>(lines.size())));
   ui_->ListCards->setSortingEnabled(false);
   delete std::exchange(model_, new CardListModel(file_, std::move(lines), now, this));
   ui_->ListCards->setModel(model_);
+  connect(model_, &QAbstractItemModel::rowsRemoved, this, &TF_dlkarten::ShowCount);
+  connect(model_, &QAbstractItemModel::modelReset, this, &TF_dlkarten::ShowCount);
+  ShowCount();
   ui_->ListCards->horizontalHeader()->setSortIndicator(CardListModel::Number, Qt::AscendingOrder);
   ui_->ListCards->setSortingEnabled(true);
   SetColumns();
@@ -50,6 +52,10 @@ void TF_dlkarten::Show(const QString& title, std::vector<CardLine> lines, int64_
   show();
   raise();
   activateWindow();
+}
+
+void TF_dlkarten::ShowCount() {
+  ui_->LabelCount->setText(CardsText(model_->rowCount()));
 }
 
 void TF_dlkarten::SetColumns() {

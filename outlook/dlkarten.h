@@ -23,8 +23,8 @@ class TF_dlkarten : public QDialog {
  public:
   using EditCard = std::function<void(int row)>;
 
-  // `file` must live longer and keep its rows.
-  TF_dlkarten(const CardFile& file, QWidget* parent);
+  // `file` must live longer.
+  TF_dlkarten(CardFile& file, QWidget* parent);
   ~TF_dlkarten() override;
 
   // Shows these cards, as they stood at `now`. `edit` may be empty.
@@ -32,10 +32,11 @@ class TF_dlkarten : public QDialog {
 
  private:
   void SetColumns();
+  void ShowCount();
   void EditCurrent();
 
   std::unique_ptr<Ui::TF_dlkarten> ui_;
-  const CardFile& file_;
+  CardFile& file_;
   CardListModel* model_ = nullptr;
   EditCard edit_;
 };

@@ -239,6 +239,7 @@ PageContent CostPage(const CardFile& file, const DeckOutlook& deck, const std::v
     page.sentence = page.plot.empty;
     return page;
   }
+  page.all_title = u"Die Karten mit der meisten Lernzeit"_s;
   page.plot.y_title = u"Minuten"_s;
   page.table.headers = {u"Frage"_s, u"Lernzeit"_s, u"Fehler"_s, u"gewusst jetzt"_s};
   double seconds = 0;
@@ -254,6 +255,7 @@ PageContent CostPage(const CardFile& file, const DeckOutlook& deck, const std::v
          u"%1: %2, %3 Fehler, %4 gewusst jetzt"_s.arg(question, SpanText(spent)).arg(line.misses).arg(recall)});
     page.table.rows.push_back({question, SpanText(spent), NumberText(int64_t{line.misses}), recall});
     page.rows.push_back({line.row});
+    page.all_rows.push_back(line.row);
   }
   const auto shown = static_cast<int64_t>(lines.size());
   page.sentence = u"Diese %1 (%2) kosten %3 Ihrer Lernzeit."_s.arg(

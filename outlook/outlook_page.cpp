@@ -90,7 +90,7 @@ void OutlookPage::MakeButtons(QLayout& layout) {
   static_cast<QVBoxLayout&>(layout).addLayout(line);
   connect(button_table_, &QPushButton::toggled, table_, &QWidget::setVisible);
   connect(copy, &QPushButton::clicked, this, &OutlookPage::CopyTable);
-  connect(button_cards_, &QPushButton::clicked, this, &OutlookPage::OpenSelection);
+  connect(button_cards_, &QPushButton::clicked, this, &OutlookPage::OpenCards);
 }
 
 void OutlookPage::ShowWaiting() {
@@ -105,8 +105,16 @@ void OutlookPage::Show(PageContent content) {
   MakeQuiet(*selection_);
   note_->setText(content.note);
   rows_ = std::move(content.rows);
+  all_rows_ = std::move(content.all_rows);
+  all_title_ = content.all_title;
   figures_->Show(std::move(content.table));
   plot_->Show(std::move(content.plot));
+  ShowSelection();
+}
+
+void OutlookPage::ForgetCards() {
+  rows_.clear();
+  all_rows_.clear();
   ShowSelection();
 }
 
@@ -123,22 +131,35 @@ void OutlookPage::CopyTable() {
   QGuiApplication::clipboard()->setText(figures_->Text());
 }
 
+std::vector<int> OutlookPage::SelectedRows() const {
+  const auto item = static_cast<size_t>(plot_->selected());
+  return plot_->selected() >= 0 && item < rows_.size() ? rows_[item] : std::vector<int>();
+}
+
 void OutlookPage::ShowSelection() {
   const int item = plot_->selected();
-  const QString hint =
-      plot_->Count() == 0 ? QString() : u"Pfeiltasten wählen aus, Eingabe oder ein Klick zeigt die Karten."_s;
+  const bool single = !all_rows_.empty();
+  const QString hint = plot_->Count() == 0 ? QString()
+                       : single            ? u"Pfeiltasten wählen aus, Eingabe oder ein Klick öffnet die Karte."_s
+                                           : u"Pfeiltasten wählen aus, Eingabe oder ein Klick zeigt die Karten."_s;
   selection_->setText(item < 0 ? hint : plot_->TextOf(item));
-  const bool has_cards =
-      item >= 0 && item < static_cast<int>(rows_.size()) && !rows_[static_cast<size_t>(item)].empty();
+  const bool has_cards = single || !SelectedRows().empty();
   button_cards_->setEnabled(has_cards);
-  button_cards_->setToolTip(has_cards  ? u"Die Karten hinter der Auswahl zeigen (Eingabe)"_s
-                            : item < 0 ? u"Erst im Diagramm etwas auswählen"_s
-                                       : u"Dahinter stehen keine Karten"_s);
+  button_cards_->setToolTip(single      ? u"Alle diese Karten als Liste zeigen"_s
+                            : has_cards ? u"Die Karten hinter der Auswahl zeigen (Eingabe)"_s
+                            : item < 0  ? u"Erst im Diagramm etwas auswählen"_s
+                                        : u"Dahinter stehen keine Karten"_s);
 }
 
 void OutlookPage::OpenSelection() {
-  const int item = plot_->selected();
-  if (button_cards_->isEnabled()) Q_EMIT CardsWanted(plot_->TextOf(item), rows_[static_cast<size_t>(item)]);
+  const std::vector<int> rows = SelectedRows();
+  if (rows.empty()) return;
+  const QString title = plot_->TextOf(plot_->selected());
+  all_rows_.empty() ? Q_EMIT CardsWanted(title, rows) : Q_EMIT CardWanted(title, rows.front());
+}
+
+void OutlookPage::OpenCards() {
+  all_rows_.empty() ? OpenSelection() : Q_EMIT CardsWanted(all_title_, all_rows_);
 }
 
 }  // namespace tessaro

@@ -20,6 +20,9 @@ struct PageContent {
   PlotContent plot;
   FigureTable table;
   std::vector<std::vector<int>> rows;  // card table rows, by what can be selected in the plot
+  // Of a plot whose bars are single cards: all of them, and what they are.
+  std::vector<int> all_rows = {};
+  QString all_title = {};
 };
 
 // One question of the evaluation or the forecast.
@@ -31,6 +34,8 @@ class OutlookPage : public QWidget {
   // While it is worked out, the sentence says so and the old figures stay.
   void ShowWaiting();
   void Show(PageContent content);
+  // The cards behind what is shown are no longer in these rows.
+  void ForgetCards();
   Plot& plot() { return *plot_; }
   void ToggleTable();
   void CopyTable();
@@ -38,12 +43,15 @@ class OutlookPage : public QWidget {
 
  Q_SIGNALS:
   void CardsWanted(const QString& title, const std::vector<int>& rows);
+  void CardWanted(const QString& title, int row);
 
  private:
   void MakeLayout();
   void MakeButtons(QLayout& layout);
   void ShowSelection();
+  std::vector<int> SelectedRows() const;
   void OpenSelection();
+  void OpenCards();
 
   QLabel* sentence_;
   QLabel* selection_;
@@ -54,6 +62,8 @@ class OutlookPage : public QWidget {
   QPushButton* button_cards_;
   QPushButton* button_table_;
   std::vector<std::vector<int>> rows_;
+  std::vector<int> all_rows_;
+  QString all_title_;
 };
 
 }  // namespace tessaro

@@ -16,17 +16,22 @@ namespace {
 using namespace Qt::Literals::StringLiterals;
 
 constexpr int kCardsAtOnce = 200;
+constexpr int kReadDelay = 300;  // milliseconds: changes come in rows
 
 }  // namespace
 
-OutlookWindow::OutlookWindow(const CardFile& file, ProgramSettings& settings, const Clock& clock,
+OutlookWindow::OutlookWindow(CardFile& file, ProgramSettings& settings, const Clock& clock,
                              std::string_view place_suffix)
     : QWidget(nullptr, Qt::Window),
       file_(file),
       settings_(settings),
       clock_(clock),
       work_(clock, this),
+      watch_(std::in_place, file.watchers(), static_cast<CardWatcher&>(*this)),
       place_suffix_(place_suffix) {
+  read_later_.setSingleShot(true);
+  read_later_.setInterval(kReadDelay);
+  connect(&read_later_, &QTimer::timeout, this, &OutlookWindow::Read);
   const auto on = [this](const QKeySequence& keys, auto act) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, act);
   };
@@ -40,13 +45,19 @@ OutlookWindow::~OutlookWindow() {
 }
 
 void OutlookWindow::TiePage(OutlookPage& page) {
+  pages_.push_back(&page);
   connect(&page, &OutlookPage::CardsWanted, this, &OutlookWindow::OpenCards);
+  connect(&page, &OutlookPage::CardWanted, this, &OutlookWindow::OpenCard);
 }
 
 void OutlookWindow::Renew() {
-  deck_is_read_ = false;
-  rows_ = file_.cards().RowCount();
   delete list_;
+  Read();
+}
+
+void OutlookWindow::Read() {
+  read_later_.stop();
+  deck_is_read_ = false;
   setWindowTitle(u"%1: %2"_s.arg(windowTitle().section(u':', 0, 0), FromPath(file_.paths().cards.filename())));
   CurrentPage().ShowWaiting();
   work_.Count<OutlookReading>(OutlookReading(file_, clock_.Now(), days_), kCardsAtOnce,
@@ -58,24 +69,36 @@ void OutlookWindow::Renew() {
 }
 
 void OutlookWindow::OpenCards(const QString& title, const std::vector<int>& rows) {
-  // Rows that came, went or moved make the figures worthless.
-  if (RowsChanged()) return Renew();
   if (list_ == nullptr) list_ = new TF_dlkarten(file_, this);
   list_->Show(title, LinesOf(file_, deck_, Parameters(), rows), deck_.now, edit_);
 }
 
-void OutlookWindow::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::ActivationChange && isActiveWindow() && rows_ >= 0 && RowsChanged()) Renew();
-  QWidget::changeEvent(event);
+void OutlookWindow::OpenCard(const QString& title, int row) {
+  edit_ ? edit_(row) : OpenCards(title, {row});
+}
+
+// The rows behind the figures are others now, and what is being counted goes by rows too.
+void OutlookWindow::RowsShifted(const RowShift& /*shift*/) {
+  work_.Stop();
+  deck_is_read_ = false;
+  for (OutlookPage* page : pages_) page->ForgetCards();
+  read_later_.start();
+}
+
+void OutlookWindow::CardsChanged(std::span<const int> /*rows*/, std::span<const int> /*columns*/) {
+  read_later_.start();
 }
 
 void OutlookWindow::showEvent(QShowEvent* event) {
-  if (rows_ < 0) RestoreWindowPlace(*this, settings_.ini, place_suffix_);
+  if (!std::exchange(placed_, true)) RestoreWindowPlace(*this, settings_.ini, place_suffix_);
   QWidget::showEvent(event);
 }
 
 void OutlookWindow::closeEvent(QCloseEvent* event) {
+  read_later_.stop();
   work_.Stop();
+  delete list_;
+  watch_.reset();
   KeepWindowPlace(*this, settings_.ini, place_suffix_);
   QWidget::closeEvent(event);
   Q_EMIT Closed();

@@ -1,9 +1,10 @@
 #include "outlook/plan.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
-#include "outlook/counted_cards.h"
+#include "outlook/due_count.h"
 
 namespace tessaro {
 namespace {
@@ -11,6 +12,7 @@ namespace {
 constexpr int kMostLearned = 20'000;  // index rows that are learned
 constexpr int64_t kMostDates = 60;
 constexpr int64_t kCatchUpDays = 90;
+constexpr int kCardsForAnAnswer = 20;  // to look at them takes as long
 
 std::vector<int64_t> DatesUpTo(int64_t last) {
   std::vector<int64_t> dates;
@@ -20,17 +22,11 @@ std::vector<int64_t> DatesUpTo(int64_t last) {
   return dates;
 }
 
-// The cards of the first index rows that may be learned, by row.
-std::vector<int> LearnedRows(const CardFile& file, const DeckOutlook& deck) {
-  const LearnIndex& index = file.learn_index();
-  const CardReader cards(file);
+// The cards of the first index rows.
+std::vector<int> ChosenRows(const LearnIndex& index) {
   std::vector<int> rows;
   const int end = std::min(index.RowCount() - 1, kMostLearned + 1);
-  for (int place = kFirstCardRow; place <= end; ++place) {
-    const int row = index.BoxPos(place);
-    const bool is_new = std::binary_search(deck.new_rows.begin(), deck.new_rows.end(), row);
-    if (is_new || deck.TraceOf(row) != nullptr) rows.push_back(row);
-  }
+  for (int place = kFirstCardRow; place <= end; ++place) rows.push_back(index.BoxPos(place));
   std::sort(rows.begin(), rows.end());
   rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
   return rows;
@@ -40,13 +36,15 @@ std::vector<int> LearnedRows(const CardFile& file, const DeckOutlook& deck) {
 
 Plan::Plan(const CardFile& file, const DeckOutlook& deck, const IniFile& program_settings, const LocalDays& days,
            const PlanWish& wish)
-    : file_(file), deck_(deck), settings_(program_settings), days_(days), wish_(wish), today_(days.DayOf(deck.now)) {
-  learned_rows_ = LearnedRows(file, deck);
-  for (const CardTrace& trace : deck.answered) {
-    if (!std::binary_search(learned_rows_.begin(), learned_rows_.end(), trace.row)) others_.push_back(&trace);
-  }
+    : file_(file),
+      deck_(deck),
+      settings_(program_settings),
+      days_(days),
+      wish_(wish),
+      today_(days.DayOf(deck.now)),
+      parameters_(ReadParameters(program_settings)),
+      chosen_rows_(ChosenRows(file.learn_index())) {
   report_.days = DatesUpTo(std::max<int64_t>(wish.last_day - today_, 0));
-  report_.partial = static_cast<int64_t>(learned_rows_.size()) < deck.counted();
   minutes_ = {0, wish.minutes / 2, wish.minutes, wish.minutes * 2};
 }
 
@@ -56,7 +54,6 @@ Plan Plan::CatchUp(const CardFile& file, const DeckOutlook& deck, const IniFile&
   Plan plan(file, deck, program_settings, days, {today + kCatchUpDays, minutes, 0});
   plan.only_catching_up_ = true;
   plan.minutes_ = {minutes / 2, minutes, minutes * 2};
-  plan.BeginCurve();
   return plan;
 }
 
@@ -69,11 +66,17 @@ int64_t Plan::TimeOf(int64_t day) const {
 
 bool Plan::Step(int count) {
   switch (stage_) {
+    case Stage::Copying:
+      if (!CopySome(count)) EndCopy();
+      break;
+    case Stage::Parting:
+      if (!PartSome(count * kCardsForAnAnswer)) EndParting();
+      break;
     case Stage::Forgetting:
-      if (!ForgetSome(count)) BeginCurve();
+      if (!ForgetSome(count * kCardsForAnAnswer)) BeginCurve();
       break;
     case Stage::Evaluating:
-      if (!EvaluateSome(count)) EndDate();
+      if (!EvaluateSome(count * kCardsForAnAnswer)) EndDate();
       break;
     case Stage::Learning:
       if (!LearnSome(count)) EndDay();
@@ -88,40 +91,94 @@ PlanReport Plan::Take() {
   return std::move(report_);
 }
 
+bool Plan::CopySome(int count) {
+  const CardReader cards(file_);
+  for (; count > 0 && next_ < chosen_rows_.size(); --count) {
+    const int row = chosen_rows_[next_++];
+    const CardTrace* trace = deck_.TraceOf(row);
+    if (trace == nullptr && !std::binary_search(deck_.new_rows.begin(), deck_.new_rows.end(), row)) continue;
+    if (trace != nullptr && DueTimeOf(file_, *trace, parameters_, deck_.now) < deck_.now) {
+      start_->overdue.push_back(start_->rows.size());
+    }
+    start_->rows.push_back(row);
+    start_->traces.push_back(trace != nullptr ? MemoryTrace(*trace) : MemoryTrace());
+    copy_.Add(cards, row);
+  }
+  return next_ < chosen_rows_.size();
+}
+
+void Plan::EndCopy() {
+  start_->text = copy_.Take();
+  ReadNextDeck();
+  report_.partial = static_cast<int64_t>(start_->rows.size()) < deck_.counted();
+  next_ = 0;
+  // To catch up concerns only what is learned.
+  stage_ = Stage::Parting;
+  if (only_catching_up_ || !report_.partial) EndParting();
+}
+
+// Those that are learned from those that only forget; both lists go by row.
+bool Plan::PartSome(int count) {
+  for (; count > 0 && next_ < deck_.answered.size(); --count) {
+    const CardTrace& trace = deck_.answered[next_++];
+    while (passed_ < start_->rows.size() && start_->rows[passed_] < trace.row) ++passed_;
+    if (passed_ == start_->rows.size() || start_->rows[passed_] != trace.row) others_.push_back(&trace);
+  }
+  return next_ < deck_.answered.size();
+}
+
+void Plan::EndParting() {
+  next_ = 0;
+  GoToDate(0);
+  stage_ = Stage::Forgetting;
+  if (only_catching_up_) BeginCurve();
+}
+
+void Plan::GoToDate(size_t date) {
+  date_ = date;
+  if (date < report_.days.size()) time_ = TimeOf(report_.days[date]);
+}
+
 // What happens to the cards that are never learned is the same in all curves.
 bool Plan::ForgetSome(int count) {
-  const int64_t time = TimeOf(report_.days[date_]);
   const bool last = date_ + 1 == report_.days.size();
   for (; count > 0 && next_ < others_.size(); --count, ++next_) {
-    const double recall = RecallAt(*others_[next_], deck_.weights, time);
+    const double recall = RecallAt(*others_[next_], deck_.weights, time_);
     sum_ += recall;
     if (last && recall < PlanReport::kWeak) others_weak_.push_back(others_[next_]->row);
   }
   if (next_ < others_.size()) return true;
   others_known_.push_back(std::exchange(sum_, 0));
   next_ = 0;
-  return ++date_ < report_.days.size();
+  GoToDate(date_ + 1);
+  return date_ < report_.days.size();
+}
+
+// A deck of 20,000 cards takes longer to read than windows may wait.
+void Plan::ReadNextDeck() {
+  next_deck_ = std::async(std::launch::async | std::launch::deferred,
+                          [&text = start_->text] { return std::make_unique<CopiedDeck>(text); });
 }
 
 void Plan::BeginCurve() {
   const double minutes = minutes_[report_.curves.size()];
-  report_.curves.push_back({.minutes = minutes, .known = {}, .weak_rows = others_weak_});
-  session_ = std::make_unique<PlanSession>(file_, deck_, settings_, learned_rows_);
-  date_ = 0;
+  report_.curves.push_back({.minutes = minutes, .known = {}, .weak_rows = {}});
+  session_ = std::make_unique<PlanSession>(*start_, next_deck_.get(), deck_, settings_);
+  if (report_.curves.size() < minutes_.size()) ReadNextDeck();
+  GoToDate(0);
   day_ = 0;
   stage_ = Stage::Evaluating;
   if (only_catching_up_) BeginDay();
 }
 
 bool Plan::EvaluateSome(int count) {
-  const int64_t time = TimeOf(report_.days[date_]);
   const bool last = date_ + 1 == report_.days.size();
   const std::vector<MemoryTrace>& traces = session_->traces();
   for (; count > 0 && next_ < traces.size(); --count, ++next_) {
     if (traces[next_].answers == 0) continue;
-    const double recall = RecallAt(traces[next_], deck_.weights, time);
+    const double recall = RecallAt(traces[next_], deck_.weights, time_);
     sum_ += recall;
-    if (last && recall < PlanReport::kWeak) report_.curves.back().weak_rows.push_back(learned_rows_[next_]);
+    if (last && recall < PlanReport::kWeak) report_.curves.back().weak_rows.push_back(start_->rows[next_]);
   }
   if (next_ < traces.size()) return true;
   report_.curves.back().known.push_back(std::exchange(sum_, 0) + others_known_[date_]);
@@ -130,7 +187,8 @@ bool Plan::EvaluateSome(int count) {
 }
 
 void Plan::EndDate() {
-  if (++date_ == report_.days.size()) return EndCurve();
+  GoToDate(date_ + 1);
+  if (date_ == report_.days.size()) return EndCurve();
   if (report_.curves.back().minutes > 0) return BeginDay();
   day_ = report_.days[date_];
 }
@@ -159,7 +217,10 @@ void Plan::EndDay() {
 }
 
 void Plan::EndCurve() {
-  std::sort(report_.curves.back().weak_rows.begin(), report_.curves.back().weak_rows.end());
+  std::vector<int>& weak = report_.curves.back().weak_rows;
+  const auto own = static_cast<std::ptrdiff_t>(weak.size());
+  weak.insert(weak.end(), others_weak_.begin(), others_weak_.end());
+  std::inplace_merge(weak.begin(), weak.begin() + own, weak.end());
   session_.reset();
   stage_ = Stage::Done;
   if (report_.curves.size() < minutes_.size()) BeginCurve();

@@ -2,11 +2,14 @@
 
 #include <array>
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <vector>
 
+#include "outlook/copied_deck.h"
 #include "outlook/deck_outlook.h"
 #include "outlook/plan_session.h"
+#include "settings/learning_parameters.h"
 #include "store/file/ini_file.h"
 
 namespace tessaro {
@@ -53,14 +56,20 @@ class Plan {
   PlanReport Take();
 
  private:
-  enum class Stage { Forgetting, Evaluating, Learning, Done };
+  enum class Stage { Copying, Parting, Forgetting, Evaluating, Learning, Done };
+  bool CopySome(int count);
+  void EndCopy();
+  bool PartSome(int count);
+  void EndParting();
   bool ForgetSome(int count);
   bool EvaluateSome(int count);
   bool LearnSome(int count);
+  void ReadNextDeck();
   void BeginCurve();
   void BeginDay();
   void EndDay();
   void EndDate();
+  void GoToDate(size_t date);
   void EndCurve();
   int64_t TimeOf(int64_t day) const;
 
@@ -71,18 +80,24 @@ class Plan {
   PlanWish wish_;
   bool only_catching_up_ = false;
   int64_t today_;
-  std::vector<int> learned_rows_;         // by row
-  std::vector<const CardTrace*> others_;  // those that only forget
-  std::vector<double> others_known_;      // by date
+  LearningParameters parameters_;
+  std::vector<int> chosen_rows_;  // of the first index rows, by row; some may be no cards to be learned
+  HistoriesText copy_;
+  std::unique_ptr<PlanStart> start_ = std::make_unique<PlanStart>();
+  std::future<std::unique_ptr<CopiedDeck>> next_deck_;  // for the next curve; it is read on another thread
+  std::vector<const CardTrace*> others_;                // those that only forget
+  std::vector<double> others_known_;                    // by date
   std::vector<int> others_weak_;
   std::vector<double> minutes_;
   PlanReport report_;
 
-  Stage stage_ = Stage::Forgetting;
-  size_t date_ = 0;  // of report_.days
-  size_t next_ = 0;  // card that is looked at next
-  double sum_ = 0;   // over those before it
-  int64_t day_ = 0;  // of the session, from today
+  Stage stage_ = Stage::Copying;
+  size_t date_ = 0;    // of report_.days
+  int64_t time_ = 0;   // of that date
+  size_t passed_ = 0;  // of the learned cards, by the one looked at
+  size_t next_ = 0;    // card that is looked at next
+  double sum_ = 0;     // over those before it
+  int64_t day_ = 0;    // of the session, from today
   std::unique_ptr<PlanSession> session_;
 };
 

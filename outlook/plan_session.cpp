@@ -4,13 +4,11 @@
 #include <cmath>
 #include <cstdio>
 #include <optional>
-#include <string>
+#include <utility>
 
 #include "cards/card_reader.h"
 #include "learn/learning_run.h"
 #include "learn/run_values.h"
-#include "outlook/copied_deck.h"
-#include "outlook/due_count.h"
 
 namespace tessaro {
 namespace {
@@ -51,30 +49,25 @@ bool IsOver(const StepResult& result) {
 }  // namespace
 
 struct PlanSession::State {
-  State(const CardFile& file, const DeckOutlook& deck_in, const IniFile& program_settings,
-        const std::vector<int>& rows_in)
-      : deck(deck_in), settings(program_settings), rows(rows_in), copy(file, rows_in) {
-    const LearningParameters parameters = ReadParameters(settings);
-    given.resize(rows.size());
-    for (const int row : rows) {
-      const CardTrace* trace = deck.TraceOf(row);
-      if (trace != nullptr && DueTimeOf(file, *trace, parameters, deck.now) < deck.now) {
-        overdue.push_back(traces.size());
-      }
-      traces.push_back(trace != nullptr ? MemoryTrace(*trace) : MemoryTrace());
-    }
-  }
+  State(const PlanStart& start_in, std::unique_ptr<CopiedDeck> copy_in, const DeckOutlook& deck_in,
+        const IniFile& program_settings)
+      : start(start_in),
+        deck(deck_in),
+        settings(program_settings),
+        copy(std::move(copy_in)),
+        traces(start.traces),
+        given(start.rows.size()) {}
 
   bool IsKnown(size_t card) {
     const MemoryTrace& trace = traces[card];
     const double recall = trace.answers > 0 ? RecallAt(trace, deck.weights, clock.Now()) : deck.FirstSight();
-    return LuckOf(rows[card], given[card]++) < recall;
+    return LuckOf(start.rows[card], given[card]++) < recall;
   }
 
+  const PlanStart& start;
   const DeckOutlook& deck;
   const IniFile& settings;
-  std::vector<int> rows;
-  CopiedDeck copy;
+  std::unique_ptr<CopiedDeck> copy;
   SessionClock clock;
   SeededRandom random;
   std::unique_ptr<LearningRun> run;
@@ -83,13 +76,12 @@ struct PlanSession::State {
   int new_left = 0;
   int shown = 0;  // the card that was counted as new last
   std::vector<MemoryTrace> traces;
-  std::vector<int> given;       // answers of the plan, by card
-  std::vector<size_t> overdue;  // cards, at the beginning
+  std::vector<int> given;  // answers of the plan, by card
 };
 
-PlanSession::PlanSession(const CardFile& file, const DeckOutlook& deck, const IniFile& program_settings,
-                         const std::vector<int>& rows)
-    : state_(std::make_unique<State>(file, deck, program_settings, rows)) {}
+PlanSession::PlanSession(const PlanStart& start, std::unique_ptr<CopiedDeck> copy, const DeckOutlook& deck,
+                         const IniFile& program_settings)
+    : state_(std::make_unique<State>(start, std::move(copy), deck, program_settings)) {}
 
 PlanSession::~PlanSession() = default;
 
@@ -99,7 +91,7 @@ void PlanSession::Begin(int64_t time, double minutes, int new_cards) {
   s.end = s.clock.now + minutes * 60;
   s.new_left = new_cards;
   s.shown = 0;
-  s.run = std::make_unique<LearningRun>(s.copy.file(), s.settings, s.clock, s.random);
+  s.run = std::make_unique<LearningRun>(s.copy->file(), s.settings, s.clock, s.random);
   (void)s.run->Set(&RunOptions::no_new_cards, new_cards <= 0);
   s.over = IsOver(s.run->Start());
 }
@@ -117,7 +109,7 @@ bool PlanSession::Answer() {
   if (s.traces[card].answers == 0 && --s.new_left <= 0) (void)s.run->Set(&RunOptions::no_new_cards, true);
   s.clock.now += s.deck.seconds_per_answer;
   s.over = IsOver(s.IsKnown(card) ? s.run->Known() : s.run->NotKnown());
-  const CardReader cards(s.copy.file());
+  const CardReader cards(s.copy->file());
   s.traces[card] = TraceOf(ReadAnswers(cards.TimeRow(row), cards.YesNoRow(row)));
   return true;
 }
@@ -128,7 +120,7 @@ const std::vector<MemoryTrace>& PlanSession::traces() const {
 
 bool PlanSession::CaughtUp() const {
   const State& s = *state_;
-  return std::all_of(s.overdue.begin(), s.overdue.end(), [&](size_t card) { return s.given[card] > 0; });
+  return std::all_of(s.start.overdue.begin(), s.start.overdue.end(), [&](size_t card) { return s.given[card] > 0; });
 }
 
 }  // namespace tessaro

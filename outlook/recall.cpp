@@ -38,7 +38,7 @@ MemoryTrace Begin(const StoredAnswer& first) {
 }  // namespace
 
 AnswerSeries ReadAnswers(std::string_view time_row, std::string_view yes_no_row) {
-  const AnswerHistory history = ParseHistory(time_row, yes_no_row);
+  const AnswerHistory history = ParseAnswers(time_row, yes_no_row);
   size_t count = 0;
   while (count < history.times.size() && history.times[count] > 0 && IsAnswer(history.letters[count])) ++count;
   AnswerSeries series;

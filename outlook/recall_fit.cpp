@@ -40,12 +40,12 @@ void FitSamples::AddCard(const AnswerSeries& series, int64_t before) {
   MemoryTrace trace;
   for (const StoredAnswer& answer : series) {
     if (answer.time >= before) break;
-    if (trace.answers > 0) {
+    if (&answer != series.begin()) {
       ++answers_;
       known_ += answer.known ? 1 : 0;
       if (taken) samples_.push_back({TermsAt(trace, answer.time), answer.known});
     }
-    FollowAnswer(trace, answer);
+    if (taken) FollowAnswer(trace, answer);
   }
   if (samples_.size() == first) return;
   cards_.push_back({number, static_cast<uint32_t>(samples_.size() - first)});

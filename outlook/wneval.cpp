@@ -10,14 +10,12 @@
 namespace tessaro {
 namespace {
 
-using namespace Qt::Literals::StringLiterals;
-
 constexpr int kCardsAtOnce = 200;
 
 }  // namespace
 
-TF_wneval::TF_wneval(const CardFile& file, ProgramSettings& settings, const Clock& clock)
-    : OutlookWindow(file, settings, clock, "E"), ui_(std::make_unique<Ui::TF_wneval>()) {
+TF_wneval::TF_wneval(CardFile& file, ProgramSettings& settings, const Clock& clock)
+    : OutlookWindow(file, settings, clock, "A"), ui_(std::make_unique<Ui::TF_wneval>()) {
   ui_->setupUi(this);
   for (OutlookPage* page : {ui_->PageWissen, ui_->PageGetan, ui_->PageStimmen, ui_->PageKosten}) TiePage(*page);
   const auto renew = [this](View view) {
@@ -29,11 +27,6 @@ TF_wneval::TF_wneval(const CardFile& file, ProgramSettings& settings, const Cloc
   connect(ui_->CbZeitraum, &QComboBox::currentIndexChanged, this, [renew] { renew(Did); });
   connect(ui_->CbPruefzeitraum, &QComboBox::currentIndexChanged, this, [renew] { renew(Predicted); });
   connect(ui_->CbSortierung, &QComboBox::currentIndexChanged, this, [renew] { renew(Costs); });
-  connect(ui_->ButtonAlle, &QPushButton::clicked, this, [this] {
-    std::vector<int> rows;
-    for (const CardCost& cost : deck_.costs) rows.push_back(cost.row);
-    OpenCards(u"Die Karten mit der meisten Lernzeit"_s, rows);
-  });
 }
 
 TF_wneval::~TF_wneval() = default;
@@ -108,7 +101,6 @@ std::vector<CardLine> TF_wneval::CostLines() const {
 }
 
 void TF_wneval::ShowCosts() {
-  ui_->ButtonAlle->setEnabled(!deck_.costs.empty());
   ui_->PageKosten->Show(CostPage(file_, deck_, CostLines()));
 }
 

@@ -18,7 +18,7 @@ class TF_wneval : public OutlookWindow {
   Q_OBJECT
 
  public:
-  TF_wneval(const CardFile& file, ProgramSettings& settings, const Clock& clock);
+  TF_wneval(CardFile& file, ProgramSettings& settings, const Clock& clock);
   ~TF_wneval() override;
 
  protected:

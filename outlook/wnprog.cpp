@@ -24,7 +24,7 @@ const QDate kFirstDay(1970, 1, 1);
 }  // namespace
 
 TF_wnprog::TF_wnprog(CardFile& file, ProgramSettings& settings, const Clock& clock)
-    : OutlookWindow(file, settings, clock, "P"), ui_(std::make_unique<Ui::TF_wnprog>()), own_file_(file) {
+    : OutlookWindow(file, settings, clock, "P"), ui_(std::make_unique<Ui::TF_wnprog>()) {
   ui_->setupUi(this);
   for (OutlookPage* page : {ui_->PageFaellig, ui_->PagePruefung}) TiePage(*page);
   ui_->CbHorizont->setCurrentIndex(1);
@@ -51,7 +51,7 @@ TF_wnprog::TF_wnprog(CardFile& file, ProgramSettings& settings, const Clock& clo
 TF_wnprog::~TF_wnprog() = default;
 
 void TF_wnprog::ReadWishes() {
-  const IniFile& settings = own_file_.settings();
+  const IniFile& settings = file_.settings();
   const QDate today = kFirstDay.addDays(days_.DayOf(clock_.Now()));
   const QDate kept = QDate::fromString(QString::fromStdString(keys::kExamDay.Read(settings)), Qt::ISODate);
   ui_->DatePruefung->setDate(kept.isValid() && kept >= today ? kept : today.addDays(kDefaultDays));
@@ -62,12 +62,12 @@ void TF_wnprog::ReadWishes() {
 }
 
 void TF_wnprog::KeepWishes() {
-  if (!own_file_.IsOpen()) return;
-  IniFile& settings = own_file_.settings();
+  if (!file_.IsOpen()) return;
+  IniFile& settings = file_.settings();
   (void)keys::kExamDay.Write(ui_->DatePruefung->date().toString(Qt::ISODate).toStdString(), settings);
   keys::kPlanMinutes.Write(ui_->SpinMinuten->value(), settings);
   keys::kPlanNewCards.Write(ui_->SpinNeu->value(), settings);
-  (void)own_file_.SaveSettings();
+  (void)file_.SaveSettings();
 }
 
 void TF_wnprog::closeEvent(QCloseEvent* event) {

@@ -40,7 +40,6 @@ class TF_wnprog : public OutlookWindow {
   int64_t ExamDay() const;
 
   std::unique_ptr<Ui::TF_wnprog> ui_;
-  CardFile& own_file_;
   bool due_shown_ = false;
   bool plan_shown_ = false;
 };
