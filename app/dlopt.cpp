@@ -15,6 +15,7 @@
 #include "ui_dlopt.h"
 #include "widgets/htmlview.h"
 #include "widgets/messages.h"
+#include "widgets/scroll_pages.h"
 #include "widgets/side_look.h"
 #include "widgets/text.h"
 #include "widgets/theme.h"
@@ -61,13 +62,15 @@ TF_dlopt::TF_dlopt(OptionPlaces places, Messages& messages, QWidget* parent)
   connect(ui_->BitBtnCancel, &QAbstractButton::clicked, this, &QDialog::reject);
   connect(ui_->BitBtnDefault, &QAbstractButton::clicked, this, &TF_dlopt::BitBtnDefaultClick);
   fields_.Read(places_.program);
-  sides_fields_.Read(open ? *places_.card_file : IniFile());
+  file_fields_.Read(open ? *places_.card_file : IniFile());
+  LetPagesScroll(*ui_->Seiten);
+  FitToScreen(*this);
 }
 
 TF_dlopt::~TF_dlopt() = default;
 
 void TF_dlopt::TieSide(Side& side) {
-  sides_fields_.Add(
+  file_fields_.Add(
       *side.points, [this, &side](const IniFile& settings) { TakeSide(side, ReadSideSettings(settings, side.name)); },
       [&side](IniFile& settings) {
         if (ReadSideSettings(settings, side.name) == side.look) return;
@@ -124,6 +127,12 @@ void TF_dlopt::ChooseColour(Side& side, int64_t SideSettings::*colour) {
 void TF_dlopt::TieLearning() {
   fields_.Add(*ui_->Methode, keys::kRowOrder);
   fields_.Add(*ui_->NeueKarten, keys::kFewNewCards);
+  file_fields_.Add(*ui_->KarteiMethode, keys::kStartMethod);
+  file_fields_.Add(*ui_->Startkarte, keys::kStartAtHome);
+  for (QWidget* field : {static_cast<QWidget*>(ui_->LabelKarteiMethode), static_cast<QWidget*>(ui_->KarteiMethode),
+                         static_cast<QWidget*>(ui_->Startkarte)}) {
+    field->setEnabled(places_.card_file != nullptr);
+  }
   fields_.Add(
       *ui_->Antwortart,
       [this](const IniFile& settings) {
@@ -202,7 +211,7 @@ void TF_dlopt::ShowFolder() {
 }
 
 void TF_dlopt::BitBtnOKClick() {
-  QWidget* wrong = sides_fields_.FirstWrong();
+  QWidget* wrong = file_fields_.FirstWrong();
   if (wrong == nullptr) wrong = fields_.FirstWrong();
   if (wrong != nullptr) {
     for (int i = 0; i < ui_->Seiten->count(); ++i) {
@@ -212,13 +221,13 @@ void TF_dlopt::BitBtnOKClick() {
     return;
   }
   fields_.Write(places_.program);
-  if (places_.card_file != nullptr) sides_fields_.Write(*places_.card_file);
+  if (places_.card_file != nullptr) file_fields_.Write(*places_.card_file);
   accept();
 }
 
 void TF_dlopt::BitBtnDefaultClick() {
   fields_.Reset(*ui_->Seiten->currentWidget());
-  sides_fields_.Reset(*ui_->Seiten->currentWidget());
+  file_fields_.Reset(*ui_->Seiten->currentWidget());
 }
 
 }  // namespace tessaro

@@ -73,8 +73,8 @@ class TF_dlopt : public QDialog {
   std::unique_ptr<Ui::TF_dlopt> ui_;
   OptionPlaces places_;
   Messages& messages_;
-  OptionFields fields_;        // of tessaro.ini
-  OptionFields sides_fields_;  // of X.ini
+  OptionFields fields_;       // of tessaro.ini
+  OptionFields file_fields_;  // of X.ini
   std::array<Side, 2> sides_;
 };
 

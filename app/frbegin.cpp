@@ -1,10 +1,11 @@
 #include "app/frbegin.h"
 
-#include <QCommandLinkButton>
 #include <QDir>
 #include <QKeyEvent>
 #include <QLocale>
 #include <QPainter>
+#include <QPushButton>
+#include <algorithm>
 #include <utility>
 
 #include "learn/lern_texts.h"
@@ -23,6 +24,7 @@ constexpr double kButton = 1.3;
 constexpr double kSmall = 0.9;
 constexpr int kButtonPadding = 32;  // pixels beside icon and caption
 constexpr int kLettersInLine = 70;
+constexpr int kRowPadding = 8;
 constexpr int kRing = 2;  // pixels, the line around the row with the focus
 constexpr int kRingRadius = 4;
 
@@ -53,24 +55,67 @@ QString AdviceFor(const BeginFile& file) {
   }
   if (file.figures.learnable == 0) return u"In dieser Kartei gibt es noch keine Karten zum Lernen."_s;
   if (!file.figures.next_due_in) return u"Zurzeit ist nichts zu wiederholen."_s;
+  if (file.after_run) return u"Für jetzt fertig, nächste Karte in %1."_s.arg(ShortSpan(*file.figures.next_due_in));
   return u"Zurzeit ist nichts zu wiederholen. Die nächste Karte ist in %1 fällig."_s.arg(
       SpanInWords(*file.figures.next_due_in));
 }
 
-// A row of a list of files. Flat buttons of the common styles show no focus.
-class FileButton : public QCommandLinkButton {
+// A row of a list of files: a name and, smaller, what is to be said of it. Flat buttons of the common styles show no
+// focus, and command links of Qt keep their size whatever the desktop's text has.
+class FileButton : public QPushButton {
  public:
-  using QCommandLinkButton::QCommandLinkButton;
+  FileButton(const QString& name, QString description, QWidget* parent)
+      : QPushButton(name, parent), description_(std::move(description)) {
+    setFlat(true);
+    setAttribute(Qt::WA_Hover);
+    setAccessibleDescription(description_);
+  }
+  QSize sizeHint() const override {
+    const int width = std::max(QFontMetrics(NameFont()).horizontalAdvance(text()),
+                               QFontMetrics(SmallFont()).horizontalAdvance(description_));
+    return {TextLeft() + width + kRowPadding,
+            2 * kRowPadding + QFontMetrics(NameFont()).height() + QFontMetrics(SmallFont()).height()};
+  }
+  // A long path is cut.
+  QSize minimumSizeHint() const override { return {TextLeft(), sizeHint().height()}; }
 
  protected:
-  void paintEvent(QPaintEvent* event) override {
-    QCommandLinkButton::paintEvent(event);
-    if (!hasFocus()) return;
+  void paintEvent(QPaintEvent* /*event*/) override {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(palette().color(QPalette::Highlight), kRing));
-    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRingRadius, kRingRadius);
+    const QRectF row = QRectF(rect()).adjusted(1, 1, -1, -1);
+    QColor face = palette().color(QPalette::WindowText);
+    face.setAlphaF(isDown() ? 0.12F : underMouse() ? 0.06F : 0.0F);
+    painter.setBrush(face);
+    painter.setPen(hasFocus() ? QPen(palette().color(QPalette::Highlight), kRing) : QPen(Qt::NoPen));
+    painter.drawRoundedRect(row, kRingRadius, kRingRadius);
+    icon().paint(&painter, QRect(kRowPadding, kRowPadding, IconSide(), IconSide()));
+    painter.setPen(palette().color(QPalette::WindowText));
+    PaintLine(painter, NameFont(), kRowPadding, text());
+    PaintLine(painter, SmallFont(), kRowPadding + QFontMetrics(NameFont()).height(), description_);
   }
+
+ private:
+  int IconSide() const { return QFontMetrics(font()).height(); }
+  int TextLeft() const { return IconSide() + 2 * kRowPadding; }
+  QFont NameFont() const {
+    QFont bold = font();
+    bold.setBold(true);
+    return bold;
+  }
+  QFont SmallFont() const {
+    QFont small = font();
+    small.setPointSizeF(small.pointSizeF() * kSmall);
+    return small;
+  }
+  void PaintLine(QPainter& painter, const QFont& font, int top, const QString& line) const {
+    painter.setFont(font);
+    const QFontMetrics metrics(font);
+    const int width = this->width() - TextLeft() - kRowPadding;
+    painter.drawText(TextLeft(), top + metrics.ascent(), metrics.elidedText(line, Qt::ElideMiddle, width));
+  }
+
+  QString description_;
 };
 
 void Empty(QVBoxLayout& list) {
@@ -232,9 +277,8 @@ void TFrameBegin::SetSamples(const std::vector<std::filesystem::path>& samples) 
 
 void TFrameBegin::AddFileButton(QVBoxLayout& list, const std::filesystem::path& path, std::string_view icon,
                                 const QString& description, FileSignal signal) {
-  // A single "&" would underline the next letter.
-  const QString name = FromPath(path.stem()).replace(u'&', u"&&"_s);
-  auto* button = new FileButton(name, description, this);
+  auto* button = new FileButton(FromPath(path.stem()), description, this);
+  button->setAccessibleName(button->text());
   button->setIcon(Icon(icon));
   button->setToolTip(QDir::toNativeSeparators(FromPath(path)));
   button->setProperty("path", FromPath(path));

@@ -22,6 +22,7 @@ namespace tessaro {
 struct BeginFile {
   std::filesystem::path path;
   CardFigures figures;
+  bool after_run = false;  // a run of learning has just ended
 };
 
 // The start page of the main window: what is open and what to do next, or how to begin.

@@ -30,7 +30,7 @@ void WriteChanged(const Setting& setting, const Value& value, IniFile& settings)
 
 // German people write "2,5".
 QString GermanDecimal(double number) {
-  return QString::fromStdString(DecimalText(number)).replace(u'.', u',');
+  return QString::fromStdString(WithComma(DecimalText(number)));
 }
 
 }  // namespace

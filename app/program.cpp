@@ -19,6 +19,7 @@
 #include "edit/wned.h"
 #include "learn/dlausw.h"
 #include "learn/dllernkeys.h"
+#include "learn/start_method.h"
 #include "learn/wnlern.h"
 #include "settings/keys.h"
 #include "widgets/text.h"
@@ -105,8 +106,7 @@ void Program::ChooseMethod(bool boxes) {
     learning_window_->SpeedButtonLeitnerClick();
     return;
   }
-  const bool row_order = keys::kRowOrder.Read(settings_.ini);
-  const MethodDialogState shown = {.automatic = row_order ? Method::RowOrder : Method::Standard, .boxes = boxes};
+  const MethodDialogState shown = {.automatic = StartMethod(settings_.ini, file_.settings()), .boxes = boxes};
   TF_dlausw dialog(file_, settings_, machine_.clock, machine_.messages, shown, main_window_.get());
   if (dialog.exec() == QDialog::Accepted) OpenLearning(dialog.TakeChoice());
 }

@@ -69,6 +69,8 @@ std::optional<fs::path> OwnCopyOfSample(const fs::path& sample, const fs::path& 
   if (fs::exists(copy, error)) return copy;
   fs::create_directories(documents, error);
   if (error || !CopyMedia(sample.parent_path() / kMediaFolder, documents / kMediaFolder)) return std::nullopt;
+  const CardFilePaths from = PathsFor(sample);
+  if (fs::exists(from.settings, error) && !CopyIfMissing(from.settings, PathsFor(copy).settings)) return std::nullopt;
   if (!CopyIfMissing(sample, copy) || !MakeIndexes(copy)) return std::nullopt;
   return copy;
 }

@@ -226,6 +226,7 @@ BeginFile TF_wnmain::LookAtFile() {
   BeginFile begin;
   begin.path = file_.paths().cards;
   begin.figures = FiguresOf(file_, parameters, figures_at_);
+  begin.after_run = begin.path == learned_;
   return begin;
 }
 
@@ -254,6 +255,7 @@ void TF_wnmain::ShowRecent() {
 }
 
 void TF_wnmain::ShowAfterLearning() {
+  learned_ = file_.paths().cards;
   ShowState();
   if (file_.changed()) ShowStatus(u"Änderungen noch nicht gespeichert"_s);
   raise();

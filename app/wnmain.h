@@ -162,6 +162,7 @@ class TF_wnmain : public QMainWindow {
   std::unique_ptr<DeckCheck> check_;  // the one that is under way
   std::filesystem::path checked_;     // the card file that the start page shows findings of
   int64_t figures_at_ = 0;            // when the figures of the start page were looked up
+  std::filesystem::path learned_;     // the card file of the last run
   std::filesystem::path at_start_;    // to be opened once the window has been painted
   std::filesystem::path waiting_;     // to be opened when no dialog is open
   QTimer waiting_timer_;

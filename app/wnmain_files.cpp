@@ -112,6 +112,7 @@ bool TF_wnmain::LoadFile(const fs::path& chosen) {
   refused_ = report.result == OpenResult::Opened ? fs::path() : program_.disk().Resolve(*path);
   if (report.result == OpenResult::CannotOpen) RemoveRecentFile(program_.settings().ini, *path);
   if (report.result == OpenResult::Opened) {
+    learned_.clear();
     AddRecentFile(program_.settings().ini, file_.paths().cards);
     KeepBytesPerCard();
   }

@@ -47,6 +47,18 @@ void AnswerButton::SetNote(const QString& note) {
   update();
 }
 
+void AnswerButton::KeepRoomFor(const QString& note, const QString& key) {
+  widest_note_ = note;
+  widest_key_ = key;
+  updateGeometry();
+}
+
+void AnswerButton::KeepRoomForNote(bool on) {
+  if (room_for_note_ == on) return;
+  room_for_note_ = on;
+  updateGeometry();
+}
+
 void AnswerButton::SetProminent(bool prominent) {
   if (prominent_ == prominent) return;
   prominent_ = prominent;
@@ -76,12 +88,14 @@ QFont AnswerButton::KeyFont() const {
   return small;
 }
 
-int AnswerButton::KeyWidth() const {
-  return key_text_.isEmpty() ? 0 : QFontMetrics(KeyFont()).horizontalAdvance(key_text_) + 2 * kKeyPadding;
+// With the gap before it.
+int AnswerButton::KeyWidth(const QString& key) const {
+  return key.isEmpty() ? 0 : kGap + QFontMetrics(KeyFont()).horizontalAdvance(key) + 2 * kKeyPadding;
 }
 
-int AnswerButton::NoteWidth() const {
-  return note_.isEmpty() ? 0 : QFontMetrics(KeyFont()).horizontalAdvance(note_) + kGap;
+// With the gap behind it.
+int AnswerButton::NoteWidth(const QString& note) const {
+  return note.isEmpty() ? 0 : QFontMetrics(KeyFont()).horizontalAdvance(note) + kGap;
 }
 
 QSize AnswerButton::WithoutKey() const {
@@ -91,7 +105,8 @@ QSize AnswerButton::WithoutKey() const {
 }
 
 QSize AnswerButton::sizeHint() const {
-  return WithoutKey() + QSize(key_text_.isEmpty() ? 0 : KeyWidth() + kGap, 0);
+  const int key = std::max(KeyWidth(key_text_), KeyWidth(widest_key_));
+  return WithoutKey() + QSize(key + (room_for_note_ ? NoteWidth(widest_note_) : 0), 0);
 }
 
 // The key is left out before the name is cut.
@@ -130,9 +145,10 @@ void AnswerButton::PaintFrame(QPainter& painter) const {
 
 // The note is the first to go where room is short, then the key.
 void AnswerButton::PaintContent(QPainter& painter) const {
-  const bool with_key = !key_text_.isEmpty() && width() >= sizeHint().width();
-  const bool with_note = width() >= sizeHint().width() + NoteWidth();
-  const int needed = (with_key ? sizeHint() : WithoutKey()).width() + (with_note ? NoteWidth() : 0);
+  const int name = WithoutKey().width();
+  const bool with_key = !key_text_.isEmpty() && width() >= name + KeyWidth(key_text_);
+  const bool with_note = width() >= name + KeyWidth(key_text_) + NoteWidth(note_);
+  const int needed = name + (with_key ? KeyWidth(key_text_) : 0) + (with_note ? NoteWidth(note_) : 0);
   int x = (width() - needed) / 2 + kPadding;
   const QRect icon_place(x, (height() - IconSide()) / 2, IconSide(), IconSide());
   icon().paint(&painter, icon_place, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
@@ -145,8 +161,9 @@ void AnswerButton::PaintContent(QPainter& painter) const {
   painter.setFont(KeyFont());
   if (with_note) {
     painter.setPen(isEnabled() ? QuietColour() : palette().color(QPalette::Disabled, QPalette::ButtonText));
-    painter.drawText(QRect(x, 0, NoteWidth(), height()), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextDontClip, note_);
-    x += NoteWidth();
+    const QRect place(x, 0, NoteWidth(note_), height());
+    painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextDontClip, note_);
+    x += place.width();
   }
   if (with_key) PaintKey(painter, x);
 }
@@ -155,7 +172,7 @@ void AnswerButton::PaintKey(QPainter& painter, int x) const {
   const int key_height = QFontMetrics(KeyFont()).height() + 4;
   // On the middle of the screen's points, so that its lines are sharp.
   const QPoint key_corner(x, (height() - key_height) / 2);
-  const QRectF key_place(QPointF(key_corner) + QPointF(0.5, 0.5), QSizeF(KeyWidth(), key_height));
+  const QRectF key_place(QPointF(key_corner) + QPointF(0.5, 0.5), QSizeF(KeyWidth(key_text_) - kGap, key_height));
   painter.setPen(QPen(Mixed(palette().color(QPalette::Button), QuietColour(), 0.5), 1));
   painter.setBrush(Qt::NoBrush);
   painter.drawRoundedRect(key_place, 3, 3);

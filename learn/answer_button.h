@@ -20,6 +20,10 @@ class AnswerButton : public QPushButton {
   void SetKeyText(const QString& key);
   // What pressing it would come to, quietly beside its name where there is room; empty = nothing.
   void SetNote(const QString& note);
+  // Asks for room for such a note and key, so that the buttons beside it stay where they are while notes and keys
+  // change. Without it a note has the room that is left.
+  void KeepRoomFor(const QString& note, const QString& key);
+  void KeepRoomForNote(bool on);
   // What the user does next: a stronger border, which says so before the focus ring does.
   void SetProminent(bool prominent);
   bool prominent() const { return prominent_; }
@@ -36,8 +40,8 @@ class AnswerButton : public QPushButton {
   QColor OwnColour() const;
   QColor QuietColour() const;
   QFont KeyFont() const;
-  int KeyWidth() const;
-  int NoteWidth() const;
+  int KeyWidth(const QString& key) const;
+  int NoteWidth(const QString& note) const;
   void PaintKey(QPainter& painter, int x) const;
   QSize WithoutKey() const;
   void PaintFrame(QPainter& painter) const;
@@ -48,6 +52,9 @@ class AnswerButton : public QPushButton {
   std::string icon_name_;
   QString key_text_;
   QString note_;
+  QString widest_note_;
+  QString widest_key_;
+  bool room_for_note_ = true;
   bool prominent_ = false;
 };
 

@@ -4,11 +4,11 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
 #include <QTableWidget>
 
 #include "learn/interval_plot.h"
 #include "learn/statistics_texts.h"
+#include "settings/decimal_text.h"
 #include "ui_dldata.h"
 #include "widgets/text.h"
 #include "widgets/theme.h"
@@ -18,15 +18,22 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-constexpr int kTimeColumn = 2;
-
-void SetRow(QTableWidget* table, int row, std::initializer_list<std::string> texts) {
-  int column = 0;
-  for (const std::string& text : texts) {
-    auto* item = new QTableWidgetItem(FromBytes(text));
+void SetRow(QTableWidget* table, int row, const QStringList& texts, bool quiet = false) {
+  for (int column = 0; column < texts.size(); ++column) {
+    auto* item = new QTableWidgetItem(texts[column]);
     item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    table->setItem(row, column++, item);
+    if (quiet) item->setForeground(table->palette().color(QPalette::Disabled, QPalette::Text));
+    table->setItem(row, column, item);
   }
+}
+
+// When an answer was given, for people.
+QString MomentText(int64_t time) {
+  return time == 0 ? QString() : QDateTime::fromSecsSinceEpoch(time).toString(u"dd.MM.yyyy HH:mm"_s);
+}
+
+QString GermanText(const std::string& text) {
+  return FromBytes(WithComma(text));
 }
 
 void Prepare(QTableWidget* table, const QStringList& heads) {
@@ -45,7 +52,7 @@ TF_dldata::TF_dldata(QWidget* parent) : QWidget(parent, Qt::Dialog), ui_(std::ma
   ui_->setupUi(this);
   // The keys stay with the learning window.
   setAttribute(Qt::WA_ShowWithoutActivating);
-  Prepare(ui_->GridVerlauf, {u"Nr."_s, u"Antwort"_s, u"Zeit (s)"_s, u"Abstand (s)"_s});
+  Prepare(ui_->GridVerlauf, {u"Nr."_s, u"Antwort"_s, u"am"_s, u"Abstand (Tage)"_s, u"Zeit (s)"_s, u"Abstand (s)"_s});
   Prepare(ui_->GridReihe1, {u"x"_s, u"Abstand (s)"_s});
   for (QLabel* label : {ui_->LabelMethode, ui_->LabelGerade1, ui_->LabelGerade2, ui_->LabelPredict1, ui_->LabelPredict2,
                         ui_->LabelGewicht}) {
@@ -76,10 +83,10 @@ void TF_dldata::Show(const AnswerStatistics& statistics, std::string_view questi
   const QString no_line = statistics.forecast ? u"zu wenige Abstände"_s : QString();
   ui_->Edit_y1->setPlaceholderText(no_line);
   ui_->Edit_y2->setPlaceholderText(no_line);
-  ui_->Edit_y1->setText(FromBytes(texts.trends[0].line));
-  ui_->Edit_y2->setText(FromBytes(texts.trends[1].line));
-  ui_->EditPredict1->setText(FromBytes(texts.trends[0].prediction));
-  ui_->EditPredict2->setText(FromBytes(texts.trends[1].prediction));
+  ui_->Edit_y1->setText(GermanText(texts.trends[0].line));
+  ui_->Edit_y2->setText(GermanText(texts.trends[1].line));
+  ui_->EditPredict1->setText(GermanText(texts.trends[0].prediction));
+  ui_->EditPredict2->setText(GermanText(texts.trends[1].prediction));
   ui_->EditGewicht->setText(statistics.forecast ? FromBytes(texts.score) : u"0;  (ohne Berechnung)"_s);
   ui_->EditStatus->setText(statistics.history.corrected ? u"Korrektur Zeitreihe"_s : QString());
   ui_->Abstaende->Show(IntervalContent(statistics.forecast));
@@ -94,18 +101,17 @@ void TF_dldata::ShowHistory(const StatisticsTexts& texts, std::span<const int64_
   ui_->GridVerlauf->setRowCount(static_cast<int>(texts.history.size()));
   for (size_t i = 0; i < texts.history.size(); ++i) {
     const HistoryRowText& text = texts.history[i];
-    const int row = static_cast<int>(i);
-    SetRow(ui_->GridVerlauf, row, {text.number, text.letter, text.time, text.interval});
-    if (times[i] == 0) continue;
-    const QDateTime time = QDateTime::fromSecsSinceEpoch(times[i]);
-    ui_->GridVerlauf->item(row, kTimeColumn)->setToolTip(QLocale().toString(time, QLocale::ShortFormat));
+    SetRow(ui_->GridVerlauf, static_cast<int>(i),
+           {FromBytes(text.number), FromBytes(text.letter), MomentText(times[i]), FromBytes(text.days),
+            FromBytes(text.time), FromBytes(text.interval)},
+           text.empty);
   }
 }
 
 void TF_dldata::ShowSeries(QTableWidget* table, const TrendTexts& texts) {
   table->setRowCount(static_cast<int>(texts.rows.size()));
   int row = 0;
-  for (const SeriesRowText& text : texts.rows) SetRow(table, row++, {text.x, text.interval});
+  for (const SeriesRowText& text : texts.rows) SetRow(table, row++, {FromBytes(text.x), FromBytes(text.interval)});
 }
 
 void TF_dldata::closeEvent(QCloseEvent* event) {

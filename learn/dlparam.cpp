@@ -7,11 +7,14 @@
 
 #include "settings/decimal_text.h"
 #include "ui_dlparam.h"
+#include "widgets/scroll_pages.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
+
+constexpr int kValues = 0;  // their page
 
 QString RefusalText(ParameterField field) {
   switch (field) {
@@ -46,7 +49,7 @@ QString SuggestionTable(const LearningParameters& p) {
          line(u"Intensivwiederholung ab"_s, number(p.switch_count), u"nicht gewussten Karten"_s) +
          line(u"Überprüfung bei jeder"_s, number(p.check_every) + u'.', u"Karte"_s) +
          line(u"am Stück durchzuprüfen"_s, number(p.check_run), u"Karten"_s) +
-         line(u"Behaltenszeit mal"_s, QString::fromStdString(DecimalText(p.retention_weight)), {}) +
+         line(u"Behaltenszeit mal"_s, QString::fromStdString(WithComma(DecimalText(p.retention_weight))), {}) +
          line(u"spätestens wieder nach"_s, number(p.max_time / kSecondsPerDay), u"Tagen"_s) + u"</table>"_s;
 }
 
@@ -80,12 +83,17 @@ TF_dlparam::TF_dlparam(const ParameterEntry& entry, QWidget* parent)
   connect(ui_->BitBtnDefault, &QPushButton::clicked, this, &TF_dlparam::BitBtnDefaultClick);
   connect(ui_->BitBtnUebernehmen, &QPushButton::clicked, this, &TF_dlparam::BitBtnUebernehmenClick);
   for (QLabel* hint : findChildren<QLabel*>(QRegularExpression(u"^HinweisEd"_s))) MakeQuiet(*hint);
-  ui_->PageControl->setCurrentIndex(0);
+  LetPagesScroll(*ui_->PageControl);
+  FitToScreen(*this);
+  ui_->PageControl->setCurrentIndex(kValues);
   ui_->EdMinBreite->setFocus();
   ShowSuggestion();
 }
 
-TF_dlparam::~TF_dlparam() = default;
+// A field that loses the focus speaks to the dialog: while there is one.
+TF_dlparam::~TF_dlparam() {
+  hide();
+}
 
 void TF_dlparam::BitBtnOKClick() {
   const ParameterTexts texts = Texts();
@@ -109,7 +117,7 @@ void TF_dlparam::BitBtnUebernehmenClick() {
     return;
   }
   SetTexts(ParameterTextsOf({*suggestion, EntryOf(Texts()).check_position}));
-  ui_->PageControl->setCurrentWidget(ui_->TabSheetWerte);
+  ui_->PageControl->setCurrentIndex(kValues);
   Say(u"Vorgeschlagene Werte eingetragen; mit OK gelten sie."_s);
 }
 
@@ -127,7 +135,7 @@ void TF_dlparam::FieldLeft(ParameterField field) {
 
 void TF_dlparam::RefuseField(ParameterField field) {
   QLineEdit* edit = fields_[static_cast<size_t>(field)];
-  ui_->PageControl->setCurrentWidget(ui_->TabSheetWerte);
+  ui_->PageControl->setCurrentIndex(kValues);
   // Taking the focus away makes the other field emit editingFinished, too.
   edit->setFocus();
   edit->selectAll();

@@ -15,9 +15,9 @@ LearningRun::LearningRun(CardFile& file, const IniFile& program_settings, const 
   moment_.check_position = keys::kCheckPosition.Read(file_.settings());
 }
 
-StepResult LearningRun::Start() {
+StepResult LearningRun::Start(Destination first) {
   log_.RecountUnknown();
-  return ShowNext();
+  return Leave(Rating::None, first);
 }
 
 void LearningRun::KeepPositions() {
@@ -85,6 +85,10 @@ StepResult LearningRun::Turn() {
 
 std::string_view LearningRun::side_text() const {
   return question_shown() ? run_.cards.Question(moment_.card.row) : run_.cards.Answer(moment_.card.row);
+}
+
+std::string_view LearningRun::other_side_text() const {
+  return question_shown() ? run_.cards.Answer(moment_.card.row) : run_.cards.Question(moment_.card.row);
 }
 
 void LearningRun::SetMethod(Method method) {

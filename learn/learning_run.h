@@ -39,8 +39,8 @@ class LearningRun : private CardWatcher {
   LearningRun(const LearningRun&) = delete;
   LearningRun& operator=(const LearningRun&) = delete;
 
-  // Shows the first card. Call it once, after the options are set.
-  StepResult Start();
+  // Shows the first card: that of the method, or another one. Call it once, after the options are set.
+  StepResult Start(Destination first = Destination::Method);
   // Writes the positions of this run ("CHK"/"rpos", "ROW"/"Pos") into the settings of the card file.
   void KeepPositions();
 
@@ -92,6 +92,7 @@ class LearningRun : private CardWatcher {
   // True when the text on screen is the card's Question column.
   bool question_shown() const { return moment_.first_side == (options_.inverse == options_.swapped); }
   std::string_view side_text() const;
+  std::string_view other_side_text() const;
 
   // Leitner goes on with the box that was started; nothing happens when there is none.
   void SetMethod(Method method);

@@ -19,19 +19,20 @@ QString Counted(int64_t count, QStringView one, QStringView many) {
 
 enum class Case { Nominative, Dative };
 
-// A span by its largest unit alone, rounded: "3 Tage" or, after "in", "3 Tagen"; seconds below a minute.
+// A span of at least a minute by its largest unit alone, rounded: "3 Tage" or, after "in", "3 Tagen".
 QString RoundedSpan(int64_t seconds, Case grammar) {
   const struct {
     int64_t length;
     QStringView one, many, many_dative;
-  } units[] = {
-      {365 * kSecondsPerDay, u"Jahr", u"Jahre", u"Jahren"}, {30 * kSecondsPerDay, u"Monat", u"Monate", u"Monaten"},
-      {kSecondsPerDay, u"Tag", u"Tage", u"Tagen"},          {3600, u"Stunde", u"Stunden", u"Stunden"},
-      {kMinute, u"Minute", u"Minuten", u"Minuten"},         {1, u"Sekunde", u"Sekunden", u"Sekunden"}};
+  } units[] = {{365 * kSecondsPerDay, u"Jahr", u"Jahre", u"Jahren"},
+               {30 * kSecondsPerDay, u"Monat", u"Monate", u"Monaten"},
+               {kSecondsPerDay, u"Tag", u"Tage", u"Tagen"},
+               {3600, u"Stunde", u"Stunden", u"Stunden"},
+               {kMinute, u"Minute", u"Minuten", u"Minuten"}};
   for (const auto& unit : units) {
     // Three months are said as 90 days: what is short enough to be counted is counted.
     const int64_t least = unit.length >= 30 * kSecondsPerDay ? 3 * unit.length : unit.length;
-    if (seconds < least && unit.length > 1) continue;
+    if (seconds < least && unit.length > kMinute) continue;
     return Counted((seconds + unit.length / 2) / unit.length, unit.one,
                    grammar == Case::Dative ? unit.many_dative : unit.many);
   }
@@ -67,6 +68,14 @@ QString SpanInWords(int64_t seconds) {
   }
   const int64_t hours = (minutes + 59) / 60;
   return joined(Counted(hours / 24, u"Tag", u"Tagen"), hours % 24, u"Stunde", u"Stunden");
+}
+
+QString ShortSpan(int64_t seconds) {
+  const auto units = [seconds](int64_t unit) { return std::max<int64_t>((seconds + unit - 1) / unit, 1); };
+  constexpr int64_t kHour = 60 * kMinute;
+  if (units(kMinute) < 60) return Counted(units(kMinute), u"Min.", u"Min.");
+  if (units(kHour) < 24) return Counted(units(kHour), u"Std.", u"Std.");
+  return Counted(units(kSecondsPerDay), u"Tag", u"Tagen");
 }
 
 QString CaptionText(CardSide side, bool inverse, bool navigation, int position) {
@@ -237,11 +246,13 @@ QString AnswerText(const GivenAnswer& answer, std::string_view question) {
   if (answer.rating == Rating::NotKnown) return said(u"nicht gewusst, kommt bald wieder"_s);
   if (!answer.logged) return said(u"gewusst, vorzeitig und daher nicht gezählt"_s);
   if (!answer.due_in) return said(u"gewusst"_s);
+  if (*answer.due_in < kMinute) return said(u"gewusst, gleich wieder"_s);
   return said(u"gewusst, wieder in %1"_s.arg(RoundedSpan(*answer.due_in, Case::Dative)));
 }
 
 QString ForecastText(std::optional<int64_t> due_in) {
-  return due_in ? u"etwa %1"_s.arg(RoundedSpan(*due_in, Case::Nominative)) : QString();
+  if (!due_in) return {};
+  return *due_in < kMinute ? u"gleich wieder"_s : u"etwa %1"_s.arg(RoundedSpan(*due_in, Case::Nominative));
 }
 
 QString AnswerTakenBackText() {

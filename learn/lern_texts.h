@@ -13,6 +13,9 @@ namespace tessaro {
 // A span in words for people, rounded up to its largest two units: "3 Tagen 2 Stunden", "1 Minute". At least a minute.
 QString SpanInWords(int64_t seconds);
 
+// The same short, rounded up: "5 Min.", "3 Std.", "2 Tagen".
+QString ShortSpan(int64_t seconds);
+
 // What the window's caption says of the card on screen. `position` is its 1-based place in the card file.
 QString CaptionText(CardSide side, bool inverse, bool navigation, int position);
 // The same for the line above the card, shorter.
@@ -43,7 +46,7 @@ QString AnswerText(const GivenAnswer& answer, std::string_view question);
 QString AnswerTakenBackText();
 QString AnswerRestoredText();
 
-// What "known" would come to, for its button: "etwa 3 Tage"; empty for nothing.
+// What "known" would come to, for its button: "etwa 3 Tage", "gleich wieder" below a minute; empty for nothing.
 QString ForecastText(std::optional<int64_t> due_in);
 
 // Why controls are greyed.

@@ -89,7 +89,7 @@ ParameterTexts ParameterTextsOf(const ParameterEntry& entry) {
           std::to_string(p.switch_count),
           std::to_string(p.check_every),
           std::to_string(p.check_run),
-          DecimalText(p.retention_weight),
+          WithComma(DecimalText(p.retention_weight)),
           std::to_string(p.max_time / kSecondsPerDay),
           std::to_string(entry.check_position)};
 }

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <string_view>
 
 #include "cards/figures.h"
+#include "hypertext/plain_text.h"
 
 namespace tessaro {
 namespace {
@@ -19,6 +21,20 @@ std::string Format(const char* form, Values... values) {
   return text.data();
 }
 
+// A side as one line of plain text, no longer than any window shows.
+std::string InOneLine(std::string_view side) {
+  constexpr size_t kMostBytes = 4000;
+  constexpr size_t kMostLetters = 500;
+  std::string line;
+  for (const char c : PlainText(side.substr(0, kMostBytes))) {
+    const bool blank = c == ' ' || c == '\n' || c == '\r' || c == '\t';
+    if (!blank) line += c;
+    if (blank && !line.empty() && line.back() != ' ') line += ' ';
+  }
+  if (!line.empty() && line.back() == ' ') line.pop_back();
+  return line.substr(0, kMostLetters);
+}
+
 void FillCard(const LearningRun& run, int64_t now, RunScreen& screen) {
   const ShownCard& card = run.card();
   screen.has_card = card.row != 0;
@@ -29,6 +45,7 @@ void FillCard(const LearningRun& run, int64_t now, RunScreen& screen) {
   screen.retention = card.newest_known ? DurationText(card.score) : "0";
   if (card.last_answer > 0) screen.last_shown = DurationText(now - card.last_answer);
   screen.due_in_if_known = run.DueInIfKnown();
+  if (screen.has_card && screen.side == CardSide::Answer) screen.side_before = InOneLine(run.other_side_text());
 }
 
 void FillCommands(const LearningRun& run, RunScreen& screen) {

@@ -27,7 +27,8 @@ struct RunScreen {
   bool has_card = false;
   CardSide side = CardSide::Question;  // whether the first or the second side is on screen
   bool navigation = false;
-  int position = 0;  // its 1-based place in the card file
+  int position = 0;         // its 1-based place in the card file
+  std::string side_before;  // while the second side is on screen: the first one in a line, without tags
 
   // The fields beside it.
   CardStatus status = CardStatus::None;

@@ -142,7 +142,8 @@ int ShortcutCodeFromKey(QKeyCombination key) {
 }
 
 bool IsProgramKey(QKeyCombination key) {
-  // Modes of answering, taking back and restoring, saving, copying, help, closing, moving the focus, reading on.
+  // Modes of answering, taking back and restoring, saving, copying, size of the letters, full screen, closing, menus,
+  // moving the focus, reading on.
   const QKeyCombination keys[] = {Qt::CTRL | Qt::Key_1,
                                   Qt::CTRL | Qt::Key_2,
                                   Qt::CTRL | Qt::Key_3,
@@ -151,6 +152,11 @@ bool IsProgramKey(QKeyCombination key) {
                                   Qt::CTRL | Qt::Key_Y,
                                   Qt::CTRL | Qt::Key_S,
                                   Qt::CTRL | Qt::Key_C,
+                                  Qt::CTRL | Qt::Key_0,
+                                  Qt::CTRL | Qt::Key_Plus,
+                                  Qt::CTRL | Qt::Key_Equal,
+                                  Qt::CTRL | Qt::Key_Minus,
+                                  Qt::Key_F11,
                                   Qt::ALT | Qt::Key_F4,
                                   Qt::Key_F10,
                                   Qt::Key_Space,

@@ -1,9 +1,11 @@
 #include "learn/statistics_texts.h"
 
+#include <cmath>
 #include <cstdio>
 
 #include "hypertext/plain_text.h"
 #include "platform/saturating.h"
+#include "settings/decimal_text.h"
 #include "settings/learning_parameters.h"
 
 namespace tessaro {
@@ -18,6 +20,14 @@ std::string Format(const char* form, Values... values) {
   return {text.data(), length > 0 ? static_cast<size_t>(length) : 0};
 }
 
+// With two decimals below ten days, where they tell something.
+std::string DaysText(int64_t seconds) {
+  if (seconds == 0) return {};
+  const double days = static_cast<double>(seconds) / kSecondsPerDay;
+  if (days > 0 && days < 0.005) return "< 0,01";
+  return WithComma(Format(std::abs(days) < 10 ? "%.2f" : "%.0f", days));
+}
+
 std::vector<HistoryRowText> HistoryRows(const AnswerHistory& history) {
   std::vector<HistoryRowText> rows;
   for (size_t i = 0; i < history.times.size(); ++i) {
@@ -25,7 +35,7 @@ std::vector<HistoryRowText> HistoryRows(const AnswerHistory& history) {
     const int64_t interval = older == 0 ? 0 : SaturatingSubtract(history.times[i], older);
     rows.push_back({Format("%2d", static_cast<int>(i + 1)), std::string(1, history.letters[i]),
                     Format("%10lld", static_cast<long long>(history.times[i])),
-                    Format("%10lld", static_cast<long long>(interval))});
+                    Format("%10lld", static_cast<long long>(interval)), DaysText(interval), history.times[i] == 0});
   }
   return rows;
 }

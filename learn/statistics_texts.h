@@ -6,7 +6,8 @@
 
 #include "learn/answer_log.h"
 
-// The figures of the single-card statistics as they are shown: widths, decimals and blanks are part of the form.
+// The figures of the single-card statistics as they are shown: widths, decimals with "." and blanks are part of the
+// form.
 namespace tessaro {
 
 // One answer of the history.
@@ -15,6 +16,8 @@ struct HistoryRowText {
   std::string letter;    // "w" or "f"
   std::string time;      // "%10ld"
   std::string interval;  // to the next older answer, "%10ld"; 0 where there is none
+  std::string days;      // the same for people, "2,75"; empty where there is none
+  bool empty = false;    // no answer was given
 };
 
 // One interval of a series.

@@ -10,6 +10,7 @@
 #include "learn/command_keys.h"
 #include "learn/dldata.h"
 #include "learn/lern_texts.h"
+#include "learn/start_method.h"
 #include "learn/wnlern_look.h"
 #include "settings/keys.h"
 #include "ui_wnlern.h"
@@ -89,6 +90,7 @@ TF_wnlern::TF_wnlern(CardFile& file, ProgramSettings& settings, const Clock& clo
   ConnectView();
   ConnectModes();
   ConnectNotice();
+  NoteOwnKeys();
   DressControls(*ui_, *this);
   auto* enter = new EnterFilter(this);
   for (auto* button : findChildren<QAbstractButton*>()) button->installEventFilter(enter);
@@ -183,6 +185,12 @@ void TF_wnlern::ConnectView() {
   connect(ui_->MAnsichtOben, &QAction::triggered, this, [this] { MAnsichtClick(false); });
   connect(ui_->MAnsichtUnten, &QAction::triggered, this, [this] { MAnsichtClick(true); });
   connect(ui_->MAnzeigen, &QAction::triggered, this, &TF_wnlern::MAnzeigenClick);
+  connect(ui_->MFrage, &QAction::triggered, this, &TF_wnlern::MFrageClick);
+  connect(ui_->MVollbild, &QAction::triggered, this, &TF_wnlern::MVollbildClick);
+  for (const char* name : {"ZoomIn", "ZoomOut", "ZoomNormal", "PapierHell"}) {
+    ui_->MenuAnsicht->insertAction(ui_->MVollbild, ui_->PageControlAnz->findChild<QAction*>(QLatin1StringView(name)));
+  }
+  ui_->MenuKarte->insertAction(ui_->MKopieren, ui_->PageControlAnz->findChild<QAction*>(u"TonNochEinmal"_s));
   connect(ui_->TbCalc, &QAbstractButton::clicked, this, &TF_wnlern::TbCalcClick);
   connect(ui_->MEinzelstatistik, &QAction::triggered, this, &TF_wnlern::TbCalcClick);
   connect(ui_->MShortCutsDef, &QAction::triggered, this, &TF_wnlern::MShortCutsDefClick);
@@ -194,6 +202,21 @@ void TF_wnlern::ConnectView() {
   connect(ui_->MKopieren, &QAction::triggered, this, &TF_wnlern::MKopierenClick);
   connect(ui_->MSpeichern, &QAction::triggered, this, &TF_wnlern::MSpeichernClick);
   connect(ui_->MClose, &QAction::triggered, this, &TF_wnlern::close);
+}
+
+void TF_wnlern::NoteOwnKeys() {
+  ui_->MAntwortZurueck->setShortcut(Qt::CTRL | Qt::Key_Z);
+  ui_->MAntwortWieder->setShortcuts({Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y});
+  ui_->MSpeichern->setShortcut(Qt::CTRL | Qt::Key_S);
+  ui_->MKopieren->setShortcut(Qt::CTRL | Qt::Key_C);
+  ui_->MEditor->setShortcut(Qt::Key_F8);
+  ui_->MVollbild->setShortcut(Qt::Key_F11);
+  ui_->MAuswahlleiste->setShortcut(Qt::CTRL | Qt::Key_1);
+  ui_->MEingabezeile->setShortcut(Qt::CTRL | Qt::Key_2);
+  ui_->MTastaturtraining->setShortcut(Qt::CTRL | Qt::Key_3);
+  for (auto* action : findChildren<QAction*>()) {
+    if (!action->shortcuts().isEmpty()) own_keys_.emplace_back(action, action->shortcuts());
+  }
 }
 
 void TF_wnlern::ConnectNotice() {
@@ -237,7 +260,7 @@ void TF_wnlern::FormClose() {
   timer_.stop();
   KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
   SwitchStatistics(false);
-  keys::kRowOrder.Write(automatic_ == Method::RowOrder, settings_.ini);
+  KeepStartMethod(automatic_, settings_.ini, file_.settings());
   run_->KeepPositions();
   run_.reset();
   gate_.SetResult(AnswerModeResult::None);
@@ -259,18 +282,20 @@ void TF_wnlern::MakeRun() {
 
 void TF_wnlern::StartRun() {
   Do([this](LearningRun& run) {
-    if (first_choice_) TakeChoice(run, *std::exchange(first_choice_, std::nullopt));
-    return run.Start();
+    const bool chosen = first_choice_.has_value();
+    if (chosen) TakeChoice(run, *std::exchange(first_choice_, std::nullopt));
+    return run.Start(chosen || !keys::kStartAtHome.Read(file_.settings()) ? Destination::Method : Destination::Home);
   });
 }
 
 void TF_wnlern::ReadOptions() {
-  automatic_ = keys::kRowOrder.Read(settings_.ini) ? Method::RowOrder : Method::Standard;
+  automatic_ = StartMethod(settings_.ini, file_.settings());
   ui_->MNeueKarten->setChecked(keys::kFewNewCards.Read(settings_.ini));
   const bool below = keys::kBarBelow.Read(settings_.ini);
   (below ? ui_->MAnsichtUnten : ui_->MAnsichtOben)->setChecked(true);
   PlaceControlBar(*ui_, below);
   ui_->MAnzeigen->setChecked(keys::kShowFigures.Read(settings_.ini));
+  ui_->MFrage->setChecked(keys::kRepeatQuestion.Read(settings_.ini));
   FitControls(*ui_, width());
 }
 
@@ -284,16 +309,8 @@ void TF_wnlern::ReadShortcuts() {
     taken += keys[i];
   }
   // The learner's own keys come first; a file of settings may hold any.
-  const std::pair<QAction*, QList<QKeySequence>> own[] = {
-      {ui_->MAntwortZurueck, {Qt::CTRL | Qt::Key_Z}},
-      {ui_->MAntwortWieder, {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y}},
-      {ui_->MSpeichern, {Qt::CTRL | Qt::Key_S}},
-      {ui_->MKopieren, {Qt::CTRL | Qt::Key_C}},
-      {ui_->MEditor, {Qt::Key_F8}},
-      {ui_->MAuswahlleiste, {Qt::CTRL | Qt::Key_1}},
-      {ui_->MEingabezeile, {Qt::CTRL | Qt::Key_2}},
-      {ui_->MTastaturtraining, {Qt::CTRL | Qt::Key_3}}};
-  for (auto [action, free] : own) {
+  for (const auto& [action, own] : own_keys_) {
+    QList<QKeySequence> free = own;
     free.removeIf([&](const QKeySequence& key) { return taken.contains(key); });
     action->setShortcuts(free);
   }
@@ -309,7 +326,8 @@ void TF_wnlern::ReadShortcuts() {
 void TF_wnlern::ReadLooks() {
   looks_ = {ReadSideLook(file_.settings(), SideName::Front), ReadSideLook(file_.settings(), SideName::Back)};
   const int paper = std::max(CardPages::PaperWidth(looks_[0].font), CardPages::PaperWidth(looks_[1].font));
-  ui_->Kartenspalte->setMaximumWidth(std::max(paper, ui_->AntwortzeileLayout->sizeHint().width()));
+  ui_->Kartenspalte->setMaximumWidth(std::max(paper, AnswersWidth(*ui_, true)));
+  FitControls(*ui_, width());
   ui_->PageControlAnz->SetMediaFolders(FoldersOf(file_.paths().cards, keys::kMediaFolder.Read(settings_.ini)));
   ui_->PageControlAnz->KeepViewIn(settings_.ini);
   ui_->PageControlAnz->SetLinkColours([this](int64_t id) {
@@ -332,6 +350,7 @@ void TF_wnlern::resizeEvent(QResizeEvent* event) {
 
 void TF_wnlern::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange) ui_->MVollbild->setChecked(isFullScreen());
   if (event->type() == QEvent::WindowStateChange && run_ != nullptr) TimerLernTimer();
   if (event->type() != QEvent::PaletteChange && event->type() != QEvent::FontChange) return;
   DressControls(*ui_, *this);

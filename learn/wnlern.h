@@ -6,6 +6,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "learn/answer_gate.h"
 #include "learn/learning_commands.h"
@@ -118,6 +120,8 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private CardWatch
   void ConnectView();
   void ConnectModes();
   void ConnectNotice();
+  // Keys of commands that are none of the learning commands.
+  void NoteOwnKeys();
 
   void FormShow();
   void FormClose();
@@ -157,6 +161,8 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private CardWatch
   void MSpeichernClick();
   void MAnsichtClick(bool below);
   void MAnzeigenClick(bool on);
+  void MFrageClick(bool on);
+  void MVollbildClick(bool on);
   void LinkClick(int card_id);
   // Leaves the card by `go`, with what the user says of it where the run wants to know.
   void Leave(const std::function<StepResult(LearningRun&, Rating)>& go);
@@ -189,6 +195,7 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private CardWatch
   std::unique_ptr<LearningRun> run_;
   std::array<SideLook, 2> looks_;  // front and back
   QList<QKeySequence> learning_keys_;
+  std::vector<std::pair<QAction*, QList<QKeySequence>>> own_keys_;  // which go where a learning command has the key
   QTimer timer_{this};
   QString turn_key_;  // the name of the key that turns the card
   int64_t start_milliseconds_ = 0;

@@ -220,6 +220,15 @@ void TF_wnlern::MAnsichtClick(bool below) {
   keys::kBarBelow.Write(below, settings_.ini);
 }
 
+void TF_wnlern::MFrageClick(bool on) {
+  keys::kRepeatQuestion.Write(on, settings_.ini);
+  if (run_ != nullptr) ShowRun();
+}
+
+void TF_wnlern::MVollbildClick(bool on) {
+  setWindowState(windowState().setFlag(Qt::WindowFullScreen, on));
+}
+
 void TF_wnlern::MAnzeigenClick(bool on) {
   keys::kShowFigures.Write(on, settings_.ini);
   FitControls(*ui_, width());

@@ -34,6 +34,7 @@ std::vector<QLabel*> Captions(Ui::TF_wnlern& ui) {
           ui.LabelSteuerung,
           ui.LabelTage,
           ui.LabelSeite,
+          ui.LabelFrage,
           ui.LabelAntwort};
 }
 
@@ -48,6 +49,7 @@ void DressButtons(Ui::TF_wnlern& ui) {
   ui.BtHand->SetMeaning(std::nullopt, "turn");
   ui.BtLerneIch->SetMeaning(Accent::NotKnown, "not-known");
   ui.BtWeissIch->SetMeaning(Accent::Known, "known");
+  ui.BtWeissIch->KeepRoomFor(QStringLiteral("etwa 59 Minuten"), {});
   ui.SpeedButtonHome->setIcon(Icon("home"));
   ui.SpeedButtonBack->setIcon(Icon("back"));
   ui.SpeedButtonVis->setIcon(Icon("overview"));
@@ -107,7 +109,7 @@ int FitFigures(Ui::TF_wnlern& ui, int width) {
   const QMargins around = ui.InhaltLayout->contentsMargins();
   const int inside = width - around.left() - around.right();
   const int figures = ui.Anzeigen->sizeHint().width() + 2 * ui.InhaltLayout->spacing();
-  const bool wide = width >= kFoldWidth && inside - figures >= ui.AntwortzeileLayout->sizeHint().width();
+  const bool wide = width >= kFoldWidth && inside - figures >= AnswersWidth(ui, false);
   const bool shown = wide && ui.MAnzeigen->isChecked();
   ui.Anzeigen->setVisible(shown);
   // Two of the figures then move to the status line.
@@ -139,12 +141,19 @@ void DressControls(Ui::TF_wnlern& ui, QMainWindow& window) {
 void FitControls(Ui::TF_wnlern& ui, int width) {
   const int card_width = FitFigures(ui, width);
   FitControlBar(ui, width);
+  if (AnswersWidth(ui, true) > card_width) AnswersWidth(ui, false);
   const auto show_if_fits = [](QWidget* part, const QWidget& row, int room) {
     part->show();
     part->setVisible(NeededWidth(row) <= room);
   };
   show_if_fits(ui.LabelTage, *ui.Tageszeile, card_width);
   show_if_fits(ui.LabelSteuerung, *ui.Statuszeile, width);
+}
+
+int AnswersWidth(Ui::TF_wnlern& ui, bool with_note) {
+  ui.BtWeissIch->KeepRoomForNote(with_note);
+  ui.AntwortzeileLayout->invalidate();
+  return ui.AntwortzeileLayout->sizeHint().width();
 }
 
 void NameFigures(Ui::TF_wnlern& ui) {

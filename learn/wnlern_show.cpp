@@ -38,11 +38,14 @@ void TF_wnlern::ShowCaption(const RunScreen& screen) {
   if (!screen.has_card) {
     setWindowTitle(StageText(RunStage::None, 0));
     ui_->LabelSeite->clear();
+    ui_->LabelFrage->hide();
     return;
   }
   const bool inverse = screen.options.inverse;
   setWindowTitle(CaptionText(screen.side, inverse, screen.navigation, screen.position));
   ui_->LabelSeite->setText(SideText(screen.side, inverse, screen.navigation));
+  ui_->LabelFrage->setText(ui_->MFrage->isChecked() ? FromBytes(screen.side_before) : QString());
+  ui_->LabelFrage->setVisible(!ui_->LabelFrage->text().isEmpty());
 }
 
 void TF_wnlern::ShowFigures(const RunScreen& screen) {
@@ -60,6 +63,7 @@ void TF_wnlern::ShowFigures(const RunScreen& screen) {
   ui_->DisplayJetztGeuebt->setText(QString::number(figures.presented));
   ui_->LabelSteuerung->setText(done_.isEmpty() ? StageText(screen.stage, screen.box) : done_);
   ui_->LabelAntwort->setText(said_);
+  ui_->LabelAntwort->setHidden(said_.isEmpty() && ui_->LabelFrage->isVisibleTo(this));
   NameFigures(*ui_);
   TimerLernTimer();
 }
@@ -83,8 +87,11 @@ void TF_wnlern::ShowControls(const RunScreen& screen) {
     part->setVisible(!screen.navigation);
   }
   if (screen.navigation) ui_->Tageszeile->hide();
-  ui_->BtWeissIch->setText(screen.navigation ? u"Weiter"_s : ui_->BtWeissIch->accessibleName());
-  ui_->BtWeissIch->SetNote(screen.navigation ? QString() : ForecastText(screen.due_in_if_known));
+  const QString known = screen.navigation ? u"Weiter"_s : u"Weiß ich"_s;
+  const QString forecast = ForecastText(screen.due_in_if_known);
+  ui_->BtWeissIch->setText(known);
+  ui_->BtWeissIch->setAccessibleName(forecast.isEmpty() ? known : known + u", "_s + forecast);
+  ui_->BtWeissIch->SetNote(forecast);
   for (AnswerButton* button : {ui_->BtHand, ui_->BtLerneIch, ui_->BtWeissIch}) {
     button->setToolTip(screen.open ? button->property(kHint).toString() : RunEndedHint());
   }
@@ -150,7 +157,9 @@ void TF_wnlern::FocusNextStep(const RunScreen& screen, bool card_changed) {
   using enum RunScreen::Next;
   ui_->BtHand->SetProminent(screen.next == Turn);
   // Its focus makes the space bar turn the card, too.
-  ui_->BtHand->SetKeyText(screen.next == Turn && !turn_key_.isEmpty() ? u"Leertaste, "_s + turn_key_ : turn_key_);
+  const QString both_keys = turn_key_.isEmpty() ? QString() : u"Leertaste, "_s + turn_key_;
+  ui_->BtHand->KeepRoomFor({}, both_keys);
+  ui_->BtHand->SetKeyText(screen.next == Turn ? both_keys : turn_key_);
   ui_->BtLerneIch->SetProminent(screen.next == Answer);
   ui_->BtWeissIch->SetProminent(screen.next == Answer);
   if (screen.next == BeginRun) return ui_->ButtonNeuerLauf->setFocus();

@@ -262,6 +262,11 @@ def write(name, cards):
     print(f"{name}.mlb: {len(cards)} cards")
 
 
+def write_settings():
+    """The tour begins with its home card and goes on in its order, however its reader learned before."""
+    (HERE / "Erste Schritte.ini").write_text("[START]\nMethode=2\nStartkarte=1\n")
+
+
 def main():
     if "--no-pictures" not in sys.argv[1:]:
         sys.dont_write_bytecode = True
@@ -276,6 +281,7 @@ def main():
         check(name, cards)
     for name, cards in decks.items():
         write(name, cards)
+    write_settings()
 
 
 if __name__ == "__main__":

@@ -1,5 +1,6 @@
 #include "settings/decimal_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -21,6 +22,11 @@ std::string DecimalText(double number) {
   const auto end = std::to_chars(digits, digits + sizeof digits, number, std::chars_format::fixed);
   std::string text(digits, end.ptr);
   return text.find('.') == std::string::npos ? text + ".0" : text;
+}
+
+std::string WithComma(std::string number) {
+  std::replace(number.begin(), number.end(), '.', ',');
+  return number;
 }
 
 }  // namespace tessaro

@@ -10,5 +10,7 @@ namespace tessaro {
 std::optional<double> LeadingDecimal(std::string text);
 // With "." and at least one decimal: "1.0". Reads back the same.
 std::string DecimalText(double number);
+// As people here write it, "1,0".
+std::string WithComma(std::string number);
 
 }  // namespace tessaro

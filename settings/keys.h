@@ -22,6 +22,7 @@ inline constexpr FlagSetting kChoiceFloats = {"SHOW", "SelectFrei", false};
 inline constexpr FlagSetting kTypingFloats = {"SHOW", "TippFrei", false};
 inline constexpr FlagSetting kBarBelow = {"SHOW", "Align", false};
 inline constexpr FlagSetting kShowFigures = {"SHOW", "Figures", true};
+inline constexpr FlagSetting kRepeatQuestion = {"SHOW", "Frage", true};  // above the answer
 
 // How many cards the Leitner boxes 1 to 5 should hold, as far as the fields of their dialog go.
 inline constexpr std::array kBoxLimits = {
@@ -53,7 +54,9 @@ inline constexpr NumberSetting kTextPercent = {"Darstellung", "Schrift", 100, 80
 // The comparison of card files: the index of the percentage in steps of 5, from 5 on.
 inline constexpr NumberSetting kComparePercent = {"UPD", "pci", 9, 0, 18};
 
-// X.ini: where a card file was left.
+// X.ini: how learning begins there, and where a card file was left.
+inline constexpr NumberSetting kStartMethod = {"START", "Methode", 0, 0, 2};  // the program's, standard, row order
+inline constexpr FlagSetting kStartAtHome = {"START", "Startkarte", false};   // a run begins with the home card
 inline constexpr NumberSetting kCheckPosition = {"CHK", "rpos", 1};
 inline constexpr NumberSetting kRowPosition = {"ROW", "Pos", kFirstCardRow};    // a row of the card table
 inline constexpr TextSetting kExamDay = {"PROG", "Datum", ""};                  // "2027-03-12"

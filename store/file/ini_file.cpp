@@ -189,6 +189,7 @@ bool IniFile::SetInt(std::string_view section, std::string_view key, int64_t val
 }
 
 void IniFile::RemoveSection(std::string_view section) {
+  for (const std::string& key : KeysOf(section)) Touch(section, key);
   std::string kept;
   bool inside = false;
   for (size_t at = 0; at < text_.size();) {

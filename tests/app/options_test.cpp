@@ -48,6 +48,14 @@ TEST_F(Options, GoodValuesAreKeptAndUntouchedOnesAreNotWritten) {
   EXPECT_EQ(ReadSideSettings(card_file, SideName::Front), SideSettings());
 }
 
+TEST_F(Options, ACardFileMayBeginInAWayOfItsOwn) {
+  TF_dlopt dialog({program, &card_file, "/deck", {}}, messages);
+  Control<QComboBox>(dialog, u"KarteiMethode"_s).setCurrentIndex(2);
+  Control<QPushButton>(dialog, u"BitBtnOK"_s).click();
+  EXPECT_EQ(card_file.Text(), "[START]\nMethode=2\n");
+  EXPECT_EQ(program.Text(), "");
+}
+
 TEST_F(Options, WrongValueIsToldBesideItsFieldAndNothingIsTaken) {
   const struct {
     QString field, text;

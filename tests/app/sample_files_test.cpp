@@ -18,6 +18,7 @@ class Samples : public testing::Test {
   Samples() {
     Write(samples / "Medien" / "bild.png", "picture");
     Write(samples / "Deck.mlb", FileText(std::vector<TestCard>(1)));
+    Write(samples / "Deck.ini", "[START]\nMethode=2\n");
   }
   static void Write(const fs::path& path, const std::string& text) {
     fs::create_directories(path.parent_path());
@@ -42,6 +43,7 @@ TEST_F(Samples, AreCopiedWholeAndOpenWithoutAMessage) {
   ASSERT_EQ(copy, documents / "Deck.mlb");
   EXPECT_EQ(Text(*copy), Text(samples / "Deck.mlb"));
   EXPECT_EQ(Text(documents / "Medien" / "bild.png"), "picture");
+  EXPECT_EQ(Text(documents / "Deck.ini"), "[START]\nMethode=2\n");
   const OpenReport report = CardFile().Open(*copy);
   EXPECT_EQ(report.result, OpenResult::Opened);
   EXPECT_FALSE(report.learn_index_rebuilt || report.link_index_rebuilt);

@@ -342,6 +342,16 @@ TEST_F(MainWindowFiles, LearningLastsUntilAnotherFileIsOpened) {
   EXPECT_FALSE(program.learning());
 }
 
+TEST_F(MainWindowFiles, AfterARunItSaysWhenTheNextCardComes) {
+  Open({kCards[3]});
+  program.OpenLearning();
+  EXPECT_TRUE(program.CloseLearning());
+  EXPECT_EQ(Text(u"LabelAdvice"_s), u"Für jetzt fertig, nächste Karte in 11 Tagen."_s);
+  ASSERT_TRUE(window().OpenFile(kOther));
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  EXPECT_EQ(Text(u"LabelAdvice"_s).section(u'.', 0, 0), u"Zurzeit ist nichts zu wiederholen"_s);
+}
+
 TEST_F(MainWindowFiles, FiguresAreThoseOfTheMomentTheWindowComesToTheFront) {
   Open({kCards[3]});
   QWidget other;

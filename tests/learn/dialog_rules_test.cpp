@@ -17,7 +17,7 @@ TEST(ParameterEntry, EveryFieldRefusesWhatIsOutsideItsRange) {
       {{"5", "50"}, {"4", "51"}},
       {{"2", " 20 "}, {"1", "21"}},
       {{"10", "2000"}, {"9", "2001", "99999999999999999999"}},
-      {{"1.0", "1,25", "4.0"}, {"0.99", "4.01", "nan", "1.5x"}},
+      {{"1.0", "1,0", "1,25", "4.0"}, {"0.99", "4.01", "nan", "1.5x"}},
       {{"14", "500"}, {"13", "501"}},
       {{"1"}, {"0"}},
   };
@@ -53,12 +53,24 @@ TEST(StatisticsTexts, FiguresAndTitleHaveTheirFixedForms) {
   EXPECT_EQ(texts.history.at(0).number, " 1");
   EXPECT_EQ(texts.history.at(0).time, "1700000700");
   EXPECT_EQ(texts.history.at(3).interval, "         0") << "the oldest answer has no older one";
+  EXPECT_TRUE(!texts.history.at(3).empty && texts.history.at(4).empty);
   ASSERT_EQ(texts.trends[0].rows.size(), 3U);
   EXPECT_EQ(texts.trends[0].rows[0].x, " 3");
   EXPECT_EQ(texts.trends[0].rows[0].interval, "       400");
   EXPECT_EQ(texts.trends[0].line, " y = -66.67 + 150.00 x");
   EXPECT_EQ(texts.trends[0].prediction, " x = 4;     533.33");
   EXPECT_EQ(StatisticsTitle("<b>Frage</b><br>weiter", std::string(50, 'a')), "Frage weiter | " + std::string(35, 'a'));
+}
+
+TEST(StatisticsTexts, IntervalsAreSaidInDaysForPeople) {
+  const std::pair<int64_t, const char*> cases[] = {
+      {0, ""}, {400, "< 0,01"}, {432, "0,01"}, {86400 * 5 / 2, "2,50"}, {86400 * 365, "365"}, {-86400, "-1,00"}};
+  for (const auto& [interval, days] : cases) {
+    AnswerStatistics statistics;
+    statistics.history.times[0] = 1'700'000'000;
+    statistics.history.times[1] = 1'700'000'000 - interval;
+    EXPECT_EQ(TextsOf(statistics).history.at(0).days, days) << interval;
+  }
 }
 
 }  // namespace

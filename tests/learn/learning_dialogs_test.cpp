@@ -136,6 +136,31 @@ TEST_F(LearningDialogs, AWrongParameterKeepsTheFocusAndChangesNothing) {
   EXPECT_EQ(ParameterTextsOf(dialog.entry()), ParameterTextsOf({{.max_width = 70}, 9}));
 }
 
+// Labels that break their lines have the height for it, and the dialog a place on the screen.
+TEST_F(LearningDialogs, ParametersAreWholeWithLargeLetters) {
+  const QFont before = QApplication::font();
+  for (const qreal scale : {1.0, 1.5}) {
+    QFont large = before;
+    large.setPointSizeF(before.pointSizeF() * scale);
+    QApplication::setFont(large);
+    TF_dlparam dialog({});
+    dialog.show();
+    QApplication::processEvents();
+    EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height()) << scale;
+    for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+      if (!label->isVisible()) continue;
+      const int needed = label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
+      EXPECT_GE(label->height(), needed) << label->text().toStdString() << " at " << scale;
+    }
+    // A field that is scrolled out of sight comes into sight with the focus.
+    auto& last = Control<QLineEdit>(dialog, u"EdCheckPosition"_s);
+    last.setFocus(Qt::TabFocusReason);
+    QApplication::processEvents();
+    EXPECT_FALSE(last.visibleRegion().isEmpty()) << scale;
+  }
+  QApplication::setFont(before);
+}
+
 TEST_F(LearningDialogs, AKeyOfOnesOwnWorksInTheWindowAndOnTheQuestion) {
   settings.ini.SetInt("LShortCuts", "learn", 300);  // no key: the standard key holds
   Open({{.id = "000001", .question = "<a href=\"000002\">weiter</a>"}, {.id = "000002"}});

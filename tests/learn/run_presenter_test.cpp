@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "learn/start_method.h"
 #include "tests/learn/learn_fixture.h"
 
 namespace tessaro {
@@ -61,6 +62,60 @@ TEST_F(RunPresenterTest, TheForecastIsTheAnswersOwn) {
     const std::optional<GivenAnswer> answer = run->Known().answer;
     EXPECT_EQ(answer ? answer->due_in : std::nullopt, forecasts[i]);
     EXPECT_EQ(answer && answer->logged, forecasts[i].has_value());
+  }
+}
+
+// In the line above the answer, whichever side was asked.
+TEST_F(RunPresenterTest, TheSideBeforeIsOneLineWithoutTags) {
+  TestCard card = NewCard(1);
+  card.question = "<b>Wie</b><br>heisst \n  es? ";
+  card.answer = "So";
+  Open({card, NavigationCard(2)});
+  run->FollowLink(1);
+  const auto line = [&] { return ScreenOf(*run, file, Notice::None, clock.now).side_before; };
+  EXPECT_EQ(line(), "") << "the question itself";
+  run->Turn();
+  EXPECT_EQ(line(), "Wie heisst es?");
+  run->Set(&RunOptions::inverse, true);
+  EXPECT_EQ(line(), "So");
+  file.cards().Poke(file.columns().answer, kFirstCardRow, std::string(1 << 20, 'x'));
+  EXPECT_LE(line().size(), 500U);
+}
+
+TEST_F(RunPresenterTest, ARunMayBeginWithTheHomeCard) {
+  Open({NewCard(1), NavigationCard(2, "<navigation><home>")});
+  run->SetMethod(Method::RowOrder);
+  run->Start(Destination::Home);
+  EXPECT_EQ(run->card().row, 3);
+  EXPECT_FALSE(run->CanGoBack());
+  run->Known();
+  EXPECT_EQ(run->card().row, 2);
+}
+
+// The card file's own way to begin goes before the program's, and what a run was left with is kept where it came from.
+TEST(StartMethod, IsTheCardFilesOrElseTheProgramsAndKeptThere) {
+  const struct {
+    const char* program;
+    const char* card_file;
+    Method begins, left;
+    const char* program_after;
+    const char* card_file_after;
+  } cases[] = {
+      {"", "", Method::Standard, Method::RowOrder, "[rowlearn]\nchecked=1\n", ""},
+      {"[rowlearn]\nchecked=1\n", "", Method::RowOrder, Method::Leitner, "[rowlearn]\nchecked=1\n", ""},
+      {"", "[START]\nMethode=2\n", Method::RowOrder, Method::Standard, "", "[START]\nMethode=1\n"},
+      {"[rowlearn]\nchecked=1\n", "[START]\nMethode=1\n", Method::Standard, Method::RowOrder, "[rowlearn]\nchecked=1\n",
+       "[START]\nMethode=2\n"},
+  };
+  for (const auto& c : cases) {
+    IniFile program;
+    IniFile card_file;
+    program.Parse(c.program);
+    card_file.Parse(c.card_file);
+    EXPECT_EQ(StartMethod(program, card_file), c.begins);
+    KeepStartMethod(c.left, program, card_file);
+    EXPECT_EQ(program.Text(), c.program_after);
+    EXPECT_EQ(card_file.Text(), c.card_file_after);
   }
 }
 

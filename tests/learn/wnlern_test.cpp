@@ -3,6 +3,7 @@
 #include <QClipboard>
 
 #include "cards/card_edit.h"
+#include "settings/keys.h"
 #include "tests/learn/window_fixture.h"
 
 using namespace Qt::StringLiterals;
@@ -32,7 +33,7 @@ TEST_F(LearningWindow, AnswerIsLoggedAndTheNextCardShown) {
   EXPECT_EQ(Text(u"Edit1"_s), u"1"_s);
   EXPECT_EQ(Text(u"DisplayJetztGeuebt"_s), u"2"_s);
   EXPECT_EQ(Find<QWidget>(u"DisplayJetztGeuebt"_s).accessibleName(), u"vorgelegt: 2"_s);
-  EXPECT_EQ(Text(u"LabelAntwort"_s), u"Eins: gewusst, wieder in 1 Sekunde"_s);
+  EXPECT_EQ(Text(u"LabelAntwort"_s), u"Eins: gewusst, gleich wieder"_s);
 }
 
 // It wakes once a second, and not while nobody sees the watch.
@@ -81,9 +82,63 @@ TEST_F(LearningWindow, TabReachesEverythingAndComesRound) {
   }
 }
 
+// Nothing falls back to the method of the program, and what was chosen at the start goes before the home card.
+TEST_F(LearningWindow, ACardFileMayBeginWithItsHomeCardInRowOrder) {
+  OpenTestFile(disk, file, kThreeCards);
+  file.settings().Parse("[START]\nMethode=2\nStartkarte=1\n");
+  Show();
+  EXPECT_EQ(window->windowTitle(), u"Linkmap Pos.  - 3"_s);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 1"_s);
+  EXPECT_EQ(Text(u"LabelSteuerung"_s), u"Lernsteuerung nach Reihenfolge"_s);
+  window->close();
+  EXPECT_EQ(settings.ini.Text().find("rowlearn"), std::string::npos);
+  window = std::make_unique<TF_wnlern>(file, settings, clock, random, messages, gate);
+  window->LearnBy({.method = Method::Standard});
+  window->show();
+  QApplication::processEvents();
+  EXPECT_TRUE(window->windowTitle().startsWith(u"Frageseite"_s));
+  EXPECT_TRUE(Command(u"MAutoStandard"_s).isChecked());
+}
+
+TEST_F(LearningWindow, TheQuestionIsRepeatedAboveTheAnswerUnlessSwitchedOff) {
+  Open();
+  auto& line = Find<QLabel>(u"LabelFrage"_s);
+  EXPECT_FALSE(line.isVisible());
+  Key(Qt::Key_Space);
+  EXPECT_TRUE(line.isVisible());
+  EXPECT_EQ(line.text(), u"Eins"_s);
+  Trigger(u"MFrage"_s);
+  EXPECT_FALSE(line.isVisible());
+  EXPECT_FALSE(keys::kRepeatQuestion.Read(settings.ini));
+  Show();
+  Key(Qt::Key_Space);
+  EXPECT_FALSE(Find<QLabel>(u"LabelFrage"_s).isVisible()) << "it is kept";
+}
+
+TEST_F(LearningWindow, TheButtonsStayWhereTheyAreWhateverStandsOnThem) {
+  Open();
+  const auto place = [this] { return Find<QWidget>(u"BtWeissIch"_s).geometry(); };
+  const QRect before = place();
+  EXPECT_EQ(Find<QWidget>(u"BtWeissIch"_s).accessibleName(), u"Weiß ich, gleich wieder"_s);
+  Key(Qt::Key_Space);
+  QApplication::processEvents();
+  EXPECT_EQ(place(), before);
+}
+
+TEST_F(LearningWindow, F11FillsTheScreenAndGivesItBack) {
+  Open();
+  Key(Qt::Key_F11);
+  EXPECT_TRUE(window->isFullScreen() && Command(u"MVollbild"_s).isChecked());
+  window->showNormal();
+  QApplication::processEvents();
+  EXPECT_FALSE(Command(u"MVollbild"_s).isChecked());
+}
+
 TEST_F(LearningWindow, NavigationCardsOfferOneButton) {
   Open();
   Key(Qt::Key_Home);
+  EXPECT_EQ(Find<QAbstractButton>(u"BtWeissIch"_s).accessibleName(), u"Weiter"_s);
   EXPECT_EQ(Find<QAbstractButton>(u"BtWeissIch"_s).text(), u"Weiter"_s);
   for (const auto& name : {u"BtHand"_s, u"BtLerneIch"_s, u"Tageszeile"_s}) {
     EXPECT_FALSE(Find<QWidget>(name).isVisible()) << name.toStdString();
@@ -283,6 +338,20 @@ TEST_F(LearningWindow, StoredKeysHoldAndTheFirstOfTwoEqualOnesWins) {
   }
   EXPECT_EQ(Field(kYesNoRow, 3).front(), 'w') << "space answers the second time";
   EXPECT_EQ(Command(u"MHome"_s).shortcut(), QKeySequence(Qt::Key_Home));
+}
+
+TEST_F(LearningWindow, ALearnersOwnKeyGoesBeforeAnyOther) {
+  settings.ini.SetInt("LShortCuts", "turn", 'R');
+  settings.ini.SetInt("LShortCuts", "learn", 0x4000 + 'Y');
+  Open();
+  Key(Qt::Key_R);
+  EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
+  EXPECT_TRUE(Command(u"TonNochEinmal"_s).shortcuts().isEmpty());
+  Key(Qt::Key_Y, Qt::ControlModifier);
+  EXPECT_EQ(Logged(), 1);
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  Key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(Logged(), 1) << "the other key for it is left";
 }
 
 TEST_F(LearningWindow, DeckWithoutCardsSaysSo) {

@@ -114,6 +114,17 @@ TEST(IniFile, RepeatsItsChangesInAnotherTextAndListsAsAWhole) {
   EXPECT_EQ(theirs.Text(), "; theirs\n[A]\nk=9\nown=1\nm=2\n[L]\n1=c\n2=b\n[M]\n1=r\n\n[N]\nnew=3\n");
 }
 
+TEST(IniFile, ARemovedSectionStaysAwayWhenItsChangesAreRepeated) {
+  IniFile own;
+  IniFile other;
+  own.Parse("[OLD]\na=1\n; b\nc=2\n[NEW]\nx=1\n");
+  other.Parse("[OLD]\na=1\nc=3\nforeign=4\n[NEW]\nx=1\n");
+  own.RemoveSection("old");
+  EXPECT_TRUE(own.changed());
+  own.RepeatIn(other, {});
+  EXPECT_EQ(other.Text(), "[OLD]\nforeign=4\n[NEW]\nx=1\n");
+}
+
 TEST(IniFile, LoadsAndSavesAFile) {
   MemoryDisk disk;
   IniFile ini;
