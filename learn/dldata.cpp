@@ -20,10 +20,15 @@ namespace {
 
 void SetRow(QTableWidget* table, int row, const QStringList& texts, bool quiet = false) {
   for (int column = 0; column < texts.size(); ++column) {
-    auto* item = new QTableWidgetItem(texts[column]);
-    item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    if (quiet) item->setForeground(table->palette().color(QPalette::Disabled, QPalette::Text));
-    table->setItem(row, column, item);
+    QTableWidgetItem* item = table->item(row, column);
+    if (item == nullptr) {
+      item = new QTableWidgetItem;
+      item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+      table->setItem(row, column, item);
+    }
+    item->setText(texts[column]);
+    const QColor grey = table->palette().color(QPalette::Disabled, QPalette::Text);
+    item->setData(Qt::ForegroundRole, quiet ? QVariant(QBrush(grey)) : QVariant());
   }
 }
 
@@ -41,7 +46,7 @@ void Prepare(QTableWidget* table, const QStringList& heads) {
   table->setHorizontalHeaderLabels(heads);
   table->verticalHeader()->hide();
   table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 4);
-  table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  table->resizeColumnsToContents();
   table->horizontalHeader()->setStretchLastSection(true);
   table->setEditTriggers(QAbstractItemView::NoEditTriggers);
 }
@@ -106,12 +111,15 @@ void TF_dldata::ShowHistory(const StatisticsTexts& texts, std::span<const int64_
             FromBytes(text.time), FromBytes(text.interval)},
            text.empty);
   }
+  // Once, and not with every cell: that would take a second.
+  ui_->GridVerlauf->resizeColumnsToContents();
 }
 
 void TF_dldata::ShowSeries(QTableWidget* table, const TrendTexts& texts) {
   table->setRowCount(static_cast<int>(texts.rows.size()));
   int row = 0;
   for (const SeriesRowText& text : texts.rows) SetRow(table, row++, {FromBytes(text.x), FromBytes(text.interval)});
+  table->resizeColumnsToContents();
 }
 
 void TF_dldata::closeEvent(QCloseEvent* event) {
