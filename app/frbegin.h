@@ -33,6 +33,7 @@ class TFrameBegin : public QFrame {
   explicit TFrameBegin(QWidget* parent = nullptr);
   ~TFrameBegin() override;
 
+  // How to begin: open, make, recent files, samples.
   void ShowNoFile();
   // That this card file is being loaded; ShowFile or ShowNoFile follows.
   void ShowLoading(const std::filesystem::path& path);
@@ -47,6 +48,7 @@ class TFrameBegin : public QFrame {
   void SetSamples(const std::vector<std::filesystem::path>& samples);
 
  Q_SIGNALS:
+  // A button was pressed; the window around does what it says.
   void OpenWanted();
   void NewWanted();
   void LearnWanted();

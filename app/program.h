@@ -53,9 +53,11 @@ class Program : public QObject {
   Q_OBJECT
 
  public:
+  // Reads the settings and makes the main window, hidden. What the machine refers to must outlive the program.
   Program(const Machine& machine, ProgramPlaces places);
   ~Program() override;
 
+  // What all windows share, alive as long as the program.
   CardFile& file() { return file_; }
   ProgramSettings& settings() { return settings_; }
   const Clock& clock() const { return machine_.clock; }
@@ -95,6 +97,7 @@ class Program : public QObject {
   void SaveSettings();
 
  Q_SIGNALS:
+  // The learning window has come, it has gone, the editor has gone: all else about them is as it was before then.
   void LearningOpened();
   void LearningClosed();
   void EditorClosed();

@@ -11,6 +11,7 @@ namespace tessaro {
 // make; a row outside the table reads as empty.
 class CardReader {
  public:
+  // The file must outlive the reader; after another file was opened in it a new reader is needed.
   explicit CardReader(const CardFile& file)
       : cards_(file.cards()), columns_(file.columns()), marks_(file.deletion_marks()) {}
 
@@ -19,6 +20,7 @@ class CardReader {
   int LastCardRow() const { return Count() + 1; }
   bool IsCardRow(int64_t row) const { return row >= kFirstCardRow && row <= LastCardRow(); }
 
+  // The texts as the table holds them, in the code page; views end with the next change of the table.
   std::string_view Id(int row) const { return cards_.Peek(columns_.id, row); }
   bool HasEndMark(int row) const { return tessaro::HasEndMark(Id(row)); }
   std::string_view Question(int row) const { return cards_.Peek(columns_.question, row); }
@@ -29,11 +31,14 @@ class CardReader {
   // Not asked now: that, or marked to be removed.
   bool IsLeftOut(int row) const { return marks_.Has(row) || IsNeverChosen(row); }
 
+  // The number that the column begins with; 0 without one.
   int64_t Score(int row) const { return LeadingNumber(cards_.Peek(columns_.score, row)); }
   int64_t TimeLearned(int row) const { return LeadingNumber(cards_.Peek(columns_.time_learned, row)); }
   // The Leitner box of a card: below 1 a new card, 1 ... 6 a box.
   int64_t Level(int row) const { return LeadingNumber(cards_.Peek(columns_.topic, row)); }
 
+  // The answers, the newest first: the columns as they stand, both parsed, and what is known of the newest, which costs
+  // no parsing of the rest. The time is 0 and the letter '\0' where there is none.
   std::string_view TimeRow(int row) const { return cards_.Peek(columns_.time_row, row); }
   std::string_view YesNoRow(int row) const { return cards_.Peek(columns_.yes_no_row, row); }
   AnswerHistory History(int row) const { return ParseHistory(TimeRow(row), YesNoRow(row)); }

@@ -20,8 +20,10 @@ CardChange LearnedColumns(const CardFile& file, int row);
 // how many cards have the score 0, without looking at them all.
 class CardWriter {
  public:
+  // The file must outlive the writer.
   explicit CardWriter(CardFile& file) : file_(file) {}
 
+  // Writes the set columns of a card row, which must exist.
   void Write(int row, const CardChange& change);
   // Brings the columns that `columns` sets to these contents, and gives what stood there. No change is no write.
   CardChange Exchange(int row, const CardChange& columns);

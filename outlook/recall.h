@@ -27,6 +27,7 @@ struct AnswerSeries {
   const StoredAnswer& Oldest() const { return answers[0]; }
   const StoredAnswer& Newest() const { return answers[static_cast<size_t>(count - 1)]; }
 };
+// Of the two columns of a card.
 AnswerSeries ReadAnswers(std::string_view time_row, std::string_view yes_no_row);
 
 // What the answers up to one of them come to.

@@ -53,6 +53,7 @@ struct Literal {
   }
 };
 
+// Letters with accents included; ß and what is no letter stay.
 constexpr std::array<char, 256> MakeUpperTable() {
   std::array<char, 256> table = {};
   for (size_t i = 0; i < table.size(); ++i) {
@@ -65,6 +66,7 @@ constexpr std::array<char, 256> MakeUpperTable() {
 
 inline constexpr std::array<char, 256> kUpper = MakeUpperTable();
 
+// The way back of MakeUpperTable.
 constexpr std::array<char, 256> MakeLowerTable() {
   std::array<char, 256> table = {};
   for (size_t i = 0; i < table.size(); ++i) table[i] = static_cast<char>(i);
@@ -85,6 +87,7 @@ consteval std::string_view operator""_cp() {
   return std::string_view(literal.bytes.data(), literal.size);
 }
 
+// One character in upper or lower case.
 constexpr char ToUpper(char c) {
   return code_page::kUpper[static_cast<uint8_t>(c)];
 }
@@ -92,6 +95,7 @@ constexpr char ToLower(char c) {
   return code_page::kLower[static_cast<uint8_t>(c)];
 }
 
+// Texts of the code page.
 inline bool EqualIgnoringCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return ToUpper(x) == ToUpper(y); });
 }

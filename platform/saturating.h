@@ -7,18 +7,21 @@
 // Whole numbers that stay at their bounds instead of overflowing: histories come from files and may hold anything.
 namespace tessaro {
 
+// The exact result, else the nearest number that can be held.
 inline int64_t SaturatingAdd(int64_t a, int64_t b) {
   int64_t sum = 0;
   if (!__builtin_add_overflow(a, b, &sum)) return sum;
   return b < 0 ? std::numeric_limits<int64_t>::min() : std::numeric_limits<int64_t>::max();
 }
 
+// As SaturatingAdd.
 inline int64_t SaturatingSubtract(int64_t a, int64_t b) {
   int64_t difference = 0;
   if (!__builtin_sub_overflow(a, b, &difference)) return difference;
   return b > 0 ? std::numeric_limits<int64_t>::min() : std::numeric_limits<int64_t>::max();
 }
 
+// As SaturatingAdd.
 inline int64_t SaturatingMultiply(int64_t a, int64_t b) {
   int64_t product = 0;
   if (!__builtin_mul_overflow(a, b, &product)) return product;

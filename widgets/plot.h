@@ -78,11 +78,13 @@ class Plot : public QWidget {
   Q_OBJECT
 
  public:
+  // Shows an empty plot.
   explicit Plot(QWidget* parent = nullptr);
   // The selection stays where the same number of things is shown.
   void Show(PlotContent content);
   const PlotContent& content() const { return content_; }
 
+  // The things that can be selected, counted from 0 as PlotContent says; the selected one; -1: none.
   int Count() const;
   QString TextOf(int item) const;
   int selected() const { return selected_; }  // -1 = nothing
@@ -91,6 +93,7 @@ class Plot : public QWidget {
   QSize minimumSizeHint() const override { return {240, 160}; }
 
  Q_SIGNALS:
+  // Another thing was selected, or one was chosen by Enter or a double click.
   void SelectionChanged(int item);
   void Chosen(int item);
 

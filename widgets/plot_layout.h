@@ -21,13 +21,16 @@ struct PlotItems {
 // Where the parts of a plot stand. Painting and clicks ask the same places.
 class PlotLayout {
  public:
+  // Both must outlive the layout; `room` is in the coordinates of the painter.
   PlotLayout(const PlotContent& content, const QRectF& room, const QFont& font);
 
+  // Whether there is nothing to draw.
   bool empty() const;
   const QRectF& area() const { return area_; }
   double y_step() const { return y_step_; }
   double y_top() const { return y_top_; }
   double right_top() const { return right_top_; }
+  // Where a value stands, and how high it is from the axis.
   QPointF Point(double x, double y) const;
   double Height(double value) const { return area_.height() * value / y_top_; }
   // The place of a bar from the axis to the top, and that of its coloured part.
@@ -55,6 +58,7 @@ class PlotLayout {
   double right_top_ = 0;
 };
 
+// Paints all but the selection.
 void PaintPlot(QPainter& painter, const PlotContent& content, const PlotLayout& layout, const QPalette& palette);
 
 }  // namespace tessaro

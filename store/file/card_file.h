@@ -33,6 +33,8 @@ class CardFile {
   CardFile(const CardFile&) = delete;
   CardFile& operator=(const CardFile&) = delete;
 
+  // The open content; empty when no file is open. What is changed here directly is not journalled: learning writes by
+  // CardWriter, all else by CardEdit.
   CardTable& cards() { return content_.cards; }
   const CardTable& cards() const { return content_.cards; }
   LearnIndex& learn_index() { return content_.learn_index; }
@@ -42,6 +44,7 @@ class CardFile {
   const IniFile& settings() const { return content_.settings; }
   const CardColumns& columns() const { return content_.columns; }
 
+  // Whether a file is open.
   bool IsOpen() const { return !paths_.cards.empty(); }
   const CardFilePaths& paths() const { return paths_; }
   bool changed() const { return changed_; }
@@ -73,6 +76,7 @@ class CardFile {
   // As counted at opening; nothing when that was not done, or a card changed since.
   std::optional<int64_t> unknown_at_opening() const { return content_.unknown; }
 
+  // The highest card number that was ever given in this file; a new card takes the next one.
   int64_t highest_id() const { return content_.highest_id; }
   // The number for a new card, "%06ld" of the highest number + 1, which is raised by that.
   std::string IssueId();

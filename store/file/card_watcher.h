@@ -30,6 +30,7 @@ class CardWatcher {
 // Those who watch a card file.
 class CardWatchers {
  public:
+  // A watcher is added once and must be removed before its end; CardWatch does both.
   void Add(CardWatcher& watcher) { watchers_.push_back(&watcher); }
   void Remove(CardWatcher& watcher) { std::erase(watchers_, &watcher); }
 
@@ -48,6 +49,7 @@ class CardWatchers {
 // Watches from now on to the end of its life.
 class CardWatch {
  public:
+  // Both must outlive it.
   CardWatch(CardWatchers& watchers, CardWatcher& watcher) : watchers_(watchers), watcher_(watcher) {
     watchers_.Add(watcher_);
   }

@@ -12,6 +12,7 @@ namespace tessaro {
 // one text, so that a file of nothing but separators costs little. Columns count from 0 and must exist.
 class ColumnList {
  public:
+  // How many there are; a new one comes last; names may repeat.
   int size() const { return static_cast<int>(ends_.size()); }
   void Add(std::string_view name);
   std::string_view Name(int column) const;

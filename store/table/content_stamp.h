@@ -24,10 +24,12 @@ class ContentHash {
  public:
   static constexpr size_t kPiece = size_t{256} * 1024;
 
+  // Of no bytes at first.
   ContentHash();
   ContentHash(ContentHash&&) noexcept;
   ContentHash& operator=(ContentHash&&) noexcept;
   ~ContentHash();
+  // Adds bytes behind those so far; pieces may come in any sizes.
   void Add(std::string_view bytes);
   // Adds what was added to `behind`. The bytes before must be whole pieces.
   void Append(ContentHash behind);
@@ -41,10 +43,12 @@ class ContentHash {
 // Takes the stamp of a file while it is written.
 class StampingWriter : public WritableFile {
  public:
+  // Writes on to `file`, which must outlive it.
   explicit StampingWriter(WritableFile& file) : file_(file) {}
   bool Write(std::string_view bytes) override;
   bool Flush() override { return file_.Flush(); }
   bool Close() override { return file_.Close(); }
+  // Of all that was written; also of what the file then refused.
   ContentStamp Stamp() const { return hash_.Stamp(); }
 
  private:

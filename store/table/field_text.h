@@ -20,6 +20,7 @@ class RowBlocks {
   static constexpr int kPlaceBits = 56;
 
   MemoryBlock& operator[](size_t block) { return blocks_[block]; }
+  // A place from its two parts, and the byte there. `start` is below 2 to the 56th.
   static uint64_t PlaceIn(size_t block, uint64_t start) { return uint64_t{block} << kPlaceBits | start; }
   const char* At(uint64_t place) const {
     return blocks_[place >> kPlaceBits].data() + (place & ((uint64_t{1} << kPlaceBits) - 1));
@@ -39,9 +40,12 @@ class FieldText {
   FieldText& operator=(const FieldText&) = delete;
   ~FieldText();
 
+  // Text of `size` bytes at a place in the blocks; nothing is copied.
   static FieldText InBlock(uint64_t place, size_t size);
+  // A copy of the value; nothing is null.
   static FieldText Own(std::optional<std::string_view> value);
 
+  // The text, valid until it is set again or the blocks move; nothing when null.
   std::optional<std::string_view> Get(const RowBlocks& blocks) const;
   // `value` may be a view of this field.
   void Set(std::optional<std::string_view> value);
