@@ -52,12 +52,10 @@ TypingStep TypingTraining::Wrong(std::string typed) {
   typed.pop_back();
   letters_ = typed.size();
   if (mood_ == TypingMood::Normal) ++errors_;
-  if (errors_ == 1) {
-    mood_ = TypingMood::FirstError;
-  } else {
-    mood_ = ErrorPercent() <= limits_.error_percent ? TypingMood::WithinLimit : TypingMood::BeyondLimit;
-  }
+  const bool within_limit = ErrorPercent() <= limits_.error_percent;
+  mood_ = errors_ == 1 ? TypingMood::FirstError : within_limit ? TypingMood::WithinLimit : TypingMood::BeyondLimit;
   TypingStep step = {.verdict = TypingVerdict::Wrong, .mark = typed.size(), .errors = errors_, .mood = mood_};
+  step.within_limit = within_limit;
   step.expected = required_[typed.size()];
   step.rewritten = std::move(typed);
   return step;

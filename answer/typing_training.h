@@ -54,7 +54,8 @@ struct TypingStep {
   size_t mark = 0;  // the place of the character that is to come, in the text to copy
   int errors = 0;   // so far
   TypingMood mood = TypingMood::Normal;
-  char expected = 0;  // Wrong: the character that should have come
+  bool within_limit = true;  // Wrong: so many errors are allowed, be it the first one or not
+  char expected = 0;         // Wrong: the character that should have come
   std::optional<TypingResult> result = std::nullopt;
 };
 

@@ -50,7 +50,7 @@ Verdict VerdictOf(TypingMood mood) {
 }  // namespace
 
 TF_wntipp::TF_wntipp(const AnswerSurroundings& around)
-    : AnswerWindow(around, "T", kFirstPlace), ui_(std::make_unique<Ui::TF_wntipp>()) {
+    : AnswerWindow(around, "TT", kFirstPlace), ui_(std::make_unique<Ui::TF_wntipp>()) {
   ui_->setupUi(this);
   DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->SpeedButtonClose, *ui_->BitBtnHelp, kHelpText);
   MakeQuiet(*ui_->LabelLimit);
@@ -149,7 +149,7 @@ void TF_wntipp::ShowWrong(const TypingStep& step) {
   ShowVerdict(*ui_->EditKommentar,
               u"%1. Fehler. Erforderliche Eingabe %2"_s.arg(QString::number(step.errors), NameOf(step.expected)),
               VerdictOf(step.mood));
-  ui_->LabelLimit->setText(step.mood == TypingMood::BeyondLimit ? u"über dem Limit"_s : u"im Limit"_s);
+  ui_->LabelLimit->setText(step.within_limit ? u"im Limit"_s : u"über dem Limit"_s);
   if (!sound_.isEmpty()) Q_EMIT SoundWanted(sound_);
 }
 

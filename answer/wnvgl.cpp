@@ -2,7 +2,6 @@
 
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QMetaMethod>
 #include <QSignalBlocker>
 #include <algorithm>
 
@@ -36,7 +35,8 @@ const QString kHelpText =
 QString Marked(const std::vector<ComparedPiece>& pieces, const QString& begin, const QString& end) {
   QString text;
   for (const ComparedPiece& piece : pieces) {
-    const QString letters = FromBytes(piece.text).toHtmlEscaped();
+    // What the code page lacks was typed as a zero byte.
+    const QString letters = FromBytes(piece.text).replace(QChar(u'\0'), QChar(0xFFFD)).toHtmlEscaped();
     text += piece.same ? letters : begin + letters + end;
   }
   return text;
@@ -66,7 +66,6 @@ TF_wnvgl::TF_wnvgl(const AnswerSurroundings& around, bool& input_check_on)
     : AnswerWindow(around, "V", kFirstPlace), ui_(std::make_unique<Ui::TF_wnvgl>()), input_check_on_(input_check_on) {
   ui_->setupUi(this);
   DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->BitBtnClose, *ui_->BitBtnHelp, kHelpText);
-  ui_->BitBtnSign->hide();
   ui_->BitBtnTest->setChecked(input_check_on_);
   // Two lines, so that nothing moves when they are filled.
   ui_->LabelVergleich->setFixedHeight(2 * fontMetrics().lineSpacing() + 4);
@@ -112,12 +111,6 @@ void TF_wnvgl::TakeFocus() {
 
 void TF_wnvgl::InsertSign(const QString& sign) {
   ui_->RichEditVgl->insert(sign);
-}
-
-// Without anyone who has a table of special characters there is nothing to open.
-void TF_wnvgl::connectNotify(const QMetaMethod& signal) {
-  if (signal == QMetaMethod::fromSignal(&TF_wnvgl::SignWanted)) ui_->BitBtnSign->show();
-  AnswerWindow::connectNotify(signal);
 }
 
 void TF_wnvgl::ClearInput() {

@@ -37,7 +37,6 @@ class TF_wnvgl : public AnswerWindow {
 
  protected:
   bool KeyPressed(QKeyEvent& event) override;
-  void connectNotify(const QMetaMethod& signal) override;
 
  private:
   void RichEditVglChange();

@@ -6,8 +6,10 @@
 #include "answer/wntipp.h"
 #include "answer/wnvgl.h"
 #include "answer/wnwahl.h"
+#include "edit/wnsign.h"
 #include "learn/wnlern.h"
 #include "settings/keys.h"
+#include "widgets/side_look.h"
 #include "widgets/wnmedia.h"
 
 namespace tessaro {
@@ -37,9 +39,10 @@ constexpr std::array kWindowModes = {AnswerMode::Choice, AnswerMode::Input, Answ
 
 }  // namespace
 
-AnswerModes::AnswerModes(TF_wnlern& learning, TF_wnmedia& media, AnswerGate& gate, ProgramSettings& settings,
-                         const Clock& clock, Messages& messages, bool& input_check_on)
-    : learning_(learning),
+AnswerModes::AnswerModes(const CardFile& file, TF_wnlern& learning, TF_wnmedia& media, AnswerGate& gate,
+                         ProgramSettings& settings, const Clock& clock, Messages& messages, bool& input_check_on)
+    : file_(file),
+      learning_(learning),
       media_(media),
       around_{learning, gate, settings, clock, messages},
       input_check_on_(input_check_on) {
@@ -91,6 +94,7 @@ void AnswerModes::SwitchOff() {
   if (window == nullptr) return;
   window->SwitchedOff();
   window->KeepPlace();
+  if (signs_ != nullptr) signs_->close();
   const AnswerMode old = std::exchange(mode_, AnswerMode::None);
   window->hide();
   if (old == AnswerMode::Typing) learning_.HideTemplate();
@@ -125,7 +129,20 @@ std::unique_ptr<AnswerWindow> AnswerModes::MakeChoice() {
 }
 
 std::unique_ptr<AnswerWindow> AnswerModes::MakeInput() {
-  return std::make_unique<TF_wnvgl>(around_, input_check_on_);
+  auto window = std::make_unique<TF_wnvgl>(around_, input_check_on_);
+  connect(window.get(), &TF_wnvgl::SignWanted, this, &AnswerModes::OpenSigns);
+  return window;
+}
+
+// Those of the side that is typed, in its font.
+void AnswerModes::OpenSigns() {
+  if (signs_ == nullptr) {
+    const IniFile& look = file_.settings();
+    const std::array looks = {ReadSideLook(look, SideName::Front), ReadSideLook(look, SideName::Back)};
+    signs_ = std::make_unique<TF_wnsign>(around_.settings, looks, &learning_);
+    connect(signs_.get(), &TF_wnsign::CharacterChosen, static_cast<TF_wnvgl*>(Window()), &TF_wnvgl::InsertSign);
+  }
+  signs_->Open(learning_.Card().sides_swapped ? EditSide::Front : EditSide::Back);
 }
 
 std::unique_ptr<AnswerWindow> AnswerModes::MakeTyping() {

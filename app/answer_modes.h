@@ -10,8 +10,10 @@
 
 namespace tessaro {
 
+class CardFile;
 class TF_wnlern;
 class TF_wnmedia;
+class TF_wnsign;
 
 // The answer windows beside one learning window: makes them when they are switched on, one at a time, and ties them to
 // it. Which one is on stands in the settings.
@@ -20,8 +22,8 @@ class AnswerModes : public QObject {
 
  public:
   // All of these must outlive the object. `input_check_on` is kept as long as the program runs.
-  AnswerModes(TF_wnlern& learning, TF_wnmedia& media, AnswerGate& gate, ProgramSettings& settings, const Clock& clock,
-              Messages& messages, bool& input_check_on);
+  AnswerModes(const CardFile& file, TF_wnlern& learning, TF_wnmedia& media, AnswerGate& gate, ProgramSettings& settings,
+              const Clock& clock, Messages& messages, bool& input_check_on);
   // Keeps the places of the windows.
   ~AnswerModes() override;
 
@@ -38,6 +40,7 @@ class AnswerModes : public QObject {
   std::unique_ptr<AnswerWindow> MakeInput();
   std::unique_ptr<AnswerWindow> MakeTyping();
   std::unique_ptr<AnswerWindow> MakeChoice();
+  void OpenSigns();
   void SwitchOff();
   void TellGate();
   void KeepMode();
@@ -47,14 +50,16 @@ class AnswerModes : public QObject {
   void PlayErrorSound(const QString& path);
   void TellBadSound(const QString& path);
 
+  const CardFile& file_;
   TF_wnlern& learning_;
   TF_wnmedia& media_;
   AnswerSurroundings around_;
   bool& input_check_on_;
   AnswerMode mode_ = AnswerMode::None;
   std::array<std::unique_ptr<AnswerWindow>, kModes> windows_;
-  QString error_sound_;  // the one that is or was played
-  QString bad_sound_;    // the one that was told of
+  std::unique_ptr<TF_wnsign> signs_;  // the table of special characters
+  QString error_sound_;               // the one that is or was played
+  QString bad_sound_;                 // the one that was told of
 };
 
 }  // namespace tessaro

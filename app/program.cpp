@@ -95,7 +95,7 @@ void Program::MakeLearningWindow() {
   connect(learning_window_.get(), &TF_wnlern::EvaluationWanted, &outlook_, &OutlookWindows::OpenEvaluation);
   connect(learning_window_.get(), &TF_wnlern::EditWanted, this, &Program::OpenEditor);
   TieMedia(*learning_window_);
-  answer_modes_ = std::make_unique<AnswerModes>(*learning_window_, *media_window_, answer_gate_, settings_,
+  answer_modes_ = std::make_unique<AnswerModes>(file_, *learning_window_, *media_window_, answer_gate_, settings_,
                                                 machine_.clock, machine_.messages, input_check_on_);
 }
 

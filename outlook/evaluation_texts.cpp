@@ -81,6 +81,39 @@ QString PeriodName(const std::vector<ActivitySpan>& spans) {
   return spans.front().days == 1 ? u"den letzten %1 Tagen"_s.arg(days) : u"den letzten %1 Wochen"_s.arg(days);
 }
 
+QString ActivitySentence(const DeckOutlook& deck, const std::vector<ActivitySpan>& spans) {
+  int64_t answers = 0;
+  int64_t known = 0;
+  for (const ActivitySpan& span : spans) {
+    answers += span.answers();
+    known += span.known;
+  }
+  QString text = u"In %1 haben Sie %2 gegeben"_s.arg(PeriodName(spans), AnswersText(answers));
+  if (answers > 0) {
+    const double seconds = static_cast<double>(answers) * deck.seconds_per_answer;
+    text += u", %1 gewusst, in etwa %2"_s.arg(ShareKnown(known, answers), SpanText(seconds));
+  }
+  if (!text.endsWith(u'.')) text += u'.';
+  return text + u" Insgesamt haben Sie %1 gelernt."_s.arg(SpanText(static_cast<double>(deck.seconds_learned)));
+}
+
+// A bar of a day or a week with its line in the table and its cards.
+void AddSpan(const ActivitySpan& span, double seconds_per_answer, PageContent& page) {
+  const QString name = SpanName(span);
+  const QString share = ShareKnown(span.known, span.answers());
+  const QString time = SpanText(static_cast<double>(span.answers()) * seconds_per_answer);
+  const auto cards = static_cast<int64_t>(span.rows.size());
+  const QString text = span.answers() == 0 ? u"%1: keine Antworten"_s.arg(name)
+                                           : u"%1: %2 auf %3, %4 gewusst, etwa %5"_s.arg(
+                                                 name, AnswersText(span.answers()), CardsText(cards), share, time);
+  page.plot.bars.push_back(
+      {ShortDayText(span.first_day),
+       {{static_cast<double>(span.known), PlotRole::Known}, {static_cast<double>(span.missed), PlotRole::NotKnown}},
+       text});
+  page.table.rows.push_back({name, NumberText(span.answers()), share, NumberText(cards), time});
+  page.rows.push_back(span.rows);
+}
+
 QString PointsText(double share) {
   return PercentText(share, 1).remove(u" %"_s);
 }
@@ -161,44 +194,19 @@ PageContent KnowledgePage(const DeckOutlook& deck, const Knowledge& knowledge, b
 
 PageContent ActivityPage(const DeckOutlook& deck, const std::vector<ActivitySpan>& spans) {
   PageContent page;
-  page.plot.name = spans.front().days == 1 ? u"Antworten je Tag"_s : u"Antworten je Woche"_s;
+  const bool by_day = spans.front().days == 1;
+  page.plot.name = by_day ? u"Antworten je Tag"_s : u"Antworten je Woche"_s;
   page.plot.empty = u"Noch keine Karte beantwortet. Nach den ersten Antworten steht hier, was Sie getan haben."_s;
   page.note = StandText(deck);
   if (deck.answered.empty()) {
     page.sentence = page.plot.empty;
     return page;
   }
+  page.sentence = ActivitySentence(deck, spans);
   page.plot.y_title = u"Antworten"_s;
   page.plot.legend = {{u"gewusst"_s, PlotRole::Known}, {u"nicht gewusst"_s, PlotRole::NotKnown}};
-  page.table.headers = {spans.front().days == 1 ? u"Tag"_s : u"Woche"_s, u"Antworten"_s, u"gewusst"_s, u"Karten"_s,
-                        u"etwa"_s};
-  int64_t answers = 0;
-  int64_t known = 0;
-  for (const ActivitySpan& span : spans) {
-    answers += span.answers();
-    known += span.known;
-    const QString name = SpanName(span);
-    const QString share = ShareKnown(span.known, span.answers());
-    const QString time = SpanText(static_cast<double>(span.answers()) * deck.seconds_per_answer);
-    const auto cards = static_cast<int64_t>(span.rows.size());
-    QString text = u"%1: keine Antworten"_s.arg(name);
-    if (span.answers() > 0) {
-      text =
-          u"%1: %2 auf %3, %4 gewusst, etwa %5"_s.arg(name, AnswersText(span.answers()), CardsText(cards), share, time);
-    }
-    page.plot.bars.push_back(
-        {ShortDayText(span.first_day),
-         {{static_cast<double>(span.known), PlotRole::Known}, {static_cast<double>(span.missed), PlotRole::NotKnown}},
-         text});
-    page.table.rows.push_back({name, NumberText(span.answers()), share, NumberText(cards), time});
-    page.rows.push_back(span.rows);
-  }
-  page.sentence = u"In %1 haben Sie %2 gegeben"_s.arg(PeriodName(spans), AnswersText(answers));
-  page.sentence +=
-      answers == 0 ? u"."_s
-                   : u", %1 gewusst, in etwa %2"_s.arg(
-                         ShareKnown(known, answers), SpanText(static_cast<double>(answers) * deck.seconds_per_answer));
-  page.sentence += u" Insgesamt haben Sie %1 gelernt."_s.arg(SpanText(static_cast<double>(deck.seconds_learned)));
+  page.table.headers = {by_day ? u"Tag"_s : u"Woche"_s, u"Antworten"_s, u"gewusst"_s, u"Karten"_s, u"etwa"_s};
+  for (const ActivitySpan& span : spans) AddSpan(span, deck.seconds_per_answer, page);
   if (deck.full_histories > 0) page.note += u" · ältere Antworten sind nicht mehr gespeichert"_s;
   return page;
 }

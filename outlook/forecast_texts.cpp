@@ -46,6 +46,40 @@ QString DueSentence(const std::vector<DueSpan>& spans, int64_t next_due, const L
                        : u"Nichts fällig. Als Nächstes am %1."_s.arg(FullDayText(days.DayOf(next_due)));
 }
 
+// A curve with its column in the table and the cards that are weak in the end.
+void AddCurve(const PlanReport& report, size_t place, int64_t today, PageContent& page) {
+  constexpr Qt::PenStyle kStyles[] = {Qt::DotLine, Qt::DashLine, Qt::SolidLine, Qt::DashDotLine};
+  const PlanCurve& curve = report.curves[place];
+  const bool learns = place > 0;
+  const QString name = learns ? u"%1 am Tag"_s.arg(MinutesText(curve.minutes)) : u"ohne Lernen"_s;
+  PlotLine line;
+  line.role = learns ? PlotRole::Known : PlotRole::New;
+  line.style = kStyles[place];
+  line.label = learns ? MinutesText(curve.minutes) : name;
+  for (size_t k = 0; k < curve.known.size(); ++k) {
+    line.points.emplace_back(static_cast<double>(report.days[k]), curve.known[k]);
+  }
+  line.text = u"%1: am %2 voraussichtlich %3 Karten; %4 davon unter 80 %"_s.arg(
+      name, ShortDayText(today + report.days.back()), NumberText(curve.known.back()),
+      NumberText(static_cast<int64_t>(curve.weak_rows.size())));
+  page.plot.lines.push_back(std::move(line));
+  page.table.headers << name;
+  page.rows.push_back(curve.weak_rows);
+}
+
+// The lines of the table, and five dates along the axis.
+void AddDates(const PlanReport& report, int64_t today, PageContent& page) {
+  for (size_t k = 0; k < report.days.size(); ++k) {
+    QStringList row = {k == 0 ? u"jetzt"_s : DayText(today + report.days[k])};
+    for (const PlanCurve& curve : report.curves) row << NumberText(curve.known[k]);
+    page.table.rows.push_back(row);
+  }
+  for (int tick = 0; tick <= 4; ++tick) {
+    const int64_t at = report.days.back() * tick / 4;
+    page.plot.x_ticks.push_back({static_cast<double>(at), at == 0 ? u"heute"_s : ShortDayText(today + at)});
+  }
+}
+
 }  // namespace
 
 PageContent DuePage(const DeckOutlook& deck, const std::vector<DueSpan>& spans, int64_t next_due,
@@ -114,44 +148,23 @@ PageContent PlanPage(const DeckOutlook& deck, const PlanReport& report, int64_t 
   page.plot.name = u"Gewusste Karten bis zur Prüfung"_s;
   page.plot.empty = u"In dieser Kartei gibt es noch keine Karten zum Lernen."_s;
   page.note = StandText(deck);
-  if (report.partial)
+  if (report.partial) {
     page.note += u" · Gelernt werden die ersten 20 000 Karten des Lernindex, die anderen nur vergessen"_s;
+  }
   if (deck.counted() == 0) {
     page.sentence = page.plot.empty;
     return page;
   }
   const int64_t last = report.days.back();
-  const QString day = ShortDayText(today + last);
   page.plot.y_title = u"Karten"_s;
   page.plot.x_max = static_cast<double>(std::max<int64_t>(last, 1));
   page.table.headers = {u"Tag"_s};
-  constexpr Qt::PenStyle kStyles[] = {Qt::DotLine, Qt::DashLine, Qt::SolidLine, Qt::DashDotLine};
-  for (size_t i = 0; i < report.curves.size(); ++i) {
-    const PlanCurve& curve = report.curves[i];
-    const QString name = i == 0 ? u"ohne Lernen"_s : u"%1 am Tag"_s.arg(MinutesText(curve.minutes));
-    PlotLine line{
-        {}, i == 0 ? PlotRole::New : PlotRole::Known, kStyles[i], i == 0 ? name : MinutesText(curve.minutes), {}};
-    for (size_t k = 0; k < curve.known.size(); ++k) {
-      line.points.emplace_back(static_cast<double>(report.days[k]), curve.known[k]);
-    }
-    line.text = u"%1: am %2 voraussichtlich %3 Karten; %4 davon unter 80 %"_s.arg(
-        name, day, NumberText(curve.known.back()), NumberText(static_cast<int64_t>(curve.weak_rows.size())));
-    page.plot.lines.push_back(std::move(line));
-    page.table.headers << name;
-    page.rows.push_back(curve.weak_rows);
-  }
-  for (size_t k = 0; k < report.days.size(); ++k) {
-    QStringList row = {k == 0 ? u"jetzt"_s : DayText(today + report.days[k])};
-    for (const PlanCurve& curve : report.curves) row << NumberText(curve.known[k]);
-    page.table.rows.push_back(row);
-  }
-  for (int tick = 0; tick <= 4; ++tick) {
-    const int64_t at = last * tick / 4;
-    page.plot.x_ticks.push_back({static_cast<double>(at), at == 0 ? u"heute"_s : ShortDayText(today + at)});
-  }
+  for (size_t i = 0; i < report.curves.size(); ++i) AddCurve(report, i, today, page);
+  AddDates(report, today, page);
   const double known = report.curves[2].known.back();
   page.sentence = u"Am %1 wissen Sie voraussichtlich %2 von %3 (%4)."_s.arg(
-      day, NumberText(known), NumberText(deck.counted()), PercentText(known / static_cast<double>(deck.counted())));
+      ShortDayText(today + last), NumberText(known), NumberText(deck.counted()),
+      PercentText(known / static_cast<double>(deck.counted())));
   return page;
 }
 

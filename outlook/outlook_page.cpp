@@ -55,6 +55,11 @@ OutlookPage::OutlookPage(QWidget* parent)
   MakeLayout();
   connect(plot_, &Plot::SelectionChanged, this, &OutlookPage::ShowSelection);
   connect(plot_, &Plot::Chosen, this, &OutlookPage::OpenSelection);
+  connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &OutlookPage::SelectByTable);
+  connect(table_, &QAbstractItemView::activated, this, [this](const QModelIndex& line) {
+    SelectByTable(line);
+    if (lines_are_items_) OpenSelection();
+  });
   ShowSelection();
 }
 
@@ -107,6 +112,7 @@ void OutlookPage::Show(PageContent content) {
   rows_ = std::move(content.rows);
   all_rows_ = std::move(content.all_rows);
   all_title_ = content.all_title;
+  lines_are_items_ = content.table.rows.size() == rows_.size();
   figures_->Show(std::move(content.table));
   plot_->Show(std::move(content.plot));
   ShowSelection();
@@ -116,6 +122,14 @@ void OutlookPage::ForgetCards() {
   rows_.clear();
   all_rows_.clear();
   ShowSelection();
+}
+
+void OutlookPage::SelectByTable(const QModelIndex& line) {
+  if (lines_are_items_ && line.isValid()) plot_->Select(line.row());
+}
+
+void OutlookPage::ShowTable() {
+  button_table_->setChecked(true);
 }
 
 void OutlookPage::ToggleTable() {

@@ -7,6 +7,7 @@
 #include "widgets/plot.h"
 
 class QLabel;
+class QModelIndex;
 class QPushButton;
 class QTableView;
 
@@ -37,6 +38,7 @@ class OutlookPage : public QWidget {
   // The cards behind what is shown are no longer in these rows.
   void ForgetCards();
   Plot& plot() { return *plot_; }
+  void ShowTable();
   void ToggleTable();
   void CopyTable();
   bool TableShown() const;
@@ -52,6 +54,7 @@ class OutlookPage : public QWidget {
   std::vector<int> SelectedRows() const;
   void OpenSelection();
   void OpenCards();
+  void SelectByTable(const QModelIndex& line);
 
   QLabel* sentence_;
   QLabel* selection_;
@@ -64,6 +67,7 @@ class OutlookPage : public QWidget {
   std::vector<std::vector<int>> rows_;
   std::vector<int> all_rows_;
   QString all_title_;
+  bool lines_are_items_ = false;  // the table has a line for each thing that can be selected in the plot
 };
 
 }  // namespace tessaro

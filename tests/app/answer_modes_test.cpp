@@ -3,11 +3,15 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTabWidget>
+#include <QTableWidget>
 
 #include "answer/answer_window.h"
+#include "app/dlopt.h"
+#include "edit/wnsign.h"
 #include "learn/wnlern.h"
 #include "settings/keys.h"
 #include "tests/app/main_window_fixture.h"
@@ -202,6 +206,53 @@ TEST_F(AnswerModesTest, TypedWordIsCheckedWithEveryKey) {
   EXPECT_EQ(Text(u"LabelVergleich"_s), QString()) << "until the first key";
 }
 
+TEST_F(AnswerModesTest, SpecialCharactersGoIntoTheTypedLine) {
+  Learn({Card(1, "Frage", "Das Haus"), Card(2, "Zwei", "zwei")}, Qt::Key_2);
+  Type("D");
+  Click(u"BitBtnSign"_s);
+  auto* signs = lern->findChild<TF_wnsign*>();
+  ASSERT_TRUE(signs != nullptr && signs->isVisible());
+  auto& cells = Control<QTableWidget>(*signs, u"ZeichenTabelle"_s);
+  cells.item(0, 1)->setText(u"ä"_s);
+  cells.setCurrentCell(0, 1);
+  QTest::mouseClick(&Control<QAbstractButton>(*signs, u"BitBtnOK"_s), Qt::LeftButton);
+  EXPECT_EQ(Find<QLineEdit>(u"RichEditVgl"_s).text(), u"Dä"_s);
+  EXPECT_TRUE(Line(u"StatusBarVgl"_s).startsWith(u"Buchstabenfolge vor oder um"_s));
+  // What no card can hold is shown as such beside the answer.
+  Find<QLineEdit>(u"RichEditVgl"_s).setText(u"Dął"_s);
+  Click(u"BitBtnWeissIch"_s);
+  EXPECT_TRUE(Text(u"LabelVergleich"_s).contains(QChar(0xFFFD)));
+  Click(u"SpeedButtonWahl"_s);
+  EXPECT_FALSE(signs->isVisible());
+}
+
+TEST_F(AnswerModesTest, OptionsHoldAtOnceAndAreKept) {
+  Learn({Card(1, "Frage", "Das Haus")}, Qt::Key_2);
+  const auto set = [&](int blanks, int mode) {
+    DriveDialog<TF_dlopt>([&] { program.ShowOptions(); },
+                          [&](TF_dlopt& dialog) {
+                            Control<QComboBox>(dialog, u"Leerzeichen"_s).setCurrentIndex(blanks);
+                            Control<QComboBox>(dialog, u"Antwortart"_s).setCurrentIndex(mode);
+                            QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnOK"_s), Qt::LeftButton);
+                          });
+  };
+  set(1, 2);
+  lern->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(lern));
+  Find<QWidget>(u"RichEditVgl"_s).setFocus();
+  Type("Das  ");
+  EXPECT_EQ(Text(u"LabelSeite"_s), u"Frageseite"_s) << "two blanks are too few now";
+  Type(" ");
+  EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
+  EXPECT_TRUE(disk.Content("/tessaro.ini").value_or("").find("Space=1") != std::string::npos);
+  set(1, 0);
+  EXPECT_FALSE(Find<QWidget>(u"TF_wnvgl"_s).isVisible());
+  const std::string before = disk.Content("/tessaro.ini").value_or("");
+  DriveDialog<TF_dlopt>([&] { program.ShowOptions(); },
+                        [](TF_dlopt& dialog) { Control<QComboBox>(dialog, u"Antwortart"_s).setCurrentIndex(1); });
+  EXPECT_EQ(disk.Content("/tessaro.ini").value_or(""), before) << "closed without OK";
+}
+
 TEST_F(AnswerModesTest, BlanksAtTheEndUncoverTheAnswerUnlessTheCheckIsOff) {
   Learn({Card(1, "Frage", "Das Haus")}, Qt::Key_2);
   Click(u"BitBtnTest"_s);
@@ -229,6 +280,7 @@ TEST_F(AnswerModesTest, CopiedTextIsJudgedAndNothingElseIs) {
   Type("b");
   Type("x");
   EXPECT_EQ(Line(u"EditKommentar"_s), u"1. Fehler. Erforderliche Eingabe Leer"_s);
+  EXPECT_EQ(Text(u"LabelLimit"_s), u"über dem Limit"_s) << "one error in four, though it is the first";
   EXPECT_EQ(input.toPlainText(), u"ab"_s);
   Click(u"BtWeissIch"_s);
   EXPECT_EQ(messages.shown, QStringList(u"\nBei Tastaturtraining geht das nicht."_s));

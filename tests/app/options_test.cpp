@@ -12,7 +12,9 @@
 #include "store/file/ini_file.h"
 #include "tests/support/dialog_driver.h"
 #include "tests/support/recorded_messages.h"
+#include "tests/support/temporary_folder.h"
 #include "widgets/htmlview.h"
+#include "widgets/text.h"
 
 using namespace Qt::StringLiterals;
 
@@ -89,6 +91,28 @@ TEST_F(Options, PageGoesBackToItsStandardAndTheOthersStay) {
   EXPECT_TRUE(keys::kShowTyping.Read(program));
   EXPECT_FALSE(keys::kShowChoice.Read(program));
   EXPECT_EQ(keys::kErrorLimit.Read(program), 5.0);
+}
+
+TEST_F(Options, SoundOfErrorsCanBeHeardWhereItIs) {
+  const TemporaryFolder folder;
+  const QString sound = FromPath(folder.path() / "ton.wav");
+  TF_dlopt dialog({program, &card_file, "/deck", {}}, messages);
+  dialog.show();
+  QSignalSpy heard(&dialog, &TF_dlopt::SoundWanted);
+  auto& test = Control<QPushButton>(dialog, u"TonTest"_s);
+  EXPECT_FALSE(test.isEnabled()) << "there is none";
+  Control<QTabWidget>(dialog, u"Seiten"_s).setCurrentIndex(2);
+  Control<QLineEdit>(dialog, u"Ton"_s).setText(sound);
+  EXPECT_FALSE(test.isEnabled());
+  EXPECT_EQ(Control<QLabel>(dialog, u"HinweisTon"_s).text(), u"Diese Datei gibt es nicht."_s);
+  std::ofstream(folder.path() / "ton.wav") << "x";
+  messages.files = {sound};
+  Control<QLineEdit>(dialog, u"Ton"_s).clear();
+  QTest::mouseClick(&Control<QPushButton>(dialog, u"TonWaehlen"_s), Qt::LeftButton);
+  EXPECT_EQ(Control<QLabel>(dialog, u"HinweisTon"_s).text(), QString());
+  QTest::mouseClick(&test, Qt::LeftButton);
+  ASSERT_EQ(heard.count(), 1);
+  EXPECT_EQ(heard[0][0].toString(), sound);
 }
 
 TEST_F(Options, SampleCardFollowsTheFields) {

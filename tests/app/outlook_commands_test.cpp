@@ -85,6 +85,12 @@ TEST_F(OutlookCommands, CountedCardsAreOpenedInTheEditorAndFollowWhatItDoes) {
   auto* editor = OpenWindow<TF_wned>();
   ASSERT_NE(editor, nullptr);
   EXPECT_EQ(editor->row(), 3) << "the costliest card";
+  ASSERT_TRUE(costs.TableShown());
+  auto& table = Control<QTableView>(costs, u"Tabelle"_s);
+  table.setCurrentIndex(table.model()->index(1, 0));
+  EXPECT_EQ(costs.plot().selected(), 1);
+  QTest::keyClick(&table, Qt::Key_Return);
+  EXPECT_EQ(editor->row(), 2);
   Control<QPushButton>(costs, u"ButtonKarten"_s).click();
   auto* list = evaluation->findChild<TF_dlkarten*>();
   ASSERT_NE(list, nullptr) << "of all that are shown";
