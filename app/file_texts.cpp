@@ -71,6 +71,12 @@ QString ChangedText(const UnsavedChanges& unsaved) {
 
 }  // namespace
 
+QString MissingText(const std::filesystem::path& cards, const std::filesystem::path& backup, int64_t saved) {
+  return u"\nDie Kartei %1 fehlt.\nEs gibt noch ihre Sicherung %2\nvom %3.\n\nSoll die Sicherung geöffnet werden?\n"
+         u"Antworten, die danach kamen, werden\nübernommen, soweit sie noch vorhanden sind."_s.arg(
+             FromPath(cards.filename()), FromPath(backup.filename()), MomentText(saved));
+}
+
 QString UnsavedText(const UnsavedChanges& unsaved) {
   const QString first = MomentText(unsaved.first);
   const QString last = MomentText(unsaved.last);

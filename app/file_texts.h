@@ -23,6 +23,8 @@ QString RefusalText(const OpenReport& report, const std::filesystem::path& path)
 QString NoLockText(const std::filesystem::path& path);
 // Whether a file that is not ours alone may be replaced; empty when nothing speaks against it.
 QString TiesText(const FileTies& ties, const std::filesystem::path& path);
+// Whether the backup is to be opened in place of a card file that is gone. `saved` in seconds since 1970.
+QString MissingText(const std::filesystem::path& cards, const std::filesystem::path& backup, int64_t saved);
 // Whether changes that an earlier run could not save are to be taken over.
 QString UnsavedText(const UnsavedChanges& unsaved);
 // What the user should know of a card file that was opened, one message each.

@@ -15,13 +15,12 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-constexpr int kPatience = 2000;  // milliseconds
 // What is said: the bytes of a path and a zero byte, then the answer.
 constexpr char kEnd = '\0';
 constexpr char kHeard = 'k';
 
-int Left(const QElapsedTimer& timer) {
-  return std::max(0, kPatience - static_cast<int>(timer.elapsed()));
+int Left(const QElapsedTimer& timer, int patience) {
+  return std::max(0, patience - static_cast<int>(timer.elapsed()));
 }
 
 }  // namespace
@@ -39,15 +38,15 @@ QString SingleInstance::NameFor(const std::filesystem::path& settings) {
   return folder.isEmpty() || path.size() > kMostLetters ? name : path;
 }
 
-bool SingleInstance::HandOver(const QString& name, const std::filesystem::path& card_file) {
+bool SingleInstance::HandOver(const QString& name, const std::filesystem::path& card_file, int patience) {
   QElapsedTimer timer;
   timer.start();
   QLocalSocket socket;
   socket.connectToServer(name);
-  if (!socket.waitForConnected(kPatience)) return false;
+  if (!socket.waitForConnected(patience)) return false;
   socket.write(QByteArray::fromStdString(card_file.string()) + kEnd);
-  while (socket.bytesToWrite() > 0 && socket.waitForBytesWritten(Left(timer))) continue;
-  return socket.waitForReadyRead(Left(timer)) && socket.read(1) == QByteArray(1, kHeard);
+  while (socket.bytesToWrite() > 0 && socket.waitForBytesWritten(Left(timer, patience))) continue;
+  return socket.waitForReadyRead(Left(timer, patience)) && socket.read(1) == QByteArray(1, kHeard);
 }
 
 SingleInstance::SingleInstance(const QString& name) {

@@ -17,8 +17,9 @@ class SingleInstance : public QObject {
   // What the program of this settings file is called by, for this user and display.
   static QString NameFor(const std::filesystem::path& settings);
   // Hands the card file, or none, to the program of this name. False when there is none, or none that answers within
-  // two seconds.
-  static bool HandOver(const QString& name, const std::filesystem::path& card_file);
+  // so many milliseconds.
+  static constexpr int kPatience = 2000;
+  static bool HandOver(const QString& name, const std::filesystem::path& card_file, int patience = kPatience);
 
   // From now on this program is called by the name, unless another is.
   explicit SingleInstance(const QString& name);

@@ -94,6 +94,9 @@ class TF_wnmain : public QMainWindow {
   void OpenWaitingFile();
   // Samples are opened as copies in the user's own folder.
   bool LoadFile(const std::filesystem::path& chosen);
+  // Offers the backup of a card file that is gone, which then is open under its name. False: there is none, or the user
+  // does not want it.
+  bool OpenBackupOf(const std::filesystem::path& missing, OpenReport& report);
   std::optional<std::filesystem::path> OwnFile(const std::filesystem::path& chosen);
   bool IsOpenFile(const std::filesystem::path& path) const;
   // Empty when the user chose none that may be written.

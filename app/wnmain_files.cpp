@@ -109,6 +109,7 @@ bool TF_wnmain::LoadFile(const fs::path& chosen) {
     LongWork work(this, program_.clock());
     report = file_.Open(*path, ShowStages(work));
   }
+  if (report.result == OpenResult::CannotOpen) (void)OpenBackupOf(*path, report);
   refused_ = report.result == OpenResult::Opened ? fs::path() : program_.disk().Resolve(*path);
   if (report.result == OpenResult::CannotOpen) RemoveRecentFile(program_.settings().ini, *path);
   if (report.result == OpenResult::Opened) {
@@ -118,6 +119,22 @@ bool TF_wnmain::LoadFile(const fs::path& chosen) {
   }
   Tell(report, *path);
   return report.result == OpenResult::Opened && file_.IsOpen();
+}
+
+bool TF_wnmain::OpenBackupOf(const fs::path& missing, OpenReport& report) {
+  const fs::path cards = program_.disk().Resolve(missing);
+  const fs::path backup = PathsFor(cards).backup;
+  const std::optional<FileState> state = program_.disk().State(backup);
+  if (!state || program_.disk().Exists(cards)) return false;
+  constexpr int64_t kNanosecondsPerSecond = 1'000'000'000;
+  const QString question = MissingText(cards, backup, state->modified_ns / kNanosecondsPerSecond);
+  if (program_.messages().Question(this, question, u"Öffnen"_s, u"Nicht öffnen"_s, {}, Answer::Yes) != Answer::Yes) {
+    return false;
+  }
+  file_.Close();
+  LongWork work(this, program_.clock());
+  report = file_.RestoreAs(cards, backup, ShowStages(work));
+  return true;
 }
 
 void TF_wnmain::Tell(OpenReport report, const fs::path& path) {

@@ -221,4 +221,17 @@ std::string ReadableText(std::string_view file) {
   return IsUtf8(file) ? std::string(file) : Utf8FromCodePage(file);
 }
 
+std::string_view WholeLetters(std::string_view beginning) {
+  if (beginning.starts_with("\xFF\xFE") || beginning.starts_with("\xFE\xFF")) {
+    return beginning.substr(0, beginning.size() / 2 * 2);
+  }
+  constexpr size_t kLongestLetter = 4;
+  const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+  size_t end = beginning.size();
+  while (end > 0 && beginning.size() - end < kLongestLetter && continues(beginning[end - 1])) --end;
+  const unsigned char first = end > 0 ? static_cast<unsigned char>(beginning[end - 1]) : 0;
+  const size_t length = first >= 0xF0U ? 4 : first >= 0xE0U ? 3 : first >= 0xC0U ? 2 : 0;
+  return beginning.substr(0, beginning.size() - end + 1 < length ? end - 1 : beginning.size());
+}
+
 }  // namespace tessaro

@@ -217,6 +217,23 @@ Disk& RealDisk() {
   return disk;
 }
 
+std::optional<std::string> ReadBeginning(Disk& disk, const fs::path& path, size_t most) try {
+  const std::unique_ptr<ReadableFile> file = disk.Open(path);
+  if (file == nullptr) return std::nullopt;
+  std::string bytes(std::min<uint64_t>(most, file->Size()), '\0');
+  size_t used = 0;
+  while (used < bytes.size()) {
+    const std::ptrdiff_t count = file->Read(bytes.data() + used, bytes.size() - used);
+    if (count < 0) return std::nullopt;
+    if (count == 0) break;
+    used += static_cast<size_t>(count);
+  }
+  bytes.resize(used);
+  return bytes;
+} catch (const std::bad_alloc&) {
+  return std::nullopt;
+}
+
 std::optional<std::string> ReadFile(Disk& disk, const fs::path& path) try {
   const std::unique_ptr<ReadableFile> file = disk.Open(path);
   if (file == nullptr) return std::nullopt;

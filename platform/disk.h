@@ -107,5 +107,7 @@ Disk& RealDisk();
 // have.
 inline constexpr uint64_t kMostWhole = uint64_t{1} << 33;
 std::optional<std::string> ReadFile(Disk& disk, const std::filesystem::path& path);
+// The first bytes of a file, `most` of them where it has more.
+std::optional<std::string> ReadBeginning(Disk& disk, const std::filesystem::path& path, size_t most);
 
 }  // namespace tessaro

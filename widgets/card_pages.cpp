@@ -9,6 +9,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QStringTokenizer>
 #include <QTabBar>
 #include <QTextDocumentFragment>
 #include <QToolButton>
@@ -37,19 +38,25 @@ constexpr int kLettersInLine = 75;
 // The hypertext frame has margins of its own; it must only not touch the rounded edge.
 constexpr int kFrameMargin = 3;
 constexpr int kPaperMargin = 20;
-constexpr uint64_t kLargestTextFile = 8 << 20;
+constexpr size_t kMostOfTextFile = 4 << 20;  // bytes; in UTF-16, or with the marks of rich text, fewer letters
 constexpr qsizetype kMostLetters = 1 << 20;  // of a text page
-constexpr int kZoomStep = 10;                // percent
+constexpr int kMostLines = 20'000;
+constexpr int kZoomStep = 10;  // percent
 
 // A text that a text view can show without delay: cut, and without lines of more than some thousand letters, which the
 // view would lay out whole.
-QString ForTextView(QString text) {
+QString ForTextView(QString text, bool cut = false) {
   constexpr qsizetype kLongestLine = 4000;
-  const bool cut = text.size() > kMostLetters;
+  cut = cut || text.size() > kMostLetters;
   text.truncate(kMostLetters);
   QString lines;
   lines.reserve(text.size() + text.size() / kLongestLine + 1);
-  for (QStringView line : QStringView(text).split(u'\n')) {
+  int count = 0;
+  for (QStringView line : QStringTokenizer(QStringView(text), u'\n')) {
+    if (++count > kMostLines) {
+      cut = true;
+      break;
+    }
     while (line.size() > kLongestLine) {
       const qsizetype blank = line.lastIndexOf(u' ', kLongestLine);
       const qsizetype end = blank > 0 ? blank + 1 : kLongestLine;
@@ -277,6 +284,7 @@ void CardPages::ShowSide(std::string_view side, const SideLook& look) {
   text_filled_ = false;
   sounds_.clear();
   sound_path_.clear();
+  loader_.Forget();
   video_->Clear();
   frame_->ShowSide(side, LookNow());
   Dress(LookNow());
@@ -360,18 +368,29 @@ void CardPages::ShowPages(std::string_view side) {
 }
 
 bool CardPages::ShowPicture(const std::filesystem::path& path) {
-  const QImage image = ReadPicture(FromPath(path));
-  if (image.isNull()) Q_EMIT PictureFailed();
-  picture_->SetPicture(QPixmap::fromImage(image));
-  return !image.isNull();
+  const QString name = FromPath(path);
+  const PictureFile file = MeasurePicture(name);
+  const auto take = [this](const QImage& image) {
+    picture_->SetPicture(QPixmap::fromImage(image));
+    if (image.isNull()) Q_EMIT PictureFailed();
+    return !image.isNull();
+  };
+  if (file.state != PictureFile::State::Good || !IsSlowToRead(file.size)) return take(ReadPicture(name));
+  picture_->SetPicture({});
+  loader_.Begin([name] { return ReadPicture(name); },
+                [this, take](const QImage& image) {
+                  if (!take(image)) setTabVisible(kPicture, false);
+                });
+  return true;
 }
 
 bool CardPages::ShowTextFile(const std::filesystem::path& path) {
-  const std::optional<FileState> state = RealDisk().State(path);
-  if (!state || state->size > kLargestTextFile) return false;
-  const std::optional<std::string> bytes = ReadFile(RealDisk(), path);
-  if (bytes) text_file_->setPlainText(ForTextView(FromUtf8(ReadableText(*bytes))));
-  return bytes.has_value();
+  const std::optional<std::string> bytes = ReadBeginning(RealDisk(), path, kMostOfTextFile + 1);
+  if (!bytes) return false;
+  const bool cut = bytes->size() > kMostOfTextFile;
+  const std::string_view text = cut ? WholeLetters(std::string_view(*bytes).substr(0, kMostOfTextFile)) : *bytes;
+  text_file_->setPlainText(ForTextView(FromUtf8(ReadableText(text)), cut));
+  return true;
 }
 
 QString CardPages::SelectedText() const {

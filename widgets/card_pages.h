@@ -11,6 +11,7 @@
 
 #include "hypertext/media.h"
 #include "widgets/htmlview.h"
+#include "widgets/picture_loader.h"
 
 class QAction;
 class QPlainTextEdit;
@@ -104,6 +105,7 @@ class CardPages : public QTabWidget {
   std::string side_;
   bool text_filled_ = false;
   QStringList sounds_;  // of the side, in its order
+  PictureLoader loader_;
   std::array<PaperPage*, kPageCount> pages_{};
   TFrameHtml* frame_ = nullptr;
   QToolButton* speaker_ = nullptr;

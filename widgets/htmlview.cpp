@@ -115,6 +115,7 @@ TFrameHtml::TFrameHtml(QWidget* parent) : QScrollArea(parent), state_(std::make_
   std::call_once(once, [] { QAccessible::installFactory(&MakeSideAccessible); });
   setAccessibleName(QStringLiteral("Kartenseite"));
   connect(&state_->continuation, &QTimer::timeout, this, &TFrameHtml::LayOutMore);
+  state_->pictures.SetObserver([this] { state_->paint_box->update(); });
   resize(kInitialSize);
 }
 

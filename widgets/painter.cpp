@@ -40,6 +40,12 @@ bool PaintPicture(QPainter& painter, const Fragment& fragment, const QColor& pap
   const QRect rect = ToQt(fragment.rect);
   const QSize device_size = (QSizeF(rect.size()) * painter.device()->devicePixelRatioF()).toSize();
   const QPixmap picture = pictures.Picture(fragment.text, device_size, fragment.transparent);
+  if (picture.isNull() && pictures.IsBeingRead(fragment.text)) {
+    QColor place = painter.pen().color();
+    place.setAlphaF(0.06F);
+    painter.fillRect(rect, place);
+    return true;
+  }
   if (picture.isNull()) return false;
   // What is drawn in dark lines on nothing needs light paper.
   constexpr int kHalfLight = 128;

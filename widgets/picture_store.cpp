@@ -51,15 +51,6 @@ QImage ReadWithin(const QString& path, QSize most) {
   return reader.read();
 }
 
-PictureFile MeasurePicture(const QString& path) {
-  PictureReader picture(path);
-  const QImageReader& reader = picture.reader();
-  QSize size = reader.size();
-  size = size.isValid() ? SeenSize(reader, size) : ReadWithin(path, {kMaxMediaPixels, kMaxMediaPixels}).size();
-  if (size.isEmpty()) return {PictureFile::State::Unreadable, {}};
-  return {PictureFile::State::Good, {size.width(), size.height()}};
-}
-
 void MakeWhiteTransparent(QImage& image) {
   image = image.convertToFormat(QImage::Format_ARGB32);
   const QRgb white = qRgb(255, 255, 255);
@@ -71,6 +62,20 @@ void MakeWhiteTransparent(QImage& image) {
 
 }  // namespace
 
+bool IsSlowToRead(PixelSize size) {
+  constexpr int64_t kPixelsAtOnce = 4'000'000;
+  return int64_t{size.width} * size.height > kPixelsAtOnce;
+}
+
+PictureFile MeasurePicture(const QString& path) {
+  PictureReader picture(path);
+  const QImageReader& reader = picture.reader();
+  QSize size = reader.size();
+  size = size.isValid() ? SeenSize(reader, size) : ReadWithin(path, {kMaxMediaPixels, kMaxMediaPixels}).size();
+  if (size.isEmpty()) return {PictureFile::State::Unreadable, {}};
+  return {PictureFile::State::Good, {size.width(), size.height()}};
+}
+
 QImage ReadPicture(const QString& path) {
   const PictureFile file = MeasurePicture(path);
   const PixelSize size = BoundedMedia(file.size);
@@ -80,11 +85,13 @@ QImage ReadPicture(const QString& path) {
 PictureStore::PictureStore(const Disk& disk) : disk_(disk), finder_(disk, {}), pictures_(kCacheKibibytes) {}
 
 void PictureStore::SetFolders(const MediaFolders& folders) {
+  loader_.Forget();
   finder_ = MediaFinder(disk_, folders);
   entries_.clear();
 }
 
 void PictureStore::Forget() {
+  loader_.Forget();
   finder_.Forget();
   entries_.clear();
 }
@@ -121,15 +128,34 @@ QPixmap PictureStore::Picture(std::string_view name, QSize size, bool white_is_t
                           .arg(size.height())
                           .arg(white_is_transparent ? 1 : 0);
   if (const QPixmap* known = pictures_.object(key)) return *known;
-  QImage image = ReadWithin(entry.path, size.boundedTo({kMaxMediaPixels, kMaxMediaPixels}));
-  if (image.isNull()) {
-    entry.file.state = PictureFile::State::Unreadable;
-    return {};
-  }
+  if (entry.being_read) return {};
+  const auto read = [path = entry.path, most = size.boundedTo({kMaxMediaPixels, kMaxMediaPixels})] {
+    return ReadWithin(path, most);
+  };
+  const auto take = [this, key, white_is_transparent](Entry& of, QImage image) {
+    of.being_read = false;
+    if (image.isNull()) of.file.state = PictureFile::State::Unreadable;
+    return image.isNull() ? QPixmap() : Keep(key, std::move(image), white_is_transparent);
+  };
+  if (!IsSlowToRead(entry.file.size)) return take(entry, read());
+  entry.being_read = true;
+  loader_.Begin(read, [this, take, name = std::string(name)](QImage image) {
+    take(EntryOf(name), std::move(image));
+    if (observer_) observer_();
+  });
+  return {};
+}
+
+QPixmap PictureStore::Keep(const QString& key, QImage image, bool white_is_transparent) {
   if (white_is_transparent) MakeWhiteTransparent(image);
   QPixmap picture = QPixmap::fromImage(std::move(image));
   pictures_.insert(key, new QPixmap(picture), std::max<int>(1, picture.width() * picture.height() / 256));
   return picture;
+}
+
+bool PictureStore::IsBeingRead(std::string_view name) const {
+  const auto known = entries_.find(name);
+  return known != entries_.end() && known->second.being_read;
 }
 
 }  // namespace tessaro

@@ -5,19 +5,26 @@
 #include <QPixmap>
 #include <QSize>
 #include <QString>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "hypertext/layout.h"
 #include "hypertext/media.h"
 #include "platform/disk.h"
+#include "widgets/picture_loader.h"
 
 namespace tessaro {
 
 // The largest picture, in bytes of memory, that is read at all.
 inline constexpr int kPictureMebibytes = 256;
 
+// Whether reading a picture of this size would keep the window waiting.
+bool IsSlowToRead(PixelSize size);
+// Whether there is a picture in this file, and its own size, as it is seen.
+PictureFile MeasurePicture(const QString& path);
 // Reads a picture in its own size; one wider or higher than kMaxMediaPixels is made smaller in its proportions. A null
 // image when it cannot be read.
 QImage ReadPicture(const QString& path);
@@ -35,22 +42,28 @@ class PictureStore {
   QString PathOf(std::string_view name);
   // Whether there is a picture of this name, and its own size, as it is seen.
   PictureFile Find(std::string_view name);
-  // The picture for a place of `size` device pixels, to be stretched there where it is large; null when it cannot be
-  // read, which Find knows from then on.
+  // The picture for a place of `size` device pixels, to be stretched there where it is large. Null when it cannot be
+  // read, which Find knows from then on, or is still being read; the observer is called when that is over.
   QPixmap Picture(std::string_view name, QSize size, bool white_is_transparent);
+  bool IsBeingRead(std::string_view name) const;
+  void SetObserver(std::function<void()> read) { observer_ = std::move(read); }
 
  private:
   struct Entry {
     QString path;
     QString key;  // path and state of the file
     PictureFile file;
+    bool being_read = false;
   };
   Entry& EntryOf(std::string_view name);
+  QPixmap Keep(const QString& key, QImage image, bool white_is_transparent);
 
   const Disk& disk_;
   MediaFinder finder_;
   std::map<std::string, Entry, std::less<>> entries_;
   QCache<QString, QPixmap> pictures_;
+  std::function<void()> observer_;
+  PictureLoader loader_;
 };
 
 }  // namespace tessaro

@@ -32,9 +32,9 @@ class CardTable {
 
   // Drops all columns, types and rows. The cursor is 0, both flags are set; separator, quote and table name stay.
   void Clear();
-  // Adds a column at the end, of type "STRING"; every row gets a null field for it.
+  // Adds a column at the end; every row gets a null field for it.
   void AddColumn(std::string_view name);
-  // The table keeps the type of a column and makes nothing of it. False when there is no such column.
+  // The types of columns mean nothing here, and nobody asks for them. False when there is no such column.
   bool SetColumnType(std::string_view name, std::string_view type);
   Value ColumnName(int i) const;
   // The first column with exactly this name, 0 when there is none.

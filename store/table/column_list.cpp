@@ -20,14 +20,4 @@ int ColumnList::Find(std::string_view name) const {
   return -1;
 }
 
-std::string_view ColumnList::Type(int column) const {
-  constexpr std::string_view kDefaultType = "STRING";
-  const auto found = types_.find(column);
-  return found == types_.end() ? kDefaultType : std::string_view(found->second);
-}
-
-void ColumnList::SetType(int column, std::string_view type) {
-  types_[column] = type;
-}
-
 }  // namespace tessaro

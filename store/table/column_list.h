@@ -1,15 +1,14 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tessaro {
 
-// The columns of a table: names in their order, each with a type word that nobody here interprets. The names stand in
-// one text, so that a file of nothing but separators costs little. Columns count from 0 and must exist.
+// The columns of a table: names in their order. They stand in one text, so that a file of nothing but separators costs
+// little. Columns count from 0 and must exist.
 class ColumnList {
  public:
   // How many there are; a new one comes last; names may repeat.
@@ -18,13 +17,10 @@ class ColumnList {
   std::string_view Name(int column) const;
   // The first column of this name, -1 when there is none.
   int Find(std::string_view name) const;
-  std::string_view Type(int column) const;
-  void SetType(int column, std::string_view type);
 
  private:
   std::string names_;
   std::vector<size_t> ends_;
-  std::map<int, std::string> types_;  // those that are not the default
 };
 
 }  // namespace tessaro

@@ -106,6 +106,37 @@ TEST_F(Care, ACardFileThatIsGoneComesBackUnderItsName) {
   EXPECT_TRUE(window().FileSaveExecute());
 }
 
+// Whether the file was taken away or a save was cut short without a trace of the new one: the state before, and with
+// the journal every answer.
+TEST_F(Care, TheBackupOfAMissingCardFileIsOfferedWhenThatIsOpened) {
+  for (const bool with_journal : {false, true}) {
+    program.file().Close();
+    Open({Card("000001")});
+    SaveAnswer("eins");
+    SaveAnswer("zwei");
+    if (with_journal) Change(program.file(), "drei");
+    const std::optional<std::string> journal = disk.Content("/deck/x.mlj");
+    program.file().Close();
+    if (with_journal) {
+      disk.Put("/deck/x.mlj", *journal);
+      disk.Put("/deck/x.ml~", *disk.Content(kTestFile));
+    }
+    ASSERT_TRUE(disk.Remove(kTestFile));
+    messages.asked.clear();
+    messages.errors.clear();
+    messages.answers = {Answer::No};
+    EXPECT_FALSE(window().OpenFile(kTestFile));
+    EXPECT_EQ(messages.errors, QStringList{u"\nDatei kann nicht\ngeöffnet werden\n\nx.mlb"_s});
+    messages.answers = {Answer::Yes, Answer::Yes};
+    EXPECT_TRUE(window().OpenFile(kTestFile));
+    EXPECT_TRUE(messages.asked.at(1).startsWith(u"\nDie Kartei x.mlb fehlt.\nEs gibt noch ihre Sicherung x.ml~"_s));
+    EXPECT_EQ(CardsPath(), kTestFile);
+    EXPECT_EQ(FirstAnswer(), with_journal ? "drei" : "eins") << with_journal;
+    EXPECT_TRUE(window().FileSaveExecute());
+    EXPECT_TRUE(disk.Exists(kTestFile));
+  }
+}
+
 TEST_F(Care, AFailedCopyIsToldInTheStatusLineAndCostsNothing) {
   Open({Card("000001")});
   int failures = 0;

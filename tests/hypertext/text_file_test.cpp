@@ -23,6 +23,20 @@ TEST(TextFile, PlainTextIsReadInTheEncodingItIsIn) {
   });
 }
 
+// However a text is cut, what is left of it is still read in its encoding.
+TEST(TextFile, ACutBeginningLosesTheLetterItWasCutIn) {
+  const std::pair<std::string, size_t> cases[] = {{"abc", 3},
+                                                  {"", 0},
+                                                  {"gr\xC3", 2},
+                                                  {"gr\xC3\xBC", 4},
+                                                  {"\xE2\x82", 0},
+                                                  {"x\xF0\x9F\x98", 1},
+                                                  {"x\xF0\x9F\x98\x80", 5},
+                                                  {"\xBC\xBC\xBC\xBC\xBC\xBC", 6},
+                                                  {std::string("\xFF\xFE\xFC\0!", 5), 4}};
+  for (const auto& [text, whole] : cases) EXPECT_EQ(WholeLetters(text).size(), whole) << text;
+}
+
 TEST(TextFile, RichTextIsReducedToItsLetters) {
   Check({
       {R"({\rtf1\ansi{\fonttbl{\f0\fswiss Arial;}}{\colortbl;\red0\green0\blue0;}\pard\f0\fs24 Guten \b Tag\b0 !\par

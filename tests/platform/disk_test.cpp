@@ -35,6 +35,8 @@ TEST_F(RealDiskTest, ReadsBackWhatItWrote) {
   for (const std::string& text : {std::string(), std::string("a\0b\r\n", 5), large, std::string("short")}) {
     ASSERT_TRUE(Put(file_, text));
     EXPECT_TRUE(ReadFile(disk_, file_) == text) << text.size();
+    EXPECT_TRUE(ReadBeginning(disk_, file_, 4) == text.substr(0, 4)) << text.size();
+    EXPECT_TRUE(ReadBeginning(disk_, file_, 4'000'000) == text) << text.size();
   }
   // A file that announces no size.
   EXPECT_GT(ReadFile(disk_, "/proc/self/maps").value_or("").size(), 100U);

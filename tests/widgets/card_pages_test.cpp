@@ -153,6 +153,45 @@ TEST_F(CardPagesTest, LongTextsAreBrokenAndCut) {
   }
 }
 
+TEST_F(CardPagesTest, AHugeTextFileIsShownCutWithANote) {
+  const auto& view = *pages.findChild<QPlainTextEdit*>(u"TextPlus"_s);
+  std::string many_lines;
+  while (many_lines.size() < (9U << 20)) many_lines += "\xC3\xBC\n";
+  for (const std::string& text : {std::string(9 << 20, 'x'), many_lines}) {
+    std::ofstream(folder.path().toStdString() + "/notiz.txt") << text;
+    ShowSide("<#TEXT:notiz.txt>");
+    EXPECT_TRUE(view.toPlainText().endsWith(u"[Hier abgeschnitten: Der Text ist zu lang.]"_s));
+    EXPECT_TRUE(view.toPlainText().startsWith(QChar(text[0] == 'x' ? u'x' : u'ü')));
+    EXPECT_LT(view.document()->blockCount(), 30'000);
+  }
+  std::ofstream(folder.path().toStdString() + "/notiz.txt") << "kurz";
+  ShowSide("<#TEXT:notiz.txt>");
+  EXPECT_EQ(view.toPlainText(), u"kurz"_s);
+}
+
+// It is read beside the window, unless the learner has gone on by then.
+TEST_F(CardPagesTest, ALargePictureComesWhenItHasBeenRead) {
+  QImage large(2400, 2000, QImage::Format_RGB32);
+  large.fill(Qt::red);
+  ASSERT_TRUE(large.save(folder.filePath(u"bild.bmp"_s)) && large.save(folder.filePath(u"gross.png"_s)));
+  pages.resize(400, 300);
+  pages.show();
+  const auto is_red = [this] {
+    const QWidget& page = *pages.currentWidget();
+    const QColor middle = pages.grab().toImage().pixelColor(page.mapTo(&pages, page.rect().center()));
+    return middle.red() > 200 && middle.green() < 60;
+  };
+  for (const char* side : {"<#SHOW:bild.bmp>", "<img src=\"gross.png\" border=\"0\">"}) {
+    ShowSide(side);
+    EXPECT_FALSE(is_red()) << side;
+    EXPECT_TRUE(QTest::qWaitFor(is_red, 60'000)) << side;
+    ShowSide(side);
+    ShowSide("anders");
+    QTest::qWait(100);
+    EXPECT_FALSE(is_red()) << side;
+  }
+}
+
 TEST_F(CardPagesTest, NothingOfTheVideoBeforeStaysOnTheNextSide) {
   qRegisterMetaType<VideoScreen*>();
   QSignalSpy wanted(&pages, &CardPages::VideoWanted);
