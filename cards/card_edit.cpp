@@ -7,6 +7,16 @@
 #include <utility>
 
 namespace tessaro {
+namespace {
+
+PackedFields FirstRows(const PackedFields& fields, size_t rows) {
+  PackedFields first;
+  PackedReader reader(fields);
+  for (size_t i = 0; i < rows && reader.Next(); ++i) first.AddRow(reader.fields());
+  return first;
+}
+
+}  // namespace
 
 void CardCommand::Remove(int row) {
   edit_.removed.push_back(row);
@@ -48,36 +58,44 @@ bool CardEdit::Finish(const StageObserver& observer) {
 TableEdit CardEdit::Effective(CardCommand command, CardCommand& inverse) const {
   TableEdit& edit = command.edit_;
   std::vector<int> replaced;
-  PackedFields replacing;
-  std::vector<FieldView> fresh;
-  std::vector<FieldView> old;
+  replaced.reserve(edit.replaced.size());
+  inverse.edit_.replaced.reserve(edit.replaced.size());
+  // Mostly every field changes something. Only from the first one on that does not are they packed anew.
+  std::optional<PackedFields> replacing;
+  Change change;
   PackedReader reader(edit.replacing);
   for (size_t i = 0; i < edit.replaced.size(); ++i) {
     const int row = edit.replaced[i];
+    file_.cards().Expect(row + CardTable::kAhead);
     reader.Next();
     const bool answered =
         i < command.learned_.size() && command.learned_[i] != 0 && command.learned_[i] != LearnedHash(row);
-    fresh.clear();
-    old.clear();
-    bool learned = false;
-    for (const FieldView& field : reader.fields()) {
-      const std::string_view present = file_.cards().Peek(field.column, row);
-      if (present == field.text || (answered && IsLearned(field.column))) continue;
-      fresh.push_back(field);
-      old.push_back({field.column, present});
-      learned = learned || IsLearned(field.column);
-    }
-    if (fresh.empty()) continue;
+    Compare(row, reader.fields(), answered, change);
+    if (!replacing && change.fresh.size() != reader.fields().size()) replacing = FirstRows(edit.replacing, i);
+    if (change.fresh.empty()) continue;
     replaced.push_back(row);
-    replacing.AddRow(fresh);
+    if (replacing) replacing->AddRow(change.fresh);
     inverse.edit_.replaced.push_back(row);
-    inverse.edit_.replacing.AddRow(old);
-    if (learned) inverse.learned_.resize(replaced.size());
-    if (learned) inverse.learned_.back() = 1;
+    inverse.edit_.replacing.AddRow(change.old);
+    if (change.learned) inverse.learned_.resize(replaced.size());
+    if (change.learned) inverse.learned_.back() = 1;
   }
   edit.replaced = std::move(replaced);
-  edit.replacing = std::move(replacing);
+  if (replacing) edit.replacing = *std::move(replacing);
   return std::move(edit);
+}
+
+void CardEdit::Compare(int row, const std::vector<FieldView>& fields, bool answered, Change& change) const {
+  change.fresh.clear();
+  change.old.clear();
+  change.learned = false;
+  for (const FieldView& field : fields) {
+    const std::string_view present = file_.cards().Peek(field.column, row);
+    if (present == field.text || (answered && IsLearned(field.column))) continue;
+    change.fresh.push_back(field);
+    change.old.push_back({field.column, present});
+    change.learned = change.learned || IsLearned(field.column);
+  }
 }
 
 void CardEdit::KeepRemoved(const TableEdit& edit, const RowShift& shift, CardCommand& inverse) const {

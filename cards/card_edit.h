@@ -58,6 +58,13 @@ class CardEdit {
  private:
   // The part of the command that changes something; fills in the inverse but for its row numbers.
   TableEdit Effective(CardCommand command, CardCommand& inverse) const;
+  // Of the fields wanted in a row those that change something, and what stands there.
+  struct Change {
+    std::vector<FieldView> fresh;
+    std::vector<FieldView> old;
+    bool learned = false;  // some are in columns that learning writes
+  };
+  void Compare(int row, const std::vector<FieldView>& fields, bool answered, Change& change) const;
   void KeepRemoved(const TableEdit& edit, const RowShift& shift, CardCommand& inverse) const;
   bool IsLearned(int column) const;
   uint64_t LearnedHash(int row) const;

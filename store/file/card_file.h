@@ -81,6 +81,8 @@ class CardFile {
   // The number for a new card, "%06ld" of the highest number + 1, which is raised by that.
   std::string IssueId();
   void RecountIds();
+  // The same where the highest one is known, because all cards have just been numbered.
+  void SetHighestId(int64_t id) { content_.highest_id = id; }
   // The card table row of the card with this number; 0 when there is none.
   int RowOfId(int64_t id) const;
 

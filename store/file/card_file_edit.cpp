@@ -12,24 +12,37 @@ namespace {
 // Above this share of the cards a new index is made sooner than each card is put in its place.
 constexpr int kMostPutPart = 4;
 
-// The rows of the edit whose fields in this column change, as they count now.
-std::vector<int> ReplacedIn(int column, const TableEdit& edit, const RowShift& shift) {
-  std::vector<int> rows;
+// The rows of the edit in which IDs and scores change, as they count now.
+struct ReplacedKeys {
+  std::vector<int> ids;
+  std::vector<int> scores;
+};
+
+ReplacedKeys ReplacedKeysOf(const TableEdit& edit, const RowShift& shift, const CardColumns& columns) {
+  ReplacedKeys keys;
+  // A field may be named twice.
+  const auto add = [](std::vector<int>& rows, int row) {
+    if (rows.empty() || rows.back() != row) rows.push_back(row);
+  };
   PackedReader reader(edit.replacing);
   for (const int row : edit.replaced) {
     reader.Next();
-    const std::vector<FieldView>& fields = reader.fields();
-    const auto is_it = [column](const FieldView& field) { return field.column == column; };
-    if (std::any_of(fields.begin(), fields.end(), is_it)) rows.push_back(shift.Map(row));
+    for (const FieldView& field : reader.fields()) {
+      if (field.column == columns.id) add(keys.ids, shift.Map(row));
+      if (field.column == columns.score) add(keys.scores, shift.Map(row));
+    }
   }
-  return rows;
+  return keys;
 }
 
 std::vector<int> ChangedColumns(const TableEdit& edit) {
   std::set<int> columns;
+  int last = 0;
   PackedReader reader(edit.replacing);
   while (reader.Next()) {
-    for (const FieldView& field : reader.fields()) columns.insert(field.column);
+    for (const FieldView& field : reader.fields()) {
+      if (std::exchange(last, field.column) != field.column) columns.insert(field.column);
+    }
   }
   return {columns.begin(), columns.end()};
 }
@@ -59,8 +72,7 @@ std::optional<RowShift> CardFile::Edit(TableEdit edit) {
 }
 
 bool CardFile::FollowInIndexes(const TableEdit& edit, const RowShift& shift) {
-  const std::vector<int> renumbered = ReplacedIn(content_.columns.id, edit, shift);
-  const std::vector<int> scored = ReplacedIn(content_.columns.score, edit, shift);
+  const auto [renumbered, scored] = ReplacedKeysOf(edit, shift, content_.columns);
   content_.link_index.Shift(shift);
   content_.link_index.Remove(renumbered);
   const auto put = [&](const std::vector<int>& rows) {

@@ -15,13 +15,6 @@ class DeletionMarks : public CardWatcher {
   bool Has(int row) const { return !rows_.empty() && std::binary_search(rows_.begin(), rows_.end(), row); }
   // Ascending.
   const std::vector<int>& rows() const { return rows_; }
-  // True when the row is marked now.
-  bool Toggle(int row) {
-    const auto place = std::lower_bound(rows_.begin(), rows_.end(), row);
-    const bool marked = place != rows_.end() && *place == row;
-    marked ? (void)rows_.erase(place) : (void)rows_.insert(place, row);
-    return !marked;
-  }
   void Clear() { rows_.clear(); }
   // Puts other marks, ascending, in their place, and gives what was marked.
   std::vector<int> Exchange(std::vector<int> rows) { return std::exchange(rows_, std::move(rows)); }

@@ -104,9 +104,23 @@ void PutContent(std::string& text, const EditChange& change) {
   }
 }
 
+// About what a record takes, so that large ones are written without moving them.
+template <typename What>
+size_t RoomFor(const What& /*what*/) {
+  return kRecordHead;
+}
+size_t RoomFor(const EditChange& change) {
+  constexpr size_t kNumbers = 64;
+  const TableEdit& edit = change.edit;
+  return kRecordHead + kNumbers + sizeof(uint32_t) * (edit.removed.size() + edit.places.size() + edit.replaced.size()) +
+         change.old_ids.bytes().size() + edit.inserted.bytes().size() + edit.replacing.bytes().size();
+}
+
 template <typename What>
 std::string RecordText(size_t kind, int64_t time, const What& what) {
-  std::string text(kRecordHead, '\0');  // its numbers are known at the end
+  std::string text;
+  text.reserve(RoomFor(what));
+  text.resize(kRecordHead);  // its numbers are known at the end
   Put(text, static_cast<uint8_t>(kind));
   Put(text, time);
   PutContent(text, what);
@@ -195,8 +209,13 @@ EditChange EditChangeOf(TableEdit edit, const CardTable& cards) {
   EditChange change;
   change.row_count = static_cast<uint32_t>(cards.RowCount());
   const int id_column = cards.ColumnIndex(kId);
+  std::vector<FieldView> id(1);
   for (const std::vector<int>* rows : {&edit.removed, &edit.replaced}) {
-    for (const int row : *rows) change.old_ids.AddRow({{1, cards.Peek(id_column, row)}});
+    for (const int row : *rows) {
+      cards.Expect(row + CardTable::kAhead);
+      id.front() = {1, cards.Peek(id_column, row)};
+      change.old_ids.AddRow(id);
+    }
   }
   change.edit = std::move(edit);
   return change;

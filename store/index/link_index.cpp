@@ -131,7 +131,7 @@ void LinkIndex::Put(std::span<const int> card_rows, const CardTable& cards) {
     const int64_t key = LeadingNumber(cards.Peek(id_column, row));
     if (key <= kEndId) fresh.emplace_back(key, row);
   }
-  std::sort(fresh.begin(), fresh.end());
+  if (!std::is_sorted(fresh.begin(), fresh.end())) std::sort(fresh.begin(), fresh.end());
   // From the end on, so that each entry moves once.
   size_t old = rows_.size();
   size_t place = old + fresh.size();

@@ -206,6 +206,10 @@ void CardTable::PeekAll(int row, std::span<const int> columns, std::span<std::st
   state_->content.rows.GetAll(state_->RowAt(row), columns, values);
 }
 
+void CardTable::Expect(int row) const {
+  if (state_->HasRow(row)) state_->content.rows.Expect(state_->RowAt(row));
+}
+
 bool CardTable::Poke(int column, int row, Value value) {
   return state_->Set(row, column, value);
 }

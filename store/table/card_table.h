@@ -81,6 +81,10 @@ class CardTable {
   std::string_view Peek(int column, int row) const;
   // Peeks at several columns of one row, which is found only once.
   void PeekAll(int row, std::span<const int> columns, std::span<std::string_view> values) const;
+  // For loops that peek at all rows: the texts of this row will soon be asked for. Any number is right.
+  void Expect(int row) const;
+  // How far ahead such a loop tells it.
+  static constexpr int kAhead = 12;
   bool Poke(int column, int row, Value value);
 
   // Copies the cursor row to spare row 0 or 1, and back: the cursor row then has as many fields as the spare row.

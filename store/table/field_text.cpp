@@ -17,7 +17,7 @@ FieldText& FieldText::operator=(FieldText&& other) noexcept {
 }
 
 FieldText::~FieldText() {
-  if (IsOwned()) delete[] bytes();
+  if (IsOutside()) delete[] Outside();
 }
 
 FieldText FieldText::InBlock(uint64_t place, size_t size) {
@@ -31,10 +31,8 @@ FieldText FieldText::Own(std::optional<std::string_view> value) {
   FieldText field;
   if (!value) return field;
   field.size_and_kind_ = value->size() | kOwned;
-  if (value->empty()) return field;
-  char* const bytes = new char[value->size()];
-  std::memcpy(bytes, value->data(), value->size());
-  field.place_ = reinterpret_cast<uintptr_t>(bytes);
+  if (field.IsOutside()) field.place_ = reinterpret_cast<uintptr_t>(new char[value->size()]);
+  if (!value->empty()) std::memcpy(field.bytes(), value->data(), value->size());
   return field;
 }
 

@@ -30,7 +30,8 @@ class RowBlocks {
   std::array<MemoryBlock, 3> blocks_;
 };
 
-// A field of a changed row in 16 bytes: null, bytes of its own, or bytes at a place in the loaded blocks.
+// A field of a changed row in 16 bytes: null, bytes of its own, or bytes at a place in the loaded blocks. A few bytes,
+// such as an ID, need no memory beside it.
 class FieldText {
  public:
   FieldText() = default;
@@ -56,10 +57,13 @@ class FieldText {
   static constexpr uint64_t kSizeMask = kInBlock - 1;
 
   bool IsOwned() const { return (size_and_kind_ & kOwned) != 0; }
+  bool IsOutside() const { return IsOwned() && size() > sizeof(place_); }
   size_t size() const { return size_and_kind_ & kSizeMask; }
-  char* bytes() const { return reinterpret_cast<char*>(static_cast<uintptr_t>(place_)); }
+  char* Outside() const { return reinterpret_cast<char*>(static_cast<uintptr_t>(place_)); }
+  const char* bytes() const { return IsOutside() ? Outside() : reinterpret_cast<const char*>(&place_); }
+  char* bytes() { return IsOutside() ? Outside() : reinterpret_cast<char*>(&place_); }
 
-  uint64_t place_ = 0;          // address of the own bytes, or place in the blocks
+  uint64_t place_ = 0;          // own bytes or their address, or a place in the blocks
   uint64_t size_and_kind_ = 0;  // 0: null
 };
 

@@ -1,5 +1,6 @@
 #include "store/table/packed_fields.h"
 
+#include <array>
 #include <limits>
 #include <utility>
 
@@ -10,9 +11,13 @@ constexpr unsigned kGroupBits = 7;
 constexpr unsigned kMore = 1U << kGroupBits;
 constexpr unsigned kMostBits = 35;  // five groups
 
-void PutNumber(std::string& bytes, size_t number) {
-  for (; number >= kMore; number >>= kGroupBits) bytes += static_cast<char>((number & (kMore - 1)) | kMore);
-  bytes += static_cast<char>(number);
+constexpr size_t kMostGroups = 10;
+
+// Returns where the next one begins.
+char* PutNumber(char* at, size_t number) {
+  for (; number >= kMore; number >>= kGroupBits) *at++ = static_cast<char>((number & (kMore - 1)) | kMore);
+  *at++ = static_cast<char>(number);
+  return at;
 }
 
 }  // namespace
@@ -42,9 +47,10 @@ void PackedFields::AddToLastRow(const std::vector<FieldView>& fields) {
 
 void PackedFields::Add(const FieldView& field) {
   if (field.column < 1) return;
-  PutNumber(bytes_, static_cast<size_t>(field.column));
-  PutNumber(bytes_, field.text.size());
-  bytes_ += field.text;
+  std::array<char, 2 * kMostGroups> head;
+  char* const length = PutNumber(head.data(), static_cast<size_t>(field.column));
+  char* const end = PutNumber(length, field.text.size());
+  bytes_.append(head.data(), end).append(field.text);
 }
 
 std::optional<size_t> PackedReader::TakeNumber() {

@@ -244,6 +244,11 @@ void RowStore::GetAll(RowHandle row, std::span<const int> columns, std::span<std
   for (size_t i = 0; i < columns.size(); ++i) values[i] = FieldAt(place, columns[i] - 1).value_or("");
 }
 
+void RowStore::Expect(RowHandle row) const {
+  const uint64_t place = LoadPlace(Record(row));
+  if ((place & kChanged) == 0) __builtin_prefetch(blocks_.At(place & kPlaceMask));
+}
+
 void RowStore::Set(RowHandle row, int field, Value value) {
   Change(row)[static_cast<size_t>(field)].Set(value);
 }

@@ -73,6 +73,9 @@ class RowStore {
   Value Get(RowHandle row, int field) const;
   // The same for several fields of one row, which is found only once. Columns count from 1, as in a table; "" for null.
   void GetAll(RowHandle row, std::span<const int> columns, std::span<std::string_view> values) const;
+  // Has the memory of a loaded row brought near: rows lie so far apart that reading them one after the other is mostly
+  // waiting.
+  void Expect(RowHandle row) const;
   // `value` may be a view into this store. The field must exist.
   void Set(RowHandle row, int field, Value value);
   // Replaces all fields of a row; the row then has as many.
