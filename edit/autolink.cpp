@@ -4,11 +4,11 @@
 #include <QPainter>
 
 #include "cards/card_reader.h"
+#include "edit/card_work.h"
 #include "edit/ed_texts.h"
 #include "edit/media_names.h"
 #include "edit/topics.h"
 #include "ui_autolink.h"
-#include "widgets/long_work.h"
 #include "widgets/text.h"
 
 using namespace Qt::StringLiterals;
@@ -120,7 +120,8 @@ void TF_autolink::ShowTopics() {
   ui_->ComboBoxHtmlMark->clear();
   ui_->ComboBoxHtmlMark2->clear();
   ui_->ComboBoxHtmlMark2->addItem(QString());
-  for (const std::string& topic : TopicList(file_)) {
+  CardWork work(isVisible() ? this : parentWidget(), machine_.clock, u"Themen suchen"_s, file_);
+  for (const std::string& topic : TopicList(file_, work.keep_going())) {
     ui_->ComboBoxHtmlMark->addItem(FromBytes(topic));
     ui_->ComboBoxHtmlMark2->addItem(FromBytes(topic));
   }
@@ -144,8 +145,10 @@ void TF_autolink::Tell(const ToolResult& result, bool row_order) {
       machine_.messages.Error(this, NoNumberLeftText());
       return;
     case ToolOutcome::Cancelled:
+      text = u"Abgebrochen; alles ist wie zuvor"_s;
+      break;
     case ToolOutcome::Failed:
-      text = u"Die Übersicht konnte nicht erstellt werden; alles ist wie zuvor"_s;
+      text = u"Die Karten konnten nicht geändert werden; alles ist wie zuvor"_s;
       break;
   }
   ui_->StatusPanel->setText(text);
@@ -155,12 +158,8 @@ void TF_autolink::BitBtnVisualMapClick() {
   if (!SymbolsFit()) return;
   ToolResult result;
   {
-    LongWork work(this, machine_.clock);
-    work.NextStage(u"Übersicht erstellen"_s, file_.cards().RowCount());
-    result = MakeRowOrderOverview(file_, commands_, Symbols(), row_, [&work](int row) {
-      work.SetPosition(row);
-      return true;
-    });
+    CardWork work(this, machine_.clock, u"Übersicht erstellen"_s, file_);
+    result = MakeRowOrderOverview(file_, commands_, Symbols(), row_, work.keep_going());
   }
   Tell(result, true);
 }
@@ -171,8 +170,8 @@ void TF_autolink::BitBtnAutoThemaClick() {
   const std::string topic2 = ToBytes(ui_->ComboBoxHtmlMark2->currentText()).value_or("");
   ToolResult result;
   {
-    LongWork work(this, machine_.clock);
-    result = MakeTopicOverview(file_, commands_, Symbols(), topic1, topic2, row_);
+    CardWork work(this, machine_.clock, u"Übersicht erstellen"_s, file_);
+    result = MakeTopicOverview(file_, commands_, Symbols(), topic1, topic2, row_, work.keep_going());
   }
   Tell(result, false);
 }
@@ -190,7 +189,12 @@ void TF_autolink::BitBtnTransferClick() {
                    u"Transferieren"_s, u"Nicht transferieren"_s, {}, Answer::No) != Answer::Yes) {
     return;
   }
-  const ToolResult result = TransferOldTopics(file_, commands_, row_);
+  ToolResult result;
+  {
+    CardWork work(this, machine_.clock, u"Themen transferieren"_s, file_);
+    result = TransferOldTopics(file_, commands_, row_, work.keep_going());
+  }
+  if (result.outcome != ToolOutcome::Done) return Tell(result, false);
   ShowTopics();
   ui_->StatusPanel->setText(u"%1 bearbeitet"_s.arg(result.cards));
 }

@@ -11,8 +11,6 @@
 namespace tessaro {
 namespace {
 
-constexpr std::string_view kEmptySide = "-";
-
 // A tenth of what the cards take, but enough for many small commands.
 size_t MemoryFor(const CardFile& file) {
   constexpr uint64_t kLeast = 16U << 20U;
@@ -69,11 +67,11 @@ bool CardDesk::Last() {
 }
 
 bool CardDesk::Home() {
-  return GoTo(Landmarks().HomeRow(file_));
+  return GoTo(landmarks_.HomeRow(file_));
 }
 
 bool CardDesk::Overview() {
-  return GoTo(Landmarks().OverviewRow(file_));
+  return GoTo(landmarks_.OverviewRow(file_));
 }
 
 int CardDesk::TargetRow(int64_t id) const {
@@ -84,13 +82,13 @@ int CardDesk::TargetRow(int64_t id) const {
 bool CardDesk::FollowLink(int64_t id) {
   const int row = TargetRow(id);
   if (row == 0) return false;
-  way_back_.Push(LeadingNumber(id_));
+  way_back_.Push(row_);
   return GoTo(row);
 }
 
 bool CardDesk::GoBack() {
-  const int64_t id = way_back_.Pop();
-  return id != 0 && GoToId(id);
+  const auto row = static_cast<int>(way_back_.Pop());
+  return row != 0 && GoTo(row);
 }
 
 void CardDesk::RowsShifted(const RowShift& shift) {
@@ -98,6 +96,8 @@ void CardDesk::RowsShifted(const RowShift& shift) {
   // Without its card the desk goes to the one that took its place.
   row_ = row != 0 ? row : std::min(shift.MapOrBefore(row_) + 1, CardReader(file_).LastCardRow());
   for (int& mark : marks_) mark = shift.Map(mark);
+  way_back_.Follow(shift);
+  landmarks_.Forget();
   if (link_) link_->row = shift.Map(link_->row);
   found_ = found_ == 0 ? 0 : shift.MapOrBefore(found_);
   if (row == 0 && !GoTo(row_)) row_ = 0;
@@ -105,8 +105,12 @@ void CardDesk::RowsShifted(const RowShift& shift) {
 
 // A number that changed, by renumbering or its undo, is followed.
 void CardDesk::CardsChanged(std::span<const int> rows, std::span<const int> columns) {
+  const auto touched = [columns](int column) {
+    return std::find(columns.begin(), columns.end(), column) != columns.end();
+  };
+  if (touched(file_.columns().question)) landmarks_.Forget();
   const int id = file_.columns().id;
-  if (std::find(columns.begin(), columns.end(), id) == columns.end()) return;
+  if (!touched(id)) return;
   const auto changed = [rows](int row) { return std::binary_search(rows.begin(), rows.end(), row); };
   if (changed(row_)) id_ = file_.cards().Peek(id, row_);
   if (link_ && changed(link_->row)) link_->id = file_.cards().Peek(id, link_->row);
@@ -156,7 +160,7 @@ DeskResult CardDesk::Insert(EditKind kind, std::string_view front, std::string_v
 }
 
 DeskResult CardDesk::InsertEmpty() {
-  return Insert(EditKind::Insert, kEmptySide, kEmptySide);
+  return Insert(EditKind::Insert, kBlankSide, kBlankSide);
 }
 
 void CardDesk::Copy() {
@@ -172,7 +176,7 @@ DeskResult CardDesk::Paste() {
 void CardDesk::AddEmptyCard(CardCommand& command, int behind) {
   // A file without numbers left still needs a card: it could not be opened again without one.
   const int64_t id = std::min(file_.highest_id() + 1, kMaxLinkTarget);
-  command.InsertBehind(behind, NewCard(file_, id, kEmptySide, kEmptySide, NextScore()).fields());
+  command.InsertBehind(behind, NewCard(file_, id, kBlankSide, kBlankSide, NextScore()).fields());
   ++made_;
 }
 
@@ -259,20 +263,18 @@ bool CardDesk::FinishLink(std::string_view face) {
   return GoTo(source);
 }
 
-SearchResult CardDesk::Search(const SearchQuery& query) {
+SearchResult CardDesk::Search(const SearchQuery& query, const KeepGoing& keep_going) {
   query_ = query;
   found_ = 0;
   examined_ = 0;
-  return SearchMore();
+  return SearchMore(keep_going);
 }
 
-SearchResult CardDesk::SearchMore() {
+SearchResult CardDesk::SearchMore(const KeepGoing& keep_going) {
   if (!query_) return {};
-  const DeletionMarks& marks = file_.deletion_marks();
-  std::function<bool(int)> left_out;
-  if (!marks.rows().empty()) left_out = [&marks](int row) { return marks.Has(row); };
-  SearchResult result = SearchCards(file_, CardSearch(*query_), found_, left_out);
-  examined_ += result.examined;
+  SearchResult result = SearchCards(file_, CardSearch(*query_), found_ + 1, keep_going);
+  // Cancelled, it is as if it had not been asked for.
+  if (!result.cancelled) examined_ += result.examined;
   result.examined = examined_;
   if (result.row != 0) found_ = result.row;
   if (result.row != 0) GoTo(result.row);

@@ -57,6 +57,7 @@ class CardDesk : private CardWatcher {
   // Goes to the card that a link names, and remembers the way back. False: there is none, or it is marked for deletion.
   bool FollowLink(int64_t id);
   bool CanGoBack() const { return !way_back_.Empty(); }
+  // To the card where the last link was followed, whatever its number is by now.
   bool GoBack();
   // Marks 0 and 1 stay with their cards.
   void SetMark(size_t mark) { marks_[mark] = row_; }
@@ -104,8 +105,8 @@ class CardDesk : private CardWatcher {
 
   // Searches from the first card on, or behind the card found last, and goes to what it finds. `examined` counts from
   // the first card.
-  SearchResult Search(const SearchQuery& query);
-  SearchResult SearchMore();
+  SearchResult Search(const SearchQuery& query, const KeepGoing& keep_going = {});
+  SearchResult SearchMore(const KeepGoing& keep_going = {});
   const std::optional<SearchQuery>& query() const { return query_; }
 
  private:
@@ -141,7 +142,8 @@ class CardDesk : private CardWatcher {
   std::array<std::string, 2> opened_;
   std::array<int, 2> marks_{};
   std::optional<std::array<std::string, 2>> clipboard_;
-  BackStack way_back_;
+  BackStack way_back_;  // rows
+  Landmarks landmarks_;
   std::optional<LinkInWork> link_;
   std::optional<SearchQuery> query_;
   int found_ = 0;

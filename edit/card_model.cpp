@@ -127,8 +127,6 @@ void CardModel::sort(int column, Qt::SortOrder order) {
   const QModelIndexList old = persistentIndexList();
   std::vector<int> card_rows;
   for (const QModelIndex& index : old) card_rows.push_back(CardRow(index.row()));
-  sorted_by_ = column;
-  sort_order_ = order;
   const bool plain = OrderOf(column) == CardOrder::Row && order == Qt::AscendingOrder;
   order_ = plain ? std::vector<int>() : OrderedRows(file_, OrderOf(column), order == Qt::DescendingOrder);
   for (qsizetype i = 0; i < old.size(); ++i) {
@@ -141,13 +139,49 @@ void CardModel::ShowAnew() {
   if (rowCount() > 0) Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, kColumns - 1));
 }
 
-void CardModel::RowsWillShift(const RowShift& /*shift*/) {
-  beginResetModel();
+// Rows that stand together in the view, too.
+bool CardModel::IsOneRun(const std::vector<int>& rows) const {
+  return !rows.empty() && (rows.size() == 1 || order_.empty()) &&
+         rows.back() - rows.front() + 1 == static_cast<int>(rows.size());
 }
 
-void CardModel::RowsShifted(const RowShift& /*shift*/) {
-  if (!order_.empty()) order_ = OrderedRows(file_, OrderOf(sorted_by_), sort_order_ == Qt::DescendingOrder);
-  endResetModel();
+void CardModel::RowsWillShift(const RowShift& shift) {
+  const std::vector<int>& inserted = shift.inserted();
+  const std::vector<int>& removed = shift.removed();
+  if (removed.empty() && IsOneRun(inserted)) {
+    telling_ = Telling::Insert;
+    const int place = ViewRow(inserted.front() - 1) + 1;
+    beginInsertRows({}, place, place + static_cast<int>(inserted.size()) - 1);
+  } else if (inserted.empty() && IsOneRun(removed)) {
+    telling_ = Telling::Remove;
+    const int place = ViewRow(removed.front());
+    beginRemoveRows({}, place, place + static_cast<int>(removed.size()) - 1);
+  } else {
+    telling_ = Telling::Reset;
+    beginResetModel();
+  }
+}
+
+void CardModel::RowsShifted(const RowShift& shift) {
+  if (!order_.empty()) MapOrder(shift);
+  if (telling_ == Telling::Insert) endInsertRows();
+  if (telling_ == Telling::Remove) endRemoveRows();
+  // What was announced may not have happened.
+  if (telling_ != Telling::Reset && shift.empty()) beginResetModel();
+  if (telling_ == Telling::Reset || shift.empty()) return endResetModel();
+  // Those behind have other numbers now.
+  if (rowCount() > 0) Q_EMIT dataChanged(index(0, Number), index(rowCount() - 1, Number));
+}
+
+void CardModel::MapOrder(const RowShift& shift) {
+  for (int& row : order_) row = shift.Map(row);
+  std::erase(order_, 0);
+  const std::vector<int>& fresh = shift.inserted();
+  // Behind the neighbour of a single card; many come at the end.
+  const auto neighbour = fresh.size() == 1 ? std::find(order_.begin(), order_.end(), fresh.front() - 1) : order_.end();
+  const bool first = fresh.size() == 1 && fresh.front() == kFirstCardRow;
+  const auto place = first ? order_.begin() : neighbour == order_.end() ? neighbour : neighbour + 1;
+  order_.insert(place, fresh.begin(), fresh.end());
 }
 
 void CardModel::CardsChanged(std::span<const int> rows, std::span<const int> /*columns*/) {

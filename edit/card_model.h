@@ -9,7 +9,7 @@
 namespace tessaro {
 
 // The cards of the open file as a table to be looked at. It copies nothing: what is asked for is read from the cards.
-// Sorting changes the order of the view, not that of the cards.
+// Sorting changes the order of the view, not that of the cards; cards that come later stand behind their neighbour.
 class CardModel : public QAbstractTableModel, private CardWatcher {
   Q_OBJECT
 
@@ -32,16 +32,20 @@ class CardModel : public QAbstractTableModel, private CardWatcher {
   void ShowAnew();
 
  private:
+  // How the views are told of a shift: as one run of rows, or as a wholly new table.
+  enum class Telling { Insert, Remove, Reset };
+
   void RowsWillShift(const RowShift& shift) override;
   void RowsShifted(const RowShift& shift) override;
   void CardsChanged(std::span<const int> rows, std::span<const int> columns) override;
+  bool IsOneRun(const std::vector<int>& rows) const;
+  void MapOrder(const RowShift& shift);
   QString TextOf(int card_row, Column column) const;
 
   CardFile& file_;
   CardWatch watch_;
   std::vector<int> order_;  // card rows as the view has them; empty: that of the file
-  int sorted_by_ = Number;
-  Qt::SortOrder sort_order_ = Qt::AscendingOrder;
+  Telling telling_ = Telling::Reset;
 };
 
 }  // namespace tessaro

@@ -81,16 +81,20 @@ std::optional<int> CardSearch::Match(std::string_view front, std::string_view ba
   return second == (mode_ == SearchMode::And) ? first : std::nullopt;
 }
 
-SearchResult SearchCards(const CardFile& file, const CardSearch& search, int after,
-                         const std::function<bool(int row)>& left_out) {
+SearchResult SearchCards(const CardFile& file, const CardSearch& search, int first, const KeepGoing& keep_going,
+                         const std::function<int(int place)>& row_at) {
   SearchResult result;
   if (!search.Possible()) return result;
   const std::array columns = {file.columns().question, file.columns().answer};
   const int last = CardReader(file).LastCardRow();
-  for (int row = std::max(after + 1, kFirstCardRow); row <= last; ++row) {
-    if (left_out && left_out(row)) continue;
+  for (int place = std::max(first, kFirstCardRow); place <= last; ++place) {
+    result.cancelled = !GoesOn(keep_going, place);
+    if (result.cancelled) break;
+    const int row = row_at ? row_at(place) : place;
+    if (file.deletion_marks().Has(row)) continue;
     ++result.examined;
     std::array<std::string_view, 2> sides;
+    file.cards().Expect(row + CardTable::kAhead);
     file.cards().PeekAll(row, columns, sides);
     const std::optional<int> line = search.Match(sides[0], sides[1]);
     if (!line) continue;

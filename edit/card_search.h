@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "edit/keep_going.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {
@@ -61,10 +62,12 @@ struct SearchResult {
   int row = 0;   // of the card table; 0 = nothing more was found
   int line = 0;  // see CardSearch::Match
   int examined = 0;
+  bool cancelled = false;
 };
 
-// Searches the cards behind row `after`. A row for which `left_out` says so is passed over and not counted.
-SearchResult SearchCards(const CardFile& file, const CardSearch& search, int after,
-                         const std::function<bool(int row)>& left_out = {});
+// Searches the cards that stand in the places from `first` on, one after the other, up to the last card's. Cards marked
+// for deletion are passed over and not counted. `row_at`: the row of the card table in a place, where it is another.
+SearchResult SearchCards(const CardFile& file, const CardSearch& search, int first, const KeepGoing& keep_going = {},
+                         const std::function<int(int place)>& row_at = {});
 
 }  // namespace tessaro

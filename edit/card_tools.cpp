@@ -13,8 +13,6 @@
 namespace tessaro {
 namespace {
 
-constexpr std::string_view kGeneratedBack = "-";
-
 bool Holds(std::string_view text, std::string_view tag) {
   return text.find(tag) != std::string_view::npos;
 }
@@ -35,6 +33,7 @@ std::optional<OverviewPlan> PlanOverview(const CardFile& file, const RowTest& re
   OverviewPlan plan;
   for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
     if (!GoesOn(keep_going, row)) return std::nullopt;
+    file.cards().Expect(row + CardTable::kAhead);
     if (replaced(cards, row)) {
       plan.removed.push_back(row);
       continue;
@@ -51,7 +50,7 @@ CardCommand CommandOf(const CardFile& file, const OverviewPlan& plan, const Over
   CardCommand command;
   for (const int row : plan.removed) command.Remove(row);
   for (const GeneratedCard& card : overview.cards) {
-    command.InsertBehind(plan.last_kept, NewCard(file, card.id, card.question, kGeneratedBack).fields());
+    command.InsertBehind(plan.last_kept, NewCard(file, card.id, card.question, kBlankSide).fields());
   }
   if (plan.index_card != 0) {
     const int column = file.columns().question;

@@ -1,5 +1,7 @@
 #include "edit/command_stack.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "edit/landmark_settings.h"
@@ -84,7 +86,10 @@ bool CommandStack::DoText(int row, const std::vector<FieldView>& fields) {
 void CommandStack::DoMarks(const std::vector<int>& rows, int row) {
   Seal();
   Push(NewEntry(EditKind::Mark, row));
-  for (const int marked : rows) file_.deletion_marks().Toggle(marked);
+  const std::vector<int>& marked = file_.deletion_marks().rows();
+  std::vector<int> changed;
+  std::set_symmetric_difference(marked.begin(), marked.end(), rows.begin(), rows.end(), std::back_inserter(changed));
+  file_.deletion_marks().Exchange(std::move(changed));
 }
 
 void CommandStack::SetRowAfter(int row) {

@@ -46,7 +46,7 @@ class CommandStack : private CardWatcher {
   std::optional<RowShift> Do(EditKind kind, CardCommand command, int row);
   // Changes the texts of one card. Several in a row on the same card, until Seal, are taken back together.
   bool DoText(int row, const std::vector<FieldView>& fields);
-  // Marks these cards for deletion, or takes their marks away where they are marked. `row` as with Do.
+  // Marks these cards, ascending, for deletion, or takes their marks away where they are marked. `row` as with Do.
   void DoMarks(const std::vector<int>& rows, int row);
   // Where the user is after the command that was done last.
   void SetRowAfter(int row);

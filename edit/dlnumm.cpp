@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "edit/card_work.h"
 #include "edit/renumbering.h"
 #include "ui_dlnumm.h"
-#include "widgets/long_work.h"
 #include "widgets/text.h"
 
 using namespace Qt::StringLiterals;
@@ -22,17 +22,26 @@ TF_dlnumm::TF_dlnumm(CardFile& file, CommandStack& commands, Messages& messages,
       may_begin_(std::move(may_begin)),
       ui_(std::make_unique<Ui::TF_dlnumm>()) {
   ui_->setupUi(this);
-  const int64_t dead = CountDeadLinks(file_);
-  ui_->LabelTote->setVisible(dead > 0);
-  ui_->CheckBoxTote->setVisible(dead > 0);
-  ui_->LabelTote->setText(
-      u"%1 Verweise führen zu keiner Karte. Nach dem Nummerieren könnten sie zu einer falschen führen."_s.arg(dead));
+  ShowDeadLinks();
   connect(ui_->BitBtnOK, &QAbstractButton::clicked, this, &TF_dlnumm::BitBtnOKClick);
   connect(ui_->BitBtnCancel, &QAbstractButton::clicked, this, &QDialog::reject);
   ui_->EditStartNummer->selectAll();
 }
 
 TF_dlnumm::~TF_dlnumm() = default;
+
+void TF_dlnumm::ShowDeadLinks() {
+  CardWork work(parentWidget(), clock_, u"Verweise zählen"_s, file_);
+  const std::optional<int64_t> dead = CountDeadLinks(file_, work.keep_going());
+  ui_->LabelTote->setVisible(dead != 0);
+  ui_->CheckBoxTote->setVisible(dead != 0);
+  if (!dead) return ui_->LabelTote->setText(u"Verweise, die zu keiner Karte führen, wurden nicht gezählt."_s);
+  ui_->LabelTote->setText(
+      (*dead == 1
+           ? u"Ein Verweis führt zu keiner Karte. Nach dem Nummerieren könnte er zu einer falschen führen."_s
+           : u"%1 Verweise führen zu keiner Karte. Nach dem Nummerieren könnten sie zu einer falschen führen."_s.arg(
+                 *dead)));
+}
 
 void TF_dlnumm::BitBtnOKClick() {
   const auto start = ReadStartNumber(ui_->EditStartNummer->text().toStdString());
@@ -45,15 +54,11 @@ void TF_dlnumm::BitBtnOKClick() {
   if (may_begin_ && !may_begin_(this)) return;
   RenumberOutcome outcome = RenumberOutcome::Failed;
   {
-    LongWork work(this, clock_);
-    work.NextStage(u"Karten nummerieren"_s, file_.cards().RowCount());
-    const KeepGoing progress = [&work](int row) {
-      work.SetPosition(row);
-      return true;
-    };
-    outcome = Renumber(file_, commands_, {*start, ui_->CheckBoxTote->isChecked()}, row_, progress);
+    CardWork work(this, clock_, u"Karten nummerieren"_s, file_, 2);
+    outcome = Renumber(file_, commands_, {*start, ui_->CheckBoxTote->isChecked()}, row_, work.keep_going());
     if (outcome == RenumberOutcome::Done) (void)CardEdit(file_).Finish();
   }
+  if (outcome == RenumberOutcome::Cancelled) return;
   if (outcome != RenumberOutcome::Done) {
     messages_.Error(this, u"\nDie Karten konnten nicht nummeriert werden.\nAlles ist wie zuvor."_s);
     return reject();

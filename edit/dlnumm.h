@@ -27,6 +27,7 @@ class TF_dlnumm : public QDialog {
   ~TF_dlnumm() override;
 
  private:
+  void ShowDeadLinks();
   void BitBtnOKClick();
 
   CardFile& file_;

@@ -32,6 +32,11 @@ QString TargetMissingText() {
   return u"\nZielkarte nicht gefunden.\nNummer nicht (mehr) gültig"_s;
 }
 
+QString ReadOnlyText() {
+  return u"\nDie Kartei ist nur zum Lesen geöffnet.\nSpeichern Sie sie unter einem anderen Namen,\n"
+         u"um ihre Karten zu ändern."_s;
+}
+
 QString FormatsText() {
   return u"Hypertextformate der Karten\n\n"
          u"<br>  neue Zeile\n"

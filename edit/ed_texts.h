@@ -10,6 +10,7 @@ QString EmptySideHint(bool front_empty, bool back_empty, int position);
 QString NoNumberLeftText();
 QString ForeignText(const QString& characters);
 QString TargetMissingText();
+QString ReadOnlyText();
 QString FormatsText();
 
 }  // namespace tessaro

@@ -4,8 +4,8 @@
 
 namespace tessaro {
 
-// Asked by work on many cards, as it comes to this row of the card table: false ends the work, with the cards as they
-// were. Empty: the work goes on to its end.
+// Asked by work on many cards, as it comes to this row of the card table (of a second walk over them, the row and their
+// number): false ends the work, with the cards as they were. Empty: the work goes on to its end.
 using KeepGoing = std::function<bool(int row)>;
 
 inline bool GoesOn(const KeepGoing& keep_going, int row) {

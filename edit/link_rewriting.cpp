@@ -53,6 +53,10 @@ int64_t NumberOf(std::string_view value) {
 
 }  // namespace
 
+bool HoldsLinkValue(std::string_view side) {
+  return NextValue(side, 0).has_value();
+}
+
 void VisitLinks(std::string_view side, const std::function<void(int64_t number)>& visit) {
   for (auto value = NextValue(side, 0); value; value = NextValue(side, value->begin + value->length)) {
     const int64_t number = NumberOf(side.substr(value->begin, value->length));

@@ -29,6 +29,9 @@ SideEdit EncloseInTags(std::string_view side, SideSelection selection, std::stri
 // Puts a tag that marks the whole card at the start of its front. `selection` stays on the bytes it was on.
 SideEdit InsertAtStart(std::string_view front, SideSelection selection, std::string_view tag);
 
+// What stands on each side of a card on which nothing is written yet.
+inline constexpr std::string_view kBlankSide = "-";
+
 inline constexpr std::string_view kLineBreakTag = "<br>";
 inline constexpr std::string_view kNavigationTag = "<navigation>";
 inline constexpr std::string_view kHomeTags = "<navigation><home><br>";

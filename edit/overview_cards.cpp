@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 namespace tessaro {
 namespace {
@@ -71,9 +70,10 @@ void AddParts(const std::vector<std::string>& ids, const Wording& wording, int64
 }  // namespace
 
 std::string IdText(int64_t id) {
-  std::array<char, 24> text{};
-  std::snprintf(text.data(), text.size(), "%06lld", static_cast<long long>(id));
-  return text.data();
+  constexpr size_t kDigits = 6;
+  std::string text = std::to_string(id);
+  if (text.size() < kDigits) text.insert(0, kDigits - text.size(), '0');
+  return text;
 }
 
 bool IsPictogram(std::string_view symbol) {

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "cards/card_reader.h"
-#include "cards/navigation.h"
 #include "edit/landmark_settings.h"
 #include "edit/link_rewriting.h"
 #include "edit/overview_cards.h"
@@ -14,82 +13,125 @@
 namespace tessaro {
 namespace {
 
-bool Holds(std::string_view text, std::string_view tag) {
-  return text.find(tag) != std::string_view::npos;
-}
-
 // The first card row of each number that links can lead to; 0 = no card.
-std::vector<int> FirstRows(const CardFile& file) {
-  const CardReader cards(file);
-  std::vector<int> rows(static_cast<size_t>(kMaxLinkTarget) + 1);
-  for (int row = cards.LastCardRow(); row >= kFirstCardRow; --row) {
-    const int64_t number = LeadingNumber(cards.Id(row));
-    if (number > 0 && number <= kMaxLinkTarget) rows[static_cast<size_t>(number)] = row;
+class FirstRows {
+ public:
+  FirstRows() : rows_(static_cast<size_t>(kMaxLinkTarget) + 1) {}
+  // To be called for the cards in their order.
+  void Note(std::string_view id, int row) {
+    const int64_t number = LeadingNumber(id);
+    if (IsTarget(number) && At(number) == 0) rows_[static_cast<size_t>(number)] = row;
   }
-  return rows;
-}
+  int At(int64_t number) const { return IsTarget(number) ? rows_[static_cast<size_t>(number)] : 0; }
+
+ private:
+  static bool IsTarget(int64_t number) { return number > 0 && number <= kMaxLinkTarget; }
+
+  std::vector<int> rows_;
+};
+
+// The first cards with the tags that other commands look for; 0 = none.
+struct TaggedRows {
+  int home = 0;
+  int index = 0;
+  int overview = 0;  // generated, and the beginning of the overview
+
+  void Note(std::string_view front, int row) {
+    bool is_index = false;
+    bool is_generated = false;
+    for (size_t at = front.find('<'); at != std::string_view::npos; at = front.find('<', at + 1)) {
+      const std::string_view tag = front.substr(at);
+      if (home == 0 && tag.starts_with(kHomeTag)) home = row;
+      is_index = is_index || tag.starts_with(kIndexTag);
+      is_generated = is_generated || tag.starts_with(kAutomapTag);
+    }
+    if (is_index && index == 0) index = row;
+    if (is_index && is_generated && overview == 0) overview = row;
+  }
+};
 
 class Numbering {
  public:
-  Numbering(const CardFile& file, const RenumberChoice& choice)
-      : file_(file), cards_(file), choice_(choice), rows_(FirstRows(file)) {}
+  Numbering(const CardFile& file, const RenumberChoice& choice) : file_(file), choice_(choice) {}
+
+  // What is to be done; nothing when it was ended early. The cards are walked once, since their texts lie far apart;
+  // what must wait until all numbers are known is noted.
+  std::optional<CardCommand> Command(const KeepGoing& keep_going) {
+    const int last = CardReader(file_).LastCardRow();
+    for (int row = kFirstCardRow; row <= last; ++row) {
+      if (!GoesOn(keep_going, row)) return std::nullopt;
+      ReadCard(row);
+    }
+    const NumberMap targets = [this](int64_t number) { return NewTarget(number); };
+    CardCommand command;
+    for (const Work& work : work_) {
+      // The second walk goes on where the first one ended.
+      if (!GoesOn(keep_going, work.row + last)) return std::nullopt;
+      AddCard(work, targets, command);
+    }
+    return command;
+  }
+  // Afterwards: the numbers that these cards will have; empty: there is no such card.
+  std::string HomeId() const {
+    const int home = tagged_.home != 0 ? tagged_.home : tagged_.index;
+    return IdOfCard(home != 0 ? home : kFirstCardRow);
+  }
+  std::string OverviewId() const {
+    const int stored = rows_.At(LeadingNumber(OverviewSetting(file_.settings())));
+    return IdOfCard(stored != 0 ? stored : tagged_.overview != 0 ? tagged_.overview : tagged_.index);
+  }
+
+ private:
+  struct Work {
+    int row = 0;
+    bool new_id = false;
+    bool has_links = false;
+  };
 
   int64_t IdOfRow(int row) const { return choice_.start + row - kFirstCardRow; }
-  int RowOf(int64_t number) const {
-    return number > 0 && number <= kMaxLinkTarget ? rows_[static_cast<size_t>(number)] : 0;
-  }
+  std::string IdOfCard(int row) const { return row == 0 ? std::string() : IdText(IdOfRow(row)); }
+
   // What becomes of a link to that number.
   std::optional<int64_t> NewTarget(int64_t number) const {
-    const int row = RowOf(number);
+    const int row = rows_.At(number);
     if (row != 0) return IdOfRow(row);
     return choice_.clear_dead_links ? std::optional<int64_t>(0) : std::nullopt;
   }
 
-  std::optional<CardCommand> Command(const KeepGoing& keep_going) const {
-    const NumberMap targets = [this](int64_t number) { return NewTarget(number); };
-    CardCommand command;
-    for (int row = kFirstCardRow; row <= cards_.LastCardRow(); ++row) {
-      if (!GoesOn(keep_going, row)) return std::nullopt;
-      AddCard(row, targets, command);
-    }
-    return command;
-  }
-
-  // The number of the card where the overview begins, as it will be; empty: there is none.
-  std::string OverviewId() const {
-    const int stored = RowOf(LeadingNumber(OverviewSetting(file_.settings())));
-    int index = stored;
-    for (int row = kFirstCardRow; stored == 0 && row <= cards_.LastCardRow(); ++row) {
-      const std::string_view front = cards_.Question(row);
-      if (!Holds(front, kIndexTag)) continue;
-      if (index == 0) index = row;
-      if (!Holds(front, kAutomapTag)) continue;
-      index = row;
-      break;
-    }
-    return index == 0 ? std::string() : IdText(IdOfRow(index));
-  }
-
- private:
-  void AddCard(int row, const NumberMap& targets, CardCommand& command) const {
+  void ReadCard(int row) {
     const CardColumns& columns = file_.columns();
     const std::array wanted = {columns.id, columns.question, columns.answer};
     std::array<std::string_view, 3> texts;
+    file_.cards().Expect(row + CardTable::kAhead);
     file_.cards().PeekAll(row, wanted, texts);
-    const std::string id = IdText(IdOfRow(row));
-    const auto front = RewriteLinks(texts[1], targets);
-    const auto back = RewriteLinks(texts[2], targets);
-    std::vector<FieldView> fields;
-    if (texts[0] != id) fields.push_back({columns.id, id});
-    if (front) fields.push_back({columns.question, *front});
-    if (back) fields.push_back({columns.answer, *back});
-    if (!fields.empty()) command.Replace(row, fields);
+    rows_.Note(texts[0], row);
+    tagged_.Note(texts[1], row);
+    const Work work = {row, texts[0] != IdText(IdOfRow(row)), HoldsLinkValue(texts[1]) || HoldsLinkValue(texts[2])};
+    if (work.new_id || work.has_links) work_.push_back(work);
+  }
+
+  void AddCard(const Work& work, const NumberMap& targets, CardCommand& command) {
+    fields_.clear();
+    const CardColumns& columns = file_.columns();
+    const std::string id = IdText(IdOfRow(work.row));
+    std::optional<std::string> front;
+    std::optional<std::string> back;
+    if (work.has_links) {
+      front = RewriteLinks(file_.cards().Peek(columns.question, work.row), targets);
+      back = RewriteLinks(file_.cards().Peek(columns.answer, work.row), targets);
+    }
+    if (work.new_id) fields_.push_back({columns.id, id});
+    if (front) fields_.push_back({columns.question, *front});
+    if (back) fields_.push_back({columns.answer, *back});
+    if (!fields_.empty()) command.Replace(work.row, fields_);
   }
 
   const CardFile& file_;
-  CardReader cards_;
   RenumberChoice choice_;
-  std::vector<int> rows_;
+  FirstRows rows_;
+  TaggedRows tagged_;
+  std::vector<Work> work_;
+  std::vector<FieldView> fields_;
 };
 
 }  // namespace
@@ -105,12 +147,14 @@ bool CanNumberFrom(const CardFile& file, int64_t start) {
   return start >= 1 && start <= kMaxLinkTarget && start + file.CardCount() - 1 <= kMaxLinkTarget;
 }
 
-int64_t CountDeadLinks(const CardFile& file, const KeepGoing& keep_going) {
+std::optional<int64_t> CountDeadLinks(const CardFile& file, const KeepGoing& keep_going) {
   const CardReader cards(file);
-  const std::vector<int> rows = FirstRows(file);
+  FirstRows rows;
+  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) rows.Note(cards.Id(row), row);
   int64_t dead = 0;
-  const auto count = [&](int64_t number) { dead += rows[static_cast<size_t>(number)] == 0 ? 1 : 0; };
-  for (int row = kFirstCardRow; row <= cards.LastCardRow() && GoesOn(keep_going, row); ++row) {
+  const auto count = [&](int64_t number) { dead += rows.At(number) == 0 ? 1 : 0; };
+  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
+    if (!GoesOn(keep_going, row)) return std::nullopt;
     VisitLinks(cards.Question(row), count);
     VisitLinks(cards.Answer(row), count);
   }
@@ -120,16 +164,15 @@ int64_t CountDeadLinks(const CardFile& file, const KeepGoing& keep_going) {
 RenumberOutcome Renumber(CardFile& file, CommandStack& commands, const RenumberChoice& choice, int row,
                          const KeepGoing& keep_going) {
   if (!CanNumberFrom(file, choice.start)) return RenumberOutcome::BadStart;
-  const Numbering numbering(file, choice);
+  Numbering numbering(file, choice);
   std::optional<CardCommand> command = numbering.Command(keep_going);
   if (!command) return RenumberOutcome::Cancelled;
-  const std::string overview = numbering.OverviewId();
-  const int home = Landmarks().HomeRow(file);
   commands.KeepSettings();
+  const std::string overview = numbering.OverviewId();
   if (!commands.Do(EditKind::Renumber, *std::move(command), row)) return RenumberOutcome::Failed;
   SetOverviewSetting(overview, file.settings());
-  SetHomeSetting(home == 0 ? std::string() : IdText(numbering.IdOfRow(home)), file.settings());
-  file.RecountIds();
+  SetHomeSetting(numbering.HomeId(), file.settings());
+  file.SetHighestId(choice.start + file.CardCount() - 1);
   return RenumberOutcome::Done;
 }
 

@@ -15,8 +15,8 @@ std::optional<int64_t> ReadStartNumber(std::string_view text);
 // Whether the cards can be numbered from there on: none below 1, none beyond what links can lead to.
 bool CanNumberFrom(const CardFile& file, int64_t start);
 
-// Links to numbers that no card has.
-int64_t CountDeadLinks(const CardFile& file, const KeepGoing& keep_going = {});
+// Links to numbers that no card has; nothing when it was ended early.
+std::optional<int64_t> CountDeadLinks(const CardFile& file, const KeepGoing& keep_going = {});
 
 enum class RenumberOutcome { Done, BadStart, Cancelled, Failed };
 

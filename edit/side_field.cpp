@@ -174,6 +174,11 @@ bool SideField::event(QEvent* event) {
 
 void SideField::focusInEvent(QFocusEvent* event) {
   QPlainTextEdit::focusInEvent(event);
+  // Whoever comes by key to a side on which nothing is written yet wants to write there.
+  if (event->reason() != Qt::MouseFocusReason && event->reason() != Qt::ActiveWindowFocusReason &&
+      Side() == kBlankSide) {
+    selectAll();
+  }
   Q_EMIT FocusTaken();
 }
 

@@ -42,11 +42,12 @@ bool HasTopic(std::string_view front, std::string_view back, std::string_view to
   return names(front) || names(back);
 }
 
-std::vector<std::string> TopicList(const CardFile& file) {
+std::vector<std::string> TopicList(const CardFile& file, const KeepGoing& keep_going) {
   const CardReader cards(file);
   std::vector<std::string> list;
   std::unordered_set<std::string> known;
-  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
+  for (int row = kFirstCardRow; row <= cards.LastCardRow() && GoesOn(keep_going, row); ++row) {
+    file.cards().Expect(row + CardTable::kAhead);
     for (const std::string_view side : {cards.Question(row), cards.Answer(row)}) {
       for (const std::string_view topic : TopicsOn(side)) {
         if (known.emplace(topic).second) list.emplace_back(topic);

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "edit/keep_going.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {
@@ -12,8 +13,8 @@ namespace tessaro {
 std::vector<std::string_view> TopicsOn(std::string_view side);
 bool HasTopic(std::string_view front, std::string_view back, std::string_view topic);
 
-// The topics of all cards, each once, in the order in which they are first met.
-std::vector<std::string> TopicList(const CardFile& file);
+// The topics of all cards, each once, in the order in which they are first met; of the cards up to where it was ended.
+std::vector<std::string> TopicList(const CardFile& file, const KeepGoing& keep_going = {});
 
 // The name that the card file's settings give to the number in a card's Topic; empty when there is none.
 std::string OldTopicName(const IniFile& settings, std::string_view topic_number);

@@ -45,9 +45,9 @@ TF_wned::TF_wned(CardFile& file, ProgramSettings& settings, const EditorMachine&
       machine_(machine),
       ui_(std::make_unique<Ui::TF_wned>()),
       desk_(file, made),
+      model_(new CardModel(file, this)),
       watch_(file.watchers(), static_cast<CardWatcher&>(*this)) {
   ui_->setupUi(this);
-  model_ = new CardModel(file_, this);
   MakeStatusLine();
   MakeCommands();
   DressWindow();
@@ -57,9 +57,11 @@ TF_wned::TF_wned(CardFile& file, ProgramSettings& settings, const EditorMachine&
   ReadTopics();
   RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
   FitSides();
-  const bool first = desk_.EnsureCard();
+  ready_ = true;
+  const bool first = !file_.read_only() && desk_.EnsureCard();
   if (desk_.row() == 0) desk_.First();
   ShowCard();
+  ActiveText().setFocus();
   if (first) {
     ShowStatus(
         u"Sie sehen hier die erste leere Karte, weitere Leerkarten erhalten Sie durch Anklicken des "
@@ -169,8 +171,20 @@ void TF_wned::ReadLooks() {
   looks_ = {ReadSideLook(file_.settings(), SideName::Front), ReadSideLook(file_.settings(), SideName::Back)};
   ui_->TFrameHtmlV->SetMediaFolders(Folders());
   ui_->TFrameHtmlH->SetMediaFolders(Folders());
-  ui_->RichEditKarteVorne->setFont(looks_[0].font);
-  ui_->RichEditKarteHinten->setFont(looks_[1].font);
+}
+
+void TF_wned::ShowLooks() {
+  for (const EditSide side : {EditSide::Front, EditSide::Back}) {
+    QFont font = looks_[side == EditSide::Front ? 0 : 1].font;
+    font.setStrikeOut(desk_.IsMarked());
+    TextOf(side).setFont(font);
+    TextOf(side).setReadOnly(file_.read_only());
+  }
+}
+
+bool TF_wned::MayChange() {
+  if (file_.read_only()) machine_.messages.Information(this, ReadOnlyText());
+  return desk_.row() != 0 && !file_.read_only();
 }
 
 SideField& TF_wned::TextOf(EditSide side) {
@@ -196,11 +210,9 @@ void TF_wned::ShowSides() {
     const std::string text = desk_.Shown(side);
     SideField& shown = TextOf(side);
     other || shown.Side() != text ? shown.SetSide(text) : shown.HighlightAnew();
-    QFont font = shown.font();
-    font.setStrikeOut(desk_.IsMarked());
-    shown.setFont(font);
     shown.setEnabled(desk_.row() != 0);
   }
+  ShowLooks();
   store_timer_.stop();
   if (other) ui_->TFrameHtmlV->verticalScrollBar()->setValue(0);
   if (other) ui_->TFrameHtmlH->verticalScrollBar()->setValue(0);
@@ -224,7 +236,8 @@ void TF_wned::ShowPosition() {
                                   ? u"Keine Karte"_s
                                   : u"Karte %1 von %2   ID %3"_s.arg(desk_.position()).arg(file_.CardCount()).arg(id));
   ui_->LabelGeloescht->setVisible(desk_.IsMarked());
-  setWindowTitle(u"Karteneditor - %1[*]"_s.arg(FromPath(file_.paths().cards.filename())));
+  setWindowTitle((file_.read_only() ? u"Karteneditor - %1 (nur lesen)[*]"_s : u"Karteneditor - %1[*]"_s)
+                     .arg(FromPath(file_.paths().cards.filename())));
   setWindowModified(file_.changed());
   const int row = model_->ViewRow(desk_.row());
   const bool was_busy = std::exchange(busy_, true);
@@ -366,11 +379,17 @@ void TF_wned::resizeEvent(QResizeEvent* event) {
 
 void TF_wned::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && model_ != nullptr) {
+  if (event->type() == QEvent::PaletteChange && ready_) {
     SetAccent(*ui_->LabelGeloescht, Accent::NotKnown);
   }
-  // Whoever goes to another window finds the card as it was typed.
-  if (event->type() == QEvent::ActivationChange && !isActiveWindow() && model_ != nullptr) KeepTyped();
+  if (event->type() != QEvent::ActivationChange || !ready_) return;
+  // Whoever goes to another window finds the card as it was typed. Who comes back may have set other fonts or saved
+  // the cards under another name there.
+  if (!isActiveWindow()) return KeepTyped();
+  ReadLooks();
+  ShowLooks();
+  ShowPreview();
+  ShowPosition();
 }
 
 }  // namespace tessaro

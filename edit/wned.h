@@ -89,6 +89,9 @@ class TF_wned : public QMainWindow, private CardWatcher {
   void ConnectNavigation();
   void DressWindow();
   void ReadLooks();
+  void ShowLooks();
+  // Whether there is a card that may be changed; says so when the file may not.
+  bool MayChange();
 
   // Stores the open side, does something to the cards, shows what is then there.
   void Do(const std::function<void()>& command);
@@ -106,6 +109,7 @@ class TF_wned : public QMainWindow, private CardWatcher {
   void Activate(EditSide side);
   void FitSides();
 
+  void MCardSaveToFile();
   void MCardSave();
   void MCardBuildLinkIndex();
   void MCardLeer();
@@ -124,6 +128,7 @@ class TF_wned : public QMainWindow, private CardWatcher {
   void MCardGoBack();
   void MCardBottom();
   void MCardSearchMore();
+  void Search(const std::function<SearchResult(const KeepGoing& keep_going)>& search);
   void SpeedButtonGoto();
   void SpeedButtonMarke(size_t mark);
   void SpeedButtonGoMarke(size_t mark);
@@ -177,8 +182,8 @@ class TF_wned : public QMainWindow, private CardWatcher {
   EditorMachine machine_;
   std::unique_ptr<Ui::TF_wned> ui_;
   CardDesk desk_;
+  CardModel* model_;  // hears of shifts before the window, which shows it
   CardWatch watch_;
-  CardModel* model_ = nullptr;
   std::array<SideLook, 2> looks_;
   EditSide active_ = EditSide::Front;
   QTimer preview_timer_;
@@ -191,8 +196,9 @@ class TF_wned : public QMainWindow, private CardWatcher {
   std::unique_ptr<TF_wnsuch> search_window_;
   std::unique_ptr<TF_wntab> table_window_;
   std::unique_ptr<TF_wnsign> sign_window_;
-  std::string shown_;  // ID of the card whose texts are shown
-  bool busy_ = false;  // a command of the editor itself changes the cards
+  std::string shown_;   // ID of the card whose texts are shown
+  bool ready_ = false;  // all of the window is made
+  bool busy_ = false;   // a command of the editor itself changes the cards
 };
 
 }  // namespace tessaro

@@ -3,6 +3,7 @@
 #include <QLineEdit>
 
 #include "edit/card_model.h"
+#include "edit/card_work.h"
 #include "edit/ed_texts.h"
 #include "edit/side_field.h"
 #include "edit/wned.h"
@@ -10,7 +11,6 @@
 #include "edit/wnsuch.h"
 #include "edit/wntab.h"
 #include "ui_wned.h"
-#include "widgets/long_work.h"
 #include "widgets/text.h"
 
 using namespace Qt::StringLiterals;
@@ -79,6 +79,13 @@ void TF_wned::TellMade(const DeskResult& result, bool empty_card) {
     case DeskOutcome::NoCard:
       return ShowStatus(u"Es ist noch keine Karte kopiert"_s);
   }
+}
+
+void TF_wned::MCardSaveToFile() {
+  if (!Settle()) return;
+  Q_EMIT SaveWanted();
+  ShowPosition();
+  if (!file_.changed()) ShowStatus(u"Alle Karten gespeichert"_s);
 }
 
 void TF_wned::MCardSave() {
@@ -221,10 +228,7 @@ void TF_wned::ShowSearch() {
   if (search_window_ == nullptr) {
     search_window_ = std::make_unique<TF_wnsuch>(settings_, this);
     connect(search_window_.get(), &TF_wnsuch::StartWanted, this, [this] {
-      SearchResult result;
-      Do([&] { result = desk_.Search(search_window_->query()); });
-      search_window_->ShowResult(result, CardSearch(*desk_.query()).Possible());
-      if (result.row != 0) show();
+      Search([this](const KeepGoing& keep_going) { return desk_.Search(search_window_->query(), keep_going); });
     });
     connect(search_window_.get(), &TF_wnsuch::MoreWanted, this, &TF_wned::MCardSearchMore);
   }
@@ -233,17 +237,28 @@ void TF_wned::ShowSearch() {
 
 void TF_wned::MCardSearchMore() {
   if (!desk_.query()) return ShowSearch();
+  Search([this](const KeepGoing& keep_going) { return desk_.SearchMore(keep_going); });
+}
+
+void TF_wned::Search(const std::function<SearchResult(const KeepGoing& keep_going)>& search) {
   SearchResult result;
-  Do([&] { result = desk_.SearchMore(); });
-  const QString text = SearchText(result, CardSearch(*desk_.query()).Possible());
-  ShowStatus(text);
-  if (search_window_ != nullptr) search_window_->ShowResult(result, CardSearch(*desk_.query()).Possible());
+  QWidget* asker = search_window_ != nullptr && search_window_->isVisible() ? search_window_.get() : window();
+  Do([&] {
+    CardWork work(asker, machine_.clock, u"Karten durchsuchen"_s, file_);
+    result = search(work.keep_going());
+  });
+  if (!desk_.query()) return;
+  const bool possible = CardSearch(*desk_.query()).Possible();
+  ShowStatus(SearchText(result, possible));
+  if (search_window_ != nullptr) search_window_->ShowResult(result, possible);
+  if (result.row != 0) show();
 }
 
 void TF_wned::ShowTable() {
   if (!StoreSide()) return;
   if (table_window_ == nullptr) {
-    table_window_ = std::make_unique<TF_wntab>(file_, desk_, settings_, machine_.messages, looks_, this);
+    table_window_ =
+        std::make_unique<TF_wntab>(file_, desk_, settings_, machine_.clock, machine_.messages, looks_, this);
     connect(table_window_.get(), &TF_wntab::EditorWanted, this, [this](int row) {
       ShowRow(row);
       show();

@@ -6,6 +6,9 @@
 #include <QShortcut>
 #include <QToolBar>
 #include <QToolButton>
+#include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "edit/wned.h"
 #include "widgets/icons.h"
@@ -39,16 +42,14 @@ struct EditorCommands {
   };
   static const Command kCommands[];
 
+  static bool OnlyLooks(const Command& command);
   static QAction* Add(TF_wned& editor, QMenu& menu, QToolBar* bar, const Command& command);
 };
 
 #define RUN(call) [](TF_wned& editor) { editor.call; }
 
 const EditorCommands::Command EditorCommands::kCommands[] = {
-    {Menu::Card, "MCardSaveToFile", u"Alle Karten ab&speichern (Datenträger)", u"Ctrl+S",
-     [](TF_wned& editor) {
-       if (editor.Settle()) Q_EMIT editor.SaveWanted();
-     },
+    {Menu::Card, "MCardSaveToFile", u"Alle Karten ab&speichern (Datenträger)", u"Ctrl+S", RUN(MCardSaveToFile()),
      Bar::Cards, "CardSaveToFile", u"Alle Karten abspeichern (Datenträger)", "save"},
     {Menu::Card, "MCardSave", u"Karte &zwischenspeichern (normalerweise automatisch)", u"", RUN(MCardSave()),
      Bar::Cards, "CardSave", u"Karte zwischenspeichern (normalerweise automatisch)", "store", u"", true},
@@ -156,6 +157,14 @@ const EditorCommands::Command EditorCommands::kCommands[] = {
 
 #undef RUN
 
+// Whether it leaves the cards as they are.
+bool EditorCommands::OnlyLooks(const Command& command) {
+  static constexpr std::array<std::string_view, 10> kLooking = {
+      "MCardSaveToFile", "MCardSave", "MCardCopy", "MCardBuildLinkIndex", "MLernen",
+      "MCardClose",      "MTextCopy", "MTextSign", "MTextRegister",       "MHtmlInfo"};
+  return command.menu == Menu::Go || std::find(kLooking.begin(), kLooking.end(), command.name) != kLooking.end();
+}
+
 QAction* EditorCommands::Add(TF_wned& editor, QMenu& menu, QToolBar* bar, const Command& command) {
   const QString key = QString::fromUtf16(command.key);
   const bool owned = !key.startsWith(u'\t');
@@ -164,7 +173,9 @@ QAction* EditorCommands::Add(TF_wned& editor, QMenu& menu, QToolBar* bar, const 
   if (owned && !key.isEmpty()) action->setShortcut(QKeySequence(key, QKeySequence::PortableText));
   if (*command.icon != '\0') action->setIcon(Icon(command.icon));
   if (command.ends_group) menu.addSeparator();
-  QObject::connect(action, &QAction::triggered, &editor, [&editor, run = command.run] { run(editor); });
+  QObject::connect(action, &QAction::triggered, &editor, [&editor, &command] {
+    if (OnlyLooks(command) || editor.MayChange()) command.run(editor);
+  });
   if (bar == nullptr) return action;
   const QString keys = owned ? action->shortcut().toString(QKeySequence::NativeText) : key.mid(1);
   QString hint = QString::fromUtf16(command.hint).toHtmlEscaped();

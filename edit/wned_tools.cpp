@@ -5,6 +5,7 @@
 #include "edit/autobild.h"
 #include "edit/autolink.h"
 #include "edit/card_tools.h"
+#include "edit/card_work.h"
 #include "edit/dlnumm.h"
 #include "edit/ed_texts.h"
 #include "edit/landmark_settings.h"
@@ -15,7 +16,6 @@
 #include "edit/wnlink.h"
 #include "edit/wnsign.h"
 #include "ui_wned.h"
-#include "widgets/long_work.h"
 #include "widgets/text.h"
 
 using namespace Qt::StringLiterals;
@@ -60,7 +60,7 @@ void TF_wned::MTextSign() {
   if (sign_window_ == nullptr) {
     sign_window_ = std::make_unique<TF_wnsign>(settings_, looks_, this);
     connect(sign_window_.get(), &TF_wnsign::CharacterChosen, this,
-            [this](const QString& character) { ActiveText().textCursor().insertText(character); });
+            [this](const QString& character) { InsertTagText(ToBytes(character).value_or(std::string())); });
   }
   sign_window_->Open(active_);
 }
@@ -77,17 +77,17 @@ void TF_wned::LinkOrIndex() {
 }
 
 void TF_wned::InsertTagText(std::string_view tag) {
-  if (desk_.row() == 0) return;
+  if (!MayChange()) return;
   ActiveText().Apply(InsertTag(ActiveText().Side(), ActiveText().Selection(), tag));
 }
 
 void TF_wned::Enclose(std::string_view open, std::string_view close) {
-  if (desk_.row() == 0) return;
+  if (!MayChange()) return;
   ActiveText().Apply(EncloseInTags(ActiveText().Side(), ActiveText().Selection(), open, close));
 }
 
 void TF_wned::MarkCard(std::string_view tag) {
-  if (desk_.row() == 0) return;
+  if (!MayChange()) return;
   SideField& front = TextOf(EditSide::Front);
   front.Apply(InsertAtStart(front.Side(), front.Selection(), tag));
   ActiveText().setFocus();
@@ -153,14 +153,21 @@ void TF_wned::MHtmlTransferAll() {
   if (!Settle()) return;
   ToolResult result;
   Do([&] {
-    LongWork work(this, machine_.clock);
-    result = TransferAllLineBreaks(file_, desk_.commands(), desk_.row());
+    CardWork work(this, machine_.clock, u"Zeilenumbruchmarken setzen"_s, file_);
+    result = TransferAllLineBreaks(file_, desk_.commands(), desk_.row(), work.keep_going());
   });
-  ShowStatus(u"%1 Karten umgewandelt"_s.arg(result.cards));
+  switch (result.outcome) {
+    case ToolOutcome::Done:
+      return ShowStatus(u"%1 Karten umgewandelt"_s.arg(result.cards));
+    case ToolOutcome::Cancelled:
+      return ShowStatus(u"Abgebrochen; alles ist wie zuvor"_s);
+    default:
+      return ShowStatus(u"Update fehlgeschlagen"_s);
+  }
 }
 
 void TF_wned::MHtmlLink() {
-  if (desk_.row() == 0 || desk_.IsLinking()) return;
+  if (desk_.IsLinking() || !MayChange()) return;
   const std::string side = ActiveText().Side();
   const SideSelection selection = ActiveText().Selection();
   if (!StoreSide()) return;
@@ -168,6 +175,10 @@ void TF_wned::MHtmlLink() {
   link_window_ = std::make_unique<TF_wnlink>(settings_, this);
   connect(link_window_.get(), &TF_wnlink::Accepted, this, &TF_wned::FinishLink);
   connect(link_window_.get(), &TF_wnlink::Cancelled, this, &TF_wned::EndLink);
+  for (const char16_t* name : {u"MCardGoHome", u"MCardGoAuto", u"MCardGoLastLink", u"MCardTop", u"MCardGoBack",
+                               u"MCardGoNext", u"MCardBottom", u"MCardSearch", u"MCardSearchMore"}) {
+    link_window_->addAction(findChild<QAction*>(QString::fromUtf16(name)));
+  }
   link_window_->Begin(FromBytes(desk_.id()), FromBytes(desk_.link()->face()));
   ShowCard();
 }
@@ -197,7 +208,7 @@ void TF_wned::EndLink() {
 }
 
 void TF_wned::MHtmlAutoLink() {
-  if (!Settle()) return;
+  if (!MayChange() || !Settle()) return;
   busy_ = true;
   TF_autolink dialog(file_, desk_.commands(), {settings_, machine_.messages, machine_.disk, machine_.clock},
                      desk_.row(), isVisible() ? this : parentWidget());
@@ -225,7 +236,7 @@ void TF_wned::MHtmlAutoBild() {
 }
 
 void TF_wned::MNummerierenClick() {
-  if (!Settle()) return;
+  if (!MayChange() || !Settle()) return;
   busy_ = true;
   TF_dlnumm dialog(file_, desk_.commands(), machine_.messages, machine_.clock, desk_.row(),
                    isVisible() ? this : parentWidget(), machine_.keep_state);

@@ -28,6 +28,8 @@ void TF_wnlink::Begin(const QString& source_id, const QString& face) {
   ui_->EditQuelleIdent->setText(source_id);
   ui_->EditLinkText->setText(face);
   show();
+  // The keys of the editor go on leading from card to card, and Enter ends the search.
+  ui_->BitBtnLink->setFocus();
 }
 
 void TF_wnlink::ShowTarget(const QString& id) {

@@ -17,6 +17,7 @@ constexpr std::string_view kPlaceSuffix = "F";
 
 QString SearchText(const SearchResult& result, bool possible) {
   if (!possible) return u"Ohne Zeichenfolge 1 lässt sich nur mit \"oder\" suchen"_s;
+  if (result.cancelled) return u"Suche abgebrochen"_s;
   const QString examined = u"%1 Karten durchsucht"_s.arg(result.examined);
   if (result.row == 0) return u"Zeichenfolge(n) nicht gefunden. "_s + examined;
   return u"gefunden in Zeile %1. "_s.arg(result.line) + examined;

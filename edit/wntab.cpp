@@ -3,8 +3,8 @@
 #include <QHeaderView>
 #include <algorithm>
 
-#include "cards/card_reader.h"
 #include "edit/card_model.h"
+#include "edit/card_work.h"
 #include "ui_wntab.h"
 #include "widgets/text.h"
 #include "widgets/window_place.h"
@@ -18,12 +18,13 @@ constexpr std::string_view kPlaceSuffix = "T";
 
 }  // namespace
 
-TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, Messages& messages,
+TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, const Clock& clock, Messages& messages,
                    const std::array<SideLook, 2>& looks, QWidget* parent)
     : QDialog(parent),
       file_(file),
       desk_(desk),
       settings_(settings),
+      clock_(clock),
       messages_(messages),
       looks_(looks),
       ui_(std::make_unique<Ui::TF_wntab>()),
@@ -58,6 +59,10 @@ TF_wntab::~TF_wntab() = default;
 void TF_wntab::Open(int card_row) {
   model_->ShowAnew();
   ShowRow(card_row);
+  for (QAbstractButton* changes : {ui_->BitBtnLoeschen, ui_->BitBtnStatistik}) {
+    changes->setDisabled(file_.read_only());
+    if (file_.read_only()) changes->setToolTip(u"Die Kartei ist nur zum Lesen geöffnet"_s);
+  }
   show();
   raise();
   activateWindow();
@@ -95,16 +100,18 @@ void TF_wntab::BitBtnStartClick() {
   const auto text = ToBytes(ui_->EditSuchen->text());
   if (!text || text->empty()) return ui_->LabelErgebnis->setText(u"Bitte eine Zeichenfolge eingeben"_s);
   Q_EMIT StoreWanted();
-  const TextFinder finder(*text, true);
-  const CardReader cards(file_);
-  const auto holds = [&finder](std::string_view side) { return finder.Find(side) != std::string_view::npos; };
-  for (int view_row = ui_->StringGridTab->currentIndex().row() + 1; view_row < model_->rowCount(); ++view_row) {
-    const int row = model_->CardRow(view_row);
-    if (file_.deletion_marks().Has(row) || (!holds(cards.Question(row)) && !holds(cards.Answer(row)))) continue;
-    ui_->LabelErgebnis->setText(u"gefunden: Karte %1"_s.arg(row - 1));
-    return ShowRow(row);
+  const CardSearch search({.first = *text, .second = "", .ignore_case = true});
+  const auto row_at = [this](int place) { return model_->CardRow(place - kFirstCardRow); };
+  const int next = ui_->StringGridTab->currentIndex().row() + 1;
+  SearchResult result;
+  {
+    CardWork work(this, clock_, u"Karten durchsuchen"_s, file_);
+    result = SearchCards(file_, search, next + kFirstCardRow, work.keep_going(), row_at);
   }
-  ui_->LabelErgebnis->setText(u"Zeichenfolge(n) nicht gefunden"_s);
+  ui_->LabelErgebnis->setText(result.cancelled  ? u"Suche abgebrochen"_s
+                              : result.row == 0 ? u"Zeichenfolge(n) nicht gefunden"_s
+                                                : u"gefunden: Karte %1"_s.arg(result.row - 1));
+  if (result.row != 0) ShowRow(result.row);
 }
 
 void TF_wntab::BitBtnEditorClick() {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "edit/card_desk.h"
+#include "platform/clock.h"
 #include "settings/program_settings.h"
 #include "widgets/htmlview.h"
 #include "widgets/messages.h"
@@ -23,7 +24,7 @@ class TF_wntab : public QDialog {
   Q_OBJECT
 
  public:
-  TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, Messages& messages,
+  TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, const Clock& clock, Messages& messages,
            const std::array<SideLook, 2>& looks, QWidget* parent);
   ~TF_wntab() override;
 
@@ -53,6 +54,7 @@ class TF_wntab : public QDialog {
   CardFile& file_;
   CardDesk& desk_;
   ProgramSettings& settings_;
+  const Clock& clock_;
   Messages& messages_;
   std::array<SideLook, 2> looks_;
   std::unique_ptr<Ui::TF_wntab> ui_;

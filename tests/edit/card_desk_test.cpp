@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <random>
 
@@ -36,6 +39,17 @@ void ExpectIndexesRight(const CardFile& file) {
     const int64_t id = LeadingNumber(cards.Id(row));
     EXPECT_EQ(LeadingNumber(cards.Id(file.RowOfId(id))), id);
   }
+}
+
+std::string CardsOf(const CardFile& file) {
+  std::string text;
+  for (int row = 1; row <= file.cards().RowCount(); ++row) {
+    for (int column = 1; column <= file.cards().ColumnCount(); ++column) {
+      text.append(file.cards().Peek(column, row)) += '|';
+    }
+    text += '\n';
+  }
+  return text;
 }
 
 class CardDeskTest : public testing::Test {
@@ -205,6 +219,48 @@ TEST_F(CardDeskTest, MarkedCardsAreNeitherFoundNorLinkedTo) {
   EXPECT_EQ(more.examined, 2);
   EXPECT_EQ(desk->SearchMore().row, 0);
   EXPECT_TRUE(CardReader(file).IsLeftOut(3));
+}
+
+TEST_F(CardDeskTest, WayBackFollowsItsCardThroughRenumberingAndMovedRows) {
+  Open({{.id = "000005", .question = "a"}, {.id = "000007", .question = "<home>b"}, {.id = "000006", .question = "c"}});
+  EXPECT_TRUE(desk->FollowLink(7));
+  EXPECT_TRUE(desk->FollowLink(6));
+  ASSERT_EQ(Renumber(file, desk->commands(), {1}, desk->row()), RenumberOutcome::Done);
+  desk->First();
+  desk->InsertEmpty();
+  EXPECT_TRUE(desk->GoBack());
+  EXPECT_EQ(Show(), "1:a 4:- >2:<home>b 3:c");
+  EXPECT_TRUE(desk->GoBack());
+  EXPECT_EQ(desk->id(), "000001");
+  // The home card is found anew when texts changed.
+  EXPECT_TRUE(desk->Home());
+  EXPECT_EQ(desk->Store("b", "Antwort"), StoreOutcome::Saved);
+  EXPECT_TRUE(desk->Home());
+  EXPECT_EQ(desk->id(), "000001");
+}
+
+TEST_F(CardDeskTest, CancelledToolsLeaveAllAsItWas) {
+  std::vector<TestCard> cards;
+  for (int id = 1; id <= 2000; ++id) {
+    cards.push_back({.id = IdText(id), .question = "a\nb<topic=\"T\"><a href=\"000003\">", .topic = "01"});
+  }
+  Open(cards);
+  file.settings().SetString("TOPIC", "1", "Haus");
+  const std::string before = CardsOf(file) + file.settings().Text();
+  CommandStack& commands = desk->commands();
+  for (const int stop_at : {1024, 3000}) {
+    const KeepGoing keep_going = [stop_at](int row) { return row < stop_at; };
+    EXPECT_EQ(Renumber(file, commands, {7}, 2, keep_going), RenumberOutcome::Cancelled);
+    if (stop_at > 2000) continue;
+    EXPECT_EQ(TransferAllLineBreaks(file, commands, 2, keep_going).outcome, ToolOutcome::Cancelled);
+    EXPECT_EQ(MakeRowOrderOverview(file, commands, {"o", "g"}, 2, keep_going).outcome, ToolOutcome::Cancelled);
+    EXPECT_EQ(MakeTopicOverview(file, commands, {"o", "g"}, "T", "", 2, keep_going).outcome, ToolOutcome::Cancelled);
+    EXPECT_EQ(TransferOldTopics(file, commands, 2, keep_going).outcome, ToolOutcome::Cancelled);
+    EXPECT_EQ(CountDeadLinks(file, keep_going), std::nullopt);
+    EXPECT_TRUE(desk->Search({.first = "fehlt", .second = ""}, keep_going).cancelled);
+  }
+  EXPECT_EQ(CardsOf(file) + file.settings().Text(), before);
+  EXPECT_FALSE(commands.CanUndo());
 }
 
 TEST_F(CardDeskTest, MemoryOfTheStackIsBounded) {
@@ -438,6 +494,61 @@ TEST_F(CardDeskTest, RandomCommandsDoWhatAPlainListDoes) {
     }
     ExpectIndexesRight(file);
   }
+}
+
+// What a new start makes of the files that lie there now.
+std::string CardsAfterRestart(const MemoryDisk& disk) {
+  MemoryDisk copy;
+  const std::filesystem::path folder = std::filesystem::path(kTestFile).parent_path();
+  for (const std::string& name : disk.FileNames(folder)) copy.Put(folder / name, *disk.Content(folder / name));
+  CardFile file(copy);
+  const OpenReport report = file.Open(kTestFile);
+  EXPECT_EQ(report.result, OpenResult::Opened);
+  EXPECT_TRUE(!report.unsaved || file.TakeOverUnsaved());
+  return CardsOf(file);
+}
+
+TEST_F(CardDeskTest, WhatWasKeptIsThereAfterACrashHoweverTheDiskFailed) {
+  int failures = 0;
+  int compared = 0;
+  for (uint32_t seed = 1; seed <= 40; ++seed) {
+    std::mt19937 random(seed);
+    const auto below = [&random](int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random); };
+    desk.reset();
+    Open({{.id = "000001", .question = "1"}, {.id = "000002", .question = "2"}, {.id = "000003", .question = "3"}});
+    for (int step = 0; step < 60; ++step) {
+      const auto fault = below(2) == 0 ? MemoryDisk::WriteFault::Nothing : MemoryDisk::WriteFault::Half;
+      if (below(5) == 0) disk.FailAt(1 + below(6), fault, below(2) == 0);
+      if (below(7) == 0) disk.set_capacity(static_cast<uint64_t>(below(4000)));
+      desk->GoTo(kFirstCardRow + below(file.CardCount()));
+      const std::array<std::function<void()>, 9> commands = {
+          [&] { desk->InsertEmpty(); },
+          [&] { desk->Cut(); },
+          [&] { desk->Paste(); },
+          [&] { desk->ToggleDeletion(); },
+          [&] { desk->RemoveMarked(); },
+          [&] { desk->Undo(); },
+          [&] { desk->Redo(); },
+          [&] { EXPECT_EQ(Renumber(file, desk->commands(), {1 + step}, desk->row()), RenumberOutcome::Done); },
+          [&] { desk->Store(std::string(static_cast<size_t>(below(300)), 'x') + std::to_string(step), "Antwort"); }};
+      commands[static_cast<size_t>(below(9))]();
+      if (below(3) == 0) {
+        disk.FailAt(0);
+        disk.set_capacity(UINT64_MAX);
+      }
+      failures += file.journal().failing() ? 1 : 0;
+      if (file.journal().failing()) continue;
+      ++compared;
+      ASSERT_EQ(CardsAfterRestart(disk), CardsOf(file)) << "seed " << seed << ", step " << step;
+    }
+    disk.FailAt(0);
+    disk.set_capacity(UINT64_MAX);
+    ExpectIndexesRight(file);
+    desk.reset();
+    file.Close();
+  }
+  EXPECT_GT(failures, 100);
+  EXPECT_GT(compared, 1000);
 }
 
 }  // namespace

@@ -65,14 +65,20 @@ TEST(CardSearch, GoesOnBehindTheCardFoundLast) {
                 {.id = "000003", .question = "Ofen"}});
   const CardSearch search({.first = "Ofen", .second = ""});
   EXPECT_EQ(SearchCards(file, search, 0).row, 2);
-  const SearchResult second = SearchCards(file, search, 2);
+  const SearchResult second = SearchCards(file, search, 3);
   EXPECT_EQ(second.row, 3);
   EXPECT_EQ(second.examined, 1);
-  const SearchResult passed = SearchCards(file, search, 2, [](int row) { return row == 3; });
+  EXPECT_EQ(SearchCards(file, search, 5).row, 0);
+  // In the order of a view that begins with the last card.
+  const auto backwards = [](int place) { return 6 - place; };
+  EXPECT_EQ(SearchCards(file, search, 2, {}, backwards).row, 4);
+  EXPECT_EQ(SearchCards(file, search, 4, {}, backwards).row, 2);
+  EXPECT_EQ(SearchCards(file, search, 5, {}, backwards).row, 0);
+  file.deletion_marks().Exchange({3});
+  const SearchResult passed = SearchCards(file, search, 3);
   EXPECT_EQ(passed.row, 4);
   EXPECT_EQ(passed.examined, 1);
-  EXPECT_EQ(SearchCards(file, search, 4).row, 0);
-  EXPECT_EQ(SearchCards(file, CardSearch({.first = "@@", .second = ""}), 0).examined, 3)
+  EXPECT_EQ(SearchCards(file, CardSearch({.first = "@@", .second = ""}), 0).examined, 2)
       << "the rows of the frame are no cards";
 }
 

@@ -180,6 +180,68 @@ TEST_F(CardEditor, TableMarksAndSortsWithoutTouchingTheOrder) {
   EXPECT_EQ(window->row(), 4);
 }
 
+TEST_F(CardEditor, ListsFollowEveryCommandRowByRow) {
+  Open();
+  window->ShowTable();
+  auto* table = window->findChild<TF_wntab*>();
+  auto& grid = Control<QTableView>(*table, u"StringGridTab"_s);
+  const auto fronts = [&grid] {
+    QStringList texts;
+    for (int row = 0; row < grid.model()->rowCount(); ++row) texts += grid.model()->index(row, 2).data().toString();
+    return texts.join(u' ');
+  };
+  int resets = 0;
+  QObject::connect(grid.model(), &QAbstractItemModel::modelReset, &grid, [&resets] { ++resets; });
+  grid.selectRow(2);
+  Trigger(u"MCardLeer"_s);
+  EXPECT_EQ(fronts(), u"Ofen - Topf x Herd"_s);
+  EXPECT_EQ(grid.currentIndex().row(), 3) << "the marked row stays marked";
+  grid.sortByColumn(2, Qt::DescendingOrder);
+  EXPECT_EQ(fronts(), u"Topf x Ofen Herd -"_s);
+  Trigger(u"MCardTop"_s);
+  Trigger(u"MCardLeer"_s);
+  EXPECT_EQ(fronts(), u"Topf x Ofen - Herd -"_s) << "a new card stands behind its neighbour";
+  Trigger(u"MCardCut"_s);
+  EXPECT_EQ(fronts(), u"Topf x Ofen Herd -"_s);
+  Trigger(u"MCommandUndo"_s);
+  Trigger(u"MCommandUndo"_s);
+  Trigger(u"MCommandUndo"_s);
+  EXPECT_EQ(fronts(), u"Topf x Ofen Herd"_s);
+  EXPECT_EQ(resets, 0);
+  grid.selectAll();
+  for (const size_t marked : {3U, 0U, 3U}) {
+    QTest::mouseClick(&Control<QAbstractButton>(*table, u"BitBtnLoeschen"_s), Qt::LeftButton);
+    EXPECT_EQ(file.deletion_marks().rows().size(), marked);
+  }
+  table->close();
+  EXPECT_TRUE(window->Settle());
+  EXPECT_EQ(fronts(), u"-"_s);
+}
+
+TEST_F(CardEditor, FileForReadingOnlyIsLookedAtAndLeftAlone) {
+  disk.set_has_locks(false);
+  Open();
+  ASSERT_TRUE(file.read_only());
+  Front().setFocus();
+  Front().selectAll();
+  Type(u"anders"_s);
+  EXPECT_EQ(Front().Side(), "Ofen");
+  const QStringList changing = {u"MCardLeer"_s,    u"MCardCut"_s,     u"MCardDelete"_s,
+                                u"MCardDelStat"_s, u"MTextClear"_s,   u"MHtmlBold"_s,
+                                u"MHtmlHome"_s,    u"MHtmlNoLearn"_s, u"MHtmlTransferAll"_s};
+  for (const QString& name : changing) {
+    messages.shown.clear();
+    Trigger(name);
+    EXPECT_EQ(messages.shown.size(), 1) << name.toStdString();
+  }
+  window->MNummerierenClick();
+  window->MHtmlAutoLink();
+  Trigger(u"MCardGoNext"_s);
+  EXPECT_EQ(window->row(), 3);
+  EXPECT_EQ(Stored(2), "Ofen");
+  EXPECT_FALSE(file.changed());
+}
+
 TEST_F(CardEditor, LinksOfThePreviewLeadOnAndBack) {
   Open();
   Trigger(u"MCardGoNext"_s);
