@@ -17,7 +17,8 @@ struct LinkValue {
   size_t length = 0;
 };
 
-// The next value of a link from `from` on. It ends at a quote, and before the end of its tag.
+// The next value of a link from `from` on. It ends at a quote, and before the end of its tag. Where a quote was
+// forgotten that may be the opening one of the link behind it, whose value is looked for all the same.
 std::optional<LinkValue> NextValue(std::string_view side, size_t from) {
   for (size_t at = side.find('=', from); at != kNowhere; at = side.find('=', at + 1)) {
     const size_t name = kAttribute.size() - 2;
@@ -58,7 +59,7 @@ bool HoldsLinkValue(std::string_view side) {
 }
 
 void VisitLinks(std::string_view side, const std::function<void(int64_t number)>& visit) {
-  for (auto value = NextValue(side, 0); value; value = NextValue(side, value->begin + value->length)) {
+  for (auto value = NextValue(side, 0); value; value = NextValue(side, value->begin)) {
     const int64_t number = NumberOf(side.substr(value->begin, value->length));
     if (number > 0) visit(number);
   }
@@ -67,7 +68,7 @@ void VisitLinks(std::string_view side, const std::function<void(int64_t number)>
 std::optional<std::string> RewriteLinks(std::string_view side, const NumberMap& numbers) {
   std::string text;
   size_t done = 0;
-  for (auto value = NextValue(side, 0); value; value = NextValue(side, value->begin + value->length)) {
+  for (auto value = NextValue(side, 0); value; value = NextValue(side, value->begin)) {
     const int64_t number = NumberOf(side.substr(value->begin, value->length));
     const std::optional<int64_t> changed = number > 0 ? numbers(number) : std::nullopt;
     if (!changed) continue;

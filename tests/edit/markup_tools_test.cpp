@@ -109,6 +109,7 @@ TEST(LinkRewriting, FollowsWhatTheViewerFollows) {
                      {"<a href=\"4\"><a href=\"5", nullptr},
                      {"<a href=\"5>\"> <a href=\"3\">", "<a href=\"5>\"> <a href=\"000006\">"},
                      {"href=href=\"1\"href=\"2\"", "href=href=\"000002\"href=\"000004\""},
+                     {"<a href=\"<a href=\"3\">", "<a href=\"<a href=\"000006\">"},
                      {"no link", nullptr}};
   for (const auto& [side, after] : cases) {
     EXPECT_EQ(RewriteLinks(side, twice), after ? std::optional<std::string>(after) : std::nullopt) << side;
