@@ -185,6 +185,8 @@ TEST_F(CardDeskTest, LinkIsPutWhereItsMarkerStoodWhateverHappensMeanwhile) {
   EXPECT_EQ(Front(2), "Siehe Ofen!");
   desk->First();
   desk->InsertEmpty();
+  desk->First();
+  EXPECT_EQ(desk->Shown(EditSide::Front), "Siehe <+>!");
   desk->Last();
   EXPECT_EQ(desk->Shown(EditSide::Front), "Ofen");
   EXPECT_TRUE(desk->FinishLink("Herd"));
@@ -219,6 +221,13 @@ TEST_F(CardDeskTest, MarkedCardsAreNeitherFoundNorLinkedTo) {
   EXPECT_EQ(more.examined, 2);
   EXPECT_EQ(desk->SearchMore().row, 0);
   EXPECT_TRUE(CardReader(file).IsLeftOut(3));
+  // The place where the search stands follows its card.
+  EXPECT_EQ(desk->Search({.first = "a", .second = ""}).row, 2);
+  desk->InsertEmpty();
+  EXPECT_EQ(desk->SearchMore().row, 5);
+  desk->GoTo(2);
+  desk->Cut();
+  EXPECT_EQ(desk->SearchMore().row, 0);
 }
 
 TEST_F(CardDeskTest, WayBackFollowsItsCardThroughRenumberingAndMovedRows) {
@@ -378,6 +387,7 @@ class DeskModel {
     int64_t id = 0;
     std::string front;
     bool marked = false;
+    int key = 0;  // whatever its number becomes
     bool operator==(const Card&) const = default;
   };
   struct State {
@@ -395,7 +405,16 @@ class DeskModel {
   std::vector<Step> before;
   std::vector<Step> after;
   std::string clipboard;
+  int last_key = 3;
+  std::array<int, 2> marks{};  // keys of the cards
 
+  // The row that a mark leads to. One whose card went is gone for good.
+  int MarkedRow(size_t mark) {
+    const auto marked = [key = marks[mark]](const Card& one) { return one.key == key; };
+    const auto found = std::find_if(now.cards.begin(), now.cards.end(), marked);
+    if (found == now.cards.end()) marks[mark] = 0;
+    return marks[mark] == 0 ? 0 : static_cast<int>(found - now.cards.begin()) + kFirstCardRow;
+  }
   Card& card() { return now.cards[now.at]; }
   void Keep() {
     before.push_back({now, now.at});
@@ -411,7 +430,7 @@ class DeskModel {
   }
   void Insert(const std::string& front) {
     Keep();
-    now.cards.insert(now.cards.begin() + static_cast<std::ptrdiff_t>(++now.at), {++highest, front});
+    now.cards.insert(now.cards.begin() + static_cast<std::ptrdiff_t>(++now.at), {++highest, front, false, ++last_key});
     before.back().other_at = now.at;
   }
   void Remove(const std::function<bool(const Card&)>& goes) {
@@ -419,7 +438,7 @@ class DeskModel {
     const size_t kept_before = static_cast<size_t>(
         std::count_if(now.cards.begin(), now.cards.begin() + static_cast<std::ptrdiff_t>(now.at), std::not_fn(goes)));
     std::erase_if(now.cards, goes);
-    if (now.cards.empty()) now.cards.push_back({++highest, "-"});
+    if (now.cards.empty()) now.cards.push_back({++highest, "-", false, ++last_key});
     now.at = std::min(kept_before, now.cards.size() - 1);
     before.back().other_at = now.at;
   }
@@ -432,11 +451,11 @@ TEST_F(CardDeskTest, RandomCommandsDoWhatAPlainListDoes) {
     desk.reset();
     Open({{.id = "000001", .question = "1"}, {.id = "000002", .question = "2"}, {.id = "000003", .question = "3"}});
     DeskModel model;
-    model.now = {{{1, "1"}, {2, "2"}, {3, "3"}}, 0};
+    model.now = {{{1, "1", false, 1}, {2, "2", false, 2}, {3, "3", false, 3}}, 0};
     model.highest = 3;
     bool text_open = false;
     for (int step = 0; step < 150; ++step) {
-      const size_t command = below(12);
+      const size_t command = below(13);
       const std::string text = std::to_string(step);
       if (command == 0) {
         desk->InsertEmpty();
@@ -460,7 +479,8 @@ TEST_F(CardDeskTest, RandomCommandsDoWhatAPlainListDoes) {
       } else if (command == 5) {
         const auto marked = [](const DeskModel::Card& card) { return card.marked; };
         EXPECT_TRUE(desk->RemoveMarked());
-        if (std::any_of(model.now.cards.begin(), model.now.cards.end(), marked)) model.Remove(marked);
+        if (std::none_of(model.now.cards.begin(), model.now.cards.end(), marked)) continue;
+        model.Remove(marked);
       } else if (command == 6) {
         desk->Store(text, "Antwort");
         if (!text_open) model.Keep();
@@ -478,6 +498,11 @@ TEST_F(CardDeskTest, RandomCommandsDoWhatAPlainListDoes) {
       } else if (command < 10) {
         command == 8 ? desk->Undo() : desk->Redo();
         command == 8 ? model.Exchange(model.before, model.after) : model.Exchange(model.after, model.before);
+      } else if (command == 10) {
+        const size_t mark = below(2);
+        desk->SetMark(mark);
+        model.marks[mark] = model.card().key;
+        continue;
       } else {
         model.now.at = below(model.now.cards.size());
         desk->GoTo(static_cast<int>(model.now.at) + kFirstCardRow);
@@ -490,6 +515,9 @@ TEST_F(CardDeskTest, RandomCommandsDoWhatAPlainListDoes) {
                     std::to_string(card.id) + ':' + card.front;
       }
       ASSERT_EQ(Show(), expected) << "seed " << seed << ", step " << step << ", command " << command;
+      for (const size_t mark : {0U, 1U}) {
+        ASSERT_EQ(desk->MarkedRow(mark), model.MarkedRow(mark)) << "seed " << seed << ", step " << step;
+      }
       ASSERT_EQ(file.highest_id(), model.highest) << "seed " << seed << ", step " << step << ", command " << command;
     }
     ExpectIndexesRight(file);
