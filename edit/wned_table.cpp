@@ -168,7 +168,9 @@ bool EditorCommands::OnlyLooks(const Command& command) {
 QAction* EditorCommands::Add(TF_wned& editor, QMenu& menu, QToolBar* bar, const Command& command) {
   const QString key = QString::fromUtf16(command.key);
   const bool owned = !key.startsWith(u'\t');
-  QAction* action = menu.addAction(QString::fromUtf16(command.text) + (owned ? QString() : key));
+  const QString keys =
+      QKeySequence(owned ? key : key.mid(1), QKeySequence::PortableText).toString(QKeySequence::NativeText);
+  QAction* action = menu.addAction(QString::fromUtf16(command.text) + (owned ? QString() : u'\t' + keys));
   action->setObjectName(QString::fromLatin1(command.name));
   if (owned && !key.isEmpty()) action->setShortcut(QKeySequence(key, QKeySequence::PortableText));
   if (*command.icon != '\0') action->setIcon(Icon(command.icon));
@@ -177,7 +179,6 @@ QAction* EditorCommands::Add(TF_wned& editor, QMenu& menu, QToolBar* bar, const 
     if (OnlyLooks(command) || editor.MayChange()) command.run(editor);
   });
   if (bar == nullptr) return action;
-  const QString keys = owned ? action->shortcut().toString(QKeySequence::NativeText) : key.mid(1);
   QString hint = QString::fromUtf16(command.hint).toHtmlEscaped();
   if (!keys.isEmpty()) hint += u" ("_s + keys + u')';
   action->setToolTip(u"<span>"_s + hint + u"</span>"_s);

@@ -203,6 +203,12 @@ TEST_F(CardDeskTest, LinkIsPutWhereItsMarkerStoodWhateverHappensMeanwhile) {
   ASSERT_TRUE(CardEdit(file).Apply(std::move(command)));
   EXPECT_FALSE(desk->FinishLink("x"));
   EXPECT_EQ(desk->Shown(EditSide::Back), "anders");
+  // A card marked for deletion is no target.
+  desk->BeginLink(EditSide::Back, {0, 0});
+  desk->Last();
+  desk->ToggleDeletion();
+  EXPECT_FALSE(desk->FinishLink("x"));
+  EXPECT_EQ(file.cards().Peek(file.columns().answer, 2), "anders");
 }
 
 TEST_F(CardDeskTest, MarkedCardsAreNeitherFoundNorLinkedTo) {
