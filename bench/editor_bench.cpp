@@ -77,16 +77,14 @@ void MeasureTools(CardFile& file, double reference) {
   std::vector<double> overview;
   for (int i = 0; i < 3; ++i) {
     renumber.push_back(
-        Time([&] { Check(Renumber(file, desk.commands(), {1 + i % 2}, 2) == RenumberOutcome::Done, "renumber"); }));
+        Time([&] { Check(Renumber(file, desk.commands(), {2 + i % 2}, 2) == RenumberOutcome::Done, "renumber"); }));
     overview.push_back(Time([&] {
-      const ToolResult result = MakeRowOrderOverview(file, desk.commands(), {"o", "oo"}, 2);
-      Check(result.outcome == ToolOutcome::Done || result.outcome == ToolOutcome::NoNumberLeft, "overview");
+      Check(MakeRowOrderOverview(file, desk.commands(), {"o", "oo"}, 2).outcome == ToolOutcome::Done, "overview");
     }));
     desk.Undo();
   }
   Print({"cards renumbered", Least(renumber) * 1e3}, "ms", {"wc -l", reference * 1e3});
-  Print({"overview in row order", *std::max_element(overview.begin(), overview.end()) * 1e3}, "ms",
-        {"wc -l", reference * 1e3});
+  Print({"overview in row order", Least(overview) * 1e3}, "ms", {"wc -l", reference * 1e3});
 }
 
 void MeasureSorting(const CardFile& file) {

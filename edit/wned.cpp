@@ -30,7 +30,8 @@ namespace tessaro {
 namespace {
 
 constexpr std::string_view kPlaceSuffix = "E";
-constexpr int kPreviewDelay = 15;  // milliseconds behind the typing
+constexpr int kLongPreview = 10;  // milliseconds; one that takes longer waits for a pause in the typing
+constexpr int kPreviewDelay = 25;
 constexpr int kStoreDelay = 5000;  // without typing
 constexpr int kWideForBoth = 760;  // pixels of the card's field: both sides beside each other
 constexpr int kWideForList = 900;  // pixels of the window: the list of cards beside them
@@ -80,7 +81,6 @@ void TF_wned::MakeStatusLine() {
   ui_->StatusBar->addWidget(&label_status_, 1);
   ui_->StatusBar->addPermanentWidget(&label_length_);
   preview_timer_.setSingleShot(true);
-  preview_timer_.setInterval(kPreviewDelay);
   store_timer_.setSingleShot(true);
   store_timer_.setInterval(kStoreDelay);
   connect(&preview_timer_, &QTimer::timeout, this, &TF_wned::ShowPreview);
@@ -221,6 +221,7 @@ void TF_wned::ShowSides() {
 }
 
 void TF_wned::ShowPreview() {
+  const int64_t begin = machine_.clock.Milliseconds();
   const auto show = [](TFrameHtml& frame, const SideField& text, const SideLook& look) {
     const int at = frame.verticalScrollBar()->value();
     frame.ShowSide(text.Side(), look);
@@ -228,6 +229,7 @@ void TF_wned::ShowPreview() {
   };
   show(*ui_->TFrameHtmlV, *ui_->RichEditKarteVorne, looks_[0]);
   show(*ui_->TFrameHtmlH, *ui_->RichEditKarteHinten, looks_[1]);
+  preview_timer_.setInterval(machine_.clock.Milliseconds() - begin > kLongPreview ? kPreviewDelay : 0);
 }
 
 void TF_wned::ShowPosition() {
