@@ -162,24 +162,27 @@ void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& obse
   const bool cut_short = disk_.Exists(paths.journal);
   const auto size = [&](const fs::path& path) { return disk_.State(path).value_or(FileState()).size; };
   const auto read = [&](const fs::path& path) { return cut_short ? std::nullopt : ReadFile(disk_, path); };
-  // A thread reads the texts while the IDs are collected; without one to spare they are read when they are asked for.
+  // Threads read the texts and count while the IDs are collected; without one to spare that is done when it is asked
+  // for.
   constexpr auto kOnOtherThread = std::launch::async | std::launch::deferred;
   Tell(observer, FileStage::LoadLearnIndex, size(paths.learn_index));
   std::future reading = std::async(kOnOtherThread, [&] {
     return std::array{read(paths.learn_index), read(paths.link_index)};
   });
+  std::future counting = std::async(kOnOtherThread, [&] {
+    return count_unknown_ == nullptr ? content.unknown : count_unknown_(content.cards, content.columns);
+  });
   const CardIds ids(content.cards);
   content.highest_id = ids.highest();
   const std::array<std::optional<std::string>, 2> texts = reading.get();
-  std::future adopting = std::async(kOnOtherThread, [&] {
-    if (count_unknown_ != nullptr) content.unknown = count_unknown_(content.cards, content.columns);
-    return texts[1] && content.link_index.Adopt(*texts[1], ids);
-  });
+  std::future adopting =
+      std::async(kOnOtherThread, [&] { return texts[1] && content.link_index.Adopt(*texts[1], ids); });
   const bool learn_adopted = texts[0] && content.learn_index.Adopt(*texts[0], ids);
   const bool learn_good = learn_adopted || BuildLearnIndex(content, ids, observer);
   Tell(observer, FileStage::LoadLinkIndex, size(paths.link_index));
   const bool link_adopted = adopting.get();
   const bool link_good = link_adopted || BuildLinkIndex(content, ids, observer);
+  content.unknown = counting.get();
   report.learn_index_rebuilt = !learn_adopted && !cut_short;
   report.link_index_rebuilt = !link_adopted && !cut_short;
   report.index_unfit = (report.learn_index_rebuilt && disk_.Exists(paths.learn_index)) ||
