@@ -73,11 +73,11 @@ OutlookLines OutlookWindows::Lines() const {
           .card = [this](int row) { return RecallLine(file_, row, weights_, clock_.Now()); }};
 }
 
-void OutlookWindows::Close() {
+bool OutlookWindows::Close() {
   summary_delay_.stop();
   summary_.Stop();
-  if (evaluation_ != nullptr) evaluation_->close();
-  if (forecast_ != nullptr) forecast_->close();
+  if (evaluation_ != nullptr && !evaluation_->close()) return false;
+  return forecast_ == nullptr || forecast_->close();
 }
 
 void OutlookWindows::RowsShifted(const RowShift& /*shift*/) {

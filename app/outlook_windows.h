@@ -35,8 +35,8 @@ class OutlookWindows : public QObject, private CardWatcher {
   void BeginSummary();
   // The lines for a learning window.
   OutlookLines Lines() const;
-  // To be called before another card file takes the place of the open one.
-  void Close();
+  // To be called before another card file takes the place of the open one. False: a dialog of theirs is open.
+  [[nodiscard]] bool Close();
   // Opens a card in the editor; without it that is not offered.
   void SetEditor(std::function<void(int row)> edit) { edit_ = std::move(edit); }
 

@@ -117,6 +117,10 @@ void TF_wnmain::OpenForOtherStart(const std::filesystem::path& path) {
   front->raise();
   front->activateWindow();
   if (path.empty()) return;
+  OpenWhenFree(path);
+}
+
+void TF_wnmain::OpenWhenFree(const std::filesystem::path& path) {
   waiting_ = path;
   OpenWaitingFile();
 }
@@ -158,8 +162,9 @@ void TF_wnmain::MAboutClick() {
 }
 
 bool TF_wnmain::FormCloseQuery() {
-  if (HasOpenDialog(*this) || !program_.CloseEditor() || !program_.CloseLearning()) return false;
-  program_.outlook().Close();
+  if (HasOpenDialog(*this) || !program_.outlook().Close() || !program_.CloseEditor() || !program_.CloseLearning()) {
+    return false;
+  }
   if (!file_.IsOpen()) return true;
   const bool empty = file_.CardCount() == 0;
   if (!empty && !file_.changed()) {

@@ -38,7 +38,8 @@ class TF_wnmain : public QMainWindow {
   explicit TF_wnmain(Program& program);
   ~TF_wnmain() override;
 
-  // Opens a card file as the user's command would; asks before the open one is left. False: it is not open.
+  // Opens a card file as the user's command would; asks before the open one is left. False: it is not open; with a
+  // dialog open, or long work under way, it is opened after that.
   bool OpenFile(const std::filesystem::path& path);
   // Opens it as soon as the message loop runs.
   void OpenLater(const std::filesystem::path& path);
@@ -91,6 +92,7 @@ class TF_wnmain : public QMainWindow {
   // Asks before a file is replaced that is protected from writing or has other names.
   bool MayReplace(const std::filesystem::path& target);
   void OpenStartFile();
+  void OpenWhenFree(const std::filesystem::path& path);
   void OpenWaitingFile();
   // Samples are opened as copies in the user's own folder.
   bool LoadFile(const std::filesystem::path& chosen);

@@ -33,9 +33,7 @@ ExchangeTies TF_wnmain::Ties() {
 }
 
 void TF_wnmain::LoadAgain(const std::filesystem::path& path) {
-  if (!program_.CloseEditor() || !program_.CloseLearning()) return;
-  program_.outlook().Close();
-  LoadFile(path);
+  if (program_.outlook().Close() && program_.CloseEditor() && program_.CloseLearning()) LoadFile(path);
 }
 
 bool TF_wnmain::KeepState(QWidget* asker) {

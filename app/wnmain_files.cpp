@@ -74,12 +74,16 @@ void TF_wnmain::FileOpenExecute() {
 }
 
 bool TF_wnmain::OpenFile(const fs::path& path) {
-  return !LongWork::Running() && LeaveFile() && LoadFile(path);
+  // Whatever dialog is open, of whatever window, is answered first.
+  if (LongWork::Running() || QApplication::activeModalWidget() != nullptr) {
+    OpenWhenFree(path);
+    return false;
+  }
+  return LeaveFile() && LoadFile(path);
 }
 
 bool TF_wnmain::LeaveFile() {
-  if (!program_.CloseEditor() || !program_.CloseLearning()) return false;
-  program_.outlook().Close();
+  if (!program_.outlook().Close() || !program_.CloseEditor() || !program_.CloseLearning()) return false;
   if (!file_.IsOpen()) return true;
   if (!file_.changed()) {
     (void)file_.SaveSettings();

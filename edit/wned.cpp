@@ -19,6 +19,7 @@
 #include "edit/wntab.h"
 #include "ui_wned.h"
 #include "widgets/long_work.h"
+#include "widgets/messages.h"
 #include "widgets/side_look.h"
 #include "widgets/text.h"
 #include "widgets/theme.h"
@@ -358,7 +359,7 @@ bool TF_wned::IsInUse() const {
 
 void TF_wned::closeEvent(QCloseEvent* event) {
   // A dialog of its own is on the stack.
-  if (busy_) return event->ignore();
+  if (busy_ || HasOpenDialog(*this)) return event->ignore();
   if (link_window_ != nullptr) EndLink();
   if (LongWork::Running() || !Settle()) return event->ignore();
   KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);

@@ -7,6 +7,7 @@
 #include "outlook/card_lines.h"
 #include "outlook/dlkarten.h"
 #include "outlook/outlook_page.h"
+#include "widgets/messages.h"
 #include "widgets/text.h"
 #include "widgets/window_place.h"
 
@@ -95,6 +96,7 @@ void OutlookWindow::showEvent(QShowEvent* event) {
 }
 
 void OutlookWindow::closeEvent(QCloseEvent* event) {
+  if (HasOpenDialog(*this)) return event->ignore();
   read_later_.stop();
   work_.Stop();
   delete list_;

@@ -186,6 +186,30 @@ TEST_F(MainWindowFiles, AFileOfAnotherStartWaitsUntilNoDialogIsOpen) {
   EXPECT_EQ(Text(u"LabelName"_s), u"other"_s);
 }
 
+TEST_F(MainWindowFiles, NoWindowEndsWhileADialogOfItsOwnIsOnTheStack) {
+  PutDeck(kCards, kOther);
+  Open(kCards);
+  program.OpenLearning();
+  program.OpenEditor();
+  program.outlook().OpenEvaluation();
+  int windows = 0;
+  for (QWidget* opened : QApplication::topLevelWidgets()) {
+    if (!opened->isVisible() || opened == &window()) continue;
+    SCOPED_TRACE(opened->metaObject()->className());
+    ++windows;
+    QDialog dialog(opened);
+    QTimer::singleShot(0, &dialog, [&] {
+      EXPECT_FALSE(opened->close() || window().OpenFile(kOther));
+      dialog.accept();
+      EXPECT_FALSE(opened->close());
+    });
+    EXPECT_EQ(dialog.exec(), QDialog::Accepted);
+    EXPECT_TRUE(opened->isVisible());
+  }
+  EXPECT_EQ(windows, 3);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return CardsPath() == kOther; }));
+}
+
 // What a changed card file asks before it is left, and what each answer does.
 TEST_F(MainWindowFiles, LeavingAChangedFileAsksFirst) {
   const auto close = [this] { return window().close(); };
