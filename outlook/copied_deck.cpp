@@ -4,7 +4,9 @@
 #include <cstdio>
 #include <string>
 #include <utility>
+#include <vector>
 
+#include "cards/card_edit.h"
 #include "cards/card_writer.h"
 #include "platform/memory_file.h"
 
@@ -67,6 +69,8 @@ std::string UsedTimes(const AnswerHistory& history) {
 HistoriesText::HistoriesText() {
   AddRow(text_, {kId, kTopic, kQuestion, kAnswer, kScore, kTimeLearned, kYesNoRow, kTimeRow});
   AddRow(text_, {kStartMark, "", "", "", "", "", "", ""});
+  // A card that is never chosen: a card file must have one.
+  AddRow(text_, {"000001", "00", "<navigation>", "", ScoreText(0), "0", BlankYesNoRow(), BlankTimeRow()});
 }
 
 // Histories are written as they are read, so that no strange byte of the file gets into the copy.
@@ -76,7 +80,7 @@ void HistoriesText::Add(const CardReader& cards, int row) {
   std::replace_if(
       letters.begin(), letters.end(), [](char c) { return c != kKnownLetter && c != kNotKnownLetter; }, '-');
   char id[16];
-  std::snprintf(id, sizeof id, "%06d", ++cards_);
+  std::snprintf(id, sizeof id, "%06d", ++cards_ + 1);
   const int64_t score = std::clamp<int64_t>(cards.Score(row), 0, kMaxScore);
   AddRow(text_, {id, "00", "", "", ScoreText(score), "0", letters, UsedTimes(history)});
 }
@@ -93,5 +97,22 @@ CopiedDeck::CopiedDeck(const std::string& text)
 }
 
 CopiedDeck::~CopiedDeck() = default;
+
+void CopiedDeck::AddNew(int count) {
+  const CardColumns& columns = copy_->columns();
+  const std::string score = ScoreText(0);
+  CardCommand command;
+  std::vector<std::string> ids;
+  for (int i = 0; i < count; ++i) ids.push_back(copy_->IssueId());
+  for (const std::string& id : ids) {
+    command.InsertBehind(CardReader(*copy_).LastCardRow(), {{columns.id, id},
+                                                            {columns.topic, "00"},
+                                                            {columns.score, score},
+                                                            {columns.time_learned, "0"},
+                                                            {columns.yes_no_row, BlankYesNoRow()},
+                                                            {columns.time_row, BlankTimeRow()}});
+  }
+  if (count > 0) (void)CardEdit(*copy_).Apply(std::move(command));
+}
 
 }  // namespace tessaro

@@ -11,7 +11,6 @@ namespace tessaro {
 class HistoriesText {
  public:
   HistoriesText();
-  // The n-th card that is added stands in row n + 1.
   void Add(const CardReader& cards, int row);
   // To be called once, after the last card.
   std::string Take();
@@ -21,13 +20,17 @@ class HistoriesText {
   int cards_ = 0;
 };
 
-// Such a text as a card file of its own in memory, without a journal. What happens to it concerns no file.
+// Such a text as a card file of its own in memory, without a journal. What happens to it concerns no file. The cards
+// stand in the order in which they were added, the first one in kFirstRow.
 class CopiedDeck {
  public:
+  static constexpr int kFirstRow = kFirstCardRow + 1;
   // `text` must live longer.
   explicit CopiedDeck(const std::string& text);
   ~CopiedDeck();
   CardFile& file() { return *copy_; }
+  // Puts new cards behind the others.
+  void AddNew(int count);
   const CardFile& file() const { return *copy_; }
 
  private:

@@ -1,5 +1,7 @@
 #include "outlook/forecast_texts.h"
 
+#include <cmath>
+
 #include "outlook/evaluation_texts.h"
 #include "outlook/number_texts.h"
 
@@ -59,9 +61,9 @@ void AddCurve(const PlanReport& report, size_t place, int64_t today, PageContent
   for (size_t k = 0; k < curve.known.size(); ++k) {
     line.points.emplace_back(static_cast<double>(report.days[k]), curve.known[k]);
   }
-  line.text = u"%1: am %2 voraussichtlich %3 Karten; %4 davon unter 80 %"_s.arg(
-      name, ShortDayText(today + report.days.back()), NumberText(curve.known.back()),
-      NumberText(static_cast<int64_t>(curve.weak_rows.size())));
+  line.text = u"%1: am %2 wissen Sie voraussichtlich %3; unter 80 %: %4"_s.arg(
+      name, ShortDayText(today + report.days.back()), CardsText(std::llround(curve.known.back())),
+      CardsText(static_cast<int64_t>(curve.weak_rows.size())));
   page.plot.lines.push_back(std::move(line));
   page.table.headers << name;
   page.rows.push_back(curve.weak_rows);
@@ -103,7 +105,8 @@ PageContent DuePage(const DeckOutlook& deck, const std::vector<DueSpan>& spans, 
     PlotBar bar{
         LabelOf(span),
         {{static_cast<double>(count), span.kind == DueSpan::Kind::Overdue ? PlotRole::NotKnown : PlotRole::Known}},
-        u"%1: %2, etwa %3"_s.arg(name, CardsText(count), MinutesText(span.minutes))};
+        count == 0 ? u"%1: keine Karten"_s.arg(name)
+                   : u"%1: %2, etwa %3"_s.arg(name, CardsText(count), MinutesText(span.minutes))};
     if (!later && count > 0) bar.mark = span.minutes;
     page.table.rows.push_back({name, NumberText(count), MinutesText(span.minutes)});
     page.rows.push_back(span.rows);

@@ -50,7 +50,6 @@ OutlookPage::OutlookPage(QWidget* parent)
   table_->verticalHeader()->hide();
   table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
   table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  table_->horizontalHeader()->setStretchLastSection(true);
   table_->hide();
   MakeLayout();
   connect(plot_, &Plot::SelectionChanged, this, &OutlookPage::ShowSelection);
@@ -79,8 +78,9 @@ void OutlookPage::MakeLayout() {
 }
 
 void OutlookPage::MakeButtons(QLayout& layout) {
+  static_cast<QVBoxLayout&>(layout).addWidget(note_);
   auto* line = new QHBoxLayout;
-  line->addWidget(note_, 1);
+  line->addStretch(1);
   auto* copy = new QPushButton(u"Als Tabelle ko&pieren"_s, this);
   copy->setObjectName(u"ButtonKopieren"_s);
   copy->setToolTip(u"Die Zahlen mit Tabulatoren in die Zwischenablage legen"_s);
@@ -114,6 +114,7 @@ void OutlookPage::Show(PageContent content) {
   all_title_ = content.all_title;
   lines_are_items_ = content.table.rows.size() == rows_.size();
   figures_->Show(std::move(content.table));
+  if (figures_->columnCount() > 0) table_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
   plot_->Show(std::move(content.plot));
   ShowSelection();
 }

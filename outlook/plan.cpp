@@ -92,25 +92,26 @@ PlanReport Plan::Take() {
 }
 
 bool Plan::CopySome(int count) {
-  const CardReader cards(file_);
-  for (; count > 0 && next_ < chosen_rows_.size(); --count) {
-    const int row = chosen_rows_[next_++];
-    const CardTrace* trace = deck_.TraceOf(row);
-    if (trace == nullptr && !std::binary_search(deck_.new_rows.begin(), deck_.new_rows.end(), row)) continue;
-    if (trace != nullptr && DueTimeOf(file_, *trace, parameters_, deck_.now) < deck_.now) {
-      start_->overdue.push_back(start_->rows.size());
-    }
-    start_->rows.push_back(row);
-    start_->traces.push_back(trace != nullptr ? MemoryTrace(*trace) : MemoryTrace());
-    copy_.Add(cards, row);
-  }
+  for (; count > 0 && next_ < chosen_rows_.size(); --count) CopyCard(chosen_rows_[next_++]);
   return next_ < chosen_rows_.size();
+}
+
+void Plan::CopyCard(int row) {
+  const CardTrace* trace = deck_.TraceOf(row);
+  if (trace == nullptr) {
+    if (std::binary_search(deck_.new_rows.begin(), deck_.new_rows.end(), row)) start_->new_rows.push_back(row);
+    return;
+  }
+  if (DueTimeOf(file_, *trace, parameters_, deck_.now) < deck_.now) start_->overdue.push_back(start_->rows.size());
+  start_->rows.push_back(row);
+  start_->traces.push_back(*trace);
+  copy_.Add(CardReader(file_), row);
 }
 
 void Plan::EndCopy() {
   start_->text = copy_.Take();
   ReadNextDeck();
-  report_.partial = static_cast<int64_t>(start_->rows.size()) < deck_.counted();
+  report_.partial = static_cast<int64_t>(start_->rows.size() + start_->new_rows.size()) < deck_.counted();
   next_ = 0;
   // To catch up concerns only what is learned.
   stage_ = Stage::Parting;
@@ -178,7 +179,7 @@ bool Plan::EvaluateSome(int count) {
     if (traces[next_].answers == 0) continue;
     const double recall = RecallAt(traces[next_], deck_.weights, time_);
     sum_ += recall;
-    if (last && recall < PlanReport::kWeak) report_.curves.back().weak_rows.push_back(start_->rows[next_]);
+    if (last && recall < PlanReport::kWeak) report_.curves.back().weak_rows.push_back(session_->RowOf(next_));
   }
   if (next_ < traces.size()) return true;
   report_.curves.back().known.push_back(std::exchange(sum_, 0) + others_known_[date_]);
@@ -218,6 +219,8 @@ void Plan::EndDay() {
 
 void Plan::EndCurve() {
   std::vector<int>& weak = report_.curves.back().weak_rows;
+  // New cards stand behind the others.
+  std::sort(weak.begin(), weak.end());
   const auto own = static_cast<std::ptrdiff_t>(weak.size());
   weak.insert(weak.end(), others_weak_.begin(), others_weak_.end());
   std::inplace_merge(weak.begin(), weak.begin() + own, weak.end());

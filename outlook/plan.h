@@ -58,6 +58,7 @@ class Plan {
  private:
   enum class Stage { Copying, Parting, Forgetting, Evaluating, Learning, Done };
   bool CopySome(int count);
+  void CopyCard(int row);
   void EndCopy();
   bool PartSome(int count);
   void EndParting();

@@ -61,7 +61,22 @@ struct PlanSession::State {
   bool IsKnown(size_t card) {
     const MemoryTrace& trace = traces[card];
     const double recall = trace.answers > 0 ? RecallAt(trace, deck.weights, clock.Now()) : deck.FirstSight();
-    return LuckOf(start.rows[card], given[card]++) < recall;
+    return LuckOf(RowOf(card), given[card]++) < recall;
+  }
+
+  int RowOf(size_t place) const {
+    const size_t old = start.rows.size();
+    return place < old ? start.rows[place] : start.new_rows[place - old];
+  }
+
+  // So many new cards can be chosen then, with those of the days before that were not.
+  void AdmitNew(int count) {
+    const size_t old = start.rows.size();
+    for (size_t place = old; place < traces.size(); ++place) count -= traces[place].answers == 0 ? 1 : 0;
+    count = std::clamp(count, 0, static_cast<int>(old + start.new_rows.size() - traces.size()));
+    copy->AddNew(count);
+    traces.resize(traces.size() + static_cast<size_t>(count));
+    given.resize(traces.size());
   }
 
   const PlanStart& start;
@@ -73,8 +88,6 @@ struct PlanSession::State {
   std::unique_ptr<LearningRun> run;
   bool over = false;  // the run has come to an end, or something is wrong
   double end = 0;
-  int new_left = 0;
-  int shown = 0;  // the card that was counted as new last
   std::vector<MemoryTrace> traces;
   std::vector<int> given;  // answers of the plan, by card
 };
@@ -85,29 +98,26 @@ PlanSession::PlanSession(const PlanStart& start, std::unique_ptr<CopiedDeck> cop
 
 PlanSession::~PlanSession() = default;
 
+// Others that are new are not there yet: in front of the index they would take the place of those that are due.
 void PlanSession::Begin(int64_t time, double minutes, int new_cards) {
   State& s = *state_;
   s.clock.now = static_cast<double>(time);
   s.end = s.clock.now + minutes * 60;
-  s.new_left = new_cards;
-  s.shown = 0;
+  s.AdmitNew(new_cards);
   s.run = std::make_unique<LearningRun>(s.copy->file(), s.settings, s.clock, s.random);
-  (void)s.run->Set(&RunOptions::no_new_cards, new_cards <= 0);
   s.over = IsOver(s.run->Start());
 }
 
 bool PlanSession::Answer() {
   State& s = *state_;
   const int row = s.run->card().row;
-  if (s.over || row < kFirstCardRow || s.clock.now >= s.end) {
+  if (s.over || row < CopiedDeck::kFirstRow || s.clock.now >= s.end) {
     s.run->KeepPositions();
     s.run.reset();
     return false;
   }
-  const auto card = static_cast<size_t>(row - kFirstCardRow);
-  // From the last new card on that the day allows, the run is to choose no other.
-  if (s.traces[card].answers == 0 && --s.new_left <= 0) (void)s.run->Set(&RunOptions::no_new_cards, true);
   s.clock.now += s.deck.seconds_per_answer;
+  const auto card = static_cast<size_t>(row - CopiedDeck::kFirstRow);
   s.over = IsOver(s.IsKnown(card) ? s.run->Known() : s.run->NotKnown());
   const CardReader cards(s.copy->file());
   s.traces[card] = TraceOf(ReadAnswers(cards.TimeRow(row), cards.YesNoRow(row)));
@@ -116,6 +126,10 @@ bool PlanSession::Answer() {
 
 const std::vector<MemoryTrace>& PlanSession::traces() const {
   return state_->traces;
+}
+
+int PlanSession::RowOf(size_t place) const {
+  return state_->RowOf(place);
 }
 
 bool PlanSession::CaughtUp() const {

@@ -11,10 +11,11 @@
 
 namespace tessaro {
 
-// The cards that a plan learns, as they are at its beginning, in the order of their rows.
+// The cards that a plan learns, as they are at its beginning, each kind in the order of its rows in the deck's table.
 struct PlanStart {
-  std::vector<int> rows;            // of the deck's table
-  std::vector<MemoryTrace> traces;  // without answers: still new
+  std::vector<int> rows;            // of answered cards
+  std::vector<int> new_rows;        // of the others
+  std::vector<MemoryTrace> traces;  // of the answered ones
   std::vector<size_t> overdue;      // places in the two above
   std::string text;                 // their copy, see HistoriesText
 };
@@ -35,8 +36,11 @@ class PlanSession {
   // Gives an answer; false when the session is over: the time is up, or the run has no card to offer.
   bool Answer();
 
-  // Those of the start as they are by now.
+  // Those of the start as they are by now, and behind them those of cards that were new and had their turn since;
+  // without answers where they were not chosen yet.
   const std::vector<MemoryTrace>& traces() const;
+  // The row of such a card in the deck's table.
+  int RowOf(size_t place) const;
   // True when every card that was overdue at the beginning was answered since.
   bool CaughtUp() const;
 

@@ -94,6 +94,8 @@ TEST_F(PlanTest, CatchesUpSoonerWithMoreMinutes) {
     card.id = id;
     cards.push_back(card);
   }
+  // New cards in front of the index do not keep those that are due from being asked.
+  for (int i = 0; i < 60; ++i) cards.push_back(TestCard{.id = std::to_string(100'301 + i), .score = "000000000"});
   Open(cards);
   deck = Read();
   const PlanReport report = Finish(Plan::CatchUp(file, deck, settings, days, 10), 50);
@@ -101,6 +103,7 @@ TEST_F(PlanTest, CatchesUpSoonerWithMoreMinutes) {
   EXPECT_GT(report.curves[1].caught_up, 1);
   EXPECT_GT(report.curves[0].caught_up, report.curves[1].caught_up);
   EXPECT_LT(report.curves[2].caught_up, report.curves[1].caught_up);
+  EXPECT_GT(report.curves[2].caught_up, 0);
 }
 
 TEST_F(PlanTest, OfAnExamTodayOrADeckWithoutAnswersIsShort) {
