@@ -55,6 +55,7 @@ TEST(Choice, KeyNamesTheBoxesToTick) {
       {"", ChoicePage::Letters, {}},
       {all, ChoicePage::Letters, {}},
       {all.substr(2), ChoicePage::Letters, {{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18}}},
+      {all.substr(2) + " zz", ChoicePage::Letters, {{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18}}},
       {all.substr(2) + " B", ChoicePage::Letters, {}},
   };
   for (const auto& given : cases) {

@@ -42,6 +42,7 @@ TEST(TypedAnswer, WordAtTheCursorMustStandInTheKey) {
       {"", 0, "", V::Right},
       {hundred + "y", 3, hundred, V::Right},  // a word is looked at for 100 characters
       {"Ha", 999, "Haus", V::Right},
+      {std::string(195, ',') + "Hausx", 200, "Haus", V::Right},  // longer texts end after 198 characters
   };
   for (const auto& given : cases) {
     const TypedCheck check = CheckTyped(given.text, given.cursor, given.key, kTwoBlanks);
