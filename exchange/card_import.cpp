@@ -1,6 +1,8 @@
 #include "exchange/card_import.h"
 
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "cards/card_edit.h"
 #include "exchange/blank_card.h"
@@ -10,31 +12,60 @@ namespace tessaro {
 namespace {
 
 constexpr int64_t kTellEvery = int64_t{1} << 16;
+// So many cards are added in one step: what comes is in memory twice for the time of a step.
+constexpr size_t kCardsAtOnce = 50'000;
+
+// Adds cards behind those of a card file, in steps that can all be taken back.
+class Appender {
+ public:
+  explicit Appender(CardFile& file) : file_(file) {}
+
+  // False when the card file could not take a step.
+  bool Add(const CardTexts& texts) {
+    command_.InsertBehind(file_.CardCount() + 1, FieldsIn(file_.columns(), texts));
+    return ++waiting_ < kCardsAtOnce || AddWaiting();
+  }
+  bool AddWaiting() {
+    if (std::exchange(waiting_, 0) == 0) return true;
+    std::optional<CardEditDone> done = CardEdit(file_).Apply(std::exchange(command_, {}));
+    if (done) steps_.push_back(std::move(done->inverse));
+    return done.has_value();
+  }
+  void TakeBack() {
+    for (; !steps_.empty(); steps_.pop_back()) (void)CardEdit(file_).Apply(std::move(steps_.back()));
+    file_.RecountIds();
+  }
+
+ private:
+  CardFile& file_;
+  CardCommand command_;
+  size_t waiting_ = 0;
+  std::vector<CardCommand> steps_;  // that take back what was added
+};
 
 }  // namespace
 
 ImportResult ImportText(CardFile& file, std::string_view text, const TextLayout& layout, int topic,
                         const WorkObserver& observer) {
-  const int last_card = file.CardCount() + 1;
+  const int64_t highest = file.highest_id();
+  if (CheckText(text, layout).Given() > kMostCardNumber - highest) return {ImportEnd::NoNumbers, 0};
   WorkWatch watch(observer, kTellEvery);
-  CardCommand command;
+  Appender appender(file);
   CardTexts texts;
-  int64_t count = 0;
+  ImportResult result;
   TextCards cards(text, layout);
-  for (TextCards::Card card; cards.Next(card);) {
-    if (!watch.GoOn(cards.Position())) return {ImportEnd::Cancelled, 0};
-    const int64_t number = file.highest_id() + ++count;
-    if (number > kMostCardNumber) return {ImportEnd::NoNumbers, 0};
-    MakeBlank(texts, count, topic);
-    texts[kIdAt] = SixDigitText(number);
+  for (TextCards::Card card; result.end == ImportEnd::Done && cards.Next(card);) {
+    if (!watch.GoOn(cards.Position())) result.end = ImportEnd::Cancelled;
+    MakeBlank(texts, ++result.cards, topic);
+    texts[kIdAt] = SixDigitText(highest + result.cards);
     texts[kQuestionAt] = std::move(card.front);
     texts[kAnswerAt] = std::move(card.back);
-    command.InsertBehind(last_card, FieldsIn(file.columns(), texts));
+    if (!appender.Add(texts)) result.end = ImportEnd::Failed;
   }
-  CardEdit edit(file);
-  if (count > 0 && !edit.Apply(std::move(command))) return {ImportEnd::Failed, 0};
-  (void)edit.Finish();
-  return {ImportEnd::Done, count};
+  if (result.end == ImportEnd::Done && !appender.AddWaiting()) result.end = ImportEnd::Failed;
+  if (result.end != ImportEnd::Done) appender.TakeBack();
+  (void)CardEdit(file).Finish();
+  return result.end == ImportEnd::Done ? result : ImportResult{result.end, 0};
 }
 
 ImportResult ReplaceByTable(Disk& disk, const CardFilePaths& paths, std::string_view text, const TableLayout& layout,

@@ -27,7 +27,7 @@ struct ImportResult {
 
 // Adds the cards of a text that CheckText found good behind the cards of the open file, with new numbers and nothing
 // learned, and builds both indexes anew. The observer is told the bytes. On anything but Done the cards are as they
-// were.
+// were; where many had been added by then, the file counts as changed all the same.
 ImportResult ImportText(CardFile& file, std::string_view text, const TextLayout& layout, int topic,
                         const WorkObserver& observer = {});
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "cards/figures.h"
+#include "exchange/blank_card.h"
 #include "exchange/card_import.h"
 #include "exchange/first_version.h"
 #include "exchange/import_guess.h"
@@ -52,6 +53,59 @@ TEST_F(OpenFile, TextImportThatCannotBeDoneChangesNothing) {
   EXPECT_EQ(file.CardCount(), 1);
   EXPECT_FALSE(file.changed());
   EXPECT_EQ(ImportText(file, "a;b|", kBars, 0).end, ImportEnd::Done);
+}
+
+// More cards than are added in one step.
+TEST_F(OpenFile, LargeTextImportIsWholeOrTakenBack) {
+  OpenTestFile(disk, file, {{.id = "000041"}});
+  const std::string before = FileText(file.cards());
+  std::string text;
+  constexpr int kCards = 55'000;
+  for (int i = 0; i < kCards; ++i) text += "f" + std::to_string(i) + ";b|";
+  int64_t told = 0;
+  const auto late = [&](int64_t done) { return (told = done) < static_cast<int64_t>(text.size()) * 24 / 25; };
+  EXPECT_EQ(ImportText(file, text, kBars, 0, late).end, ImportEnd::Cancelled);
+  EXPECT_GT(told, 0);
+  EXPECT_EQ(FileText(file.cards()), before);
+  EXPECT_EQ(file.highest_id(), 41);
+  EXPECT_EQ(file.learn_index().RowCount(), 3);
+  EXPECT_EQ(ImportText(file, text, kBars, 0).cards, kCards);
+  for (const int n : {1, 50'000, 50'001, kCards}) {
+    EXPECT_EQ(Field(n + kFirstCardRow, kQuestion), "f" + std::to_string(n - 1));
+    EXPECT_EQ(Field(n + kFirstCardRow, kId), SixDigitText(41 + n));
+    EXPECT_EQ(LeadingNumber(Field(n + kFirstCardRow, kScore)), 60 * n);
+  }
+  EXPECT_EQ(file.learn_index().RowCount(), kCards + 3);
+  EXPECT_EQ(file.RowOfId(41 + kCards), kCards + kFirstCardRow);
+}
+
+// The cards in memory are all there whatever the disk does; after a crash there are those before, or all.
+TEST_F(OpenFile, FailingDiskLeavesATextImportWhole) {
+  for (int n = 1;; ++n) {
+    SCOPED_TRACE(n);
+    bool last = false;
+    {
+      CardFile crashed(disk);
+      OpenTestFile(disk, crashed, {{.id = "000041"}});
+      disk.FailAt(n);
+      ASSERT_EQ(ImportText(crashed, "a;b|c;d|", kBars, 0).end, ImportEnd::Done);
+      last = n > disk.operations();
+      disk.FailAt(0);
+      EXPECT_EQ(crashed.CardCount(), 3);
+    }
+    const OpenReport report = file.Open(kTestFile);
+    ASSERT_EQ(report.result, OpenResult::Opened);
+    EXPECT_EQ(file.CardCount(), 1);
+    if (report.unsaved) {
+      ASSERT_TRUE(file.TakeOverUnsaved());
+      EXPECT_EQ(file.CardCount(), 3);
+      EXPECT_EQ(Field(4, kQuestion), "c");
+    }
+    file.Close();
+    if (!last) continue;
+    EXPECT_TRUE(report.unsaved);
+    break;
+  }
 }
 
 TEST_F(OpenFile, FailingDiskLeavesTheOldOrTheNewCardsOfATableImport) {
