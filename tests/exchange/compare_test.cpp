@@ -144,48 +144,130 @@ std::vector<TestCard> AnyDeck(std::mt19937& random) {
   return deck;
 }
 
-// What the walk gives is what comparing each pair in turn gives, whatever was looked at in advance.
+// The comparison pair by pair, each in its turn, of a scan that it is held against.
+class PairByPair {
+ public:
+  PairByPair(CompareScan& scan, const CompareRule& rule, std::mt19937& random)
+      : scan_(scan), rule_(rule), random_(random) {}
+  std::vector<TestCard> target;
+  std::vector<TestCard> source;  // none: the target itself
+  CompareCounts counts;
+
+  void Run() {
+    const auto ends = [](const TestCard& card) { return card.id.starts_with('#'); };
+    const bool internal = source.empty();
+    const bool grows = std::none_of(target.begin(), target.end(), ends);
+    const size_t sources = internal ? target.size() : source.size();
+    for (s_ = 0; s_ < sources && !ends(Source()); ++s_) {
+      if (IsDuplicateMarked(Source().question)) continue;
+      equal_ = 0;
+      matched_ = front_matched_ = over_ = replaced_ = wanted_ = false;
+      for (size_t t = internal ? s_ + 1 : 0; t < target.size() && !ends(target[t]) && !over_; ++t) {
+        if (IsDuplicateMarked(target[t].question)) continue;
+        ASSERT_NO_FATAL_FAILURE(Compare(t));
+      }
+      if (internal || (equal_ > 0 && !wanted_) || over_ || replaced_) continue;
+      target.push_back(Card(grows ? "new" : "#", Source().question, Source().answer));
+      ++counts.taken;
+    }
+  }
+
+ private:
+  TestCard& Source() { return source.empty() ? target[s_] : source[s_]; }
+  static CardSides Sides(const TestCard& card) { return {card.question, card.answer}; }
+  void Mark(TestCard& card) {
+    card.question.insert(0, kDuplicateMark);
+    ++counts.marked;
+  }
+
+  void Compare(size_t t) {
+    ++counts.comparisons;
+    const int result = Similarity(Sides(target[t]), Sides(Source()), rule_);
+    if (result == kNoMatch) return;
+    if (result == kSameCard) {
+      ++counts.duplicates;
+      if (++equal_ > (source.empty() ? 0 : 1)) Mark(target[t]);
+    } else {
+      ASSERT_EQ(scan_.Advance(Always), Step::Stopped);
+      const bool earlier = result == kSameFront ? front_matched_ : matched_;
+      EXPECT_EQ(*scan_.stop(), (CompareStop{static_cast<int>(s_) + kFirstCardRow, static_cast<int>(t) + kFirstCardRow,
+                                            result, earlier}));
+      if (random_() % 2 == 0) (void)scan_.LookAhead(Always);
+      Decide(t);
+    }
+    matched_ = true;
+    front_matched_ = front_matched_ || result == kSameFront || result == kSameCard;
+  }
+
+  void Decide(size_t t) {
+    CompareEdits edits;
+    const auto edit = [&](std::optional<std::string>& made, std::string& text) {
+      if (random_() % 4 == 0) text = *(made = AnySide(random_));
+    };
+    const TestCard before = target[t];
+    edit(edits.target_front, target[t].question);
+    edit(edits.target_back, target[t].answer);
+    const auto decision = random_() % 4;
+    const bool rejects_foreign = decision == 2 && !source.empty();
+    TestCard unused;
+    edit(edits.source_front, rejects_foreign ? unused.question : Source().question);
+    edit(edits.source_back, rejects_foreign ? unused.answer : Source().answer);
+    switch (decision) {
+      case 0:
+        ++counts.kept;
+        ASSERT_TRUE(scan_.KeepBoth(edits));
+        break;
+      case 1:
+        target[t].question = Source().question;
+        target[t].answer = Source().answer;
+        replaced_ = true;
+        ASSERT_TRUE(scan_.ReplaceTarget(edits, false));
+        break;
+      case 2:
+        if (source.empty()) Mark(Source());
+        over_ = true;
+        ASSERT_TRUE(scan_.RejectSource(edits));
+        break;
+      default:
+        Mark(target[t]);
+        wanted_ = true;
+        ASSERT_TRUE(scan_.MarkTarget(edits));
+    }
+  }
+
+  CompareScan& scan_;
+  CompareRule rule_;
+  std::mt19937& random_;
+  size_t s_ = 0;
+  int equal_ = 0;
+  bool matched_ = false, front_matched_ = false, over_ = false, replaced_ = false, wanted_ = false;
+};
+
+// What the walk gives is what comparing each pair in turn gives, whatever was decided and looked at in advance.
 TEST_F(Compare, WalksLikeComparingEachPairInTurn) {
   std::mt19937 random(4);
-  for (int round = 0; round < 400; ++round) {
+  for (int round = 0; round < 600; ++round) {
+    SCOPED_TRACE(round);
     const CompareRule rule = {.threshold = static_cast<int>(random() % 19 + 1) * 5, .either_side = random() % 3 == 0};
-    std::vector<TestCard> target = AnyDeck(random);
-    const std::vector<TestCard> source = AnyDeck(random);
-    Begin(target, source, rule);
-    const auto ends = [](const TestCard& card) { return card.id.starts_with('#'); };
-    const bool grows = std::none_of(target.begin(), target.end(), ends);
-    for (size_t s = 0; s < source.size() && !ends(source[s]); ++s) {
-      if (IsDuplicateMarked(source[s].question)) continue;
-      int equal = 0;
-      for (size_t t = 0; t < target.size() && !ends(target[t]); ++t) {
-        if (IsDuplicateMarked(target[t].question)) continue;
-        const int result =
-            Similarity({target[t].question, target[t].answer}, {source[s].question, source[s].answer}, rule);
-        if (result == kSameCard && ++equal > 1) target[t].question.insert(0, kDuplicateMark);
-        if (result == kNoMatch || result == kSameCard) continue;
-        ASSERT_EQ(Go(), Step::Stopped);
-        EXPECT_EQ(scan->stop()->source_row, static_cast<int>(s) + kFirstCardRow);
-        EXPECT_EQ(scan->stop()->target_row, static_cast<int>(t) + kFirstCardRow);
-        EXPECT_EQ(scan->stop()->result, result);
-        (void)scan->LookAhead(Always);
-        if (random() % 2 == 0) {
-          ASSERT_TRUE(scan->KeepBoth({}));
-        } else {
-          target[t].question = AnySide(random);
-          ASSERT_TRUE(scan->KeepBoth({target[t].question, {}, {}, {}}));
-        }
-      }
-      if (equal == 0) {
-        TestCard taken = Card("", source[s].question, source[s].answer);
-        taken.id = grows ? "new" : "#";
-        target.push_back(taken);
-      }
-    }
+    const std::vector<TestCard> target = AnyDeck(random);
+    const std::vector<TestCard> source = random() % 3 == 0 ? std::vector<TestCard>() : AnyDeck(random);
+    source.empty() ? BeginInternal(target, rule) : Begin(target, source, rule);
+    PairByPair model(*scan, rule, random);
+    model.target = target;
+    model.source = source;
+    ASSERT_NO_FATAL_FAILURE(model.Run());
     ASSERT_EQ(Go(), Step::Ended);
-    ASSERT_EQ(file.CardCount(), static_cast<int>(target.size()));
-    for (size_t t = 0; t < target.size(); ++t) {
-      EXPECT_EQ(TextsOf(file.cards(), static_cast<int>(t) + kFirstCardRow)[kQuestionAt], target[t].question);
+    ASSERT_EQ(file.CardCount(), static_cast<int>(model.target.size()));
+    for (size_t t = 0; t < model.target.size(); ++t) {
+      const CardTexts texts = TextsOf(file.cards(), static_cast<int>(t) + kFirstCardRow);
+      EXPECT_EQ(texts[kQuestionAt] + "/" + texts[kAnswerAt], model.target[t].question + "/" + model.target[t].answer);
     }
+    const CompareCounts& counts = scan->counts();
+    EXPECT_EQ(counts.comparisons, model.counts.comparisons);
+    EXPECT_EQ(counts.duplicates, model.counts.duplicates);
+    EXPECT_EQ(counts.kept, model.counts.kept);
+    EXPECT_EQ(counts.marked, model.counts.marked);
+    EXPECT_EQ(counts.taken, model.counts.taken);
   }
 }
 
