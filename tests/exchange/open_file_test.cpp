@@ -63,7 +63,7 @@ TEST_F(OpenFile, LargeTextImportIsWholeOrTakenBack) {
   constexpr int kCards = 55'000;
   for (int i = 0; i < kCards; ++i) text += "f" + std::to_string(i) + ";b|";
   int64_t told = 0;
-  const auto late = [&](int64_t done) { return (told = done) < static_cast<int64_t>(text.size()) * 24 / 25; };
+  const auto late = [&](int64_t done) { return (told = done) < static_cast<int64_t>(text.size()) * 11 / 12; };
   EXPECT_EQ(ImportText(file, text, kBars, 0, late).end, ImportEnd::Cancelled);
   EXPECT_GT(told, 0);
   EXPECT_EQ(FileText(file.cards()), before);
