@@ -16,13 +16,18 @@ namespace fs = std::filesystem;
 // Adds what an edit did to the rows that were changed so far.
 void AddEdit(const TableEdit& edit, std::set<int>& rows, int& removed) {
   const RowShift shift = ShiftOf(edit);
+  const std::vector<int>& inserted = shift.inserted();
   rows.insert(edit.replaced.begin(), edit.replaced.end());
-  std::set<int> moved;
-  for (const int row : rows) moved.insert(shift.Map(row));
-  moved.erase(0);
-  moved.insert(shift.inserted().begin(), shift.inserted().end());
-  rows = std::move(moved);
   removed += static_cast<int>(edit.removed.size());
+  // There may be many edits of many rows, most of which only add cards behind all others.
+  const bool all_stay = edit.removed.empty() && (inserted.empty() || rows.empty() || *rows.rbegin() < inserted.front());
+  if (!all_stay) {
+    std::set<int> moved;
+    for (const int row : rows) moved.insert(shift.Map(row));
+    moved.erase(0);
+    rows = std::move(moved);
+  }
+  rows.insert(inserted.begin(), inserted.end());
 }
 
 UnsavedChanges Summary(const std::vector<JournalRecord>& records) {

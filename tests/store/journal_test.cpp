@@ -110,6 +110,24 @@ TEST_F(CardFileJournal, BringsBackWhatWasNotSaved) {
   EXPECT_EQ(Text(), text);
 }
 
+TEST_F(CardFileJournal, OfManyEditsIsCountedAtOnce) {
+  constexpr int kEdits = 600;
+  const int cards = file_->CardCount();
+  for (int i = 0; i < kEdits; ++i) {
+    TableEdit edit;
+    edit.places = {cards + i + 1};
+    edit.inserted.AddRow({{file_->columns().id, "000009"}});
+    ASSERT_TRUE(file_->Edit(edit));
+  }
+  Change(2, 5);
+  TableEdit edit;
+  edit.removed = {3};
+  ASSERT_TRUE(file_->Edit(edit));
+  EXPECT_EQ(Crash().unsaved->cards, kEdits + 2);
+  ASSERT_TRUE(file_->TakeOverUnsaved());
+  EXPECT_EQ(file_->CardCount(), cards + kEdits - 1);
+}
+
 TEST_F(CardFileJournal, EndsWithTheFileThatIsGivenUp) {
   Change(2, 5);
   file_->Close();
