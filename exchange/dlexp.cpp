@@ -51,9 +51,8 @@ TF_dlexp::TF_dlexp(const ExchangeTies& ties, QWidget* parent)
                             ties_.settings);
   ui_->BitBtnDatei->setDefault(true);
   ui_->BitBtnDatei->setFocus();
-  ShowWarnings();
   ShowSentence();
-  GrowToContent(*this);
+  ShowWarnings();
 }
 
 TF_dlexp::~TF_dlexp() = default;
@@ -64,6 +63,7 @@ void TF_dlexp::ShowWarnings() {
   for (SeparatorField* second : {card_, quote_}) {
     second->Warn(separator && second->value() ? FaultOf(*separator, *second->value()) : SeparatorFault::None);
   }
+  GrowToContent(*this);
 }
 
 void TF_dlexp::ShowSentence() {
@@ -101,6 +101,7 @@ void TF_dlexp::BitBtnDateiClick() {
   path_ = path;
   ui_->EditDatei->setText(FromPath(path_));
   ShowSentence();
+  GrowToContent(*this);
   ShowSpace();
   EnableWays(true);
   ui_->BitBtnNormal->setFocus();

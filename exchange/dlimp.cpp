@@ -68,6 +68,7 @@ void TF_dlimp::ShowWarnings() {
     const bool same = second->value() && second->value() == field_->value();
     second->Warn(same ? SeparatorFault::Same : SeparatorFault::None);
   }
+  GrowToContent(*this);
 }
 
 void TF_dlimp::BitBtnDateiClick() {
@@ -161,7 +162,8 @@ void TF_dlimp::BitBtnVTrainClick() {
     work.NextStage(u"Karten importieren"_s, static_cast<int64_t>(text_.bytes.size()));
     result = ImportText(ties_.file, text_.bytes, *layout, topic, [&](int64_t done) { return work.GoesOn(done); });
   }
-  EnableWays(true);
+  // What was brought in is not brought in twice by another key press.
+  EnableWays(result.end != ImportEnd::Done);
   TellTextImport(result);
 }
 
@@ -220,7 +222,7 @@ void TF_dlimp::Replace(const TableLayout& layout) {
     result = ReplaceByTable(ties_.disk, ties_.file.paths(), text_.bytes, layout, table_check_,
                             [&](int64_t done) { return work.GoesOn(done); });
   }
-  EnableWays(true);
+  EnableWays(result.end != ImportEnd::Done);
   if (result.end == ImportEnd::Cancelled) return Say(u"Abgebrochen, die Kartei ist wie zuvor"_s);
   if (result.end != ImportEnd::Done) {
     return ties_.messages.Error(this, u"Die Kartei konnte nicht geschrieben werden.\nSie ist wie zuvor."_s);

@@ -16,6 +16,7 @@
 #include "widgets/long_work.h"
 #include "widgets/side_look.h"
 #include "widgets/text.h"
+#include "widgets/window_place.h"
 
 namespace tessaro {
 namespace {
@@ -102,6 +103,7 @@ void TF_dlimp::Preview() {
   if (!text_check_.backslash_pairs) ui_->CheckBoxPaare->setChecked(false);
   ShowGuess();
   ShowPreview();
+  GrowToContent(*this);
 }
 
 void TF_dlimp::ShowPreview() {

@@ -139,6 +139,23 @@ TEST_F(ExchangeDialogs, ImportShowsWhatWouldComeAndBringsItIn) {
   EXPECT_EQ(file.cards().Peek(file.columns().question, 4), "dog");
   EXPECT_EQ(kept, 1);
   EXPECT_EQ(Status(u"StatusBarImport"_s), u"3 Karten importiert"_s);
+  EXPECT_FALSE(Find<QPushButton>(u"BitBtnVTrain"_s).isEnabled()) << "once is enough";
+}
+
+TEST_F(ExchangeDialogs, TextsAreWholeInLargeLettersWithAWarningToo) {
+  const QFont before = QApplication::font();
+  QFont large = before;
+  large.setPointSizeF(before.pointSizeF() * 1.5);
+  QApplication::setFont(large);
+  Show<TF_dlexp>();
+  Type(u"EditVH"_s, u"n"_s);
+  QTest::qWait(20);
+  for (const QLabel* label : dialog->findChildren<QLabel*>()) {
+    if (!label->isVisible()) continue;
+    const int needed = label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
+    EXPECT_GE(label->height(), needed) << label->text().toStdString();
+  }
+  QApplication::setFont(before);
 }
 
 TEST_F(ExchangeDialogs, ImportThatCannotBeReadSaysSoAndChangesNothing) {
