@@ -103,6 +103,7 @@ void CopiedDeck::AddNew(int count) {
   const std::string score = ScoreText(0);
   CardCommand command;
   std::vector<std::string> ids;
+  ids.reserve(static_cast<size_t>(count));
   for (int i = 0; i < count; ++i) ids.push_back(copy_->IssueId());
   for (const std::string& id : ids) {
     command.InsertBehind(CardReader(*copy_).LastCardRow(), {{columns.id, id},

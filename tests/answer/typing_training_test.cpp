@@ -124,6 +124,7 @@ TEST(TypingTraining, LineEndsAndBlanksAtTheBeginningAreThoseOfTheText) {
   EXPECT_EQ(training.Change("  a", 1).mark, 1U);
   EXPECT_EQ(training.Change("a\r\n", 2).mark, 2U);
   EXPECT_EQ(training.Change("a\r\nb", 3).mark, 3U);
+  EXPECT_EQ(training.Change("a\rx", 3).mark, 2U) << "what stands behind a carriage return is part of the line end";
   EXPECT_EQ(training.Change("a ", 4).expected, '\n');
   training.Begin("ab ", {});
   EXPECT_EQ(training.Change("ab ", 1).verdict, TypingVerdict::Finished);
