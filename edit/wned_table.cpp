@@ -1,6 +1,7 @@
 // The table of the editor's commands, and the menus and tool bars that are made of it.
 
 #include <QComboBox>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QShortcut>
