@@ -103,6 +103,36 @@ TEST(Recall, ReadsEveryFormOfAHistory) {
   }
 }
 
+// The values one by one, each from the whole history.
+TEST(Recall, TraceIsThatOfTheHistoryByHand) {
+  std::mt19937 dice(3);
+  for (int round = 0; round < 2000; ++round) {
+    std::vector<TestAnswer> answers;
+    int64_t time = kNow - 300 * kDay;
+    for (auto left = 1 + dice() % 12; left > 0; --left) {
+      answers.push_back({time, dice() % 3 == 0 ? 'f' : 'w'});
+      time += static_cast<int64_t>(dice() % (20 * kDay)) - 2 * kDay;
+    }
+    const MemoryTrace trace = TraceOf(SeriesOf(CardWith(answers)));
+    double proved = answers[0].letter == 'w' ? 0.10 : 0.05;
+    double longest = 0;
+    int streak = answers[0].letter == 'w' ? 1 : 0;
+    for (size_t i = 1; i < answers.size(); ++i) {
+      const bool known = answers[i].letter == 'w';
+      const double gap = std::max(static_cast<double>(answers[i].time - answers[i - 1].time) / kDay, 0.0);
+      proved = known ? proved + gap : std::max(proved / 2, 0.0001);
+      if (!known) longest = 0;
+      if (known && answers[i - 1].letter == 'w') longest = std::max(longest, gap);
+      streak = known ? streak + 1 : 0;
+    }
+    // An oldest time after its successor is dropped before anything is followed.
+    if (answers.size() > 2 && answers[0].time > answers[1].time) continue;
+    ASSERT_NEAR(trace.proved, proved, 1e-9);
+    ASSERT_NEAR(trace.longest, longest, 1e-9);
+    ASSERT_EQ(trace.streak, streak);
+  }
+}
+
 // Also of decks that push a slope up: those whose cards are known the better the longer they were left alone.
 TEST(Recall, NeverRisesWithTime) {
   std::vector<RecallWeights> all_weights = {kStandardWeights};
