@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "platform/eight_digits.h"
+
 namespace tessaro {
 namespace {
 
@@ -30,11 +32,26 @@ void AppendNumbers(const AnswerTimes& times, size_t count, std::string& text) {
   }
 }
 
+// Takes a time of ten digits, as all have been since 2001, without looking for its end first. False, and the text as it
+// was, when it begins with anything else.
+bool TakeUsualTime(std::string_view& text, int64_t& time) {
+  constexpr size_t kDigits = 10;
+  uint64_t eight = 0;
+  if (text.size() <= kDigits || text[kDigits] != ' ' || !ReadEightDigits(text.data(), eight)) return false;
+  const auto ninth = static_cast<unsigned char>(text[8] - '0');
+  const auto tenth = static_cast<unsigned char>(text[9] - '0');
+  if (ninth > 9 || tenth > 9 || eight == 0) return false;
+  time = static_cast<int64_t>(eight * 100 + ninth * 10U + tenth);
+  text.remove_prefix(kDigits + 1);
+  return true;
+}
+
 enum class Until { Last, FirstEmpty };
 
 AnswerHistory Parse(std::string_view time_row, std::string_view yes_no_row, Until until) {
   AnswerHistory history;
   for (size_t slot = 0; slot < history.times.size(); ++slot) {
+    if (TakeUsualTime(time_row, history.times[slot])) continue;
     const size_t blank = time_row.find(' ');
     history.times[slot] = LeadingNumber(time_row.substr(0, blank));
     if (blank == std::string_view::npos || (until == Until::FirstEmpty && history.times[slot] == 0)) break;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cards/card_reader.h"
 #include "outlook/counted_cards.h"
 
 namespace tessaro {

@@ -43,6 +43,8 @@ const CardTrace* DeckOutlook::TraceOf(int row) const {
 OutlookReading::OutlookReading(const CardFile& file, int64_t now, const LocalDays& days)
     : file_(file), days_(days), rows_(file.cards().RowCount()), next_row_(kFirstCardRow) {
   deck_.now = now;
+  // Growing step by step would copy tens of megabytes within one step.
+  deck_.answered.reserve(static_cast<size_t>(std::max(rows_, 0)));
 }
 
 bool OutlookReading::Step(int count) {
@@ -53,9 +55,9 @@ bool OutlookReading::Step(int count) {
 }
 
 void OutlookReading::Read(int row) {
-  const CardReader cards(file_);
-  if (!IsCounted(cards, row)) return;
-  const AnswerSeries series = ReadAnswers(cards.TimeRow(row), cards.YesNoRow(row));
+  CountedCards cards(file_);
+  if (!cards.Find(row)) return;
+  const AnswerSeries series = cards.Answers();
   if (series.count == 0) {
     deck_.new_rows.push_back(row);
     return;
@@ -67,7 +69,7 @@ void OutlookReading::Read(int row) {
   deck_.answered.push_back({TraceOf(series), row});
   samples_.AddCard(series);
   CountAnswers(series);
-  CountCost(row, cards.TimeLearned(row), series.count);
+  CountCost(row, cards.TimeLearned(), series.count);
 }
 
 void OutlookReading::CountAnswers(const AnswerSeries& series) {

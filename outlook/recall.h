@@ -12,15 +12,15 @@
 namespace tessaro {
 
 struct StoredAnswer {
-  int64_t time = 0;  // seconds since 1970
-  bool known = false;
+  int64_t time;  // seconds since 1970
+  bool known;
 };
 
 // The answers that a card's columns hold, the oldest first. They end at the first time that is none and at the first
 // letter that is neither "w" nor "f". The times may fall.
 struct AnswerSeries {
   int count = 0;
-  std::array<StoredAnswer, kHistoryLength> answers;
+  std::array<StoredAnswer, kHistoryLength> answers;  // of value are the first `count`
 
   const StoredAnswer* begin() const { return answers.data(); }
   const StoredAnswer* end() const { return answers.data() + count; }

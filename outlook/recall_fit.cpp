@@ -10,6 +10,7 @@ namespace {
 constexpr double kPull = 400;  // the ridge: half of it times the squared distance is taken off the likelihood
 constexpr double kSmallStep = 1e-6;
 constexpr int kMostSweeps = 12;
+constexpr size_t kPart = 64;  // samples that are looked at together
 
 // Solves curvature x = gradient, a positive definite system given by its lower triangle, by Cholesky's method.
 RecallTerms SolveSystem(std::array<RecallTerms, kRecallTerms> rows, RecallTerms x) {
@@ -31,9 +32,27 @@ RecallTerms SolveSystem(std::array<RecallTerms, kRecallTerms> rows, RecallTerms 
   return x;
 }
 
+// One row of the lower triangle: its sums stay in registers while the samples go by.
+template <size_t kRow>
+void AddRow(std::span<const FitSample> part, const std::array<double, kPart>& errors,
+            const std::array<double, kPart>& spreads, double& gradient, RecallTerms& curvature) {
+  std::array<double, kRow + 1> sums;
+  std::copy_n(curvature.begin(), sums.size(), sums.begin());
+  double slope = gradient;
+  for (size_t k = 0; k < part.size(); ++k) {
+    const RecallTerms& terms = part[k].terms;
+    slope += errors[k] * terms[kRow];
+    const double weighted = spreads[k] * terms[kRow];
+    for (size_t j = 0; j <= kRow; ++j) sums[j] += weighted * terms[j];
+  }
+  gradient = slope;
+  std::copy(sums.begin(), sums.end(), curvature.begin());
+}
+
 }  // namespace
 
 void FitSamples::AddCard(const AnswerSeries& series, int64_t before) {
+  if (number_ == 0) samples_.reserve(kMostSamples + kHistoryLength);
   const uint32_t number = number_++;
   const bool taken = number % every_ == 0;
   const size_t first = samples_.size();
@@ -70,8 +89,12 @@ RecallFit::RecallFit(std::vector<FitSample> samples) : samples_(std::move(sample
 
 bool RecallFit::Step(size_t samples) {
   if (done_) return false;
-  const size_t end = std::min(next_ + samples, samples_.size());
-  for (; next_ < end; ++next_) Accumulate(samples_[next_]);
+  const size_t end = next_ + std::min(samples, samples_.size() - next_);
+  while (next_ < end) {
+    const std::span part = std::span(samples_).subspan(next_, std::min(end - next_, kPart));
+    Accumulate(part);
+    next_ += part.size();
+  }
   if (next_ == samples_.size()) EndSweep();
   return !done_;
 }
@@ -82,18 +105,25 @@ const RecallWeights& RecallFit::Solve() {
   return weights_;
 }
 
-void RecallFit::Accumulate(const FitSample& sample) {
-  double z = 0;
-  for (size_t i = 0; i < kRecallTerms; ++i) z += weights_[i] * sample.terms[i];
-  const double likely = 1 / (1 + std::exp(-z));
-  const double error = (sample.known ? 1 : 0) - likely;
-  const double spread = likely * (1 - likely);
-  sums_.objective += std::min(sample.known ? z : -z, 0.0) - std::log1p(std::exp(-std::abs(z)));
-  for (size_t i = 0; i < kRecallTerms; ++i) {
-    sums_.gradient[i] += error * sample.terms[i];
-    const double weighted = spread * sample.terms[i];
-    for (size_t j = 0; j <= i; ++j) sums_.curvature[i][j] += weighted * sample.terms[j];
+void RecallFit::Accumulate(std::span<const FitSample> part) {
+  std::array<double, kPart> errors;
+  std::array<double, kPart> spreads;
+  double product = 1;
+  for (size_t k = 0; k < part.size(); ++k) {
+    double z = 0;
+    for (size_t i = 0; i < kRecallTerms; ++i) z += weights_[i] * part[k].terms[i];
+    const double tail = std::exp(-std::abs(z));
+    const double likely = (z < 0 ? tail : 1) / (1 + tail);
+    errors[k] = (part[k].known ? 1 : 0) - likely;
+    spreads[k] = likely * (1 - likely);
+    sums_.objective += std::min(part[k].known ? z : -z, 0.0);
+    product *= 1 + tail;
   }
+  sums_.objective -= std::log(product);
+  const auto add_rows = [&]<size_t... kRow>(std::index_sequence<kRow...> /*rows*/) {
+    (AddRow<kRow>(part, errors, spreads, sums_.gradient[kRow], sums_.curvature[kRow]), ...);
+  };
+  add_rows(std::make_index_sequence<kRecallTerms>());
 }
 
 void RecallFit::AddPull() {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -65,7 +66,7 @@ class RecallFit {
     RecallTerms gradient{};
     std::array<RecallTerms, kRecallTerms> curvature{};  // the lower triangle; negative of the second derivatives
   };
-  void Accumulate(const FitSample& sample);
+  void Accumulate(std::span<const FitSample> part);
   void AddPull();
   void EndSweep();
   void Propose();
