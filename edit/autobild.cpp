@@ -28,6 +28,10 @@ TF_autobild::TF_autobild(CardFile& file, CommandStack& commands, Messages& messa
 
 TF_autobild::~TF_autobild() = default;
 
+QString TF_autobild::told() const {
+  return ui_->StatusPanel->text();
+}
+
 void TF_autobild::BitBtnBilderClick() {
   if (!IsPictureTemplate(CardReader(file_).Question(row_))) {
     return messages_.Information(this, u"Vorlagekarte ohne Musterbild,\nbitte auf Vollständigkeit prüfen!"_s);

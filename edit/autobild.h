@@ -24,6 +24,9 @@ class TF_autobild : public QDialog {
               std::function<std::string(const QString& path)> name_of, QWidget* parent);
   ~TF_autobild() override;
 
+  // What the user was told last; empty: nothing was done.
+  QString told() const;
+
  private:
   void BitBtnBilderClick();
 

@@ -74,6 +74,10 @@ TF_autolink::TF_autolink(CardFile& file, CommandStack& commands, const OverviewM
 
 TF_autolink::~TF_autolink() = default;
 
+QString TF_autolink::told() const {
+  return ui_->StatusPanel->text();
+}
+
 OverviewSymbols TF_autolink::Symbols() const {
   return {ToBytes(ui_->EditEinzel->text()).value_or(""), ToBytes(ui_->EditGruppe->text()).value_or("")};
 }

@@ -34,6 +34,8 @@ class TF_autolink : public QDialog {
 
   // Where the overview that was made last begins; 0: none was made.
   int start_row() const { return start_row_; }
+  // What the user was told last; empty: nothing was done.
+  QString told() const;
 
  private:
   OverviewSymbols Symbols() const;

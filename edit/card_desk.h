@@ -64,6 +64,8 @@ class CardDesk : private CardWatcher {
   int MarkedRow(size_t mark) const { return marks_[mark]; }
   // The row of the card with this number that links can lead to; 0: none.
   int TargetRow(int64_t id) const;
+  // Whether the link index leads to the card with this number, if there is one. It always should.
+  bool IndexLeadsTo(int64_t id) const { return file_.link_index().RowOfId(id) == file_.RowOfId(id); }
 
   // Writes the sides as they are shown, where they were changed. Moved: the card does not stand where it was taken up;
   // nothing is written, StoreById can.

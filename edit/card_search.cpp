@@ -61,23 +61,25 @@ CardSearch::CardSearch(const SearchQuery& query)
       mode_(query.mode),
       sides_(query.sides) {}
 
-std::optional<int> CardSearch::LineOf(const TextFinder& finder, const Sides& sides) {
-  for (const std::string_view side : sides) {
+std::optional<FoundText> CardSearch::Find(const TextFinder& finder, const Sides& sides) {
+  for (const EditSide name : {EditSide::Front, EditSide::Back}) {
+    const std::string_view side = sides[name == EditSide::Front ? 0 : 1];
     const size_t at = finder.Find(side);
-    if (at != kNowhere)
-      return 1 + static_cast<int>(std::count(side.begin(), side.begin() + static_cast<int>(at), '\n'));
+    if (at == kNowhere) continue;
+    const auto lines_before = std::count(side.begin(), side.begin() + static_cast<std::ptrdiff_t>(at), '\n');
+    return FoundText{name, {at, finder.size()}, static_cast<int>(lines_before) + 1};
   }
   return std::nullopt;
 }
 
-std::optional<int> CardSearch::Match(std::string_view front, std::string_view back) const {
+std::optional<FoundText> CardSearch::Match(std::string_view front, std::string_view back) const {
   const Sides sides = {sides_ == SearchSides::Back ? std::string_view() : front,
                        sides_ == SearchSides::Front ? std::string_view() : back};
-  const std::optional<int> first = LineOf(first_, sides);
+  const std::optional<FoundText> first = Find(first_, sides);
   if (second_.empty()) return first;
-  if (mode_ == SearchMode::Or) return first ? first : LineOf(second_, sides);
+  if (mode_ == SearchMode::Or) return first ? first : Find(second_, sides);
   if (!first) return std::nullopt;
-  const bool second = LineOf(second_, sides).has_value();
+  const bool second = Find(second_, sides).has_value();
   return second == (mode_ == SearchMode::And) ? first : std::nullopt;
 }
 
@@ -96,10 +98,10 @@ SearchResult SearchCards(const CardFile& file, const CardSearch& search, int fir
     std::array<std::string_view, 2> sides;
     file.cards().Expect(row + CardTable::kAhead);
     file.cards().PeekAll(row, columns, sides);
-    const std::optional<int> line = search.Match(sides[0], sides[1]);
-    if (!line) continue;
+    const std::optional<FoundText> found = search.Match(sides[0], sides[1]);
+    if (!found) continue;
     result.row = row;
-    result.line = *line;
+    result.line = found->line;
     break;
   }
   return result;

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "edit/keep_going.h"
+#include "edit/markup_tools.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {
@@ -27,6 +28,7 @@ class TextFinder {
  public:
   TextFinder(std::string_view text, bool ignore_case);
   bool empty() const { return text_.empty(); }
+  size_t size() const { return text_.size(); }
   // Where the text begins; npos when it is not there, and for an empty one.
   size_t Find(std::string_view in) const;
 
@@ -38,19 +40,27 @@ class TextFinder {
   size_t rarest_ = 0;  // the byte of the text that is looked for first
 };
 
+// The text for which a card was found: of the first chosen side that holds the first text, or when none does, the
+// second.
+struct FoundText {
+  EditSide side = EditSide::Front;
+  SideSelection text;
+  int line = 0;  // of the side, counted from 1
+  bool operator==(const FoundText&) const = default;
+};
+
 // A query, ready to be put to cards.
 class CardSearch {
  public:
   explicit CardSearch(const SearchQuery& query);
   // False: with these texts nothing is to be searched for. Without a first text only "or" can search, for the second.
   bool Possible() const { return !first_.empty(); }
-  // Whether the chosen sides together match. Nothing when not; else the line, counted from 1, of the first chosen side
-  // that holds the first text, or when none does, the second.
-  std::optional<int> Match(std::string_view front, std::string_view back) const;
+  // Whether the chosen sides together match; nothing when not.
+  std::optional<FoundText> Match(std::string_view front, std::string_view back) const;
 
  private:
   using Sides = std::array<std::string_view, 2>;
-  static std::optional<int> LineOf(const TextFinder& finder, const Sides& sides);
+  static std::optional<FoundText> Find(const TextFinder& finder, const Sides& sides);
 
   TextFinder first_;
   TextFinder second_;
@@ -60,7 +70,7 @@ class CardSearch {
 
 struct SearchResult {
   int row = 0;   // of the card table; 0 = nothing more was found
-  int line = 0;  // see CardSearch::Match
+  int line = 0;  // see FoundText
   int examined = 0;
   bool cancelled = false;
 };

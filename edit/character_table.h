@@ -3,11 +3,10 @@
 #include <string>
 #include <string_view>
 
+#include "edit/markup_tools.h"
 #include "store/file/ini_file.h"
 
 namespace tessaro {
-
-enum class EditSide { Front, Back };
 
 // The cells of the table of characters, one byte each, at first the printable characters that no key of a keyboard
 // shows. A blank is an empty cell.

@@ -45,6 +45,7 @@ void CommandStack::Push(Entry entry) {
   while (bytes_ > limit_ && !undo_.empty()) {
     bytes_ -= undo_.front().Bytes();
     undo_.pop_front();
+    forgotten_ = undo_.empty() ? Forgotten::All : Forgotten::Oldest;
   }
 }
 

@@ -4,6 +4,7 @@
 #include <deque>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cards/card_edit.h"
@@ -62,6 +63,9 @@ class CommandStack : private CardWatcher {
   std::optional<Moved> Undo();
   std::optional<Moved> Redo();
   size_t MemoryBytes() const { return bytes_; }
+  // Whether the memory did not hold all commands since this was asked last: what was forgotten.
+  enum class Forgotten { Nothing, Oldest, All };
+  Forgotten TakeForgotten() { return std::exchange(forgotten_, Forgotten::Nothing); }
 
  private:
   struct Landmarks {
@@ -98,6 +102,7 @@ class CommandStack : private CardWatcher {
   std::optional<Landmarks> kept_settings_;
   int text_row_ = 0;  // of the text change that is not yet sealed
   bool applying_ = false;
+  Forgotten forgotten_ = Forgotten::Nothing;
 };
 
 }  // namespace tessaro

@@ -4,10 +4,31 @@ using namespace Qt::StringLiterals;
 
 namespace tessaro {
 
+QString FirstCardText() {
+  return u"Sie sehen hier die erste leere Karte, weitere Leerkarten erhalten Sie durch Anklicken des "
+         u"Leerkartensymbols (links über dem Symbol \"Ausschneiden\")"_s;
+}
+
 QString EmptySideHint(bool front_empty, bool back_empty, int position) {
   if (front_empty && back_empty) return u"Hinweis: leere Karte an Pos. %1"_s.arg(position);
   if (front_empty) return u"Hinweis: leere Vorderseite an Pos. %1"_s.arg(position);
   if (back_empty) return u"Hinweis: leere Rückseite an Pos. %1"_s.arg(position);
+  return {};
+}
+
+QString EmptySidesHint(int position) {
+  return u"Hinweis: leere Seite(n) bei Karte an Pos. %1"_s.arg(position);
+}
+
+QString ForgottenText(CommandStack::Forgotten forgotten) {
+  switch (forgotten) {
+    case CommandStack::Forgotten::Nothing:
+      break;
+    case CommandStack::Forgotten::Oldest:
+      return u"Die ältesten Kartenbefehle lassen sich nicht mehr zurücknehmen: Der Speicher dafür ist voll"_s;
+    case CommandStack::Forgotten::All:
+      return u"Dieser Kartenbefehl und die älteren lassen sich nicht zurücknehmen: Der Speicher dafür reicht nicht"_s;
+  }
   return {};
 }
 

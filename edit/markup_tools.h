@@ -7,6 +7,8 @@
 // What the tools of the card editor do to a card side. A side is bytes in code page 1252, with line feeds.
 namespace tessaro {
 
+enum class EditSide { Front, Back };
+
 // A run of bytes of a side; `length` 0 is a caret. Both are kept within the side by those who take one.
 struct SideSelection {
   size_t begin = 0;

@@ -110,21 +110,50 @@ std::string SideField::Side() const {
   return ToBytes(text).value_or(std::string());
 }
 
+QTextCursor SideField::CursorAt(SideSelection selection) const {
+  QTextCursor cursor(document());
+  cursor.setPosition(static_cast<int>(selection.begin));
+  cursor.setPosition(static_cast<int>(selection.begin + selection.length), QTextCursor::KeepAnchor);
+  return cursor;
+}
+
 SideSelection SideField::Selection() const {
   const QTextCursor cursor = textCursor();
   return {static_cast<size_t>(cursor.selectionStart()),
           static_cast<size_t>(cursor.selectionEnd() - cursor.selectionStart())};
 }
 
+void SideField::Select(SideSelection selection) {
+  setTextCursor(CursorAt(selection));
+  ensureCursorVisible();
+}
+
 void SideField::Apply(const SideEdit& edit) {
-  QTextCursor cursor(document());
-  cursor.setPosition(static_cast<int>(edit.removed.begin));
-  cursor.setPosition(static_cast<int>(edit.removed.begin + edit.removed.length), QTextCursor::KeepAnchor);
-  cursor.insertText(FromBytes(edit.inserted));
-  cursor.setPosition(static_cast<int>(edit.selection.begin));
-  cursor.setPosition(static_cast<int>(edit.selection.begin + edit.selection.length), QTextCursor::KeepAnchor);
-  setTextCursor(cursor);
+  CursorAt(edit.removed).insertText(FromBytes(edit.inserted));
+  Select(edit.selection);
   setFocus();
+}
+
+void SideField::PutTag(std::string_view tag) {
+  Apply(InsertTag(Side(), Selection(), tag));
+}
+
+void SideField::Enclose(std::string_view open, std::string_view close) {
+  Apply(EncloseInTags(Side(), Selection(), open, close));
+}
+
+void SideField::PutAtStart(std::string_view tag) {
+  Apply(InsertAtStart(Side(), Selection(), tag));
+}
+
+void SideField::Replace(std::string_view text) {
+  Apply({{0, Side().size()}, std::string(text), {}});
+}
+
+void SideField::TransferBreaks() {
+  const std::string text = Side();
+  const std::string broken = TransferLineBreaks(text);
+  if (broken != text) Apply({{0, text.size()}, broken, {broken.size(), 0}});
 }
 
 void SideField::SetIsCard(std::function<bool(int64_t number)> is_card) {

@@ -27,8 +27,18 @@ class SideField : public QPlainTextEdit {
   // The same text as it was typed, no-break spaces included.
   std::string Side() const;
   SideSelection Selection() const;
-  // One step for taking back.
-  void Apply(const SideEdit& edit);
+  // Marks these bytes and brings them into view.
+  void Select(SideSelection selection);
+
+  // The tools of the editor, each one step for taking back.
+  // A tag in the place of the selection, a pair around it, a tag before all of the text.
+  void PutTag(std::string_view tag);
+  void Enclose(std::string_view open, std::string_view close);
+  void PutAtStart(std::string_view tag);
+  // All of the text becomes another, the caret before it.
+  void Replace(std::string_view text);
+  // See TransferLineBreaks.
+  void TransferBreaks();
   // Says whether a card has this number; links to others are underlined.
   void SetIsCard(std::function<bool(int64_t number)> is_card);
   // Looks anew at which links lead somewhere.
@@ -50,6 +60,8 @@ class SideField : public QPlainTextEdit {
   void insertFromMimeData(const QMimeData* source) override;
 
  private:
+  QTextCursor CursorAt(SideSelection selection) const;
+  void Apply(const SideEdit& edit);
   void TextChanged();
   void LeaveOutForeign();
 

@@ -6,7 +6,6 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QHeaderView>
-#include <QScrollBar>
 
 #include "cards/card_reader.h"
 #include "cards/link_state.h"
@@ -20,7 +19,6 @@
 #include "ui_wned.h"
 #include "widgets/long_work.h"
 #include "widgets/messages.h"
-#include "widgets/side_look.h"
 #include "widgets/text.h"
 #include "widgets/theme.h"
 #include "widgets/window_place.h"
@@ -31,11 +29,14 @@ namespace tessaro {
 namespace {
 
 constexpr std::string_view kPlaceSuffix = "E";
-constexpr int kLongPreview = 10;  // milliseconds; one that takes longer waits for a pause in the typing
-constexpr int kPreviewDelay = 25;
-constexpr int kStoreDelay = 5000;  // without typing
-constexpr int kWideForBoth = 760;  // pixels of the card's field: both sides beside each other
+constexpr int kStoreDelay = 5000;  // milliseconds without typing
 constexpr int kWideForList = 900;  // pixels of the window: the list of cards beside them
+
+std::unique_ptr<Ui::TF_wned> SetUp(QMainWindow& window) {
+  auto ui = std::make_unique<Ui::TF_wned>();
+  ui->setupUi(&window);
+  return ui;
+}
 
 }  // namespace
 
@@ -45,17 +46,18 @@ TF_wned::TF_wned(CardFile& file, ProgramSettings& settings, const EditorMachine&
       file_(file),
       settings_(settings),
       machine_(machine),
-      ui_(std::make_unique<Ui::TF_wned>()),
+      ui_(SetUp(*this)),
       desk_(file, made),
       model_(new CardModel(file, this)),
-      watch_(file.watchers(), static_cast<CardWatcher&>(*this)) {
-  ui_->setupUi(this);
+      watch_(file.watchers(), static_cast<CardWatcher&>(*this)),
+      sides_(*ui_, machine_.clock),
+      media_(file, settings, machine) {
   MakeStatusLine();
   MakeCommands();
   DressWindow();
   ConnectSides();
   ConnectNavigation();
-  ReadLooks();
+  sides_.ReadLooks(file_, settings_);
   ReadTopics();
   RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
   FitSides();
@@ -64,11 +66,7 @@ TF_wned::TF_wned(CardFile& file, ProgramSettings& settings, const EditorMachine&
   if (desk_.row() == 0) desk_.First();
   ShowCard();
   ActiveText().setFocus();
-  if (first) {
-    ShowStatus(
-        u"Sie sehen hier die erste leere Karte, weitere Leerkarten erhalten Sie durch Anklicken des "
-        u"Leerkartensymbols (links über dem Symbol \"Ausschneiden\")"_s);
-  }
+  if (first) ShowStatus(FirstCardText());
 }
 
 TF_wned::~TF_wned() = default;
@@ -81,10 +79,8 @@ void TF_wned::MakeStatusLine() {
   label_status_.setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   ui_->StatusBar->addWidget(&label_status_, 1);
   ui_->StatusBar->addPermanentWidget(&label_length_);
-  preview_timer_.setSingleShot(true);
   store_timer_.setSingleShot(true);
   store_timer_.setInterval(kStoreDelay);
-  connect(&preview_timer_, &QTimer::timeout, this, &TF_wned::ShowPreview);
   connect(&store_timer_, &QTimer::timeout, this, &TF_wned::KeepTyped);
 }
 
@@ -101,48 +97,36 @@ void TF_wned::DressWindow() {
   ui_->Aufteilung->setStretchFactor(0, 0);
   ui_->Aufteilung->setStretchFactor(1, 1);
   ui_->Aufteilung->setSizes({240, 1000});
-  ui_->PageControlKarte->addTab(u"Vorderseite"_s);
-  ui_->PageControlKarte->addTab(u"Rückseite"_s);
-  ui_->PageControlKarte->setExpanding(false);
-  ui_->PageControlKarte->setFocusPolicy(Qt::NoFocus);
   MakeQuiet(label_length_);
   SetAccent(*ui_->LabelGeloescht, Accent::NotKnown);
 }
 
 void TF_wned::ConnectSides() {
   for (const EditSide side : {EditSide::Front, EditSide::Back}) {
-    SideField& text = TextOf(side);
-    text.SetIsCard([this](int64_t number) { return desk_.TargetRow(number) != 0; });
-    connect(&text, &SideField::SideChanged, this, [this] {
-      preview_timer_.start();
-      store_timer_.start();
-      ShowLength();
-    });
-    connect(&text, &SideField::FocusTaken, this, [this, side] { Activate(side); });
-    connect(&text, &SideField::ForeignLeftOut, this,
-            [this](const QString& left_out) { ShowStatus(ForeignText(left_out)); });
-    connect(&text, &SideField::FilesDropped, this, [this, side](const QStringList& paths) { DropFiles(side, paths); });
-    connect(&text, &SideField::PicturePasted, this,
-            [this, side](const QImage& picture) { PastePicture(side, picture); });
+    sides_.field(side).SetIsCard([this](int64_t number) { return desk_.TargetRow(number) != 0; });
   }
-  for (TFrameHtml* frame : {ui_->TFrameHtmlV, ui_->TFrameHtmlH}) {
-    connect(frame, &TFrameHtml::LinkClicked, this, &TF_wned::FollowLink);
-    frame->SetLinkColours([this](int64_t id) {
-      switch (LinkStateOf(file_, id, ReadParameters(settings_.ini), machine_.clock.Now())) {
-        case LinkState::KnownNotDue:
-          return ColourClass::Green;
-        case LinkState::DueOrWrong:
-          return ColourClass::Red;
-        case LinkState::NeverLearned:
-          break;
-      }
-      return ColourClass::Blue;
-    });
-  }
-  connect(ui_->PageControlKarte, &QTabBar::currentChanged, this, [this](int page) {
-    const EditSide side = page == 0 ? EditSide::Front : EditSide::Back;
-    if (side != active_) Activate(side);
+  sides_.SetLinkColours([this](int64_t id) {
+    switch (LinkStateOf(file_, id, ReadParameters(settings_.ini), machine_.clock.Now())) {
+      case LinkState::KnownNotDue:
+        return ColourClass::Green;
+      case LinkState::DueOrWrong:
+        return ColourClass::Red;
+      case LinkState::NeverLearned:
+        break;
+    }
+    return ColourClass::Blue;
   });
+  connect(&sides_, &EditedSides::Typed, this, [this] {
+    store_timer_.start();
+    ShowLength();
+  });
+  connect(&sides_, &EditedSides::Activated, this, &TF_wned::ShowLength);
+  connect(&sides_, &EditedSides::LinkClicked, this, &TF_wned::FollowLink);
+  connect(&sides_, &EditedSides::ForeignLeftOut, this,
+          [this](const QString& left_out) { ShowStatus(ForeignText(left_out)); });
+  connect(&sides_, &EditedSides::FilesDropped, this, &TF_wned::DropFiles);
+  connect(&sides_, &EditedSides::PicturePasted, this,
+          [this](const QImage& picture) { InsertMedia(media_.PastedTag(picture, desk_.id(), this)); });
 }
 
 void TF_wned::ConnectNavigation() {
@@ -155,41 +139,17 @@ void TF_wned::ConnectNavigation() {
   connect(ui_->SpeedButtonGoto, &QAbstractButton::clicked, this, &TF_wned::SpeedButtonGoto);
   connect(ui_->SpeedButtonMarke1, &QAbstractButton::clicked, this, [this] { SpeedButtonMarke(0); });
   connect(ui_->SpeedButtonMarke2, &QAbstractButton::clicked, this, [this] { SpeedButtonMarke(1); });
-  connect(ui_->SpeedButtonGoMarke1, &QAbstractButton::clicked, this, [this] { SpeedButtonGoMarke(0); });
-  connect(ui_->SpeedButtonGoMarke2, &QAbstractButton::clicked, this, [this] { SpeedButtonGoMarke(1); });
-}
-
-MediaFolders TF_wned::Folders() const {
-  return {file_.paths().cards.parent_path(), MediaFolder()};
-}
-
-std::filesystem::path TF_wned::MediaFolder() const {
-  // An absolute path stands for itself.
-  return file_.paths().cards.parent_path() / ToPath(FromBytes(settings_.ini.GetString("MEDIA", "Folder", "Medien")));
-}
-
-void TF_wned::ReadLooks() {
-  looks_ = {ReadSideLook(file_.settings(), SideName::Front), ReadSideLook(file_.settings(), SideName::Back)};
-  ui_->TFrameHtmlV->SetMediaFolders(Folders());
-  ui_->TFrameHtmlH->SetMediaFolders(Folders());
-}
-
-void TF_wned::ShowLooks() {
-  for (const EditSide side : {EditSide::Front, EditSide::Back}) {
-    QFont font = looks_[side == EditSide::Front ? 0 : 1].font;
-    font.setStrikeOut(desk_.IsMarked());
-    TextOf(side).setFont(font);
-    TextOf(side).setReadOnly(file_.read_only());
+  for (const size_t mark : {0U, 1U}) {
+    const QAbstractButton* button = mark == 0 ? ui_->SpeedButtonGoMarke1 : ui_->SpeedButtonGoMarke2;
+    connect(button, &QAbstractButton::clicked, this, [this, mark] {
+      Go([this, mark] { return desk_.GoTo(desk_.MarkedRow(mark)); }, u"Keine Karte ist markiert"_s);
+    });
   }
 }
 
 bool TF_wned::MayChange() {
   if (file_.read_only()) machine_.messages.Information(this, ReadOnlyText());
   return desk_.row() != 0 && !file_.read_only();
-}
-
-SideField& TF_wned::TextOf(EditSide side) {
-  return side == EditSide::Front ? *ui_->RichEditKarteVorne : *ui_->RichEditKarteHinten;
 }
 
 void TF_wned::ShowRow(int row) {
@@ -209,28 +169,15 @@ void TF_wned::ShowSides() {
   const bool other = std::exchange(shown_, desk_.id()) != desk_.id();
   for (const EditSide side : {EditSide::Front, EditSide::Back}) {
     const std::string text = desk_.Shown(side);
-    SideField& shown = TextOf(side);
+    SideField& shown = sides_.field(side);
     other || shown.Side() != text ? shown.SetSide(text) : shown.HighlightAnew();
     shown.setEnabled(desk_.row() != 0);
   }
-  ShowLooks();
+  sides_.ShowLooks(desk_.IsMarked(), file_.read_only());
   store_timer_.stop();
-  if (other) ui_->TFrameHtmlV->verticalScrollBar()->setValue(0);
-  if (other) ui_->TFrameHtmlH->verticalScrollBar()->setValue(0);
-  ShowPreview();
+  if (other) sides_.ScrollPreviewToTop();
+  sides_.ShowPreview();
   ShowLength();
-}
-
-void TF_wned::ShowPreview() {
-  const int64_t begin = machine_.clock.Milliseconds();
-  const auto show = [](TFrameHtml& frame, const SideField& text, const SideLook& look) {
-    const int at = frame.verticalScrollBar()->value();
-    frame.ShowSide(text.Side(), look);
-    frame.verticalScrollBar()->setValue(at);
-  };
-  show(*ui_->TFrameHtmlV, *ui_->RichEditKarteVorne, looks_[0]);
-  show(*ui_->TFrameHtmlH, *ui_->RichEditKarteHinten, looks_[1]);
-  preview_timer_.setInterval(machine_.clock.Milliseconds() - begin > kLongPreview ? kPreviewDelay : 0);
 }
 
 void TF_wned::ShowPosition() {
@@ -254,42 +201,25 @@ void TF_wned::ShowLength() {
   label_length_.setText(u"Textlänge: %1 Bytes (Zeichen, Leerzeichen, Zeilenumbrüche)"_s.arg(length));
 }
 
+// Adds what the commands have cost, if something.
 void TF_wned::ShowStatus(const QString& text) {
-  label_status_.setText(text);
-  label_status_.setToolTip(text);
+  const QString forgotten = ForgottenText(desk_.commands().TakeForgotten());
+  const QString shown = forgotten.isEmpty() ? text : text + u". "_s + forgotten;
+  label_status_.setText(shown);
+  label_status_.setToolTip(shown);
 }
 
-void TF_wned::Activate(EditSide side) {
-  active_ = side;
-  ui_->PageControlKarte->setCurrentIndex(side == EditSide::Front ? 0 : 1);
-  FitSides();
-  for (const EditSide one : {EditSide::Front, EditSide::Back}) {
-    QLabel& title = one == EditSide::Front ? *ui_->TitelVorne : *ui_->TitelHinten;
-    QFont font = title.font();
-    font.setBold(one == side);
-    title.setFont(font);
-  }
-  ShowLength();
-}
-
-// Both sides beside each other where there is room, else the active one.
 void TF_wned::FitSides() {
   const bool list = width() >= kWideForList;
   ui_->KartenListe->setVisible(list);
-  const int room = width() - (list ? ui_->KartenListe->width() : 0);
-  const bool both = room >= kWideForBoth;
-  ui_->PageControlKarte->setVisible(!both);
-  ui_->Vorne->setVisible(both || active_ == EditSide::Front);
-  ui_->Hinten->setVisible(both || active_ == EditSide::Back);
-  ui_->TitelVorne->setVisible(both);
-  ui_->TitelHinten->setVisible(both);
+  sides_.Fit(width() - (list ? ui_->KartenListe->width() : 0));
 }
 
 bool TF_wned::StoreSide() {
   store_timer_.stop();
   if (busy_ || desk_.row() == 0) return true;
-  const std::string front = TextOf(EditSide::Front).Side();
-  const std::string back = TextOf(EditSide::Back).Side();
+  const std::string front = sides_.field(EditSide::Front).Side();
+  const std::string back = sides_.field(EditSide::Back).Side();
   busy_ = true;
   StoreOutcome outcome = desk_.Store(front, back);
   if (outcome == StoreOutcome::Moved) {
@@ -303,13 +233,12 @@ bool TF_wned::StoreSide() {
     if (answer == Answer::No) outcome = StoreOutcome::Unchanged;
   }
   busy_ = false;
-  TellStored(outcome);
+  if (outcome == StoreOutcome::Moved) CheckLinkIndex(LeadingNumber(desk_.id()));
+  TellStored(outcome, EmptySideHint(front.empty(), back.empty(), desk_.position()));
   return outcome != StoreOutcome::Failed;
 }
 
-void TF_wned::TellStored(StoreOutcome outcome) {
-  const QString hint =
-      EmptySideHint(TextOf(EditSide::Front).Side().empty(), TextOf(EditSide::Back).Side().empty(), desk_.position());
+void TF_wned::TellStored(StoreOutcome outcome, const QString& hint) {
   if (outcome == StoreOutcome::Failed) ShowStatus(u"Update fehlgeschlagen"_s);
   if (outcome != StoreOutcome::Saved) return;
   const QString saved = u"Änderung in Karte %1 gespeichert"_s.arg(FromBytes(desk_.id()));
@@ -322,19 +251,24 @@ void TF_wned::TellStored(StoreOutcome outcome) {
 void TF_wned::KeepTyped() {
   if (busy_ || LongWork::Running() || QApplication::activeModalWidget() != nullptr) return store_timer_.start();
   busy_ = true;
-  const StoreOutcome outcome = desk_.Store(TextOf(EditSide::Front).Side(), TextOf(EditSide::Back).Side());
+  const std::string front = sides_.field(EditSide::Front).Side();
+  const std::string back = sides_.field(EditSide::Back).Side();
+  const StoreOutcome outcome = desk_.Store(front, back);
   busy_ = false;
-  if (outcome == StoreOutcome::Saved) TellStored(outcome);
+  if (outcome != StoreOutcome::Saved) return;
+  TellStored(outcome, front.empty() || back.empty() ? EmptySidesHint(desk_.position()) : QString());
 }
 
 bool TF_wned::Settle() {
   if (!StoreSide()) return false;
-  const bool removed = !file_.deletion_marks().rows().empty();
+  const int marked = static_cast<int>(file_.deletion_marks().rows().size());
+  const bool all = marked == file_.CardCount();
   busy_ = true;
   const bool done = desk_.RemoveMarked();
   busy_ = false;
   if (!done) machine_.messages.Error(this, u"\nFehler bei der Entfernung\nder markierten Karten."_s);
-  if (removed && done) ShowCard();
+  if (marked > 0 && done) ShowCard();
+  if (all && done) ShowStatus(FirstCardText());
   return done;
 }
 
@@ -389,9 +323,9 @@ void TF_wned::changeEvent(QEvent* event) {
   // Whoever goes to another window finds the card as it was typed. Who comes back may have set other fonts or saved
   // the cards under another name there.
   if (!isActiveWindow()) return KeepTyped();
-  ReadLooks();
-  ShowLooks();
-  ShowPreview();
+  sides_.ReadLooks(file_, settings_);
+  sides_.ShowLooks(desk_.IsMarked(), file_.read_only());
+  sides_.ShowPreview();
   ShowPosition();
 }
 

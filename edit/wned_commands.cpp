@@ -60,8 +60,14 @@ void TF_wned::Do(const std::function<void()>& command) {
   ShowCard();
 }
 
-void TF_wned::Go(bool moved, const QString& otherwise) {
+void TF_wned::Go(const std::function<bool()>& go, const QString& otherwise) {
+  bool moved = true;
+  Do([&] { moved = go(); });
   if (!moved && !otherwise.isEmpty()) ShowStatus(otherwise);
+}
+
+void TF_wned::GoBy(bool (CardDesk::*step)(), const QString& otherwise) {
+  Go([this, step] { return (desk_.*step)(); }, otherwise);
 }
 
 void TF_wned::TellMade(const DeskResult& result, bool empty_card) {
@@ -88,10 +94,6 @@ void TF_wned::MCardSaveToFile() {
   if (!file_.changed()) ShowStatus(u"Alle Karten gespeichert"_s);
 }
 
-void TF_wned::MCardSave() {
-  Do([] {});
-}
-
 void TF_wned::MCardBuildLinkIndex() {
   Do([this] {
     LongWork work(this, machine_.clock);
@@ -103,13 +105,21 @@ void TF_wned::MCardBuildLinkIndex() {
   });
 }
 
+// Asks whether to rebuild the link index where it does not lead to a card that is there, which should not happen.
+void TF_wned::CheckLinkIndex(int64_t card_id) {
+  if (desk_.IndexLeadsTo(card_id)) return;
+  const Answer answer = machine_.messages.Question(this, u"\nLinkindex nicht mehr aktuell.\nJetzt neu aufbauen?"_s,
+                                                   u"Aufbauen"_s, u"Nicht aufbauen"_s, {}, Answer::Yes);
+  if (answer == Answer::Yes) MCardBuildLinkIndex();
+}
+
 void TF_wned::MCardLeer() {
   DeskResult result;
   Do([&] { result = desk_.InsertEmpty(); });
   if (result.outcome == DeskOutcome::NoCard) return;
   TellMade(result, true);
   if (result.outcome != DeskOutcome::Done) return;
-  Activate(EditSide::Front);
+  sides_.Activate(EditSide::Front);
   ActiveText().setFocus();
   ActiveText().selectAll();
 }
@@ -127,9 +137,10 @@ void TF_wned::MCardPaste() {
 
 void TF_wned::MCardCut() {
   DeskResult result;
+  const bool last = file_.CardCount() == 1;
   Do([&] { result = desk_.Cut(); });
   if (result.outcome == DeskOutcome::Done) {
-    ShowStatus(u"Karte %1 ausgeschnitten"_s.arg(FromBytes(result.id)));
+    ShowStatus(last ? FirstCardText() : u"Karte %1 ausgeschnitten"_s.arg(FromBytes(result.id)));
   } else {
     machine_.messages.Error(this, u"\nDelete fehlgeschlagen.\nBitte neu positionieren\nund nochmal versuchen."_s);
   }
@@ -153,46 +164,12 @@ void TF_wned::MCardDelStat() {
   }
 }
 
-void TF_wned::MCommandUndo() {
+void TF_wned::TakeCommand(bool back) {
   std::optional<CommandStack::Moved> moved;
-  Do([&] { moved = desk_.Undo(); });
+  Do([&] { moved = back ? desk_.Undo() : desk_.Redo(); });
   model_->ShowAnew();
-  ShowStatus(moved ? u"Zurückgenommen: %1"_s.arg(NameOf(moved->kind)) : u"Es ist nichts zurückzunehmen"_s);
-}
-
-void TF_wned::MCommandRedo() {
-  std::optional<CommandStack::Moved> moved;
-  Do([&] { moved = desk_.Redo(); });
-  model_->ShowAnew();
-  ShowStatus(moved ? u"Wiederholt: %1"_s.arg(NameOf(moved->kind)) : u"Es ist nichts zu wiederholen"_s);
-}
-
-void TF_wned::MCardGoHome() {
-  Do([this] { desk_.Home(); });
-}
-
-void TF_wned::MCardGoAuto() {
-  Do([this] { Go(desk_.Overview(), u"Es gibt noch keine Gesamtübersicht; das Menü Werkzeuge erstellt sie"_s); });
-}
-
-void TF_wned::MCardGoLastLink() {
-  Do([this] { Go(desk_.GoBack(), u"Kein Linkverweis, zu dem zurückzugehen wäre"_s); });
-}
-
-void TF_wned::MCardTop() {
-  Do([this] { desk_.First(); });
-}
-
-void TF_wned::MCardBottom() {
-  Do([this] { desk_.Last(); });
-}
-
-void TF_wned::MCardGoNext() {
-  Do([this] { Go(desk_.Next(), u"Ende der Kartei"_s); });
-}
-
-void TF_wned::MCardGoBack() {
-  Do([this] { Go(desk_.Previous(), u"Anfang der Kartei"_s); });
+  if (!moved) return ShowStatus(back ? u"Es ist nichts zurückzunehmen"_s : u"Es ist nichts zu wiederholen"_s);
+  ShowStatus((back ? u"Zurückgenommen: %1"_s : u"Wiederholt: %1"_s).arg(NameOf(moved->kind)));
 }
 
 void TF_wned::SpeedButtonGoto() {
@@ -202,10 +179,11 @@ void TF_wned::SpeedButtonGoto() {
   bool is_number = false;
   const int number = text.toInt(&is_number);
   if (!is_number) return ShowStatus(u"Bitte eine Position eingeben, oder mit # davor eine Kartennummer"_s);
-  Do([&] {
-    const bool moved = by_number ? number > 0 && desk_.GoToId(number) : desk_.GoToPosition(number);
-    Go(moved, by_number ? u"Keine Karte hat diese Nummer"_s : u"Diese Position gibt es nicht"_s);
-  });
+  if (by_number) CheckLinkIndex(number);
+  const int before = desk_.row();
+  Go([&] { return by_number ? number > 0 && desk_.GoToId(number) : desk_.GoToPosition(number); },
+     by_number ? u"Keine Karte hat diese Nummer"_s : u"Diese Position gibt es nicht"_s);
+  if (desk_.row() != before) ActiveText().setFocus();
 }
 
 void TF_wned::SpeedButtonMarke(size_t mark) {
@@ -214,12 +192,9 @@ void TF_wned::SpeedButtonMarke(size_t mark) {
   ShowStatus(u"M%1: Karte %2"_s.arg(mark + 1).arg(desk_.position()));
 }
 
-void TF_wned::SpeedButtonGoMarke(size_t mark) {
-  Do([this, mark] { Go(desk_.GoTo(desk_.MarkedRow(mark)), u"Keine Karte ist markiert"_s); });
-}
-
 void TF_wned::FollowLink(int card_id) {
   bool followed = false;
+  CheckLinkIndex(card_id);
   Do([&] { followed = desk_.FollowLink(card_id); });
   if (!followed) machine_.messages.Information(this, TargetMissingText());
 }
@@ -248,17 +223,23 @@ void TF_wned::Search(const std::function<SearchResult(const KeepGoing& keep_goin
     result = search(work.keep_going());
   });
   if (!desk_.query()) return;
-  const bool possible = CardSearch(*desk_.query()).Possible();
+  const CardSearch query(*desk_.query());
+  const bool possible = query.Possible();
   ShowStatus(SearchText(result, possible));
   if (search_window_ != nullptr) search_window_->ShowResult(result, possible);
-  if (result.row != 0) show();
+  if (result.row == 0) return;
+  show();
+  const auto found = query.Match(sides_.field(EditSide::Front).Side(), sides_.field(EditSide::Back).Side());
+  if (!found) return;
+  sides_.Activate(found->side);
+  ActiveText().Select(found->text);
 }
 
 void TF_wned::ShowTable() {
   if (!StoreSide()) return;
   if (table_window_ == nullptr) {
     table_window_ =
-        std::make_unique<TF_wntab>(file_, desk_, settings_, machine_.clock, machine_.messages, looks_, this);
+        std::make_unique<TF_wntab>(file_, desk_, settings_, machine_.clock, machine_.messages, sides_.looks(), this);
     connect(table_window_.get(), &TF_wntab::EditorWanted, this, [this](int row) {
       ShowRow(row);
       show();

@@ -11,8 +11,11 @@
 #include <array>
 #include <string_view>
 
+#include "edit/ed_texts.h"
+#include "edit/side_field.h"
 #include "edit/wned.h"
 #include "widgets/icons.h"
+#include "widgets/messages.h"
 
 using namespace Qt::StringLiterals;
 
@@ -43,6 +46,10 @@ struct EditorCommands {
   };
   static const Command kCommands[];
 
+  template <MediaUse use>
+  static void InsertChosen(TF_wned& editor) {
+    editor.InsertMedia(editor.media_.ChosenTag(use, &editor));
+  }
   static bool OnlyLooks(const Command& command);
   static QAction* Add(TF_wned& editor, QMenu& menu, QToolBar* bar, const Command& command);
 };
@@ -52,8 +59,8 @@ struct EditorCommands {
 const EditorCommands::Command EditorCommands::kCommands[] = {
     {Menu::Card, "MCardSaveToFile", u"Alle Karten ab&speichern (Datenträger)", u"Ctrl+S", RUN(MCardSaveToFile()),
      Bar::Cards, "CardSaveToFile", u"Alle Karten abspeichern (Datenträger)", "save"},
-    {Menu::Card, "MCardSave", u"Karte &zwischenspeichern (normalerweise automatisch)", u"", RUN(MCardSave()),
-     Bar::Cards, "CardSave", u"Karte zwischenspeichern (normalerweise automatisch)", "store", u"", true},
+    {Menu::Card, "MCardSave", u"Karte z&wischenspeichern (normalerweise automatisch)", u"", RUN(Do([] {})), Bar::Cards,
+     "CardSave", u"Karte zwischenspeichern (normalerweise automatisch)", "store", u"", true},
     {Menu::Card, "MCardLeer", u"&Leerkarte einfügen", u"Alt+N", RUN(MCardLeer()), Bar::Cards, "CardLeer",
      u"Leerkarte einfügen", "new"},
     {Menu::Card, "MCardCut", u"Karte &ausschneiden", u"Alt+X", RUN(MCardCut()), Bar::Cards, "CardCut",
@@ -66,9 +73,9 @@ const EditorCommands::Command EditorCommands::kCommands[] = {
      u"Karte löschen (markieren)", "delete"},
     {Menu::Card, "MCardDelStat", u"Statis&tik der Karte löschen", u"", RUN(MCardDelStat()), Bar::Cards, "CardDelStat",
      u"Statistik der Karte löschen", "chart", u"", true},
-    {Menu::Card, "MCommandUndo", u"Kartenbefehl &zurücknehmen", u"Ctrl+Alt+Z", RUN(MCommandUndo()), Bar::Cards,
+    {Menu::Card, "MCommandUndo", u"Kartenbefehl &zurücknehmen", u"Ctrl+Alt+Z", RUN(TakeCommand(true)), Bar::Cards,
      "CommandUndo", u"Letzten Kartenbefehl zurücknehmen", "undo"},
-    {Menu::Card, "MCommandRedo", u"Kartenbefehl wi&ederholen", u"Ctrl+Alt+Shift+Z", RUN(MCommandRedo()), Bar::Cards,
+    {Menu::Card, "MCommandRedo", u"Kartenbefehl wi&ederholen", u"Ctrl+Alt+Shift+Z", RUN(TakeCommand(false)), Bar::Cards,
      "CommandRedo", u"Zurückgenommenen Kartenbefehl wiederholen", "redo", u"", true},
     {Menu::Card, "MCardBuildLinkIndex", u"Link&index nach Cut oder Paste neu aufbauen", u"\tCtrl+L",
      RUN(MCardBuildLinkIndex()), Bar::None, "", u"", "index", u"", true},
@@ -77,19 +84,22 @@ const EditorCommands::Command EditorCommands::kCommands[] = {
     {Menu::Card, "MCardClose", u"Editor schlie&ßen", u"Alt+F4", [](TF_wned& editor) { editor.close(); }, Bar::Cards,
      "BitBtnClose", u"Editor schließen", "close", u"", true},
 
-    {Menu::Go, "MCardGoHome", u"Zur Startkarte (&Home) gehen", u"", RUN(MCardGoHome()), Bar::Cards, "CardGoHome",
-     u"Zur Indexkarte des Hypertextes gehen (Home)", "home"},
-    {Menu::Go, "MCardGoAuto", u"Zur &Gesamtübersicht (View)", u"", RUN(MCardGoAuto()), Bar::Cards, "CardGoAuto",
-     u"Visuelle Gesamtübersicht", "overview"},
-    {Menu::Go, "MCardGoLastLink", u"Zum letzten &Linkverweis zurück (back)", u"", RUN(MCardGoLastLink()), Bar::Cards,
-     "CardGoLastLink", u"Zurück zum letzen Linkverweis (Back)", "back", u"", true},
-    {Menu::Go, "MCardTop", u"Zum Kartei&anfang", u"Ctrl+Home", RUN(MCardTop()), Bar::Cards, "CardTop",
+    {Menu::Go, "MCardGoHome", u"Zur Startkarte (&Home) gehen", u"", RUN(GoBy(&CardDesk::Home)), Bar::Cards,
+     "CardGoHome", u"Zur Indexkarte des Hypertextes gehen (Home)", "home"},
+    {Menu::Go, "MCardGoAuto", u"Zur &Gesamtübersicht (View)", u"",
+     RUN(GoBy(&CardDesk::Overview, u"Es gibt noch keine Gesamtübersicht; das Menü Werkzeuge erstellt sie"_s)),
+     Bar::Cards, "CardGoAuto", u"Visuelle Gesamtübersicht", "overview"},
+    {Menu::Go, "MCardGoLastLink", u"Zum letzten &Linkverweis zurück (back)", u"",
+     RUN(GoBy(&CardDesk::GoBack, u"Kein Linkverweis, zu dem zurückzugehen wäre"_s)), Bar::Cards, "CardGoLastLink",
+     u"Zurück zum letzen Linkverweis (Back)", "back", u"", true},
+    {Menu::Go, "MCardTop", u"Zum Kartei&anfang", u"Ctrl+Home", RUN(GoBy(&CardDesk::First)), Bar::Cards, "CardTop",
      u"Zum Karteianfang", "first"},
-    {Menu::Go, "MCardGoBack", u"&Vorherige Karte anzeigen", u"F4", RUN(MCardGoBack()), Bar::Cards, "CardGoBack",
-     u"Vorherige Karte anzeigen", "previous"},
-    {Menu::Go, "MCardGoNext", u"&Nächste Karte anzeigen", u"F2", RUN(MCardGoNext()), Bar::Cards, "CardGoNext",
-     u"Nächste Karte anzeigen", "following"},
-    {Menu::Go, "MCardBottom", u"Zum Kartei&ende", u"Ctrl+End", RUN(MCardBottom()), Bar::Cards, "CardBottom",
+    {Menu::Go, "MCardGoBack", u"&Vorherige Karte anzeigen", u"F4",
+     RUN(GoBy(&CardDesk::Previous, u"Anfang der Kartei"_s)), Bar::Cards, "CardGoBack", u"Vorherige Karte anzeigen",
+     "previous"},
+    {Menu::Go, "MCardGoNext", u"&Nächste Karte anzeigen", u"F2", RUN(GoBy(&CardDesk::Next, u"Ende der Kartei"_s)),
+     Bar::Cards, "CardGoNext", u"Nächste Karte anzeigen", "following"},
+    {Menu::Go, "MCardBottom", u"Zum Kartei&ende", u"Ctrl+End", RUN(GoBy(&CardDesk::Last)), Bar::Cards, "CardBottom",
      u"Zum Karteiende", "last", u"", true},
     {Menu::Go, "MCardSearch", u"Karte &suchen", u"Ctrl+F", RUN(ShowSearch()), Bar::Cards, "CardSearch", u"Karte suchen",
      "search"},
@@ -97,58 +107,58 @@ const EditorCommands::Command EditorCommands::kCommands[] = {
     {Menu::Go, "MTabelle", u"Übersichts&tabelle aufrufen", u"", RUN(ShowTable()), Bar::Cards, "BitBtnTabelle",
      u"Übersichtstabelle aufrufen", "table"},
 
-    {Menu::Text, "MTextUndo", u"Letzte Aktion &rückgängig", u"Ctrl+Z", RUN(MTextUndo()), Bar::Tags, "TextUndo",
+    {Menu::Text, "MTextUndo", u"Letzte Aktion &rückgängig", u"Ctrl+Z", RUN(ActiveText().undo()), Bar::Tags, "TextUndo",
      u"Letzte Aktion rückgängig", "undo"},
-    {Menu::Text, "MTextRedo", u"Letzte Aktion &wiederholen", u"Ctrl+Shift+Z", RUN(MTextRedo())},
+    {Menu::Text, "MTextRedo", u"Letzte Aktion &wiederholen", u"Ctrl+Shift+Z", RUN(ActiveText().redo())},
     {Menu::Text, "MCardUndo", u"&Alle Änderungen rückgängig", u"", RUN(MCardUndo()), Bar::Tags, "CardUndo",
      u"Alle Änderungen rückgängig", "restore"},
-    {Menu::Text, "MTextClear", u"Kartenseite Text &löschen", u"Ctrl+D", RUN(MTextClear()), Bar::None, "", u"", "", u"",
-     true},
-    {Menu::Text, "MTextCut", u"Text aus&schneiden", u"Ctrl+X", [](TF_wned& editor) { editor.CutText(); }},
-    {Menu::Text, "MTextCopy", u"Text &kopieren", u"Ctrl+C", [](TF_wned& editor) { editor.CopyText(); }},
-    {Menu::Text, "MTextPaste", u"Text &einfügen", u"Ctrl+V", [](TF_wned& editor) { editor.PasteText(); }, Bar::None, "",
+    {Menu::Text, "MTextClear", u"Kartenseite Text &löschen", u"Ctrl+D", RUN(ActiveText().Replace({})), Bar::None, "",
      u"", "", u"", true},
+    {Menu::Text, "MTextCut", u"Text aus&schneiden", u"Ctrl+X", RUN(ActiveText().cut())},
+    {Menu::Text, "MTextCopy", u"Text &kopieren", u"Ctrl+C", RUN(ActiveText().copy())},
+    {Menu::Text, "MTextPaste", u"Text &einfügen", u"Ctrl+V", RUN(ActiveText().paste()), Bar::None, "", u"", "", u"",
+     true},
     {Menu::Text, "MTextSign", u"&Zeichentabelle", u"", RUN(MTextSign()), Bar::Tags, "TextSign", u"Zeichentabelle", "",
      u"Ω"},
-    {Menu::Text, "MTextRegister", u"Karte &Vorder- Rückseite wechseln", u"Ctrl+Y", RUN(MTextRegister()), Bar::Tags,
+    {Menu::Text, "MTextRegister", u"Karte &Vorder- Rückseite wechseln", u"Ctrl+Y", RUN(sides_.TurnOver()), Bar::Tags,
      "TextRegister", u"Karte Vorder- Rückseite wechseln", "turn", u"", true},
 
-    {Menu::Hypertext, "MHtmlBr", u"&Zeilenumbruchmarke <br>", u"Ctrl+R", RUN(InsertTagText(kLineBreakTag)), Bar::Tags,
-     "HtmlBr", u"Neue Zeile <br>", "", u"<br>"},
-    {Menu::Hypertext, "MHtmlBold", u"&Fettschrift", u"Ctrl+B", RUN(Enclose("<b>", "</b>")), Bar::Tags, "HtmlBold",
-     u"Fette Schrift", "", u"F"},
-    {Menu::Hypertext, "MHtmlItalic", u"&Kursivschrift", u"Ctrl+I", RUN(Enclose("<i>", "</i>")), Bar::Tags, "HtmlItalic",
-     u"Kursivschrift", "", u"K"},
-    {Menu::Hypertext, "MHtmlUnderline", u"&Unterstreichung", u"Ctrl+U", RUN(Enclose("<u>", "</u>")), Bar::Tags,
-     "HtmlUnderline", u"Unterstreichung", "", u"U"},
-    {Menu::Hypertext, "MHtmlKleiner", u"Zeichen < als &&lt;", u"", RUN(InsertTagText("&lt;")), Bar::Tags,
+    {Menu::Hypertext, "MHtmlBr", u"&Zeilenumbruchmarke <br>", u"Ctrl+R", RUN(ActiveText().PutTag(kLineBreakTag)),
+     Bar::Tags, "HtmlBr", u"Neue Zeile <br>", "", u"<br>"},
+    {Menu::Hypertext, "MHtmlBold", u"&Fettschrift", u"Ctrl+B", RUN(ActiveText().Enclose("<b>", "</b>")), Bar::Tags,
+     "HtmlBold", u"Fette Schrift", "", u"F"},
+    {Menu::Hypertext, "MHtmlItalic", u"&Kursivschrift", u"Ctrl+I", RUN(ActiveText().Enclose("<i>", "</i>")), Bar::Tags,
+     "HtmlItalic", u"Kursivschrift", "", u"K"},
+    {Menu::Hypertext, "MHtmlUnderline", u"&Unterstreichung", u"Ctrl+U", RUN(ActiveText().Enclose("<u>", "</u>")),
+     Bar::Tags, "HtmlUnderline", u"Unterstreichung", "", u"U"},
+    {Menu::Hypertext, "MHtmlKleiner", u"Zeichen < als &&lt;", u"", RUN(ActiveText().PutTag("&lt;")), Bar::Tags,
      "HtmlErsatzKleiner", u"Ersatzzeichen für <", "", u"<"},
-    {Menu::Hypertext, "MHtmlGroesser", u"Zeichen > als &&gt;", u"", RUN(InsertTagText("&gt;")), Bar::Tags,
+    {Menu::Hypertext, "MHtmlGroesser", u"Zeichen > als &&gt;", u"", RUN(ActiveText().PutTag("&gt;")), Bar::Tags,
      "HtmlErsatzGroesser", u"Ersatzzeichen für >", "", u">", true},
     {Menu::Hypertext, "MHtmlLink", u"Hyper&link auf andere Karte setzen", u"\tCtrl+L", RUN(MHtmlLink()), Bar::Tags,
      "HtmlLink", u"Link auf andere Karteikarte", "link"},
-    {Menu::Hypertext, "MHtmlImage", u"&Grafiken einfügen", u"", RUN(InsertMedia(TF_wned::MediaUse::Picture)), Bar::Tags,
-     "HtmlImage", u"Grafikverweis einfügen", "picture"},
-    {Menu::Hypertext, "MHtmlMedia", u"&Video / Sound einfügen", u"", RUN(InsertMedia(TF_wned::MediaUse::Media)),
-     Bar::Tags, "HtmlMedia", u"Sound und Video, Verweis einfügen", "film"},
-    {Menu::Hypertext, "MRichText", u"&Textbeilage (txt+)", u"", RUN(InsertMedia(TF_wned::MediaUse::TextFile)),
-     Bar::Tags, "TbRichText", u"Textbeilage als Zusatztext zur Karteikarte", "", u"txt+"},
-    {Menu::Hypertext, "MGrafikAnlage", u"Grafik als &Anlage (pic+)", u"",
-     RUN(InsertMedia(TF_wned::MediaUse::PictureFile)), Bar::Tags, "BtGrafikAnlage", u"Grafik als Anlage beifügen", "",
-     u"pic+"},
-    {Menu::Hypertext, "MAvi", u"Video als Anla&ge (avi+)", u"", RUN(InsertMedia(TF_wned::MediaUse::VideoFile)),
-     Bar::Tags, "TbAvi", u"Einfügen einer Video-Anlage", "", u"avi+", true},
+    {Menu::Hypertext, "MHtmlImage", u"&Grafiken einfügen", u"", InsertChosen<MediaUse::Picture>, Bar::Tags, "HtmlImage",
+     u"Grafikverweis einfügen", "picture"},
+    {Menu::Hypertext, "MHtmlMedia", u"&Video / Sound einfügen", u"", InsertChosen<MediaUse::Media>, Bar::Tags,
+     "HtmlMedia", u"Sound und Video, Verweis einfügen", "film"},
+    {Menu::Hypertext, "MRichText", u"&Textbeilage (txt+)", u"", InsertChosen<MediaUse::TextFile>, Bar::Tags,
+     "TbRichText", u"Textbeilage als Zusatztext zur Karteikarte", "", u"txt+"},
+    {Menu::Hypertext, "MGrafikAnlage", u"Grafik als &Anlage (pic+)", u"", InsertChosen<MediaUse::PictureFile>,
+     Bar::Tags, "BtGrafikAnlage", u"Grafik als Anlage beifügen", "", u"pic+"},
+    {Menu::Hypertext, "MAvi", u"V&ideo als Anlage (avi+)", u"", InsertChosen<MediaUse::VideoFile>, Bar::Tags, "TbAvi",
+     u"Einfügen einer Video-Anlage", "", u"avi+", true},
     {Menu::Hypertext, "MHtmlHome", u"Karte als HTML-&Startkarte definieren", u"", RUN(HtmlHome()), Bar::Tags,
      "HtmlHome", u"Karte als Hypertext-Indexkarte (Home) markieren", "home"},
     {Menu::Hypertext, "MHtmlNoLearn", u"Karte als &Navigationskarte markieren", u"", RUN(MarkCard(kNavigationTag)),
      Bar::Tags, "HtmlNoLearn", u"Karte als Navigationskarte (nicht lernbar) definieren", "", u"Nav"},
     {Menu::Hypertext, "MHtmlVis", u"Karte als Startkarte der automatischen Übersicht &markieren", u"", RUN(HtmlAuto()),
      Bar::Tags, "HtmlAuto", u"Karte als Index der automatischen Übersicht definieren", "overview", u"", true},
-    {Menu::Hypertext, "MHtmlInfo", u"Information zu den Hyperte&xtformaten", u"", RUN(MHtmlInfo()), Bar::Tags,
-     "HtmlInfo", u"Information zu den Hypertextformaten", "help"},
+    {Menu::Hypertext, "MHtmlInfo", u"Information zu den Hyperte&xtformaten", u"",
+     RUN(machine_.messages.Information(&editor, FormatsText())), Bar::Tags, "HtmlInfo",
+     u"Information zu den Hypertextformaten", "help"},
 
-    {Menu::Tools, "MHtmlTrans", u"Alle &Zeilenumbruchmarken setzen", u"", RUN(MHtmlTrans()), Bar::Tags, "HtmlTransfer",
-     u"Die sichtbaren Umbrüche der Textzeilen mit HTML-Umruchzeichen versehen", "", u"¶"},
+    {Menu::Tools, "MHtmlTrans", u"Alle &Zeilenumbruchmarken setzen", u"", RUN(ActiveText().TransferBreaks()), Bar::Tags,
+     "HtmlTransfer", u"Die sichtbaren Umbrüche der Textzeilen mit HTML-Umruchzeichen versehen", "", u"¶"},
     {Menu::Tools, "MHtmlTransferAll", u"Zeilenumbruchmarken auf allen &Karten setzen", u"", RUN(MHtmlTransferAll()),
      Bar::None, "", u"", "", u"", true},
     {Menu::Tools, "MHtmlAutoLink", u"&Auswahlübersichten nach Themen u. Reihenfolge", u"", RUN(MHtmlAutoLink())},
@@ -222,7 +232,11 @@ void TF_wned::MakeBoxes(QToolBar& bar) {
   font_size_->setPlaceholderText(u"Größe"_s);
   for (int size = kSmallestFontSize; size <= kLargestFontSize; ++size) font_size_->addItem(QString::number(size));
   font_size_->setCurrentIndex(-1);
-  connect(font_size_, &QComboBox::activated, this, &TF_wned::HtmlFontSize);
+  connect(font_size_, &QComboBox::activated, this, [this](int index) {
+    if (MayChange()) ActiveText().Enclose(FontSizeTag(index + kSmallestFontSize), "</font>");
+    // The same size may be chosen again.
+    font_size_->setCurrentIndex(-1);
+  });
   topics_ = new QComboBox(&bar);
   topics_->setObjectName(u"ComboBoxThema"_s);
   topics_->setEditable(true);

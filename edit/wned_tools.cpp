@@ -9,7 +9,6 @@
 #include "edit/dlnumm.h"
 #include "edit/ed_texts.h"
 #include "edit/landmark_settings.h"
-#include "edit/media_names.h"
 #include "edit/side_field.h"
 #include "edit/topics.h"
 #include "edit/wned.h"
@@ -22,52 +21,22 @@ using namespace Qt::StringLiterals;
 
 namespace tessaro {
 
-void TF_wned::MTextUndo() {
-  ActiveText().undo();
-}
-
-void TF_wned::MTextRedo() {
-  ActiveText().redo();
-}
-
 // Back to what the card was when it was taken up.
 void TF_wned::MCardUndo() {
   for (const EditSide side : {EditSide::Front, EditSide::Back}) {
-    SideField& text = TextOf(side);
-    const std::string now = text.Side();
-    if (now != desk_.Opened(side)) text.Apply({{0, now.size()}, desk_.Opened(side), {0, 0}});
+    if (sides_.field(side).Side() != desk_.Opened(side)) sides_.field(side).Replace(desk_.Opened(side));
   }
   ShowStatus(u"Alle Änderungen rückgängig"_s);
 }
 
-void TF_wned::MTextClear() {
-  ActiveText().Apply({{0, ActiveText().Side().size()}, "", {0, 0}});
-}
-
-void TF_wned::CutText() {
-  ActiveText().cut();
-}
-
-void TF_wned::CopyText() {
-  ActiveText().copy();
-}
-
-void TF_wned::PasteText() {
-  ActiveText().paste();
-}
-
 void TF_wned::MTextSign() {
-  if (sign_window_ == nullptr) {
-    sign_window_ = std::make_unique<TF_wnsign>(settings_, looks_, this);
-    connect(sign_window_.get(), &TF_wnsign::CharacterChosen, this,
-            [this](const QString& character) { InsertTagText(ToBytes(character).value_or(std::string())); });
+  if (sign_window_ == nullptr || !sign_window_->isVisible()) {
+    sign_window_ = std::make_unique<TF_wnsign>(settings_, sides_.looks(), this);
+    connect(sign_window_.get(), &TF_wnsign::CharacterChosen, this, [this](const QString& character) {
+      if (MayChange()) ActiveText().PutTag(ToBytes(character).value_or(std::string()));
+    });
   }
-  sign_window_->Open(active_);
-}
-
-void TF_wned::MTextRegister() {
-  Activate(active_ == EditSide::Front ? EditSide::Back : EditSide::Front);
-  ActiveText().setFocus();
+  sign_window_->Open(sides_.active());
 }
 
 // One key for two commands: in a text it makes a link, elsewhere it builds the link index.
@@ -76,28 +45,10 @@ void TF_wned::LinkOrIndex() {
   in_text ? MHtmlLink() : MCardBuildLinkIndex();
 }
 
-void TF_wned::InsertTagText(std::string_view tag) {
-  if (!MayChange()) return;
-  ActiveText().Apply(InsertTag(ActiveText().Side(), ActiveText().Selection(), tag));
-}
-
-void TF_wned::Enclose(std::string_view open, std::string_view close) {
-  if (!MayChange()) return;
-  ActiveText().Apply(EncloseInTags(ActiveText().Side(), ActiveText().Selection(), open, close));
-}
-
 void TF_wned::MarkCard(std::string_view tag) {
   if (!MayChange()) return;
-  SideField& front = TextOf(EditSide::Front);
-  front.Apply(InsertAtStart(front.Side(), front.Selection(), tag));
+  sides_.field(EditSide::Front).PutAtStart(tag);
   ActiveText().setFocus();
-}
-
-void TF_wned::HtmlFontSize(int index) {
-  if (index < 0) return;
-  Enclose(FontSizeTag(index + kSmallestFontSize), "</font>");
-  // The same size may be chosen again.
-  font_size_->setCurrentIndex(-1);
 }
 
 void TF_wned::ReadTopics() {
@@ -139,14 +90,23 @@ void TF_wned::HtmlAuto() {
       FromBytes(desk_.id())));
 }
 
-void TF_wned::MHtmlInfo() {
-  machine_.messages.Information(this, FormatsText());
+// A tag for a file, if there is one.
+void TF_wned::InsertMedia(const std::string& tag) {
+  if (tag.empty() || !MayChange()) return;
+  // The file may be new in its folder.
+  sides_.ReadLooks(file_, settings_);
+  ActiveText().PutTag(tag);
 }
 
-void TF_wned::MHtmlTrans() {
-  const std::string text = ActiveText().Side();
-  const std::string broken = TransferLineBreaks(text);
-  if (broken != text) ActiveText().Apply({{0, text.size()}, broken, {broken.size(), 0}});
+void TF_wned::DropFiles(const QStringList& paths) {
+  for (const QString& path : paths) {
+    const auto use = CardMedia::UseOf(path);
+    if (use) {
+      InsertMedia(media_.TagOf(*use, path, this));
+    } else {
+      ShowStatus(u"Diese Art von Datei kann eine Karte nicht zeigen: %1"_s.arg(path));
+    }
+  }
 }
 
 void TF_wned::MHtmlTransferAll() {
@@ -171,7 +131,7 @@ void TF_wned::MHtmlLink() {
   const std::string side = ActiveText().Side();
   const SideSelection selection = ActiveText().Selection();
   if (!StoreSide()) return;
-  desk_.BeginLink(active_, selection);
+  desk_.BeginLink(sides_.active(), selection);
   link_window_ = std::make_unique<TF_wnlink>(settings_, this);
   connect(link_window_.get(), &TF_wnlink::Accepted, this, &TF_wned::FinishLink);
   connect(link_window_.get(), &TF_wnlink::Cancelled, this, &TF_wned::EndLink);
@@ -193,7 +153,7 @@ void TF_wned::FinishLink(const QString& face) {
   busy_ = false;
   link_window_.release()->deleteLater();
   ShowCard();
-  Activate(side);
+  sides_.Activate(side);
   ActiveText().setFocus();
   made ? ShowStatus(u"Link gesetzt"_s) : machine_.messages.Error(this, u"Fehler beim Suchen nach Linkposition"_s);
 }
@@ -220,19 +180,19 @@ void TF_wned::MHtmlAutoLink() {
   (void)file_.SaveSettings();
   if (dialog.start_row() != 0) desk_.GoTo(dialog.start_row());
   ShowCard();
+  ShowStatus(dialog.told());
 }
 
 void TF_wned::MHtmlAutoBild() {
   if (!Settle()) return;
   busy_ = true;
-  const auto name = [this](const QString& path) {
-    return RelativeMediaName(Folders(), ToPath(path)).value_or(FullMediaName(ToPath(path)).value_or(std::string()));
-  };
+  const auto name = [this](const QString& path) { return media_.NameOf(path); };
   TF_autobild dialog(file_, desk_.commands(), machine_.messages, desk_.row(), name, this);
   dialog.exec();
   busy_ = false;
   (void)CardEdit(file_).Finish();
   ShowCard();
+  ShowStatus(dialog.told());
 }
 
 void TF_wned::MNummerierenClick() {
@@ -240,10 +200,11 @@ void TF_wned::MNummerierenClick() {
   busy_ = true;
   TF_dlnumm dialog(file_, desk_.commands(), machine_.messages, machine_.clock, desk_.row(),
                    isVisible() ? this : parentWidget(), machine_.keep_state);
-  dialog.exec();
+  const bool numbered = dialog.exec() == QDialog::Accepted;
   busy_ = false;
   (void)file_.SaveSettings();
   ShowCard();
+  if (numbered) ShowStatus(u"Nummerierung abgeschlossen"_s);
 }
 
 }  // namespace tessaro

@@ -1,6 +1,7 @@
 #include "edit/wntab.h"
 
 #include <QHeaderView>
+#include <QScrollBar>
 #include <algorithm>
 
 #include "edit/card_model.h"
@@ -33,6 +34,7 @@ TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, co
   setWindowFlag(Qt::WindowMaximizeButtonHint);
   ui_->StringGridTab->horizontalHeader()->setSortIndicator(CardModel::Number, Qt::AscendingOrder);
   ui_->StringGridTab->setModel(model_);
+  ui_->StringGridTab->verticalScrollBar()->setObjectName(u"ScrollBarTab"_s);
   const int letter = fontMetrics().averageCharWidth();
   const std::array widths = {8, 9, 36, 36, 18, 18, 16};
   for (int column = 0; column < CardModel::kColumns; ++column) {

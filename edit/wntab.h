@@ -24,6 +24,7 @@ class TF_wntab : public QDialog {
   Q_OBJECT
 
  public:
+  // All must live longer; `looks` may change meanwhile.
   TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, const Clock& clock, Messages& messages,
            const std::array<SideLook, 2>& looks, QWidget* parent);
   ~TF_wntab() override;
@@ -56,7 +57,7 @@ class TF_wntab : public QDialog {
   ProgramSettings& settings_;
   const Clock& clock_;
   Messages& messages_;
-  std::array<SideLook, 2> looks_;
+  const std::array<SideLook, 2>& looks_;
   std::unique_ptr<Ui::TF_wntab> ui_;
   CardModel* model_ = nullptr;
 };

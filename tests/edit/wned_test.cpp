@@ -3,6 +3,8 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QMenuBar>
+#include <QSet>
 #include <QTableView>
 #include <QTableWidget>
 
@@ -98,6 +100,43 @@ TEST_F(CardEditor, CardCommandsSayWhatTheyDid) {
   EXPECT_EQ(file.CardCount(), 4);
 }
 
+TEST_F(CardEditor, LastCardIsReplacedByAnEmptyOneThatIsExplained) {
+  Open({{.id = "000001", .question = "Ofen"}});
+  Trigger(u"MCardCut"_s);
+  EXPECT_TRUE(Status().startsWith(u"Sie sehen hier die erste leere Karte"_s));
+  Trigger(u"MCardDelete"_s);
+  EXPECT_TRUE(window->Settle());
+  EXPECT_TRUE(Status().startsWith(u"Sie sehen hier die erste leere Karte"_s));
+  EXPECT_EQ(Front().Side(), "-");
+}
+
+TEST_F(CardEditor, LetterOfAMenuRunsOneCommand) {
+  Open();
+  Key(Qt::Key_N, Qt::AltModifier);
+  for (const QMenu* menu : window->menuBar()->findChildren<QMenu*>()) {
+    QSet<QString> letters;
+    for (const QAction* action : menu->actions()) {
+      const QString key = QKeySequence::mnemonic(action->text()).toString();
+      EXPECT_TRUE(key.isEmpty() || !letters.contains(key)) << action->text().toStdString();
+      letters += key;
+    }
+  }
+}
+
+TEST_F(CardEditor, StaleLinkIndexIsRebuiltWhereTheUserWantsIt) {
+  Open();
+  messages.answers = {Answer::Yes};
+  file.cards().GoTo(3);
+  file.cards().DeleteRow();
+  file.TableChanged();
+  Find<QLineEdit>(u"EditGoto"_s).setText(u"#3"_s);
+  Click(u"SpeedButtonGoto"_s);
+  EXPECT_EQ(messages.asked.value(0), u"\nLinkindex nicht mehr aktuell.\nJetzt neu aufbauen?"_s);
+  EXPECT_EQ(window->row(), 3);
+  EXPECT_EQ(file.link_index().RowOfId(3), 3);
+  EXPECT_TRUE(Front().hasFocus());
+}
+
 TEST_F(CardEditor, LinkIsMadeByGoingToItsTarget) {
   Open();
   Front().selectAll();
@@ -153,6 +192,7 @@ TEST_F(CardEditor, SearchGoesFromCardToCard) {
   };
   press(u"BitBtnStart"_s);
   EXPECT_EQ(window->row(), 2);
+  EXPECT_EQ(Back().Selection(), (SideSelection{0, 7})) << "what was found is marked";
   press(u"BitBtnWeiter"_s);
   EXPECT_EQ(window->row(), 3);
   EXPECT_EQ(Control<QLabel>(*search, u"LabelErgebnis"_s).text(), u"gefunden in Zeile 1. 2 Karten durchsucht"_s);
