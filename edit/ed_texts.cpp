@@ -37,7 +37,7 @@ QString NoNumberLeftText() {
          u"Nummerieren Sie die Karten bitte neu\n(Menü Werkzeuge)."_s;
 }
 
-QString ForeignText(const QString& characters) {
+QString LeftOutText(const QString& characters) {
   QString shown;
   for (const QChar letter : characters.left(20)) {
     if (letter.isSurrogate() || !letter.isPrint()) {

@@ -16,7 +16,7 @@ QString EmptySidesHint(int position);
 // No card can be made any more, for want of numbers.
 QString NoNumberLeftText();
 // These characters were left out, since card files cannot hold them; of many only the first are named.
-QString ForeignText(const QString& characters);
+QString LeftOutText(const QString& characters);
 // A link names a card that is not there.
 QString TargetMissingText();
 // The cards cannot be changed: others may write the file.

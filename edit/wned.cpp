@@ -123,7 +123,7 @@ void TF_wned::ConnectSides() {
   connect(&sides_, &EditedSides::Activated, this, &TF_wned::ShowLength);
   connect(&sides_, &EditedSides::LinkClicked, this, &TF_wned::FollowLink);
   connect(&sides_, &EditedSides::ForeignLeftOut, this,
-          [this](const QString& left_out) { ShowStatus(ForeignText(left_out)); });
+          [this](const QString& left_out) { ShowStatus(LeftOutText(left_out)); });
   connect(&sides_, &EditedSides::FilesDropped, this, &TF_wned::DropFiles);
   connect(&sides_, &EditedSides::PicturePasted, this,
           [this](const QImage& picture) { InsertMedia(media_.PastedTag(picture, desk_.id(), this)); });

@@ -145,7 +145,7 @@ void TF_wned::MHtmlLink() {
 
 void TF_wned::FinishLink(const QString& face) {
   const auto bytes = ToBytes(face);
-  if (!bytes) return ShowStatus(ForeignText(face));
+  if (!bytes) return ShowStatus(LeftOutText(face));
   if (!StoreSide()) return;
   const EditSide side = desk_.link_side();
   busy_ = true;

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "exchange/blank_card.h"
 #include "platform/disk.h"
 #include "platform/utf8.h"
 #include "store/file/safe_save.h"
@@ -13,7 +14,6 @@ namespace tessaro {
 namespace {
 
 constexpr size_t kBufferSize = size_t{256} * 1024;
-constexpr int64_t kTellEvery = 1000;
 
 // Collects text and writes it in the form of the file.
 class TextWriter {
@@ -73,8 +73,7 @@ bool Contains(std::string_view text, char c) {
   return text.find(c) != std::string_view::npos;
 }
 
-// Places of the fields of a row in the order of the card columns.
-enum Column : size_t { kIdAt, kTopicAt, kQuestionAt, kAnswerAt };
+// The fields of a row in the order of the card columns.
 using Fields = std::array<std::string_view, kCardColumns.size()>;
 
 // Hands the rows to `add`, which puts one into the writer's text; it answers with a separator that the row holds, or
@@ -84,7 +83,7 @@ ExportResult WriteRows(const CardTable& cards, TextWriter& writer, const WorkObs
   std::array<int, kCardColumns.size()> columns = {};
   for (size_t i = 0; i < columns.size(); ++i) columns[i] = cards.ColumnIndex(kCardColumns[i]);
   ExportResult result;
-  WorkWatch watch(observer, kTellEvery);
+  WorkWatch watch(observer, kTellEveryCards);
   Fields fields;
   for (int row = 1; row <= cards.RowCount(); ++row) {
     cards.PeekAll(row, columns, fields);

@@ -11,7 +11,6 @@
 namespace tessaro {
 namespace {
 
-constexpr int64_t kTellEvery = int64_t{1} << 16;
 // So many cards are added in one step: what comes is in memory twice for the time of a step.
 constexpr size_t kCardsAtOnce = 50'000;
 
@@ -49,7 +48,7 @@ ImportResult ImportText(CardFile& file, std::string_view text, const TextLayout&
                         const WorkObserver& observer) {
   const int64_t highest = file.highest_id();
   if (CheckText(text, layout).Given() > kMostCardNumber - highest) return {ImportEnd::NoNumbers, 0};
-  WorkWatch watch(observer, kTellEvery);
+  WorkWatch watch(observer, kTellEveryBytes);
   Appender appender(file);
   CardTexts texts;
   ImportResult result;

@@ -25,7 +25,6 @@ constexpr size_t kMostMarks = 22;
 constexpr size_t kBehindMark = 2;  // characters from a mark to the name
 constexpr size_t kLongestName = 20;
 constexpr int kHeadLines = 2;
-constexpr int64_t kTellEvery = int64_t{1} << 20;
 constexpr size_t kBufferSize = size_t{256} * 1024;
 
 std::vector<size_t> FindMarks(std::string_view line, char separator) {
@@ -86,7 +85,7 @@ void Put(const Topics& topics, IniFile& settings) {
 
 Transfer WriteCards(std::string_view exported, char separator, WritableFile& file, const WorkObserver& observer) {
   Transfer transfer;
-  WorkWatch watch(observer, kTellEvery);
+  WorkWatch watch(observer, kTellEveryBytes);
   std::string buffer = CardFileHead();
   std::string_view rest = exported;
   bool open_line = false;

@@ -12,7 +12,6 @@
 namespace tessaro {
 namespace {
 
-constexpr int64_t kTellEvery = 1000;
 constexpr int kQueuedBehind = 100;  // row of the learning index, and the cards that a file must have more of
 constexpr int64_t kBaseOfFewCards = 100'000;
 // Deliberate: not the "0" that an import gives.
@@ -36,7 +35,7 @@ std::optional<int64_t> ResetStatistics(CardFile& file, ResetScope scope, const W
   const std::string letters = BlankYesNoRow();
   const std::string times = BlankTimeRow();
   const int64_t base = BaseOf(file, scope);
-  WorkWatch watch(observer, kTellEvery);
+  WorkWatch watch(observer, kTellEveryCards);
   CardCommand command;
   int64_t count = 0;
   for (int row = kFirstCardRow; row <= file.CardCount() + 1 && cards.Peek(columns.id, row) != kEndMark; ++row) {

@@ -11,7 +11,6 @@
 namespace tessaro {
 namespace {
 
-constexpr int64_t kTellEvery = int64_t{1} << 20;
 constexpr size_t kBufferSize = size_t{256} * 1024;
 constexpr uint32_t kMostCardNumber = 999'990;
 constexpr size_t kColumns = kCardColumns.size();
@@ -148,7 +147,7 @@ bool TableLines::Next() {
 TableCheck CheckTable(std::string_view text, const TableLayout& layout, const WorkObserver& observer) {
   TableCheck check;
   Judge judge;
-  WorkWatch watch(observer, kTellEvery);
+  WorkWatch watch(observer, kTellEveryBytes);
   for (TableLines lines(text, layout); lines.Next();) {
     check.lines = lines.line();
     if (!watch.GoOn(lines.Position())) {
@@ -171,7 +170,7 @@ TableCheck CheckTable(std::string_view text, const TableLayout& layout, const Wo
 bool WriteTable(std::string_view text, const TableLayout& layout, const TableCheck& check, WritableFile& file,
                 const WorkObserver& observer) {
   Judge judge;
-  WorkWatch watch(observer, kTellEvery);
+  WorkWatch watch(observer, kTellEveryBytes);
   std::string buffer = CardFileHead();
   for (TableLines lines(text, layout); lines.Next();) {
     if (!watch.GoOn(lines.Position())) return false;

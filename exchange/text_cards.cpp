@@ -7,8 +7,6 @@
 namespace tessaro {
 namespace {
 
-constexpr int64_t kTellEvery = int64_t{1} << 20;
-
 // So many bytes at the front of a side are left out where they are line breaks.
 constexpr size_t kBreakPlaces = 2;
 
@@ -61,7 +59,7 @@ std::optional<RawCard> FirstCard(std::string_view text, const TextLayout& layout
 
 TextCheck CheckText(std::string_view text, const TextLayout& layout, const WorkObserver& observer) {
   TextCheck check;
-  WorkWatch watch(observer, kTellEvery);
+  WorkWatch watch(observer, kTellEveryBytes);
   bool in_back = false;
   size_t behind = 0;  // the last separator
   for (size_t at = NextSeparator(text, layout, 0); at < text.size(); at = NextSeparator(text, layout, at + 1)) {

@@ -9,6 +9,10 @@ namespace tessaro {
 // lets it run.
 using WorkObserver = std::function<bool(int64_t done)>;
 
+// Steps in which work that counts bytes or cards tells how far it has come.
+inline constexpr int64_t kTellEveryBytes = int64_t{1} << 16;
+inline constexpr int64_t kTellEveryCards = 1000;
+
 // Asks an observer only once in a while, since it looks at the clock.
 class WorkWatch {
  public:

@@ -35,7 +35,7 @@ void CheckLayout(std::string_view side, PixelSize frame) {
   Require(layout.size.width >= frame.width && layout.size.height >= frame.height);
   Require(layout.fragments.size() <= kMaxFragments && layout.links.areas().size() <= LinkAreas::kEntries + 1);
   for (const Fragment& fragment : layout.fragments) {
-    Require(fragment.rect.left >= kMargin && fragment.rect.top >= kMargin);
+    Require(fragment.rect.left >= kPageMargin && fragment.rect.top >= kPageMargin);
     Require(fragment.rect.top + fragment.rect.height <= layout.size.height);
     Require(fragment.text.size() <= side.size());
   }

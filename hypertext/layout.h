@@ -104,7 +104,7 @@ struct Layout {
   bool broken_off = false;          // an unreadable picture ended the side; what stands before it is here
 };
 
-inline constexpr int kMargin = 5;             // left and top
+inline constexpr int kPageMargin = 5;         // left and top
 inline constexpr int kMaxMediaPixels = 4096;  // a picture that is wider or higher is scaled down
 inline constexpr int kMaxExtent = 8000000;    // no side is laid out further down or to the right
 inline constexpr size_t kMaxFragments = 250000;

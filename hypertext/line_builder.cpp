@@ -24,7 +24,7 @@ void LineBuilder::Add(LinePiece piece) {
 
 void LineBuilder::EndWord() {
   if (word_.empty()) return;
-  if (x_ > kMargin && x_ + word_width_ > frame_.width) FinishLine();
+  if (x_ > kPageMargin && x_ + word_width_ > frame_.width) FinishLine();
   if (JoinsUnderline()) line_.back().fragment.rect.width += underlined_blank_;
   underlined_blank_ = 0;
   for (LinePiece& piece : word_) {
@@ -58,9 +58,9 @@ void LineBuilder::BreakLine(int empty_height) {
 void LineBuilder::PlaceBlock(Fragment fragment) {
   EndWord();
   if (!line_.empty()) FinishLine();
-  x_ = kMargin;
+  x_ = kPageMargin;
   if (full_) return;
-  fragment.rect.left = kMargin;
+  fragment.rect.left = kPageMargin;
   fragment.rect.top = static_cast<int>(y_);
   y_ += fragment.rect.height + kBelowBlock;
   Grow(fragment.rect);
@@ -87,7 +87,7 @@ void LineBuilder::FinishLine() {
   PlaceLine(ascent + descent, ascent, line_height);
   line_.clear();
   underlined_blank_ = 0;
-  x_ = kMargin;
+  x_ = kPageMargin;
   y_ += line_height;
   full_ = full_ || y_ >= kMaxExtent;
 }
@@ -113,7 +113,8 @@ void LineBuilder::PlaceLine(int text_height, int ascent, int line_height) {
 void LineBuilder::Grow(const PixelRect& rect) {
   const int right = rect.left + rect.width;
   const int bottom = rect.top + rect.height;
-  if (right > frame_.width) layout_.size.width = std::max(layout_.size.width, std::min(right + kMargin, kMaxExtent));
+  if (right > frame_.width)
+    layout_.size.width = std::max(layout_.size.width, std::min(right + kPageMargin, kMaxExtent));
   if (bottom > frame_.height) layout_.size.height = std::max(layout_.size.height, bottom + kBottomMargin);
 }
 

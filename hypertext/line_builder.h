@@ -50,8 +50,8 @@ class LineBuilder {
   int64_t word_width_ = 0;
   std::vector<LinePiece> line_;  // placed from left to right; their vertical place follows when the line is whole
   int underlined_blank_ = 0;     // the width of the blank at the end of the line, when it is underlined
-  int64_t x_ = kMargin;
-  int64_t y_ = kMargin;
+  int64_t x_ = kPageMargin;
+  int64_t y_ = kPageMargin;
   size_t pieces_ = 0;
   bool full_ = false;
 };

@@ -216,7 +216,8 @@ void TFrameHtml::LayOutParts() {
   const int column = QFontMetrics(letters).averageCharWidth() * kLettersPerLine;
   const int across = contentsRect().width() - 2 * kSheetMargin - bar;
   const int height = contentsRect().height() - 2 * kSheetMargin;
-  const PixelSize card = {std::max(across - 2 * kMargin, kLeastPicture), std::max(height - 2 * kMargin, kLeastPicture)};
+  const PixelSize card = {std::max(across - 2 * kPageMargin, kLeastPicture),
+                          std::max(height - 2 * kPageMargin, kLeastPicture)};
   BeginLayout({std::min(across, column), height}, card);
   // A side fills the frame's height; where it needs the bar below, that bar's room is not to make it scroll vertically.
   const PixelSize& size = layout().size;

@@ -12,10 +12,9 @@
 #include "tests/support/clock_and_chance.h"
 #include "tests/support/memory_disk.h"
 #include "tests/support/test_cards.h"
+#include "tests/support/times.h"
 
 namespace tessaro {
-
-inline constexpr int64_t kDay = 86400;
 
 // Six digits, as a card's ID is written.
 inline std::string IdText(int number) {

@@ -3,14 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "learn/shortcut_code.h"
+#include "tests/support/times.h"
 
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
-
-constexpr int64_t kHour = 3600;
-constexpr int64_t kDay = 24 * kHour;
 
 TEST(LearnTexts, SpansInTheirThreeForms) {
   const struct {

@@ -8,12 +8,9 @@
 #include "outlook/deck_outlook.h"
 #include "tests/support/clock_and_chance.h"
 #include "tests/support/test_cards.h"
+#include "tests/support/times.h"
 
 namespace tessaro {
-
-inline constexpr int64_t kMinute = 60;
-inline constexpr int64_t kHour = 3'600;
-inline constexpr int64_t kDay = 86'400;
 
 struct TestAnswer {
   int64_t time;

@@ -1,5 +1,4 @@
-#ifndef TESTS_SUPPORT_TEMPORARY_FOLDER_H_
-#define TESTS_SUPPORT_TEMPORARY_FOLDER_H_
+#pragma once
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -33,5 +32,3 @@ class TemporaryFolder {
 };
 
 }  // namespace tessaro
-
-#endif  // TESTS_SUPPORT_TEMPORARY_FOLDER_H_
