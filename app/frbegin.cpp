@@ -232,8 +232,8 @@ void TFrameBegin::Renew(const BeginFile& file) {
 }
 
 void TFrameBegin::ShowKnownNow(const QString& text) {
-  ui_->LabelKnownNow->setText(text);
-  ui_->LabelKnownNow->setVisible(!text.isEmpty());
+  // Its line is kept for it: what stands below does not move when it comes.
+  ui_->LabelKnownNow->setText(text.isEmpty() ? u" "_s : text);
 }
 
 void TFrameBegin::ShowCheck(const QString& text) {

@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QScreen>
+#include <algorithm>
 #include <utility>
 
 #include "outlook/card_list_model.h"
@@ -16,6 +18,7 @@ namespace {
 using namespace Qt::Literals::StringLiterals;
 
 constexpr int kQuestionLetters = 40;
+constexpr int kAround = 48;  // the edges of the window and a scroll bar
 
 }  // namespace
 
@@ -71,7 +74,10 @@ void TF_dlkarten::SetColumns() {
   widen(CardListModel::Due, u"00.00.0000");
   widen(CardListModel::Misses, u"00");
   widen(CardListModel::Time, u"00 Std. 00 Min.");
-  ui_->ListCards->setMinimumWidth(kQuestionLetters * fontMetrics().averageCharWidth());
+  // In large letters the questions need a wider window.
+  const int others = header.length() - header.sectionSize(CardListModel::Question);
+  const int wanted = others + kQuestionLetters * fontMetrics().averageCharWidth() + kAround;
+  resize(std::max(width(), std::min(wanted, screen()->availableGeometry().width())), height());
 }
 
 void TF_dlkarten::EditCurrent() {

@@ -88,7 +88,8 @@ QString ActivitySentence(const DeckOutlook& deck, const std::vector<ActivitySpan
     answers += span.answers();
     known += span.known;
   }
-  QString text = u"In %1 haben Sie %2 gegeben"_s.arg(PeriodName(spans), AnswersText(answers));
+  const QString given = answers == 0 ? u"keine Antwort"_s : AnswersText(answers);
+  QString text = u"In %1 haben Sie %2 gegeben"_s.arg(PeriodName(spans), given);
   if (answers > 0) {
     const double seconds = static_cast<double>(answers) * deck.seconds_per_answer;
     text += u", %1 gewusst, in etwa %2"_s.arg(ShareKnown(known, answers), SpanText(seconds));
@@ -112,6 +113,11 @@ void AddSpan(const ActivitySpan& span, double seconds_per_answer, PageContent& p
        text});
   page.table.rows.push_back({name, NumberText(span.answers()), share, NumberText(cards), time});
   page.rows.push_back(span.rows);
+}
+
+// A share that may be far below one percent.
+QString SmallShareText(double share) {
+  return PercentText(share, share < 0.01 ? 2 : 0);
 }
 
 QString PointsText(double share) {
@@ -224,7 +230,7 @@ PageContent PredictionPage(const PredictionReport& report) {
   page.note =
       u"Vorhergesagt mit Werten, die nur aus anderen Antworten stammen; die Linien reichen über 95 % Sicherheit"_s;
   page.table.headers = {u"Vorhergesagt"_s, u"Antworten"_s, u"im Mittel"_s, u"gewusst"_s, u"mit 95 % Sicherheit"_s};
-  page.plot.y_title = u"gewusst (senkrecht) nach Vorhersage (waagrecht)"_s;
+  page.plot.y_title = u"↑ gewusst, → vorhergesagt"_s;
   page.plot.y_max = 1;
   page.plot.y_step = 0.2;
   page.plot.y_text = [](double share) { return PercentText(share); };
@@ -248,27 +254,27 @@ PageContent CostPage(const CardFile& file, const DeckOutlook& deck, const std::v
     return page;
   }
   page.all_title = u"Die Karten mit der meisten Lernzeit"_s;
-  page.plot.y_title = u"Minuten"_s;
+  page.plot.lying = true;
   page.table.headers = {u"Frage"_s, u"Lernzeit"_s, u"Fehler"_s, u"gewusst jetzt"_s};
   double seconds = 0;
-  int place = 0;
   for (const CardLine& line : lines) {
     const auto spent = static_cast<double>(line.seconds);
     seconds += spent;
     const QString question = FromBytes(QuestionStart(file, line.row));
     const QString recall = line.recall ? PercentText(*line.recall) : QString();
-    page.plot.bars.push_back(
-        {QString::number(++place),
-         {{spent / 60, PlotRole::Known}},
-         u"%1: %2, %3 Fehler, %4 gewusst jetzt"_s.arg(question, SpanText(spent)).arg(line.misses).arg(recall)});
+    const QString note = u"%1, %2 Fehler, %3 gewusst"_s.arg(SpanText(spent), NumberText(int64_t{line.misses}), recall);
+    page.plot.bars.push_back({.label = question,
+                              .parts = {{spent, PlotRole::Known}},
+                              .text = u"%1: %2 jetzt"_s.arg(question, note),
+                              .note = note});
     page.table.rows.push_back({question, SpanText(spent), NumberText(int64_t{line.misses}), recall});
     page.rows.push_back({line.row});
     page.all_rows.push_back(line.row);
   }
   const auto shown = static_cast<int64_t>(lines.size());
   page.sentence = u"Diese %1 (%2) kosten %3 Ihrer Lernzeit."_s.arg(
-      CardsText(shown), PercentText(static_cast<double>(shown) / static_cast<double>(deck.counted())),
-      PercentText(seconds / static_cast<double>(deck.seconds_learned)));
+      CardsText(shown), SmallShareText(static_cast<double>(shown) / static_cast<double>(deck.counted())),
+      SmallShareText(seconds / static_cast<double>(deck.seconds_learned)));
   if (shown == 1) page.sentence = u"Nur eine Karte hat bisher gemessene Lernzeit."_s;
   return page;
 }

@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QSplitter>
 #include <QTableView>
@@ -35,6 +36,8 @@ OutlookPage::OutlookPage(QWidget* parent)
       sentence_(TextLabel(u"LabelAntwort"_s, this)),
       selection_(TextLabel(u"LabelAuswahl"_s, this)),
       note_(TextLabel(u"LabelHinweis"_s, this)),
+      splitter_(new QSplitter(Qt::Vertical, this)),
+      plot_view_(new QScrollArea(this)),
       plot_(new Plot(this)),
       table_(new QTableView(this)),
       figures_(new FiguresModel(this)),
@@ -50,8 +53,13 @@ OutlookPage::OutlookPage(QWidget* parent)
   table_->verticalHeader()->hide();
   table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
   table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  table_->hide();
+  plot_view_->setWidget(plot_);
+  plot_view_->setWidgetResizable(true);
+  plot_view_->setFrameShape(QFrame::NoFrame);
+  plot_view_->setFocusPolicy(Qt::NoFocus);
+  plot_view_->setMinimumSize(240, 160);
   MakeLayout();
+  OpenTable(false);
   connect(plot_, &Plot::SelectionChanged, this, &OutlookPage::ShowSelection);
   connect(plot_, &Plot::Chosen, this, &OutlookPage::OpenSelection);
   connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &OutlookPage::SelectByTable);
@@ -66,13 +74,15 @@ void OutlookPage::MakeLayout() {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(sentence_);
-  auto* splitter = new QSplitter(Qt::Vertical, this);
-  splitter->addWidget(plot_);
-  splitter->addWidget(table_);
-  splitter->setStretchFactor(0, 3);
-  splitter->setStretchFactor(1, 2);
-  splitter->setChildrenCollapsible(false);
-  layout->addWidget(splitter, 1);
+  splitter_->setObjectName(u"Teilung"_s);
+  splitter_->addWidget(plot_view_);
+  splitter_->addWidget(table_);
+  splitter_->setStretchFactor(0, 3);
+  splitter_->setStretchFactor(1, 2);
+  splitter_->setCollapsible(0, false);
+  layout->addWidget(splitter_, 1);
+  connect(splitter_, &QSplitter::splitterMoved, this,
+          [this] { button_table_->setChecked(splitter_->sizes().back() > 0); });
   layout->addWidget(selection_);
   MakeButtons(*layout);
 }
@@ -93,7 +103,7 @@ void OutlookPage::MakeButtons(QLayout& layout) {
     line->addWidget(button);
   }
   static_cast<QVBoxLayout&>(layout).addLayout(line);
-  connect(button_table_, &QPushButton::toggled, table_, &QWidget::setVisible);
+  connect(button_table_, &QPushButton::toggled, this, &OutlookPage::OpenTable);
   connect(copy, &QPushButton::clicked, this, &OutlookPage::CopyTable);
   connect(button_cards_, &QPushButton::clicked, this, &OutlookPage::OpenCards);
 }
@@ -129,8 +139,12 @@ void OutlookPage::SelectByTable(const QModelIndex& line) {
   if (lines_are_items_ && line.isValid()) plot_->Select(line.row());
 }
 
-void OutlookPage::ShowTable() {
-  button_table_->setChecked(true);
+// It may also have been pulled up.
+void OutlookPage::OpenTable(bool open) {
+  table_->setFocusPolicy(open ? Qt::StrongFocus : Qt::NoFocus);
+  if (open && splitter_->sizes().back() > 0) return;
+  constexpr int kParts = 100;
+  splitter_->setSizes(open ? QList<int>{3 * kParts, 2 * kParts} : QList<int>{5 * kParts, 0});
 }
 
 void OutlookPage::ToggleTable() {
@@ -158,6 +172,10 @@ void OutlookPage::ShowSelection() {
                        : single            ? u"Pfeiltasten wählen aus, Eingabe oder ein Klick öffnet die Karte."_s
                                            : u"Pfeiltasten wählen aus, Eingabe oder ein Klick zeigt die Karten."_s;
   selection_->setText(item < 0 ? hint : plot_->TextOf(item));
+  if (item >= 0) {
+    const QRect frame = plot_->FrameOf(item);
+    plot_view_->ensureVisible(frame.center().x(), frame.center().y(), 0, frame.height());
+  }
   const bool has_cards = single || !SelectedRows().empty();
   button_cards_->setEnabled(has_cards);
   button_cards_->setToolTip(single      ? u"Alle diese Karten als Liste zeigen"_s

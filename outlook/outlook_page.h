@@ -9,6 +9,8 @@
 class QLabel;
 class QModelIndex;
 class QPushButton;
+class QScrollArea;
+class QSplitter;
 class QTableView;
 
 namespace tessaro {
@@ -38,7 +40,6 @@ class OutlookPage : public QWidget {
   // The cards behind what is shown are no longer in these rows.
   void ForgetCards();
   Plot& plot() { return *plot_; }
-  void ShowTable();
   void ToggleTable();
   void CopyTable();
   bool TableShown() const;
@@ -55,10 +56,13 @@ class OutlookPage : public QWidget {
   void OpenSelection();
   void OpenCards();
   void SelectByTable(const QModelIndex& line);
+  void OpenTable(bool open);
 
   QLabel* sentence_;
   QLabel* selection_;
   QLabel* note_;
+  QSplitter* splitter_;
+  QScrollArea* plot_view_;
   Plot* plot_;
   QTableView* table_;
   FiguresModel* figures_;

@@ -1,7 +1,10 @@
 #include "outlook/outlook_window.h"
 
 #include <QCloseEvent>
+#include <QScreen>
 #include <QShortcut>
+#include <QTabBar>
+#include <algorithm>
 #include <utility>
 
 #include "outlook/card_lines.h"
@@ -17,6 +20,7 @@ namespace {
 using namespace Qt::Literals::StringLiterals;
 
 constexpr int kCardsAtOnce = 200;
+constexpr int kAroundTabs = 40;
 constexpr int kReadDelay = 300;  // milliseconds: changes come in rows
 
 }  // namespace
@@ -91,7 +95,12 @@ void OutlookWindow::CardsChanged(std::span<const int> /*rows*/, std::span<const 
 }
 
 void OutlookWindow::showEvent(QShowEvent* event) {
-  if (!std::exchange(placed_, true)) RestoreWindowPlace(*this, settings_.ini, place_suffix_);
+  if (!std::exchange(placed_, true)) {
+    // All tabs are to be read, in large letters too; what the learner made of the window counts more.
+    const int tabs = findChild<QTabBar*>()->sizeHint().width() + kAroundTabs;
+    resize(std::max(width(), std::min(tabs, screen()->availableGeometry().width())), height());
+    RestoreWindowPlace(*this, settings_.ini, place_suffix_);
+  }
   QWidget::showEvent(event);
 }
 

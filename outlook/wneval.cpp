@@ -18,8 +18,6 @@ TF_wneval::TF_wneval(CardFile& file, ProgramSettings& settings, const Clock& clo
     : OutlookWindow(file, settings, clock, "A"), ui_(std::make_unique<Ui::TF_wneval>()) {
   ui_->setupUi(this);
   for (OutlookPage* page : {ui_->PageWissen, ui_->PageGetan, ui_->PageStimmen, ui_->PageKosten}) TiePage(*page);
-  // Its bars say only how much; the cards themselves are in the table.
-  ui_->PageKosten->ShowTable();
   const auto renew = [this](View view) {
     shown_[view] = false;
     ShowCurrent();

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QToolTip>
+#include <cmath>
 #include <utility>
 
 #include "widgets/plot_layout.h"
@@ -22,6 +23,7 @@ void Plot::Show(PlotContent content) {
   setAccessibleName(content_.name);
   if (Count() != before || selected_ >= Count()) selected_ = -1;
   setAccessibleDescription(TextOf(selected_));
+  updateGeometry();
   update();
   Q_EMIT SelectionChanged(selected_);
 }
@@ -55,6 +57,16 @@ void Plot::Select(int item) {
   Q_EMIT SelectionChanged(item);
 }
 
+QRect Plot::FrameOf(int item) const {
+  return PlotLayout(content_, rect(), font()).Frame(item).toAlignedRect();
+}
+
+QSize Plot::minimumSizeHint() const {
+  constexpr QSize kLeast(240, 160);
+  if (!content_.lying) return kLeast;
+  return kLeast.expandedTo({0, static_cast<int>(std::ceil(ListHeight(content_.bars.size(), QFontMetricsF(font()))))});
+}
+
 int Plot::ItemAt(const QPointF& point) const {
   return PlotLayout(content_, rect(), font()).ItemAt(point);
 }
@@ -73,15 +85,21 @@ void Plot::paintEvent(QPaintEvent* /*event*/) {
   PaintPlot(painter, content_, layout, palette());
   if (selected_ < 0) return;
   const QColor frame = hasFocus() ? palette().color(QPalette::Text) : palette().color(QPalette::Mid);
-  painter.setPen(QPen(frame, 2));
+  painter.setPen(QPen(frame, LineWidth(QFontMetricsF(font()))));
   painter.setBrush(Qt::NoBrush);
   painter.drawRoundedRect(layout.Frame(selected_), 2, 2);
 }
 
 void Plot::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
+    case Qt::Key_Up:
+      if (!content_.lying) return QWidget::keyPressEvent(event);
+      [[fallthrough]];
     case Qt::Key_Left:
       return Select(selected_ <= 0 ? 0 : selected_ - 1);
+    case Qt::Key_Down:
+      if (!content_.lying) return QWidget::keyPressEvent(event);
+      [[fallthrough]];
     case Qt::Key_Right:
       return Select(selected_ + 1);
     case Qt::Key_Home:

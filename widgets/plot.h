@@ -20,6 +20,7 @@ struct PlotBar {
   std::vector<PlotPart> parts;
   QString text;                               // what it says, in words: "80 bis 90 %: 412 Karten, 18 %"
   std::optional<double> mark = std::nullopt;  // a value on the right scale
+  QString note = {};                          // behind a lying bar
 };
 
 struct PlotPoint {
@@ -56,6 +57,7 @@ struct PlotContent {
   QString name;   // what is shown, for those who cannot see it
   QString empty;  // stands in the place of an empty plot
   std::vector<PlotBar> bars;
+  bool lying = false;  // the bars are a list: one below the other, each between its label and its note
   std::vector<PlotLine> lines;
   std::vector<PlotPoint> points;
   std::vector<PlotLegend> legend;
@@ -89,8 +91,11 @@ class Plot : public QWidget {
   QString TextOf(int item) const;
   int selected() const { return selected_; }  // -1 = nothing
   void Select(int item);
-  QSize sizeHint() const override { return {480, 280}; }
-  QSize minimumSizeHint() const override { return {240, 160}; }
+  // What frames it.
+  QRect FrameOf(int item) const;
+  QSize sizeHint() const override { return minimumSizeHint().expandedTo({480, 280}); }
+  // That of a list has room for all its bars.
+  QSize minimumSizeHint() const override;
 
  Q_SIGNALS:
   // Another thing was selected, or one was chosen by Enter or a double click.

@@ -14,6 +14,9 @@ constexpr double kSmallestPoint = 3.5;
 constexpr double kReach = 12;  // a click this far from a point or line still means it
 constexpr double kBarWidth = 0.72;
 constexpr int kMostSteps = 5;
+constexpr double kListPitch = 1.5;      // of the height of letters
+constexpr double kWidestPitch = 1.9;    // of a list that has room
+constexpr double kMostForLabels = 0.4;  // of the width of a list
 
 double HeightOf(const PlotBar& bar) {
   double height = 0;
@@ -50,6 +53,14 @@ double RoundStep(double highest, int most, bool whole) {
   return whole ? std::max(step, 1.0) : step;
 }
 
+double LineWidth(const QFontMetricsF& metrics) {
+  return std::max(metrics.height() / 8, 1.5);
+}
+
+double ListHeight(size_t bars, const QFontMetricsF& metrics) {
+  return static_cast<double>(bars) * metrics.height() * kListPitch + 2 * kMargin;
+}
+
 PlotItems::PlotItems(const PlotContent& content) {
   const auto collect = [&](const auto& things, Kind what) {
     kind = what;
@@ -63,8 +74,12 @@ PlotItems::PlotItems(const PlotContent& content) {
 }
 
 PlotLayout::PlotLayout(const PlotContent& content, const QRectF& room, const QFont& font)
-    : content_(content), metrics_(font) {
+    : content_(content), metrics_(font), room_(room) {
   ScaleUp();
+  if (content.lying) {
+    MakeList(room);
+    return;
+  }
   double widest = 0;
   for (double value = 0; value <= y_top_ * 1.001; value += y_step_) {
     widest = std::max(widest, metrics_.horizontalAdvance(YText(value)));
@@ -72,6 +87,30 @@ PlotLayout::PlotLayout(const PlotContent& content, const QRectF& room, const QFo
   const double right = std::max(kMargin, WidestRightLabel());
   const double top = kMargin + metrics_.height() * (content.legend.empty() ? 1.5 : 2.7);
   area_ = room.adjusted(widest + 2 * kMargin, top, -right, -metrics_.height() - kMargin);
+}
+
+void PlotLayout::MakeList(const QRectF& room) {
+  double label = 0;
+  double note = 0;
+  for (const PlotBar& bar : content_.bars) {
+    label = std::max(label, metrics_.horizontalAdvance(bar.label));
+    note = std::max(note, metrics_.horizontalAdvance(bar.note));
+  }
+  label = std::min(label, room.width() * kMostForLabels);
+  const double height = static_cast<double>(content_.bars.size()) * metrics_.height() * kWidestPitch;
+  area_ = room.adjusted(label + 2 * kMargin, kMargin, -note - 2 * kMargin, -kMargin);
+  area_.setWidth(std::max(area_.width(), 1.0));
+  area_.setHeight(std::clamp(height, 1.0, std::max(area_.height(), 1.0)));
+}
+
+QRectF PlotLayout::LyingLabel(size_t bar) const {
+  const QRectF line = Column(bar);
+  return {kMargin, line.top(), area_.left() - 2 * kMargin, line.height()};
+}
+
+QRectF PlotLayout::LyingNote(size_t bar) const {
+  const QRectF line = Column(bar);
+  return {area_.right() + kMargin, line.top(), line.right() - area_.right() - kMargin, line.height()};
 }
 
 void PlotLayout::ScaleUp() {
@@ -104,12 +143,21 @@ QPointF PlotLayout::Point(double x, double y) const {
 }
 
 QRectF PlotLayout::Column(size_t bar) const {
+  if (content_.lying) {
+    const double height = area_.height() / static_cast<double>(content_.bars.size());
+    return {room_.left(), area_.top() + height * static_cast<double>(bar), room_.width(), height};
+  }
   const double pitch = area_.width() / static_cast<double>(content_.bars.size());
   return {area_.left() + pitch * static_cast<double>(bar), area_.top(), pitch, area_.height()};
 }
 
 QRectF PlotLayout::Bar(size_t bar) const {
   const QRectF column = Column(bar);
+  if (content_.lying) {
+    const double gap = column.height() * (1 - kBarWidth) / 2;
+    const double width = area_.width() * HeightOf(content_.bars[bar]) / y_top_;
+    return {area_.left(), column.top() + gap, width, column.height() - 2 * gap};
+  }
   const double gap = column.width() * (1 - kBarWidth) / 2;
   const double height = Height(HeightOf(content_.bars[bar]));
   return {column.left() + gap, column.bottom() - height, column.width() - 2 * gap, height};
@@ -138,7 +186,9 @@ double PlotLayout::DistanceTo(const PlotItems& items, size_t item, const QPointF
   const size_t place = items.places[item];
   if (items.kind == PlotItems::Kind::Bars) {
     const QRectF column = Column(place);
-    return point.x() >= column.left() && point.x() < column.right() ? 0 : kReach + 1;
+    const bool inside = content_.lying ? point.y() >= column.top() && point.y() < column.bottom()
+                                       : point.x() >= column.left() && point.x() < column.right();
+    return inside ? 0 : kReach + 1;
   }
   if (items.kind == PlotItems::Kind::Points) {
     const PlotPoint& at = content_.points[place];
@@ -170,6 +220,7 @@ QRectF PlotLayout::Frame(int item) const {
   constexpr double kAround = 3;
   const PlotItems items(content_);
   const size_t place = items.places[static_cast<size_t>(item)];
+  if (items.kind == PlotItems::Kind::Bars && content_.lying) return Column(place).adjusted(kAround, 0, -kAround, 0);
   if (items.kind == PlotItems::Kind::Bars) return Bar(place).adjusted(-kAround, -kAround, kAround, kAround);
   QPointF at;
   double radius = kSmallestPoint;

@@ -18,6 +18,11 @@ struct PlotItems {
   std::vector<size_t> places;
 };
 
+// Of lines and frames: they grow with the letters.
+double LineWidth(const QFontMetricsF& metrics);
+// What a list of so many lying bars takes.
+double ListHeight(size_t bars, const QFontMetricsF& metrics);
+
 // Where the parts of a plot stand. Painting and clicks ask the same places.
 class PlotLayout {
  public:
@@ -33,10 +38,13 @@ class PlotLayout {
   // Where a value stands, and how high it is from the axis.
   QPointF Point(double x, double y) const;
   double Height(double value) const { return area_.height() * value / y_top_; }
-  // The place of a bar from the axis to the top, and that of its coloured part.
+  // The place of a bar from the axis to the top, or all of its line in a list, and that of its coloured part.
   QRectF Column(size_t bar) const;
   QRectF Bar(size_t bar) const;
   double Radius(const PlotPoint& point) const;
+  // The places of the label and the note of a lying bar.
+  QRectF LyingLabel(size_t bar) const;
+  QRectF LyingNote(size_t bar) const;
   // Every n-th label of the bars, so that they stand apart.
   size_t LabelStride() const;
   QString YText(double value) const;
@@ -47,12 +55,14 @@ class PlotLayout {
 
  private:
   void ScaleUp();
+  void MakeList(const QRectF& room);
   double DistanceTo(const PlotItems& items, size_t item, const QPointF& point) const;
   double WidestRightLabel() const;
 
   const PlotContent& content_;
   QFontMetricsF metrics_;
   QRectF area_;
+  QRectF room_;
   double y_step_ = 1;
   double y_top_ = 1;
   double right_top_ = 0;

@@ -24,6 +24,7 @@ class PlotPainter {
   }
 
   void Paint() {
+    if (content_.lying) return PaintList();
     PaintYAxis();
     PaintXTicks();
     for (size_t i = 0; i < content_.bars.size(); ++i) PaintBar(i);
@@ -54,7 +55,21 @@ class PlotPainter {
   }
 
   QPen LinePen(PlotRole role, Qt::PenStyle style) const {
-    return QPen(PlotColour(role, palette_), 2, style, Qt::FlatCap, Qt::RoundJoin);
+    return QPen(PlotColour(role, palette_), LineWidth(metrics_), style, Qt::FlatCap, Qt::RoundJoin);
+  }
+
+  void PaintList() {
+    for (size_t i = 0; i < content_.bars.size(); ++i) {
+      const PlotBar& bar = content_.bars[i];
+      painter_.setPen(palette_.color(QPalette::Text));
+      const QRectF label = layout_.LyingLabel(i);
+      painter_.drawText(label, Qt::AlignLeft | Qt::AlignVCenter,
+                        metrics_.elidedText(bar.label, Qt::ElideRight, label.width()));
+      painter_.drawText(layout_.LyingNote(i), Qt::AlignLeft | Qt::AlignVCenter, bar.note);
+      QRectF place = layout_.Bar(i);
+      place.setWidth(std::max(place.width(), 1.0));
+      Fill(place, bar.parts.empty() ? PlotRole::Known : bar.parts.front().role);
+    }
   }
 
   void PaintYAxis() {
@@ -174,7 +189,7 @@ class PlotPainter {
 
   void PaintPoint(const PlotPoint& point) {
     const QColor colour = PlotColour(point.role, palette_);
-    painter_.setPen(QPen(colour, point.hollow ? 2 : 1.5));
+    painter_.setPen(QPen(colour, LineWidth(metrics_) * (point.hollow ? 1 : 0.75)));
     if (point.low != point.high) {
       const QPointF low = layout_.Point(point.x, point.low);
       const QPointF high = layout_.Point(point.x, point.high);

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QSplitter>
 #include <QTabWidget>
 #include <QTableView>
 
@@ -136,6 +137,11 @@ TEST_F(OutlookWindowTest, TellsFiguresInWordsAndAsATable) {
   EXPECT_FALSE(page.TableShown());
   QTest::keyClick(&evaluation, Qt::Key_T, Qt::ControlModifier);
   EXPECT_TRUE(page.TableShown());
+  auto& table = Control<QTableView>(page, u"Tabelle"_s);
+  EXPECT_GT(table.height(), 50);
+  QTest::keyClick(&evaluation, Qt::Key_T, Qt::ControlModifier);
+  EXPECT_EQ(Control<QSplitter>(page, u"Teilung"_s).sizes().back(), 0);
+  EXPECT_EQ(table.focusPolicy(), Qt::NoFocus);
   Control<QPushButton>(page, u"ButtonKopieren"_s).click();
   const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
   EXPECT_EQ(lines[0], u"Gewusst mit\tKarten\tAnteil"_s);

@@ -80,6 +80,31 @@ TEST(Plot, AClickMeansTheBarAboveWhichItIs) {
   EXPECT_EQ(chosen.size(), 3);
 }
 
+TEST(Plot, ListGoesDownwardAndHasRoomForAllBars) {
+  PlotContent content = Bars({60, 30, 0});
+  content.lying = true;
+  content.bars[0].label = QString(500, u'W');
+  Plot plot;
+  plot.Show(content);
+  plot.resize(400, 200);
+  const PlotLayout layout(plot.content(), plot.rect(), plot.font());
+  EXPECT_DOUBLE_EQ(layout.Bar(0).width(), 2 * layout.Bar(1).width());
+  EXPECT_GT(layout.Bar(1).top(), layout.Bar(0).bottom());
+  EXPECT_LT(layout.area().left(), 200) << "a long label leaves room for the bars";
+  QTest::keyClick(&plot, Qt::Key_Down);
+  QTest::keyClick(&plot, Qt::Key_Down);
+  EXPECT_EQ(plot.selected(), 1);
+  QTest::mouseClick(&plot, Qt::LeftButton, {}, layout.LyingLabel(2).center().toPoint());
+  EXPECT_EQ(plot.selected(), 2);
+  QTest::keyClick(&plot, Qt::Key_Up);
+  EXPECT_TRUE(plot.FrameOf(1).contains(layout.Bar(1).toAlignedRect()));
+  content.bars.resize(50, content.bars[1]);
+  plot.Show(content);
+  const PlotLayout all(plot.content(), QRectF(QPointF(), plot.minimumSizeHint()), plot.font());
+  EXPECT_GE(all.Column(49).height(), QFontMetricsF(plot.font()).height());
+  EXPECT_LE(all.Column(49).bottom(), plot.minimumSizeHint().height());
+}
+
 // Lines that only lead the eye and points without a text are passed over.
 TEST(Plot, SelectsPointsOrElseLinesThatSaySomething) {
   PlotContent content;
