@@ -6,10 +6,8 @@
 #include <QFontInfo>
 #include <QFontMetrics>
 #include <QGuiApplication>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QStringTokenizer>
 #include <QTabBar>
 #include <QTextDocumentFragment>
 #include <QToolButton>
@@ -18,7 +16,6 @@
 #include <utility>
 
 #include "hypertext/plain_text.h"
-#include "hypertext/text_file.h"
 #include "platform/disk.h"
 #include "settings/keys.h"
 #include "widgets/icons.h"
@@ -26,6 +23,7 @@
 #include "widgets/picture_store.h"
 #include "widgets/side_look.h"
 #include "widgets/text.h"
+#include "widgets/text_page.h"
 #include "widgets/theme.h"
 #include "widgets/video_screen.h"
 
@@ -38,56 +36,16 @@ constexpr int kLettersInLine = 75;
 // The hypertext frame has margins of its own; it must only not touch the rounded edge.
 constexpr int kFrameMargin = 3;
 constexpr int kPaperMargin = 20;
-constexpr size_t kMostOfTextFile = 4 << 20;  // bytes; in UTF-16, or with the marks of rich text, fewer letters
-constexpr qsizetype kMostLetters = 1 << 20;  // of a text page
-constexpr int kMostLines = 20'000;
 constexpr int kZoomStep = 10;  // percent
-
-// A text that a text view can show without delay: cut, and without lines of more than some thousand letters, which the
-// view would lay out whole.
-QString ForTextView(QString text, bool cut = false) {
-  constexpr qsizetype kLongestLine = 4000;
-  cut = cut || text.size() > kMostLetters;
-  text.truncate(kMostLetters);
-  QString lines;
-  lines.reserve(text.size() + text.size() / kLongestLine + 1);
-  int count = 0;
-  for (QStringView line : QStringTokenizer(QStringView(text), u'\n')) {
-    if (++count > kMostLines) {
-      cut = true;
-      break;
-    }
-    while (line.size() > kLongestLine) {
-      const qsizetype blank = line.lastIndexOf(u' ', kLongestLine);
-      const qsizetype end = blank > 0 ? blank + 1 : kLongestLine;
-      lines.append(line.first(end)).append(u'\n');
-      line = line.sliced(end);
-    }
-    lines.append(line).append(u'\n');
-  }
-  lines.chop(1);
-  return cut ? lines + u"\n\n[Hier abgeschnitten: Der Text ist zu lang.]"_s : lines;
-}
-
-QPlainTextEdit* MakeTextView(const QString& name) {
-  auto* view = new QPlainTextEdit;
-  view->setObjectName(name);
-  view->setReadOnly(true);
-  view->setFrameShape(QFrame::NoFrame);
-  // Without the keyboard focus, so that the keys of the answers are never taken away.
-  view->setFocusPolicy(Qt::NoFocus);
-  view->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  return view;
-}
 
 }  // namespace
 
 CardPages::CardPages(QWidget* parent)
     : QTabWidget(parent),
       frame_(new TFrameHtml),
-      text_(MakeTextView(u"Text"_s)),
+      text_(new TextPage(u"Text"_s)),
       picture_(new PictureView),
-      text_file_(MakeTextView(u"TextPlus"_s)),
+      text_file_(new TextPage(u"TextPlus"_s)),
       video_(new VideoScreen) {
   setDocumentMode(true);
   tabBar()->setFocusPolicy(Qt::TabFocus);
@@ -194,7 +152,7 @@ void CardPages::ShowSpeaker() {
 // Laid out only when it is to be seen.
 void CardPages::FillText() {
   if (currentIndex() != kText || std::exchange(text_filled_, true)) return;
-  text_->setPlainText(ForTextView(FromBytes(PlainText(side_))));
+  text_->ShowText(FromBytes(PlainText(side_)));
 }
 
 void CardPages::changeEvent(QEvent* event) {
@@ -280,7 +238,7 @@ void CardPages::SetLinkColours(std::function<ColourClass(int64_t card_id)> colou
 
 void CardPages::ShowSide(std::string_view side, const SideLook& look) {
   look_ = look;
-  side_ = side.substr(0, kMostLetters);
+  side_ = side.substr(0, TextPage::kMostLetters);
   text_filled_ = false;
   sounds_.clear();
   sound_path_.clear();
@@ -320,7 +278,7 @@ void CardPages::MarkTemplate(int place, int length) {
 
 void CardPages::Dress(const SideLook& look) {
   for (PaperPage* page : pages_) page->SetPaper(look.paper);
-  for (QPlainTextEdit* view : {text_, text_file_}) {
+  for (TextPage* view : {text_, text_file_}) {
     QPalette colours = view->palette();
     colours.setColor(QPalette::Base, look.paper);
     colours.setColor(QPalette::Text, look.text);
@@ -357,7 +315,7 @@ void CardPages::ShowPages(std::string_view side) {
   offer(kSound, sound.has_value(), false);
   if (sound && first) AddSound(sound_path_);
   const auto text = NamedFile(side, MediaKind::Text, first);
-  offer(kTextFile, text && ShowTextFile(*text), first);
+  offer(kTextFile, text && text_file_->ShowFile(*text), first);
   setTabVisible(kText, any);
   setCurrentIndex(front);
   tabBar()->setVisible(any);
@@ -369,13 +327,13 @@ void CardPages::ShowPages(std::string_view side) {
 
 bool CardPages::ShowPicture(const std::filesystem::path& path) {
   const QString name = FromPath(path);
-  const PictureFile file = MeasurePicture(name);
+  const MeasuredPicture picture = MeasurePicture(name);
   const auto take = [this](const QImage& image) {
     picture_->SetPicture(QPixmap::fromImage(image));
     if (image.isNull()) Q_EMIT PictureFailed();
     return !image.isNull();
   };
-  if (file.state != PictureFile::State::Good || !IsSlowToRead(file.size)) return take(ReadPicture(name));
+  if (picture.file.state != PictureFile::State::Good || !IsSlowToRead(picture.cost)) return take(ReadPicture(name));
   picture_->SetPicture({});
   loader_.Begin([name] { return ReadPicture(name); },
                 [this, take](const QImage& image) {
@@ -384,18 +342,9 @@ bool CardPages::ShowPicture(const std::filesystem::path& path) {
   return true;
 }
 
-bool CardPages::ShowTextFile(const std::filesystem::path& path) {
-  const std::optional<std::string> bytes = ReadBeginning(RealDisk(), path, kMostOfTextFile + 1);
-  if (!bytes) return false;
-  const bool cut = bytes->size() > kMostOfTextFile;
-  const std::string_view text = cut ? WholeLetters(std::string_view(*bytes).substr(0, kMostOfTextFile)) : *bytes;
-  text_file_->setPlainText(ForTextView(FromUtf8(ReadableText(text)), cut));
-  return true;
-}
-
 QString CardPages::SelectedText() const {
   if (currentIndex() == kHypertext) return frame_->MarkedText();
-  const QPlainTextEdit* front = currentIndex() == kText ? text_ : currentIndex() == kTextFile ? text_file_ : nullptr;
+  const TextPage* front = currentIndex() == kText ? text_ : currentIndex() == kTextFile ? text_file_ : nullptr;
   return front == nullptr ? QString() : front->textCursor().selection().toPlainText();
 }
 

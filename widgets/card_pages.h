@@ -14,7 +14,6 @@
 #include "widgets/picture_loader.h"
 
 class QAction;
-class QPlainTextEdit;
 class QPushButton;
 class QToolButton;
 
@@ -23,6 +22,7 @@ namespace tessaro {
 class IniFile;
 class PaperPage;
 class PictureView;
+class TextPage;
 class VideoScreen;
 
 // The card side on screen: as hypertext on its paper, and on further pages what the side names to be shown with it: a
@@ -88,7 +88,6 @@ class CardPages : public QTabWidget {
   // The file that a directive of the side names; `first` becomes true when it wants to be seen before the card's text.
   std::optional<std::filesystem::path> NamedFile(std::string_view side, MediaKind kind, bool& first) const;
   bool ShowPicture(const std::filesystem::path& path);
-  bool ShowTextFile(const std::filesystem::path& path);
   QWidget* MakeVideoPage();
   QWidget* MakeSoundPage();
   QPushButton* MakeButton(const QString& text, const QString& name, const std::function<void()>& command);
@@ -111,9 +110,9 @@ class CardPages : public QTabWidget {
   QToolButton* speaker_ = nullptr;
   QAction* sound_again_ = nullptr;
   QAction* stays_white_ = nullptr;
-  QPlainTextEdit* text_ = nullptr;
+  TextPage* text_ = nullptr;
   PictureView* picture_ = nullptr;
-  QPlainTextEdit* text_file_ = nullptr;
+  TextPage* text_file_ = nullptr;
   VideoScreen* video_ = nullptr;
   QString video_path_;
   QString sound_path_;

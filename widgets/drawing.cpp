@@ -6,13 +6,15 @@
 #include <QXmlStreamWriter>
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace tessaro {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-constexpr qint64 kMostBytes = 16 << 20;
+constexpr qint64 kMostBytes = 4 << 20;
+constexpr qint64 kMostBytesWithoutSize = 1 << 20;
 
 // A place in the drawing itself, or a picture of dots that stands in it. Another drawing in it could name files again.
 bool StandsInside(QStringView reference) {
@@ -37,21 +39,41 @@ void CopyElement(const QXmlStreamReader& from, QXmlStreamWriter& to) {
   }
 }
 
-}  // namespace
+bool SaysItsSize(const QXmlStreamAttributes& attributes) {
+  return attributes.hasAttribute("viewBox"_L1) ||
+         (attributes.hasAttribute("width"_L1) && attributes.hasAttribute("height"_L1));
+}
 
-QByteArray SelfContainedDrawing(const QString& path) {
+// With `size_alone` up to the outermost element, if that is enough.
+QByteArray Copy(const QString& path, bool size_alone) {
   QFile file(path);
   if (!QFileInfo(path).isFile() || file.size() > kMostBytes || !file.open(QIODevice::ReadOnly)) return {};
-  QXmlStreamReader from(file.read(kMostBytes));
+  QXmlStreamReader from(&file);
   QByteArray drawing;
   QXmlStreamWriter to(&drawing);
   while (!from.atEnd()) {
     from.readNext();
     if (from.isStartElement()) CopyElement(from, to);
+    if (from.isStartElement() && std::exchange(size_alone, false)) {
+      if (!SaysItsSize(from.attributes()))
+        return file.size() > kMostBytesWithoutSize ? QByteArray() : Copy(path, false);
+      to.writeEndElement();
+      return drawing;
+    }
     if (from.isEndElement()) to.writeEndElement();
     if (from.isCharacters()) to.writeCharacters(from.text().toString());
   }
   return from.hasError() ? QByteArray() : drawing;
+}
+
+}  // namespace
+
+QByteArray SelfContainedDrawing(const QString& path) {
+  return Copy(path, false);
+}
+
+QByteArray DrawingForSize(const QString& path) {
+  return Copy(path, true);
 }
 
 }  // namespace tessaro

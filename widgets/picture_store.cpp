@@ -20,27 +20,32 @@ QSize SeenSize(const QImageReader& reader, QSize size) {
   return reader.transformation() & QImageIOHandler::TransformationRotate90 ? size.transposed() : size;
 }
 
+enum class Part { Whole, Size };
+
 // Opens a picture file; a drawing without what it names outside of itself.
 class PictureReader {
  public:
-  explicit PictureReader(const QString& path) : reader_(path) {
+  explicit PictureReader(const QString& path, Part part = Part::Whole) : reader_(path) {
     QImageReader::setAllocationLimit(kPictureMebibytes);
     reader_.setDecideFormatFromContent(true);
     reader_.setAutoTransform(true);
     if (!reader_.format().startsWith("svg")) return;
-    drawing_.setData(SelfContainedDrawing(path));
+    is_drawing_ = true;
+    drawing_.setData(part == Part::Size ? DrawingForSize(path) : SelfContainedDrawing(path));
     drawing_.open(QIODevice::ReadOnly);
     reader_.setDevice(&drawing_);
     reader_.setFormat("svg");
   }
   QImageReader& reader() { return reader_; }
+  bool is_drawing() const { return is_drawing_; }
 
  private:
   QBuffer drawing_;
   QImageReader reader_;
+  bool is_drawing_ = false;
 };
 
-// Scaled down on each side that is longer than `most`.
+// Scaled down on each side that is longer than `most`, and in the form that is painted.
 QImage ReadWithin(const QString& path, QSize most) {
   PictureReader picture(path);
   QImageReader& reader = picture.reader();
@@ -48,36 +53,41 @@ QImage ReadWithin(const QString& path, QSize most) {
   const QSize seen_most = SeenSize(reader, most);
   if (size.isValid() && (size.width() > seen_most.width() || size.height() > seen_most.height()))
     reader.setScaledSize(size.boundedTo(seen_most));
-  return reader.read();
+  const QImage image = reader.read();
+  if (image.isNull()) return image;
+  return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
 }
 
 void MakeWhiteTransparent(QImage& image) {
-  image = image.convertToFormat(QImage::Format_ARGB32);
-  const QRgb white = qRgb(255, 255, 255);
+  image = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
   for (int y = 0; y < image.height(); ++y) {
     auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-    std::replace(line, line + image.width(), white, qRgba(255, 255, 255, 0));
+    std::replace(line, line + image.width(), qRgb(255, 255, 255), qRgba(0, 0, 0, 0));
   }
 }
 
 }  // namespace
 
-bool IsSlowToRead(PixelSize size) {
-  constexpr int64_t kPixelsAtOnce = 4'000'000;
-  return int64_t{size.width} * size.height > kPixelsAtOnce;
+bool IsSlowToRead(int64_t cost) {
+  constexpr int64_t kAtOnce = 2'000'000;
+  return cost > kAtOnce;
 }
 
-PictureFile MeasurePicture(const QString& path) {
-  PictureReader picture(path);
+MeasuredPicture MeasurePicture(const QString& path) {
+  constexpr int64_t kPerByteOfDrawing = 64;  // a shape of some thirty bytes is painted in about 50 us
+  PictureReader picture(path, Part::Size);
   const QImageReader& reader = picture.reader();
-  QSize size = reader.size();
-  size = size.isValid() ? SeenSize(reader, size) : ReadWithin(path, {kMaxMediaPixels, kMaxMediaPixels}).size();
-  if (size.isEmpty()) return {PictureFile::State::Unreadable, {}};
-  return {PictureFile::State::Good, {size.width(), size.height()}};
+  QSize size = SeenSize(reader, reader.size());
+  if (size.isEmpty() && !picture.is_drawing()) size = ReadWithin(path, {kMaxMediaPixels, kMaxMediaPixels}).size();
+  if (size.isEmpty()) return {{PictureFile::State::Unreadable, {}}};
+  const PixelSize own = {size.width(), size.height()};
+  const PixelSize read = picture.is_drawing() ? BoundedMedia(own) : own;
+  const int64_t bytes = picture.is_drawing() ? QFileInfo(path).size() : 0;
+  return {{PictureFile::State::Good, own}, int64_t{read.width} * read.height + kPerByteOfDrawing * bytes};
 }
 
 QImage ReadPicture(const QString& path) {
-  const PictureFile file = MeasurePicture(path);
+  const PictureFile file = MeasurePicture(path).file;
   const PixelSize size = BoundedMedia(file.size);
   return file.state == PictureFile::State::Good ? ReadWithin(path, {size.width, size.height}) : QImage();
 }
@@ -85,12 +95,14 @@ QImage ReadPicture(const QString& path) {
 PictureStore::PictureStore(const Disk& disk) : disk_(disk), finder_(disk, {}), pictures_(kCacheKibibytes) {}
 
 void PictureStore::SetFolders(const MediaFolders& folders) {
+  cost_at_once_ = 0;
   loader_.Forget();
   finder_ = MediaFinder(disk_, folders);
   entries_.clear();
 }
 
 void PictureStore::Forget() {
+  cost_at_once_ = 0;
   loader_.Forget();
   finder_.Forget();
   entries_.clear();
@@ -103,7 +115,7 @@ QString PictureStore::PathOf(std::string_view name) {
 }
 
 PictureFile PictureStore::Find(std::string_view name) {
-  return EntryOf(name).file;
+  return EntryOf(name).picture.file;
 }
 
 PictureStore::Entry& PictureStore::EntryOf(std::string_view name) {
@@ -114,14 +126,14 @@ PictureStore::Entry& PictureStore::EntryOf(std::string_view name) {
   if (!entry.path.isEmpty()) {
     const FileState state = disk_.State(ToPath(entry.path)).value_or(FileState());
     entry.key = QStringLiteral("%1|%2|%3").arg(entry.path).arg(state.size).arg(state.modified_ns);
-    entry.file = MeasurePicture(entry.path);
+    entry.picture = MeasurePicture(entry.path);
   }
   return entries_.emplace(std::string(name), std::move(entry)).first->second;
 }
 
 QPixmap PictureStore::Picture(std::string_view name, QSize size, bool white_is_transparent) {
   Entry& entry = EntryOf(name);
-  if (entry.file.state != PictureFile::State::Good) return {};
+  if (entry.picture.file.state != PictureFile::State::Good) return {};
   const QString key = QStringLiteral("%1|%2x%3|%4")
                           .arg(entry.key)
                           .arg(size.width())
@@ -129,25 +141,30 @@ QPixmap PictureStore::Picture(std::string_view name, QSize size, bool white_is_t
                           .arg(white_is_transparent ? 1 : 0);
   if (const QPixmap* known = pictures_.object(key)) return *known;
   if (entry.being_read) return {};
-  const auto read = [path = entry.path, most = size.boundedTo({kMaxMediaPixels, kMaxMediaPixels})] {
-    return ReadWithin(path, most);
+  const auto read = [path = entry.path, most = size.boundedTo({kMaxMediaPixels, kMaxMediaPixels}),
+                     white_is_transparent] {
+    QImage image = ReadWithin(path, most);
+    if (white_is_transparent && !image.isNull()) MakeWhiteTransparent(image);
+    return image;
   };
-  const auto take = [this, key, white_is_transparent](Entry& of, QImage image) {
-    of.being_read = false;
-    if (image.isNull()) of.file.state = PictureFile::State::Unreadable;
-    return image.isNull() ? QPixmap() : Keep(key, std::move(image), white_is_transparent);
-  };
-  if (!IsSlowToRead(entry.file.size)) return take(entry, read());
+  if (!IsSlowToRead(cost_at_once_ + entry.picture.cost)) {
+    cost_at_once_ += entry.picture.cost;
+    return Keep(entry, key, read());
+  }
   entry.being_read = true;
-  loader_.Begin(read, [this, take, name = std::string(name)](QImage image) {
-    take(EntryOf(name), std::move(image));
+  loader_.Begin(read, [this, key, name = std::string(name)](QImage image) {
+    Keep(EntryOf(name), key, std::move(image));
     if (observer_) observer_();
   });
   return {};
 }
 
-QPixmap PictureStore::Keep(const QString& key, QImage image, bool white_is_transparent) {
-  if (white_is_transparent) MakeWhiteTransparent(image);
+QPixmap PictureStore::Keep(Entry& entry, const QString& key, QImage image) {
+  entry.being_read = false;
+  if (image.isNull()) {
+    entry.picture.file.state = PictureFile::State::Unreadable;
+    return {};
+  }
   QPixmap picture = QPixmap::fromImage(std::move(image));
   pictures_.insert(key, new QPixmap(picture), std::max<int>(1, picture.width() * picture.height() / 256));
   return picture;

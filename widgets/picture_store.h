@@ -5,6 +5,7 @@
 #include <QPixmap>
 #include <QSize>
 #include <QString>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
@@ -21,10 +22,15 @@ namespace tessaro {
 // The largest picture, in bytes of memory, that is read at all.
 inline constexpr int kPictureMebibytes = 256;
 
-// Whether reading a picture of this size would keep the window waiting.
-bool IsSlowToRead(PixelSize size);
+struct MeasuredPicture {
+  PictureFile file;
+  int64_t cost = 0;  // of reading it, in pixels of a photograph
+};
+
+// Whether reading pictures of this cost would keep the window waiting.
+bool IsSlowToRead(int64_t cost);
 // Whether there is a picture in this file, and its own size, as it is seen.
-PictureFile MeasurePicture(const QString& path);
+MeasuredPicture MeasurePicture(const QString& path);
 // Reads a picture in its own size; one wider or higher than kMaxMediaPixels is made smaller in its proportions. A null
 // image when it cannot be read.
 QImage ReadPicture(const QString& path);
@@ -52,11 +58,11 @@ class PictureStore {
   struct Entry {
     QString path;
     QString key;  // path and state of the file
-    PictureFile file;
+    MeasuredPicture picture;
     bool being_read = false;
   };
   Entry& EntryOf(std::string_view name);
-  QPixmap Keep(const QString& key, QImage image, bool white_is_transparent);
+  QPixmap Keep(Entry& entry, const QString& key, QImage image);
 
   const Disk& disk_;
   MediaFinder finder_;
@@ -64,6 +70,7 @@ class PictureStore {
   QCache<QString, QPixmap> pictures_;
   std::function<void()> observer_;
   PictureLoader loader_;
+  int64_t cost_at_once_ = 0;  // read for the side on screen while the window waited
 };
 
 }  // namespace tessaro

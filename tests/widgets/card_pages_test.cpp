@@ -174,6 +174,11 @@ TEST_F(CardPagesTest, ALargePictureComesWhenItHasBeenRead) {
   QImage large(2400, 2000, QImage::Format_RGB32);
   large.fill(Qt::red);
   ASSERT_TRUE(large.save(folder.filePath(u"bild.bmp"_s)) && large.save(folder.filePath(u"gross.png"_s)));
+  std::ofstream drawing(folder.path().toStdString() + "/viele.svg");
+  drawing << "<svg xmlns='http://www.w3.org/2000/svg' width='300' height='250'>";
+  for (int i = 0; i < 2000; ++i) drawing << "<rect width='300' height='250' fill='red'/>";
+  drawing << "</svg>";
+  drawing.close();
   pages.resize(400, 300);
   pages.show();
   const auto is_red = [this] {
@@ -181,7 +186,8 @@ TEST_F(CardPagesTest, ALargePictureComesWhenItHasBeenRead) {
     const QColor middle = pages.grab().toImage().pixelColor(page.mapTo(&pages, page.rect().center()));
     return middle.red() > 200 && middle.green() < 60;
   };
-  for (const char* side : {"<#SHOW:bild.bmp>", "<img src=\"gross.png\" border=\"0\">"}) {
+  for (const char* side :
+       {"<#SHOW:bild.bmp>", "<img src=\"gross.png\" border=\"0\">", "<img src=\"viele.svg\" border=\"0\">"}) {
     ShowSide(side);
     EXPECT_FALSE(is_red()) << side;
     EXPECT_TRUE(QTest::qWaitFor(is_red, 60'000)) << side;

@@ -165,6 +165,31 @@ TEST(Drawing, ShowsNothingOfOtherFiles) {
   }
 }
 
+// Asked while the window waits, so no more is read than that takes.
+TEST(Drawing, IsMeasuredByItsOutermostElement) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("bild.svg"));
+  const std::string shape = "<rect width='30' height='20' fill='red'/>";
+  std::string many;
+  while (many.size() < (1U << 20)) many += shape;
+  const struct {
+    std::string size, shapes;
+    PixelSize read;
+  } cases[] = {
+      {"width='40' height='50'", shape, {40, 50}},
+      {"viewBox='0 0 60 70'", shape + "<open>", {60, 70}},
+      {"width='40'", shape, {30, 20}},
+      {"", many, {0, 0}},
+      {"width='9' height='8'", many, {9, 8}},
+  };
+  for (const auto& c : cases) {
+    std::ofstream(path.toStdString()) << "<svg xmlns='http://www.w3.org/2000/svg' " << c.size << ">" << c.shapes
+                                      << "</svg>";
+    const PixelSize size = MeasurePicture(path).file.size;
+    EXPECT_TRUE(size.width == c.read.width && size.height == c.read.height) << c.size << " " << size.width;
+  }
+}
+
 TEST(DesktopColours, WishIsReadHoweverItIsWrapped) {
   const auto wrapped = [](const QVariant& value) { return QVariant::fromValue(QDBusVariant(value)); };
   EXPECT_EQ(WishOf(wrapped(wrapped(1U))), Theme::Dark);
