@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QPushButton>
 
+#include "platform/disk.h"
 #include "store/file/card_file.h"
 #include "ui_dlneu.h"
 #include "widgets/messages.h"
@@ -50,6 +51,7 @@ QString TF_dlneu::Mistake() const {
     if (kForbidden.contains(letter)) return u"Das Zeichen %1 ist in einem Namen nicht erlaubt."_s.arg(letter);
   }
   if (name.startsWith(u'.')) return u"Der Name darf nicht mit einem Punkt beginnen."_s;
+  if (path().filename().string().size() > kLongestName) return u"Der Name ist zu lang."_s;
   if (!QDir::isAbsolutePath(QDir::fromNativeSeparators(ui_->EditFolder->text().trimmed()))) {
     return u"Wählen Sie einen Ordner für die Kartei."_s;
   }

@@ -317,10 +317,11 @@ bool TF_wnmain::IsOpenFile(const fs::path& path) const {
 
 fs::path TF_wnmain::CopyName() const {
   const fs::path& cards = file_.paths().cards;
-  const std::string stem = fs::path(cards).replace_extension().string() + "-Sicherung";
-  fs::path name = stem + ".mlb";
-  for (int number = 2; program_.disk().Exists(name); ++number) name = stem + '-' + std::to_string(number) + ".mlb";
-  return name;
+  const std::string stem = ShortName(cards.stem().string()) + "-Sicherung";
+  fs::path copy = cards.parent_path() / (stem + ".mlb");
+  for (int number = 2; program_.disk().Exists(copy); ++number)
+    copy.replace_filename(stem + '-' + std::to_string(number) + ".mlb");
+  return copy;
 }
 
 fs::path TF_wnmain::ChooseTarget(const QString& title, const fs::path& proposed) {
@@ -330,6 +331,10 @@ fs::path TF_wnmain::ChooseTarget(const QString& title, const fs::path& proposed)
     OpenReport wrong_type;
     wrong_type.result = OpenResult::WrongType;
     program_.messages().Error(this, RefusalText(wrong_type, path));
+    return {};
+  }
+  if (path.filename().string().size() > kLongestName) {
+    program_.messages().Error(this, u"\nDer Name ist zu lang.\nBitte wählen Sie einen kürzeren."_s);
     return {};
   }
   return IsOpenFile(path) || MayReplace(path) ? path : fs::path();

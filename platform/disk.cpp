@@ -217,6 +217,17 @@ Disk& RealDisk() {
   return disk;
 }
 
+std::string ShortName(std::string name) {
+  constexpr size_t kMostUncut = 200;
+  constexpr size_t kCut = 160;
+  if (name.size() <= kMostUncut) return name;
+  uint64_t hash = 0xCBF29CE484222325U;  // FNV-1a
+  for (const char byte : name) hash = (hash ^ static_cast<uint8_t>(byte)) * 0x100000001B3U;
+  size_t end = kCut;
+  while (end > 0 && (static_cast<uint8_t>(name[end]) & 0xC0U) == 0x80U) --end;
+  return name.substr(0, end) + '-' + std::to_string(hash);
+}
+
 std::optional<std::string> ReadBeginning(Disk& disk, const fs::path& path, size_t most) try {
   const std::unique_ptr<ReadableFile> file = disk.Open(path);
   if (file == nullptr) return std::nullopt;

@@ -93,10 +93,16 @@ class Disk {
   virtual std::vector<std::string> FolderNames(const std::filesystem::path& /*folder*/) const { return {}; }
 };
 
+// Names of files have at most so many bytes on the drives that people have.
+inline constexpr size_t kLongestName = 255;
+// A name to which this program can add endings of its own: where it would get too long by them it is cut, between two
+// letters, and told from others by its hash.
+std::string ShortName(std::string name);
+
 // The name beside `path` under which a file is written that is to replace it: always the same, so that what a crash
 // left behind is replaced and does not pile up.
-inline std::filesystem::path BesideName(std::filesystem::path path) {
-  return path += ".tmp";
+inline std::filesystem::path BesideName(const std::filesystem::path& path) {
+  return path.parent_path() / (ShortName(path.filename().string()) + ".tmp");
 }
 
 // The machine's own file system.

@@ -55,16 +55,8 @@ CardFilePaths PathsFor(const fs::path& cards) {
 }
 
 // Card files whose endings differ only in their letters' case share all companions, so they share the lock as well.
-// A name that might be too long for a file is told by its hash.
 fs::path LockPathOf(const fs::path& cards) {
-  constexpr size_t kMostLetters = 200;
-  std::string stem = cards.stem().string();
-  if (stem.size() > kMostLetters) {
-    ContentHash hash;
-    hash.Add(stem);
-    stem = std::to_string(hash.Stamp().hash);
-  }
-  return cards.parent_path() / ("." + stem + ".mlb.lock");
+  return cards.parent_path() / ("." + ShortName(cards.stem().string()) + ".mlb.lock");
 }
 
 bool HasCardFileType(const fs::path& path) {

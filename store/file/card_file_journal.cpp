@@ -156,7 +156,7 @@ bool CardFile::TakeOverUnsaved(const StageObserver& observer) {
 std::vector<ChangesPutAside> CardFile::ListPutAside() const {
   std::vector<ChangesPutAside> found;
   const fs::path folder = paths_.cards.parent_path();
-  const std::string begin = paths_.cards.stem().string() + std::string(kAsideMark);
+  const std::string begin = BeginOfAsideName(paths_.journal);
   std::vector<std::string> names = IsOpen() ? disk_.FileNames(folder) : std::vector<std::string>();
   std::sort(names.begin(), names.end());
   for (const std::string& name : names) {

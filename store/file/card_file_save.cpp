@@ -134,11 +134,11 @@ bool CardFile::KeepDamaged(CardContent& content, const CardFilePaths& paths) {
 }
 
 bool CardFile::PutBy(const fs::path& damaged, const fs::path& cards) {
-  const std::string stem = fs::path(cards).replace_extension().string() + std::string(kDamagedEnding);
+  const std::string begin = ShortName(cards.stem().string()) + std::string(kDamagedEnding);
   int number = 1;
   fs::path kept;
   do {
-    kept = stem + std::to_string(number++) + ".mlb";
+    kept = cards.parent_path() / (begin + std::to_string(number++) + ".mlb");
   } while (disk_.Exists(kept));
   return !disk_.Exists(damaged) || disk_.Link(damaged, kept) || Copy(disk_, damaged, kept);
 }

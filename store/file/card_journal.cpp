@@ -15,6 +15,10 @@ constexpr size_t kBatchSize = size_t{1} << 20U;
 
 }  // namespace
 
+std::string BeginOfAsideName(const fs::path& journal) {
+  return ShortName(journal.stem().string()) + "-Antworten-";
+}
+
 void CardJournal::FlushInBackground() {
   background_ = std::make_unique<BackgroundFlush>();
 }
@@ -52,11 +56,11 @@ CardJournal::Found CardJournal::Find(const fs::path& path, const ContentStamp& s
 }
 
 fs::path CardJournal::PutAside(const fs::path& path) {
-  const std::string stem = fs::path(path).replace_extension().string() + std::string(kAsideMark);
+  const std::string begin = BeginOfAsideName(path);
   int number = 1;
   fs::path aside;
   do {
-    aside = stem + std::to_string(number++) + path.extension().string();
+    aside = path.parent_path() / (begin + std::to_string(number++) + path.extension().string());
   } while (disk_.Exists(aside));
   return disk_.Rename(path, aside) ? aside : fs::path();
 }

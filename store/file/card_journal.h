@@ -18,8 +18,8 @@ namespace tessaro {
 
 class CardTable;
 
-// Between the name of a card file and a number in the name of a journal that was put aside.
-inline constexpr std::string_view kAsideMark = "-Antworten-";
+// What the names of the journals begin with, before a number, that were put aside from this path.
+std::string BeginOfAsideName(const std::filesystem::path& journal);
 
 // Keeps the journal of the open card file: what changed since the last save stands on the disk the moment it happens.
 // There is a journal file only while there are unsaved changes. When the disk fails, the next change tries to write

@@ -31,7 +31,7 @@ class NewFileDialog : public testing::Test {
 };
 
 TEST_F(NewFileDialog, TakesOnlyNamesThatEverySystemCanHold) {
-  for (const QString& name : {u""_s, u"  "_s, u"a/b"_s, u"a\\b"_s, u"wer?"_s, u".mlb"_s}) {
+  for (const QString& name : {u""_s, u"  "_s, u"a/b"_s, u"a\\b"_s, u"wer?"_s, u".mlb"_s, QString(84, u'€')}) {
     Name(name);
     EXPECT_FALSE(CanAccept()) << name.toStdString();
   }

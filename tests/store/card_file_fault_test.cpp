@@ -160,11 +160,7 @@ TEST(CardFileOnDisk, IsNeverGivenToTwoAndKeepsItsRights) {
   EXPECT_TRUE(fs::status(path).permissions() == kRights && !second.ChangedOnDisk());
   second.Close();
   EXPECT_FALSE(fs::exists(folder / ".a.mlb.lock"));
-  // A name as long as a drive can hold still has a lock; where a link has the lock's place there is none.
-  const fs::path long_name = folder / (std::string(247, 'n') + ".mlb");
-  ASSERT_TRUE(file.CreateNew(long_name) && file.locked());
-  EXPECT_EQ(second.Open(long_name).result, OpenResult::InUse);
-  file.Close();
+  // Where a link has the lock's place there is none.
   fs::create_symlink("/dev/null", folder / ".a.mlb.lock");
   EXPECT_TRUE(file.Open(path).read_only);
   file.Close();
@@ -173,6 +169,44 @@ TEST(CardFileOnDisk, IsNeverGivenToTwoAndKeepsItsRights) {
   std::ofstream(folder / ".a.mlb.lock") << "pc\n1\n";
   EXPECT_EQ(file.Open(path).result, OpenResult::Opened);
   file.Close();
+}
+
+// The names of all companions fit, and none is that of another card file.
+TEST(CardFileOnDisk, AFileWithTheLongestNameOfADriveLacksNothing) {
+  const TemporaryFolder temporary;
+  for (const size_t length : {196, 200, 201, 252, 254, 255}) {
+    SCOPED_TRACE(length);
+    std::string name(length % 2, 'n');
+    while (name.size() + 4 < length) name += "ü";
+    const fs::path path = temporary.path() / (name + ".mlb");
+    std::ofstream(path) << FileText({{.id = "000001"}, {.id = "000002"}});
+    const auto answer = [&](const char* text) {
+      CardFile file;
+      ASSERT_EQ(file.Open(path).result, OpenResult::Opened);
+      CardFile second;
+      EXPECT_TRUE(file.locked() && second.Open(path).result == OpenResult::InUse);
+      file.cards().Poke(file.columns().answer, kFirstCardRow, text);
+      file.RowChanged(kFirstCardRow);
+    };
+    answer("eins");
+    CardFile file;
+    ASSERT_TRUE(file.Open(path).unsaved) << "the program ended without saving";
+    EXPECT_FALSE(file.PutUnsavedAside().empty());
+    const std::vector<ChangesPutAside> aside = file.ListPutAside();
+    ASSERT_EQ(aside.size(), 1U);
+    ASSERT_TRUE(file.TakeOverPutAside(aside[0].path));
+    ASSERT_EQ(file.Save(), SaveResult::Saved);
+    EXPECT_TRUE(fs::exists(file.paths().backup) && fs::exists(file.paths().learn_index));
+    file.Close();
+    fs::resize_file(path, fs::file_size(path) - 40);
+    ASSERT_TRUE(file.Open(path).end_missing && file.Save() == SaveResult::Saved);
+  }
+  int kept = 0;
+  for (const auto& entry : fs::directory_iterator(temporary.path())) {
+    EXPECT_FALSE(entry.path().string().ends_with(".tmp")) << entry.path();
+    if (entry.path().string().find("-beschaedigt-1") != std::string::npos) ++kept;
+  }
+  EXPECT_EQ(kept, 6) << "the damaged file of each";
 }
 
 }  // namespace
