@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QApplication>
 #include <string>
 #include <vector>
 
 #include "app/program.h"
 #include "app/wnmain.h"
+#include "learn/wnlern.h"
 #include "tests/learn/learn_fixture.h"
 #include "tests/support/window_test.h"
 
@@ -41,6 +43,36 @@ class MainWindow : public WindowTest {
   std::string CardsPath() { return program.file().paths().cards.string(); }
 
   Program program;
+};
+
+inline constexpr const char* kOther = "/deck/other.mlb";
+
+// One card of every kind that the start page counts, and a navigation card.
+inline const std::vector<TestCard> kCards = {NewCard(1), WrongCard(2, 500), KnownCard(3, 100, 500),
+                                             KnownCard(4, 900000, 500), NavigationCard(5, "<navigation><home>Start")};
+
+// The main window, and two card files that it can open.
+class MainWindowFiles : public MainWindow {
+ protected:
+  MainWindowFiles() { PutDeck({{.id = "000007"}, {.id = "000008"}}, kOther); }
+
+  // The file is open, one card of it was changed since.
+  void OpenAndChange() {
+    Open(kCards);
+    Change(program.file(), "anders");
+    messages.asked.clear();
+  }
+  void TriggerWithFile(const QString& command, const QString& file) {
+    messages.files = {file};
+    Trigger(command);
+  }
+  void BreakDisk() { disk.FailAt(1, MemoryDisk::WriteFault::Nothing, true); }
+  static QWidgetList LearningWindows() {
+    QWidgetList windows = QApplication::topLevelWidgets();
+    windows.removeIf([](const QWidget* w) { return !w->isVisible() || qobject_cast<const TF_wnlern*>(w) == nullptr; });
+    return windows;
+  }
+  bool SavedOnDisk() { return disk.Content(kTestFile)->find("anders") != std::string::npos; }
 };
 
 }  // namespace tessaro

@@ -1,0 +1,136 @@
+// The start page, and how learning begins from it.
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+
+#include "learn/dlausw.h"
+#include "learn/dlparam.h"
+#include "tests/app/main_window_fixture.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+TEST_F(MainWindowFiles, StartPageOffersWhatCanBeDone) {
+  const QStringList need_file = {u"FileSaveExecute"_s,    u"FileSaveAsExecute"_s,     u"MBackupClick"_s,
+                                 u"IndexAufbauExecute"_s, u"KarteiPruefenExecute"_s,  u"LernStartExecute"_s,
+                                 u"LernAuswahlExecute"_s, u"LernEinstellungExecute"_s};
+  for (const bool open : {false, true}) {
+    if (open) Open(kCards);
+    for (const QString& name : need_file) EXPECT_EQ(Command(name).isEnabled(), open) << name.toStdString();
+    EXPECT_EQ(Find<QWidget>(u"PanelEmpty"_s).isVisible(), !open);
+  }
+  EXPECT_EQ(window().windowTitle(), u"x.mlb[*] - Tessaro Hypertext-Lernprogramm 3.0"_s);
+  const QStringList figures = {Text(u"FigureCards"_s), Text(u"FigureNew"_s), Text(u"FigureKnown"_s),
+                               Text(u"FigureUnknown"_s), Text(u"FigureDue"_s)};
+  EXPECT_EQ(figures.join(u' '), u"4 1 2 1 2"_s);
+  EXPECT_EQ(Text(u"LabelNavigation"_s), u"dazu eine Navigationskarte"_s);
+  EXPECT_EQ(messages.errors, QStringList());
+}
+
+TEST_F(MainWindowFiles, AdviceSaysWhatIsToDoNow) {
+  const TestCard later = kCards[3];
+  const std::pair<std::vector<TestCard>, QString> cases[] = {
+      {kCards, u"2 Karten warten auf Wiederholung."_s},
+      {{kCards[1], later}, u"Eine Karte wartet auf Wiederholung."_s},
+      {{kCards[0], later}, u"Eine neue Karte wartet auf Sie."_s},
+      {{later}, u"Zurzeit ist nichts zu wiederholen. Die nächste Karte ist in 10 Tagen 10 Stunden fällig."_s},
+      {{kCards[4]}, u"In dieser Kartei gibt es noch keine Karten zum Lernen."_s},
+  };
+  for (const auto& [cards, advice] : cases) {
+    Open(cards);
+    EXPECT_EQ(Text(u"LabelAdvice"_s), advice);
+  }
+}
+
+TEST_F(MainWindowFiles, LearningLastsUntilAnotherFileIsOpened) {
+  Open(kCards);
+  Click(u"ButtonLearn"_s);
+  EXPECT_TRUE(program.learning());
+  Trigger(u"LernStartExecute"_s);
+  const QWidgetList windows = LearningWindows();
+  ASSERT_EQ(windows.size(), 1) << "no second window for the same run";
+  EXPECT_TRUE(windows[0]->screen()->availableGeometry().contains(windows[0]->pos()));
+  EXPECT_TRUE(window().OpenFile(kOther));
+  EXPECT_FALSE(program.learning());
+}
+
+TEST_F(MainWindowFiles, AfterARunItSaysWhenTheNextCardComes) {
+  Open({kCards[3]});
+  program.OpenLearning();
+  EXPECT_TRUE(program.CloseLearning());
+  EXPECT_EQ(Text(u"LabelAdvice"_s), u"Für jetzt fertig, nächste Karte in 11 Tagen."_s);
+  ASSERT_TRUE(window().OpenFile(kOther));
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  EXPECT_EQ(Text(u"LabelAdvice"_s).section(u'.', 0, 0), u"Zurzeit ist nichts zu wiederholen"_s);
+}
+
+TEST_F(MainWindowFiles, FiguresAreThoseOfTheMomentTheWindowComesToTheFront) {
+  Open({kCards[3]});
+  QWidget other;
+  const auto come_back_after = [&](int64_t seconds) {
+    other.show();
+    other.activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+    clock.now += seconds;
+    window().activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window()));
+    return Text(u"FigureDue"_s);
+  };
+  EXPECT_EQ(come_back_after(kDay), u"0"_s);
+  EXPECT_EQ(come_back_after(30 * kDay), u"1"_s);
+}
+
+TEST_F(MainWindowFiles, EnterPressesTheButtonWithTheFocus) {
+  Open(kCards);
+  auto& button = Find<QPushButton>(u"ButtonReihe"_s);
+  button.setFocus();
+  QTest::keyClick(&button, Qt::Key_Return);
+  QApplication::processEvents();
+  EXPECT_EQ(Control<QLabel>(*LearningWindows().at(0), u"LabelSteuerung"_s).text(), u"Lernsteuerung nach Reihenfolge"_s);
+}
+
+TEST_F(MainWindowFiles, OtherWaysToLearnStartFromTheStartPageAndInTheRunningWindow) {
+  Open(kCards);
+  const auto count_and_press = [](const QString& button) {
+    return [button](TF_dlausw& dialog) {
+      for (const QString& name : {u"BitBtnSort"_s, button}) Control<QPushButton>(dialog, name).click();
+    };
+  };
+  DriveDialog<TF_dlausw>([&] { Click(u"ButtonLeitner"_s); }, count_and_press(u"BitBtnCancel"_s));
+  EXPECT_FALSE(program.learning());
+  Click(u"ButtonReihe"_s);
+  QApplication::processEvents();
+  const auto stage = [] { return Control<QLabel>(*LearningWindows().at(0), u"LabelSteuerung"_s).text(); };
+  EXPECT_EQ(stage(), u"Lernsteuerung nach Reihenfolge"_s);
+  DriveDialog<TF_dlausw>([&] { Trigger(u"LernAuswahlExecute"_s); }, count_and_press(u"BitBtnLern1"_s));
+  EXPECT_EQ(stage(), u"Lernsteuerung manuell - in Karteifach 1 -"_s);
+}
+
+TEST_F(MainWindowFiles, ParametersAreKeptInBothSettingsAndWaitForTheEndOfARun) {
+  Open(kCards);
+  const auto set = [&](const QString& days) {
+    DriveDialog<TF_dlparam>([&] { Trigger(u"LernEinstellungExecute"_s); },
+                            [&](TF_dlparam& dialog) {
+                              Control<QLineEdit>(dialog, u"EdCheckImmer"_s).setText(days);
+                              Control<QLineEdit>(dialog, u"EdCheckPosition"_s).setText(u"3"_s);
+                              Control<QPushButton>(dialog, u"BitBtnOK"_s).click();
+                            });
+  };
+  set(u"7"_s);
+  EXPECT_FALSE(program.settings().ini.Has("CHK", "max")) << "refused, then closed";
+  set(u"20"_s);
+  EXPECT_NE(disk.Content("/tessaro.ini")->find("max=20"), std::string::npos);
+  EXPECT_EQ(disk.Content("/tessaro.ini")->find("rpos"), std::string::npos);
+  EXPECT_NE(disk.Content("/deck/x.ini")->find("rpos=3"), std::string::npos);
+  program.OpenLearning();
+  EXPECT_FALSE(Command(u"LernEinstellungExecute"_s).isEnabled());
+}
+
+}  // namespace
+}  // namespace tessaro
