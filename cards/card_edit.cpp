@@ -51,6 +51,11 @@ std::optional<CardEditDone> CardEdit::Apply(CardCommand command) {
   return done;
 }
 
+std::optional<RowShift> CardEdit::ApplyForGood(CardCommand command) {
+  if (command.empty()) return RowShift();
+  return file_.Edit(std::move(command.edit_));
+}
+
 bool CardEdit::Finish(const StageObserver& observer) {
   return !file_.NeedsRebuild() || file_.RebuildIndexes(observer);
 }

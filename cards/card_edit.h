@@ -50,6 +50,8 @@ class CardEdit {
   // left them, answers aside: where a card was answered since, or its statistics changed otherwise, the columns that
   // learning writes stay as they are.
   std::optional<CardEditDone> Apply(CardCommand command);
+  // The same without an inverse, for what is never taken back: that of many cards takes long and much memory.
+  std::optional<RowShift> ApplyForGood(CardCommand command);
 
   // To be called when the editor closes or a dialog ends that made cards: both indexes get the order among equal keys
   // that they have when they are built, if that may be another. False: the card table has a defect.

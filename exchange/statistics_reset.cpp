@@ -47,8 +47,8 @@ std::optional<int64_t> ResetStatistics(CardFile& file, ResetScope scope, const W
                           {columns.yes_no_row, letters},
                           {columns.time_row, times}});
   }
-  if (!command.empty() && !CardEdit(file).Apply(std::move(command))) return std::nullopt;
-  (void)file.RebuildIndexes();
+  CardEdit edit(file);
+  if (!edit.ApplyForGood(std::move(command)) || !edit.Finish()) return std::nullopt;
   return count;
 }
 

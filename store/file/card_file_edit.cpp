@@ -81,12 +81,12 @@ bool CardFile::FollowInIndexes(const TableEdit& edit, const RowShift& shift) {
   };
   put(renumbered);
   put(shift.inserted());
-  content_.equal_keys_differ = content_.equal_keys_differ || !shift.empty() || !renumbered.empty() || !scored.empty();
+  const bool rebuild = scored.size() + shift.inserted().size() > static_cast<size_t>(CardCount() / kMostPutPart);
+  content_.equal_keys_differ =
+      content_.equal_keys_differ || !shift.empty() || !renumbered.empty() || (!scored.empty() && !rebuild);
 
   content_.learn_index.Shift(shift);
-  if (scored.size() + shift.inserted().size() > static_cast<size_t>(CardCount() / kMostPutPart)) {
-    return BuildLearnIndex(content_, CardIds(content_.cards), {});
-  }
+  if (rebuild) return BuildLearnIndex(content_, CardIds(content_.cards), {});
   const auto put_score = [&](int row) {
     content_.learn_index.Put(row, content_.cards.Peek(content_.columns.score, row));
   };

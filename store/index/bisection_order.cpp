@@ -89,7 +89,8 @@ std::vector<int32_t> SortedEntries(const std::vector<int64_t>& keys, int64_t end
   for (size_t i = 0; i < keys.size(); ++i) {
     if (keys[i] <= end_key) entries.push_back({keys[i], static_cast<int32_t>(i)});
   }
-  std::sort(entries.begin(), entries.end());
+  if (std::is_sorted(entries.rbegin(), entries.rend())) std::reverse(entries.begin(), entries.end());
+  if (!std::is_sorted(entries.begin(), entries.end())) std::sort(entries.begin(), entries.end());
   std::vector<int32_t> sorted;
   sorted.reserve(entries.size());
   for (const Entry& entry : entries) sorted.push_back(entry.number);
@@ -144,6 +145,7 @@ std::vector<int32_t> BisectionOrder(const std::vector<int64_t>& keys, int64_t en
   std::vector<int32_t> order = SortedEntries(keys, end_key);
   size_t distinct = 0;
   const std::vector<int32_t> ranks = Ranks(keys, order, distinct);
+  if (distinct == order.size()) return order;
   const std::vector<int32_t> places = PlacesAmongEquals(keys, ranks, distinct, end_key);
   for (size_t begin = 0; begin < order.size();) {
     size_t end = begin + 1;

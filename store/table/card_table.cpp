@@ -111,10 +111,12 @@ bool CardTable::InsertRow(bool after) {
   return true;
 }
 
-bool CardTable::ShiftRows(const RowShift& shift) {
+bool CardTable::ShiftRows(const RowShift& shift, const PackedFields& fields) {
   std::vector<RowHandle> rows(shift.inserted().size());
+  PackedReader reader(fields);
   for (size_t i = 0; i < rows.size(); ++i) {
-    if (state_->content.rows.Add(rows[i])) continue;
+    RowStore& store = state_->content.rows;
+    if (reader.Next() ? store.AddFilled(reader.fields(), rows[i]) : store.Add(rows[i])) continue;
     for (size_t made = 0; made < i; ++made) state_->content.rows.Remove(rows[made]);
     return false;
   }
@@ -212,6 +214,11 @@ void CardTable::Expect(int row) const {
 
 bool CardTable::Poke(int column, int row, Value value) {
   return state_->Set(row, column, value);
+}
+
+void CardTable::PokeAll(int row, std::span<const FieldView> fields) {
+  if (!state_->HasRow(row) || state_->content.rows.Rewrite(state_->RowAt(row), fields)) return;
+  for (const FieldView& field : fields) (void)Poke(field.column, row, field.text);
 }
 
 bool CardTable::SaveRow(int k) {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "store/table/line_end.h"
+#include "store/table/packed_fields.h"
 
 namespace tessaro {
 
@@ -54,10 +55,11 @@ class CardTable {
   // and setting of fields counts, moves of the cursor do not; a number that would so lie past the last row ends this
   // as well. Peek and Poke take the true numbers, and a save writes every row once.
   bool InsertRow(bool after);
-  // Takes out the rows that a shift removes and puts in rows of null fields where it inserts some. The cursor keeps its
+  // Takes out the rows that a shift removes and puts in others where it inserts some: rows of null fields, or with
+  // `fields` for each of them its fields, in ascending order of columns, which exist. The cursor keeps its
   // number, or goes to the last row when there is none of that number. False, and all as it was, when the table cannot
   // hold so many rows.
-  [[nodiscard]] bool ShiftRows(const RowShift& shift);
+  [[nodiscard]] bool ShiftRows(const RowShift& shift, const PackedFields& fields = {});
   // Deletes the cursor row. The cursor keeps its number, or goes to the last row when there is none of that number.
   bool DeleteRow();
 
@@ -86,6 +88,9 @@ class CardTable {
   // How far ahead such a loop tells it.
   static constexpr int kAhead = 12;
   bool Poke(int column, int row, Value value);
+  // Pokes at several columns of one of many rows, in ascending order; what does not exist is passed over. Takes less
+  // memory than a Poke for each.
+  void PokeAll(int row, std::span<const FieldView> fields);
 
   // Copies the cursor row to spare row 0 or 1, and back: the cursor row then has as many fields as the spare row.
   bool SaveRow(int k);

@@ -17,17 +17,19 @@ class RowBlocks {
   static constexpr size_t kFile = 0;       // the file, as it is written
   static constexpr size_t kUnescaped = 1;  // the fields of it that were written with escapes, without them
   static constexpr size_t kUnescapedOfSecondHalf = 2;
+  static constexpr size_t kRewritten = 3;  // rows that came or changed with many others
   static constexpr int kPlaceBits = 56;
 
   MemoryBlock& operator[](size_t block) { return blocks_[block]; }
   // A place from its two parts, and the byte there. `start` is below 2 to the 56th.
   static uint64_t PlaceIn(size_t block, uint64_t start) { return uint64_t{block} << kPlaceBits | start; }
-  const char* At(uint64_t place) const {
-    return blocks_[place >> kPlaceBits].data() + (place & ((uint64_t{1} << kPlaceBits) - 1));
-  }
+  const char* At(uint64_t place) const { return blocks_[place >> kPlaceBits].data() + StartOf(place); }
+  char* At(uint64_t place) { return blocks_[place >> kPlaceBits].data() + StartOf(place); }
 
  private:
-  std::array<MemoryBlock, 3> blocks_;
+  static uint64_t StartOf(uint64_t place) { return place & ((uint64_t{1} << kPlaceBits) - 1); }
+
+  std::array<MemoryBlock, 4> blocks_;
 };
 
 // A field of a changed row in 16 bytes: null, bytes of its own, or bytes at a place in the loaded blocks. A few bytes,

@@ -1,7 +1,6 @@
 #include "store/table/packed_fields.h"
 
 #include <array>
-#include <limits>
 #include <utility>
 
 namespace tessaro {
@@ -12,6 +11,12 @@ constexpr unsigned kMore = 1U << kGroupBits;
 constexpr unsigned kMostBits = 35;  // five groups
 
 constexpr size_t kMostGroups = 10;
+
+constexpr size_t kRepeated = size_t{1} << 30U;
+// A shorter text takes less room than the number that would repeat it.
+constexpr size_t kLeastRepeated = 8;
+// Of columns from here on no last text is kept.
+constexpr size_t kMostColumns = 256;
 
 // Returns where the next one begins.
 char* PutNumber(char* at, size_t number) {
@@ -47,10 +52,23 @@ void PackedFields::AddToLastRow(const std::vector<FieldView>& fields) {
 
 void PackedFields::Add(const FieldView& field) {
   if (field.column < 1) return;
+  const auto column = static_cast<size_t>(field.column);
   std::array<char, 2 * kMostGroups> head;
-  char* const length = PutNumber(head.data(), static_cast<size_t>(field.column));
-  char* const end = PutNumber(length, field.text.size());
-  bytes_.append(head.data(), end).append(field.text);
+  if (Repeats(field)) {
+    bytes_.append(head.data(), PutNumber(head.data(), column + kRepeated));
+    return;
+  }
+  char* const length = PutNumber(head.data(), column);
+  bytes_.append(head.data(), PutNumber(length, field.text.size()));
+  if (column < kMostColumns && last_.size() <= column) last_.resize(column + 1);
+  if (column < kMostColumns) last_[column] = {bytes_.size(), field.text.size()};
+  bytes_ += field.text;
+}
+
+bool PackedFields::Repeats(const FieldView& field) const {
+  const auto column = static_cast<size_t>(field.column);
+  if (field.text.size() < kLeastRepeated || column >= last_.size()) return false;
+  return field.text == std::string_view(bytes_).substr(last_[column].start, last_[column].size);
 }
 
 std::optional<size_t> PackedReader::TakeNumber() {
@@ -68,12 +86,24 @@ bool PackedReader::Next() {
   fields_.clear();
   while (const std::optional<size_t> column = TakeNumber()) {
     if (*column == 0) return true;
-    const std::optional<size_t> length = TakeNumber();
-    if (!length || *length > rest_.size() || *column > std::numeric_limits<int>::max()) return false;
-    fields_.push_back({static_cast<int>(*column), rest_.substr(0, *length)});
-    rest_.remove_prefix(*length);
+    const bool repeated = *column >= kRepeated;
+    const size_t named = *column - (repeated ? kRepeated : 0);
+    const std::optional<std::string_view> text = TakeText(named, repeated);
+    if (!text || named == 0 || named >= kRepeated) return false;
+    fields_.push_back({static_cast<int>(named), *text});
   }
   return false;
+}
+
+std::optional<std::string_view> PackedReader::TakeText(size_t column, bool repeated) {
+  if (repeated) return column < last_.size() ? std::optional(last_[column]) : std::nullopt;
+  const std::optional<size_t> length = TakeNumber();
+  if (!length || *length > rest_.size()) return std::nullopt;
+  const std::string_view text = rest_.substr(0, *length);
+  rest_.remove_prefix(*length);
+  if (column < kMostColumns && last_.size() <= column) last_.resize(column + 1);
+  if (column < kMostColumns) last_[column] = text;
+  return text;
 }
 
 }  // namespace tessaro

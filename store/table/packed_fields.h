@@ -16,7 +16,8 @@ struct FieldView {
 };
 
 // Fields of many rows in one piece of memory. Per field the column and the length of the text, each in as many groups
-// of seven bits as it needs, and the text; a row ends with the column 0.
+// of seven bits as it needs, and the text; a row ends with the column 0. For a text that is the last one of its column
+// again there is one number, the column with kRepeated added.
 class PackedFields {
  public:
   // Takes over bytes that bytes() gave. Nothing when they are not those of so many rows.
@@ -29,13 +30,19 @@ class PackedFields {
 
   size_t rows() const { return rows_; }
   const std::string& bytes() const { return bytes_; }
-  bool operator==(const PackedFields&) const = default;
+  bool operator==(const PackedFields& other) const { return rows_ == other.rows_ && bytes_ == other.bytes_; }
 
  private:
+  struct Slice {
+    size_t start = 0;
+    size_t size = 0;
+  };
   void Add(const FieldView& field);
+  bool Repeats(const FieldView& field) const;
 
   std::string bytes_;
   size_t rows_ = 0;
+  std::vector<Slice> last_;  // by column, in the bytes
 };
 
 // Walks through the rows once. The fields must outlive it and not change.
@@ -51,9 +58,12 @@ class PackedReader {
 
  private:
   std::optional<size_t> TakeNumber();
+  // The text of a field whose column is named so; nothing where there is none.
+  std::optional<std::string_view> TakeText(size_t column, bool repeated);
 
   std::string_view rest_;
   std::vector<FieldView> fields_;
+  std::vector<std::string_view> last_;  // by column
 };
 
 }  // namespace tessaro

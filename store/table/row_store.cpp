@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "store/table/table_scan.h"
+
 namespace tessaro {
 namespace {
 
@@ -62,8 +64,9 @@ RowStore::Place RowStore::Find(RowHandle row) const {
   return found;
 }
 
-void RowStore::BeginLoading(int columns, size_t file_size, bool second_half) {
+void RowStore::BeginLoading(int columns, char separator, size_t file_size, bool second_half) {
   loaded_columns_ = columns_ = columns;
+  separator_ = separator;
   if (second_half) unescaped_block_ = RowBlocks::kUnescapedOfSecondHalf;
   // Records are seldom larger than half of their text; a failure only means that they grow later.
   (void)records_.Reserve(file_size / 2);
@@ -193,6 +196,34 @@ bool RowStore::Add(RowHandle& row) {
   return true;
 }
 
+bool RowStore::AddFilled(std::span<const FieldView> fields, RowHandle& row) {
+  // A table that was not loaded has no other rows of this kind.
+  if (loaded_columns_ == 0) loaded_columns_ = columns_;
+  row_text_.clear();
+  row_ends_.clear();
+  auto next = fields.begin();
+  for (int column = 1; column <= columns_; ++column) {
+    if (column > 1) row_text_ += separator_;
+    if (next != fields.end() && next->column == column) row_text_ += (next++)->text;
+    row_ends_.push_back(row_text_.size());
+  }
+  const size_t words = kPlaceWords + (row_ends_.size() + 1) / 2;
+  const bool is_narrow = row_text_.size() <= kMostNarrow && next == fields.end() && loaded_columns_ == columns_;
+  const std::optional<uint64_t> place = is_narrow ? PlaceOfRewritten(row_text_.size()) : std::nullopt;
+  if (!place) {
+    if (!Add(row)) return false;
+    for (const FieldView& field : fields) Set(row, field.column - 1, field.text);
+    return true;
+  }
+  uint32_t* const record = AddRecord(words, row);
+  if (record == nullptr) return false;
+  std::memcpy(blocks_.At(*place), row_text_.data(), row_text_.size());
+  rewritten_size_ += row_text_.size();
+  StorePlace(record, *place);
+  PackEnds(row_ends_, false, record + kPlaceWords);
+  return true;
+}
+
 void RowStore::Remove(RowHandle row) {
   const Place place = Find(row);
   if (!place.changed) return;
@@ -251,6 +282,60 @@ void RowStore::Expect(RowHandle row) const {
 
 void RowStore::Set(RowHandle row, int field, Value value) {
   Change(row)[static_cast<size_t>(field)].Set(value);
+}
+
+bool RowStore::ComposeRow(const Place& place, std::span<const FieldView> fields) {
+  row_text_.clear();
+  row_ends_.clear();
+  size_t from = 0;
+  auto next = fields.begin();
+  for (size_t i = 0; i < place.end_count; ++i) {
+    const size_t end = place.End(i);
+    if (i > 0) row_text_ += separator_;
+    if (next == fields.end() || static_cast<size_t>(next->column) != i + 1) {
+      row_text_.append(blocks_.At(place.start) + from, end - from);
+    } else if (place.unescaped != nullptr && Unescaped(place, static_cast<uint32_t>(i))) {
+      return false;
+    } else {
+      row_text_ += (next++)->text;
+    }
+    row_ends_.push_back(row_text_.size());
+    from = end + 1;
+  }
+  return next == fields.end();
+}
+
+std::optional<uint64_t> RowStore::PlaceOfRewritten(size_t size) {
+  MemoryBlock& block = blocks_[RowBlocks::kRewritten];
+  const size_t needed = rewritten_size_ + size;
+  if (needed > block.room() && !block.Reserve(std::max({kLeastRoom, needed, 2 * block.room()}))) return std::nullopt;
+  return RowBlocks::PlaceIn(RowBlocks::kRewritten, rewritten_size_);
+}
+
+bool RowStore::Rewrite(RowHandle row, std::span<const FieldView> fields) {
+  const Place place = Find(row);
+  if (place.changed || place.end_count == 0 || !ComposeRow(place, fields)) return false;
+  const size_t size = row_text_.size();
+  const size_t old_size = place.End(place.end_count - 1);
+  if (size > (place.wide ? kMostWide : kMostNarrow)) return false;
+  uint64_t start = place.start;
+  if (size > old_size) {
+    const std::optional<uint64_t> moved = PlaceOfRewritten(size);
+    if (!moved) return false;
+    start = *moved;
+    rewritten_size_ += size;
+  }
+  const auto is_plain = [&](const FieldView& field) {
+    return FindFirstMark(field.text, separator_) == field.text.size();
+  };
+  // A row is written together with the line end behind it.
+  const bool as_written = place.as_written && size == old_size && std::all_of(fields.begin(), fields.end(), is_plain);
+  std::memcpy(blocks_.At(start), row_text_.data(), size);
+  uint32_t* const record = Record(row);
+  const uint64_t kind = LoadPlace(record) & ~(kPlaceMask | kAsWritten);
+  StorePlace(record, start | kind | (as_written ? kAsWritten : 0));
+  PackEnds(row_ends_, place.wide, record + kPlaceWords + ((kind & kShort) != 0 ? 1 : 0));
+  return true;
 }
 
 void RowStore::SetAll(RowHandle row, std::vector<FieldText> fields) {

@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "store/table/field_text.h"
 #include "store/table/memory_block.h"
+#include "store/table/packed_fields.h"
 #include "store/table/row_order.h"
 
 namespace tessaro {
@@ -32,8 +34,9 @@ struct LoadedRow {
 
 // The rows of a table without their order. A loaded row is a short record of where its fields lie in the block that the
 // file was read into; the first change of a field makes it a changed row, which owns what was changed and still points
-// into the block for the rest. The block stays as it was read, so that unchanged rows can be written from it; a field
-// that was written with escapes has its text in a second block.
+// into the block for the rest. Unchanged rows can be written from the block as they were read; a field that was written
+// with escapes has its text in a second block. Where many rows change at once, each stays a loaded row: its new texts
+// take the place of the old ones, or the row moves to a block of such rows.
 //
 // A record is a run of 32-bit words: two for the row's place (its start in the block, or the number of the changed row)
 // and its kind, then for a loaded row the ends of its fields, counted from the start, two in a word, or one in a word
@@ -50,8 +53,9 @@ class RowStore {
   // The block that the file is read into.
   MemoryBlock& block() { return blocks_[RowBlocks::kFile]; }
 
-  // Called once, before the first row: how many fields a row of the file has at most, and a guess how large it is.
-  void BeginLoading(int columns, size_t file_size, bool second_half = false);
+  // Called once, before the first row: how many fields a row of the file has at most, what parts them, and a guess how
+  // large the file is.
+  void BeginLoading(int columns, char separator, size_t file_size, bool second_half = false);
   // Text of a field without its escapes, put behind what came before. False when there is no memory.
   bool AddUnescaped(std::string_view text);
   size_t unescaped_size() const { return unescaped_size_; }
@@ -67,6 +71,9 @@ class RowStore {
   void AddColumn();
   // Adds a row of null fields. False when the store is full.
   bool Add(RowHandle& row);
+  // The same with these fields, in ascending order of their columns, which exist; the others may be empty, not null.
+  // For many rows: they take less memory than with a Set for each field.
+  bool AddFilled(std::span<const FieldView> fields, RowHandle& row);
   void Remove(RowHandle row);
 
   int FieldCount(RowHandle row) const;
@@ -78,6 +85,9 @@ class RowStore {
   void Expect(RowHandle row) const;
   // `value` may be a view into this store. The field must exist.
   void Set(RowHandle row, int field, Value value);
+  // Sets several fields, with columns as above, for many rows: a loaded row stays one where that can be. What a row
+  // that grows leaves behind is not used again. False, and nothing set, when the row cannot be written so.
+  bool Rewrite(RowHandle row, std::span<const FieldView> fields);
   // Replaces all fields of a row; the row then has as many.
   void SetAll(RowHandle row, std::vector<FieldText> fields);
   // The bytes of a row that is unchanged and was read in just the form that it would be written in.
@@ -103,6 +113,10 @@ class RowStore {
   Value FieldAt(const Place& place, int field) const;
   // The field of a loaded row that was written with escapes; null for any other.
   Value Unescaped(const Place& place, uint32_t field) const;
+  // Puts the row as it will be with these fields into row_text_ and row_ends_; false when it cannot be such a row.
+  bool ComposeRow(const Place& place, std::span<const FieldView> fields);
+  // Room for so many bytes behind the rows that were rewritten; its place, or nothing without memory.
+  std::optional<uint64_t> PlaceOfRewritten(size_t size);
   uint32_t* AddRecord(size_t words, RowHandle& row);
   static uint32_t* PackEnds(std::span<const size_t> ends, bool wide, uint32_t* words);
   void PackUnescaped(const LoadedRow& loaded, uint32_t* words) const;
@@ -119,6 +133,10 @@ class RowStore {
   size_t words_used_ = 0;
   int columns_ = 0;
   int loaded_columns_ = 0;
+  char separator_ = '\0';
+  size_t rewritten_size_ = 0;     // bytes in the block of such rows
+  std::string row_text_;          // of the row that is being rewritten,
+  std::vector<size_t> row_ends_;  // kept for the next one
   std::vector<ChangedRow> changed_;
   std::vector<RowHandle> removed_;  // changed rows that may be used again
 };

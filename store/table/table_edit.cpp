@@ -7,6 +7,9 @@
 namespace tessaro {
 namespace {
 
+// From so many rows on memory counts more than that what a row leaves behind is not used again.
+constexpr size_t kManyRows = 100;
+
 bool AreCards(const std::vector<int>& rows, const CardTable& table) {
   const auto not_ascending = [](int row, int next) { return row >= next; };
   return std::adjacent_find(rows.begin(), rows.end(), not_ascending) == rows.end() &&
@@ -65,17 +68,25 @@ std::vector<int> InsertedRows(const TableEdit& edit) {
 
 bool Perform(const TableEdit& edit, const RowShift& shift, CardTable& table) {
   // What can fail comes first: the rows that come are made before others go.
-  if (!table.ShiftRows(shift)) return false;
-  PackedReader inserted(edit.inserted);
-  for (const int row : shift.inserted()) {
-    inserted.Next();
-    for (const FieldView& field : inserted.fields()) table.Poke(field.column, row, field.text);
+  const bool many_come = shift.inserted().size() >= kManyRows;
+  if (!(many_come ? table.ShiftRows(shift, edit.inserted) : table.ShiftRows(shift))) return false;
+  if (!many_come) {
+    PackedReader inserted(edit.inserted);
+    for (const int row : shift.inserted()) {
+      inserted.Next();
+      for (const FieldView& field : inserted.fields()) table.Poke(field.column, row, field.text);
+    }
   }
   PackedReader replacing(edit.replacing);
   for (const int row : edit.replaced) {
     replacing.Next();
     const int now = shift.Map(row);
-    for (const FieldView& field : replacing.fields()) table.Poke(field.column, now, field.text);
+    if (edit.replaced.size() >= kManyRows) {
+      table.Expect(now + CardTable::kAhead);
+      table.PokeAll(now, replacing.fields());
+    } else {
+      for (const FieldView& field : replacing.fields()) table.Poke(field.column, now, field.text);
+    }
   }
   return true;
 }

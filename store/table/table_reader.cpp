@@ -93,7 +93,7 @@ TableReader::TableReader(const TableReader& first, ReadableFile& file, size_t st
       columns_(first.columns_),
       ends_(first.ends_.size()) {
   content_.line_end = first.content_.line_end;
-  content_.rows.BeginLoading(first.content_.columns.size(), room_ - start, true);
+  content_.rows.BeginLoading(first.content_.columns.size(), separator_, room_ - start, true);
 }
 
 TableReader::~TableReader() = default;
@@ -221,7 +221,7 @@ void TableReader::ReadHeader() {
     name = i + 1;
   }
   if (in_lines_) AddName(name, end);
-  content_.rows.BeginLoading(content_.columns.size(), content_.rows.block().room());
+  content_.rows.BeginLoading(content_.columns.size(), separator_, content_.rows.block().room());
   columns_ = static_cast<size_t>(content_.columns.size());
   ends_.resize(std::min(columns_, kFirstEnds));
   if (in_lines_) ++scan_;

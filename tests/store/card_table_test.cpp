@@ -57,7 +57,7 @@ TEST(CardTable, AnswersAsThePlainModelOverRandomWork) {
     TableTwins twins(';');
     ASSERT_TRUE(twins.Load(seed % 3 == 0 ? "" : start, 100, start.size()));
     for (int i = 0; i < 150; ++i) {
-      const auto operation = static_cast<uint8_t>(random() % 19);
+      const auto operation = static_cast<uint8_t>(random() % 20);
       // Small row numbers, so that rows are hit.
       const auto argument = static_cast<uint8_t>(random() % (i % 2 == 0 ? 12 : 256));
       ASSERT_TRUE(twins.Do(operation, argument)) << "seed " << seed << " step " << i << " operation " << +operation;
@@ -65,6 +65,57 @@ TEST(CardTable, AnswersAsThePlainModelOverRandomWork) {
     }
     ASSERT_TRUE(twins.SameFile()) << seed;
   }
+}
+
+TEST(CardTable, RowsThatComeWithTheirFieldsReadAndSaveLikeOthers) {
+  const struct {
+    const char* start;
+    std::vector<std::vector<FieldView>> come;
+    const char* saved;
+  } cases[] = {
+      {"A;B;C\n1;a;x\n2;b;y\n",
+       {{{1, "7"}, {2, "c;\nd"}, {3, "\\"}}, {{2, "e"}}, {}},
+       "A;B;C\n1;a;x\n7;c\\;\\nd;\\\\\n;e;\n;;\n2;b;y\n"},
+      {"A;B;C\r\n1;a;x\r\n2;b;y\r\n", {{{3, "z"}, {1, "8"}}}, "A;B;C\r\n1;a;x\r\n8;;z\r\n2;b;y\r\n"},
+  };
+  for (const auto& [start, come, saved] : cases) {
+    MemoryDisk disk;
+    CardTable table;
+    TextFile file(start, 100, 30);
+    ASSERT_TRUE(table.LoadFrom(file));
+    PackedFields fields;
+    std::vector<int> rows;
+    for (const std::vector<FieldView>& row : come) {
+      fields.AddRow(row);
+      rows.push_back(static_cast<int>(rows.size()) + 2);
+    }
+    ASSERT_TRUE(table.ShiftRows(RowShift({}, rows), fields));
+    ASSERT_TRUE(table.SaveTo(*disk.Create("file")));
+    EXPECT_EQ(disk.Content("file"), saved);
+  }
+}
+
+TEST(PackedFields, TextsThatComeAgainTakeNoRoom) {
+  PackedFields fields;
+  const std::string long_text(1000, 'x');
+  for (int i = 0; i < 100; ++i) fields.AddRow({{1, std::to_string(i)}, {2, long_text}, {300, long_text}});
+  fields.AddToLastRow({{2, long_text}, {2, "short"}, {2, "short"}});
+  const std::string bytes = fields.bytes();
+  EXPECT_LT(bytes.size(), 103'000U);  // of the column 300 each is kept
+  const std::optional<PackedFields> read = PackedFields::FromBytes(bytes, 100);
+  ASSERT_TRUE(read);
+  PackedReader reader(*read);
+  for (int i = 0; i < 100; ++i) {
+    const std::string number = std::to_string(i);
+    std::vector<FieldView> expected = {{1, number}, {2, long_text}, {300, long_text}};
+    if (i == 99) expected.insert(expected.end(), {{2, long_text}, {2, "short"}, {2, "short"}});
+    ASSERT_TRUE(reader.Next());
+    EXPECT_EQ(reader.fields(), expected) << i;
+  }
+  EXPECT_TRUE(reader.AtEnd());
+  // A row that repeats what was never there.
+  const size_t second = bytes.find('\0') + 1;
+  EXPECT_FALSE(PackedFields::FromBytes(bytes.substr(second), 99));
 }
 
 TEST(CardTable, ManyInsertedAndDeletedRowsKeepTheirOrder) {

@@ -98,6 +98,19 @@ class TableTwins {
     return a.SetField(n % 5, part) == b.SetField(n % 5, copy);
   }
 
+  // Texts that are as long as those there or longer, some with marks that a file escapes.
+  static bool SetSeveral(CardTable& a, NaiveTable& b, int n) {
+    const std::string texts[] = {std::string(static_cast<size_t>(n % 3), 'x'), n % 4 == 0 ? "a;\\" : std::to_string(n)};
+    const int row = 1 + n % 7;
+    const FieldView fields[] = {{1 + n % 2, texts[0]}, {3 + n % 2, texts[1]}};
+    a.PokeAll(row, fields);
+    for (const FieldView& field : fields) {
+      if (row > b.RowCount() || field.column > static_cast<int>(b.rows[static_cast<size_t>(row) - 1].size())) continue;
+      b.rows[static_cast<size_t>(row) - 1][static_cast<size_t>(field.column) - 1] = field.text;
+    }
+    return true;
+  }
+
   static constexpr Operation kOperations[] = {
       [](CardTable& a, NaiveTable& b, int) { return a.AppendRow(), b.AppendRow(), true; },
       [](CardTable& a, NaiveTable& b, int) { return a.InsertRow(false) == b.InsertRow(false); },
@@ -121,6 +134,7 @@ class TableTwins {
       [](CardTable& a, NaiveTable& b, int n) { return a.RestoreRow(n % 3) == b.RestoreRow(n % 3); },
       [](CardTable& a, NaiveTable& b, int n) { return n > 4 || (a.AddColumn("x"), b.AddColumn("x"), true); },
       Copy,
+      SetSeveral,
       [](CardTable& a, NaiveTable& b, int n) { return n > 0 || (a.Clear(), b.Clear(), true); },
   };
 
