@@ -41,7 +41,7 @@ bool TakeUsualTime(std::string_view& text, int64_t& time) {
   const auto ninth = static_cast<unsigned char>(text[8] - '0');
   const auto tenth = static_cast<unsigned char>(text[9] - '0');
   if (ninth > 9 || tenth > 9 || eight == 0) return false;
-  time = static_cast<int64_t>(eight * 100 + ninth * 10U + tenth);
+  time = static_cast<int64_t>(eight * 100 + uint64_t{ninth} * 10 + tenth);
   text.remove_prefix(kDigits + 1);
   return true;
 }

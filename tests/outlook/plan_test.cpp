@@ -104,6 +104,29 @@ TEST_F(PlanTest, CatchesUpSoonerWithMoreMinutes) {
   EXPECT_GT(report.curves[0].caught_up, report.curves[1].caught_up);
   EXPECT_LT(report.curves[2].caught_up, report.curves[1].caught_up);
   EXPECT_GT(report.curves[2].caught_up, 0);
+  EXPECT_EQ(Finish(Plan::CatchUp(file, deck, settings, days, 600), 50).curves[0].caught_up, 1) << "today";
+}
+
+// Of more cards than are learned the others are counted as well.
+TEST_F(PlanTest, OfALargeDeckForgetsWhatItDoesNotLearn) {
+  std::vector<TestCard> cards;
+  constexpr int kLearned = 20'000;
+  for (int i = 0; i < kLearned + 100; ++i) {
+    cards.push_back(CardWith({{kNow - (1 + i % 90) * kDay, i % 3 == 0 ? 'f' : 'w'}}, i % 3 == 0 ? 0 : 1 + i % 70));
+  }
+  Open(cards);
+  deck = Read();
+  const PlanReport report = Run({Today() + 2, 0, 0});
+  EXPECT_TRUE(report.partial);
+  double expected = 0;
+  std::vector<int> weak;
+  for (const CardTrace& trace : deck.answered) {
+    const double recall = RecallAt(trace, deck.weights, days.HourOf(Today() + 2, deck.session_hour));
+    expected += recall;
+    if (recall < PlanReport::kWeak) weak.push_back(trace.row);
+  }
+  EXPECT_NEAR(report.curves[0].known.back(), expected, 1e-6);
+  EXPECT_EQ(report.curves[0].weak_rows, weak);
 }
 
 TEST_F(PlanTest, OfAnExamTodayOrADeckWithoutAnswersIsShort) {

@@ -194,6 +194,30 @@ TEST(RecallFit, DoesNotDependOnTheOrderOfTheCards) {
   EXPECT_NE(one, kStandardWeights);
 }
 
+// At the best weights the answers pull as strongly one way as the standard weights pull the other.
+TEST(RecallFit, BalancesTheAnswersAgainstTheStandardWeights) {
+  RecallWeights own = kStandardWeights;
+  own[kMisses] += 0.8;
+  const std::vector<AnswerSeries> deck = SeriesOf(DrawDeck(17, 150, 9, own));
+  const RecallWeights fitted = Fit(deck);
+  RecallTerms pull{};
+  for (const AnswerSeries& series : deck) {
+    MemoryTrace trace;
+    for (const StoredAnswer& answer : series) {
+      if (trace.answers > 0) {
+        const RecallTerms terms = TermsAt(trace, answer.time);
+        const double error = (answer.known ? 1 : 0) - RecallOf(terms, fitted);
+        for (size_t i = 0; i < kRecallTerms; ++i) pull[i] += error * terms[i];
+      }
+      FollowAnswer(trace, answer);
+    }
+  }
+  for (size_t i = 0; i < kRecallTerms; ++i) {
+    if (fitted[i] == kGentlestSlope) continue;
+    EXPECT_NEAR(pull[i], 400 * (fitted[i] - kStandardWeights[i]), 1e-3) << i;
+  }
+}
+
 // A step of Newton's method from predictions that are sure and all wrong goes far beyond.
 TEST(RecallFit, EndsAtTheBestWeightsOfADeckAgainstAllExpectation) {
   const std::vector<AnswerSeries> deck(15'000, SeriesOf(CardWith({{kNow, 'w'}, {kNow + kDay, 'f'}})));
@@ -202,6 +226,13 @@ TEST(RecallFit, EndsAtTheBestWeightsOfADeckAgainstAllExpectation) {
   FollowAnswer(trace, deck[0].Oldest());
   EXPECT_GT(RecallAt(trace, kStandardWeights, kNow + kDay), 0.9);
   EXPECT_LT(RecallAt(trace, fitted, kNow + kDay), 0.1);
+}
+
+TEST(FitSamples, TakesAnswersBeforeATimeOnly) {
+  FitSamples samples;
+  samples.AddCard(SeriesOf(CardWith({{kNow, 'w'}, {kNow + 10, 'w'}, {kNow + 20, 'f'}, {kNow + 30, 'w'}})), kNow + 20);
+  EXPECT_EQ(samples.answers(), 1) << "of those with a predecessor";
+  EXPECT_EQ(samples.known(), 1);
 }
 
 TEST(FitSamples, KeepsEveryKthCardOfALargeDeck) {
