@@ -1,6 +1,7 @@
 #include "widgets/plot.h"
 
 #include <QAccessible>
+#include <QAccessibleWidget>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
@@ -11,8 +12,18 @@
 #include "widgets/plot_layout.h"
 
 namespace tessaro {
+namespace {
+
+// A plain widget would be passed over as something that only holds others.
+QAccessibleInterface* ChartInterface(const QString& class_name, QObject* object) {
+  if (class_name != QLatin1String(Plot::staticMetaObject.className())) return nullptr;
+  return new QAccessibleWidget(qobject_cast<QWidget*>(object), QAccessible::Chart);
+}
+
+}  // namespace
 
 Plot::Plot(QWidget* parent) : QWidget(parent) {
+  QAccessible::installFactory(ChartInterface);  // once, however often it is called
   setFocusPolicy(Qt::StrongFocus);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }

@@ -51,6 +51,7 @@ TEST(Plot, KeysSelectAndChooseAndTellAScreenReader) {
                         {Qt::Key_Left, u"3 Karten"},   {Qt::Key_End, u"12 Karten"}};
   QTest::keyClick(&plot, Qt::Key_Return);
   EXPECT_EQ(chosen.size(), 0) << "nothing is selected yet";
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(&plot)->role(), QAccessible::Chart);
   for (const Case& c : cases) {
     QTest::keyClick(&plot, c.key);
     EXPECT_EQ(plot.TextOf(plot.selected()), QString::fromUtf16(c.text));
