@@ -6,8 +6,12 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <algorithm>
+#include <array>
+#include <vector>
 
 #include "answer/answer_window.h"
 #include "app/dlopt.h"
@@ -61,6 +65,9 @@ class AnswerModesTest : public MainWindow {
   QWidget& Tested() override { return *lern; }
   QString Line(const QString& name) { return Find<QLineEdit>(name).text(); }
   QString Status() { return Text(u"DisplayStatus"_s); }
+  QColor Colour(const QString& name, QPalette::ColorRole role = QPalette::Base) {
+    return Find<QWidget>(name).palette().color(role);
+  }
   QString Focused() { return QApplication::focusWidget()->objectName(); }
   // The newest answers of the cards, a letter each, "-" for none.
   std::string Answers() {
@@ -101,7 +108,14 @@ TEST_F(AnswerModesTest, RightChoiceByKeyBringsTheNextCard) {
 
 TEST_F(AnswerModesTest, WrongChoiceWaitsForWeiter) {
   Learn({Card(1, "A oder B?", "b"), Card(2, "C?", "C")}, Qt::Key_1);
+  const auto looks = [&] {
+    return std::array{Colour(u"SpeedButtonA"_s, QPalette::ButtonText), Colour(u"PanelLerneIch"_s, QPalette::Window),
+                      Colour(u"BitBtnLerneIch"_s, QPalette::ButtonText), Colour(u"StatusBarSelect"_s)};
+  };
+  const auto before = looks();
   Key(Qt::Key_A);
+  const auto pending = looks();
+  for (size_t i = 0; i < before.size(); ++i) EXPECT_NE(before[i], pending[i]) << i;
   EXPECT_EQ(Line(u"StatusBarSelect"_s), kPendingText);
   EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
   EXPECT_EQ(Focused(), u"BitBtnLerneIch"_s);
@@ -116,6 +130,7 @@ TEST_F(AnswerModesTest, WrongChoiceWaitsForWeiter) {
   Find<QWidget>(u"BitBtnLerneIch"_s).setFocus();
   Key(Qt::Key_Return);
   EXPECT_EQ(Answers(), "f-");
+  EXPECT_EQ(looks(), before);
   EXPECT_EQ(Line(u"StatusBarSelect"_s), QString());
   EXPECT_FALSE(Find<QWidget>(u"BitBtnLerneIch"_s).isEnabled());
 }
@@ -157,8 +172,10 @@ TEST_F(AnswerModesTest, BoxesAreTickedBySpaceAndJudgedByEnter) {
   Key(Qt::Key_Right);
   EXPECT_EQ(Focused(), u"CheckBox2"_s);
   Key(Qt::Key_Space);
-  Key(Qt::Key_Return);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_A);
   EXPECT_EQ(Answers(), "w--");
+  clock.milliseconds += 200;
   EXPECT_EQ(Line(u"StatusBarSelect"_s), u"Antwort war richtig"_s);
   EXPECT_FALSE(Find<QCheckBox>(u"CheckBox0"_s).isChecked());
   Click(u"CheckBox1"_s);
@@ -189,10 +206,15 @@ TEST_F(AnswerModesTest, TypedWordIsCheckedWithEveryKey) {
   lern->resize(700, 600);
   lern->repaint();
   EXPECT_EQ(input.text(), u"aus d"_s);
+  Repeat(Qt::Key_Return);
+  EXPECT_EQ(Text(u"LabelSeite"_s), u"Frageseite"_s);
   Key(Qt::Key_Return);
   EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
   EXPECT_EQ(Focused(), u"BitBtnWeissIch"_s);
   EXPECT_EQ(Answers(), "--");
+  Click(u"BitBtnHand"_s);
+  EXPECT_EQ(Focused(), u"RichEditVgl"_s);
+  Key(Qt::Key_Return);
   Key(Qt::Key_Tab);
   EXPECT_EQ(Focused(), u"BitBtnLerneIch"_s);
   Repeat(Qt::Key_Return);
@@ -254,7 +276,11 @@ TEST_F(AnswerModesTest, OptionsHoldAtOnceAndAreKept) {
 }
 
 TEST_F(AnswerModesTest, BlanksAtTheEndUncoverTheAnswerUnlessTheCheckIsOff) {
-  Learn({Card(1, "Frage", "Das Haus")}, Qt::Key_2);
+  Learn({Card(1, "Frage", "Das Haus"), Card(2, "Zwei", "zwei")}, Qt::Key_2);
+  Type("  ");
+  EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Text(u"LabelVergleich"_s), QString()) << "blanks are no answer";
   Click(u"BitBtnTest"_s);
   EXPECT_EQ(Line(u"StatusBarVgl"_s), u"Eingabekontrolle ausgeschaltet"_s);
   Type("xyz  ");
@@ -267,7 +293,9 @@ TEST_F(AnswerModesTest, BlanksAtTheEndUncoverTheAnswerUnlessTheCheckIsOff) {
 }
 
 TEST_F(AnswerModesTest, CopiedTextIsJudgedAndNothingElseIs) {
-  Learn({Card(1, "<b>ab</b> c", "x"), Card(2, "xyz", "y"), Card(3, "<img src=\"none.bmp\">", "z")}, Qt::Key_3);
+  Learn(
+      {Card(1, "<b>ab</b> c", "x"), Card(2, "xyz", "y"), Card(3, "slow", "z"), Card(4, "<img src=\"none.bmp\">", "z")},
+      Qt::Key_3);
   ASSERT_EQ(Focused(), u"RichEditTipp"_s);
   auto& input = Find<QPlainTextEdit>(u"RichEditTipp"_s);
   EXPECT_EQ(Find<QPlainTextEdit>(u"Text"_s).toPlainText(), u"ab c"_s);
@@ -288,15 +316,44 @@ TEST_F(AnswerModesTest, CopiedTextIsJudgedAndNothingElseIs) {
   Type(" ");
   EXPECT_EQ(Line(u"EditKommentar"_s), u"Bisher 1 Fehler"_s);
   Type("c");
-  EXPECT_EQ(Answers(), "f--") << "one error in four is too many";
+  EXPECT_EQ(Answers(), "f---") << "one error in four is too many";
   EXPECT_EQ(Line(u"EditKommentar"_s), u"25.00% Fehler > 5.00% Limit"_s);
   EXPECT_EQ(Line(u"EditSec"_s), u"A./min 240.0 >= 100 (Limit)"_s);
   Type("xyz");
-  EXPECT_EQ(Answers(), "fw-");
+  EXPECT_EQ(Answers(), "fw--");
   EXPECT_EQ(Line(u"EditKommentar"_s), u"0.00% Fehler im 5.00% Limit"_s);
+  Type("slo");
+  clock.milliseconds += 59'800;
+  Type("w");
+  EXPECT_EQ(Line(u"EditSec"_s), u"A./min 4.0  < 100 (Limit)"_s);
+  EXPECT_EQ(Answers(), "fwf-");
   EXPECT_FALSE(input.isEnabled()) << "a picture cannot be copied";
   Click(u"BtWeissIch"_s);
-  EXPECT_EQ(Answers(), "fww");
+  EXPECT_EQ(Answers(), "fwfw");
+}
+
+TEST_F(AnswerModesTest, TypingErrorsGrowWorseAndSettingsHold) {
+  IniFile& settings = program.settings().ini;
+  keys::kErrorLimit.Write(50, settings);
+  keys::kTypingFigures.Write(false, settings);
+  (void)keys::kErrorSound.Write("/nowhere/error.wav", settings);
+  Learn({Card(1, "abcde", "x")}, Qt::Key_3);
+  std::vector<QColor> colours = {Colour(u"EditKommentar"_s)};
+  const char* const limits[] = {"im Limit", "im Limit", "über dem Limit"};
+  for (int i = 0; i < 3; ++i) {
+    Type("x");
+    colours.push_back(Colour(u"EditKommentar"_s));
+    EXPECT_EQ(Text(u"LabelLimit"_s), QString::fromUtf8(limits[i]));
+    const char right[] = {static_cast<char>('a' + i), '\0'};
+    Type(right);
+    EXPECT_EQ(Colour(u"EditKommentar"_s), colours[0]);
+    EXPECT_EQ(Text(u"LabelLimit"_s), QString());
+  }
+  for (size_t i = 1; i < colours.size(); ++i) {
+    EXPECT_EQ(std::count(colours.begin(), colours.end(), colours[i]), 1) << "each error looks worse " << i;
+  }
+  EXPECT_EQ(Line(u"EditSec"_s), QString());
+  EXPECT_EQ(messages.shown.size(), 1) << "a sound that is missing is told once";
 }
 
 TEST_F(AnswerModesTest, OneModeAtATimeIsOnAndRememberedWithItsPlace) {
