@@ -1,8 +1,6 @@
 #include "exchange/blank_card.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
 #include "cards/answer_history.h"
 #include "cards/card_writer.h"
@@ -10,9 +8,8 @@
 namespace tessaro {
 
 std::string SixDigitText(int64_t number) {
-  std::array<char, 24> text = {};
-  std::snprintf(text.data(), text.size(), "%06lld", static_cast<long long>(number));
-  return text.data();
+  const std::string digits = std::to_string(number);
+  return std::string(digits.size() < 6 ? 6 - digits.size() : 0, '0') + digits;
 }
 
 std::string QueuedScore(int64_t base, int64_t n) {

@@ -1,5 +1,6 @@
 #include "exchange/card_import.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -11,18 +12,20 @@
 namespace tessaro {
 namespace {
 
-// So many cards are added in one step: what comes is in memory twice for the time of a step.
-constexpr size_t kCardsAtOnce = 50'000;
+// Cards are added in so many steps, fewer when they are few: what comes is in memory twice for the time of a step, and
+// an index that grows by a quarter or more is made anew.
+constexpr int64_t kMostSteps = 3;
+constexpr int64_t kLeastCardsAtOnce = 50'000;
 
 // Adds cards behind those of a card file, in steps that can all be taken back.
 class Appender {
  public:
-  explicit Appender(CardFile& file) : file_(file) {}
+  Appender(CardFile& file, int64_t cards) : file_(file), step_(std::max(kLeastCardsAtOnce, cards / kMostSteps + 1)) {}
 
   // False when the card file could not take a step.
   bool Add(const CardTexts& texts) {
     command_.InsertBehind(file_.CardCount() + 1, FieldsIn(file_.columns(), texts));
-    return ++waiting_ < kCardsAtOnce || AddWaiting();
+    return ++waiting_ < step_ || AddWaiting();
   }
   bool AddWaiting() {
     if (std::exchange(waiting_, 0) == 0) return true;
@@ -37,8 +40,9 @@ class Appender {
 
  private:
   CardFile& file_;
+  int64_t step_;
   CardCommand command_;
-  size_t waiting_ = 0;
+  int64_t waiting_ = 0;
   std::vector<CardCommand> steps_;  // that take back what was added
 };
 
@@ -47,9 +51,10 @@ class Appender {
 ImportResult ImportText(CardFile& file, std::string_view text, const TextLayout& layout, int topic,
                         const WorkObserver& observer) {
   const int64_t highest = file.highest_id();
-  if (CheckText(text, layout).Given() > kMostCardNumber - highest) return {ImportEnd::NoNumbers, 0};
+  const int64_t given = CheckText(text, layout).Given();
+  if (given > kMostCardNumber - highest) return {ImportEnd::NoNumbers, 0};
   WorkWatch watch(observer, kTellEveryBytes);
-  Appender appender(file);
+  Appender appender(file, given);
   CardTexts texts;
   ImportResult result;
   TextCards cards(text, layout);

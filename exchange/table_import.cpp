@@ -1,7 +1,7 @@
 #include "exchange/table_import.h"
 
 #include <algorithm>
-#include <cstring>
+#include <array>
 #include <optional>
 
 #include "exchange/card_frame.h"
@@ -118,27 +118,19 @@ std::vector<std::string> TextsOf(std::string_view row) {
 
 }  // namespace
 
-TableLines::TableLines(std::string_view text, const TableLayout& layout) : text_(text) {
-  for (size_t i = 0; i < becomes_.size(); ++i) {
-    const char c = static_cast<char>(i);
-    const bool separator = c == layout.separator;
-    takes_[i] = c != '"' || separator ? 1 : 0;
-    becomes_[i] = separator ? kFieldSeparator : c == layout.quote ? '"' : c;
-  }
-  has_lines_ = becomes_[static_cast<size_t>('\n')] == '\n';
-}
-
 bool TableLines::Next() {
   if (at_ == text_.size()) return false;
-  const size_t end = has_lines_ ? std::min(text_.find('\n', at_), text_.size()) : text_.size();
-  if (room_.size() < end - at_) room_.resize(end - at_);
-  char* target = room_.data();
-  for (size_t i = at_; i < end; ++i) {
-    const auto byte = static_cast<uint8_t>(text_[i]);
-    *target = becomes_[byte];
-    target += takes_[byte];
-  }
-  row_ = {room_.data(), static_cast<size_t>(target - room_.data())};
+  const bool has_lines = layout_.separator != '\n' && layout_.quote != '\n';
+  const size_t end = has_lines ? std::min(text_.find('\n', at_), text_.size()) : text_.size();
+  const std::string_view line = text_.substr(at_, end - at_);
+  if (room_.size() < line.size()) room_.resize(line.size());
+  const bool drops_quotes = layout_.separator != '"' && line.find('"') != std::string_view::npos;
+  char* const row_end = drops_quotes ? std::remove_copy(line.begin(), line.end(), room_.data(), '"')
+                                     : std::copy(line.begin(), line.end(), room_.data());
+  std::transform(room_.data(), row_end, room_.data(), [layout = layout_](char c) {
+    return c == layout.separator ? kFieldSeparator : c == layout.quote ? '"' : c;
+  });
+  row_ = {room_.data(), static_cast<size_t>(row_end - room_.data())};
   at_ = std::min(end + 1, text_.size());
   ++line_;
   return true;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -49,7 +48,7 @@ struct TableCheck {
 // Reads the lines of a table as rows of a card file. The text must outlive it.
 class TableLines {
  public:
-  TableLines(std::string_view text, const TableLayout& layout);
+  TableLines(std::string_view text, const TableLayout& layout) : text_(text), layout_(layout) {}
 
   // Goes to the next line; false at the end.
   bool Next();
@@ -61,9 +60,7 @@ class TableLines {
 
  private:
   std::string_view text_;
-  std::array<char, 256> becomes_ = {};   // by byte
-  std::array<uint8_t, 256> takes_ = {};  // by byte: 1, or 0 for one that vanishes
-  bool has_lines_;                       // the line feed is no separator
+  TableLayout layout_;
   size_t at_ = 0;
   int64_t line_ = 0;
   std::string room_;

@@ -155,7 +155,7 @@ class CardFile {
   static bool BuildLinkIndex(CardContent& content, const CardIds& ids, const StageObserver& observer);
   // True when the learning index was built anew.
   bool FollowInIndexes(const TableEdit& edit, const RowShift& shift);
-  void RaiseHighestId(std::string_view id);
+  void RaiseHighestId(int64_t id);
   void TellOfChanges(const TableEdit& edit, const RowShift& shift) const;
   // Takes the lock of a card file unless it is that of the open one; it may be that none can be had. False: another
   // program, or this one, has the file or one that shares its companions; `report` says who.

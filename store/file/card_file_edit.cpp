@@ -73,20 +73,29 @@ std::optional<RowShift> CardFile::Edit(TableEdit edit) {
 
 bool CardFile::FollowInIndexes(const TableEdit& edit, const RowShift& shift) {
   const auto [renumbered, scored] = ReplacedKeysOf(edit, shift, content_.columns);
-  content_.link_index.Shift(shift);
-  content_.link_index.Remove(renumbered);
-  const auto put = [&](const std::vector<int>& rows) {
-    content_.link_index.Put(rows, content_.cards);
-    for (const int row : rows) RaiseHighestId(content_.cards.Peek(content_.columns.id, row));
+  const auto are_many = [&](const std::vector<int>& changed) {
+    return changed.size() + shift.inserted().size() > static_cast<size_t>(CardCount() / kMostPutPart);
   };
-  put(renumbered);
-  put(shift.inserted());
-  const bool rebuild = scored.size() + shift.inserted().size() > static_cast<size_t>(CardCount() / kMostPutPart);
-  content_.equal_keys_differ =
-      content_.equal_keys_differ || !shift.empty() || !renumbered.empty() || (!scored.empty() && !rebuild);
+  const bool build_links = are_many(renumbered);
+  const bool build_scores = are_many(scored);
+  content_.equal_keys_differ = content_.equal_keys_differ || (!build_links && !(shift.empty() && renumbered.empty())) ||
+                               (!build_scores && !(shift.empty() && scored.empty()));
+  std::optional<CardIds> ids;
+  if (build_links || build_scores) ids.emplace(content_.cards);
+
+  content_.link_index.Shift(shift);
+  if (!build_links) content_.link_index.Remove(renumbered);
+  for (const std::vector<int>* rows : {&renumbered, &shift.inserted()}) {
+    if (!build_links) content_.link_index.Put(*rows, content_.cards);
+    for (const int row : *rows) {
+      const uint32_t number = ids ? ids->number(row) : kNotSixDigits;
+      RaiseHighestId(number != kNotSixDigits ? number : LeadingNumber(content_.cards.Peek(content_.columns.id, row)));
+    }
+  }
+  if (build_links) (void)BuildLinkIndex(content_, *ids, {});
 
   content_.learn_index.Shift(shift);
-  if (rebuild) return BuildLearnIndex(content_, CardIds(content_.cards), {});
+  if (build_scores) return BuildLearnIndex(content_, *ids, {});
   const auto put_score = [&](int row) {
     content_.learn_index.Put(row, content_.cards.Peek(content_.columns.score, row));
   };
@@ -95,8 +104,8 @@ bool CardFile::FollowInIndexes(const TableEdit& edit, const RowShift& shift) {
   return false;
 }
 
-void CardFile::RaiseHighestId(std::string_view id) {
-  content_.highest_id = std::max(content_.highest_id, LeadingNumber(id));
+void CardFile::RaiseHighestId(int64_t id) {
+  content_.highest_id = std::max(content_.highest_id, id);
 }
 
 void CardFile::TellOfChanges(const TableEdit& edit, const RowShift& shift) const {

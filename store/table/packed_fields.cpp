@@ -1,5 +1,6 @@
 #include "store/table/packed_fields.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -29,10 +30,12 @@ char* PutNumber(char* at, size_t number) {
 
 std::optional<PackedFields> PackedFields::FromBytes(std::string bytes, size_t rows) {
   PackedReader reader{std::string_view(bytes)};
-  size_t found = 0;
-  while (reader.Next()) ++found;
-  if (found != rows || !reader.AtEnd()) return std::nullopt;
   PackedFields fields;
+  size_t found = 0;
+  for (; reader.Next(); ++found) {
+    for (const FieldView& field : reader.fields()) fields.last_column_ = std::max(fields.last_column_, field.column);
+  }
+  if (found != rows || !reader.AtEnd()) return std::nullopt;
   fields.bytes_ = std::move(bytes);
   fields.rows_ = rows;
   return fields;
@@ -53,6 +56,7 @@ void PackedFields::AddToLastRow(const std::vector<FieldView>& fields) {
 void PackedFields::Add(const FieldView& field) {
   if (field.column < 1) return;
   const auto column = static_cast<size_t>(field.column);
+  last_column_ = std::max(last_column_, field.column);
   std::array<char, 2 * kMostGroups> head;
   if (Repeats(field)) {
     bytes_.append(head.data(), PutNumber(head.data(), column + kRepeated));

@@ -29,6 +29,8 @@ class PackedFields {
   void AddToLastRow(const std::vector<FieldView>& fields);
 
   size_t rows() const { return rows_; }
+  // The highest column of a field; 0 when there is none.
+  int last_column() const { return last_column_; }
   const std::string& bytes() const { return bytes_; }
   bool operator==(const PackedFields& other) const { return rows_ == other.rows_ && bytes_ == other.bytes_; }
 
@@ -42,6 +44,7 @@ class PackedFields {
 
   std::string bytes_;
   size_t rows_ = 0;
+  int last_column_ = 0;
   std::vector<Slice> last_;  // by column, in the bytes
 };
 

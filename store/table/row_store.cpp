@@ -284,6 +284,28 @@ void RowStore::Set(RowHandle row, int field, Value value) {
   Change(row)[static_cast<size_t>(field)].Set(value);
 }
 
+bool RowStore::IsPlain(const FieldView& field) const {
+  return FindFirstMark(field.text, separator_) == field.text.size();
+}
+
+bool RowStore::Overwrite(RowHandle row, const Place& place, std::span<const FieldView> fields) {
+  const auto fits = [&](const FieldView& field) {
+    const auto index = static_cast<size_t>(field.column) - 1;
+    if (index >= place.end_count || FieldAt(place, field.column - 1)->size() != field.text.size()) return false;
+    return place.unescaped == nullptr || !Unescaped(place, static_cast<uint32_t>(index));
+  };
+  if (!std::all_of(fields.begin(), fields.end(), fits)) return false;
+  for (const FieldView& field : fields) {
+    const auto index = static_cast<size_t>(field.column) - 1;
+    const size_t from = index == 0 ? 0 : place.End(index - 1) + 1;
+    std::memmove(blocks_.At(place.start) + from, field.text.data(), field.text.size());
+    if (IsPlain(field)) continue;
+    uint32_t* const record = Record(row);
+    StorePlace(record, LoadPlace(record) & ~kAsWritten);
+  }
+  return true;
+}
+
 bool RowStore::ComposeRow(const Place& place, std::span<const FieldView> fields) {
   row_text_.clear();
   row_ends_.clear();
@@ -314,7 +336,9 @@ std::optional<uint64_t> RowStore::PlaceOfRewritten(size_t size) {
 
 bool RowStore::Rewrite(RowHandle row, std::span<const FieldView> fields) {
   const Place place = Find(row);
-  if (place.changed || place.end_count == 0 || !ComposeRow(place, fields)) return false;
+  if (place.changed || place.end_count == 0) return false;
+  if (Overwrite(row, place, fields)) return true;
+  if (!ComposeRow(place, fields)) return false;
   const size_t size = row_text_.size();
   const size_t old_size = place.End(place.end_count - 1);
   if (size > (place.wide ? kMostWide : kMostNarrow)) return false;
@@ -325,11 +349,10 @@ bool RowStore::Rewrite(RowHandle row, std::span<const FieldView> fields) {
     start = *moved;
     rewritten_size_ += size;
   }
-  const auto is_plain = [&](const FieldView& field) {
-    return FindFirstMark(field.text, separator_) == field.text.size();
-  };
   // A row is written together with the line end behind it.
-  const bool as_written = place.as_written && size == old_size && std::all_of(fields.begin(), fields.end(), is_plain);
+  const bool as_written =
+      place.as_written && size == old_size &&
+      std::all_of(fields.begin(), fields.end(), [&](const FieldView& field) { return IsPlain(field); });
   std::memcpy(blocks_.At(start), row_text_.data(), size);
   uint32_t* const record = Record(row);
   const uint64_t kind = LoadPlace(record) & ~(kPlaceMask | kAsWritten);

@@ -86,7 +86,8 @@ class RowStore {
   // `value` may be a view into this store. The field must exist.
   void Set(RowHandle row, int field, Value value);
   // Sets several fields, with columns as above, for many rows: a loaded row stays one where that can be. What a row
-  // that grows leaves behind is not used again. False, and nothing set, when the row cannot be written so.
+  // that grows leaves behind is not used again. No text may be a view into this store. False, and nothing set, when the
+  // row cannot be written so.
   bool Rewrite(RowHandle row, std::span<const FieldView> fields);
   // Replaces all fields of a row; the row then has as many.
   void SetAll(RowHandle row, std::vector<FieldText> fields);
@@ -113,6 +114,10 @@ class RowStore {
   Value FieldAt(const Place& place, int field) const;
   // The field of a loaded row that was written with escapes; null for any other.
   Value Unescaped(const Place& place, uint32_t field) const;
+  // Rewrites a row in which all texts are as long as those there; false when they are not, and nothing is done.
+  bool Overwrite(RowHandle row, const Place& place, std::span<const FieldView> fields);
+  // Whether a text is written as it stands.
+  bool IsPlain(const FieldView& field) const;
   // Puts the row as it will be with these fields into row_text_ and row_ends_; false when it cannot be such a row.
   bool ComposeRow(const Place& place, std::span<const FieldView> fields);
   // Room for so many bytes behind the rows that were rewritten; its place, or nothing without memory.

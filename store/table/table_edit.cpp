@@ -21,16 +21,6 @@ bool ArePlaces(const std::vector<int>& places, const CardTable& table) {
          (places.empty() || (places.front() >= 1 && places.back() < table.RowCount()));
 }
 
-bool HaveColumns(const PackedFields& packed, const CardTable& table) {
-  PackedReader reader(packed);
-  while (reader.Next()) {
-    for (const FieldView& field : reader.fields()) {
-      if (field.column > table.ColumnCount()) return false;
-    }
-  }
-  return true;
-}
-
 bool ShareNone(const std::vector<int>& a, const std::vector<int>& b) {
   auto next = a.begin();
   return std::none_of(b.begin(), b.end(), [&](int row) {
@@ -52,7 +42,7 @@ bool Fits(const TableEdit& edit, const CardTable& table) {
   return leaves_some && AreCards(edit.removed, table) && AreCards(edit.replaced, table) &&
          ShareNone(edit.removed, edit.replaced) && ArePlaces(edit.places, table) &&
          edit.inserted.rows() == edit.places.size() && edit.replacing.rows() == edit.replaced.size() &&
-         HaveColumns(edit.inserted, table) && HaveColumns(edit.replacing, table);
+         edit.inserted.last_column() <= table.ColumnCount() && edit.replacing.last_column() <= table.ColumnCount();
 }
 
 std::vector<int> InsertedRows(const TableEdit& edit) {
