@@ -46,15 +46,10 @@ TF_dlimp::~TF_dlimp() {
 }
 
 void TF_dlimp::MakeSeparators() {
-  field_ = new SeparatorField({*ui_->EditVH, *ui_->EditVH10, *ui_->UsualEditVH, ui_->WarnungVH}, "\t;\xA4", this);
-  card_ = new SeparatorField({*ui_->EditKK, *ui_->EditKK10, *ui_->UsualEditKK, ui_->WarnungKK}, "\n|", this);
-  quote_ =
-      new SeparatorField({*ui_->EditQuote, *ui_->EditQuote2, *ui_->UsualEditQuote, ui_->WarnungQuote}, "\xA6", this);
-  field_->Set(kUsualFieldSeparator);
-  card_->Set(kUsualCardSeparator);
-  quote_->Set(kUsualQuoteSubstitute);
-  // Deliberate: the code of another character, which counts as soon as it is edited.
-  ui_->EditQuote2->setText(u"180"_s);
+  const SeparatorFields made = MakeSeparatorFields(*ui_, "\n|", this);
+  field_ = made.field;
+  card_ = made.card;
+  quote_ = made.quote;
   for (SeparatorField* field : {field_, card_, quote_}) {
     connect(field, &SeparatorField::Changed, this, [this] {
       ShowWarnings();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLineEdit>
 #include <QObject>
 #include <optional>
 #include <string_view>
@@ -8,7 +9,6 @@
 
 class QHBoxLayout;
 class QLabel;
-class QLineEdit;
 
 namespace tessaro {
 
@@ -45,5 +45,25 @@ class SeparatorField : public QObject {
   Controls controls_;
   std::optional<char> value_;
 };
+
+// The separators of a dialog that names the controls of each as "EditVH" and so on, with their usual characters set.
+struct SeparatorFields {
+  SeparatorField* field;
+  SeparatorField* card;
+  SeparatorField* quote;
+};
+template <typename Ui>
+SeparatorFields MakeSeparatorFields(const Ui& ui, std::string_view usual_cards, QObject* parent) {
+  const SeparatorFields made = {
+      new SeparatorField({*ui.EditVH, *ui.EditVH10, *ui.UsualEditVH, ui.WarnungVH}, "\t;\xA4", parent),
+      new SeparatorField({*ui.EditKK, *ui.EditKK10, *ui.UsualEditKK, ui.WarnungKK}, usual_cards, parent),
+      new SeparatorField({*ui.EditQuote, *ui.EditQuote2, *ui.UsualEditQuote, ui.WarnungQuote}, "\xA6", parent)};
+  made.field->Set(kUsualFieldSeparator);
+  made.card->Set(kUsualCardSeparator);
+  made.quote->Set(kUsualQuoteSubstitute);
+  // Deliberate: the code of another character, which counts as soon as it is edited.
+  ui.EditQuote2->setText(QStringLiteral("180"));
+  return made;
+}
 
 }  // namespace tessaro

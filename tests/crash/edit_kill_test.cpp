@@ -2,22 +2,19 @@
 // after the last command that was done, or after the one that was under way. What that is tells the same script, done
 // again from the same cards without being killed.
 // Usage: edit_kill_test [NUMBER OF KILLS] [SEED]
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
 #include <string>
-#include <thread>
 
 #include "edit/card_desk.h"
 #include "edit/overview_cards.h"
 #include "edit/renumbering.h"
 #include "store/index/card_ids.h"
+#include "tests/crash/killed_program.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {
@@ -26,11 +23,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kCards = 60;
-
-[[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "FAILED: %s\n", what.c_str());
-  std::_Exit(EXIT_FAILURE);
-}
 
 // Opens the file as the program does, taking over what an earlier run left.
 bool OpenAfterCrash(CardFile& file, const fs::path& path) {
@@ -107,28 +99,6 @@ class Script {
 }
 
 // Kills one run; returns how many commands it had done.
-int KillOne(const fs::path& path, uint32_t seed, std::mt19937& random) {
-  int pipe_ends[2];
-  if (pipe(pipe_ends) != 0) Fail("no pipe");
-  const pid_t child = fork();
-  if (child == 0) {
-    close(pipe_ends[0]);
-    EditUntilKilled(path, seed, pipe_ends[1]);
-  }
-  close(pipe_ends[1]);
-  int done = 0;
-  char letter = 0;
-  for (auto i = random() % 50; i > 0 && read(pipe_ends[0], &letter, 1) == 1; --i) ++done;
-  std::this_thread::sleep_for(std::chrono::microseconds(random() % 4000));
-  kill(child, SIGKILL);
-  while (read(pipe_ends[0], &letter, 1) == 1) ++done;
-  close(pipe_ends[0]);
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (!WIFSIGNALED(status)) Fail("the program ended by itself");
-  return done;
-}
-
 void CopyDeck(const fs::path& from, const fs::path& to) {
   fs::remove_all(to);
   fs::copy(from, to);
@@ -158,7 +128,7 @@ int Run(int kills, uint32_t seed, const fs::path& folder) {
   for (int i = 0; i < kills; ++i) {
     CopyDeck(deck, folder / "before");
     const auto script = static_cast<uint32_t>(random());
-    const int done = KillOne(deck / "x.mlb", script, random);
+    const int done = KillAtRandom([&](int news) { EditUntilKilled(deck / "x.mlb", script, news); }, 50, 4000, random);
     commands += done;
     CopyDeck(deck, folder / "after");
     CardFile file;

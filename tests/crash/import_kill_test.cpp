@@ -1,21 +1,18 @@
 // Kills a program at random moments while it brings tables into the place of its open card file, over and over, and
 // looks each time whether the card file is whole: the cards of the last table, or those of the one under way.
 // Usage: import_kill_test [NUMBER OF KILLS] [SEED]
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
 #include <string>
-#include <thread>
 
 #include "exchange/blank_card.h"
 #include "exchange/card_import.h"
 #include "store/index/card_ids.h"
+#include "tests/crash/killed_program.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {
@@ -26,11 +23,6 @@ namespace fs = std::filesystem;
 constexpr TableLayout kTable = {.separator = ';', .quote = '\''};
 constexpr int kFewestCards = 500;
 constexpr int kSizes = 7;  // tables of so many lengths take turns
-
-[[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "FAILED: %s\n", what.c_str());
-  std::_Exit(EXIT_FAILURE);
-}
 
 int CardsIn(int table) {
   return kFewestCards + table % kSizes * 100;
@@ -61,28 +53,6 @@ bool Import(const CardFilePaths& paths, int table) {
 }
 
 // Kills one run that begins with this table; returns how many were done.
-int KillOne(const fs::path& path, int table, std::mt19937& random) {
-  int pipe_ends[2];
-  if (pipe(pipe_ends) != 0) Fail("no pipe");
-  const pid_t child = fork();
-  if (child == 0) {
-    close(pipe_ends[0]);
-    ImportUntilKilled(path, table, pipe_ends[1]);
-  }
-  close(pipe_ends[1]);
-  int done = 0;
-  char letter = 0;
-  for (auto i = random() % 4; i > 0 && read(pipe_ends[0], &letter, 1) == 1; --i) ++done;
-  std::this_thread::sleep_for(std::chrono::microseconds(random() % 6000));
-  kill(child, SIGKILL);
-  while (read(pipe_ends[0], &letter, 1) == 1) ++done;
-  close(pipe_ends[0]);
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (!WIFSIGNALED(status)) Fail("the program ended by itself");
-  return done;
-}
-
 // The table that the cards are of; each card must be.
 int TableOf(const CardFile& file) {
   const int table = static_cast<int>(LeadingNumber(file.cards().Peek(file.columns().answer, kFirstCardRow)));
@@ -101,7 +71,7 @@ int Run(int kills, uint32_t seed, const fs::path& folder) {
   int imports = 0;
   int under_way = 0;  // imports that were done, though the killed program could not say so
   for (int i = 0; i < kills; ++i) {
-    const int done = KillOne(path, table + 1, random);
+    const int done = KillAtRandom([&](int news) { ImportUntilKilled(path, table + 1, news); }, 4, 6000, random);
     CardFile file;
     const OpenReport report = file.Open(path);
     if (report.result != OpenResult::Opened || report.end_missing) Fail("the card file cannot be opened");

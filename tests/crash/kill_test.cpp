@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "store/index/card_ids.h"
+#include "tests/crash/killed_program.h"
 #include "tests/learn/learn_fixture.h"
 
 namespace tessaro {
@@ -27,11 +28,6 @@ namespace fs = std::filesystem;
 
 constexpr int kCards = 120;
 constexpr int kSecondsPerStep = 7;
-
-[[noreturn]] void Fail(const std::string& what) {
-  std::fprintf(stderr, "FAILED: %s\n", what.c_str());
-  std::_Exit(EXIT_FAILURE);
-}
 
 std::string RowText(const CardFile& file, int row) {
   std::string text;
