@@ -25,7 +25,8 @@ constexpr double kSmall = 0.9;
 constexpr int kButtonPadding = 32;  // pixels beside icon and caption
 constexpr int kLettersInLine = 70;
 constexpr int kRowPadding = 8;
-constexpr int kRing = 2;  // pixels, the line around the row with the focus
+constexpr int kRowLead = 2;  // between name and description
+constexpr int kRing = 2;     // pixels, the line around the row with the focus
 constexpr int kRingRadius = 4;
 
 void Scale(QWidget* widget, double factor) {
@@ -74,7 +75,7 @@ class FileButton : public QPushButton {
     const int width = std::max(QFontMetrics(NameFont()).horizontalAdvance(text()),
                                QFontMetrics(SmallFont()).horizontalAdvance(description_));
     return {TextLeft() + width + kRowPadding,
-            2 * kRowPadding + QFontMetrics(NameFont()).height() + QFontMetrics(SmallFont()).height()};
+            2 * kRowPadding + QFontMetrics(NameFont()).height() + kRowLead + QFontMetrics(SmallFont()).height()};
   }
   // A long path is cut.
   QSize minimumSizeHint() const override { return {TextLeft(), sizeHint().height()}; }
@@ -92,7 +93,7 @@ class FileButton : public QPushButton {
     icon().paint(&painter, QRect(kRowPadding, kRowPadding, IconSide(), IconSide()));
     painter.setPen(palette().color(QPalette::WindowText));
     PaintLine(painter, NameFont(), kRowPadding, text());
-    PaintLine(painter, SmallFont(), kRowPadding + QFontMetrics(NameFont()).height(), description_);
+    PaintLine(painter, SmallFont(), kRowPadding + QFontMetrics(NameFont()).height() + kRowLead, description_);
   }
 
  private:

@@ -58,7 +58,8 @@ std::string ScoreWithTime(int64_t score) {
 }
 
 std::string FirstLetters(std::string_view side) {
-  return PlainText(side).substr(0, kTitleLetters);
+  constexpr size_t kMostOfSide = 4000;
+  return PlainText(side.substr(0, kMostOfSide)).substr(0, kTitleLetters);
 }
 
 }  // namespace

@@ -28,8 +28,9 @@ void TF_wnlern::ShowRun(bool card_changed) {
 
 void TF_wnlern::ShowCard() {
   Q_EMIT MediaStopWanted();
-  // A screen reader that comes to the focused button reads the card.
-  const QString text = FromBytes(PlainText(run_->side_text()));
+  // A screen reader that comes to the focused button reads the card; no one listens to more.
+  constexpr size_t kMostRead = 100'000;
+  const QString text = FromBytes(PlainText(run_->side_text().substr(0, kMostRead)));
   for (AnswerButton* button : {ui_->BtHand, ui_->BtWeissIch}) button->setAccessibleDescription(text);
   ui_->PageControlAnz->ShowSide(run_->side_text(), looks_[run_->question_shown() ? 0 : 1]);
 }

@@ -4,9 +4,12 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QScreen>
+#include <QTemporaryDir>
 
+#include "app/dlneu.h"
 #include "learn/dlausw.h"
 #include "learn/dlparam.h"
 #include "tests/app/main_window_fixture.h"
@@ -93,6 +96,50 @@ TEST_F(MainWindowFiles, EnterPressesTheButtonWithTheFocus) {
   QTest::keyClick(&button, Qt::Key_Return);
   QApplication::processEvents();
   EXPECT_EQ(Control<QLabel>(*LearningWindows().at(0), u"LabelSteuerung"_s).text(), u"Lernsteuerung nach Reihenfolge"_s);
+}
+
+TEST_F(MainWindowFiles, RecentRowsShowTheFocusAndAreOpenedByTheKeyboard) {
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+    Open(kCards);
+    ASSERT_TRUE(window().OpenFile(kOther));
+    window().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    QApplication::processEvents();
+    Find<QWidget>(u"ButtonLearn"_s).setFocus();
+    const auto path = [] { return QApplication::focusWidget()->property("path").toString(); };
+    for (int i = 0; i < 20 && path() != QString::fromUtf8(kTestFile); ++i)
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    ASSERT_EQ(path().toStdString(), kTestFile);
+    QWidget& row = *QApplication::focusWidget();
+    EXPECT_EQ(row.grab().toImage().pixelColor(1, row.height() / 2), row.palette().color(QPalette::Highlight));
+    QTest::keyClick(&row, key);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return CardsPath() == kTestFile; })) << key;
+  }
+}
+
+TEST_F(MainWindowFiles, ACardFileThatIsGoneLeavesTheRecentOnes) {
+  Open(kCards);
+  ASSERT_TRUE(window().OpenFile(kOther) && disk.Remove(kTestFile) && disk.Remove("/deck/x.ml~"));
+  EXPECT_EQ(Find<QMenu>(u"MenuRecent"_s).actions().size(), 1);
+  EXPECT_FALSE(window().OpenFile(kTestFile));
+  EXPECT_TRUE(Find<QMenu>(u"MenuRecent"_s).actions().isEmpty());
+  EXPECT_FALSE(Find<QWidget>(u"PanelRecent"_s).isVisible());
+}
+
+TEST_F(MainWindowFiles, WithoutAFileThereIsNothingToAskAndANewOneIsOpenAtOnce) {
+  EXPECT_TRUE(window().close() && messages.asked.isEmpty());
+  window().show();
+  const QTemporaryDir folder;
+  DriveDialog<TF_dlneu>([this] { Trigger(u"FileNewExecute"_s); },
+                        [&](TF_dlneu& dialog) {
+                          Control<QLineEdit>(dialog, u"EditFolder"_s).setText(folder.path());
+                          Control<QLineEdit>(dialog, u"EditName"_s).setText(u"Neu"_s);
+                          dialog.accept();
+                        });
+  EXPECT_EQ(CardsPath(), folder.filePath(u"Neu.mlb"_s).toStdString());
+  EXPECT_EQ(Text(u"LabelStatus"_s), u"Neue Kartei angelegt"_s);
+  EXPECT_EQ(Find<QPushButton>(u"ButtonLearn"_s).text(), u" Karten anlegen"_s);
+  EXPECT_TRUE(window().close() && messages.asked.isEmpty()) << "it is saved";
 }
 
 TEST_F(MainWindowFiles, OtherWaysToLearnStartFromTheStartPageAndInTheRunningWindow) {

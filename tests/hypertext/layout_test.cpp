@@ -18,6 +18,8 @@ void Dump(const Fragment& fragment, std::ostream& out) {
   const bool picture = fragment.kind == Fragment::Kind::Picture;
   if (fragment.kind == Fragment::Kind::Text) {
     out << "'" << fragment.text << "' ";
+    // Where the letters stand, as FixedMeasurer makes them.
+    EXPECT_EQ(fragment.baseline, fragment.rect.top + fragment.style.points * 3 / 4) << fragment.text;
   } else {
     out << (picture ? "img(" : "video(") << fragment.text << ") ";
   }

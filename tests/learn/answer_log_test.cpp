@@ -37,6 +37,14 @@ class AnswerLogTest : public LearnTest {
   std::unique_ptr<AnswerLog> log;
 };
 
+TEST_F(AnswerLogTest, ACardExchangedForItselfIsNoChange) {
+  OpenCards({KnownCard(1, 50, 500)});
+  const CardChange own = writer->Exchange(2, {});
+  EXPECT_EQ(own.score, Score(2));
+  (void)writer->Exchange(2, own);
+  EXPECT_FALSE(file.changed());
+}
+
 TEST_F(AnswerLogTest, OneAnswerByCardAndMarks) {
   constexpr Rating known = Rating::Known;
   constexpr Rating wrong = Rating::NotKnown;

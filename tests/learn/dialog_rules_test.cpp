@@ -40,8 +40,11 @@ TEST(ParameterEntry, EverySuggestionIsAGoodEntry) {
         static_cast<Memory>(answers % 3), static_cast<Memory>(answers / 3 % 3), static_cast<CardKind>(answers / 9));
     EXPECT_FALSE(FindWrong(ParameterTextsOf({p, 1}))) << answers;
   }
-  EXPECT_LT(SuggestParameters(Memory::Weak, Memory::Weak, CardKind::Difficult).max_width,
-            SuggestParameters(Memory::Strong, Memory::Weak, CardKind::Difficult).max_width);
+  const LearningParameters difficult = SuggestParameters(Memory::Weak, Memory::Weak, CardKind::Difficult);
+  EXPECT_LT(difficult.max_width, SuggestParameters(Memory::Strong, Memory::Weak, CardKind::Difficult).max_width);
+  const LearningParameters facts = SuggestParameters(Memory::Weak, Memory::Weak, CardKind::ShortFacts);
+  EXPECT_GT(facts.max_width, 2 * difficult.max_width);
+  EXPECT_LT(facts.check_every, difficult.check_every) << "they are checked more often";
 }
 
 TEST(StatisticsTexts, FiguresAndTitleHaveTheirFixedForms) {

@@ -87,6 +87,11 @@ TEST_F(CardFileTest, WithoutALockItIsReadUnlessTheUserInsists) {
     return file_.Save();
   };
   ASSERT_TRUE(file_.Open("/deck/y.mlb").read_only && file_.read_only() && !file_.locked());
+  TableEdit edit;
+  edit.replaced = {2};
+  edit.replacing.AddRow({{file_.columns().answer, "anders"}});
+  const int operations = disk_.operations();
+  EXPECT_TRUE(file_.Edit(edit) && disk_.operations() == operations);
   EXPECT_EQ(write_all(), SaveResult::ReadOnly);
   EXPECT_TRUE(file_.changed() && disk_.FileNames("/deck").size() == 2) << "no journal, no index, no settings";
   ASSERT_EQ(file_.SaveAs("/deck/z.mlb"), SaveResult::Saved);

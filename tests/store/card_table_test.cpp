@@ -10,6 +10,7 @@
 
 #include "platform/progress.h"
 #include "store/table/content_stamp.h"
+#include "store/table/memory_block.h"
 #include "store/table/table_reader.h"
 #include "store/table/table_scan.h"
 #include "tests/store/table_twins.h"
@@ -159,6 +160,21 @@ TEST(TableScan, FindsTheSameMarksOnEveryPath) {
       ASSERT_EQ(places, expected) << testing::PrintToString(text);
     }
   }
+}
+
+// From the heap and from pages of its own, and from the one to the other.
+TEST(MemoryBlock, KeepsWhatItHoldsWhenItGrows) {
+  MemoryBlock block;
+  std::vector<size_t> written;
+  for (const size_t room : {size_t{100}, size_t{5000}, size_t{1} << 20, size_t{3} << 20, size_t{200} << 20}) {
+    ASSERT_TRUE(block.Reserve(room) && block.room() >= room);
+    for (const size_t place : written) EXPECT_EQ(block.data()[place], 'x') << room;
+    EXPECT_EQ(block.data()[room - 1] | block.data()[room + MemoryBlock::kReadableBehind - 1], 0);
+    block.data()[room - 1] = 'x';
+    written.push_back(room - 1);
+  }
+  EXPECT_FALSE(block.Reserve(PTRDIFF_MAX));
+  EXPECT_EQ(block.data()[99], 'x');
 }
 
 TEST(CardTable, LoadsAndSavesFilesAndSurvivesFailures) {

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <random>
+#include <thread>
 
 #include "tests/support/clock_and_chance.h"
 #include "tests/support/test_cards.h"
@@ -228,6 +230,26 @@ TEST_F(CardFileJournal, SurvivesAPowerCutOnceItIsFlushed) {
   Change(4, 7);
   disk_.LoseUnflushed();
   CrashAndTakeOver();
+}
+
+TEST_F(CardFileJournal, IsFlushedInTheBackgroundAsLongAsItIsThere) {
+  file_->journal().FlushInBackground();
+  Change(2, 5);
+  const std::string text = Text();
+  const int written = disk_.operations();
+  for (int i = 0; i < 600 && disk_.operations() == written; ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  disk_.LoseUnflushed();
+  ASSERT_TRUE(Crash().unsaved && file_->TakeOverUnsaved());
+  EXPECT_EQ(Text(), text);
+  // A flush that is due when the journal ends would be one of a file that is no more.
+  file_->journal().FlushInBackground();
+  Change(2, 6);
+  ASSERT_EQ(file_->Save(), SaveResult::Saved);
+  const int saved = disk_.operations();
+  std::this_thread::sleep_for(std::chrono::milliseconds(700));
+  EXPECT_EQ(disk_.operations(), saved);
 }
 
 // On a drive without hard links the program ends at any operation of a save: the file is found again, with all answers.

@@ -205,6 +205,7 @@ TEST_F(CardPagesTest, NothingOfTheVideoBeforeStaysOnTheNextSide) {
   pages.show();
   ShowSide("<#PLAY:film.avi>");
   ASSERT_EQ(wanted.count(), 1);
+  EXPECT_EQ(wanted[0][0].toString(), folder.filePath(u"film.avi"_s));
   auto* screen = wanted[0][1].value<VideoScreen*>();
   const auto shown = [screen] { return screen->grab().toImage().pixel(screen->rect().center()); };
   QImage frame(8, 8, QImage::Format_RGB32);

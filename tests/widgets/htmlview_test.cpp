@@ -105,7 +105,11 @@ TEST_F(HtmlView, TabWalksThroughTheLinksAndEnterFollows) {
   button->setFocus();
   Press({Qt::Key_Return});
   EXPECT_EQ(enter_of_window, 1);
-  Press({Qt::Key_Tab, Qt::Key_Return, Qt::Key_Tab, Qt::Key_Enter});
+  const QRgb ring = frame->palette().color(QPalette::Highlight).rgb();
+  EXPECT_EQ(Count(ring), 0);
+  Press({Qt::Key_Tab});
+  EXPECT_GT(Count(ring), 10);
+  Press({Qt::Key_Return, Qt::Key_Tab, Qt::Key_Enter});
   EXPECT_GT(frame->verticalScrollBar()->value(), 0);
   Press({Qt::Key_Tab});
   EXPECT_TRUE(button->hasFocus());

@@ -1,0 +1,138 @@
+// How the learning window looks and where its parts go.
+
+#include <gtest/gtest.h>
+
+#include <QScrollBar>
+#include <QToolButton>
+
+#include "settings/keys.h"
+#include "tests/learn/window_fixture.h"
+
+using namespace Qt::StringLiterals;
+
+namespace tessaro {
+namespace {
+
+// It wakes once a second, and not while nobody sees the watch.
+TEST_F(LearningWindow, WatchShowsFullSecondsAndSleepsInAMinimisedWindow) {
+  Open();
+  auto& timer = *window->findChild<QTimer*>();
+  clock.milliseconds += 65 * 1000 + 900;
+  ASSERT_TRUE(QTest::qWaitFor([&] { return Text(u"DisplayUebungszeit"_s) == u"01:05"_s; }, 3000));
+  EXPECT_EQ(timer.interval(), 100) << "until the next full second";
+  window->setWindowState(Qt::WindowMinimized);
+  QApplication::processEvents();
+  EXPECT_FALSE(timer.isActive());
+  clock.milliseconds += 10'000;
+  window->setWindowState(Qt::WindowNoState);
+  QApplication::processEvents();
+  EXPECT_TRUE(timer.isActive());
+  EXPECT_EQ(Text(u"DisplayUebungszeit"_s), u"01:15"_s);
+}
+
+TEST_F(LearningWindow, TabReachesEverythingAndComesRound) {
+  Open();
+  QWidget* const first = QApplication::focusWidget();
+  QStringList reached;
+  do {
+    ASSERT_LT(reached.size(), 60) << "it never comes round: " << reached.join(u' ').toStdString();
+    Key(Qt::Key_Tab);
+    reached += QApplication::focusWidget()->objectName();
+    EXPECT_TRUE(QApplication::focusWidget()->isVisible());
+  } while (QApplication::focusWidget() != first);
+  for (const auto& name : {u"BtWeissIch"_s, u"BtLerneIch"_s, u"SpeedButtonHome"_s, u"SpeedButtonSperre"_s}) {
+    EXPECT_TRUE(reached.contains(name)) << name.toStdString() << " of " << reached.join(u' ').toStdString();
+  }
+}
+
+TEST_F(LearningWindow, TheQuestionIsRepeatedAboveTheAnswerUnlessSwitchedOff) {
+  Open();
+  auto& line = Find<QLabel>(u"LabelFrage"_s);
+  EXPECT_FALSE(line.isVisible());
+  Key(Qt::Key_Space);
+  EXPECT_TRUE(line.isVisible());
+  EXPECT_EQ(line.text(), u"Eins"_s);
+  Trigger(u"MFrage"_s);
+  EXPECT_FALSE(line.isVisible());
+  EXPECT_FALSE(keys::kRepeatQuestion.Read(settings.ini));
+  Show();
+  Key(Qt::Key_Space);
+  EXPECT_FALSE(Find<QLabel>(u"LabelFrage"_s).isVisible()) << "it is kept";
+}
+
+TEST_F(LearningWindow, TheButtonsStayWhereTheyAreWhateverStandsOnThem) {
+  Open();
+  const auto place = [this] { return Find<QWidget>(u"BtWeissIch"_s).geometry(); };
+  const QRect before = place();
+  EXPECT_EQ(Find<QWidget>(u"BtWeissIch"_s).accessibleName(), u"Weiß ich, gleich wieder"_s);
+  Key(Qt::Key_Space);
+  QApplication::processEvents();
+  EXPECT_EQ(place(), before);
+}
+
+TEST_F(LearningWindow, PageKeysScrollALongSide) {
+  std::string side;
+  for (int i = 0; i < 80; ++i) side += "Zeile<br>";
+  Open({{.id = "000001", .question = side}});
+  const auto place = [this] { return Find<TFrameHtml>(u"FrameHtml"_s).verticalScrollBar()->value(); };
+  Key(Qt::Key_PageDown);
+  const int page = place();
+  EXPECT_GT(page, 100);
+  Key(Qt::Key_PageDown);
+  EXPECT_GT(place(), page);
+  for (int i = 0; i < 2; ++i) Key(Qt::Key_PageUp);
+  EXPECT_EQ(place(), 0);
+  EXPECT_EQ(Logged(), 0);
+}
+
+TEST_F(LearningWindow, TheLockButtonGoesBothWays) {
+  Open();
+  for (const bool on : {false, true}) {
+    Click(u"SpeedButtonSperre"_s);
+    EXPECT_EQ(Command(u"MZeitsperre"_s).isChecked(), on);
+    EXPECT_EQ(Text(u"EditZeitsperre"_s), on ? u"Zeitsperre ein"_s : u"Zeitsperre aus"_s);
+  }
+}
+
+// The figures beside the card go first, then the words of the buttons.
+TEST_F(LearningWindow, ANarrowWindowKeepsTheCardAndTheAnswers) {
+  Open();
+  const auto shown = [this](int width) {
+    window->resize(width, 700);
+    QApplication::processEvents();
+    const bool figures = Find<QWidget>(u"Anzeigen"_s).isVisible();
+    EXPECT_NE(Find<QWidget>(u"Edit1"_s).isVisible(), figures);
+    const bool words = Find<QToolButton>(u"SpeedButtonHome"_s).toolButtonStyle() == Qt::ToolButtonTextBesideIcon;
+    return std::pair(figures, words);
+  };
+  EXPECT_EQ(shown(1800), std::pair(true, true));
+  EXPECT_EQ(shown(899), std::pair(false, false));
+  EXPECT_EQ(shown(window->minimumWidth()), std::pair(false, false));
+  Trigger(u"MAnzeigen"_s);
+  EXPECT_EQ(shown(1800), std::pair(false, true)) << "switched off";
+}
+
+TEST_F(LearningWindow, F11FillsTheScreenAndGivesItBack) {
+  Open();
+  Key(Qt::Key_F11);
+  EXPECT_TRUE(window->isFullScreen() && Command(u"MVollbild"_s).isChecked());
+  window->showNormal();
+  QApplication::processEvents();
+  EXPECT_FALSE(Command(u"MVollbild"_s).isChecked());
+}
+
+TEST_F(LearningWindow, NavigationCardsOfferOneButton) {
+  Open();
+  Key(Qt::Key_Home);
+  EXPECT_EQ(Find<QAbstractButton>(u"BtWeissIch"_s).accessibleName(), u"Weiter"_s);
+  EXPECT_EQ(Find<QAbstractButton>(u"BtWeissIch"_s).text(), u"Weiter"_s);
+  for (const auto& name : {u"BtHand"_s, u"BtLerneIch"_s, u"Tageszeile"_s}) {
+    EXPECT_FALSE(Find<QWidget>(name).isVisible()) << name.toStdString();
+  }
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Find<QAbstractButton>(u"BtWeissIch"_s).text(), u"Weiß ich"_s);
+  EXPECT_TRUE(Find<QWidget>(u"BtLerneIch"_s).isVisible());
+}
+
+}  // namespace
+}  // namespace tessaro
