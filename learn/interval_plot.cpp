@@ -23,7 +23,8 @@ DurationUnit UnitFor(double seconds) {
 
 QString ShortDurationText(double seconds) {
   const DurationUnit unit = UnitFor(seconds);
-  return QLocale().toString(seconds / unit.seconds, 'g', 3) + QString::fromUtf16(unit.name);
+  const QString text = QLocale().toString(seconds / unit.seconds, 'g', 3) + QString::fromUtf16(unit.name);
+  return text == u"1 Tage"_s ? u"1 Tag"_s : text;
 }
 
 struct SeriesLook {

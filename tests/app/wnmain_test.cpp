@@ -105,6 +105,7 @@ TEST_F(MainWindowFiles, AFileOfAnotherStartWaitsUntilNoDialogIsOpen) {
   PutDeck(kCards);
   window().OpenAtStart(kTestFile);
   EXPECT_EQ(Text(u"LabelName"_s) + Text(u"FigureCards"_s), u"x…"_s);
+  EXPECT_EQ(Text(u"LabelAdvice"_s), u"Die Kartei wird geladen."_s);
   EXPECT_FALSE(Find<QPushButton>(u"ButtonLearn"_s).isEnabled());
   ASSERT_TRUE(QTest::qWaitFor([this] { return program.file().IsOpen(); }));
   EXPECT_TRUE(Find<QPushButton>(u"ButtonLearn"_s).isEnabled());
@@ -270,6 +271,8 @@ TEST_F(MainWindowFiles, AFileChangedByAnotherProgramIsAskedAboutBeforeItIsOverwr
 
 TEST_F(MainWindowFiles, SavingUnderAnotherNameMovesThereABackupDoesNot) {
   OpenAndChange();
+  for (const QString& cancelled : {u"FileSaveAsExecute"_s, u"MBackupClick"_s}) Trigger(cancelled);
+  EXPECT_TRUE(messages.errors.isEmpty() && CardsPath() == kTestFile && !SavedOnDisk());
   TriggerWithFile(u"MBackupClick"_s, u"/deck/copy.mlb"_s);
   EXPECT_EQ(messages.shown, QStringList{u"Backup nach Datei\n/deck/copy.mlb\nerfolgreich."_s});
   EXPECT_EQ(CardsPath(), kTestFile);

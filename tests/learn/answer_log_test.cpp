@@ -99,7 +99,7 @@ TEST_F(AnswerLogTest, CountsTheTimeSpentOnACard) {
     int64_t pause;
     const char* learned;
   } steps[] = {
-      {2, Rating::None, 50, "0"},     {2, Rating::Known, 180, "180"}, {2, Rating::Known, 181, "200"},
+      {2, Rating::Known, 50, "0"},    {2, Rating::Known, 180, "180"}, {2, Rating::Known, 181, "200"},
       {4, Rating::Known, 100, "200"},  // a navigation card does not stop the watch
       {2, Rating::Known, 30, "330"},  {2, Rating::None, 100, "330"},  {2, Rating::NotKnown, 7, "337"},
   };

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "learn/interval_plot.h"
+#include "learn/retention.h"
 #include "learn/shortcut_code.h"
 #include "tests/support/times.h"
 
@@ -48,6 +50,15 @@ TEST(LearnTexts, WhatAnAnswerCameTo) {
     EXPECT_EQ(AnswerText(answer, "<img src=\"x.png\">"), text) << text.toStdString();
   }
   EXPECT_EQ(AnswerText(cases[0].first, std::string(36, 'a')).section(u':', 0, 0), QString(34, u'a') + u'…');
+}
+
+TEST(IntervalPlot, ShowsBothSeriesWithTheirForecasts) {
+  EXPECT_TRUE(IntervalContent(std::nullopt).points.empty());
+  const AnswerHistory history = ParseHistory("1700090830 1700004430 1700000830 1700000030 1700000000", "wwfww");
+  const PlotContent content = IntervalContent(ForecastRetention(history, 0));
+  QStringList texts;
+  for (const PlotPoint& point : content.points) texts += point.text.section(u": "_s, 1);
+  EXPECT_EQ(texts.join(u' '), u"30 Sek. 1 Tag 2 Tage 1 Tag 1 Tag"_s);
 }
 
 TEST(ShortcutCode, KeysThatTheProgramNeedsAreKnown) {

@@ -106,6 +106,8 @@ TEST_F(LearningWindow, ANarrowWindowKeepsTheCardAndTheAnswers) {
     return std::pair(figures, words);
   };
   EXPECT_EQ(shown(1800), std::pair(true, true));
+  for (const auto* button : Find<QWidget>(u"Steuerleiste"_s).findChildren<QToolButton*>())
+    EXPECT_FALSE(button->icon().isNull()) << button->objectName().toStdString();
   EXPECT_EQ(shown(899), std::pair(false, false));
   EXPECT_EQ(shown(window->minimumWidth()), std::pair(false, false));
   Trigger(u"MAnzeigen"_s);

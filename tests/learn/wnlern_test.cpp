@@ -174,6 +174,15 @@ TEST_F(LearningWindow, EditsOfCardsAreShownAtOnceAndACardThatGoesGivesWay) {
   EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 1"_s);
 }
 
+TEST_F(LearningWindow, TheEditorIsAskedForTheCardOnScreen) {
+  Open();
+  const QSignalSpy wanted(window.get(), &TF_wnlern::EditWanted);
+  Trigger(u"MEditor"_s);
+  Click(u"BtWeissIch"_s);
+  Click(u"TbEdit"_s);
+  EXPECT_EQ(wanted, QList<QVariantList>({{2}, {3}}));
+}
+
 TEST_F(LearningWindow, DayButtonsSetTheLeastScore) {
   for (const int days : {1, 3, 7, 14, 30, 60, 100, 365}) {
     Open();
