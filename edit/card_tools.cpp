@@ -1,5 +1,6 @@
 #include "edit/card_tools.h"
 
+#include <array>
 #include <functional>
 #include <utility>
 
@@ -19,52 +20,64 @@ bool Holds(std::string_view text, std::string_view tag) {
 
 // What an overview is made of: found in one walk over the cards.
 struct OverviewPlan {
-  std::vector<std::string> ids;
+  std::vector<std::string_view> ids;  // of the entries, as the table holds them
   std::vector<int> removed;
   int last_kept = 1;   // the row behind which cards are added
   int index_card = 0;  // the first card with "<index>" that was not generated
 };
 
-using RowTest = std::function<bool(const CardReader& cards, int row)>;
+// What decides about a card: its row, and its front, which is at hand.
+using RowTest = std::function<bool(int row, std::string_view front)>;
 
+// `replaced` is only asked about cards with tags, and `is_entry` about cards that stay and are learned.
 std::optional<OverviewPlan> PlanOverview(const CardFile& file, const RowTest& replaced, const RowTest& is_entry,
                                          const KeepGoing& keep_going) {
-  const CardReader cards(file);
+  const int last = CardReader(file).LastCardRow();
+  const std::array columns = {file.columns().id, file.columns().question};
   OverviewPlan plan;
-  for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
+  plan.ids.reserve(static_cast<size_t>(file.CardCount()));
+  for (int row = kFirstCardRow; row <= last; ++row) {
     if (!GoesOn(keep_going, row)) return std::nullopt;
     file.cards().Expect(row + CardTable::kAhead);
-    if (replaced(cards, row)) {
+    std::array<std::string_view, 2> texts;
+    file.cards().PeekAll(row, columns, texts);
+    const auto [id, front] = texts;
+    const bool has_tags = front.find('<') != std::string_view::npos;
+    if (has_tags && replaced(row, front)) {
       plan.removed.push_back(row);
       continue;
     }
     plan.last_kept = row;
-    const std::string_view front = cards.Question(row);
-    if (plan.index_card == 0 && Holds(front, kIndexTag) && !Holds(front, kAutomapTag)) plan.index_card = row;
-    if (!IsNavigation(front) && is_entry(cards, row)) plan.ids.emplace_back(cards.Id(row));
+    if (plan.index_card == 0 && has_tags && Holds(front, kIndexTag) && !Holds(front, kAutomapTag)) {
+      plan.index_card = row;
+    }
+    if (!(has_tags && IsNavigation(front)) && is_entry(row, front)) plan.ids.push_back(id);
   }
   return plan;
 }
 
-CardCommand CommandOf(const CardFile& file, const OverviewPlan& plan, const Overview& overview, std::string_view face) {
+// Generates the cards of an overview and says where it begins.
+using Generate = std::function<int64_t(const TakeGenerated& take)>;
+
+// Puts an overview in the place of the old one; `face`: of the link to it on the index card.
+ToolResult Put(CardFile& file, CommandStack& commands, const OverviewPlan& plan, const Generate& generate,
+               std::string_view face, int row) {
   CardCommand command;
-  for (const int row : plan.removed) command.Remove(row);
-  for (const GeneratedCard& card : overview.cards) {
-    command.InsertBehind(plan.last_kept, NewCard(file, card.id, card.question, kBlankSide).fields());
-  }
+  for (const int removed : plan.removed) command.Remove(removed);
+  const int64_t start = generate([&](int64_t id, std::string_view question) {
+    command.InsertBehind(plan.last_kept, NewCard(file, id, question, kBlankSide).fields());
+  });
   if (plan.index_card != 0) {
     const int column = file.columns().question;
     const std::string_view front = file.cards().Peek(column, plan.index_card);
-    command.Replace(plan.index_card, {{column, WithOverviewLink(front, overview.start, face)}});
+    command.Replace(plan.index_card, {{column, WithOverviewLink(front, start, face)}});
   }
-  return command;
-}
-
-ToolResult ResultOf(const CardFile& file, const OverviewPlan& plan, const Overview& overview) {
   ToolResult result;
   result.cards = static_cast<int>(plan.ids.size());
   result.linked = plan.index_card != 0;
-  result.start_row = file.RowOfId(overview.start);
+  result.start_id = start;
+  if (!commands.Do(EditKind::Overview, std::move(command), row)) return {ToolOutcome::Failed};
+  result.start_row = file.RowOfId(start);
   return result;
 }
 
@@ -92,31 +105,26 @@ ToolResult TransferAllLineBreaks(CardFile& file, CommandStack& commands, int row
 
 ToolResult MakeRowOrderOverview(CardFile& file, CommandStack& commands, const OverviewSymbols& symbols, int row,
                                 const KeepGoing& keep_going) {
-  const RowTest generated = [](const CardReader& cards, int card) { return Holds(cards.Question(card), kAutomapTag); };
-  const RowTest any = [](const CardReader&, int) { return true; };
+  const RowTest generated = [](int /*card*/, std::string_view front) { return Holds(front, kAutomapTag); };
+  const RowTest any = [](int /*card*/, std::string_view /*front*/) { return true; };
   const auto plan = PlanOverview(file, generated, any, keep_going);
   if (!plan) return {ToolOutcome::Cancelled};
   if (plan->ids.empty()) return {ToolOutcome::Nothing};
   const int64_t id = NextId(file, RowOrderCards(static_cast<int64_t>(plan->ids.size())));
   if (id == 0) return {ToolOutcome::NoNumberLeft};
-  const Overview overview = RowOrderOverview(plan->ids, symbols, id);
   commands.KeepSettings();
-  if (!commands.Do(EditKind::Overview, CommandOf(file, *plan, overview, kRowOrderFace), row)) {
-    return {ToolOutcome::Failed};
-  }
-  SetOverviewSetting(IdText(overview.start), file.settings());
-  return ResultOf(file, *plan, overview);
+  const auto generate = [&](const TakeGenerated& take) { return GenerateRowOrder(plan->ids, symbols, id, take); };
+  const ToolResult result = Put(file, commands, *plan, generate, kRowOrderFace, row);
+  if (result.outcome == ToolOutcome::Done) SetOverviewSetting(IdText(result.start_id), file.settings());
+  return result;
 }
 
 ToolResult MakeTopicOverview(CardFile& file, CommandStack& commands, const OverviewSymbols& symbols,
                              std::string_view topic1, std::string_view topic2, int row, const KeepGoing& keep_going) {
   const std::string title = TopicTitle(topic1, topic2);
-  const RowTest same_title = [&](const CardReader& cards, int card) {
-    return IsTopicOverview(cards.Question(card), title);
-  };
-  const RowTest has_topics = [&](const CardReader& cards, int card) {
-    const std::string_view front = cards.Question(card);
-    const std::string_view back = cards.Answer(card);
+  const RowTest same_title = [&](int /*card*/, std::string_view front) { return IsTopicOverview(front, title); };
+  const RowTest has_topics = [&](int card, std::string_view front) {
+    const std::string_view back = CardReader(file).Answer(card);
     return HasTopic(front, back, topic1) && (topic2.empty() || HasTopic(front, back, topic2));
   };
   const auto plan = PlanOverview(file, same_title, has_topics, keep_going);
@@ -124,9 +132,10 @@ ToolResult MakeTopicOverview(CardFile& file, CommandStack& commands, const Overv
   if (plan->ids.empty() || topic1.empty()) return {ToolOutcome::Nothing};
   const int64_t id = NextId(file, TopicCards(static_cast<int64_t>(plan->ids.size())));
   if (id == 0) return {ToolOutcome::NoNumberLeft};
-  const Overview overview = TopicOverview(plan->ids, topic1, topic2, symbols, id);
-  if (!commands.Do(EditKind::Overview, CommandOf(file, *plan, overview, title), row)) return {ToolOutcome::Failed};
-  return ResultOf(file, *plan, overview);
+  const auto generate = [&](const TakeGenerated& take) {
+    return GenerateTopic(plan->ids, topic1, topic2, symbols, id, take);
+  };
+  return Put(file, commands, *plan, generate, title, row);
 }
 
 ToolResult TransferOldTopics(CardFile& file, CommandStack& commands, int row, const KeepGoing& keep_going) {

@@ -23,9 +23,10 @@ enum class ToolOutcome {
 
 struct ToolResult {
   ToolOutcome outcome = ToolOutcome::Done;
-  int cards = 0;        // entries of an overview, cards changed, cards made
-  bool linked = false;  // an index card now leads to the overview
-  int start_row = 0;    // where the overview begins
+  int cards = 0;         // entries of an overview, cards changed, cards made
+  bool linked = false;   // an index card now leads to the overview
+  int64_t start_id = 0;  // where the overview begins
+  int start_row = 0;
 };
 
 // "<br>" before the line ends of all sides; see TransferLineBreaks.

@@ -40,30 +40,29 @@ std::string Head(const Wording& wording, size_t part, size_t parts, int64_t next
   return Joined({numbered, "   <a href=\"", IdText(next_id), "\">", wording.forward, "</a>", kTitleEnd});
 }
 
-void AddEntry(std::string& text, std::string_view id, const Wording& wording) {
-  text.append("<a href=\"").append(id).append("\">");
-  if (IsPictogram(wording.symbol)) {
-    text.append("<img src=\"").append(wording.symbol).append(wording.framed ? "\">" : "\" border=\"0\">");
-  } else {
-    text += wording.symbol;
-  }
-  text += "</a>    ";
+// What stands behind the number of an entry.
+std::string EndOfEntry(const Wording& wording) {
+  if (!IsPictogram(wording.symbol)) return Joined({"\">", wording.symbol, "</a>    "});
+  return Joined({"\"><img src=\"", wording.symbol, wording.framed ? "\">" : "\" border=\"0\">", "</a>    "});
 }
 
-// Adds the parts of one overview to `cards`, numbered from `first_id` on.
-void AddParts(const std::vector<std::string>& ids, const Wording& wording, int64_t first_id,
-              std::vector<GeneratedCard>& cards) {
+// Generates the parts of one overview.
+void GenerateParts(const std::vector<std::string_view>& ids, const Wording& wording, int64_t first_id,
+                   const TakeGenerated& take) {
+  constexpr std::string_view kEntry = "<a href=\"";
+  const std::string rest = EndOfEntry(wording);
   const size_t parts = PartCount(ids.size());
+  std::string text;
   for (size_t part = 0; part < parts; ++part) {
     const int64_t id = first_id + static_cast<int64_t>(part);
-    GeneratedCard card{id, Head(wording, part, parts, id + 1)};
+    text = Head(wording, part, parts, id + 1);
     const size_t begin = part * kEntriesOfPart;
     const size_t end = std::min(begin + kEntriesOfPart, ids.size());
     for (size_t i = begin; i < end; ++i) {
-      AddEntry(card.question, ids[i], wording);
-      if ((i - begin + 1) % kEntriesOfLine == 0 && i + 1 < end) card.question += kLineEnd;
+      text.append(kEntry).append(ids[i]).append(rest);
+      if ((i - begin + 1) % kEntriesOfLine == 0 && i + 1 < end) text += kLineEnd;
     }
-    cards.push_back(std::move(card));
+    take(id, text);
   }
 }
 
@@ -88,18 +87,18 @@ int64_t RowOrderCards(int64_t entries) {
   return parts < 2 ? parts : parts + static_cast<int64_t>(PartCount(static_cast<size_t>(parts)));
 }
 
-Overview RowOrderOverview(const std::vector<std::string>& ids, const OverviewSymbols& symbols, int64_t first_id) {
-  Overview overview{{}, first_id};
+int64_t GenerateRowOrder(const std::vector<std::string_view>& ids, const OverviewSymbols& symbols, int64_t first_id,
+                         const TakeGenerated& take) {
   const Wording parts = {"<navigation><automap>", std::string("Kartenübersicht"_cp), "", "weiter->", symbols.single};
-  AddParts(ids, parts, first_id, overview.cards);
-  if (overview.cards.size() < 2) return overview;
+  GenerateParts(ids, parts, first_id, take);
+  const auto count = static_cast<int64_t>(PartCount(ids.size()));
+  if (count < 2) return first_id;
   const Wording index = {
       "<navigation><automap><index>", std::string("Index Kartenübersicht"_cp), "", "weiter ->", symbols.group, false};
   std::vector<std::string> part_ids;
-  for (const GeneratedCard& card : overview.cards) part_ids.push_back(IdText(card.id));
-  overview.start = first_id + static_cast<int64_t>(part_ids.size());
-  AddParts(part_ids, index, overview.start, overview.cards);
-  return overview;
+  for (int64_t part = 0; part < count; ++part) part_ids.push_back(IdText(first_id + part));
+  GenerateParts({part_ids.begin(), part_ids.end()}, index, first_id + count, take);
+  return first_id + count;
 }
 
 int64_t TopicCards(int64_t entries) {
@@ -111,12 +110,11 @@ std::string TopicTitle(std::string_view topic1, std::string_view topic2) {
   return Joined({topic1, " - ", topic2});
 }
 
-Overview TopicOverview(const std::vector<std::string>& ids, std::string_view topic1, std::string_view topic2,
-                       const OverviewSymbols& symbols, int64_t first_id) {
-  Overview overview{{}, first_id};
+int64_t GenerateTopic(const std::vector<std::string_view>& ids, std::string_view topic1, std::string_view topic2,
+                      const OverviewSymbols& symbols, int64_t first_id, const TakeGenerated& take) {
   const Wording wording = {"<navigation><autotopic>", TopicTitle(topic1, topic2), " ", "weiter->", symbols.single};
-  AddParts(ids, wording, first_id, overview.cards);
-  return overview;
+  GenerateParts(ids, wording, first_id, take);
+  return first_id;
 }
 
 bool IsTopicOverview(std::string_view question, std::string_view title) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,29 +25,22 @@ struct OverviewSymbols {
 // A symbol that ends like a picture's file is a pictogram.
 bool IsPictogram(std::string_view symbol);
 
-// A generated card; its back is "-".
-struct GeneratedCard {
-  int64_t id = 0;
-  std::string question;
-};
+// Takes a card that was generated; its back is "-". The text is gone afterwards.
+using TakeGenerated = std::function<void(int64_t id, std::string_view question)>;
 
-// The cards of an overview, in the order in which they come at the end of the file, and the one where it begins.
-struct Overview {
-  std::vector<GeneratedCard> cards;
-  int64_t start = 0;
-};
-
-// Cards numbered from `first_id` on, with an entry for each of the IDs. No IDs give no cards. Where the entries fill
-// more than one part, an index with an entry for each part follows them and is the start; it has parts itself where it
-// needs them.
-Overview RowOrderOverview(const std::vector<std::string>& ids, const OverviewSymbols& symbols, int64_t first_id);
-// How many cards that would be.
+// Generates the cards of an overview, numbered from `first_id` on, in the order in which they come at the end of the
+// file, with an entry for each of the IDs; no IDs give no cards. Where the entries fill more than one part, an index
+// with an entry for each part follows them; it has parts itself where it needs them. The result is the number of the
+// card where the overview begins: the index, or the only part.
+int64_t GenerateRowOrder(const std::vector<std::string_view>& ids, const OverviewSymbols& symbols, int64_t first_id,
+                         const TakeGenerated& take);
+// How many cards that are.
 int64_t RowOrderCards(int64_t entries);
 
-// The same for the cards of one topic, or of two; the first part is the start. A second topic that is empty or equal to
-// the first does not count.
-Overview TopicOverview(const std::vector<std::string>& ids, std::string_view topic1, std::string_view topic2,
-                       const OverviewSymbols& symbols, int64_t first_id);
+// The same for the cards of one topic, or of two, without an index: the overview begins with its first part. A second
+// topic that is empty or equal to the first does not count.
+int64_t GenerateTopic(const std::vector<std::string_view>& ids, std::string_view topic1, std::string_view topic2,
+                      const OverviewSymbols& symbols, int64_t first_id, const TakeGenerated& take);
 int64_t TopicCards(int64_t entries);
 // "Thema" or "Thema 1 - Thema 2": what the overview is called on its cards and in the link to it.
 std::string TopicTitle(std::string_view topic1, std::string_view topic2);

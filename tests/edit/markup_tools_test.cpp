@@ -2,13 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 
 #include "edit/character_table.h"
 #include "edit/link_making.h"
 #include "edit/link_rewriting.h"
 #include "edit/picture_cards.h"
+#include "edit/tag_spans.h"
 #include "edit/topics.h"
+#include "hypertext/plain_text.h"
 #include "platform/code_page.h"
 
 namespace tessaro {
@@ -70,6 +73,36 @@ TEST(MarkupTools, BreaksAreTransferredOnce) {
     EXPECT_EQ(TransferLineBreaks(side), after) << side;
     EXPECT_EQ(TransferLineBreaks(after), after) << side;
   }
+}
+
+TEST(TagSpans, AreWhatTheCardDoesNotShow) {
+  const std::array parts = {
+      "<",    ">",    "a",      "\"",           "=",         "/",       "#",    "\n",   " ",           "<b>", "</b>",
+      "<br>", "&lt;", "<embed", "<img src=\"x", "<topic=\"", "<#TEXT:", "\xE4", "\x0F", "<navigation>"};
+  const auto letters = [](std::string text) {
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });
+    return text;
+  };
+  std::mt19937 random(1);
+  for (int i = 0; i < 3000; ++i) {
+    std::string side;
+    for (size_t part = random() % 12; part > 0; --part) side += parts[random() % parts.size()];
+    std::string text;
+    size_t at = 0;
+    for (const TagSpan& tag : FindTags(side)) {
+      text.append(side, at, tag.begin - at);
+      at = tag.begin + tag.length;
+    }
+    text.append(side, at);
+    EXPECT_EQ(letters(PlainText(side)), letters(PlainText(text))) << side;
+  }
+}
+
+TEST(TagSpans, LinksNameTheirCards) {
+  using Tags = std::vector<TagSpan>;
+  EXPECT_EQ(FindTags("<a href=\"000012\">x</a>"), (Tags{{0, 17, true, 12}, {18, 4}}));
+  EXPECT_EQ(FindTags("<a href=\"x\">y"), (Tags{{0, 12, true, 0}}));
+  EXPECT_EQ(FindTags("1 < 2"), Tags());
 }
 
 TEST(LinkMaking, KeepsThePlaceWhileTheTextAroundItIsChanged) {

@@ -2,15 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
+
 namespace tessaro {
 namespace {
 
 constexpr std::string_view kIndent = "             ";
 
-std::vector<std::string> Ids(int count) {
-  std::vector<std::string> ids;
-  for (int id = 1; id <= count; ++id) ids.push_back(IdText(id));
-  return ids;
+std::vector<std::string_view> Ids(int count) {
+  static std::deque<std::string> texts;
+  while (static_cast<int>(texts.size()) < count) texts.push_back(IdText(static_cast<int64_t>(texts.size()) + 1));
+  return {texts.begin(), texts.begin() + count};
 }
 
 size_t Count(std::string_view text, std::string_view part) {
@@ -23,6 +25,32 @@ std::string Text(std::initializer_list<std::string_view> parts) {
   std::string text;
   for (const std::string_view part : parts) text += part;
   return text;
+}
+
+struct Overview {
+  struct Card {
+    int64_t id;
+    std::string question;
+  };
+  std::vector<Card> cards;
+  int64_t start = 0;
+
+  TakeGenerated Take() {
+    return [this](int64_t id, std::string_view question) { cards.push_back({id, std::string(question)}); };
+  }
+};
+
+Overview RowOrderOverview(const std::vector<std::string_view>& ids, const OverviewSymbols& symbols, int64_t first_id) {
+  Overview overview;
+  overview.start = GenerateRowOrder(ids, symbols, first_id, overview.Take());
+  return overview;
+}
+
+Overview TopicOverview(const std::vector<std::string_view>& ids, std::string_view topic1, std::string_view topic2,
+                       const OverviewSymbols& symbols, int64_t first_id) {
+  Overview overview;
+  overview.start = GenerateTopic(ids, topic1, topic2, symbols, first_id, overview.Take());
+  return overview;
 }
 
 TEST(OverviewCards, FewCardsFillOnePart) {

@@ -7,6 +7,8 @@
 #include <QSet>
 #include <QTableView>
 #include <QTableWidget>
+#include <array>
+#include <random>
 
 #include "edit/side_field.h"
 #include "edit/wnlink.h"
@@ -178,6 +180,29 @@ TEST_F(CardEditor, TextThatCardsCannotHoldStaysOut) {
   for (const char* odd : {"<", "<<<>", "a<b>c\n<a href=\"\n1\">", "\x01\x00\x0F", "<a href=\"000001\">"}) {
     Front().SetSide(odd);
     EXPECT_EQ(Front().Side(), odd);
+  }
+}
+
+TEST_F(CardEditor, OddSidesUpsetNeitherColoursNorPreview) {
+  Open();
+  const std::array parts = {"<",    ">",           "<b",      "\"",   "<a href=\"00000",
+                            "1\">", "</a>",        "<#SHOW:", "\n",   "\xC4",
+                            "&lt;", "<img src=\"", "<+>",     "\x7F", "font size=\"99999\">"};
+  std::mt19937 chance(1);
+  for (int i = 0; i < 60; ++i) {
+    std::string side;
+    for (size_t part = chance() % 20; part > 0; --part) side += parts[chance() % parts.size()];
+    Front().SetSide(side);
+    ASSERT_EQ(Front().Side(), side);
+    const SideSelection marked = {chance() % (side.size() + 1), 0};
+    Front().Select(marked);
+    Front().Enclose("<i>", "</i>");
+    EXPECT_EQ(Front().Side(), ApplyEdit(side, EncloseInTags(side, marked, "<i>", "</i>")));
+    QTest::keyClicks(&Front(), u"x<"_s);
+    Front().TransferBreaks();
+    QTest::qWait(1);
+    while (Front().document()->isUndoAvailable()) Front().undo();
+    ASSERT_EQ(Front().Side(), side);
   }
 }
 
