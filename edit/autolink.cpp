@@ -2,6 +2,8 @@
 
 #include <QBuffer>
 #include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
 
 #include "cards/card_reader.h"
 #include "edit/card_work.h"
@@ -9,6 +11,7 @@
 #include "edit/media_names.h"
 #include "edit/topics.h"
 #include "ui_autolink.h"
+#include "widgets/scroll_pages.h"
 #include "widgets/text.h"
 
 using namespace Qt::StringLiterals;
@@ -59,6 +62,12 @@ TF_autolink::TF_autolink(CardFile& file, CommandStack& commands, const OverviewM
     ui_->BitBtnTransfer->setToolTip(u"Diese Kartei hat keine alten Themen (Abschnitt TOPIC ihrer Einstellungen)"_s);
   }
   ShowTopics();
+  // All of it is to be seen where the screen has room; else it scrolls up and down.
+  const int content = ui_->Rollinhalt->minimumSizeHint().width();
+  ui_->Rollfeld->setMinimumWidth(content + ui_->Rollfeld->verticalScrollBar()->sizeHint().width());
+  const int rest = sizeHint().height() - ui_->Rollfeld->sizeHint().height();
+  resize(width(), rest + ui_->Rollinhalt->heightForWidth(std::max(content, width() - 40)));
+  FitToScreen(*this);
   connect(ui_->BitBtnGruppe, &QAbstractButton::clicked, this, [this] { ChooseSymbol(*ui_->EditGruppe); });
   connect(ui_->BitBtnEinzel, &QAbstractButton::clicked, this, [this] { ChooseSymbol(*ui_->EditEinzel); });
   connect(ui_->BitBtnSymbols, &QAbstractButton::clicked, this, &TF_autolink::UseStandardSymbols);

@@ -92,7 +92,10 @@ void EditedSides::ShowPanes() {
 }
 
 void EditedSides::ReadLooks(const CardFile& file, const ProgramSettings& settings) {
-  looks_ = {ReadSideLook(file.settings(), SideName::Front), ReadSideLook(file.settings(), SideName::Back)};
+  for (const EditSide side : {EditSide::Front, EditSide::Back}) {
+    const SideName name = side == EditSide::Front ? SideName::Front : SideName::Back;
+    looks_[Index(side)] = LookOnScreen(file.settings(), settings.ini, name, field(side).palette());
+  }
   const MediaFolders folders = FoldersOf(file.paths().cards, keys::kMediaFolder.Read(settings.ini));
   for (const View& view : views_) view.frame->SetMediaFolders(folders);
 }

@@ -40,7 +40,7 @@ class EditedSides : public QObject {
   // Both sides beside each other where there is room for them, else the active one.
   void Fit(int room);
 
-  // Fonts and colours of the front and the back as the card file has them.
+  // Fonts and colours of the front and the back as windows show them.
   const std::array<SideLook, 2>& looks() const { return looks_; }
   // Reads these, and where media are looked for, from the settings; ShowLooks and ShowPreview show them.
   void ReadLooks(const CardFile& file, const ProgramSettings& settings);

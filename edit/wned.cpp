@@ -318,6 +318,8 @@ void TF_wned::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
   if (event->type() == QEvent::PaletteChange && ready_) {
     SetAccent(*ui_->LabelGeloescht, Accent::NotKnown);
+    sides_.ReadLooks(file_, settings_);
+    sides_.ShowPreview();
   }
   if (event->type() != QEvent::ActivationChange || !ready_) return;
   // Whoever goes to another window finds the card as it was typed. Who comes back may have set other fonts or saved

@@ -64,7 +64,7 @@ class TF_wned : public QMainWindow, private CardWatcher {
   friend struct EditorCommands;
 
   void MakeCommands();
-  void MakeBoxes(QToolBar& bar);
+  void MakeBoxes(QToolBar& cards, QToolBar& tags);
   void MakeStatusLine();
   void ConnectSides();
   void ConnectNavigation();

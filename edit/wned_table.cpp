@@ -105,7 +105,7 @@ const EditorCommands::Command EditorCommands::kCommands[] = {
      "search"},
     {Menu::Go, "MCardSearchMore", u"&Weitersuchen", u"F3", RUN(MCardSearchMore())},
     {Menu::Go, "MTabelle", u"Übersichts&tabelle aufrufen", u"", RUN(ShowTable()), Bar::Cards, "BitBtnTabelle",
-     u"Übersichtstabelle aufrufen", "table"},
+     u"Übersichtstabelle aufrufen", "table", u"", true},
 
     {Menu::Text, "MTextUndo", u"Letzte Aktion &rückgängig", u"Ctrl+Z", RUN(ActiveText().undo()), Bar::Tags, "TextUndo",
      u"Letzte Aktion rückgängig", "undo"},
@@ -219,13 +219,13 @@ void TF_wned::MakeCommands() {
     QToolBar* bar = command.bar == Bar::None ? nullptr : command.bar == Bar::Cards ? cards : tags;
     EditorCommands::Add(*this, *menus[static_cast<int>(command.menu)], bar, command);
   }
-  MakeBoxes(*tags);
+  MakeBoxes(*cards, *tags);
   connect(new QShortcut(QKeySequence(u"Ctrl+L"_s), this), &QShortcut::activated, this, &TF_wned::LinkOrIndex);
 }
 
 // The boxes for the size of letters and the topic of the card.
-void TF_wned::MakeBoxes(QToolBar& bar) {
-  font_size_ = new QComboBox(&bar);
+void TF_wned::MakeBoxes(QToolBar& cards, QToolBar& tags) {
+  font_size_ = new QComboBox(&tags);
   font_size_->setObjectName(u"HtmlFontSize"_s);
   font_size_->setToolTip(u"Schriftgröße des markierten Textes"_s);
   font_size_->setAccessibleName(u"Schriftgröße"_s);
@@ -237,21 +237,20 @@ void TF_wned::MakeBoxes(QToolBar& bar) {
     // The same size may be chosen again.
     font_size_->setCurrentIndex(-1);
   });
-  topics_ = new QComboBox(&bar);
+  topics_ = new QComboBox(&cards);
   topics_->setObjectName(u"ComboBoxThema"_s);
   topics_->setEditable(true);
   topics_->setMinimumContentsLength(12);
   topics_->setToolTip(u"Thema der Karte"_s);
   topics_->setAccessibleName(u"Thema"_s);
   topics_->lineEdit()->setPlaceholderText(u"Thema"_s);
-  QAction* before = bar.actions().value(4);
-  bar.insertWidget(before, font_size_);
-  bar.addSeparator();
-  bar.addWidget(topics_);
-  QAction* topic = bar.addAction(u"Thema"_s);
+  QAction* before = tags.actions().value(4);
+  tags.insertWidget(before, font_size_);
+  cards.addWidget(topics_);
+  QAction* topic = cards.addAction(u"Thema"_s);
   topic->setToolTip(u"Die ausgewählte Themenbezeichnung in die Karte einfügen"_s);
   connect(topic, &QAction::triggered, this, &TF_wned::HtmlThema);
-  bar.widgetForAction(topic)->setObjectName(u"HtmlThema"_s);
+  cards.widgetForAction(topic)->setObjectName(u"HtmlThema"_s);
 }
 
 }  // namespace tessaro

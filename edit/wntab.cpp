@@ -2,6 +2,7 @@
 
 #include <QHeaderView>
 #include <QScrollBar>
+#include <QShowEvent>
 #include <algorithm>
 
 #include "edit/card_model.h"
@@ -35,11 +36,6 @@ TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, co
   ui_->StringGridTab->horizontalHeader()->setSortIndicator(CardModel::Number, Qt::AscendingOrder);
   ui_->StringGridTab->setModel(model_);
   ui_->StringGridTab->verticalScrollBar()->setObjectName(u"ScrollBarTab"_s);
-  const int letter = fontMetrics().averageCharWidth();
-  const std::array widths = {8, 9, 36, 36, 18, 18, 16};
-  for (int column = 0; column < CardModel::kColumns; ++column) {
-    ui_->StringGridTab->setColumnWidth(column, letter * widths[static_cast<size_t>(column)]);
-  }
   ui_->StringGridTab->horizontalHeader()->setStretchLastSection(true);
   ui_->StringGridTab->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
   RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
@@ -60,15 +56,39 @@ TF_wntab::~TF_wntab() = default;
 
 void TF_wntab::Open(int card_row) {
   model_->ShowAnew();
-  ShowRow(card_row);
   for (QAbstractButton* changes : {ui_->BitBtnLoeschen, ui_->BitBtnStatistik}) {
     changes->setDisabled(file_.read_only());
     if (file_.read_only()) changes->setToolTip(u"Die Kartei ist nur zum Lesen geöffnet"_s);
   }
   show();
+  ShowRow(card_row);
   raise();
   activateWindow();
   ui_->StringGridTab->setFocus();
+}
+
+// The sides share what the other columns leave.
+void TF_wntab::FitColumns() {
+  const QFontMetrics metrics = ui_->StringGridTab->fontMetrics();
+  const int letter = metrics.averageCharWidth();
+  int room = ui_->StringGridTab->viewport()->width();
+  const auto set = [&](CardModel::Column column, int width) {
+    ui_->StringGridTab->setColumnWidth(column, width);
+    room -= width;
+  };
+  set(CardModel::Number, letter * 9);
+  set(CardModel::Id, letter * 10);
+  set(CardModel::Retention, metrics.horizontalAdvance(u"Behaltenszeit"_s) + letter * 5);
+  set(CardModel::LastAnswer, metrics.horizontalAdvance(u"00.00.0000 00:00"_s) + letter * 3);
+  set(CardModel::Topic, letter * 12);
+  const int side = std::clamp(room / 2, letter * 12, letter * 60);
+  set(CardModel::Front, side);
+  set(CardModel::Back, side);
+}
+
+void TF_wntab::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  if (!event->spontaneous()) FitColumns();
 }
 
 void TF_wntab::hideEvent(QHideEvent* event) {

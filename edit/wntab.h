@@ -40,9 +40,11 @@ class TF_wntab : public QDialog {
   void CardsTouched();
 
  protected:
+  void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:
+  void FitColumns();
   std::vector<int> MarkedRows() const;
   int CurrentRow() const;
   void ShowRow(int card_row);
