@@ -8,24 +8,12 @@
 
 #include "cards/navigation.h"
 #include "edit/card_search.h"
-#include "edit/character_table.h"
 #include "edit/command_stack.h"
+#include "edit/desk_result.h"
 #include "edit/link_making.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {
-
-enum class DeskOutcome { Done, NoCard, NoNumberLeft, Failed };
-
-// What became of a card that a command made, cut, marked or changed.
-struct DeskResult {
-  DeskOutcome outcome = DeskOutcome::NoCard;
-  std::string id;
-  int position = 0;     // of the card, counted from 1
-  bool marked = false;  // by ToggleDeletion
-};
-
-enum class StoreOutcome { Unchanged, Saved, Moved, Failed };
 
 // The card that the editor works on, and what can be done with it. It follows its card when rows come and go, wherever
 // that was done.
@@ -48,11 +36,14 @@ class CardDesk : private CardWatcher {
   bool GoTo(int row);
   bool GoToPosition(int position) { return GoTo(position + 1); }
   bool GoToId(int64_t id);
+  // To the card behind, before, at the ends. False, and nothing moves, where there is none.
   bool Next() { return GoTo(row_ + 1); }
   bool Previous() { return GoTo(row_ - 1); }
   bool First() { return GoTo(kFirstCardRow); }
   bool Last();
+  // To the first card with "<home>", else the first with "<index>", else the first of all.
   bool Home();
+  // To where the overview in row order begins. False: there is none.
   bool Overview();
   // Goes to the card that a link names, and remembers the way back. False: there is none, or it is marked for deletion.
   bool FollowLink(int64_t id);
@@ -67,43 +58,47 @@ class CardDesk : private CardWatcher {
   // Whether the link index leads to the card with this number, if there is one. It always should.
   bool IndexLeadsTo(int64_t id) const { return file_.link_index().RowOfId(id) == file_.RowOfId(id); }
 
-  // Writes the sides as they are shown, where they were changed. Moved: the card does not stand where it was taken up;
-  // nothing is written, StoreById can.
+  // Writes the sides as they are shown, where they were changed; the other one wherever the card stands by now.
   StoreOutcome Store(std::string_view front, std::string_view back);
   StoreOutcome StoreById(std::string_view front, std::string_view back);
 
+  // Puts an empty card behind this one and goes there.
   DeskResult InsertEmpty();
+  // Keeps the sides of this card, as they are stored, for Paste; without a card what was kept stays.
   void Copy();
   bool CanPaste() const { return clipboard_.has_value(); }
+  // Puts a new card with the sides that were copied behind this one and goes there. NoCard: none was.
   DeskResult Paste();
+  // Copies the card and removes it, which the result tells of; an empty one takes the place of a file's last card. The
+  // desk goes to the card behind, else to that before.
   DeskResult Cut();
+  // Marks the card for deletion, or takes its mark away; it stays in the file until RemoveMarked.
   DeskResult ToggleDeletion();
-  DeskResult ResetStatistics();
-  // The same for several cards, rows ascending. Marking: those that are not yet marked; where all are, none is any
-  // more.
+  DeskResult ResetStatistics();  // as without answers
+  // The same for several cards, rows ascending. Marks those that are not; where all are, none is any more.
   void MarkAll(const std::vector<int>& rows);
+  // False: nothing was done.
   bool ResetAll(const std::vector<int>& rows);
   // Removes the cards marked for deletion; where none would be left, an empty one takes their place. False: failed.
   bool RemoveMarked();
   // Makes the first empty card of a file without cards; true when it did.
   bool EnsureCard();
 
-  CommandStack& commands() { return commands_; }
+  CommandStack& commands() { return commands_; }  // for tools
+  // Takes the newest command back, gives it again, and goes where the user was; see CommandStack.
   std::optional<CommandStack::Moved> Undo() { return Follow(commands_.Undo()); }
   std::optional<CommandStack::Moved> Redo() { return Follow(commands_.Redo()); }
 
   // Begins a link in the place of the selection; the side must be stored. Nothing else may be changed there by others.
   void BeginLink(EditSide side, SideSelection selection);
   bool IsLinking() const { return link_.has_value(); }
+  // Null, and no side, while none is made.
   const PendingLink* link() const { return link_ ? &link_->link : nullptr; }
   EditSide link_side() const { return link_->side; }
-  int link_row() const { return link_->row; }
-  const std::string& link_id() const { return link_->id; }
-  // Makes the card shown the target of the link and goes back to the source. False: the place was lost, no link is
-  // written, and the link is given up. What was shown must be stored before.
+  // Makes the card shown, which must be stored, the target of the link and goes back to the source. False: the place
+  // was lost, no link is written, and the link is given up.
   bool FinishLink(std::string_view face);
-  // Gives the link up; the card keeps the text that was selected.
-  void CancelLink() { link_.reset(); }
+  void CancelLink() { link_.reset(); }  // the card keeps the text that was selected
 
   // Searches from the first card on, or behind the card found last, and goes to what it finds. `examined` counts from
   // the first card.

@@ -16,6 +16,7 @@ class CardModel : public QAbstractTableModel, private CardWatcher {
  public:
   enum Column { Number, Id, Front, Back, Retention, LastAnswer, Topic, kColumns };
 
+  // The file must live longer.
   CardModel(CardFile& file, QObject* parent);
 
   int rowCount(const QModelIndex& parent = {}) const override;

@@ -26,7 +26,9 @@ struct SearchQuery {
 // Finds one text in many others, quickly where it is absent.
 class TextFinder {
  public:
+  // The text is copied. Case is that of the code page.
   TextFinder(std::string_view text, bool ignore_case);
+  // Of the text, in bytes.
   bool empty() const { return text_.empty(); }
   size_t size() const { return text_.size(); }
   // Where the text begins; npos when it is not there, and for an empty one.
@@ -52,6 +54,7 @@ struct FoundText {
 // A query, ready to be put to cards.
 class CardSearch {
  public:
+  // The texts are copied.
   explicit CardSearch(const SearchQuery& query);
   // False: with these texts nothing is to be searched for. Without a first text only "or" can search, for the second.
   bool Possible() const { return !first_.empty(); }

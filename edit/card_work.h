@@ -21,4 +21,12 @@ class CardWork : public LongWork {
   }
 };
 
+// Shows the stages of a rebuild of the indexes; holds as long as `work`.
+inline StageObserver ShowIndexes(LongWork& work) {
+  return {[&work](FileStage /*stage*/, uint64_t rows) {
+            work.NextStage(QStringLiteral("Index aufbauen"), static_cast<int64_t>(rows));
+          },
+          &work};
+}
+
 }  // namespace tessaro

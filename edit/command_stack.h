@@ -53,10 +53,12 @@ class CommandStack : private CardWatcher {
   void SetRowAfter(int row);
   // To be called before a command is done that also changes these settings of the card file: they go back with it.
   void KeepSettings();
+  // The next change of a text is a command of its own.
   void Seal() { text_row_ = 0; }
 
-  bool CanUndo() const { return !undo_.empty(); }
-  bool CanRedo() const { return !redo_.empty(); }
+  bool CanUndo() const { return !undo_.empty(); }  // there is a command to take back
+  bool CanRedo() const { return !redo_.empty(); }  // or to give again
+  // Which it is; only where there is one.
   EditKind NextUndo() const { return undo_.back().kind; }
   EditKind NextRedo() const { return redo_.back().kind; }
   // Nothing when there is none, or when it could not be done; all is then as it was.

@@ -56,7 +56,7 @@ void TF_dlnumm::BitBtnOKClick() {
   {
     CardWork work(this, clock_, u"Karten nummerieren"_s, file_, 2);
     outcome = Renumber(file_, commands_, {*start, ui_->CheckBoxTote->isChecked()}, row_, work.keep_going());
-    if (outcome == RenumberOutcome::Done) (void)CardEdit(file_).Finish();
+    if (outcome == RenumberOutcome::Done) (void)CardEdit(file_).Finish(ShowIndexes(work));
   }
   if (outcome == RenumberOutcome::Cancelled) return;
   if (outcome != RenumberOutcome::Done) {

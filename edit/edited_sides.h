@@ -30,6 +30,7 @@ class EditedSides : public QObject {
   // Ties the widgets of the editor window together, which with the clock must live longer.
   EditedSides(const Ui::TF_wned& ui, const Clock& clock);
 
+  // Where the text of a side is written.
   SideField& field(EditSide side) const { return *views_[Index(side)].field; }
   // The side that has the focus or had it last; the front at first.
   EditSide active() const { return active_; }
@@ -53,8 +54,11 @@ class EditedSides : public QObject {
   void ScrollPreviewToTop();
 
  Q_SIGNALS:
+  // The user has changed a text.
   void Typed();
+  // Another side may be in work.
   void Activated();
+  // In a preview; the number of the card to which the link leads.
   void LinkClicked(int card_id);
   // See SideField.
   void ForeignLeftOut(const QString& characters);

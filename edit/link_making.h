@@ -15,6 +15,7 @@ inline constexpr std::string_view kLinkMarker = "<+>";
 // The face of a link for which nothing was selected.
 inline constexpr std::string_view kEmptyFace = "......";
 
+// The markup of a link with this face to that card.
 std::string LinkText(std::string_view target_id, std::string_view face);
 
 // A link being made on one side of a card. On screen the marker stands in the place of the selected text; the card
@@ -25,6 +26,7 @@ class PendingLink {
   PendingLink(std::string_view side, SideSelection selection);
 
   const std::string& selected() const { return selected_; }
+  // What the link is to show: the selected text, or where there is none something to click on.
   std::string face() const { return selected_.empty() ? std::string(kEmptyFace) : selected_; }
   // What the card keeps meanwhile.
   const std::string& side() const { return side_; }

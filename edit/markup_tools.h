@@ -22,6 +22,7 @@ struct SideEdit {
   std::string inserted;
   SideSelection selection;
 };
+// The side after the change.
 std::string ApplyEdit(std::string_view side, const SideEdit& edit);
 
 // Puts a tag in the place of the selection, the caret behind it.
@@ -40,13 +41,17 @@ inline constexpr std::string_view kHomeTags = "<navigation><home><br>";
 
 inline constexpr int kSmallestFontSize = 6;  // of the size box's first entry
 inline constexpr int kLargestFontSize = 72;
+// Opens letters of a size.
 std::string FontSizeTag(int points);
+// Show a picture in the text, and a sound or video; the name must fit, see FitsInTag.
 std::string PictureTag(std::string_view file);
 std::string EmbedTag(std::string_view file);
+// Gives the card a topic, which holds no quote and no ">".
 std::string TopicTag(std::string_view topic);
 
 // A file shown beside the card: its directive with the hint for the author that belongs to it.
 enum class Attachment { Text, Picture, Video };
+// The name must fit, see FitsInAttachment.
 std::string AttachmentTag(Attachment kind, std::string_view file);
 
 // Whether a tag, or a directive, can hold a file's name: the name must come back from it as it went in.

@@ -13,6 +13,7 @@ namespace tessaro {
 // The fields of a card that is made, with the statistics of a new one. Its texts are views: they must outlive it.
 class NewCard {
  public:
+  // `score` is held to what a card can keep.
   NewCard(const CardFile& file, int64_t id, std::string_view front, std::string_view back, int64_t score = 1);
   const std::vector<FieldView>& fields() const { return fields_; }
 

@@ -45,6 +45,7 @@ class SideField : public QPlainTextEdit {
   void HighlightAnew();
 
  Q_SIGNALS:
+  // The user or a tool has changed the text.
   void SideChanged();
   // These characters were left out.
   void ForeignLeftOut(const QString& characters);

@@ -10,6 +10,7 @@
 #include "cards/card_reader.h"
 #include "cards/link_state.h"
 #include "edit/card_model.h"
+#include "edit/card_work.h"
 #include "edit/ed_texts.h"
 #include "edit/side_field.h"
 #include "edit/wnlink.h"
@@ -302,7 +303,7 @@ void TF_wned::closeEvent(QCloseEvent* event) {
     if (window != nullptr) window->close();
   }
   LongWork work(this, machine_.clock);
-  if (!CardEdit(file_).Finish()) {
+  if (!CardEdit(file_).Finish(ShowIndexes(work))) {
     machine_.messages.Error(this, u"\nIndexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);
   }
   QMainWindow::closeEvent(event);

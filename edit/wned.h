@@ -40,7 +40,7 @@ class TF_wned : public QMainWindow, private CardWatcher {
   bool StoreSide();
   // The same, and removes the cards marked for deletion: before the whole file is changed, written or left.
   bool Settle();
-  // Opens the table of all cards, the search, the renumbering and the overviews; the editor itself may stay hidden.
+  // Open the table of all cards, the search, the renumbering and the overviews; the editor itself may stay hidden.
   void ShowTable();
   void ShowSearch();
   void MNummerierenClick();

@@ -97,7 +97,7 @@ void TF_wned::MCardSaveToFile() {
 void TF_wned::MCardBuildLinkIndex() {
   Do([this] {
     LongWork work(this, machine_.clock);
-    if (file_.RebuildIndexes()) {
+    if (file_.RebuildIndexes(ShowIndexes(work))) {
       ShowStatus(u"Linkindex neu aufgebaut: %1 Karten"_s.arg(file_.link_index().RowCount() - 2));
     } else {
       machine_.messages.Error(this, u"\nLinkindexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);

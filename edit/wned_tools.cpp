@@ -20,6 +20,15 @@
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
+namespace {
+
+// To be called when a dialog ends that may have made cards.
+void OrderIndexes(CardFile& file, const Clock& clock, QWidget* asker) {
+  LongWork work(asker, clock);
+  (void)CardEdit(file).Finish(ShowIndexes(work));
+}
+
+}  // namespace
 
 // Back to what the card was when it was taken up.
 void TF_wned::MCardUndo() {
@@ -174,7 +183,7 @@ void TF_wned::MHtmlAutoLink() {
                      desk_.row(), isVisible() ? this : parentWidget());
   dialog.exec();
   busy_ = false;
-  (void)CardEdit(file_).Finish();
+  OrderIndexes(file_, machine_.clock, this);
   ReadTopics();
   // The way to the overview is a setting of the card file.
   (void)file_.SaveSettings();
@@ -190,7 +199,7 @@ void TF_wned::MHtmlAutoBild() {
   TF_autobild dialog(file_, desk_.commands(), machine_.messages, desk_.row(), name, this);
   dialog.exec();
   busy_ = false;
-  (void)CardEdit(file_).Finish();
+  OrderIndexes(file_, machine_.clock, this);
   ShowCard();
   ShowStatus(dialog.told());
 }

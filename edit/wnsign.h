@@ -20,12 +20,15 @@ class TF_wnsign : public QDialog {
   Q_OBJECT
 
  public:
+  // `settings`, where the tables and the place are kept, must live longer. `looks`: of front and back.
   TF_wnsign(ProgramSettings& settings, const std::array<SideLook, 2>& looks, QWidget* parent);
   ~TF_wnsign() override;
 
+  // Comes to the front with the table for this side.
   void Open(EditSide side);
 
  Q_SIGNALS:
+  // One character of the code page, to be put where the user writes.
   void CharacterChosen(const QString& character);
 
  protected:

@@ -12,7 +12,7 @@ class TF_wnsuch;
 
 namespace tessaro {
 
-// What a search has found, for the status line.
+// What a search has found, for the status line. `possible`: see CardSearch.
 QString SearchText(const SearchResult& result, bool possible);
 
 // Asks what to search the cards for; stays open beside the editor.
@@ -20,15 +20,20 @@ class TF_wnsuch : public QDialog {
   Q_OBJECT
 
  public:
+  // `settings`, where its place is kept, must live longer.
   TF_wnsuch(ProgramSettings& settings, QWidget* parent);
   ~TF_wnsuch() override;
 
+  // Comes to the front with the first text marked, to be typed over.
   void Begin();
+  // What is to be searched for. A text that cards cannot hold is empty there; StartWanted does not come with one.
   SearchQuery query() const;
   void ShowResult(const SearchResult& result, bool possible);
 
  Q_SIGNALS:
+  // The search is to begin at the first card.
   void StartWanted();
+  // It is to go on behind the card found last.
   void MoreWanted();
 
  protected:
@@ -36,7 +41,7 @@ class TF_wnsuch : public QDialog {
 
  private:
   void Start();
-  // Empty, with a word to the user, when a text is not one that cards can hold.
+  // False, with a word to the user, when a text is not one that cards can hold.
   bool TextsFit();
 
   ProgramSettings& settings_;

@@ -33,6 +33,7 @@ class TF_wntab : public QDialog {
   void Open(int card_row);
 
  Q_SIGNALS:
+  // This card is to be shown in the editor.
   void EditorWanted(int card_row);
   // What is typed in the editor is to be stored first.
   void StoreWanted();
