@@ -99,12 +99,12 @@ int Main(int argc, char** argv) {
   for (int i = 0; i < argc; ++i) arguments << FromPath(argv[i]);
   const ProgramOptions options = ReadOptions(arguments);
   if (options.show_help) return Print(stdout, HelpText()), EXIT_SUCCESS;
-  if (options.show_version) return Print(stdout, u"Tessaro 3.0\n"_s), EXIT_SUCCESS;
+  if (options.show_version) return Print(stdout, u"Tessaro " TESSARO_VERSION "\n"_s), EXIT_SUCCESS;
   if (!options.mistake.isEmpty()) return Print(stderr, options.mistake + u"\n"_s + HelpText()), kWrongUsage;
 
   Application application(argc, argv);
   QApplication::setApplicationName(u"tessaro"_s);
-  QApplication::setApplicationVersion(u"3.0"_s);
+  QApplication::setApplicationVersion(u"" TESSARO_VERSION ""_s);
   QApplication::setDesktopFileName(u"tessaro"_s);
   SpeakGerman(application);
   QApplication::setWindowIcon(Icon("cards"));
