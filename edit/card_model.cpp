@@ -24,7 +24,7 @@ QString PlainCell(std::string_view side) {
 }
 
 // As the learning window shows it: days, hours, minutes, seconds.
-QString DurationText(int64_t seconds) {
+QString RetentionText(int64_t seconds) {
   const auto two = [](int64_t number) { return QString::number(number).rightJustified(2, u'0'); };
   return u"%1:%2:%3:%4"_s.arg(seconds / 86400).arg(two(seconds / 3600 % 24), two(seconds / 60 % 60), two(seconds % 60));
 }
@@ -84,7 +84,7 @@ QString CardModel::TextOf(int card_row, Column column) const {
     case Back:
       return PlainCell(cards.Answer(card_row));
     case Retention:
-      return DurationText(std::max<int64_t>(cards.Score(card_row), 0));
+      return RetentionText(std::max<int64_t>(cards.Score(card_row), 0));
     case LastAnswer: {
       const int64_t time = cards.NewestTime(card_row);
       return time <= 0 ? QString() : QLocale().toString(QDateTime::fromSecsSinceEpoch(time), u"dd.MM.yyyy HH:mm"_s);

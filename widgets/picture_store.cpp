@@ -53,7 +53,7 @@ QImage ReadWithin(const QString& path, QSize most) {
   const QSize seen_most = SeenSize(reader, most);
   if (size.isValid() && (size.width() > seen_most.width() || size.height() > seen_most.height()))
     reader.setScaledSize(size.boundedTo(seen_most));
-  const QImage image = reader.read();
+  QImage image = reader.read();
   if (image.isNull()) return image;
   return image.convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
 }
