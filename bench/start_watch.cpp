@@ -24,12 +24,15 @@ class StartWatch : public QObject {
 
  private:
   // A part of the window may be painted before the rest: what is posted with so low a priority comes after all of it.
+  // The first frame is on the screen when the event that painted it has ended, and before what else waits.
   void Painted(const QWidget& window) {
     const QFileInfo last(QApplication::arguments().constLast());
-    const bool waits = last.suffix() == QStringLiteral("mlb") && !qEnvironmentVariableIsSet("WATCH_FIRST_PAINT");
+    const bool first = qEnvironmentVariableIsSet("WATCH_FIRST_PAINT");
+    const bool waits = last.suffix() == QStringLiteral("mlb") && !first;
     if (told_ || (waits && !window.windowTitle().startsWith(last.fileName()))) return;
     told_ = true;
-    QCoreApplication::postEvent(this, new QEvent(QEvent::User), Qt::LowEventPriority - 1);
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User),
+                                first ? Qt::HighEventPriority : Qt::LowEventPriority - 1);
   }
 
   bool told_ = false;
