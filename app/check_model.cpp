@@ -10,7 +10,6 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-constexpr size_t kMostOfSide = 400;  // bytes of a side that are looked at for its beginning
 constexpr int kQuestionLetters = 60;
 
 }  // namespace
@@ -54,9 +53,7 @@ QString CheckModel::TextOf(const DeckFinding& finding, int column) const {
     case CardId:
       return FromBytes(cards.Id(finding.row));
     case Question:
-      return FromBytes(PlainText(cards.Question(finding.row).substr(0, kMostOfSide)))
-          .simplified()
-          .left(kQuestionLetters);
+      return FromBytes(PlainBeginning(cards.Question(finding.row))).simplified().left(kQuestionLetters);
     case Fault:
       return FaultText(finding);
     default:

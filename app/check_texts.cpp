@@ -3,6 +3,7 @@
 #include <QLocale>
 #include <QStringList>
 
+#include "store/table/card_columns.h"
 #include "widgets/text.h"
 
 namespace tessaro {
@@ -12,10 +13,6 @@ using namespace Qt::Literals::StringLiterals;
 
 QString InWords(int64_t count, const QString& one, const QString& many) {
   return count == 1 ? one : many.arg(QLocale().toString(static_cast<qlonglong>(count)));
-}
-
-QString SixDigits(int64_t number) {
-  return u"%1"_s.arg(static_cast<qlonglong>(number), 6, 10, QLatin1Char('0'));
 }
 
 }  // namespace
@@ -60,10 +57,10 @@ QString FaultText(const DeckFinding& finding) {
     case DeckFault::MissingId:
       return u"Karte ohne Nummer."_s;
     case DeckFault::DoubleId:
-      return u"Nummer %1 hat schon eine Karte davor."_s.arg(SixDigits(finding.number));
+      return u"Nummer %1 hat schon eine Karte davor."_s.arg(FromBytes(IdText(finding.number)));
     case DeckFault::DeadLink:
       return finding.number == 0 ? u"Verweis ohne gültige Kartennummer."_s
-                                 : u"Verweis auf Karte %1, die es nicht gibt."_s.arg(SixDigits(finding.number));
+                                 : u"Verweis auf Karte %1, die es nicht gibt."_s.arg(FromBytes(IdText(finding.number)));
     case DeckFault::FutureAnswer:
       return u"Letzte Antwort in der Zukunft. Die nächste löscht die Statistik der Karte."_s;
     case DeckFault::TimeOrder:

@@ -223,8 +223,8 @@ bool Program::StoreEdited(bool whole_file) {
   return whole_file ? editor_->Settle() : editor_->StoreSide();
 }
 
-bool Program::CloseEditor() {
-  return editor_ == nullptr || editor_->close();
+bool Program::CloseWindows() {
+  return outlook_.Close() && (editor_ == nullptr || editor_->close()) && CloseLearning();
 }
 
 void Program::EndEditing() {

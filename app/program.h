@@ -89,8 +89,9 @@ class Program : public QObject {
   // Stores what is typed in the editor; `whole_file` also removes the cards marked for deletion. False: the user wants
   // to look at it first.
   bool StoreEdited(bool whole_file);
-  // Closes the editor; false: the user wants it to stay.
-  bool CloseEditor();
+  // Closes what stands over the open card file: evaluation, forecast, editor and learning window. False: one of them
+  // has to stay, and so has the card file.
+  [[nodiscard]] bool CloseWindows();
   // See Background::Run.
   void RunInBackground(QObject& receiver, BackgroundWork work);
   // Writes tessaro.ini, making its folder. A failure is of no consequence for the cards and is not told.

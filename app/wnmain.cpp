@@ -155,16 +155,15 @@ void TF_wnmain::LernEinstellungExecute() {
 }
 
 void TF_wnmain::MAboutClick() {
-  program_.messages().Information(this,
-                                  u"Tessaro Hypertext-Lernprogramm\nVersion 3.0\n\n"
-                                  u"Karteikarten mit Verweisen, Bildern und Tönen,\n"
-                                  u"vorgelegt dann, wenn es Zeit für sie ist."_s);
+  program_.messages().Information(
+      this,
+      u"Tessaro Hypertext-Lernprogramm\nVersion %1\n\n"
+      u"Karteikarten mit Verweisen, Bildern und Tönen,\n"
+      u"vorgelegt dann, wenn es Zeit für sie ist."_s.arg(QApplication::applicationVersion()));
 }
 
 bool TF_wnmain::FormCloseQuery() {
-  if (HasOpenDialog(*this) || !program_.outlook().Close() || !program_.CloseEditor() || !program_.CloseLearning()) {
-    return false;
-  }
+  if (HasOpenDialog(*this) || !program_.CloseWindows()) return false;
   if (!file_.IsOpen()) return true;
   const bool empty = file_.CardCount() == 0;
   if (!empty && !file_.changed()) {

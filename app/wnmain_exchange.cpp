@@ -33,7 +33,7 @@ ExchangeTies TF_wnmain::Ties() {
 }
 
 void TF_wnmain::LoadAgain(const std::filesystem::path& path) {
-  if (program_.outlook().Close() && program_.CloseEditor() && program_.CloseLearning()) LoadFile(path);
+  if (program_.CloseWindows()) LoadFile(path);
 }
 
 bool TF_wnmain::KeepState(QWidget* asker) {

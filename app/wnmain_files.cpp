@@ -83,7 +83,7 @@ bool TF_wnmain::OpenFile(const fs::path& path) {
 }
 
 bool TF_wnmain::LeaveFile() {
-  if (!program_.outlook().Close() || !program_.CloseEditor() || !program_.CloseLearning()) return false;
+  if (!program_.CloseWindows()) return false;
   if (!file_.IsOpen()) return true;
   if (!file_.changed()) {
     (void)file_.SaveSettings();

@@ -15,4 +15,16 @@ LinkState LinkStateOf(const CardFile& file, int64_t id, const LearningParameters
   return due.expired || due.beyond_maximum ? LinkState::DueOrWrong : LinkState::KnownNotDue;
 }
 
+ColourClass LinkColour(const CardFile& file, int64_t id, const LearningParameters& parameters, int64_t now) {
+  switch (LinkStateOf(file, id, parameters, now)) {
+    case LinkState::KnownNotDue:
+      return ColourClass::Green;
+    case LinkState::DueOrWrong:
+      return ColourClass::Red;
+    case LinkState::NeverLearned:
+      break;
+  }
+  return ColourClass::Blue;
+}
+
 }  // namespace tessaro

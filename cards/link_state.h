@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "hypertext/layout.h"
 #include "settings/learning_parameters.h"
 #include "store/file/card_file.h"
 
@@ -12,5 +13,7 @@ enum class LinkState { KnownNotDue, DueOrWrong, NeverLearned };
 
 // `id` 0 and a number that no card has count as never learned, navigation cards too. `now` in seconds since 1970.
 LinkState LinkStateOf(const CardFile& file, int64_t id, const LearningParameters& parameters, int64_t now);
+// The colour in which a link to this card is shown.
+ColourClass LinkColour(const CardFile& file, int64_t id, const LearningParameters& parameters, int64_t now);
 
 }  // namespace tessaro

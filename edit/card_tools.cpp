@@ -10,6 +10,7 @@
 #include "edit/new_card.h"
 #include "edit/picture_cards.h"
 #include "edit/topics.h"
+#include "store/table/card_columns.h"
 
 namespace tessaro {
 namespace {

@@ -5,6 +5,7 @@
 #include "edit/overview_cards.h"
 #include "hypertext/markup.h"
 #include "platform/code_page.h"
+#include "store/table/card_columns.h"
 
 namespace tessaro {
 namespace {

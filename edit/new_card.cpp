@@ -6,6 +6,7 @@
 #include "cards/card_writer.h"
 #include "edit/overview_cards.h"
 #include "hypertext/markup.h"
+#include "store/table/card_columns.h"
 
 namespace tessaro {
 namespace {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "store/table/card_columns.h"
+
 namespace tessaro {
 namespace {
 
@@ -67,13 +69,6 @@ void GenerateParts(const std::vector<std::string_view>& ids, const Wording& word
 }
 
 }  // namespace
-
-std::string IdText(int64_t id) {
-  constexpr size_t kDigits = 6;
-  std::string text = std::to_string(id);
-  if (text.size() < kDigits) text.insert(0, kDigits - text.size(), '0');
-  return text;
-}
 
 bool IsPictogram(std::string_view symbol) {
   constexpr std::array<std::string_view, 6> kEndings = {".bmp", ".jpg", ".jpeg", ".png", ".gif", ".svg"};

@@ -53,7 +53,4 @@ inline constexpr std::string_view kRowOrderFace = "Reihenfolgeübersicht"_cp;
 // at its end.
 std::string WithOverviewLink(std::string_view question, int64_t target, std::string_view face);
 
-// A card number as IDs and links hold it, "%06d".
-std::string IdText(int64_t id);
-
 }  // namespace tessaro

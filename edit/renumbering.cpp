@@ -9,6 +9,7 @@
 #include "edit/link_rewriting.h"
 #include "edit/overview_cards.h"
 #include "hypertext/markup.h"
+#include "store/table/card_columns.h"
 
 namespace tessaro {
 namespace {

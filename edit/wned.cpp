@@ -106,17 +106,8 @@ void TF_wned::ConnectSides() {
   for (const EditSide side : {EditSide::Front, EditSide::Back}) {
     sides_.field(side).SetIsCard([this](int64_t number) { return desk_.TargetRow(number) != 0; });
   }
-  sides_.SetLinkColours([this](int64_t id) {
-    switch (LinkStateOf(file_, id, ReadParameters(settings_.ini), machine_.clock.Now())) {
-      case LinkState::KnownNotDue:
-        return ColourClass::Green;
-      case LinkState::DueOrWrong:
-        return ColourClass::Red;
-      case LinkState::NeverLearned:
-        break;
-    }
-    return ColourClass::Blue;
-  });
+  sides_.SetLinkColours(
+      [this](int64_t id) { return LinkColour(file_, id, ReadParameters(settings_.ini), machine_.clock.Now()); });
   connect(&sides_, &EditedSides::Typed, this, [this] {
     store_timer_.start();
     ShowLength();

@@ -7,11 +7,6 @@
 
 namespace tessaro {
 
-std::string SixDigitText(int64_t number) {
-  const std::string digits = std::to_string(number);
-  return std::string(digits.size() < 6 ? 6 - digits.size() : 0, '0') + digits;
-}
-
 std::string QueuedScore(int64_t base, int64_t n) {
   return ScoreText(std::min(base + kScoreStep * n, kMaxScore));
 }

@@ -14,8 +14,6 @@ namespace tessaro {
 inline constexpr int64_t kMostCardNumber = 999'990;
 inline constexpr int64_t kScoreStep = 60;  // seconds from one card that was never learned to the next
 
-// A card number as six digits.
-std::string SixDigitText(int64_t number);
 // The score of the n-th card, from 1, of those that are queued behind `base`: n steps more, as nine digits.
 std::string QueuedScore(int64_t base, int64_t n);
 

@@ -8,6 +8,7 @@
 #include "cards/card_edit.h"
 #include "exchange/blank_card.h"
 #include "store/file/safe_save.h"
+#include "store/table/card_columns.h"
 
 namespace tessaro {
 namespace {
@@ -61,7 +62,7 @@ ImportResult ImportText(CardFile& file, std::string_view text, const TextLayout&
   for (TextCards::Card card; result.end == ImportEnd::Done && cards.Next(card);) {
     if (!watch.GoOn(cards.Position())) result.end = ImportEnd::Cancelled;
     MakeBlank(texts, ++result.cards, topic);
-    texts[kIdAt] = SixDigitText(highest + result.cards);
+    texts[kIdAt] = IdText(highest + result.cards);
     texts[kQuestionAt] = std::move(card.front);
     texts[kAnswerAt] = std::move(card.back);
     if (!appender.Add(texts)) result.end = ImportEnd::Failed;

@@ -48,7 +48,8 @@ std::optional<int64_t> ResetStatistics(CardFile& file, ResetScope scope, const W
                           {columns.time_row, times}});
   }
   CardEdit edit(file);
-  if (!edit.ApplyForGood(std::move(command)) || !edit.Finish()) return std::nullopt;
+  if (!edit.ApplyForGood(std::move(command))) return std::nullopt;
+  (void)edit.Finish();
   return count;
 }
 

@@ -11,6 +11,7 @@
 #include "hypertext/markup.h"
 #include "platform/code_page.h"
 #include "store/file/safe_save.h"
+#include "store/table/card_columns.h"
 
 namespace tessaro {
 namespace {
@@ -48,7 +49,7 @@ std::optional<std::string> Rewrite(std::string_view side, const Numbers& numbers
     const auto found = numbers.find(*number);
     ++(found == numbers.end() ? links.left : links.rewritten);
     if (found == numbers.end()) continue;
-    text.append(side, done, at - done).append(SixDigitText(found->second));
+    text.append(side, done, at - done).append(IdText(found->second));
     done = end;
   }
   if (done == 0) return std::nullopt;

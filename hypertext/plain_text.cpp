@@ -40,4 +40,9 @@ std::string PlainText(std::string_view side) {
   return text;
 }
 
+std::string PlainBeginning(std::string_view side) {
+  constexpr size_t kMost = 4000;
+  return PlainText(side.substr(0, kMost));
+}
+
 }  // namespace tessaro

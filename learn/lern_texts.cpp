@@ -240,8 +240,7 @@ QString NoticeText(Notice notice, std::optional<int64_t> next_due) {
 
 QString AnswerText(const GivenAnswer& answer, std::string_view question) {
   constexpr int kTitleLetters = 35;
-  constexpr size_t kMostOfSide = 4000;
-  QString title = FromBytes(PlainText(question.substr(0, kMostOfSide))).simplified();
+  QString title = FromBytes(PlainBeginning(question)).simplified();
   if (title.size() > kTitleLetters) title = title.left(kTitleLetters - 1) + u'…';
   const auto said = [&](const QString& what) { return title.isEmpty() ? what : title + u": "_s + what; };
   if (answer.rating == Rating::NotKnown) return said(u"nicht gewusst, kommt bald wieder"_s);

@@ -58,8 +58,7 @@ std::string ScoreWithTime(int64_t score) {
 }
 
 std::string FirstLetters(std::string_view side) {
-  constexpr size_t kMostOfSide = 4000;
-  return PlainText(side.substr(0, kMostOfSide)).substr(0, kTitleLetters);
+  return PlainBeginning(side).substr(0, kTitleLetters);
 }
 
 }  // namespace

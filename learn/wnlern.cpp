@@ -330,17 +330,8 @@ void TF_wnlern::ReadLooks() {
   FitControls(*ui_, width());
   ui_->PageControlAnz->SetMediaFolders(FoldersOf(file_.paths().cards, keys::kMediaFolder.Read(settings_.ini)));
   ui_->PageControlAnz->KeepViewIn(settings_.ini);
-  ui_->PageControlAnz->SetLinkColours([this](int64_t id) {
-    switch (LinkStateOf(file_, id, run_->parameters(), clock_.Now())) {
-      case LinkState::KnownNotDue:
-        return ColourClass::Green;
-      case LinkState::DueOrWrong:
-        return ColourClass::Red;
-      case LinkState::NeverLearned:
-        break;
-    }
-    return ColourClass::Blue;
-  });
+  ui_->PageControlAnz->SetLinkColours(
+      [this](int64_t id) { return LinkColour(file_, id, run_->parameters(), clock_.Now()); });
 }
 
 void TF_wnlern::resizeEvent(QResizeEvent* event) {

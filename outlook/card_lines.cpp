@@ -27,9 +27,8 @@ std::vector<CardLine> LinesOf(const CardFile& file, const DeckOutlook& deck, con
 }
 
 std::string QuestionStart(const CardFile& file, int row) {
-  constexpr size_t kMostOfSide = 400;  // bytes that are looked at
   constexpr size_t kLetters = 80;
-  std::string text = PlainText(CardReader(file).Question(row).substr(0, kMostOfSide)).substr(0, kLetters);
+  std::string text = PlainBeginning(CardReader(file).Question(row)).substr(0, kLetters);
   std::replace(text.begin(), text.end(), '\n', ' ');
   return text;
 }

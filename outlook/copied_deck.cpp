@@ -1,7 +1,6 @@
 #include "outlook/copied_deck.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 #include <utility>
 #include <vector>
@@ -9,6 +8,7 @@
 #include "cards/card_edit.h"
 #include "cards/card_writer.h"
 #include "platform/memory_file.h"
+#include "store/table/card_columns.h"
 
 namespace tessaro {
 namespace {
@@ -79,10 +79,8 @@ void HistoriesText::Add(const CardReader& cards, int row) {
   std::string letters = LettersText(history.letters);
   std::replace_if(
       letters.begin(), letters.end(), [](char c) { return c != kKnownLetter && c != kNotKnownLetter; }, '-');
-  char id[16];
-  std::snprintf(id, sizeof id, "%06d", ++cards_ + 1);
   const int64_t score = std::clamp<int64_t>(cards.Score(row), 0, kMaxScore);
-  AddRow(text_, {id, "00", "", "", ScoreText(score), "0", letters, UsedTimes(history)});
+  AddRow(text_, {IdText(++cards_ + 1), "00", "", "", ScoreText(score), "0", letters, UsedTimes(history)});
 }
 
 std::string HistoriesText::Take() {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <future>
 #include <utility>
 
@@ -74,9 +73,7 @@ int CardFile::CardCount() const {
 }
 
 std::string CardFile::IssueId() {
-  std::array<char, 24> text = {};
-  std::snprintf(text.data(), text.size(), "%06lld", static_cast<long long>(++content_.highest_id));
-  return text.data();
+  return IdText(++content_.highest_id);
 }
 
 void CardFile::RecountIds() {

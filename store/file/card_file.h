@@ -78,7 +78,7 @@ class CardFile {
 
   // The highest card number that was ever given in this file; a new card takes the next one.
   int64_t highest_id() const { return content_.highest_id; }
-  // The number for a new card, "%06ld" of the highest number + 1, which is raised by that.
+  // The number for a new card, IdText of the highest number + 1, which is raised by that.
   std::string IssueId();
   void RecountIds();
   // The same where the highest one is known, because all cards have just been numbered.

@@ -51,6 +51,12 @@ std::string BlankYesNoRow() {
   return std::string(kHistoryLength, 'f');
 }
 
+std::string IdText(int64_t number) {
+  constexpr size_t kDigits = 6;
+  const std::string digits = std::to_string(number);
+  return std::string(digits.size() < kDigits ? kDigits - digits.size() : 0, '0') + digits;
+}
+
 int64_t LeadingNumber(std::string_view text) {
   constexpr uint64_t kMost = std::numeric_limits<int64_t>::max();
   constexpr size_t kDigitsAtOnce = 8;

@@ -51,6 +51,8 @@ bool IsLeftOut(std::string_view id, std::string_view question, std::string_view 
 std::string BlankTimeRow();
 std::string BlankYesNoRow();
 
+// A card number as IDs and links hold it: at least six digits.
+std::string IdText(int64_t number);
 // Reads a decimal number as the C library's strtoll does: blanks, a sign, digits; 0 without digits. Saturates.
 int64_t LeadingNumber(std::string_view text);
 // The number that a text of one to nine digits and nothing else is; nothing for any other text.

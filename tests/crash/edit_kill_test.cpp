@@ -144,12 +144,5 @@ int Run(int kills, uint32_t seed, const fs::path& folder) {
 }  // namespace tessaro
 
 int main(int argc, char** argv) {
-  using namespace tessaro;
-  const int kills = argc > 1 ? std::atoi(argv[1]) : 30;
-  const auto seed = static_cast<uint32_t>(argc > 2 ? std::atoi(argv[2]) : 1);
-  std::string folder = (fs::temp_directory_path() / "edit_kill_XXXXXX").string();
-  if (mkdtemp(folder.data()) == nullptr) Fail("no folder");
-  const int result = Run(kills, seed, folder);
-  fs::remove_all(folder);
-  return result;
+  return tessaro::RunKills(argc, argv, tessaro::Run);
 }

@@ -31,7 +31,7 @@ int CardsIn(int table) {
 std::string TableText(int table) {
   std::string text;
   for (int i = 1; i <= CardsIn(table); ++i) {
-    text += SixDigitText(i) + ";00;Frage;" + std::to_string(table) + ";000000060;0;wf;7 0\n";
+    text += IdText(i) + ";00;Frage;" + std::to_string(table) + ";000000060;0;wf;7 0\n";
   }
   return text;
 }
@@ -94,12 +94,5 @@ int Run(int kills, uint32_t seed, const fs::path& folder) {
 }  // namespace tessaro
 
 int main(int argc, char** argv) {
-  using namespace tessaro;
-  const int kills = argc > 1 ? std::atoi(argv[1]) : 30;
-  const auto seed = static_cast<uint32_t>(argc > 2 ? std::atoi(argv[2]) : 1);
-  std::string folder = (fs::temp_directory_path() / "import_kill_XXXXXX").string();
-  if (mkdtemp(folder.data()) == nullptr) Fail("no folder");
-  const int result = Run(kills, seed, folder);
-  fs::remove_all(folder);
-  return result;
+  return tessaro::RunKills(argc, argv, tessaro::Run);
 }

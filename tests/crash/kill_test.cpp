@@ -161,19 +161,17 @@ class Killer {
   int asked_row_ = 0;                // the row of an answer that was not acknowledged yet
 };
 
+int Run(int kills, uint32_t seed, const fs::path& folder) {
+  Killer killer(folder, seed);
+  for (int i = 0; i < kills; ++i) killer.KillOnce();
+  std::printf("%d kills, %d answers acknowledged, %d cards changed by journals, %d answers lost\n", kills,
+              killer.answers, killer.taken_over, killer.lost);
+  return killer.lost == 0 && killer.taken_over > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
 }  // namespace
 }  // namespace tessaro
 
 int main(int argc, char** argv) {
-  using namespace tessaro;
-  const int kills = argc > 1 ? std::atoi(argv[1]) : 30;
-  const auto seed = static_cast<uint32_t>(argc > 2 ? std::atoi(argv[2]) : 1);
-  std::string folder = (fs::temp_directory_path() / "kill_test_XXXXXX").string();
-  if (mkdtemp(folder.data()) == nullptr) Fail("no folder");
-  Killer killer(folder, seed);
-  for (int i = 0; i < kills; ++i) killer.KillOnce();
-  fs::remove_all(folder);
-  std::printf("%d kills, %d answers acknowledged, %d cards changed by journals, %d answers lost\n", kills,
-              killer.answers, killer.taken_over, killer.lost);
-  return killer.lost == 0 && killer.taken_over > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+  return tessaro::RunKills(argc, argv, tessaro::Run);
 }

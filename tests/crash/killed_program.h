@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <random>
 #include <string>
 #include <thread>
@@ -41,6 +42,19 @@ int KillAtRandom(const Work& work, unsigned commands, unsigned microseconds, std
   waitpid(child, &status, 0);
   if (!WIFSIGNALED(status)) Fail("the program ended by itself");
   return done;
+}
+
+// The tool's two arguments, how many kills and which seed, and a folder of its own for `run`, which returns the result
+// of the program.
+template <typename Run>
+int RunKills(int argc, char** argv, const Run& run) {
+  const int kills = argc > 1 ? std::atoi(argv[1]) : 30;
+  const auto seed = static_cast<uint32_t>(argc > 2 ? std::atoi(argv[2]) : 1);
+  std::string folder = (std::filesystem::temp_directory_path() / "kills_XXXXXX").string();
+  if (mkdtemp(folder.data()) == nullptr) Fail("no folder");
+  const int result = run(kills, seed, folder);
+  std::filesystem::remove_all(folder);
+  return result;
 }
 
 }  // namespace tessaro

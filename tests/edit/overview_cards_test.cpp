@@ -4,6 +4,8 @@
 
 #include <deque>
 
+#include "store/table/card_columns.h"
+
 namespace tessaro {
 namespace {
 

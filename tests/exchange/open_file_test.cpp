@@ -72,7 +72,7 @@ TEST_F(OpenFile, LargeTextImportIsWholeOrTakenBack) {
   EXPECT_EQ(ImportText(file, text, kBars, 0).cards, kCards);
   for (const int n : {1, 50'000, 50'001, kCards}) {
     EXPECT_EQ(Field(n + kFirstCardRow, kQuestion), "f" + std::to_string(n - 1));
-    EXPECT_EQ(Field(n + kFirstCardRow, kId), SixDigitText(41 + n));
+    EXPECT_EQ(Field(n + kFirstCardRow, kId), IdText(41 + n));
     EXPECT_EQ(LeadingNumber(Field(n + kFirstCardRow, kScore)), 60 * n);
   }
   EXPECT_EQ(file.learn_index().RowCount(), kCards + 3);

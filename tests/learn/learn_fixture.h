@@ -16,11 +16,6 @@
 
 namespace tessaro {
 
-// Six digits, as a card's ID is written.
-inline std::string IdText(int number) {
-  const std::string digits = std::to_string(number);
-  return std::string(6 - digits.size(), '0') + digits;
-}
 // The first letters, the rest "f".
 inline std::string Letters(std::string first) {
   return first.append(kHistoryLength - first.size(), 'f');
