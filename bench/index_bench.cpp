@@ -79,7 +79,7 @@ void MeasureOpen(const fs::path& path) {
   std::vector<double> peak;
   for (int i = 0; i < kRounds; ++i) {
     count.push_back(tessaro::RunProgram({"wc", "-l", path.string()}).seconds);
-    CardFile file;
+    CardFile file(tessaro::RealDisk(), tessaro::SystemClock(), tessaro::CountUnknown);
     open.push_back(Time([&] { OpenWhole(file, path); }));
     figures.push_back(Time([&] { CountFigures(file); }));
     file.Close();
@@ -109,7 +109,7 @@ void Measure(const fs::path& path, const fs::path& folder) {
 
 int main(int argc, char** argv) {
   if (argc == 3 && std::strcmp(argv[1], "--open") == 0) {
-    CardFile file;
+    CardFile file(tessaro::RealDisk(), tessaro::SystemClock(), tessaro::CountUnknown);
     OpenWhole(file, argv[2]);
     return 0;
   }

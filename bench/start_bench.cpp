@@ -13,6 +13,7 @@
 
 #include "bench/generated_cards.h"
 #include "bench/measure.h"
+#include "cards/figures.h"
 #include "store/file/card_file.h"
 
 namespace {
@@ -51,7 +52,7 @@ double StartOf(const std::vector<std::string>& arguments) {
 }
 
 double Open(const fs::path& path) {
-  CardFile file;
+  CardFile file(RealDisk(), SystemClock(), CountUnknown);
   return Time([&] { Check(file.Open(path).result == OpenResult::Opened, "open"); });
 }
 

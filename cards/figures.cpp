@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <future>
 
 #include "cards/answer_history.h"
 #include "cards/due_rule.h"
@@ -42,15 +43,15 @@ void CountHistory(const Texts& texts, const LearningParameters& parameters, int6
   }
 }
 
-}  // namespace
-
-CardFigures FiguresOf(const CardFile& file, const LearningParameters& parameters, int64_t now) {
+// Those of the rows from `begin` up to `end`.
+CardFigures FiguresBetween(const CardFile& file, int begin, int end, const LearningParameters& parameters,
+                           int64_t now) {
   CardFigures figures;
   const CardColumns& columns = file.columns();
   const std::array read = {columns.id,       columns.question, columns.answer,
                            columns.time_row, columns.score,    columns.yes_no_row};
   Texts texts;
-  for (int row = kFirstCardRow; row < file.cards().RowCount(); ++row) {
+  for (int row = begin; row < end; ++row) {
     file.cards().PeekAll(row, read, texts);
     ++figures.cards;
     const std::string_view question = Text(texts, Column::Question);
@@ -62,6 +63,33 @@ CardFigures FiguresOf(const CardFile& file, const LearningParameters& parameters
     }
   }
   return figures;
+}
+
+CardFigures Sum(const CardFigures& a, const CardFigures& b) {
+  CardFigures sum = {.cards = a.cards + b.cards,
+                     .navigation = a.navigation + b.navigation,
+                     .learnable = a.learnable + b.learnable,
+                     .never_answered = a.never_answered + b.never_answered,
+                     .known = a.known + b.known,
+                     .unknown = a.unknown + b.unknown,
+                     .due = a.due + b.due,
+                     .next_due_in = a.next_due_in ? a.next_due_in : b.next_due_in};
+  if (a.next_due_in && b.next_due_in) sum.next_due_in = std::min(*a.next_due_in, *b.next_due_in);
+  return sum;
+}
+
+}  // namespace
+
+CardFigures FiguresOf(const CardFile& file, const LearningParameters& parameters, int64_t now) {
+  constexpr int kWorthAThread = 50'000;
+  const int end = file.cards().RowCount();
+  const int middle = end < kWorthAThread ? kFirstCardRow : end / 2;
+  // Without a thread to spare it is counted when its result is asked for.
+  std::future first =
+      std::async(end < kWorthAThread ? std::launch::deferred : std::launch::async | std::launch::deferred,
+                 [&] { return FiguresBetween(file, kFirstCardRow, middle, parameters, now); });
+  const CardFigures second = FiguresBetween(file, middle, end, parameters, now);
+  return Sum(first.get(), second);
 }
 
 int64_t CountUnknown(const CardTable& cards, const CardColumns& columns) {

@@ -7,6 +7,7 @@
 
 #include "store/file/card_layout.h"
 #include "store/file/cut_save.h"
+#include "store/file/file_text.h"
 
 namespace tessaro {
 namespace {
@@ -150,7 +151,7 @@ void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& obse
   // look right and yet be that of older scores.
   const bool cut_short = disk_.Exists(paths.journal);
   const auto size = [&](const fs::path& path) { return disk_.State(path).value_or(FileState()).size; };
-  const auto read = [&](const fs::path& path) { return cut_short ? std::nullopt : ReadFile(disk_, path); };
+  const auto read = [&](const fs::path& path) { return cut_short ? std::nullopt : FileText::Read(disk_, path); };
   // Threads read the texts and count while the IDs are collected; without one to spare that is done when it is asked
   // for.
   constexpr auto kOnOtherThread = std::launch::async | std::launch::deferred;
@@ -163,10 +164,10 @@ void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& obse
   });
   const CardIds ids(content.cards);
   content.highest_id = ids.highest();
-  const std::array<std::optional<std::string>, 2> texts = reading.get();
+  const std::array<std::optional<FileText>, 2> texts = reading.get();
   std::future adopting =
-      std::async(kOnOtherThread, [&] { return texts[1] && content.link_index.Adopt(*texts[1], ids); });
-  const bool learn_adopted = texts[0] && content.learn_index.Adopt(*texts[0], ids);
+      std::async(kOnOtherThread, [&] { return texts[1] && content.link_index.Adopt(texts[1]->view(), ids); });
+  const bool learn_adopted = texts[0] && content.learn_index.Adopt(texts[0]->view(), ids);
   const bool learn_good = learn_adopted || BuildLearnIndex(content, ids, observer);
   Tell(observer, FileStage::LoadLinkIndex, size(paths.link_index));
   const bool link_adopted = adopting.get();

@@ -7,7 +7,6 @@
 #include "platform/memory_file.h"
 #include "platform/progress.h"
 #include "store/table/card_columns.h"
-#include "store/table/table_scan.h"
 
 namespace tessaro {
 namespace {
@@ -22,6 +21,8 @@ class RowSource {
   virtual ~RowSource() = default;
   // Called first. Whether the columns have exactly these names.
   virtual bool HasColumns(IndexFields names) = 0;
+  // Takes the next row if it can be read as numbers of so many digits; else it is still the next one.
+  virtual bool NextNumbers(std::span<const size_t> digits, std::span<uint32_t> numbers) = 0;
   // Fills the fields; false after the last row.
   virtual bool Next(std::span<std::string_view> fields) = 0;
 };
@@ -37,6 +38,7 @@ class TableSource : public RowSource {
     }
     return true;
   }
+  bool NextNumbers(std::span<const size_t> /*digits*/, std::span<uint32_t> /*numbers*/) override { return false; }
   bool Next(std::span<std::string_view> fields) override {
     if (row_ >= table_.RowCount()) return false;
     ++row_;
@@ -59,53 +61,49 @@ class PlainTextSource : public RowSource {
     for (const std::string_view name : names) (expected += expected.empty() ? "" : "\x0F") += name;
     for (const std::string_view line_end : {"\n", "\r\n"}) {
       if (!text_.starts_with(expected + std::string(line_end))) continue;
-      start_ = piece_end_ = expected.size() + line_end.size();
+      start_ = expected.size() + line_end.size();
       return true;
     }
     return false;
   }
+  bool NextNumbers(std::span<const size_t> digits, std::span<uint32_t> numbers) override {
+    const char* at = text_.data() + start_;
+    const char* const end = text_.data() + text_.size();
+    for (size_t i = 0; i < digits.size(); ++i) {
+      const char* const first = at;
+      uint32_t number = 0;
+      for (; at != end && *at >= '0' && *at <= '9'; ++at) number = number * 10 + static_cast<uint32_t>(*at - '0');
+      const auto count = static_cast<size_t>(at - first);
+      const bool as_written =
+          digits[i] > 0 ? count == digits[i] : count > 0 && count <= kMostRowDigits && *first != '0';
+      if (i + 1 == digits.size() && at != end && *at == '\r') ++at;
+      if (!as_written || at == end || *at++ != (i + 1 < digits.size() ? kFieldSeparator : '\n')) return false;
+      numbers[i] = number;
+    }
+    start_ = static_cast<size_t>(at - text_.data());
+    return true;
+  }
   bool Next(std::span<std::string_view> fields) override {
     if (start_ >= text_.size()) return false;
-    size_t count = 0;
-    bool line_ended = false;
-    while (!line_ended && FindMark()) {
-      const size_t mark = piece_ + marks_[next_++];
-      line_ended = text_[mark] == '\n';
-      const bool has_return = line_ended && mark > start_ && text_[mark - 1] == '\r';
-      if (count < fields.size()) fields[count++] = text_.substr(start_, mark - start_ - (has_return ? 1 : 0));
-      start_ = mark + 1;
+    const size_t line_feed = text_.find('\n', start_);
+    const bool ended = line_feed != std::string_view::npos;
+    std::string_view line = text_.substr(start_, ended ? line_feed - start_ : line_feed);
+    start_ = ended ? line_feed + 1 : text_.size();
+    for (std::string_view& field : fields) {
+      const size_t separator = line.find(kFieldSeparator);
+      field = line.substr(0, separator);
+      line = separator == std::string_view::npos ? std::string_view() : line.substr(separator + 1);
+      if (separator != std::string_view::npos) continue;
+      // What no separator and no line feed ends is lost.
+      if (!ended) field = {};
+      if (field.ends_with('\r')) field.remove_suffix(1);
     }
-    // What no separator and no line feed ends is lost.
-    if (!line_ended) start_ = text_.size();
-    std::fill(fields.begin() + static_cast<std::ptrdiff_t>(count), fields.end(), std::string_view());
     return true;
   }
 
  private:
-  // Whether there is a next mark. Looks for those of the next piece when all of this one have been taken.
-  bool FindMark() {
-    while (next_ == count_ && piece_end_ < text_.size()) {
-      piece_ = piece_end_;
-      const std::string_view piece = text_.substr(piece_, kPiece);
-      piece_end_ += piece.size();
-      const bool readable_behind = text_.size() - piece_end_ >= kScanWidth;
-      if (!readable_behind) piece.copy(last_.data(), piece.size());
-      count_ = FindMarks(readable_behind ? piece.data() : last_.data(), piece.size(), kFieldSeparator, marks_.data());
-      next_ = 0;
-    }
-    return next_ < count_;
-  }
-
-  static constexpr size_t kPiece = 4096;
-
   std::string_view text_;
-  size_t start_ = 0;  // of the next field
-  size_t piece_ = 0;
-  size_t piece_end_ = 0;
-  std::array<uint32_t, kPiece + kScanWidth> marks_ = {};  // of the piece, counted from its start
-  size_t next_ = 0;
-  size_t count_ = 0;
-  std::array<char, kPiece + kScanWidth> last_ = {};  // a piece with nothing readable past its end
+  size_t start_ = 0;  // of the next row
 };
 
 bool ReadRows(RowSource& source, const IndexFrame& frame, const CardIds& ids, const TakeIndexRow& take) {
@@ -114,8 +112,11 @@ bool ReadRows(RowSource& source, const IndexFrame& frame, const CardIds& ids, co
     return source.Next(fields) && std::equal(fields.begin(), fields.end(), expected.begin());
   };
   if (!source.HasColumns(frame.columns) || !next_is(frame.first)) return false;
+  std::vector<uint32_t> numbers(frame.digits.size());
   for (int row = kFirstCardRow; row < ids.RowCount(); ++row) {
-    if (!source.Next(fields) || !take(fields)) return false;
+    const bool taken =
+        source.NextNumbers(frame.digits, numbers) ? take.numbers(numbers) : source.Next(fields) && take.fields(fields);
+    if (!taken) return false;
   }
   return next_is(frame.last) && !source.Next(fields);
 }
@@ -197,10 +198,14 @@ IndexedRows::IndexedRows(const CardIds& ids) : ids_(ids) {
 bool IndexedRows::Add(std::string_view text, std::string_view id) {
   if (text.size() > kMostRowDigits || text.starts_with('0')) return false;
   const std::optional<uint32_t> row = DigitsOnly(text);
-  if (!row || *row < kFirstCardRow || static_cast<int>(*row) >= ids_.RowCount()) return false;
-  rows_.push_back(static_cast<int32_t>(*row));
-  numbers_.push_back(SixDigits(id));
-  return numbers_.back() != kNotSixDigits || ids_.Text(rows_.back()) == id;
+  return row && Add(*row, SixDigits(id)) && (numbers_.back() != kNotSixDigits || ids_.Text(rows_.back()) == id);
+}
+
+bool IndexedRows::Add(uint32_t row, uint32_t id) {
+  if (row < kFirstCardRow || static_cast<int>(row) >= ids_.RowCount()) return false;
+  rows_.push_back(static_cast<int32_t>(row));
+  numbers_.push_back(id);
+  return true;
 }
 
 bool IndexedRows::AllFit() const {

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "store/index/card_ids.h"
@@ -29,6 +30,8 @@ struct IndexFrame {
   IndexFields columns;
   IndexFields first;
   IndexFields last;
+  // How many digits a number of each column has where it is as the program writes it; 0: as many as it needs, up to 9.
+  std::span<const size_t> digits;
 };
 
 // A number below 1,000,000,000 with at least so many digits.
@@ -61,8 +64,11 @@ class IndexWriter {
   bool good_ = true;
 };
 
-// Takes the fields of a card's row; false when they do not fit.
-using TakeIndexRow = std::function<bool(IndexFields fields)>;
+// Take the row of a card, one of them for each row; false when it does not fit.
+struct TakeIndexRow {
+  std::function<bool(std::span<const uint32_t> numbers)> numbers;  // where it has just the digits of the frame
+  std::function<bool(IndexFields fields)> fields;
+};
 
 // Reads an index that was loaded as a table. False unless it has exactly this frame and a row for each of the cards in
 // it, all of which were taken.
@@ -80,10 +86,13 @@ class IndexedRows {
   explicit IndexedRows(const CardIds& ids);
   // Adds the row in this text. False unless it is written as the program writes it and is that of a card.
   bool Add(std::string_view text, std::string_view id);
+  // The same from numbers; the ID is one of six digits.
+  bool Add(uint32_t row, uint32_t id);
   // Whether no row came twice and each card has the ID that it was added with.
   bool AllFit() const;
   // In the order in which they were added.
   const std::vector<int32_t>& rows() const { return rows_; }
+  std::vector<int32_t> TakeRows() { return std::move(rows_); }
 
  private:
   const CardIds& ids_;

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -30,7 +31,9 @@ std::optional<int64_t> NineDigits(std::string_view score) {
   return DigitsOnly(score);
 }
 
-const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields};
+constexpr std::array<size_t, 3> kDigits = {0, kScoreDigits, 6};
+
+const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields, kDigits};
 
 }  // namespace
 
@@ -62,20 +65,25 @@ bool LearnIndex::Build(const CardTable& cards, const CardIds& ids, Progress* pro
 template <typename ReadRows>
 bool LearnIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids, LineEnd line_end) {
   LearnIndex adopted;
-  IndexedRows rows(ids);
-  std::vector<int64_t> keys;
-  keys.reserve(static_cast<size_t>(ids.RowCount()));
-  const bool ascending = read_rows(kFrame, ids, [&](IndexFields fields) {
-    const std::optional<int64_t> nine_digits = NineDigits(fields[1]);
-    const int64_t key = nine_digits ? *nine_digits : LeadingNumber(fields[1]);
-    if (key > kEndScore || (!keys.empty() && key < keys.back()) || !rows.Add(fields[0], fields[2])) return false;
-    if (!nine_digits) adopted.odd_scores_[rows.rows().back()] = fields[1];
-    keys.push_back(key);
-    return true;
-  });
-  if (!ascending || !rows.AllFit()) return false;
   adopted.keys_.resize(static_cast<size_t>(ids.RowCount()) + 1);
-  for (size_t i = 0; i < keys.size(); ++i) adopted.keys_[static_cast<size_t>(rows.rows()[i])] = keys[i];
+  IndexedRows rows(ids);
+  int64_t least_key = std::numeric_limits<int64_t>::min();  // for the row to come
+  // To a row that was added.
+  const auto give_key = [&](int64_t key) {
+    if (key > kEndScore || key < std::exchange(least_key, key)) return false;
+    adopted.keys_[static_cast<size_t>(rows.rows().back())] = key;
+    return true;
+  };
+  const TakeIndexRow take = {
+      .numbers = [&](auto numbers) { return rows.Add(numbers[0], numbers[2]) && give_key(numbers[1]); },
+      .fields =
+          [&](IndexFields fields) {
+            const std::optional<int64_t> nine_digits = NineDigits(fields[1]);
+            if (!rows.Add(fields[0], fields[2])) return false;
+            if (!nine_digits) adopted.odd_scores_[rows.rows().back()] = fields[1];
+            return give_key(nine_digits ? *nine_digits : LeadingNumber(fields[1]));
+          }};
+  if (!read_rows(kFrame, ids, take) || !rows.AllFit()) return false;
   adopted.sequence_.Assign(rows.rows());
   adopted.fingerprint_ = ids.fingerprint();
   adopted.line_end_ = line_end;

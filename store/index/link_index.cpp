@@ -21,7 +21,9 @@ constexpr std::array<std::string_view, 2> kColumns = {kId, kBoxPos};
 constexpr std::array<std::string_view, 2> kFirstFields = {"-1", "-1"};
 constexpr std::array<std::string_view, 2> kLastFields = {"999999", "999999"};
 
-const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields};
+constexpr std::array<size_t, 2> kDigits = {6, 0};
+
+const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields, kDigits};
 
 }  // namespace
 
@@ -52,15 +54,18 @@ bool LinkIndex::AdoptRows(const ReadRows& read_rows, const CardIds& ids, LineEnd
   IndexedRows rows(ids);
   std::vector<int64_t> keys;
   keys.reserve(static_cast<size_t>(ids.RowCount()));
-  const bool ascending = read_rows(kFrame, ids, [&](IndexFields fields) {
-    const int64_t key = LeadingNumber(fields[0]);
-    if (key > kEndId || (!keys.empty() && key < keys.back()) || !rows.Add(fields[1], fields[0])) return false;
+  const auto add_key = [&](int64_t key) {
+    if (key > kEndId || (!keys.empty() && key < keys.back())) return false;
     keys.push_back(key);
     return true;
-  });
-  if (!ascending || !rows.AllFit()) return false;
+  };
+  const TakeIndexRow take = {
+      .numbers = [&](auto numbers) { return add_key(numbers[0]) && rows.Add(numbers[1], numbers[0]); },
+      .fields =
+          [&](IndexFields fields) { return add_key(LeadingNumber(fields[0])) && rows.Add(fields[1], fields[0]); }};
+  if (!read_rows(kFrame, ids, take) || !rows.AllFit()) return false;
   ids_ = std::move(keys);
-  rows_ = rows.rows();
+  rows_ = rows.TakeRows();
   line_end_ = line_end;
   fingerprint_ = ids.fingerprint();
   built_ = true;

@@ -7,8 +7,9 @@
 namespace tessaro {
 namespace {
 
+constexpr int64_t kNow = 1'000'000;
+
 TEST(CardFigures, CountCardsByTheirHistory) {
-  constexpr int64_t kNow = 1000000;
   const std::string known = "w" + std::string(kHistoryLength - 1, 'f');
   const std::string nines(20, '9');
   const struct {
@@ -52,6 +53,26 @@ TEST(CardFigures, CountCardsByTheirHistory) {
     EXPECT_EQ(figures, c.figures) << c.what;
     EXPECT_EQ(CountUnknown(file), c.score_zero) << c.what;
   }
+}
+
+// Large files are counted by two threads.
+TEST(CardFigures, AddUpOverALargeFile) {
+  constexpr int kCards = 60'000;
+  std::vector<TestCard> cards(kCards, {.score = "000500000", .yes_no_row = "wff", .time_row = "900000 1"});
+  cards.front().time_row = "899000 1";
+  cards[kCards / 3] = {.question = "<navigation>"};
+  cards[kCards / 2].score = "000000000";
+  cards[kCards - 2] = {};
+  cards.back().score = "000000001";
+  MemoryDisk disk;
+  CardFile file(disk);
+  OpenTestFile(disk, file, cards);
+  const LearningParameters parameters = {.retention_weight = 2.0};
+  const CardFigures got = FiguresOf(file, parameters, kNow);
+  EXPECT_EQ(
+      std::vector({got.cards, got.navigation, got.learnable, got.never_answered, got.known, got.unknown, got.due}),
+      std::vector<int64_t>({kCards, 1, kCards - 1, 1, kCards - 3, 1, 1}));
+  EXPECT_EQ(got.next_due_in, 899'001);
 }
 
 }  // namespace
