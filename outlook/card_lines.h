@@ -22,6 +22,12 @@ struct CardLine {
 // One line for each of these card rows, in their order. Rows that the table lacks by now are left out.
 std::vector<CardLine> LinesOf(const CardFile& file, const DeckOutlook& deck, const LearningParameters& parameters,
                               const std::vector<int>& rows);
+// What a list of counted cards can be ordered by.
+enum class CardLineKey { Row, Question, Recall, Due, Misses, Seconds };
+// The places of the lines in that order; equal ones as they stand, also where it is descending. Questions are compared
+// as a person reads them, without case; cards without a recall come before the others.
+std::vector<int> OrderedPlaces(const CardFile& file, const std::vector<CardLine>& lines, CardLineKey key,
+                               bool descending);
 // The beginning of a question as plain text in one line.
 std::string QuestionStart(const CardFile& file, int row);
 

@@ -105,35 +105,19 @@ QVariant CardListModel::headerData(int section, Qt::Orientation orientation, int
   return headers[section];
 }
 
-bool CardListModel::IsLess(const CardLine& a, const CardLine& b, int column) const {
-  switch (column) {
-    case Recall:
-      return a.recall < b.recall;
-    case Due:
-      return a.due < b.due;
-    case Misses:
-      return a.misses < b.misses;
-    case Time:
-      return a.seconds < b.seconds;
-    default:
-      return a.row < b.row;
-  }
-}
-
+// Selected stays what was, wherever it comes to stand.
 void CardListModel::sort(int column, Qt::SortOrder order) {
   if (column < 0) return;
   Q_EMIT layoutAboutToBeChanged();
-  const bool up = order == Qt::AscendingOrder;
-  if (column == Question) {
-    std::vector<std::pair<std::string, CardLine>> texts;
-    for (const CardLine& line : lines_) texts.emplace_back(QuestionStart(file_, line.row), line);
-    std::stable_sort(texts.begin(), texts.end(),
-                     [up](const auto& a, const auto& b) { return up ? a.first < b.first : b.first < a.first; });
-    std::transform(texts.begin(), texts.end(), lines_.begin(), [](const auto& text) { return text.second; });
-  } else {
-    std::stable_sort(lines_.begin(), lines_.end(), [&](const CardLine& a, const CardLine& b) {
-      return up ? IsLess(a, b, column) : IsLess(b, a, column);
-    });
+  const bool descending = order == Qt::DescendingOrder;
+  const std::vector<int> places = OrderedPlaces(file_, lines_, static_cast<CardLineKey>(column), descending);
+  std::vector<CardLine> ordered;
+  ordered.reserve(places.size());
+  for (const int place : places) ordered.push_back(lines_[static_cast<size_t>(place)]);
+  lines_ = std::move(ordered);
+  for (const QModelIndex& old : persistentIndexList()) {
+    const auto now = std::find(places.begin(), places.end(), old.row());
+    changePersistentIndex(old, index(static_cast<int>(now - places.begin()), old.column()));
   }
   Q_EMIT layoutChanged();
 }

@@ -12,7 +12,7 @@ class CardListModel : public QAbstractTableModel, private CardWatcher {
   Q_OBJECT
 
  public:
-  enum Column { Number, Question, Recall, Due, Misses, Time, kColumns };
+  enum Column { Number, Question, Recall, Due, Misses, Time, kColumns };  // as CardLineKey
 
   // `file` must live longer.
   CardListModel(CardFile& file, std::vector<CardLine> lines, int64_t now, QObject* parent);
@@ -29,7 +29,6 @@ class CardListModel : public QAbstractTableModel, private CardWatcher {
   QString TextOf(const CardLine& line, int column) const;
   void RowsShifted(const RowShift& shift) override;
   void CardsChanged(std::span<const int> rows, std::span<const int> columns) override;
-  bool IsLess(const CardLine& a, const CardLine& b, int column) const;
 
   const CardFile& file_;
   CardWatch watch_;

@@ -95,6 +95,7 @@ QString ActivitySentence(const DeckOutlook& deck, const std::vector<ActivitySpan
     text += u", %1 gewusst, in etwa %2"_s.arg(ShareKnown(known, answers), SpanText(seconds));
   }
   if (!text.endsWith(u'.')) text += u'.';
+  if (deck.seconds_learned == 0) return text;
   return text + u" Insgesamt haben Sie %1 gelernt."_s.arg(SpanText(static_cast<double>(deck.seconds_learned)));
 }
 

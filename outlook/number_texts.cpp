@@ -29,7 +29,7 @@ QString PercentText(double share, int decimals) {
 }
 
 QString SpanText(double seconds) {
-  if (seconds < 60) return u"%1 Sek."_s.arg(NumberText(seconds));
+  if (std::round(seconds) < 60) return u"%1 Sek."_s.arg(NumberText(seconds));
   const auto minutes = static_cast<int64_t>(std::llround(std::min(seconds, 1e15) / 60));
   if (minutes < 60) return u"%1 Min."_s.arg(minutes);
   const QString hours = u"%1 Std."_s.arg(NumberText(minutes / 60));

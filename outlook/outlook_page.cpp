@@ -112,8 +112,13 @@ void OutlookPage::ShowWaiting() {
   sentence_->setText(u"Wird berechnet …"_s);
 }
 
+void OutlookPage::ShowLast() {
+  sentence_->setText(answer_);
+}
+
 void OutlookPage::Show(PageContent content) {
-  sentence_->setText(content.sentence);
+  answer_ = content.sentence;
+  ShowLast();
   // Said once is enough.
   if (content.plot.empty == content.sentence) content.plot.empty.clear();
   MakeQuiet(*note_);

@@ -34,8 +34,10 @@ class OutlookPage : public QWidget {
 
  public:
   explicit OutlookPage(QWidget* parent = nullptr);
-  // While it is worked out, the sentence says so and the old figures stay.
+  // While it is worked out, the sentence says so and the last figures stay.
   void ShowWaiting();
+  // Nothing is worked out any more: the sentence is that of the last figures again.
+  void ShowLast();
   void Show(PageContent content);
   // The cards behind what is shown are no longer in these rows.
   void ForgetCards();
@@ -58,6 +60,7 @@ class OutlookPage : public QWidget {
   void SelectByTable(const QModelIndex& line);
   void OpenTable(bool open);
 
+  QString answer_;  // the sentence of the last figures
   QLabel* sentence_;
   QLabel* selection_;
   QLabel* note_;

@@ -1,6 +1,7 @@
 #include "outlook/wneval.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "outlook/activity.h"
 #include "outlook/evaluation_texts.h"
@@ -31,24 +32,31 @@ TF_wneval::TF_wneval(CardFile& file, ProgramSettings& settings, const Clock& clo
 
 TF_wneval::~TF_wneval() = default;
 
+OutlookPage& TF_wneval::PageOf(View view) const {
+  OutlookPage* const pages[] = {ui_->PageWissen, ui_->PageGetan, ui_->PageStimmen, ui_->PageKosten};
+  return *pages[view];
+}
+
 OutlookPage& TF_wneval::CurrentPage() {
-  OutlookPage* pages[] = {ui_->PageWissen, ui_->PageGetan, ui_->PageStimmen, ui_->PageKosten};
-  return *pages[ui_->Views->currentIndex()];
+  return PageOf(static_cast<View>(ui_->Views->currentIndex()));
 }
 
 void TF_wneval::DeckRead() {
   shown_ = {};
-  work_.Count<KnowledgeCount>(KnowledgeCount(file_, deck_), kCardsAtOnce, [this](KnowledgeCount& count) {
-    knowledge_ = count.Take();
-    ShowCurrent();
-  });
+  knowledge_.reset();
+  ShowCurrent();
+}
+
+void TF_wneval::Show(View view, PageContent content) {
+  PageOf(view).Show(std::move(content));
+  shown_[view] = true;
 }
 
 void TF_wneval::ShowCurrent() {
-  const int view = ui_->Views->currentIndex();
-  if (shown_[static_cast<size_t>(view)]) return;
-  if (!deck_is_read()) return CurrentPage().ShowWaiting();
-  shown_[static_cast<size_t>(view)] = true;
+  const auto view = static_cast<View>(ui_->Views->currentIndex());
+  if (shown_[view]) return;
+  PageOf(view).ShowWaiting();
+  if (!deck_is_read()) return;
   switch (view) {
     case Knows:
       return ShowKnowledge();
@@ -56,35 +64,32 @@ void TF_wneval::ShowCurrent() {
       return ShowActivity();
     case Predicted:
       return ShowPredictions();
-    default:
+    case Costs:
       return ShowCosts();
   }
 }
 
 void TF_wneval::ShowKnowledge() {
-  ui_->PageWissen->Show(KnowledgePage(deck_, knowledge_, ui_->RbBehaltenszeit->isChecked()));
+  if (knowledge_) return Show(Knows, KnowledgePage(deck_, *knowledge_, ui_->RbBehaltenszeit->isChecked()));
+  work_.Count<KnowledgeCount>(KnowledgeCount(file_, deck_), kCardsAtOnce, [this](KnowledgeCount& count) {
+    knowledge_ = count.Take();
+    ShowKnowledge();
+  });
 }
 
 void TF_wneval::ShowActivity() {
-  ui_->PageGetan->ShowWaiting();
   const auto period = static_cast<ActivityPeriod>(ui_->CbZeitraum->currentIndex());
   work_.Count<ActivityCount>(ActivityCount(file_, deck_.now, days_, period), kCardsAtOnce,
-                             [this](ActivityCount& count) {
-                               ui_->PageGetan->Show(ActivityPage(deck_, count.Take()));
-                               ShowCurrent();
-                             });
+                             [this](ActivityCount& count) { Show(Did, ActivityPage(deck_, count.Take())); });
 }
 
 void TF_wneval::ShowPredictions() {
-  ui_->PageStimmen->ShowWaiting();
   constexpr std::array<int64_t, 3> kDays = {30, 90, 365};
   const auto choice = static_cast<size_t>(ui_->CbPruefzeitraum->currentIndex());
   std::optional<int64_t> start;
   if (choice < kDays.size()) start = days_.StartOf(days_.DayOf(deck_.now) - kDays[choice] + 1);
-  work_.Count<PredictionCheck>(PredictionCheck(file_, deck_.now, start), kCardsAtOnce, [this](PredictionCheck& check) {
-    ui_->PageStimmen->Show(PredictionPage(check.Take()));
-    ShowCurrent();
-  });
+  work_.Count<PredictionCheck>(PredictionCheck(file_, deck_.now, start), kCardsAtOnce,
+                               [this](PredictionCheck& check) { Show(Predicted, PredictionPage(check.Take())); });
 }
 
 std::vector<CardLine> TF_wneval::CostLines() const {
@@ -101,7 +106,7 @@ std::vector<CardLine> TF_wneval::CostLines() const {
 }
 
 void TF_wneval::ShowCosts() {
-  ui_->PageKosten->Show(CostPage(file_, deck_, CostLines()));
+  Show(Costs, CostPage(file_, deck_, CostLines()));
 }
 
 }  // namespace tessaro

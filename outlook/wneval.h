@@ -2,9 +2,11 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 
 #include "outlook/card_lines.h"
 #include "outlook/knowledge.h"
+#include "outlook/outlook_page.h"
 #include "outlook/outlook_window.h"
 
 namespace Ui {
@@ -28,8 +30,11 @@ class TF_wneval : public OutlookWindow {
  private:
   enum View { Knows, Did, Predicted, Costs };
 
-  // Works out what the page in front lacks.
+  OutlookPage& PageOf(View view) const;
+  // Works out what the page in front lacks; what was under way for another one is begun anew when that comes to the
+  // front again.
   void ShowCurrent();
+  void Show(View view, PageContent content);
   void ShowKnowledge();
   void ShowActivity();
   void ShowPredictions();
@@ -37,7 +42,7 @@ class TF_wneval : public OutlookWindow {
   std::vector<CardLine> CostLines() const;
 
   std::unique_ptr<Ui::TF_wneval> ui_;
-  Knowledge knowledge_;
+  std::optional<Knowledge> knowledge_;  // once it is counted
   std::array<bool, 4> shown_{};
 };
 

@@ -95,11 +95,12 @@ void TF_wnprog::DeckRead() {
   ShowCurrent();
 }
 
-// What is not shown when another page comes to the front is worked out when its own page does.
+// What is under way for a page when another one comes to the front is begun anew when it comes back.
 void TF_wnprog::ShowCurrent() {
-  if (!deck_is_read()) return CurrentPage().ShowWaiting();
   const bool due = ui_->Views->currentIndex() == 0;
   if (due ? due_shown_ : plan_shown_) return;
+  CurrentPage().ShowWaiting();
+  if (!deck_is_read()) return;
   due ? ShowDue() : ShowPlan();
 }
 
@@ -112,19 +113,19 @@ void TF_wnprog::ShowDue() {
   work_.Count<DueCount>(DueCount(file_, deck_, Parameters(), days_, horizon), kCardsAtOnce, [this](DueCount& count) {
     const std::vector<DueSpan> spans = count.Take();
     ui_->PageFaellig->Show(DuePage(deck_, spans, count.next_due(), days_));
-    due_shown_ = true;
     ShowBacklog(spans[0].minutes);
   });
 }
 
 void TF_wnprog::ShowBacklog(double overdue_minutes) {
   const int minutes = ui_->SpinRueckstand->value();
-  ui_->PanelRueckstand->setVisible(overdue_minutes > minutes);
-  if (overdue_minutes <= minutes) return ShowCurrent();
+  due_shown_ = overdue_minutes <= minutes;
+  ui_->PanelRueckstand->setVisible(!due_shown_);
+  if (due_shown_) return;
   ui_->LabelRueckstand->setText(u"wird berechnet …"_s);
   work_.Count<Plan>(Plan::CatchUp(file_, deck_, settings_.ini, days_, minutes), kAnswersAtOnce, [this](Plan& plan) {
     ui_->LabelRueckstand->setText(CatchUpText(plan.Take(), days_.DayOf(deck_.now)));
-    ShowCurrent();
+    due_shown_ = true;
   });
 }
 
@@ -139,13 +140,14 @@ void TF_wnprog::ShowPlan() {
                             : ahead > kMostDays ? u"Der Tag der Prüfung liegt mehr als 730 Tage in der Zukunft."_s
                                                 : QString());
   ui_->LabelStatus->setVisible(!ui_->LabelStatus->text().isEmpty());
-  if (ahead < 0 || ahead > kMostDays) return work_.Stop();
-  ui_->PagePruefung->ShowWaiting();
+  if (ahead < 0 || ahead > kMostDays) {
+    work_.Stop();
+    return ui_->PagePruefung->ShowLast();
+  }
   const PlanWish wish = {ExamDay(), static_cast<double>(ui_->SpinMinuten->value()), ui_->SpinNeu->value()};
   work_.Count<Plan>(Plan(file_, deck_, settings_.ini, days_, wish), kAnswersAtOnce, [this](Plan& plan) {
     ui_->PagePruefung->Show(PlanPage(deck_, plan.Take(), days_.DayOf(deck_.now)));
     plan_shown_ = true;
-    ShowCurrent();
   });
 }
 

@@ -122,6 +122,30 @@ TEST_F(OutlookWindowTest, EveryBarOpensExactlyItsCards) {
   EXPECT_EQ(check(forecast, Page(forecast, u"PageFaellig"_s)), 60);
 }
 
+// What is under way for a page ends when another page wants its own figures; it is not forgotten.
+TEST_F(OutlookWindowTest, PagesAreWorkedOutHoweverFastTheyAreTurned) {
+  Open(DrawDeck(61, 60, 6, kStandardWeights, kNow - 200 * kDay));
+  TF_wneval evaluation(file, settings, clock);
+  Show(evaluation);
+  auto& tabs = Control<QTabWidget>(evaluation, u"Views"_s);
+  for (const int view : {1, 2, 1, 0}) tabs.setCurrentIndex(view);
+  evaluation.Renew();
+  for (const int view : {2, 1, 0, 1, 3, 2, 0}) tabs.setCurrentIndex(view);
+  for (const int view : {2, 1, 0}) {
+    GoTo(evaluation, view);
+    const QString sentence = Sentence(Page(evaluation, QString::fromUtf16(kEvaluationPages[view])));
+    EXPECT_NE(sentence, u"Wird berechnet …"_s) << view;
+  }
+  TF_wnprog forecast(file, settings, clock);
+  Show(forecast);
+  Control<QSpinBox>(forecast, u"SpinRueckstand"_s).setValue(1);
+  const auto& backlog = Control<QLabel>(forecast, u"LabelRueckstand"_s);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return backlog.text() == u"wird berechnet …"_s; }));
+  GoTo(forecast, 1);
+  GoTo(forecast, 0);
+  EXPECT_TRUE(backlog.text().contains(u"mit 30 Sek. "_s)) << backlog.text().toStdString();
+}
+
 TEST_F(OutlookWindowTest, TellsFiguresInWordsAndAsATable) {
   Open({CardWith({{kNow - kDay, 'w'}}), CardWith({{kNow - kDay, 'f'}}), TestCard{}, CardWith({{kNow + 5, 'w'}})});
   TF_wneval evaluation(file, settings, clock);
@@ -157,14 +181,20 @@ TEST_F(OutlookWindowTest, ListSortsAndOpensTheEditor) {
   list.Show(u"Titel"_s, LinesOf(file, Read(), {}, {2, 3, 4, 5, 6, 99}), kNow, [&](int row) { edited = row; });
   auto& view = Control<QTableView>(list, u"ListCards"_s);
   EXPECT_EQ(view.model()->rowCount(), 5) << "a row that is gone is left out";
+  EXPECT_EQ(view.currentIndex().row(), 0);
   view.sortByColumn(2, Qt::DescendingOrder);
   EXPECT_EQ(view.model()->index(0, 0).data(), u"000005"_s) << "asked last";
+  EXPECT_EQ(view.currentIndex().siblingAtColumn(0).data(), u"000001"_s) << "what is selected stays so";
   view.sortByColumn(5, Qt::AscendingOrder);
   EXPECT_EQ(view.model()->index(0, 1).data(), u"Wort 1"_s);
   EXPECT_EQ(view.model()->index(4, 1).data(), u"Wort 3"_s);
   view.setCurrentIndex(view.model()->index(4, 0));
   QTest::keyClick(&view, Qt::Key_Return);
   EXPECT_EQ(edited, 4);
+  Control<QPushButton>(list, u"ButtonText"_s).click();
+  const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
+  EXPECT_EQ(lines[0], u"Karte\tFrage\tGewusst\tFällig\tFehler\tLernzeit"_s);
+  EXPECT_EQ(lines[5], u"000003\tWort 3\t65 %\tüberfällig\t1\t7 Min."_s);
 }
 
 TEST_F(OutlookWindowTest, ForecastKeepsItsWishesAndNothingElse) {
@@ -175,28 +205,38 @@ TEST_F(OutlookWindowTest, ForecastKeepsItsWishesAndNothingElse) {
     Show(forecast);
     EXPECT_FALSE(Sentence(Page(forecast, u"PageFaellig"_s)).isEmpty());
     GoTo(forecast, 1);
-    Control<QSpinBox>(forecast, u"SpinMinuten"_s).setValue(35);
+    OutlookPage& page = Page(forecast, u"PagePruefung"_s);
+    const QString last = Sentence(page);
+    Control<QSpinBox>(forecast, u"SpinMinuten"_s).setValue(5);
     Control<QSpinBox>(forecast, u"SpinNeu"_s).setValue(7);
     auto& date = Control<QDateEdit>(forecast, u"DatePruefung"_s);
-    date.setDate(QDate(2023, 1, 1));
-    EXPECT_EQ(Control<QLabel>(forecast, u"LabelStatus"_s).text(), u"Der Tag der Prüfung liegt in der Vergangenheit."_s);
-    date.setDate(QDate(2023, 12, 24));
+    const QDate today = QDate(1970, 1, 1).addDays(days.DayOf(kNow));
+    const std::pair<int, QString> refused[] = {{-1, u"Der Tag der Prüfung liegt in der Vergangenheit."_s},
+                                               {731, u"Der Tag der Prüfung liegt mehr als 730 Tage in der Zukunft."_s},
+                                               {730, QString()},
+                                               {0, QString()}};
+    for (const auto& [ahead, text] : refused) {
+      date.setDate(today.addDays(ahead));
+      EXPECT_EQ(Control<QLabel>(forecast, u"LabelStatus"_s).text(), text);
+      EXPECT_EQ(forecast.Working(), text.isEmpty());
+      EXPECT_EQ(Sentence(page) == last, !text.isEmpty()) << "what is shown still holds where nothing else comes";
+    }
+    date.setDate(QDate(2023, 11, 20));
     Wait(forecast);
-    OutlookPage& page = Page(forecast, u"PagePruefung"_s);
-    EXPECT_TRUE(Sentence(page).startsWith(u"Am 24.12. wissen Sie voraussichtlich "_s)) << Sentence(page).toStdString();
+    EXPECT_TRUE(Sentence(page).startsWith(u"Am 20.11. wissen Sie voraussichtlich "_s)) << Sentence(page).toStdString();
     EXPECT_EQ(page.plot().Count(), 4);
     // Closed in the middle of a plan.
     Control<QSpinBox>(forecast, u"SpinNeu"_s).setValue(8);
     forecast.close();
     EXPECT_FALSE(forecast.Working());
   }
-  EXPECT_EQ(file.settings().GetInt("PROG", "Minuten", 0), 35);
+  EXPECT_EQ(file.settings().GetInt("PROG", "Minuten", 0), 5);
   EXPECT_EQ(file.settings().GetInt("PROG", "Neu", 0), 8);
-  EXPECT_EQ(file.settings().GetString("PROG", "Datum", ""), "2023-12-24");
+  EXPECT_EQ(file.settings().GetString("PROG", "Datum", ""), "2023-11-20");
   EXPECT_EQ(FileText(file.cards()), before);
   EXPECT_FALSE(file.changed());
   TF_wnprog again(file, settings, clock);
-  EXPECT_EQ(Control<QSpinBox>(again, u"SpinMinuten"_s).value(), 35);
+  EXPECT_EQ(Control<QSpinBox>(again, u"SpinMinuten"_s).value(), 5);
 }
 
 TEST_F(OutlookWindowTest, LinesForOtherWindowsSayWhatCounts) {
