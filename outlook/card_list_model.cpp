@@ -1,8 +1,8 @@
 #include "outlook/card_list_model.h"
 
 #include <QDateTime>
-#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "cards/card_reader.h"
 #include "outlook/number_texts.h"
@@ -24,31 +24,27 @@ QString DueText(int64_t due, int64_t now) {
 
 }  // namespace
 
-CardListModel::CardListModel(CardFile& file, std::vector<CardLine> lines, int64_t now, QObject* parent)
+CardListModel::CardListModel(CardFile& file, CardLines lines, QObject* parent)
     : QAbstractTableModel(parent),
       file_(file),
       watch_(file.watchers(), static_cast<CardWatcher&>(*this)),
-      lines_(std::move(lines)),
-      now_(now) {}
+      lines_(std::move(lines)) {}
 
 void CardListModel::RowsShifted(const RowShift& shift) {
-  for (CardLine& line : lines_) line.row = shift.Map(line.row);
-  const auto is_gone = [](const CardLine& line) { return line.row == 0; };
-  const auto first = std::find_if(lines_.begin(), lines_.end(), is_gone);
-  if (first == lines_.end()) return;
-  if (std::find_if(first + 1, lines_.end(), is_gone) == lines_.end()) {
-    const auto place = static_cast<int>(first - lines_.begin());
-    beginRemoveRows({}, place, place);
-    lines_.erase(first);
+  const std::vector<int> gone = lines_.Follow(shift);
+  if (gone.empty()) return;
+  if (gone.size() == 1) {
+    beginRemoveRows({}, gone.front(), gone.front());
+    lines_.DropGone();
     return endRemoveRows();
   }
   beginResetModel();
-  std::erase_if(lines_, is_gone);
+  lines_.DropGone();
   endResetModel();
 }
 
 void CardListModel::CardsChanged(std::span<const int> /*rows*/, std::span<const int> /*columns*/) {
-  if (!lines_.empty()) Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, kColumns - 1));
+  if (lines_.Count() > 0) Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, kColumns - 1));
 }
 
 QString CardListModel::Text() const {
@@ -58,42 +54,42 @@ QString CardListModel::Text() const {
     cells << headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
   }
   rows << cells.join(u'\t');
-  for (const CardLine& line : lines_) {
+  for (int place = 0; place < lines_.Count(); ++place) {
     cells.clear();
-    for (int column = 0; column < kColumns; ++column) cells << TextOf(line, column);
+    for (int column = 0; column < kColumns; ++column) cells << TextOf(place, column);
     rows << cells.join(u'\t');
   }
   return rows.join(u'\n') + u'\n';
 }
 
 int CardListModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : static_cast<int>(lines_.size());
+  return parent.isValid() ? 0 : lines_.Count();
 }
 
 int CardListModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : kColumns;
 }
 
-QString CardListModel::TextOf(const CardLine& line, int column) const {
+QString CardListModel::TextOf(int place, int column) const {
   switch (column) {
     case Number:
-      return FromBytes(CardReader(file_).Id(line.row));
+      return FromBytes(CardReader(file_).Id(lines_.Row(place)));
     case Question:
-      return FromBytes(QuestionStart(file_, line.row));
+      return FromBytes(QuestionStart(file_, lines_.Row(place)));
     case Recall:
-      return line.recall ? PercentText(*line.recall) : QString();
+      return RecallText(lines_.Recall(place));
     case Due:
-      return DueText(line.due, now_);
+      return DueText(lines_.Due(place), lines_.now());
     case Misses:
-      return NumberText(int64_t{line.misses});
+      return NumberText(int64_t{lines_.Misses(place)});
     default:
-      return SpanText(static_cast<double>(std::max<int64_t>(line.seconds, 0)));
+      return SpanText(static_cast<double>(lines_.Seconds(place)));
   }
 }
 
 QVariant CardListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
-  if (role == Qt::DisplayRole) return TextOf(lines_[static_cast<size_t>(index.row())], index.column());
+  if (role == Qt::DisplayRole) return TextOf(index.row(), index.column());
   if (role != Qt::TextAlignmentRole) return {};
   const bool left = index.column() <= Question;
   return QVariant::fromValue(Qt::Alignment(Qt::AlignVCenter | (left ? Qt::AlignLeft : Qt::AlignRight)));
@@ -105,19 +101,16 @@ QVariant CardListModel::headerData(int section, Qt::Orientation orientation, int
   return headers[section];
 }
 
-// Selected stays what was, wherever it comes to stand.
+// What is selected stays so, wherever it comes to stand.
 void CardListModel::sort(int column, Qt::SortOrder order) {
   if (column < 0) return;
   Q_EMIT layoutAboutToBeChanged();
-  const bool descending = order == Qt::DescendingOrder;
-  const std::vector<int> places = OrderedPlaces(file_, lines_, static_cast<CardLineKey>(column), descending);
-  std::vector<CardLine> ordered;
-  ordered.reserve(places.size());
-  for (const int place : places) ordered.push_back(lines_[static_cast<size_t>(place)]);
-  lines_ = std::move(ordered);
-  for (const QModelIndex& old : persistentIndexList()) {
-    const auto now = std::find(places.begin(), places.end(), old.row());
-    changePersistentIndex(old, index(static_cast<int>(now - places.begin()), old.column()));
+  const QModelIndexList old = persistentIndexList();
+  std::vector<int> rows;
+  for (const QModelIndex& place : old) rows.push_back(RowOf(place));
+  lines_.Sort(static_cast<CardLineKey>(column), order == Qt::DescendingOrder);
+  for (qsizetype i = 0; i < old.size(); ++i) {
+    changePersistentIndex(old[i], index(lines_.PlaceOf(rows[static_cast<size_t>(i)]), old[i].column()));
   }
   Q_EMIT layoutChanged();
 }

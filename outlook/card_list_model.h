@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QAbstractTableModel>
-#include <vector>
 
 #include "outlook/card_lines.h"
 
@@ -15,8 +14,8 @@ class CardListModel : public QAbstractTableModel, private CardWatcher {
   enum Column { Number, Question, Recall, Due, Misses, Time, kColumns };  // as CardLineKey
 
   // `file` must live longer.
-  CardListModel(CardFile& file, std::vector<CardLine> lines, int64_t now, QObject* parent);
-  int RowOf(const QModelIndex& index) const { return lines_[static_cast<size_t>(index.row())].row; }
+  CardListModel(CardFile& file, CardLines lines, QObject* parent);
+  int RowOf(const QModelIndex& index) const { return lines_.Row(index.row()); }
   QString Text() const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -26,14 +25,13 @@ class CardListModel : public QAbstractTableModel, private CardWatcher {
   void sort(int column, Qt::SortOrder order) override;
 
  private:
-  QString TextOf(const CardLine& line, int column) const;
+  QString TextOf(int place, int column) const;
   void RowsShifted(const RowShift& shift) override;
   void CardsChanged(std::span<const int> rows, std::span<const int> columns) override;
 
   const CardFile& file_;
   CardWatch watch_;
-  std::vector<CardLine> lines_;
-  int64_t now_;
+  CardLines lines_;
 };
 
 }  // namespace tessaro

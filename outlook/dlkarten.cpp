@@ -36,11 +36,11 @@ TF_dlkarten::TF_dlkarten(CardFile& file, QWidget* parent)
 
 TF_dlkarten::~TF_dlkarten() = default;
 
-void TF_dlkarten::Show(const QString& title, std::vector<CardLine> lines, int64_t now, EditCard edit) {
+void TF_dlkarten::Show(const QString& title, CardLines lines, EditCard edit) {
   edit_ = std::move(edit);
   ui_->LabelTitle->setText(title);
   ui_->ListCards->setSortingEnabled(false);
-  delete std::exchange(model_, new CardListModel(file_, std::move(lines), now, this));
+  delete std::exchange(model_, new CardListModel(file_, std::move(lines), this));
   ui_->ListCards->setModel(model_);
   connect(model_, &QAbstractItemModel::rowsRemoved, this, &TF_dlkarten::ShowCount);
   connect(model_, &QAbstractItemModel::modelReset, this, &TF_dlkarten::ShowCount);

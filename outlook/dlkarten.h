@@ -3,7 +3,6 @@
 #include <QDialog>
 #include <functional>
 #include <memory>
-#include <vector>
 
 #include "outlook/card_lines.h"
 
@@ -27,8 +26,8 @@ class TF_dlkarten : public QDialog {
   TF_dlkarten(CardFile& file, QWidget* parent);
   ~TF_dlkarten() override;
 
-  // Shows these cards, as they stood at `now`. `edit` may be empty.
-  void Show(const QString& title, std::vector<CardLine> lines, int64_t now, EditCard edit);
+  // `edit` may be empty.
+  void Show(const QString& title, CardLines lines, EditCard edit);
 
  private:
   void SetColumns();

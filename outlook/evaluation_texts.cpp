@@ -245,12 +245,12 @@ PageContent PredictionPage(const PredictionReport& report) {
   return page;
 }
 
-PageContent CostPage(const CardFile& file, const DeckOutlook& deck, const std::vector<CardLine>& lines) {
+PageContent CostPage(const CardFile& file, const DeckOutlook& deck, const CardLines& lines) {
   PageContent page;
   page.plot.name = u"Lernzeit der teuersten Karten"_s;
   page.plot.empty = u"Noch keine Lernzeit gemessen. Hier stehen einmal die Karten, die am meisten Zeit kosten."_s;
   page.note = StandText(deck);
-  if (lines.empty()) {
+  if (lines.Count() == 0) {
     page.sentence = page.plot.empty;
     return page;
   }
@@ -258,21 +258,22 @@ PageContent CostPage(const CardFile& file, const DeckOutlook& deck, const std::v
   page.plot.lying = true;
   page.table.headers = {u"Frage"_s, u"Lernzeit"_s, u"Fehler"_s, u"gewusst jetzt"_s};
   double seconds = 0;
-  for (const CardLine& line : lines) {
-    const auto spent = static_cast<double>(line.seconds);
+  for (int place = 0; place < lines.Count(); ++place) {
+    const auto spent = static_cast<double>(lines.Seconds(place));
     seconds += spent;
-    const QString question = FromBytes(QuestionStart(file, line.row));
-    const QString recall = line.recall ? PercentText(*line.recall) : QString();
-    const QString note = u"%1, %2 Fehler, %3 gewusst"_s.arg(SpanText(spent), NumberText(int64_t{line.misses}), recall);
+    const QString question = FromBytes(QuestionStart(file, lines.Row(place)));
+    const QString misses = NumberText(int64_t{lines.Misses(place)});
+    const QString recall = RecallText(lines.Recall(place));
+    const QString note = u"%1, %2 Fehler, %3 gewusst"_s.arg(SpanText(spent), misses, recall);
     page.plot.bars.push_back({.label = question,
                               .parts = {{spent, PlotRole::Known}},
                               .text = u"%1: %2 jetzt"_s.arg(question, note),
                               .note = note});
-    page.table.rows.push_back({question, SpanText(spent), NumberText(int64_t{line.misses}), recall});
-    page.rows.push_back({line.row});
-    page.all_rows.push_back(line.row);
+    page.table.rows.push_back({question, SpanText(spent), misses, recall});
+    page.rows.push_back({lines.Row(place)});
+    page.all_rows.push_back(lines.Row(place));
   }
-  const auto shown = static_cast<int64_t>(lines.size());
+  const auto shown = int64_t{lines.Count()};
   page.sentence = u"Diese %1 (%2) kosten %3 Ihrer Lernzeit."_s.arg(
       CardsText(shown), SmallShareText(static_cast<double>(shown) / static_cast<double>(deck.counted())),
       SmallShareText(seconds / static_cast<double>(deck.seconds_learned)));

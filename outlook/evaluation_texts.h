@@ -18,6 +18,6 @@ PageContent KnowledgePage(const DeckOutlook& deck, const Knowledge& knowledge, b
 PageContent ActivityPage(const DeckOutlook& deck, const std::vector<ActivitySpan>& spans);
 PageContent PredictionPage(const PredictionReport& report);
 // `lines` are those of the deck's costs, in the order in which they are to be shown.
-PageContent CostPage(const CardFile& file, const DeckOutlook& deck, const std::vector<CardLine>& lines);
+PageContent CostPage(const CardFile& file, const DeckOutlook& deck, const CardLines& lines);
 
 }  // namespace tessaro

@@ -1,5 +1,6 @@
 #include "outlook/forecast_texts.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "outlook/evaluation_texts.h"
@@ -9,6 +10,8 @@ namespace tessaro {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+
+constexpr double kMostTimes = 5;  // a bar of the backlog by the fullest day
 
 QString MinutesText(double minutes) {
   return SpanText(minutes * 60);
@@ -46,6 +49,10 @@ QString DueSentence(const std::vector<DueSpan>& spans, int64_t next_due, const L
   }
   return next_due == 0 ? u"Nichts fällig."_s
                        : u"Nichts fällig. Als Nächstes am %1."_s.arg(FullDayText(days.DayOf(next_due)));
+}
+
+bool StandsOnAxis(const DueSpan& span) {
+  return span.kind == DueSpan::Kind::Today || span.kind == DueSpan::Kind::Days;
 }
 
 // A curve with its column in the table and the cards that are weak in the end.
@@ -98,23 +105,31 @@ PageContent DuePage(const DeckOutlook& deck, const std::vector<DueSpan>& spans, 
   page.plot.y_title = u"Karten"_s;
   page.plot.right_title = u"◆ Min."_s;
   page.table.headers = {u"Fällig"_s, u"Karten"_s, u"etwa"_s};
+  // A backlog or the rest would make all days look small beside it.
+  double fullest = 0;
+  for (const DueSpan& span : spans) {
+    if (StandsOnAxis(span)) fullest = std::max(fullest, static_cast<double>(span.rows.size()));
+  }
+  const bool cut = fullest > 0 && static_cast<double>(spans[0].rows.size()) > kMostTimes * fullest;
+  if (cut) {
+    page.plot.y_step = RoundStep(fullest, 4, true);
+    page.plot.y_max = (std::floor(fullest / page.plot.y_step) + 1) * page.plot.y_step;
+  }
   for (const DueSpan& span : spans) {
     const auto count = static_cast<int64_t>(span.rows.size());
     const QString name = NameOf(span);
     const bool later = span.kind == DueSpan::Kind::Later;
+    const bool cut_off = cut && span.kind == DueSpan::Kind::Overdue;
     PlotBar bar{
         LabelOf(span),
         {{static_cast<double>(count), span.kind == DueSpan::Kind::Overdue ? PlotRole::NotKnown : PlotRole::Known}},
         count == 0 ? u"%1: keine Karten"_s.arg(name)
                    : u"%1: %2, etwa %3"_s.arg(name, CardsText(count), MinutesText(span.minutes))};
-    if (!later && count > 0) bar.mark = span.minutes;
+    if (!later && !cut_off && count > 0) bar.mark = span.minutes;
     page.table.rows.push_back({name, NumberText(count), MinutesText(span.minutes)});
     page.rows.push_back(span.rows);
-    // The rest would make all days look small beside it.
-    if (later) {
-      bar.parts[0] = {0, PlotRole::New};
-      bar.label = u"später %1"_s.arg(NumberText(count));
-    }
+    if (later) bar.parts[0] = {0, PlotRole::New};
+    if (later || cut_off) bar.label += u" %1"_s.arg(NumberText(count));
     page.plot.bars.push_back(std::move(bar));
   }
   return page;
@@ -160,6 +175,7 @@ PageContent PlanPage(const DeckOutlook& deck, const PlanReport& report, int64_t 
   }
   const int64_t last = report.days.back();
   page.plot.y_title = u"Karten"_s;
+  page.plot.from_zero = false;
   page.plot.x_max = static_cast<double>(std::max<int64_t>(last, 1));
   page.table.headers = {u"Tag"_s};
   for (size_t i = 0; i < report.curves.size(); ++i) AddCurve(report, i, today, page);

@@ -28,6 +28,10 @@ QString PercentText(double share, int decimals) {
   return u"%1 %"_s.arg(German().toString(share * 100, 'f', decimals));
 }
 
+QString RecallText(std::optional<double> recall) {
+  return recall ? PercentText(*recall) : QString();
+}
+
 QString SpanText(double seconds) {
   if (std::round(seconds) < 60) return u"%1 Sek."_s.arg(NumberText(seconds));
   const auto minutes = static_cast<int64_t>(std::llround(std::min(seconds, 1e15) / 60));

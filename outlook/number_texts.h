@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <optional>
 
 #include "widgets/count_texts.h"
 
@@ -10,6 +11,8 @@ namespace tessaro {
 QString NumberText(double number);  // rounded to a whole number
 // "86 %" of 0.86, or "86,1 %".
 QString PercentText(double share, int decimals = 0);
+// That of a card; empty without one.
+QString RecallText(std::optional<double> recall);
 // "12 Sek.", "9 Min.", "38 Std. 12 Min."
 QString SpanText(double seconds);
 // "eine Antwort", "143 Antworten".

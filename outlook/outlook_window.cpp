@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "outlook/card_lines.h"
 #include "outlook/dlkarten.h"
 #include "outlook/outlook_page.h"
 #include "widgets/messages.h"
@@ -67,7 +66,7 @@ void OutlookWindow::Read() {
   CurrentPage().ShowWaiting();
   work_.Count<OutlookReading>(OutlookReading(file_, clock_.Now(), days_), kCardsAtOnce,
                               [this](OutlookReading& reading) {
-                                deck_ = reading.Take();
+                                deck_ = std::make_shared<const DeckOutlook>(reading.Take());
                                 deck_is_read_ = true;
                                 DeckRead();
                               });
@@ -75,7 +74,11 @@ void OutlookWindow::Read() {
 
 void OutlookWindow::OpenCards(const QString& title, const std::vector<int>& rows) {
   if (list_ == nullptr) list_ = new TF_dlkarten(file_, this);
-  list_->Show(title, LinesOf(file_, deck_, Parameters(), rows), deck_.now, edit_);
+  list_->Show(title, Lines(rows), edit_);
+}
+
+CardLines OutlookWindow::Lines(const std::vector<int>& rows) const {
+  return CardLines(file_, deck_, Parameters(), rows);
 }
 
 void OutlookWindow::OpenCard(const QString& title, int row) {

@@ -4,12 +4,13 @@
 #include <QTimer>
 #include <QWidget>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "outlook/deck_outlook.h"
+#include "outlook/card_lines.h"
 #include "outlook/sliced_work.h"
 #include "settings/learning_parameters.h"
 #include "settings/program_settings.h"
@@ -51,6 +52,8 @@ class OutlookWindow : public QWidget, private CardWatcher {
   void OpenCard(const QString& title, int row);
   bool deck_is_read() const { return deck_is_read_; }
   LearningParameters Parameters() const { return ReadParameters(settings_.ini); }
+  const DeckOutlook& deck() const { return *deck_; }
+  CardLines Lines(const std::vector<int>& rows) const;
 
   void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
@@ -59,7 +62,6 @@ class OutlookWindow : public QWidget, private CardWatcher {
   ProgramSettings& settings_;
   const Clock& clock_;
   LocalDays days_;
-  DeckOutlook deck_;
   SlicedWork work_;
   EditCard edit_;
 
@@ -68,7 +70,8 @@ class OutlookWindow : public QWidget, private CardWatcher {
   void CardsChanged(std::span<const int> rows, std::span<const int> columns) override;
   void Read();
 
-  std::optional<CardWatch> watch_;  // until it is closed
+  std::shared_ptr<const DeckOutlook> deck_;  // lists hold on to theirs
+  std::optional<CardWatch> watch_;           // until it is closed
   QTimer read_later_;
   std::string place_suffix_;
   bool placed_ = false;

@@ -1,6 +1,5 @@
 #include "outlook/wneval.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "outlook/activity.h"
@@ -70,8 +69,8 @@ void TF_wneval::ShowCurrent() {
 }
 
 void TF_wneval::ShowKnowledge() {
-  if (knowledge_) return Show(Knows, KnowledgePage(deck_, *knowledge_, ui_->RbBehaltenszeit->isChecked()));
-  work_.Count<KnowledgeCount>(KnowledgeCount(file_, deck_), kCardsAtOnce, [this](KnowledgeCount& count) {
+  if (knowledge_) return Show(Knows, KnowledgePage(deck(), *knowledge_, ui_->RbBehaltenszeit->isChecked()));
+  work_.Count<KnowledgeCount>(KnowledgeCount(file_, deck()), kCardsAtOnce, [this](KnowledgeCount& count) {
     knowledge_ = count.Take();
     ShowKnowledge();
   });
@@ -79,34 +78,32 @@ void TF_wneval::ShowKnowledge() {
 
 void TF_wneval::ShowActivity() {
   const auto period = static_cast<ActivityPeriod>(ui_->CbZeitraum->currentIndex());
-  work_.Count<ActivityCount>(ActivityCount(file_, deck_.now, days_, period), kCardsAtOnce,
-                             [this](ActivityCount& count) { Show(Did, ActivityPage(deck_, count.Take())); });
+  work_.Count<ActivityCount>(ActivityCount(file_, deck().now, days_, period), kCardsAtOnce,
+                             [this](ActivityCount& count) { Show(Did, ActivityPage(deck(), count.Take())); });
 }
 
 void TF_wneval::ShowPredictions() {
   constexpr std::array<int64_t, 3> kDays = {30, 90, 365};
   const auto choice = static_cast<size_t>(ui_->CbPruefzeitraum->currentIndex());
   std::optional<int64_t> start;
-  if (choice < kDays.size()) start = days_.StartOf(days_.DayOf(deck_.now) - kDays[choice] + 1);
-  work_.Count<PredictionCheck>(PredictionCheck(file_, deck_.now, start), kCardsAtOnce,
+  if (choice < kDays.size()) start = days_.StartOf(days_.DayOf(deck().now) - kDays[choice] + 1);
+  work_.Count<PredictionCheck>(PredictionCheck(file_, deck().now, start), kCardsAtOnce,
                                [this](PredictionCheck& check) { Show(Predicted, PredictionPage(check.Take())); });
 }
 
-std::vector<CardLine> TF_wneval::CostLines() const {
+CardLines TF_wneval::CostLines() const {
   enum Order { ByTime, ByMisses, ByRecall };
   std::vector<int> rows;
-  for (const CardCost& cost : deck_.costs) rows.push_back(cost.row);
-  std::vector<CardLine> lines = LinesOf(file_, deck_, Parameters(), rows);
+  for (const CardCost& cost : deck().costs) rows.push_back(cost.row);
+  CardLines lines = Lines(rows);
   const int order = ui_->CbSortierung->currentIndex();
-  std::stable_sort(lines.begin(), lines.end(), [order](const CardLine& a, const CardLine& b) {
-    if (order == ByMisses) return a.misses > b.misses;
-    return order == ByRecall && a.recall < b.recall;
-  });
+  if (order == ByMisses) lines.Sort(CardLineKey::Misses, true);
+  if (order == ByRecall) lines.Sort(CardLineKey::Recall, false);
   return lines;
 }
 
 void TF_wneval::ShowCosts() {
-  Show(Costs, CostPage(file_, deck_, CostLines()));
+  Show(Costs, CostPage(file_, deck(), CostLines()));
 }
 
 }  // namespace tessaro

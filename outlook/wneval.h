@@ -39,7 +39,7 @@ class TF_wneval : public OutlookWindow {
   void ShowActivity();
   void ShowPredictions();
   void ShowCosts();
-  std::vector<CardLine> CostLines() const;
+  CardLines CostLines() const;
 
   std::unique_ptr<Ui::TF_wneval> ui_;
   std::optional<Knowledge> knowledge_;  // once it is counted

@@ -107,12 +107,12 @@ void TF_wnprog::ShowCurrent() {
 void TF_wnprog::ShowDue() {
   constexpr int64_t kHorizons[] = {7, 30, 90, 365};
   const int64_t horizon = kHorizons[ui_->CbHorizont->currentIndex()];
-  const QString pause = PauseText(deck_);
+  const QString pause = PauseText(deck());
   ui_->LabelPause->setText(pause);
   ui_->PanelPause->setVisible(!pause.isEmpty());
-  work_.Count<DueCount>(DueCount(file_, deck_, Parameters(), days_, horizon), kCardsAtOnce, [this](DueCount& count) {
+  work_.Count<DueCount>(DueCount(file_, deck(), Parameters(), days_, horizon), kCardsAtOnce, [this](DueCount& count) {
     const std::vector<DueSpan> spans = count.Take();
-    ui_->PageFaellig->Show(DuePage(deck_, spans, count.next_due(), days_));
+    ui_->PageFaellig->Show(DuePage(deck(), spans, count.next_due(), days_));
     ShowBacklog(spans[0].minutes);
   });
 }
@@ -123,8 +123,8 @@ void TF_wnprog::ShowBacklog(double overdue_minutes) {
   ui_->PanelRueckstand->setVisible(!due_shown_);
   if (due_shown_) return;
   ui_->LabelRueckstand->setText(u"wird berechnet …"_s);
-  work_.Count<Plan>(Plan::CatchUp(file_, deck_, settings_.ini, days_, minutes), kAnswersAtOnce, [this](Plan& plan) {
-    ui_->LabelRueckstand->setText(CatchUpText(plan.Take(), days_.DayOf(deck_.now)));
+  work_.Count<Plan>(Plan::CatchUp(file_, deck(), settings_.ini, days_, minutes), kAnswersAtOnce, [this](Plan& plan) {
+    ui_->LabelRueckstand->setText(CatchUpText(plan.Take(), days_.DayOf(deck().now)));
     due_shown_ = true;
   });
 }
@@ -134,7 +134,7 @@ int64_t TF_wnprog::ExamDay() const {
 }
 
 void TF_wnprog::ShowPlan() {
-  const int64_t ahead = ExamDay() - days_.DayOf(deck_.now);
+  const int64_t ahead = ExamDay() - days_.DayOf(deck().now);
   SetAccent(*ui_->LabelStatus, Accent::Warning);
   ui_->LabelStatus->setText(ahead < 0           ? u"Der Tag der Prüfung liegt in der Vergangenheit."_s
                             : ahead > kMostDays ? u"Der Tag der Prüfung liegt mehr als 730 Tage in der Zukunft."_s
@@ -145,8 +145,8 @@ void TF_wnprog::ShowPlan() {
     return ui_->PagePruefung->ShowLast();
   }
   const PlanWish wish = {ExamDay(), static_cast<double>(ui_->SpinMinuten->value()), ui_->SpinNeu->value()};
-  work_.Count<Plan>(Plan(file_, deck_, settings_.ini, days_, wish), kAnswersAtOnce, [this](Plan& plan) {
-    ui_->PagePruefung->Show(PlanPage(deck_, plan.Take(), days_.DayOf(deck_.now)));
+  work_.Count<Plan>(Plan(file_, deck(), settings_.ini, days_, wish), kAnswersAtOnce, [this](Plan& plan) {
+    ui_->PagePruefung->Show(PlanPage(deck(), plan.Take(), days_.DayOf(deck().now)));
     plan_shown_ = true;
   });
 }

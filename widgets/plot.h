@@ -64,8 +64,9 @@ struct PlotContent {
   double x_min = 0;  // of lines and points
   double x_max = 1;
   std::vector<PlotTick> x_ticks;
-  double y_max = 0;   // 0: round, above all that is shown
-  double y_step = 0;  // between the lines; 0: round
+  double y_max = 0;       // 0: round, above all that is shown; higher bars are cut off, visibly
+  bool from_zero = true;  // of lines: false lets the axis begin higher when they all run far above 0
+  double y_step = 0;      // between the lines; 0: round
   QString y_title;
   std::function<QString(double)> y_text;  // null: whole numbers
   QString right_title;                    // of the marks

@@ -24,6 +24,14 @@ double HeightOf(const PlotBar& bar) {
   return height;
 }
 
+double LowestOfLines(const PlotContent& content, double highest) {
+  double lowest = highest;
+  for (const PlotLine& line : content.lines) {
+    for (const QPointF& point : line.points) lowest = std::min(lowest, point.y());
+  }
+  return lowest;
+}
+
 double Highest(const PlotContent& content) {
   double highest = 0;
   for (const PlotBar& bar : content.bars) highest = std::max(highest, HeightOf(bar));
@@ -81,7 +89,7 @@ PlotLayout::PlotLayout(const PlotContent& content, const QRectF& room, const QFo
     return;
   }
   double widest = 0;
-  for (double value = 0; value <= y_top_ * 1.001; value += y_step_) {
+  for (double value = y_bottom_; value < y_top_ + y_step_ / 1000; value += y_step_) {
     widest = std::max(widest, metrics_.horizontalAdvance(YText(value)));
   }
   const double right = std::max(kMargin, WidestRightLabel());
@@ -115,8 +123,12 @@ QRectF PlotLayout::LyingNote(size_t bar) const {
 
 void PlotLayout::ScaleUp() {
   const double highest = content_.y_max > 0 ? content_.y_max : Highest(content_);
-  y_step_ = content_.y_step > 0 ? content_.y_step : RoundStep(highest, kMostSteps, content_.y_text == nullptr);
-  y_top_ = content_.y_max > 0 ? content_.y_max : std::max(std::ceil(highest / y_step_ - 1e-9), 1.0) * y_step_;
+  const double lowest = content_.from_zero ? 0 : LowestOfLines(content_, highest);
+  const double least = lowest > highest / 2 ? lowest : 0;
+  y_step_ = content_.y_step > 0 ? content_.y_step : RoundStep(highest - least, kMostSteps, content_.y_text == nullptr);
+  y_bottom_ = std::floor(least / y_step_) * y_step_;
+  y_top_ = content_.y_max > 0 ? content_.y_max
+                              : std::max(std::ceil(highest / y_step_ - 1e-9) * y_step_, y_bottom_ + y_step_);
   for (const PlotBar& bar : content_.bars) right_top_ = std::max(right_top_, bar.mark.value_or(0));
   if (right_top_ == 0) return;
   const double step = RoundStep(right_top_, kMostSteps, true);
@@ -139,7 +151,7 @@ bool PlotLayout::empty() const {
 QPointF PlotLayout::Point(double x, double y) const {
   const double span = content_.x_max - content_.x_min;
   const double share = span > 0 ? (x - content_.x_min) / span : 0;
-  return {area_.left() + area_.width() * share, area_.bottom() - Height(std::clamp(y, 0.0, y_top_))};
+  return {area_.left() + area_.width() * share, area_.bottom() - Height(y)};
 }
 
 QRectF PlotLayout::Column(size_t bar) const {
@@ -149,6 +161,10 @@ QRectF PlotLayout::Column(size_t bar) const {
   }
   const double pitch = area_.width() / static_cast<double>(content_.bars.size());
   return {area_.left() + pitch * static_cast<double>(bar), area_.top(), pitch, area_.height()};
+}
+
+bool PlotLayout::IsCut(size_t bar) const {
+  return !content_.lying && HeightOf(content_.bars[bar]) > y_top_ * (1 + 1e-9);
 }
 
 QRectF PlotLayout::Bar(size_t bar) const {

@@ -2,6 +2,7 @@
 
 #include <QFontMetricsF>
 #include <QRectF>
+#include <algorithm>
 
 #include "widgets/plot.h"
 
@@ -31,13 +32,19 @@ class PlotLayout {
 
   // Whether there is nothing to draw.
   bool empty() const;
+  const QRectF& room() const { return room_; }
   const QRectF& area() const { return area_; }
   double y_step() const { return y_step_; }
+  double y_bottom() const { return y_bottom_; }
   double y_top() const { return y_top_; }
   double right_top() const { return right_top_; }
   // Where a value stands, and how high it is from the axis.
   QPointF Point(double x, double y) const;
-  double Height(double value) const { return area_.height() * value / y_top_; }
+  double Height(double value) const {
+    return area_.height() * (std::clamp(value, y_bottom_, y_top_) - y_bottom_) / (y_top_ - y_bottom_);
+  }
+  // Whether a bar is higher than the plot.
+  bool IsCut(size_t bar) const;
   // The place of a bar from the axis to the top, or all of its line in a list, and that of its coloured part.
   QRectF Column(size_t bar) const;
   QRectF Bar(size_t bar) const;
@@ -64,6 +71,7 @@ class PlotLayout {
   QRectF area_;
   QRectF room_;
   double y_step_ = 1;
+  double y_bottom_ = 0;
   double y_top_ = 1;
   double right_top_ = 0;
 };

@@ -74,9 +74,10 @@ class PlotPainter {
 
   void PaintYAxis() {
     const QRectF& area = layout_.area();
-    for (double value = 0; value <= layout_.y_top() * 1.001; value += layout_.y_step()) {
+    const double end = layout_.y_top() + layout_.y_step() / 1000;
+    for (double value = layout_.y_bottom(); value < end; value += layout_.y_step()) {
       const double y = area.bottom() - layout_.Height(value);
-      painter_.setPen(QPen(value == 0 ? quiet_ : faint_, 1));
+      painter_.setPen(QPen(value == layout_.y_bottom() ? quiet_ : faint_, 1));
       painter_.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
       painter_.setPen(quiet_);
       const QRectF label(0, y - metrics_.height() / 2, area.left() - kTickGap, metrics_.height());
@@ -109,7 +110,7 @@ class PlotPainter {
       const double x = layout_.Point(tick.at, 0).x();
       painter_.drawLine(QPointF(x, area.bottom()), QPointF(x, area.bottom() + kTickGap));
       const double width = metrics_.horizontalAdvance(tick.label);
-      const double left = std::clamp(x - width / 2, 0.0, std::max(area.right() + kTickGap - width, 0.0));
+      const double left = std::clamp(x - width / 2, 0.0, std::max(layout_.room().right() - kTickGap - width, 0.0));
       if (left < free_from) continue;
       free_from = left + width + 2 * kTickGap;
       painter_.drawText(QPointF(left, area.bottom() + kTickGap + metrics_.ascent()), tick.label);
@@ -117,14 +118,26 @@ class PlotPainter {
   }
 
   void PaintBar(size_t bar) {
-    QRectF part = layout_.Bar(bar);
+    const QRectF whole = layout_.Bar(bar);
+    QRectF part = whole;
     part.setTop(part.bottom());
     for (const PlotPart& piece : content_.bars[bar].parts) {
-      part = QRectF(part.left(), part.top() - layout_.Height(piece.value), part.width(), layout_.Height(piece.value));
+      const double height = std::min(layout_.Height(piece.value), part.top() - whole.top());
+      part = QRectF(part.left(), part.top() - height, part.width(), height);
       // One card beside thousands is still to be seen.
       if (piece.value > 0 && part.height() < 1) part.setTop(part.bottom() - 1);
       if (piece.value > 0) Fill(part, piece.role);
     }
+    if (layout_.IsCut(bar)) PaintCut(whole);
+  }
+
+  // A slanting gap says that a bar goes on.
+  void PaintCut(const QRectF& bar) {
+    const double slant = metrics_.height() / 3;
+    const QPointF left(bar.left() - 2, bar.top() + metrics_.height() + slant);
+    const QPointF right(bar.right() + 2, left.y() - slant);
+    painter_.setPen(QPen(palette_.color(QPalette::Base), 2 * LineWidth(metrics_), Qt::SolidLine, Qt::FlatCap));
+    painter_.drawLine(left, right);
   }
 
   void PaintBarLabels() {

@@ -178,7 +178,8 @@ TEST_F(OutlookWindowTest, ListSortsAndOpensTheEditor) {
   Open(cards);
   int edited = 0;
   TF_dlkarten list(file, nullptr);
-  list.Show(u"Titel"_s, LinesOf(file, Read(), {}, {2, 3, 4, 5, 6, 99}), kNow, [&](int row) { edited = row; });
+  const auto deck = std::make_shared<const DeckOutlook>(Read());
+  list.Show(u"Titel"_s, CardLines(file, deck, {}, {2, 3, 4, 5, 6, 99}), [&](int row) { edited = row; });
   auto& view = Control<QTableView>(list, u"ListCards"_s);
   EXPECT_EQ(view.model()->rowCount(), 5) << "a row that is gone is left out";
   EXPECT_EQ(view.currentIndex().row(), 0);
