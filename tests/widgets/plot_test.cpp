@@ -5,6 +5,8 @@
 #include <QAccessible>
 #include <QSignalSpy>
 #include <QTest>
+#include <cmath>
+#include <set>
 
 #include "widgets/plot_layout.h"
 
@@ -123,6 +125,70 @@ TEST(Plot, SelectsPointsOrElseLinesThatSaySomething) {
   plot.Show(content);
   EXPECT_EQ(plot.Count(), 1);
   EXPECT_EQ(plot.TextOf(0), u"Punkt"_s);
+}
+
+// Bars begin at 0, and so do lines that come near it. Others leave out what is far below them.
+TEST(Plot, AxisLeavesOutOnlyWhatIsFarBelowLines) {
+  struct Case {
+    double low, high;
+    bool from_zero;
+    double bottom, top;
+  };
+  const Case cases[] = {{134, 187, false, 120, 200},
+                        {134, 187, true, 0, 200},
+                        {90, 187, false, 0, 200},
+                        {0.7, 1, false, 0, 1},
+                        {73'006, 75'659, false, 73'000, 76'000},
+                        {500, 500, false, 500, 501}};
+  for (const Case& c : cases) {
+    PlotContent content;
+    content.from_zero = c.from_zero;
+    content.lines = {{.points = {{0, c.low}, {1, c.high}}}};
+    const PlotLayout layout(content, QRectF(0, 0, 600, 300), QFont());
+    EXPECT_EQ(layout.y_bottom(), c.bottom) << c.low;
+    EXPECT_EQ(layout.y_top(), c.top) << c.low;
+    EXPECT_NEAR(layout.Point(0, c.low).y(),
+                layout.area().bottom() - layout.area().height() * (c.low - c.bottom) / (c.top - c.bottom), 1e-9);
+  }
+  PlotContent content = Bars({100, 900, 0});
+  content.y_max = 200;
+  const PlotLayout layout(content, QRectF(0, 0, 600, 300), QFont());
+  EXPECT_EQ(layout.Bar(1).top(), layout.area().top());
+  EXPECT_TRUE(layout.IsCut(1));
+  EXPECT_FALSE(layout.IsCut(0));
+}
+
+// What differs differs for those who see no colours, too, and stands out from its ground in both themes.
+TEST(Plot, TellsByMoreThanColour) {
+  const auto luminance = [](const QColor& colour) {
+    const auto linear = [](double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+  };
+  for (const QColor& base : {QColor(Qt::white), QColor(0x1E, 0x1F, 0x21)}) {
+    Plot plot;
+    QPalette palette;
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::Window, base);
+    palette.setColor(QPalette::Text, base == Qt::white ? Qt::black : Qt::white);
+    palette.setColor(QPalette::WindowText, palette.color(QPalette::Text));
+    plot.setPalette(palette);
+    plot.resize(400, 300);
+    PlotContent content = Bars({9, 9, 9});
+    content.bars[1].parts[0].role = PlotRole::NotKnown;
+    content.bars[2].parts[0].role = PlotRole::New;
+    plot.Show(content);
+    const QImage image = plot.grab().toImage();
+    const PlotLayout layout(plot.content(), plot.rect(), plot.font());
+    for (const size_t bar : {0U, 1U, 2U}) {
+      const QColor colour = PlotColour(content.bars[bar].parts[0].role, palette);
+      const double lighter = std::max(luminance(colour), luminance(base)) + 0.05;
+      EXPECT_GT(lighter / (std::min(luminance(colour), luminance(base)) + 0.05), 3) << bar;
+      std::set<QRgb> seen;
+      const QRect inside = layout.Bar(bar).toAlignedRect().adjusted(4, 40, -4, -4);
+      for (int y = inside.top(); y < inside.top() + 12; ++y) seen.insert(image.pixel(inside.center().x(), y));
+      EXPECT_EQ(seen.size() > 1, bar > 0) << bar;
+    }
+  }
 }
 
 TEST(Plot, BarsStandOnTheAxisAndLabelsApart) {
