@@ -69,6 +69,7 @@ TEST(OverviewCards, LineEndsStandBehindTenEntriesThatAreFollowed) {
     const Overview overview = RowOrderOverview(Ids(cards), {"card.bmp", ""}, 200);
     const std::string& question = overview.cards[0].question;
     EXPECT_EQ(Count(question, Text({"</a>    <br>", kIndent, "<a"})), static_cast<size_t>(lines)) << cards;
+    EXPECT_TRUE(question.ends_with("</a>    ")) << "none behind the last of " << cards;
     EXPECT_EQ(Count(question, "<a href=\"000010\"><img src=\"card.bmp\"></a>    "), 1U);
   }
 }
