@@ -1,17 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <QAbstractButton>
-#include <QCheckBox>
 #include <QClipboard>
-#include <QComboBox>
-#include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QTabWidget>
-#include <QTableWidget>
-#include <algorithm>
-#include <array>
-#include <vector>
 
 #include "answer/answer_window.h"
 #include "app/dlopt.h"
@@ -21,8 +10,6 @@
 #include "tests/app/main_window_fixture.h"
 #include "tests/support/dialog_driver.h"
 #include "widgets/text.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
@@ -42,15 +29,13 @@ class AnswerModesTest : public MainWindow {
     keys::kRowOrder.Write(true, program.settings().ini);
     Open(cards);
     program.OpenLearning();
-    for (QWidget* top : QApplication::topLevelWidgets()) {
-      if (auto* found = qobject_cast<TF_wnlern*>(top); found != nullptr && found->isVisible()) lern = found;
-    }
+    lern = OpenWindows<TF_wnlern>().value(0);
     ASSERT_TRUE(QTest::qWaitForWindowActive(lern));
     QApplication::processEvents();
     Key(mode, Qt::ControlModifier);
   }
   void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+    MainWindow::Key(key, modifiers);
     clock.milliseconds += 200;
   }
   void Type(const char* text) {
@@ -381,9 +366,8 @@ TEST_F(AnswerModesTest, OneModeAtATimeIsOnAndRememberedWithItsPlace) {
   EXPECT_EQ(ReadPlace(settings, "V", {}).width, 500);
   program.OpenLearning();
   QApplication::processEvents();
-  bool found = false;
-  for (QWidget* top : QApplication::topLevelWidgets()) found |= top->objectName() == u"TF_wnvgl"_s && top->isVisible();
-  EXPECT_TRUE(found) << "it comes back as it was left";
+  const QList<AnswerWindow*> windows = OpenWindows<AnswerWindow>();
+  EXPECT_TRUE(windows.size() == 1 && windows[0]->objectName() == u"TF_wnvgl"_s) << "it comes back as it was left";
 }
 
 }  // namespace

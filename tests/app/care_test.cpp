@@ -1,8 +1,5 @@
 // What the main window does for the safety of a card file: dated copies, and the check of its cards.
 
-#include <gtest/gtest.h>
-
-#include <QPushButton>
 #include <QTreeView>
 #include <QTreeWidget>
 
@@ -10,8 +7,6 @@
 #include "app/dlcheck.h"
 #include "app/dlrestore.h"
 #include "tests/app/main_window_fixture.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
@@ -40,10 +35,6 @@ class Care : public MainWindow {
   QString CheckLine() {
     QTest::qWait(450);
     return Find<QWidget>(u"PanelCheck"_s).isVisible() ? Text(u"LabelCheck"_s) : QString();
-  }
-  template <typename Dialog>
-  void Drive(const QString& command, const std::function<void(Dialog&)>& act) {
-    DriveDialog<Dialog>([&] { Trigger(command); }, act);
   }
 };
 
@@ -139,7 +130,7 @@ TEST_F(Care, TheBackupOfAMissingCardFileIsOfferedWhenThatIsOpened) {
 
 TEST_F(Care, AFailedCopyIsToldInTheStatusLineAndCostsNothing) {
   Open({Card("000001")});
-  int failures = 0;
+  QSet<QString> failures;
   int told = 0;
   int incomplete = 0;
   for (int n = 1; n < 60; ++n) {
@@ -148,15 +139,19 @@ TEST_F(Care, AFailedCopyIsToldInTheStatusLineAndCostsNothing) {
     const bool saved = window().FileSaveExecute();
     disk.FailAt(0);
     if (saved && Status().startsWith(u"Gespeichert, aber"_s)) ++told;
-    failures += saved ? 0 : 1;
-    if (saved || messages.errors.last() == u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!\n\nx.mlb"_s) continue;
+    ASSERT_EQ(messages.errors.size(), saved ? 0 : 1) << "a failed copy brings up no box";
+    if (saved) continue;
+    const QString failure = messages.errors.takeFirst();
+    failures += failure.section(u'\n', 1, 1);
+    if (failure == u"\nFehler Speichern Kartei.\nSiehe Hilfeindex!\n\nx.mlb"_s) continue;
     ++incomplete;
     const std::vector<Generation> copies = GenerationFolder(disk, kBackups).Of(kTestFile);
     EXPECT_TRUE(!copies.empty() && disk.Content(copies[0].path) == disk.Content(kTestFile)) << "the cards are whole";
   }
   EXPECT_GT(incomplete, 4);
   EXPECT_GT(told, 4);
-  EXPECT_EQ(messages.errors.size(), failures) << "a failed copy brings up no box";
+  EXPECT_EQ(failures, QSet<QString>({u"Fehler Speichern Kartei."_s, u"Fehler Speichern Lernindex."_s,
+                                     u"Fehler Speichern Linkindex."_s}));
   EXPECT_TRUE(messages.asked.isEmpty());
 }
 

@@ -1,21 +1,133 @@
-#include <gtest/gtest.h>
-
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QFontComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTemporaryDir>
-#include <fstream>
 
 #include "app/dlneu.h"
+#include "app/dlopt.h"
+#include "settings/keys.h"
+#include "store/file/ini_file.h"
 #include "tests/support/dialog_driver.h"
 #include "tests/support/recorded_messages.h"
+#include "tests/support/temporary_folder.h"
+#include "widgets/htmlview.h"
 #include "widgets/text.h"
+
+using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
 
-using namespace Qt::StringLiterals;
+class Options : public testing::Test {
+ protected:
+  // Changes fields by their names and presses OK. True: the dialog took it.
+  bool Set(const std::vector<std::pair<QString, QString>>& texts) {
+    TF_dlopt dialog({program, &card_file, "/deck", {}}, messages);
+    dialog.show();
+    for (const auto& [name, text] : texts) Control<QLineEdit>(dialog, name).setText(text);
+    QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnOK"_s), Qt::LeftButton);
+    wrong_page = Control<QTabWidget>(dialog, u"Seiten"_s).currentIndex();
+    if (auto* note = dialog.findChild<QLabel*>(u"Hinweis"_s + texts[0].first)) wrong_note = note->text();
+    return dialog.result() == QDialog::Accepted;
+  }
+
+  IniFile program;
+  IniFile card_file;
+  RecordedMessages messages;
+  int wrong_page = 0;
+  QString wrong_note;
+};
+
+TEST_F(Options, GoodValuesAreKeptAndUntouchedOnesAreNotWritten) {
+  ASSERT_TRUE(Set({{u"Fehler"_s, u"2,5"_s}, {u"Anschlaege"_s, u" 180 "_s}, {u"GroesseV"_s, u"20"_s}}));
+  EXPECT_EQ(program.Text(), "[ttrain]\nFehler=2.5\nAnschlaege=180\n");
+  EXPECT_EQ(ReadSideSettings(card_file, SideName::Front).points, 20);
+  EXPECT_EQ(ReadSideSettings(card_file, SideName::Back), SideSettings());
+  ASSERT_TRUE(Set({{u"GroesseV"_s, u"14"_s}}));
+  EXPECT_EQ(ReadSideSettings(card_file, SideName::Front), SideSettings());
+}
+
+TEST_F(Options, ACardFileMayBeginInAWayOfItsOwn) {
+  TF_dlopt dialog({program, &card_file, "/deck", {}}, messages);
+  Control<QComboBox>(dialog, u"KarteiMethode"_s).setCurrentIndex(2);
+  Control<QPushButton>(dialog, u"BitBtnOK"_s).click();
+  EXPECT_EQ(card_file.Text(), "[START]\nMethode=2\n");
+  EXPECT_EQ(program.Text(), "");
+}
+
+TEST_F(Options, WrongValueIsToldBesideItsFieldAndNothingIsTaken) {
+  const struct {
+    QString field, text;
+    int page;
+  } cases[] = {{u"Fehler"_s, u"100,1"_s, 2},     {u"Fehler"_s, u"viel"_s, 2},
+               {u"Anschlaege"_s, u"0"_s, 2},     {u"Anschlaege"_s, u"12.5"_s, 2},
+               {u"Prozent"_s, u""_s, 2},         {u"Megabyte"_s, u"-1"_s, 4},
+               {u"Textgroesse"_s, u"9999"_s, 5}, {u"Fach1"_s, u"1000"_s, 1},
+               {u"GroesseH"_s, u"0"_s, 0},       {u"Megabyte"_s, u"99999999999999999999"_s, 4}};
+  for (const auto& given : cases) {
+    EXPECT_FALSE(Set({{given.field, given.text}, {u"Ordner"_s, u"Bilder"_s}})) << given.field.toStdString();
+    EXPECT_EQ(wrong_page, given.page) << given.field.toStdString();
+    EXPECT_TRUE(wrong_note.contains(u" bis "_s)) << wrong_note.toStdString();
+  }
+  EXPECT_EQ(program.Text() + card_file.Text(), "");
+}
+
+TEST_F(Options, PageGoesBackToItsStandardAndTheOthersStay) {
+  program.Parse("[ttrain]\nFehler=50\nCursor=2\n[MEDIA]\nFolder=Bilder\n");
+  TF_dlopt dialog({program, nullptr, {}, {}}, messages);
+  dialog.show();
+  EXPECT_EQ(Control<QComboBox>(dialog, u"Marke"_s).currentIndex(), 2);
+  Control<QTabWidget>(dialog, u"Seiten"_s).setCurrentIndex(2);
+  QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnDefault"_s), Qt::LeftButton);
+  EXPECT_EQ(Control<QLineEdit>(dialog, u"Fehler"_s).text(), u"5,0"_s);
+  EXPECT_EQ(Control<QComboBox>(dialog, u"Marke"_s).currentIndex(), 0);
+  EXPECT_EQ(Control<QLineEdit>(dialog, u"Ordner"_s).text(), u"Bilder"_s);
+  EXPECT_FALSE(Control<QWidget>(dialog, u"GruppeV"_s).isEnabled()) << "no card file is open";
+  Control<QComboBox>(dialog, u"Antwortart"_s).setCurrentIndex(3);
+  QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnOK"_s), Qt::LeftButton);
+  EXPECT_TRUE(keys::kShowTyping.Read(program));
+  EXPECT_FALSE(keys::kShowChoice.Read(program));
+  EXPECT_EQ(keys::kErrorLimit.Read(program), 5.0);
+}
+
+TEST_F(Options, SoundOfErrorsCanBeHeardWhereItIs) {
+  const TemporaryFolder folder;
+  const QString sound = FromPath(folder.path() / "ton.wav");
+  TF_dlopt dialog({program, &card_file, "/deck", {}}, messages);
+  dialog.show();
+  QSignalSpy heard(&dialog, &TF_dlopt::SoundWanted);
+  auto& test = Control<QPushButton>(dialog, u"TonTest"_s);
+  EXPECT_FALSE(test.isEnabled()) << "there is none";
+  Control<QTabWidget>(dialog, u"Seiten"_s).setCurrentIndex(2);
+  Control<QLineEdit>(dialog, u"Ton"_s).setText(sound);
+  EXPECT_FALSE(test.isEnabled());
+  EXPECT_EQ(Control<QLabel>(dialog, u"HinweisTon"_s).text(), u"Diese Datei gibt es nicht."_s);
+  std::ofstream(folder.path() / "ton.wav") << "x";
+  messages.files = {sound};
+  Control<QLineEdit>(dialog, u"Ton"_s).clear();
+  QTest::mouseClick(&Control<QPushButton>(dialog, u"TonWaehlen"_s), Qt::LeftButton);
+  EXPECT_EQ(Control<QLabel>(dialog, u"HinweisTon"_s).text(), QString());
+  QTest::mouseClick(&test, Qt::LeftButton);
+  ASSERT_EQ(heard.count(), 1);
+  EXPECT_EQ(heard[0][0].toString(), sound);
+}
+
+TEST_F(Options, SampleCardFollowsTheFields) {
+  TF_dlopt dialog({program, &card_file, "/deck", {}}, messages);
+  dialog.show();
+  const auto height = [&] { return Control<TFrameHtml>(dialog, u"MusterV"_s).layout().fragments.at(0).rect.height; };
+  Control<QLineEdit>(dialog, u"GroesseV"_s).setText(u"10"_s);
+  const int small = height();
+  Control<QLineEdit>(dialog, u"GroesseV"_s).setText(u"40"_s);
+  EXPECT_GT(height(), 2 * small);
+  Control<QLineEdit>(dialog, u"GroesseV"_s).setText(u"x"_s);
+  EXPECT_GT(height(), 2 * small) << "a wrong value is not taken";
+}
 
 class NewFileDialog : public testing::Test {
  protected:

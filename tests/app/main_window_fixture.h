@@ -1,12 +1,7 @@
 #pragma once
 
-#include <QApplication>
-#include <string>
-#include <vector>
-
 #include "app/program.h"
 #include "app/wnmain.h"
-#include "learn/wnlern.h"
 #include "tests/learn/learn_fixture.h"
 #include "tests/support/window_test.h"
 
@@ -67,11 +62,6 @@ class MainWindowFiles : public MainWindow {
     Trigger(command);
   }
   void BreakDisk() { disk.FailAt(1, MemoryDisk::WriteFault::Nothing, true); }
-  static QWidgetList LearningWindows() {
-    QWidgetList windows = QApplication::topLevelWidgets();
-    windows.removeIf([](const QWidget* w) { return !w->isVisible() || qobject_cast<const TF_wnlern*>(w) == nullptr; });
-    return windows;
-  }
   bool SavedOnDisk() { return disk.Content(kTestFile)->find("anders") != std::string::npos; }
 };
 

@@ -1,69 +1,29 @@
-#include <QLabel>
-#include <QPushButton>
-#include <QTabWidget>
-#include <QTableView>
-
 #include "cards/card_edit.h"
 #include "edit/wned.h"
 #include "learn/wnlern.h"
 #include "outlook/dlkarten.h"
 #include "outlook/outlook_page.h"
 #include "outlook/wneval.h"
-#include "outlook/wnprog.h"
 #include "settings/keys.h"
 #include "tests/app/main_window_fixture.h"
 
 namespace tessaro {
 namespace {
 
-using namespace Qt::Literals::StringLiterals;
-
-template <typename Window>
-Window* OpenWindow() {
-  for (QWidget* widget : QApplication::topLevelWidgets()) {
-    if (auto* found = qobject_cast<Window*>(widget); found != nullptr && found->isVisible()) return found;
-  }
-  return nullptr;
-}
-
 class OutlookCommands : public MainWindow {
  protected:
+  // Whose answers took so long.
   static TestCard Answered(int number, int64_t seconds) {
-    return {.id = "00000" + std::to_string(number),
-            .question = "Wort " + std::to_string(number),
-            .yes_no_row = "w" + std::string(kHistoryLength - 1, 'f'),
-            .time_row = std::to_string(kNow - 600) + " 0",
-            .time_learned = std::to_string(seconds)};
+    return With(KnownCard(number, 1, 600), &TestCard::time_learned, std::to_string(seconds));
   }
   static TF_wneval* Evaluated() {
-    auto* window = OpenWindow<TF_wneval>();
+    auto* window = OpenWindows<TF_wneval>().value(0);
     return window != nullptr && QTest::qWaitFor([&] { return !window->Working(); }) ? window : nullptr;
   }
 };
 
-TEST_F(OutlookCommands, WindowsStandOverTheirCardFileAndGoWithIt) {
-  Open({TestCard{}});
-  const std::string before = disk.Content(kTestFile).value_or("");
-  Trigger(u"AuswertungExecute"_s);
-  Trigger(u"PrognoseExecute"_s);
-  Trigger(u"PrognoseExecute"_s);
-  auto* evaluation = OpenWindow<TF_wneval>();
-  auto* forecast = OpenWindow<TF_wnprog>();
-  ASSERT_NE(evaluation, nullptr);
-  ASSERT_NE(forecast, nullptr);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !evaluation->Working() && !forecast->Working(); }));
-  PutDeck({TestCard{}}, "/deck/other.mlb");
-  ASSERT_TRUE(window().OpenFile("/deck/other.mlb"));
-  EXPECT_EQ(OpenWindow<TF_wneval>(), nullptr);
-  EXPECT_EQ(OpenWindow<TF_wnprog>(), nullptr);
-  EXPECT_EQ(disk.Content(kTestFile), before);
-}
-
 TEST_F(OutlookCommands, StartPageSaysWhatIsKnownNow) {
-  TestCard card;
-  card.yes_no_row[0] = 'w';
-  card.time_row = std::to_string(kNow - 600) + " 0";
-  Open({card, TestCard{}});
+  Open({KnownCard(1, 1, 600), TestCard{}});
   const QLabel& line = Find<QLabel>(u"LabelKnownNow"_s);
   const auto is_blank = [&] { return line.text().trimmed().isEmpty(); };
   EXPECT_TRUE(is_blank());
@@ -83,7 +43,7 @@ TEST_F(OutlookCommands, CountedCardsAreOpenedInTheEditorAndFollowWhatItDoes) {
   auto& costs = Control<OutlookPage>(*evaluation, u"PageKosten"_s);
   costs.plot().Select(0);
   QTest::keyClick(&costs.plot(), Qt::Key_Return);
-  auto* editor = OpenWindow<TF_wned>();
+  auto* editor = OpenWindows<TF_wned>().value(0);
   ASSERT_NE(editor, nullptr);
   EXPECT_EQ(editor->row(), 3) << "the costliest card";
   QTest::keyClick(evaluation, Qt::Key_T, Qt::ControlModifier);
@@ -117,7 +77,7 @@ TEST_F(OutlookCommands, EndOfARunLeadsToTheEvaluation) {
   keys::kRowOrder.Write(true, program.settings().ini);
   Open({TestCard{}});
   program.OpenLearning();
-  auto* learning = OpenWindow<TF_wnlern>();
+  auto* learning = OpenWindows<TF_wnlern>().value(0);
   ASSERT_NE(learning, nullptr);
   ASSERT_TRUE(QTest::qWaitForWindowActive(learning));
   QApplication::processEvents();

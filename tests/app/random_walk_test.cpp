@@ -1,17 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <QAbstractButton>
-#include <QAction>
-#include <QApplication>
 #include <QElapsedTimer>
 #include <QMenu>
 #include <QPointer>
-#include <QTest>
-#include <QTimer>
 #include <cstdlib>
 #include <ctime>
 #include <random>
-#include <utility>
 
 #include "tests/app/main_window_fixture.h"
 
@@ -20,8 +13,6 @@
 // TESSARO_WALK_SECONDS makes it longer, TESSARO_WALK_SEED begins elsewhere.
 namespace tessaro {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 constexpr int kStandardSeconds = 15;
 constexpr qint64 kLongestWork = 3000;    // ms of the processor
@@ -58,19 +49,9 @@ class WalkMessages : public BoxMessages {
   std::mt19937& chance_;
 };
 
-class ChanceRandom : public Random {
- public:
-  explicit ChanceRandom(std::mt19937& chance) : chance_(chance) {}
-  uint32_t Next() override { return static_cast<uint32_t>(chance_() >> 1U); }
-
- private:
-  std::mt19937& chance_;
-};
-
 class RandomWalk : public testing::Test {
  protected:
-  RandomWalk()
-      : chance_(static_cast<unsigned>(FromEnvironment("TESSARO_WALK_SEED", 1))), messages_(chance_), random_(chance_) {
+  RandomWalk() : chance_(static_cast<unsigned>(FromEnvironment("TESSARO_WALK_SEED", 1))), messages_(chance_) {
     QApplication::setQuitOnLastWindowClosed(false);
     disk_.Put(kTestFile, FileText({NewCard(1),
                                    WrongCard(2, 500),
@@ -85,6 +66,11 @@ class RandomWalk : public testing::Test {
   }
 
   size_t Any(size_t bound) { return chance_() % bound; }
+  int AnyInt(int bound) { return static_cast<int>(Any(static_cast<size_t>(bound))); }
+  template <typename Item>
+  Item& AnyOf(QList<Item*>& items) {
+    return *items[AnyInt(static_cast<int>(items.size()))];
+  }
 
   // Says what comes, for the case that it lasts too long.
   void Doing(const QString& what, const QWidget& where, int how) {
@@ -102,23 +88,20 @@ class RandomWalk : public testing::Test {
       program_->main_window().show();
       return &program_->main_window();
     }
-    return windows[static_cast<qsizetype>(Any(static_cast<size_t>(windows.size())))];
+    return &AnyOf(windows);
   }
 
   void PressKey(QWidget& window) {
-    static constexpr Qt::Key kKeys[] = {
-        Qt::Key_Return,  Qt::Key_Return, Qt::Key_Space,     Qt::Key_Space,  Qt::Key_Tab,     Qt::Key_Tab,
-        Qt::Key_Backtab, Qt::Key_Escape, Qt::Key_Delete,    Qt::Key_Home,   Qt::Key_End,     Qt::Key_Up,
-        Qt::Key_Down,    Qt::Key_Left,   Qt::Key_Right,     Qt::Key_PageUp, Qt::Key_F1,      Qt::Key_F2,
-        Qt::Key_F3,      Qt::Key_F4,     Qt::Key_F5,        Qt::Key_F6,     Qt::Key_F8,      Qt::Key_F11,
-        Qt::Key_A,       Qt::Key_B,      Qt::Key_Backspace, Qt::Key_C,      Qt::Key_L,       Qt::Key_N,
-        Qt::Key_R,       Qt::Key_S,      Qt::Key_V,         Qt::Key_X,      Qt::Key_Y,       Qt::Key_Z,
-        Qt::Key_1,       Qt::Key_9,      Qt::Key_Less,      Qt::Key_Period, Qt::Key_PageDown};
-    static constexpr Qt::KeyboardModifiers kModifiers[] = {Qt::NoModifier,      Qt::NoModifier,  Qt::NoModifier,
-                                                           Qt::ControlModifier, Qt::AltModifier, Qt::ShiftModifier};
+    // From these on one of so many that follow one another; keys that do much come twice.
+    static constexpr std::pair<Qt::Key, int> kKeys[] = {
+        {Qt::Key_Return, 1}, {Qt::Key_Return, 1}, {Qt::Key_Space, 1}, {Qt::Key_Space, 1}, {Qt::Key_Escape, 8},
+        {Qt::Key_Tab, 1},    {Qt::Key_Home, 8},   {Qt::Key_Home, 8},  {Qt::Key_F1, 12},   {Qt::Key_A, 26},
+        {Qt::Key_A, 26},     {Qt::Key_0, 10},     {Qt::Key_Less, 1},  {Qt::Key_Period, 1}};
+    static constexpr Qt::KeyboardModifier kModifiers[] = {Qt::ControlModifier, Qt::AltModifier, Qt::ShiftModifier};
     QWidget* target = window.focusWidget() != nullptr ? window.focusWidget() : &window;
-    const Qt::Key key = kKeys[Any(std::size(kKeys))];
-    const Qt::KeyboardModifiers modifiers = kModifiers[Any(std::size(kModifiers))];
+    const auto [first, count] = kKeys[Any(std::size(kKeys))];
+    const auto key = static_cast<Qt::Key>(first + AnyInt(count));
+    const Qt::KeyboardModifiers modifiers = Any(2) == 0 ? Qt::KeyboardModifiers() : kModifiers[Any(3)];
     Doing(u"key"_s, *target, QKeyCombination(modifiers, key).toCombined());
     QTest::keyClick(target, key, modifiers);
   }
@@ -132,8 +115,7 @@ class RandomWalk : public testing::Test {
   }
 
   void ClickSomewhere(QWidget& window) {
-    const QPoint place(static_cast<int>(Any(static_cast<size_t>(window.width()))),
-                       static_cast<int>(Any(static_cast<size_t>(window.height()))));
+    const QPoint place(AnyInt(window.width()), AnyInt(window.height()));
     QWidget* target = window.childAt(place);
     if (target == nullptr) target = &window;
     const auto button = Any(8) == 0 ? Qt::RightButton : Qt::LeftButton;
@@ -144,25 +126,25 @@ class RandomWalk : public testing::Test {
     QList<QAbstractButton*> buttons = window.findChildren<QAbstractButton*>();
     buttons.removeIf([](const QAbstractButton* b) { return !b->isVisible() || !b->isEnabled(); });
     if (buttons.isEmpty()) return;
-    QAbstractButton* button = buttons[static_cast<qsizetype>(Any(static_cast<size_t>(buttons.size())))];
-    Click(button, Qt::LeftButton, button->rect().center());
+    QAbstractButton& button = AnyOf(buttons);
+    Click(&button, Qt::LeftButton, button.rect().center());
   }
 
   void TriggerAnyCommand(QWidget& window) {
     QList<QAction*> actions = window.findChildren<QAction*>();
     actions.removeIf([](const QAction* a) { return !a->isEnabled() || a->menu() != nullptr || a->isSeparator(); });
     if (actions.isEmpty()) return;
-    QAction* action = actions[static_cast<qsizetype>(Any(static_cast<size_t>(actions.size())))];
-    Doing(u"command "_s + action->text(), window, 0);
-    action->trigger();
+    QAction& action = AnyOf(actions);
+    Doing(u"command "_s + action.text(), window, 0);
+    action.trigger();
   }
 
   void DoAnything() {
     QWidget& window = *Somewhere();
-    clock_.now += static_cast<int64_t>(Any(100));
+    clock_.now += AnyInt(100);
     switch (Any(12)) {
       case 0:
-        return window.resize(static_cast<int>(100 + Any(900)), static_cast<int>(100 + Any(700)));
+        return window.resize(100 + AnyInt(900), 100 + AnyInt(700));
       case 1:
       case 2:
         return PressAnyButton(window);
@@ -205,7 +187,7 @@ class RandomWalk : public testing::Test {
   MemoryDisk disk_;
   FixedClock clock_;
   WalkMessages messages_;
-  ChanceRandom random_;
+  ScriptedRandom random_{chance_};
   std::unique_ptr<Program> program_;
 
   int seconds_ = 0;

@@ -1,20 +1,14 @@
 // The start page, and how learning begins from it.
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QLineEdit>
 #include <QMenu>
-#include <QPushButton>
 #include <QScreen>
 #include <QTemporaryDir>
 
 #include "app/dlneu.h"
 #include "learn/dlausw.h"
 #include "learn/dlparam.h"
+#include "learn/wnlern.h"
 #include "tests/app/main_window_fixture.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
@@ -56,7 +50,7 @@ TEST_F(MainWindowFiles, LearningLastsUntilAnotherFileIsOpened) {
   Click(u"ButtonLearn"_s);
   EXPECT_TRUE(program.learning());
   Trigger(u"LernStartExecute"_s);
-  const QWidgetList windows = LearningWindows();
+  const QList<TF_wnlern*> windows = OpenWindows<TF_wnlern>();
   ASSERT_EQ(windows.size(), 1) << "no second window for the same run";
   EXPECT_TRUE(windows[0]->screen()->availableGeometry().contains(windows[0]->pos()));
   EXPECT_TRUE(window().OpenFile(kOther));
@@ -95,7 +89,8 @@ TEST_F(MainWindowFiles, EnterPressesTheButtonWithTheFocus) {
   button.setFocus();
   QTest::keyClick(&button, Qt::Key_Return);
   QApplication::processEvents();
-  EXPECT_EQ(Control<QLabel>(*LearningWindows().at(0), u"LabelSteuerung"_s).text(), u"Lernsteuerung nach Reihenfolge"_s);
+  EXPECT_EQ(Control<QLabel>(*OpenWindows<TF_wnlern>().at(0), u"LabelSteuerung"_s).text(),
+            u"Lernsteuerung nach Reihenfolge"_s);
 }
 
 TEST_F(MainWindowFiles, RecentRowsShowTheFocusAndAreOpenedByTheKeyboard) {
@@ -153,7 +148,7 @@ TEST_F(MainWindowFiles, OtherWaysToLearnStartFromTheStartPageAndInTheRunningWind
   EXPECT_FALSE(program.learning());
   Click(u"ButtonReihe"_s);
   QApplication::processEvents();
-  const auto stage = [] { return Control<QLabel>(*LearningWindows().at(0), u"LabelSteuerung"_s).text(); };
+  const auto stage = [] { return Control<QLabel>(*OpenWindows<TF_wnlern>().at(0), u"LabelSteuerung"_s).text(); };
   EXPECT_EQ(stage(), u"Lernsteuerung nach Reihenfolge"_s);
   DriveDialog<TF_dlausw>([&] { Trigger(u"LernAuswahlExecute"_s); }, count_and_press(u"BitBtnLern1"_s));
   EXPECT_EQ(stage(), u"Lernsteuerung manuell - in Karteifach 1 -"_s);

@@ -1,14 +1,7 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <map>
 #include <set>
 #include <span>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "cards/card_edit.h"
 #include "tests/support/test_cards.h"

@@ -1,10 +1,6 @@
 #include "cards/card_edit.h"
 
-#include <gtest/gtest.h>
-
-#include <map>
 #include <random>
-#include <set>
 
 #include "cards/card_writer.h"
 #include "tests/cards/card_edit_model.h"
@@ -135,41 +131,10 @@ class CardEditTest : public ::testing::Test {
     file_->RowChanged(row, std::array{5});
   }
 
-  // The lines of an index in an order that does not depend on that of equal keys.
-  template <typename Index>
-  std::vector<std::string> Lines(const Index& index) {
-    MemoryDisk disk;
-    EXPECT_TRUE(index.SaveTo(*disk.Create("index"), file_->cards()));
-    std::vector<std::string> lines;
-    std::istringstream text(*disk.Content("index"));
-    for (std::string line; std::getline(text, line);) lines.push_back(line);
-    std::sort(lines.begin(), lines.end());
-    return lines;
-  }
-
-  void ExpectIndexesAreRight() {
-    const CardTable& cards = file_->cards();
-    const LearnIndex& learn = file_->learn_index();
-    LearnIndex built;
-    LinkIndex links;
-    ASSERT_TRUE(built.Build(cards) && links.Build(cards));
-    EXPECT_EQ(Lines(learn), Lines(built));
-    EXPECT_EQ(Lines(file_->link_index()), Lines(links));
-    for (int row = 2; row + 1 < learn.RowCount(); ++row) ASSERT_LE(learn.Score(row), learn.Score(row + 1));
-    for (int row = kFirstCardRow; row <= file_->CardCount() + 1; ++row) {
-      ASSERT_EQ(learn.RowOfCard(row) != 0, built.RowOfCard(row) != 0);
-      ASSERT_TRUE(learn.RowOfCard(row) == 0 || learn.BoxPos(learn.RowOfCard(row)) == row);
-      const int64_t id = LeadingNumber(cards.Peek(1, row));
-      const int found = file_->link_index().RowOfId(id);
-      ASSERT_EQ(found != 0, id != 0 && id <= 999999);
-      ASSERT_TRUE(found == 0 || LeadingNumber(cards.Peek(1, found)) == id);
-    }
-    EXPECT_EQ(file_->link_index().RowOfId(999998), 0);
-  }
-
   void ExpectAsInModel() {
     ASSERT_EQ(FileText(file_->cards()), model_.Text());
-    ExpectIndexesAreRight();
+    ExpectIndexesFit(*file_);
+    EXPECT_EQ(file_->link_index().RowOfId(999998), 0);
     EXPECT_GE(file_->highest_id(), highest_);
     highest_ = file_->highest_id();
     for (const auto& [name, row] : model_.held) {
@@ -222,33 +187,6 @@ TEST_F(CardEditTest, AnySequenceGivesTheCardsOfAPlainModel) {
   }
 }
 
-TEST_F(CardEditTest, CutAnywhereTheJournalGivesTheStateAfterAWholeCommand) {
-  Start(5);
-  std::vector<std::string> texts = {model_.Text()};
-  std::vector<size_t> ends;
-  while (ends.size() < 8) {
-    const size_t before = disk_.Content(kJournal).value_or("").size();
-    RandomCommand(3);
-    if (ends.size() == 3) Answer();
-    const size_t size = disk_.Content(kJournal).value_or("").size();
-    if (size == before) continue;
-    ends.push_back(size);
-    texts.push_back(model_.Text());
-  }
-  const std::string journal = *disk_.Content(kJournal);
-  for (size_t place = 0; place <= journal.size(); place += 1 + Below(6)) {
-    SCOPED_TRACE(place);
-    disk_.Put(kJournal, journal.substr(0, place));
-    const bool unsaved = Reopen().unsaved.has_value();
-    ASSERT_TRUE(!unsaved || file_->TakeOverUnsaved());
-    const auto whole = static_cast<size_t>(std::upper_bound(ends.begin(), ends.end(), place) - ends.begin());
-    const std::string text = FileText(file_->cards());
-    // The answer is a record of its own.
-    ASSERT_TRUE(text == texts[whole] || (whole == 3 && place > ends[2])) << whole;
-    (void)disk_.Remove("/deck/x-Antworten-1.mlj");
-  }
-}
-
 TEST_F(CardEditTest, WhatTheJournalCouldKeepIsThereAfterACrash) {
   using enum MemoryDisk::WriteFault;
   for (const auto& [fault, stays] :
@@ -277,7 +215,7 @@ TEST_F(CardEditTest, WhatTheJournalCouldKeepIsThereAfterACrash) {
       EXPECT_TRUE(report.put_aside.empty());
       ASSERT_TRUE(!report.unsaved || file_->TakeOverUnsaved());
       ASSERT_EQ(FileText(file_->cards()), kept);
-      ExpectIndexesAreRight();
+      ExpectIndexesFit(*file_);
     }
   }
 }
@@ -285,39 +223,27 @@ TEST_F(CardEditTest, WhatTheJournalCouldKeepIsThereAfterACrash) {
 TEST_F(CardEditTest, RefusesWhatNamesNoCards) {
   Start(3);
   const std::string text = model_.Text();
-  using Make = std::function<void(CardCommand&)>;
-  const Make commands[] = {
-      [](CardCommand& c) { c.Remove(1); },
-      [](CardCommand& c) { c.Remove(5); },
-      [](CardCommand& c) { c.Remove(3), c.Remove(2); },
-      [](CardCommand& c) { c.Remove(2), c.Remove(2); },
-      [](CardCommand& c) { c.Remove(2), c.Remove(3), c.Remove(4); },
-      [](CardCommand& c) {
-        c.Remove(3), c.Replace(3, {{3, "x"}});
-      },
-      [](CardCommand& c) {
-        c.Replace(1, {{3, "x"}});
-      },
-      [](CardCommand& c) {
-        c.Replace(4, {{3, "x"}}), c.Replace(2, {{3, "x"}});
-      },
-      [](CardCommand& c) {
-        c.Replace(2, {{9, "x"}});
-      },
-      [](CardCommand& c) {
-        c.InsertBehind(0, {{3, "x"}});
-      },
-      [](CardCommand& c) {
-        c.InsertBehind(5, {{3, "x"}});
-      },
-      [](CardCommand& c) {
-        c.InsertBehind(2, {{9, "x"}});
-      },
-  };
-  for (const Make& make : commands) {
+  // What is done ("-" removed, "=" replaced, "+" inserted behind), the row and the column.
+  const std::vector<std::tuple<char, int, int>> commands[] = {{{'-', 1, 0}},
+                                                              {{'-', 5, 0}},
+                                                              {{'-', 3, 0}, {'-', 2, 0}},
+                                                              {{'-', 2, 0}, {'-', 2, 0}},
+                                                              {{'-', 2, 0}, {'-', 3, 0}, {'-', 4, 0}},
+                                                              {{'-', 3, 0}, {'=', 3, 3}},
+                                                              {{'=', 1, 3}},
+                                                              {{'=', 4, 3}, {'=', 2, 3}},
+                                                              {{'=', 2, 9}},
+                                                              {{'+', 0, 3}},
+                                                              {{'+', 5, 3}},
+                                                              {{'+', 2, 9}}};
+  for (const auto& parts : commands) {
     CardCommand command;
-    make(command);
-    EXPECT_FALSE(CardEdit(*file_).Apply(std::move(command)));
+    for (const auto& [what, row, column] : parts) {
+      if (what == '-') command.Remove(row);
+      if (what == '=') command.Replace(row, {{column, "x"}});
+      if (what == '+') command.InsertBehind(row, {{column, "x"}});
+    }
+    EXPECT_FALSE(CardEdit(*file_).Apply(std::move(command))) << testing::PrintToString(parts);
   }
   EXPECT_TRUE(FileText(file_->cards()) == text && !file_->changed());
 }

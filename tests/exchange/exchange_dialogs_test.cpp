@@ -1,9 +1,4 @@
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QStatusBar>
-#include <QTableWidget>
 #include <QTextEdit>
 
 #include "exchange/dldel.h"
@@ -11,6 +6,7 @@
 #include "exchange/dlimp.h"
 #include "exchange/dltrans.h"
 #include "exchange/dlupd.h"
+#include "platform/code_page.h"
 #include "store/file/ini_file.h"
 #include "tests/support/test_cards.h"
 #include "tests/support/window_test.h"
@@ -18,8 +14,6 @@
 
 namespace tessaro {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 // A dialog over an open card file, without the rest of the program.
 class ExchangeDialogs : public WindowTest {
@@ -143,34 +137,22 @@ TEST_F(ExchangeDialogs, ImportShowsWhatWouldComeAndBringsItIn) {
 }
 
 TEST_F(ExchangeDialogs, TextsAreWholeInLargeLettersWithAWarningToo) {
-  const QFont before = QApplication::font();
-  QFont large = before;
-  large.setPointSizeF(before.pointSizeF() * 1.5);
-  QApplication::setFont(large);
+  const LetterScale large(1.5);
   Show<TF_dlexp>();
   Type(u"EditVH"_s, u"n"_s);
   QTest::qWait(20);
-  for (const QLabel* label : dialog->findChildren<QLabel*>()) {
-    if (!label->isVisible()) continue;
-    const int needed = label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
-    EXPECT_GE(label->height(), needed) << label->text().toStdString();
-  }
-  QApplication::setFont(before);
+  ExpectWholeLabels(*dialog);
 }
 
 TEST_F(ExchangeDialogs, ImportThatCannotBeReadSaysSoAndChangesNothing) {
-  disk.Put("/texts/falsch.txt",
-           "a\xA4"
-           "b|c|");
+  disk.Put("/texts/falsch.txt", std::string("a¤b|c|"_cp));
   Show<TF_dlimp>();
   Choose(u"/texts/fehlt.txt"_s);
   EXPECT_EQ(messages.errors.takeFirst(), u"\nDatei kann nicht\ngeöffnet werden"_s);
   Choose(u"/texts/falsch"_s);
   Click(u"BitBtnVTrain"_s);
   EXPECT_EQ(messages.errors.takeFirst(), u"Falsche(s) Trennzeichen in Karte 1"_s);
-  disk.Put("/texts/falsch.txt",
-           "a\xA4"
-           "b|");
+  disk.Put("/texts/falsch.txt", std::string("a¤b|"_cp));
   Click(u"BitBtnVTrain"_s);
   EXPECT_EQ(messages.errors.takeFirst(), u"Formatfehler"_s);
   Type(u"EditVH10"_s, u"0"_s);
@@ -219,14 +201,7 @@ TEST_F(ExchangeDialogs, StatisticsAreDeletedAfterAQuestionAndACopy) {
 }
 
 TEST_F(ExchangeDialogs, TransferAsksForWhatIsMissingAndOpensTheResult) {
-  disk.Put("/texts/alt.txt",
-           "one\ntwo\n000001\xA4"
-           "0\xA4"
-           "a||b\xA4"
-           "c\xA4"
-           "1\xA4"
-           "0\xA4wf\xA4"
-           "0\n");
+  disk.Put("/texts/alt.txt", std::string("one\ntwo\n000001¤0¤a||b¤c¤1¤0¤wf¤0\n"_cp));
   Show<TF_dltrans>();
   Click(u"BitBtnOK"_s);
   EXPECT_EQ(messages.errors.takeFirst(), u"Eingabe Name neue Kartei fehlt"_s);

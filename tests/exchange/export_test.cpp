@@ -1,7 +1,5 @@
 #include "exchange/card_export.h"
 
-#include <gtest/gtest.h>
-
 #include "exchange/separators.h"
 #include "platform/memory_file.h"
 #include "tests/support/test_cards.h"

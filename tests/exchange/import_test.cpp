@@ -1,15 +1,18 @@
-#include <gtest/gtest.h>
-
 #include <random>
 
 #include "exchange/card_export.h"
+#include "exchange/first_version.h"
+#include "exchange/foreign_text.h"
 #include "exchange/table_import.h"
 #include "exchange/text_cards.h"
+#include "platform/code_page.h"
 #include "platform/memory_file.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {
 namespace {
+
+using namespace std::literals;
 
 constexpr TextLayout kBars = {.separator = ';', .card_separator = '|'};
 constexpr TableLayout kSemicolons = {.separator = ';', .quote = '\''};
@@ -162,6 +165,93 @@ TEST(RoundTrip, TextComesBackButForLineBreaksAtTheFrontEmptySidesAndDoubledBacks
     const TextLayout layout = {.separator = ';', .card_separator = '|', .backslash_pairs = true};
     EXPECT_EQ(Cards(exported.TakeText(), layout), expected);
   }
+}
+
+using first_version::ReadTopics;
+using first_version::Topics;
+using first_version::WriteCards;
+
+constexpr std::string_view kHead = "ID|Topic|Question|Answer|Score|TimeLearned|YesNoRow|TimeRow\n@@|||||||\n";
+constexpr std::string_view kEnd = "##|||||||\n";
+
+std::string Converted(const std::string& lines) {
+  MemoryWriter file;
+  EXPECT_TRUE(WriteCards("one\ntwo\n" + lines, ';', file).good);
+  const std::string text = WithBars(file.TakeText());
+  EXPECT_TRUE(text.starts_with(kHead) && text.ends_with(kEnd)) << text;
+  return text.substr(kHead.size(), text.size() - kHead.size() - kEnd.size());
+}
+
+TEST(FirstVersion, LinesAreConverted) {
+  EXPECT_EQ(Converted("1;a||b\\;|||\x0F\n"), "1|a\\nb\\\\|\\n||\n");
+  EXPECT_EQ(Converted("1;a"), "1|a\n");
+  EXPECT_EQ(Converted(""), "");
+  MemoryWriter file;
+  EXPECT_EQ(WriteCards("only one line", ';', file).lines, 0);
+}
+
+TEST(FirstVersion, LongLineComesInPieces) {
+  const std::string front(first_version::kPiece - 1, 'a');
+  EXPECT_EQ(Converted(front + "||b\n"), front + "||b\n");  // a break that is cut is none
+  EXPECT_EQ(Converted(front + "a999999 * x* y\nlast\n"), front + "alast\n");
+}
+
+TEST(FirstVersion, TopicsStandBetweenMarks) {
+  const Topics topics =
+      ReadTopics("999999;  ** Tiere* " + std::string(20, 'b') + "* " + std::string(21, 'c') + "**x*", ';');
+  EXPECT_EQ(topics.names[0], "Tiere");  // the mark in column 9 is none
+  EXPECT_EQ(topics.names[1], std::string(20, 'b'));
+  EXPECT_EQ(topics.names[2], "...");
+  EXPECT_EQ(topics.names[3], "...");  // a mark directly behind a mark
+  EXPECT_EQ(topics.names[5], "...");
+  std::string line = "9999990000";
+  for (int i = 0; i < 30; ++i) line += "* " + std::to_string(i);
+  EXPECT_EQ(ReadTopics(line, ';').names[19], "19");
+  EXPECT_EQ(ReadTopics(line, ';').name, "20");
+  EXPECT_EQ(ReadTopics(line.insert(40, ";"), ';').name, "...");
+  EXPECT_EQ(ReadTopics("9999990000* a* b" + std::string(490, ' ') + "* c* d", ';').names[1], "...");
+}
+
+TEST(ForeignText, EncodingIsRecognisedAndConverted) {
+  const struct {
+    std::string raw;
+    Encoding encoding;
+    std::string bytes;
+    int replaced;
+  } cases[] = {
+      {"abc", Encoding::CodePage, "abc", 0},
+      {"gr\xFC\xDF", Encoding::CodePage, "gr\xFC\xDF", 0},
+      {"grüß €", Encoding::Utf8, "gr\xFC\xDF \x80", 0},
+      {"\xEF\xBB\xBFgrün", Encoding::Utf8WithMark, "gr\xFCn", 0},
+      {"\xEF\xBB\xBFgr\xFCn", Encoding::Utf8WithMark, "gr\xFCn", 0},
+      {"\xFF\xFE"s + "g\0\xFC\0\x51\x01"s, Encoding::Utf16Little, "g\xFCo", 1},
+      {"\xFE\xFF"s + "\0g\0\xFC\0\r\0\n"s, Encoding::Utf16Big, "g\xFC\n", 0},
+      {"\xFF\xFE\x3D\xD8\x00\xDE\x3D"s, Encoding::Utf16Little, "??", 2},  // a pair and half a unit
+      {"\xFF\xFE\x00\xDE\x61\x00"s, Encoding::Utf16Little, "?a", 1},      // half a pair
+      {"a\xCC\x88 s\xCC\x88 \xCC\x88", Encoding::Utf8, "\xE4 s ", 2},     // accents of their own
+      {"ő ﬁ → ☃\xE2\x80\x8B", Encoding::Utf8, "o fi -> ?", 5},
+      {"ấ Ł", Encoding::Utf8, "a L", 2},
+  };
+  for (const auto& [raw, encoding, bytes, replaced] : cases) {
+    const ForeignText text = ReadForeignText(raw);
+    EXPECT_EQ(text.encoding, encoding) << raw;
+    EXPECT_EQ(text.bytes, bytes) << raw;
+    EXPECT_EQ(text.replaced, replaced) << raw;
+  }
+}
+
+TEST(ForeignText, LineEndsBecomeLineFeedsAndZerosAreLeftOutAndCounted) {
+  const ForeignText text = ReadForeignText("a\r\nb\rc\0\r\r\n\r\0\n"s);
+  EXPECT_EQ(text.bytes, "a\nb\rc\r\n\r\n");
+  EXPECT_EQ(text.zeros, 2);
+}
+
+TEST(ForeignText, ExamplesNameEachReplacementOnce) {
+  const ForeignText text = ReadForeignText("ő ő ☃");
+  ASSERT_EQ(text.examples.size(), 2U);
+  EXPECT_EQ(text.examples[0].by, "o");
+  EXPECT_EQ(text.examples[1].character, U'☃');
+  EXPECT_EQ(text.replaced, 3);
 }
 
 }  // namespace

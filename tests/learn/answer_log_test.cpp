@@ -1,9 +1,5 @@
 #include "learn/answer_log.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "cards/figures.h"
 #include "tests/learn/learn_fixture.h"
 

@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <map>
 #include <random>
 #include <set>
 
@@ -101,8 +98,7 @@ class FollowingCards : public LearnTest, private CardWatcher {
       return card;
     };
     settings.SetInt("CHK", "n", 2);
-    random.numbers.assign(97, 0);
-    for (uint32_t& number : random.numbers) number = static_cast<uint32_t>(chance()) >> 1U;
+    random = ScriptedRandom(chance);
     run.reset();
     file.Close();
     Open(Numbered(3 + Any(60), any_card));

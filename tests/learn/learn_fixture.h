@@ -1,12 +1,6 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <functional>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "learn/learning_run.h"
 #include "tests/support/clock_and_chance.h"

@@ -1,9 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <QCheckBox>
-#include <QLineEdit>
-#include <QPushButton>
-
 #include "learn/dlausw.h"
 #include "learn/dllernkeys.h"
 #include "learn/dlparam.h"
@@ -11,8 +5,6 @@
 #include "learn/hot_key_edit.h"
 #include "tests/learn/window_fixture.h"
 #include "widgets/htmlview.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
@@ -138,27 +130,19 @@ TEST_F(LearningDialogs, AWrongParameterKeepsTheFocusAndChangesNothing) {
 
 // Labels that break their lines have the height for it, and the dialog a place on the screen.
 TEST_F(LearningDialogs, ParametersAreWholeWithLargeLetters) {
-  const QFont before = QApplication::font();
-  for (const qreal scale : {1.0, 1.5}) {
-    QFont large = before;
-    large.setPointSizeF(before.pointSizeF() * scale);
-    QApplication::setFont(large);
+  for (const double scale : {1.0, 1.5}) {
+    const LetterScale large(scale);
     TF_dlparam dialog({});
     dialog.show();
     QApplication::processEvents();
     EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height()) << scale;
-    for (const QLabel* label : dialog.findChildren<QLabel*>()) {
-      if (!label->isVisible()) continue;
-      const int needed = label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
-      EXPECT_GE(label->height(), needed) << label->text().toStdString() << " at " << scale;
-    }
+    ExpectWholeLabels(dialog);
     // A field that is scrolled out of sight comes into sight with the focus.
     auto& last = Control<QLineEdit>(dialog, u"EdCheckPosition"_s);
     last.setFocus(Qt::TabFocusReason);
     QApplication::processEvents();
     EXPECT_FALSE(last.visibleRegion().isEmpty()) << scale;
   }
-  QApplication::setFont(before);
 }
 
 TEST_F(LearningDialogs, AKeyOfOnesOwnWorksInTheWindowAndOnTheQuestion) {

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "learn/leitner_count.h"
 #include "learn/leitner_method.h"
 #include "tests/learn/learn_fixture.h"
@@ -76,11 +74,6 @@ TEST_F(LeitnerTest, CommandsFollowCountsAndLimits) {
   EXPECT_EQ(text(commands), "0110001");
   AllowAfterCount({}, limits, commands);
   EXPECT_TRUE(commands.learn[5]) << "box 6 stays allowed";
-
-  settings.SetInt("Leitner", "Fach1", 1000);
-  settings.SetInt("Leitner", "Fach3", -1);
-  EXPECT_EQ(ReadBoxLimits(settings).cards, (std::array<int64_t, kLimitedBoxes>{999, 50, 0, 250, 500}))
-      << "no more than the dialog can show";
 }
 
 TEST_F(LeitnerTest, OrderIsByNewestAnswerWithLateOnesLast) {

@@ -1,8 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <map>
-#include <random>
-
 #include "tests/learn/learn_fixture.h"
 
 namespace tessaro {
@@ -88,42 +83,6 @@ TEST_F(SelectionTest, NothingButCardsThatCannotBeChosenIsNoCardAtAll) {
   EXPECT_EQ(run->card().row, 0);
   EXPECT_EQ(random.draws, 0u);
   EXPECT_TRUE(told.events.empty());
-}
-
-// The same run with and without such cards among the others, answers taken back included.
-TEST_F(SelectionTest, CardsThatCannotBeChosenChangeNothingForTheOthers) {
-  std::mt19937 chance(8);
-  const auto any = [&chance](int count) { return static_cast<int>(chance() % static_cast<unsigned>(count)); };
-  for (int round = 0; round < 60; ++round) {
-    std::vector<TestCard> plain, mixed;
-    for (int i = 1; any(30) != 0; ++i) {
-      // Equal scores would stand in another order when more cards are built into the index.
-      const TestCard card = KnownCard(i, i == 1 ? 0 : i * 37 % 1009, 500 + any(900));
-      while (any(2) == 0) {
-        const TestCard other = With(card, &TestCard::id, "7" + IdText(any(999)).substr(1));
-        mixed.push_back(With(other, &TestCard::question, any(2) == 0 ? "<navigation>" : "a<+++>"));
-      }
-      plain.push_back(card);
-      mixed.push_back(card);
-    }
-    std::vector<uint32_t> draws(701);
-    for (uint32_t& draw : draws) draw = static_cast<uint32_t>(chance()) >> 1U;
-    const auto learn = [&](const std::vector<TestCard>& cards) {
-      OpenWith(cards, {kNoChecking, {"RNG", "max", 9}, {"RNG", "chn", 2}}, draws);
-      clock.now = kNow;
-      std::string shown;
-      run->Start();
-      for (size_t step = 0; step < 40; ++step, clock.now += 700) {
-        draws[step] % 3 == 0 ? run->NotKnown() : run->Known();
-        if (draws[step] % 5 == 0) run->TakeBackAnswer();
-        const RunFigures& figures = run->figures();
-        shown += std::string(CardReader(file).Id(run->card().row)) + '/' + std::to_string(figures.width) + '/' +
-                 std::to_string(figures.drawn_position) + '/' + std::to_string(figures.unknown_count) + ' ';
-      }
-      return shown;
-    };
-    EXPECT_EQ(learn(mixed), learn(plain)) << round;
-  }
 }
 
 TEST_F(SelectionTest, ManyUnknownCardsNarrowTheWidthAndNoneWidensIt) {

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <random>
 #include <sstream>
@@ -78,8 +76,7 @@ class TakingBack : public LearnTest {
     disk.Put("/deck/x.ini", "[ROW]\nPos=" + std::to_string(AnySetting(8)) + "\n");
     for (const char* key : {"min", "max", "chn"}) settings.SetInt("RNG", key, AnySetting(8));
     for (const char* key : {"n", "wi", "max"}) settings.SetInt("CHK", key, AnySetting(5));
-    random.numbers.assign(300, 0);
-    for (uint32_t& number : random.numbers) number = static_cast<uint32_t>(chance()) >> 1U;
+    random = ScriptedRandom(chance);
   }
   void Begin(int options) {
     run.reset();

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QApplication>
-
 #include "learn/wnlern.h"
 #include "tests/learn/learn_fixture.h"
 #include "tests/support/window_test.h"
@@ -27,9 +25,6 @@ class LearningWindow : public WindowTest {
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     QApplication::processEvents();
-  }
-  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
   }
   QWidget& Tested() override { return *window; }
   std::string_view Field(std::string_view column, int row) {

@@ -1,14 +1,10 @@
 // How the learning window looks and where its parts go.
 
-#include <gtest/gtest.h>
-
 #include <QScrollBar>
 #include <QToolButton>
 
 #include "settings/keys.h"
 #include "tests/learn/window_fixture.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {

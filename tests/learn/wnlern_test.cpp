@@ -1,12 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <QClipboard>
 
 #include "cards/card_edit.h"
 #include "settings/keys.h"
 #include "tests/learn/window_fixture.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {

@@ -1,15 +1,15 @@
 #include "platform/disk.h"
-#include "tests/support/temporary_folder.h"
 
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <atomic>
 #include <chrono>
 #include <csignal>
-#include <filesystem>
-#include <string>
-#include <vector>
+#include <thread>
+
+#include "platform/background_flush.h"
+#include "tests/support/temporary_folder.h"
 
 namespace tessaro {
 namespace {
@@ -141,6 +141,63 @@ TEST_F(RealDiskTest, MakesFoldersAndFollowsLinks) {
                                                  {folder_ / "loop" / "x", folder_ / "loop" / "x"},
                                                  {folder_ / long_name, folder_ / long_name}};
   for (const auto& [path, target] : cases) EXPECT_EQ(disk_.Resolve(path), target);
+}
+
+using namespace std::chrono_literals;
+
+// Waits for what another thread does; false when it does not come.
+template <typename Condition>
+bool Comes(const Condition& condition) {
+  const auto end = std::chrono::steady_clock::now() + 60s;
+  bool come = false;
+  while (!(come = condition()) && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(5ms);
+  return come;
+}
+
+// A flush that is held up at its end, so that on a busy machine, too, it is known what was written meanwhile.
+TEST(BackgroundFlush, GathersWritesFlushesOnItsOwnAndGoesOnAfterAFailure) {
+  std::atomic<int> flushes = 0;
+  std::atomic<bool> may_end = false;
+  std::atomic<bool> good = false;
+  BackgroundFlush background;
+  background.SetFlush([&] {
+    ++flushes;
+    Comes([&] { return may_end.load(); });
+    return good.load();
+  });
+  const auto start = std::chrono::steady_clock::now();
+  background.Written();
+  ASSERT_TRUE(Comes([&] { return flushes == 1; }));
+  EXPECT_GE(std::chrono::steady_clock::now() - start, 400ms) << "not one by one";
+  for (int i = 0; i < 100; ++i) background.Written();
+  EXPECT_FALSE(background.TakeFailure()) << "it has not ended yet";
+  may_end = true;
+  EXPECT_TRUE(Comes([&] { return background.TakeFailure(); }));
+  EXPECT_TRUE(Comes([&] { return flushes == 2; })) << "what was written meanwhile is one flush";
+  EXPECT_TRUE(Comes([&] { return background.TakeFailure(); }));
+  EXPECT_FALSE(background.TakeFailure()) << "told once";
+  good = true;
+  background.Written();
+  EXPECT_TRUE(Comes([&] { return flushes == 3; }));
+  std::this_thread::sleep_for(1200ms);
+  EXPECT_TRUE(flushes == 3 && !background.TakeFailure()) << "nothing was written since";
+}
+
+TEST(BackgroundFlush, FlushesWhatIsLeftWhenItEndsAndNothingThatWasTakenAway) {
+  int flushes = 0;
+  {
+    BackgroundFlush background;
+    background.SetFlush([&] { return ++flushes > 0; });
+    background.Written();
+  }
+  EXPECT_EQ(flushes, 1);
+  {
+    BackgroundFlush background;
+    background.SetFlush([&] { return ++flushes > 0; });
+    background.Written();
+    background.SetFlush(nullptr);
+  }
+  EXPECT_EQ(flushes, 1);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <set>
-#include <string>
 
 #include "settings/box_limits.h"
 #include "settings/decimal_text.h"
@@ -52,20 +51,26 @@ TEST(Settings, DecimalsAreReadWithEitherSignAndWrittenSoThatTheyReadTheSame) {
 }
 
 TEST(Settings, LookOfASideComesBackAndLeavesTheOtherSideAlone) {
+  const std::pair<const char*, int64_t> sizes[] = {
+      {"", 14},
+      {"Size=1", 1},
+      {"Size=4000", 400},
+      {"Size=0\nHeight=-16", 12},
+      {"Size=-3\nHeight=32", 24},
+      {"Height=-9223372036854775808", 400},
+      {"Size=gross", 14},
+  };
+  for (const auto& [text, points] : sizes) {
+    EXPECT_EQ(ReadSideSettings(Parsed(std::string("[FontV]\n") + text), SideName::Front).points, points) << text;
+  }
   IniFile settings = Parsed("[FontV]\nCharset=1\nHeight=-13\nColor=-5\n[ClText]\nH=255\n");
   SideSettings front = ReadSideSettings(settings, SideName::Front);
-  EXPECT_EQ(front.points, 9);
-  EXPECT_EQ(front.text, SideSettings::kNoColour) << "a colour of another system";
+  EXPECT_EQ(front, (SideSettings{.points = 9})) << "a colour of another system is none";
   EXPECT_EQ(ReadSideSettings(settings, SideName::Back).text, 255);
 
   front = {.font = "DejaVu Serif", .points = 31, .fixed_pitch = true, .text = 0x102030, .paper = 0xFFFFFF};
   WriteSideSettings(front, SideName::Front, settings);
-  const SideSettings read = ReadSideSettings(settings, SideName::Front);
-  EXPECT_EQ(read.font, front.font);
-  EXPECT_EQ(read.points, 31);
-  EXPECT_TRUE(read.fixed_pitch);
-  EXPECT_EQ(read.text, 0x102030);
-  EXPECT_EQ(read.paper, 0xFFFFFF);
+  EXPECT_EQ(ReadSideSettings(settings, SideName::Front), front);
   EXPECT_EQ(ReadSideSettings(settings, SideName::Back).text, 255);
 
   RemoveSideSettings(SideName::Front, settings);

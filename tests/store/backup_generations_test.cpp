@@ -1,7 +1,5 @@
 #include "store/file/backup_generations.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <set>
 

@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <filesystem>
 #include <fstream>
 
 #include "store/file/card_file.h"

@@ -1,7 +1,5 @@
 #include "store/file/card_file.h"
 
-#include <gtest/gtest.h>
-
 #include "platform/code_page.h"
 #include "tests/support/test_cards.h"
 

@@ -1,7 +1,5 @@
 #include "store/file/journal.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <random>
 #include <thread>
@@ -16,10 +14,19 @@ const std::filesystem::path kJournal = "/deck/x.mlj";
 
 constexpr ContentStamp kBase = {33, 44};
 constexpr ContentStamp kSaved = {12, 0xFFFFFFFFFFFFFFFF};
+JournalRecord AnyEdit() {
+  EditChange change = {.row_count = 5, .old_ids = {}, .edit = {}};
+  change.old_ids.AddRow({{1, "000002"}});
+  change.edit.removed = {3};
+  change.edit.places = {4};
+  change.edit.inserted.AddRow({{2, "neu"}, {3, "new"}});
+  return {1003, change};
+}
 const std::vector<JournalRecord> kRecords = {{1000, RowChange{2, {{5, "000000777"}, {7, std::string("w\0\xFF\n", 4)}}}},
                                              {1001, SavePoint{kSaved}},
                                              {-1, TableChange{"ID\nx\n"}},
-                                             {1002, RowChange{4294967295, {}}}};
+                                             {1002, RowChange{4294967295, {}}},
+                                             AnyEdit()};
 
 TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
   std::string text = JournalHead(kBase);
@@ -46,8 +53,8 @@ TEST(Journal, CutOrDamagedAnywhereKeepsTheRecordsBefore) {
 
 TEST(Journal, TellsWhatAFileLacksFromItsLastSavePointOn) {
   const JournalContents contents = {kBase, kRecords, false};
-  EXPECT_EQ(ChangesSince(contents, kBase), (std::vector{kRecords[0], kRecords[2], kRecords[3]}));
-  EXPECT_EQ(ChangesSince(contents, kSaved), (std::vector{kRecords[2], kRecords[3]}));
+  EXPECT_EQ(ChangesSince(contents, kBase), (std::vector{kRecords[0], kRecords[2], kRecords[3], kRecords[4]}));
+  EXPECT_EQ(ChangesSince(contents, kSaved), (std::vector{kRecords[2], kRecords[3], kRecords[4]}));
 }
 
 // A card file that is changed, and a program that can end at any moment.

@@ -1,12 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
-#include <memory>
 #include <numeric>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include "store/table/card_table.h"
 #include "tests/store/naive_table.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <random>
 #include <utility>
 #include <vector>
 
@@ -25,6 +26,10 @@ class FixedClock : public Clock {
 class ScriptedRandom : public Random {
  public:
   explicit ScriptedRandom(std::vector<uint32_t> numbers_in = {}) : numbers(std::move(numbers_in)) {}
+  // Any numbers, as many as no test needs before they come again.
+  explicit ScriptedRandom(std::mt19937& chance) : numbers(997) {
+    for (uint32_t& number : numbers) number = static_cast<uint32_t>(chance()) >> 1U;
+  }
   uint32_t Next() override { return numbers.empty() ? 0 : numbers[draws++ % numbers.size()]; }
 
   std::vector<uint32_t> numbers;

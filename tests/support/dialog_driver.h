@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLabel>
 #include <QTest>
 #include <QTimer>
 #include <functional>
@@ -27,6 +28,41 @@ void DriveDialog(const std::function<void()>& open, const std::function<void(Dia
   constexpr int kLooks = 200;
   for (int look = 0; look < kLooks && !met; ++look) QTest::qWait(5);
   EXPECT_TRUE(met) << "no such dialog came up";
+}
+
+// The windows of this kind that are on the screen.
+template <typename Window>
+QList<Window*> OpenWindows() {
+  QList<Window*> windows;
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (auto* found = qobject_cast<Window*>(widget); found != nullptr && found->isVisible()) windows += found;
+  }
+  return windows;
+}
+
+// Has all dialogs in letters so many times as large as long as it is there.
+class LetterScale {
+ public:
+  explicit LetterScale(double scale) {
+    QFont large = before_;
+    large.setPointSizeF(before_.pointSizeF() * scale);
+    QApplication::setFont(large);
+  }
+  LetterScale(const LetterScale&) = delete;
+  LetterScale& operator=(const LetterScale&) = delete;
+  ~LetterScale() { QApplication::setFont(before_); }
+
+ private:
+  QFont before_ = QApplication::font();
+};
+
+// Every label has the height that its text needs, broken into lines or not.
+inline void ExpectWholeLabels(const QWidget& window) {
+  for (const QLabel* label : window.findChildren<QLabel*>()) {
+    if (!label->isVisible()) continue;
+    const int needed = label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
+    EXPECT_GE(label->height(), needed) << label->text().toStdString();
+  }
 }
 
 // A control or command of a window by its object name.

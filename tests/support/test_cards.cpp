@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <sstream>
 
 namespace tessaro {
 
@@ -58,6 +59,36 @@ CardTable TableOf(const std::string& text, char separator) {
 void OpenTestFile(MemoryDisk& disk, CardFile& file, const std::vector<TestCard>& cards) {
   disk.Put(kTestFile, FileText(cards));
   ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
+}
+
+template <typename Index>
+std::vector<std::string> SortedLines(const Index& index, const CardTable& cards) {
+  MemoryDisk disk;
+  EXPECT_TRUE(index.SaveTo(*disk.Create("index"), cards));
+  std::vector<std::string> lines;
+  std::istringstream text(disk.Content("index").value_or(""));
+  for (std::string line; std::getline(text, line);) lines.push_back(line);
+  std::sort(lines.begin(), lines.end());
+  return lines;
+}
+
+void ExpectIndexesFit(CardFile& file) {
+  const CardTable& cards = file.cards();
+  const LearnIndex& learn = file.learn_index();
+  LearnIndex built;
+  LinkIndex links;
+  ASSERT_TRUE(built.Build(cards) && links.Build(cards));
+  EXPECT_EQ(SortedLines(learn, cards), SortedLines(built, cards));
+  EXPECT_EQ(SortedLines(file.link_index(), cards), SortedLines(links, cards));
+  for (int row = 2; row + 1 < learn.RowCount(); ++row) ASSERT_LE(learn.Score(row), learn.Score(row + 1));
+  for (int row = kFirstCardRow; row <= file.CardCount() + 1; ++row) {
+    ASSERT_EQ(learn.RowOfCard(row) != 0, built.RowOfCard(row) != 0);
+    ASSERT_TRUE(learn.RowOfCard(row) == 0 || learn.BoxPos(learn.RowOfCard(row)) == row);
+    const int64_t id = LeadingNumber(cards.Peek(1, row));
+    const int found = file.link_index().RowOfId(id);
+    ASSERT_EQ(found != 0, id != 0 && id <= 999999);
+    ASSERT_TRUE(found == 0 || LeadingNumber(cards.Peek(1, found)) == id);
+  }
 }
 
 void SetScore(CardFile& file, int row, int64_t score) {

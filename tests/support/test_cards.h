@@ -48,6 +48,9 @@ inline constexpr const char* kTestFile = "/deck/x.mlb";
 // Puts the cards on the disk under kTestFile and opens them.
 void OpenTestFile(MemoryDisk& disk, CardFile& file, const std::vector<TestCard>& cards);
 
+// Both indexes are what a rebuild would make of the cards, the order among equal scores aside, and find each card.
+void ExpectIndexesFit(CardFile& file);
+
 // Gives a card a score, as an answer does.
 void SetScore(CardFile& file, int row, int64_t score);
 

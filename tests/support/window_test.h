@@ -2,9 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <QAbstractButton>
 #include <QAction>
-#include <QLabel>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTableWidget>
 
 #include "tests/support/clock_and_chance.h"
 #include "tests/support/dialog_driver.h"
@@ -12,6 +18,8 @@
 #include "tests/support/recorded_messages.h"
 
 namespace tessaro {
+
+using namespace Qt::StringLiterals;  // names of controls
 
 // A test of a window in a world that it rules. It finds the controls and commands by their object names.
 class WindowTest : public testing::Test {
@@ -25,6 +33,15 @@ class WindowTest : public testing::Test {
   void Trigger(const QString& name) { Command(name).trigger(); }
   void Click(const QString& name) { QTest::mouseClick(&Find<QAbstractButton>(name), Qt::LeftButton); }
   QString Text(const QString& name) { return Find<QLabel>(name).text(); }
+  // Presses a key where the focus is.
+  static void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+  }
+  // Does `act` in the dialog that the command opens.
+  template <typename Dialog>
+  void Drive(const QString& command, const std::function<void(Dialog&)>& act) {
+    DriveDialog<Dialog>([&] { Trigger(command); }, act);
+  }
 
   MemoryDisk disk;
   FixedClock clock;

@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QDBusVariant>
 #include <QDialog>
 #include <QFile>
@@ -9,7 +6,6 @@
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QThread>
-#include <QTimer>
 #include <QWidget>
 #include <fstream>
 
@@ -107,22 +103,6 @@ TEST(WindowPlace, ComesBackAndIsAlwaysOnAScreen) {
     RestoreWindowPlace(window, settings, "T");
     EXPECT_EQ(QRect(window.pos(), window.size()), restored) << kept.x() << " " << kept.width();
   }
-}
-
-// The one who closes the window may come between the end of a dialog and the return to what opened it.
-TEST(Dialogs, AreOpenUntilTheirLoopHasEnded) {
-  QWidget window;
-  QDialog dialog(&window);
-  QDialog beside(&window);
-  beside.show();
-  EXPECT_FALSE(HasOpenDialog(window));
-  QTimer::singleShot(0, &dialog, [&] {
-    EXPECT_TRUE(HasOpenDialog(window));
-    dialog.accept();
-    EXPECT_TRUE(HasOpenDialog(window));
-  });
-  EXPECT_EQ(dialog.exec(), QDialog::Accepted);
-  EXPECT_FALSE(HasOpenDialog(window));
 }
 
 TEST(Drawing, ShowsNothingOfOtherFiles) {

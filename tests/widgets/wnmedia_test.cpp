@@ -1,13 +1,9 @@
 #include "widgets/wnmedia.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 #include <fstream>
 
 #include "tests/support/dialog_driver.h"
