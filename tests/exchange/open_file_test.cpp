@@ -1,5 +1,4 @@
 // What is done to the open card file or to the file on the disk: import, reset, transfer.
-#include <gtest/gtest.h>
 
 #include "cards/figures.h"
 #include "exchange/blank_card.h"
@@ -42,7 +41,7 @@ TEST_F(OpenFile, TextImportAppendsCardsThatWereNeverLearned) {
   EXPECT_EQ(Field(5, kId), kEndMark);
   EXPECT_EQ(file.RowOfId(43), 4);
   EXPECT_EQ(file.learn_index().RowCount(), 5);
-  EXPECT_TRUE(file.changed());
+  EXPECT_TRUE(file.changed() && disk.Exists("/deck/x.mlj"));
 }
 
 TEST_F(OpenFile, TextImportThatCannotBeDoneChangesNothing) {
@@ -79,54 +78,37 @@ TEST_F(OpenFile, LargeTextImportIsWholeOrTakenBack) {
   EXPECT_EQ(file.RowOfId(41 + kCards), kCards + kFirstCardRow);
 }
 
-// The cards in memory are all there whatever the disk does; after a crash there are those before, or all.
-TEST_F(OpenFile, FailingDiskLeavesATextImportWhole) {
-  for (int n = 1;; ++n) {
-    SCOPED_TRACE(n);
-    bool last = false;
-    {
-      CardFile crashed(disk);
-      OpenTestFile(disk, crashed, {{.id = "000041"}});
-      disk.FailAt(n);
-      ASSERT_EQ(ImportText(crashed, "a;b|c;d|", kBars, 0).end, ImportEnd::Done);
-      last = n > disk.operations();
-      disk.FailAt(0);
-      EXPECT_EQ(crashed.CardCount(), 3);
-    }
-    const OpenReport report = file.Open(kTestFile);
-    ASSERT_EQ(report.result, OpenResult::Opened);
-    EXPECT_EQ(file.CardCount(), 1);
-    if (report.unsaved) {
-      ASSERT_TRUE(file.TakeOverUnsaved());
-      EXPECT_EQ(file.CardCount(), 3);
-      EXPECT_EQ(Field(4, kQuestion), "c");
-    }
-    file.Close();
-    if (!last) continue;
-    EXPECT_TRUE(report.unsaved);
-    break;
-  }
-}
-
-TEST_F(OpenFile, FailingDiskLeavesTheOldOrTheNewCardsOfATableImport) {
+// Whether one operation fails or the program ends there. An answer that is not saved belongs to the cards before, and
+// to no others.
+TEST_F(OpenFile, TableImportThatFailsAnywhereLeavesTheOldOrTheNewCards) {
   const std::string table = "000005;0;f;g;1;0;wf;0 0\n";
   const TableCheck check = CheckTable(table, kSemicolons);
-  for (int n = 1;; ++n) {
-    SCOPED_TRACE(n);
-    disk.Put(kTestFile, FileText({{.id = "000041"}}));
-    disk.Put("/deck/x.row", "old index");
-    disk.FailAt(n);
-    const ImportResult result = ReplaceByTable(disk, PathsFor(kTestFile), table, kSemicolons, check);
-    const bool last = n > disk.operations();
-    disk.FailAt(0);
-    CardFile opened(disk);
-    ASSERT_EQ(opened.Open(kTestFile).result, OpenResult::Opened);
-    EXPECT_EQ(opened.RowOfId(result.end == ImportEnd::Done ? 5 : 41), kFirstCardRow);
-    if (result.end == ImportEnd::Done) {
-      EXPECT_FALSE(disk.Exists("/deck/x.row"));
-      EXPECT_EQ(disk.Content("/deck/x.ml~"), FileText({{.id = "000041"}}));
+  for (const bool ends : {false, true}) {
+    bool reached = true;
+    for (int n = 1; reached; ++n) {
+      SCOPED_TRACE(n);
+      MemoryDisk failing;
+      auto crashed = std::make_unique<CardFile>(failing);
+      OpenTestFile(failing, *crashed, {{.id = "000041"}});
+      failing.Put("/deck/x.row", "old index");
+      SetScore(*crashed, kFirstCardRow, 777);
+      failing.FailAt(n, MemoryDisk::WriteFault::Nothing, ends);
+      const ImportEnd end = ReplaceByTable(failing, PathsFor(kTestFile), table, kSemicolons, check).end;
+      reached = failing.operations() >= n;
+      crashed.reset();
+      failing.FailAt(0);
+      CardFile opened(failing);
+      const OpenReport report = opened.Open(kTestFile);
+      ASSERT_EQ(report.result, OpenResult::Opened);
+      const bool is_new = opened.RowOfId(5) == kFirstCardRow;
+      EXPECT_TRUE(is_new || opened.RowOfId(41) == kFirstCardRow);
+      EXPECT_TRUE(is_new == (end == ImportEnd::Done) || (ends && is_new));
+      EXPECT_EQ(report.unsaved.has_value(), !is_new);
+      EXPECT_TRUE(is_new || (opened.TakeOverUnsaved() && LeadingNumber(opened.cards().Peek(5, kFirstCardRow)) == 777));
+      if (end != ImportEnd::Done) continue;
+      EXPECT_FALSE(failing.Exists("/deck/x.row"));
+      EXPECT_EQ(failing.Content("/deck/x.ml~"), FileText({{.id = "000041"}}));
     }
-    if (last) break;
   }
   EXPECT_EQ(ReplaceByTable(disk, PathsFor(kTestFile), "", kSemicolons, CheckTable("", kSemicolons)).end,
             ImportEnd::NoCards);
@@ -172,12 +154,14 @@ TEST_F(OpenFile, TransferMakesACardFileWithTopics) {
   using first_version::End;
   const std::string exported = "one\r\ntwo\r\n000001;0;a||b;c;1;0;wf;0\r\n9999990000* Tiere* x";
   disk.Put("/old/export.txt", exported);
-  disk.Put("/old/Neu.ini", "[ROW]\nPos=5\n[TOPIC]\n3=weg\n");
+  disk.Put("/old/Neu.ini", "[ROW]\nPos=5\n[topic]\n3=weg\nq=weg\n");
   ASSERT_EQ(first_version::TransferFile(disk, "/old/export.txt", "/old/Neu.mlb", ';').end, End::Done);
   ASSERT_EQ(file.Open("/old/Neu.mlb").result, OpenResult::Opened);
   EXPECT_EQ(Field(2, kQuestion), "a\nb");
   EXPECT_EQ(file.settings().GetString("TOPIC", "0"), "Tiere");
   EXPECT_EQ(file.settings().GetString("TOPIC", "3"), "...");
+  EXPECT_EQ(file.settings().GetString("TOPIC", "name"), "...");
+  EXPECT_FALSE(file.settings().Has("TOPIC", "q"));
   EXPECT_EQ(file.settings().GetString("ROW", "Pos"), "5");
   // It is open now.
   CardFile other(disk);
