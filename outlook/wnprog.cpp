@@ -1,7 +1,6 @@
 #include "outlook/wnprog.h"
 
 #include <QSignalBlocker>
-#include <algorithm>
 
 #include "outlook/due_count.h"
 #include "outlook/forecast_texts.h"
@@ -58,7 +57,7 @@ void TF_wnprog::ReadWishes() {
   ui_->SpinNeu->setValue(static_cast<int>(keys::kPlanNewCards.Read(settings)));
   const int minutes = static_cast<int>(keys::kPlanMinutes.Read(settings));
   ui_->SpinMinuten->setValue(minutes);
-  ui_->SpinRueckstand->setValue(std::max(minutes, 1));
+  ui_->SpinRueckstand->setValue(minutes);
 }
 
 void TF_wnprog::KeepWishes() {
@@ -79,7 +78,7 @@ void TF_wnprog::SetMinutes(int minutes) {
   const QSignalBlocker no_echo(ui_->SpinMinuten);
   const QSignalBlocker no_echo_either(ui_->SpinRueckstand);
   ui_->SpinMinuten->setValue(minutes);
-  ui_->SpinRueckstand->setValue(std::max(minutes, 1));
+  ui_->SpinRueckstand->setValue(minutes);
   due_shown_ = false;
   plan_shown_ = false;
   ShowCurrent();

@@ -2,21 +2,26 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QDateEdit>
+#include <QDateTime>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSignalSpy>
 #include <QSpinBox>
 #include <QSplitter>
 #include <QTabWidget>
 #include <QTableView>
 
+#include "cards/card_edit.h"
 #include "outlook/dlkarten.h"
 #include "outlook/number_texts.h"
 #include "outlook/outlook_page.h"
 #include "outlook/summary_texts.h"
 #include "outlook/wneval.h"
 #include "outlook/wnprog.h"
+#include "settings/keys.h"
 #include "tests/outlook/outlook_fixture.h"
 #include "tests/support/dialog_driver.h"
 
@@ -33,6 +38,7 @@ class OutlookWindowTest : public OutlookTest {
       cards[i].question = "Wort " + std::to_string(i + 1);
     }
     OutlookTest::Open(cards);
+    keys::kPlanMinutes.Write(2, file.settings());  // plans of much work take long
   }
   template <typename Window>
   void Show(Window& window) {
@@ -144,6 +150,96 @@ TEST_F(OutlookWindowTest, PagesAreWorkedOutHoweverFastTheyAreTurned) {
   GoTo(forecast, 1);
   GoTo(forecast, 0);
   EXPECT_TRUE(backlog.text().contains(u"mit 30 Sek. "_s)) << backlog.text().toStdString();
+  Control<QSpinBox>(forecast, u"SpinRueckstand"_s).setValue(2);
+  GoTo(forecast, 1);
+  EXPECT_TRUE(Page(forecast, u"PagePruefung"_s).plot().TextOf(2).startsWith(u"2 Min. am Tag: "_s));
+  Control<QSpinBox>(forecast, u"SpinMinuten"_s).setValue(4);
+  GoTo(forecast, 0);
+  EXPECT_TRUE(backlog.text().contains(u"mit 2 Min. "_s)) << "the wish holds for both pages";
+
+  const std::pair<int, int> bars[] = {{0, 3 + 7}, {1, 3 + 30}, {2, 3 + 13}, {3, 3 + 53}};
+  for (const auto& [choice, count] : bars) {
+    Control<QComboBox>(forecast, u"CbHorizont"_s).setCurrentIndex(choice);
+    Wait(forecast);
+    EXPECT_EQ(Page(forecast, u"PageFaellig"_s).plot().Count(), count);
+  }
+  QSignalSpy learn(&forecast, &TF_wnprog::LearnWanted);
+  EXPECT_TRUE(Control<QWidget>(forecast, u"PanelPause"_s).isVisible());
+  Control<QPushButton>(forecast, u"ButtonLernen"_s).click();
+  EXPECT_EQ(learn.size(), 1);
+}
+
+// Cards that change and go, F5, Esc.
+TEST_F(OutlookWindowTest, FollowsTheDeckUntilItIsClosed) {
+  Open(DrawDeck(71, 30, 5, kStandardWeights));
+  TF_wneval evaluation(file, settings, clock);
+  Show(evaluation);
+  OutlookPage& page = Page(evaluation, u"PageWissen"_s);
+  const auto list = [&] { return evaluation.findChild<TF_dlkarten*>(); };
+  const auto open_list = [&] {
+    QTest::keyClick(&page.plot(), Qt::Key_End);
+    QTest::keyClick(&page.plot(), Qt::Key_Left);
+    while (list() == nullptr && page.plot().selected() > 0) {
+      QTest::keyClick(&page.plot(), Qt::Key_Return);
+      if (list() == nullptr) QTest::keyClick(&page.plot(), Qt::Key_Left);
+    }
+  };
+  open_list();
+  ASSERT_NE(list(), nullptr);
+  CardCommand blank;
+  blank.Replace(2, {{file.columns().time_row, BlankTimeRow()}});
+  ASSERT_TRUE(CardEdit(file).Apply(blank));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Sentence(page).endsWith(u" Eine ist neu."_s); }));
+  EXPECT_NE(list(), nullptr) << "it may be in use";
+  evaluation.Renew();
+  EXPECT_EQ(list(), nullptr) << "it is of the past";
+  CardCommand command;
+  command.Remove(3);
+  ASSERT_TRUE(CardEdit(file).Apply(command));
+  EXPECT_FALSE(evaluation.Working()) << "the rows are others now";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Sentence(page).contains(u" von 28 Karten"_s); }));
+  open_list();
+  evaluation.resize(evaluation.width(), 640);
+  evaluation.close();
+  EXPECT_EQ(list(), nullptr);
+  TF_wneval again(file, settings, clock);
+  again.show();
+  EXPECT_EQ(again.height(), 640);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&again));
+  QTest::keyClick(&again, Qt::Key_F5);
+  EXPECT_TRUE(again.Working());
+  QTest::keyClick(&again, Qt::Key_Escape);
+  EXPECT_FALSE(again.isVisible());
+}
+
+TEST_F(OutlookWindowTest, ChoicesOfThePagesMeanWhatTheySay) {
+  const int64_t today = days.DayOf(kNow);
+  const int64_t month = days.StartOf(today - 29);
+  std::vector<TestCard> cards(1, CardWith({{month - 100 * kDay, 'w'}, {month - 1, 'w'}, {month, 'w'}}));
+  cards.push_back(CardWith({{kNow - 9, 'f'}, {kNow - 8, 'f'}, {kNow - 7, 'w'}}, 1, 20));
+  cards.push_back(CardWith({{kNow - 40 * kDay, 'f'}}, 1, 10));
+  cards.push_back(CardWith({{kNow - 7, 'w'}}, 1, 30));
+  Open(cards);
+  TF_wneval evaluation(file, settings, clock);
+  Show(evaluation);
+  GoTo(evaluation, 2);
+  const std::pair<int, int> answers[] = {{0, 3}, {1, 4}, {3, 4}};
+  for (const auto& [choice, count] : answers) {
+    Control<QComboBox>(evaluation, u"CbPruefzeitraum"_s).setCurrentIndex(choice);
+    Wait(evaluation);
+    const QString sentence = Sentence(Page(evaluation, u"PageStimmen"_s));
+    EXPECT_TRUE(sentence.contains(u"(%1 von 100)"_s.arg(count))) << sentence.toStdString();
+  }
+  GoTo(evaluation, 3);
+  const char16_t* const first[] = {u"Wort 4: ", u"Wort 2: ", u"Wort 3: "};
+  for (int order = 0; order < 3; ++order) {
+    Control<QComboBox>(evaluation, u"CbSortierung"_s).setCurrentIndex(order);
+    EXPECT_TRUE(Page(evaluation, u"PageKosten"_s).plot().TextOf(0).startsWith(QString::fromUtf16(first[order])));
+  }
+  // A day of the past is no wish any more.
+  ASSERT_TRUE(file.settings().SetString("PROG", "Datum", "2023-11-13"));
+  TF_wnprog forecast(file, settings, clock);
+  EXPECT_EQ(Control<QDateEdit>(forecast, u"DatePruefung"_s).date(), QDate(1970, 1, 1).addDays(today + 90));
 }
 
 TEST_F(OutlookWindowTest, TellsFiguresInWordsAndAsATable) {
@@ -172,6 +268,48 @@ TEST_F(OutlookWindowTest, TellsFiguresInWordsAndAsATable) {
   EXPECT_EQ(lines[4], u"70 bis 80 %\t1\t33 %"_s);
 }
 
+TEST_F(OutlookWindowTest, TableGoesWithThePlot) {
+  std::vector<TestCard> cards;
+  for (int i = 1; i <= 60; ++i) cards.push_back(CardWith({{kNow - kDay, 'w'}}, 1, i));
+  Open(cards);
+  TF_wneval evaluation(file, settings, clock);
+  Show(evaluation);
+  GoTo(evaluation, 3);
+  OutlookPage& page = Page(evaluation, u"PageKosten"_s);
+  QApplication::processEvents();
+  QTest::keyClick(&page.plot(), Qt::Key_End);
+  EXPECT_TRUE(page.plot().visibleRegion().contains(page.plot().FrameOf(49).center())) << "it is scrolled to";
+  auto& table = Control<QTableView>(page, u"Tabelle"_s);
+  QTest::keyClick(&evaluation, Qt::Key_T, Qt::ControlModifier);
+  EXPECT_EQ(evaluation.focusWidget(), &table);
+  table.setCurrentIndex(table.model()->index(7, 0));
+  EXPECT_EQ(page.plot().selected(), 7);
+  QTest::keyClick(&evaluation, Qt::Key_T, Qt::ControlModifier);
+  EXPECT_EQ(evaluation.focusWidget(), &page.plot());
+
+  // Pulled up by the mouse, the table stays where it was put.
+  auto& splitter = Control<QSplitter>(page, u"Teilung"_s);
+  const auto pull = [&](QEvent::Type type, int up, Qt::MouseButtons held) {
+    const QPoint at = QPoint(5, 1 - up);
+    QMouseEvent event(type, at, splitter.handle(1)->mapToGlobal(at), Qt::LeftButton, held, {});
+    QApplication::sendEvent(splitter.handle(1), &event);
+  };
+  pull(QEvent::MouseButtonPress, 0, Qt::LeftButton);
+  pull(QEvent::MouseMove, 90, Qt::LeftButton);
+  pull(QEvent::MouseButtonRelease, 0, Qt::NoButton);
+  EXPECT_TRUE(page.TableShown());
+  EXPECT_NEAR(splitter.sizes().back(), 90, 20);
+
+  // The lines of this table are days, not curves.
+  TF_wnprog forecast(file, settings, clock);
+  Show(forecast);
+  GoTo(forecast, 1);
+  OutlookPage& plan = Page(forecast, u"PagePruefung"_s);
+  auto& days_table = Control<QTableView>(plan, u"Tabelle"_s);
+  days_table.setCurrentIndex(days_table.model()->index(2, 0));
+  EXPECT_EQ(plan.plot().selected(), -1);
+}
+
 TEST_F(OutlookWindowTest, ListSortsAndOpensTheEditor) {
   std::vector<TestCard> cards;
   for (int i = 0; i < 5; ++i) cards.push_back(CardWith({{kNow - (5 - i) * kDay, 'f'}}, 0, i * 200 % 500));
@@ -195,7 +333,28 @@ TEST_F(OutlookWindowTest, ListSortsAndOpensTheEditor) {
   Control<QPushButton>(list, u"ButtonText"_s).click();
   const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
   EXPECT_EQ(lines[0], u"Karte\tFrage\tGewusst\tFällig\tFehler\tLernzeit"_s);
+  const auto change_question = [&](int row) {
+    CardCommand command;
+    command.Replace(row, {{file.columns().question, "anders"}});
+    QSignalSpy changed(view.model(), &QAbstractItemModel::dataChanged);
+    return CardEdit(file).Apply(command) && changed.size() == 1;
+  };
+  EXPECT_TRUE(change_question(4)) << "what is seen follows";
   EXPECT_EQ(lines[5], u"000003\tWort 3\t65 %\tüberfällig\t1\t7 Min."_s);
+}
+
+TEST_F(OutlookWindowTest, ListSaysWhenCardsAreDue) {
+  const std::vector<TestCard> cards = {TestCard{}, CardWith({{kNow - kDay, 'w'}}, 2 * kDay),
+                                       CardWith({{kNow - kDay, 'w'}}, 3600),
+                                       CardWith({{kNow - kDay, 'w'}}, 90'000'000'000'000)};
+  Open(cards);
+  TF_dlkarten list(file, nullptr);
+  list.Show(u"Titel"_s, CardLines(file, std::make_shared<const DeckOutlook>(Read()), {}, {2, 3, 4, 5}), {});
+  const QString day = QDateTime::fromSecsSinceEpoch(kNow + kDay).toString(u"dd.MM.yyyy"_s);
+  const QString texts[] = {u"neu"_s, day, u"überfällig"_s, u"später"_s};
+  for (int line = 0; line < 4; ++line) {
+    EXPECT_EQ(Control<QTableView>(list, u"ListCards"_s).model()->index(line, 3).data(), texts[line]);
+  }
 }
 
 TEST_F(OutlookWindowTest, ForecastKeepsItsWishesAndNothingElse) {
