@@ -1,7 +1,7 @@
-#include <QApplication>
-
 #include "outlook/evaluation_texts.h"
 #include "outlook/forecast_texts.h"
+#include "outlook/number_texts.h"
+#include "outlook/summary_texts.h"
 #include "tests/outlook/outlook_fixture.h"
 
 namespace tessaro {
@@ -125,6 +125,30 @@ TEST(ActivityPage, SaysWhereOldAnswersAreLost) {
   EXPECT_EQ(ActivityPage(deck, spans).sentence, u"In den letzten 30 Tagen haben Sie keine Antwort gegeben."_s);
   deck.full_histories = 1;
   EXPECT_TRUE(ActivityPage(deck, spans).note.contains(u"ältere Antworten sind nicht mehr gespeichert"_s));
+}
+
+class SummaryTexts : public OutlookTest {};
+
+TEST_F(SummaryTexts, SayWhatCounts) {
+  const int64_t today = days.StartOf(days.DayOf(kNow));
+  Open({CardWith({{today - 1, 'w'}, {today, 'f'}, {today + 1, 'w'}}), CardWith({{today - 1, 'w'}}), TestCard{},
+        CardWith({{today, 'w'}, {kNow + 1, 'w'}})});
+  EXPECT_EQ(TodayLine(file, kNow, days), u"Heute: 2 Antworten, 50 % gewusst"_s);
+  EXPECT_EQ(TodayLine(file, kNow + 2 * kDay, days), QString());
+  EXPECT_EQ(RecallLine(file, 4, kStandardWeights, kNow), QString()) << "a new card";
+  EXPECT_EQ(RecallLine(file, 5, kStandardWeights, kNow), QString()) << "answered later than now";
+  // Known once, a first answer: the first of the worked examples.
+  EXPECT_EQ(RecallLine(file, 3, kStandardWeights, today - 1 + 600),
+            u"Gewusst jetzt: 96 % · in 7 Tagen 89 % · in 30 Tagen 84 %"_s);
+}
+
+TEST(NumberTexts, AreGerman) {
+  EXPECT_EQ(NumberText(int64_t{1842}), u"1\u202F842"_s);
+  EXPECT_EQ(PercentText(0.8614, 1), u"86,1 %"_s);
+  EXPECT_EQ(SpanText(59), u"59 Sek."_s);
+  EXPECT_EQ(SpanText(61), u"1 Min."_s);
+  EXPECT_EQ(SpanText(3 * 3600 + 12 * 60), u"3 Std. 12 Min."_s);
+  EXPECT_EQ(DayText(0), u"Do, 1.1."_s);
 }
 
 }  // namespace

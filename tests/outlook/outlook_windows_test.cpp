@@ -18,7 +18,6 @@
 #include "outlook/dlkarten.h"
 #include "outlook/number_texts.h"
 #include "outlook/outlook_page.h"
-#include "outlook/summary_texts.h"
 #include "outlook/wneval.h"
 #include "outlook/wnprog.h"
 #include "settings/keys.h"
@@ -177,11 +176,9 @@ TEST_F(OutlookWindowTest, FollowsTheDeckUntilItIsClosed) {
   OutlookPage& page = Page(evaluation, u"PageWissen"_s);
   const auto list = [&] { return evaluation.findChild<TF_dlkarten*>(); };
   const auto open_list = [&] {
-    QTest::keyClick(&page.plot(), Qt::Key_End);
-    QTest::keyClick(&page.plot(), Qt::Key_Left);
-    while (list() == nullptr && page.plot().selected() > 0) {
+    for (int item = 0; list() == nullptr && item < page.plot().Count(); ++item) {
+      page.plot().Select(item);
       QTest::keyClick(&page.plot(), Qt::Key_Return);
-      if (list() == nullptr) QTest::keyClick(&page.plot(), Qt::Key_Left);
     }
   };
   open_list();
@@ -397,28 +394,6 @@ TEST_F(OutlookWindowTest, ForecastKeepsItsWishesAndNothingElse) {
   EXPECT_FALSE(file.changed());
   TF_wnprog again(file, settings, clock);
   EXPECT_EQ(Control<QSpinBox>(again, u"SpinMinuten"_s).value(), 5);
-}
-
-TEST_F(OutlookWindowTest, LinesForOtherWindowsSayWhatCounts) {
-  const int64_t today = days.StartOf(days.DayOf(kNow));
-  Open({CardWith({{today - 1, 'w'}, {today, 'f'}, {today + 1, 'w'}}), CardWith({{today - 1, 'w'}}), TestCard{},
-        CardWith({{today, 'w'}, {kNow + 1, 'w'}})});
-  EXPECT_EQ(TodayLine(file, kNow, days), u"Heute: 2 Antworten, 50 % gewusst"_s);
-  EXPECT_EQ(TodayLine(file, kNow + 2 * kDay, days), QString());
-  EXPECT_EQ(RecallLine(file, 4, kStandardWeights, kNow), QString()) << "a new card";
-  EXPECT_EQ(RecallLine(file, 5, kStandardWeights, kNow), QString()) << "answered later than now";
-  // Known once, a first answer: the first of the worked examples.
-  EXPECT_EQ(RecallLine(file, 3, kStandardWeights, today - 1 + 600),
-            u"Gewusst jetzt: 96 % · in 7 Tagen 89 % · in 30 Tagen 84 %"_s);
-}
-
-TEST(NumberTexts, AreGerman) {
-  EXPECT_EQ(NumberText(int64_t{1842}), u"1\u202F842"_s);
-  EXPECT_EQ(PercentText(0.8614, 1), u"86,1 %"_s);
-  EXPECT_EQ(SpanText(59), u"59 Sek."_s);
-  EXPECT_EQ(SpanText(61), u"1 Min."_s);
-  EXPECT_EQ(SpanText(3 * 3600 + 12 * 60), u"3 Std. 12 Min."_s);
-  EXPECT_EQ(DayText(0), u"Do, 1.1."_s);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <numeric>
 
 #include "outlook/knowledge.h"
+#include "outlook/plan_session.h"
 #include "tests/outlook/outlook_fixture.h"
 
 namespace tessaro {
@@ -85,6 +86,27 @@ TEST_F(PlanTest, ShowsNoMoreNewCardsThanTheDayAllows) {
   EXPECT_LE(some.curves[2].known.back(), 6);
 }
 
+// Those that had no turn yet count among the new cards of the next day.
+TEST_F(PlanTest, SessionsEndInTimeAndAdmitNoNewCardsBeforeOthersThatWait) {
+  Open(OldDeck(0, 20));
+  deck = Read();
+  PlanStart start;
+  start.new_rows = deck.new_rows;
+  start.text = HistoriesText().Take();
+  PlanSession session(start, std::make_unique<CopiedDeck>(start.text), deck, settings);
+  size_t learned = 0;
+  for (int day = 0; day < 4; ++day) {
+    session.Begin(kNow + day * kDay, 2 * deck.seconds_per_answer / 60, 5);
+    EXPECT_EQ(session.traces().size(), 5 + learned);
+    int given = 0;
+    while (session.Answer()) ++given;
+    EXPECT_EQ(given, 2);
+    learned = 0;
+    for (const MemoryTrace& trace : session.traces()) learned += trace.answers > 0 ? 1 : 0;
+    EXPECT_GT(learned, 0U);
+  }
+}
+
 TEST_F(PlanTest, CatchesUpSoonerWithMoreMinutes) {
   std::vector<TestCard> cards;
   for (int i = 0; i < 300; ++i) {
@@ -134,7 +156,9 @@ TEST_F(PlanTest, OfAnExamTodayOrADeckWithoutAnswersIsShort) {
   deck = Read();
   EXPECT_EQ(Run({Today(), 20, 5}).curves[2].known.size(), 1U);
   EXPECT_EQ(Run({Today() - 5, 20, 5}).days, std::vector<int64_t>{0});
-  EXPECT_EQ(Run({Today() + 730, 0, 0}).days.back(), 730);
+  const std::vector<int64_t> dates = Run({Today() + 730, 0, 0}).days;
+  EXPECT_EQ(dates.back(), 730);
+  EXPECT_EQ(dates[1], 13) << "about 60 of them";
   TestCard navigation;
   navigation.question = "<navigation>";
   Open({navigation});
