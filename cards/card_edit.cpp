@@ -65,6 +65,7 @@ TableEdit CardEdit::Effective(CardCommand command, CardCommand& inverse) const {
   std::vector<int> replaced;
   replaced.reserve(edit.replaced.size());
   inverse.edit_.replaced.reserve(edit.replaced.size());
+  inverse.edit_.replacing.Reserve(edit.replacing.bytes().size());
   // Mostly every field changes something. Only from the first one on that does not are they packed anew.
   std::optional<PackedFields> replacing;
   Change change;

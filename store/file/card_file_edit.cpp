@@ -1,7 +1,7 @@
 // The part of the card file that has to do with rows that come, go and change.
 
 #include <algorithm>
-#include <set>
+#include <future>
 #include <utility>
 
 #include "store/file/card_file.h"
@@ -11,6 +11,7 @@ namespace {
 
 // Above this share of the cards a new index is made sooner than each card is put in its place.
 constexpr int kMostPutPart = 4;
+constexpr size_t kWorthAThread = 10'000;  // rows
 
 // The rows of the edit in which IDs and scores change, as they count now.
 struct ReplacedKeys {
@@ -35,24 +36,17 @@ ReplacedKeys ReplacedKeysOf(const TableEdit& edit, const RowShift& shift, const 
   return keys;
 }
 
-std::vector<int> ChangedColumns(const TableEdit& edit) {
-  std::set<int> columns;
-  int last = 0;
-  PackedReader reader(edit.replacing);
-  while (reader.Next()) {
-    for (const FieldView& field : reader.fields()) {
-      if (std::exchange(last, field.column) != field.column) columns.insert(field.column);
-    }
-  }
-  return {columns.begin(), columns.end()};
-}
-
 }  // namespace
 
 std::optional<RowShift> CardFile::Edit(TableEdit edit) {
   if (!IsOpen() || !Fits(edit, content_.cards)) return std::nullopt;
   const RowShift shift = ShiftOf(edit);
   const EditChange change = EditChangeOf(std::move(edit), content_.cards);
+  // A long record is made beside the work for the table and the indexes.
+  std::future record = std::async(change.edit.replaced.size() + change.edit.places.size() < kWorthAThread
+                                      ? std::launch::deferred
+                                      : std::launch::async | std::launch::deferred,
+                                  [&] { return journal_.EditRecord(change); });
   const auto tell_shift = [&](auto told, const RowShift& of) {
     if (!shift.empty()) watchers_.ForEach([&](CardWatcher& watcher) { (watcher.*told)(of); });
   };
@@ -64,7 +58,7 @@ std::optional<RowShift> CardFile::Edit(TableEdit edit) {
   const bool rebuilt = FollowInIndexes(change.edit, shift);
   changed_ = true;
   content_.unknown.reset();
-  journal_.Edited(content_.cards, change);
+  journal_.Edited(content_.cards, change, record.get());
   tell_shift(&CardWatcher::RowsShifted, shift);
   TellOfChanges(change.edit, shift);
   if (rebuilt) watchers_.ForEach([](CardWatcher& watcher) { watcher.IndexesRebuilt(); });
@@ -112,8 +106,7 @@ void CardFile::TellOfChanges(const TableEdit& edit, const RowShift& shift) const
   if (edit.replaced.empty()) return;
   std::vector<int> rows = edit.replaced;
   for (int& row : rows) row = shift.Map(row);
-  const std::vector<int> columns = ChangedColumns(edit);
-  watchers_.ForEach([&](CardWatcher& watcher) { watcher.CardsChanged(rows, columns); });
+  watchers_.ForEach([&](CardWatcher& watcher) { watcher.CardsChanged(rows, edit.replacing.columns()); });
 }
 
 }  // namespace tessaro

@@ -74,14 +74,17 @@ void CardJournal::RowChanged(CardTable& cards, int row, std::span<const int> col
   if (!batch_ || gathered_.size() >= kBatchSize) Push(cards);
 }
 
-void CardJournal::Edited(CardTable& cards, const EditChange& change) {
+std::string CardJournal::EditRecord(const EditChange& change) const {
+  return path_.empty() ? std::string() : JournalText(clock_.Now(), change);
+}
+
+void CardJournal::Edited(CardTable& cards, const EditChange& change, std::string record) {
   if (path_.empty()) return;
   const bool first = rows_.empty() && !whole_table_;
   // Rows that were changed before have other numbers now.
   whole_table_ = whole_table_ || change.edit.MovesRows();
   rows_.insert(rows_.end(), change.edit.replaced.begin(), change.edit.replaced.end());
   if (batch_ && failing_) return;
-  std::string record = JournalText(clock_.Now(), change);
   if (file_ == nullptr) return Note(first ? BeginFile(JournalHead(base_) + record) : WriteAnew(cards));
   if (gathered_.empty()) {
     gathered_ = std::move(record);

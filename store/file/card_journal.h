@@ -55,8 +55,10 @@ class CardJournal {
 
   // The fields of one row changed; no columns: all of them.
   void RowChanged(CardTable& cards, int row, std::span<const int> columns);
-  // Rows came, went or changed in one step, which was done to the cards.
-  void Edited(CardTable& cards, const EditChange& change);
+  // The record of a change that is to come; may be made on another thread.
+  std::string EditRecord(const EditChange& change) const;
+  // Rows came, went or changed in one step, which was done to the cards and has this record.
+  void Edited(CardTable& cards, const EditChange& change, std::string record);
   // The rows were all replaced.
   void TableChanged(CardTable& cards);
   // The cards were written to a file that has this stamp and will be moved into its place.

@@ -209,6 +209,8 @@ EditChange EditChangeOf(TableEdit edit, const CardTable& cards) {
   EditChange change;
   change.row_count = static_cast<uint32_t>(cards.RowCount());
   const int id_column = cards.ColumnIndex(kId);
+  constexpr size_t kUsualRow = 9;  // column, length, six digits, end
+  change.old_ids.Reserve(kUsualRow * (edit.removed.size() + edit.replaced.size()));
   std::vector<FieldView> id(1);
   for (const std::vector<int>* rows : {&edit.removed, &edit.replaced}) {
     for (const int row : *rows) {

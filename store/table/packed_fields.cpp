@@ -33,7 +33,7 @@ std::optional<PackedFields> PackedFields::FromBytes(std::string bytes, size_t ro
   PackedFields fields;
   size_t found = 0;
   for (; reader.Next(); ++found) {
-    for (const FieldView& field : reader.fields()) fields.last_column_ = std::max(fields.last_column_, field.column);
+    for (const FieldView& field : reader.fields()) fields.NoteColumn(field.column);
   }
   if (found != rows || !reader.AtEnd()) return std::nullopt;
   fields.bytes_ = std::move(bytes);
@@ -56,7 +56,7 @@ void PackedFields::AddToLastRow(const std::vector<FieldView>& fields) {
 void PackedFields::Add(const FieldView& field) {
   if (field.column < 1) return;
   const auto column = static_cast<size_t>(field.column);
-  last_column_ = std::max(last_column_, field.column);
+  NoteColumn(field.column);
   std::array<char, 2 * kMostGroups> head;
   if (Repeats(field)) {
     bytes_.append(head.data(), PutNumber(head.data(), column + kRepeated));
@@ -67,6 +67,11 @@ void PackedFields::Add(const FieldView& field) {
   if (column < kMostColumns && last_.size() <= column) last_.resize(column + 1);
   if (column < kMostColumns) last_[column] = {bytes_.size(), field.text.size()};
   bytes_ += field.text;
+}
+
+void PackedFields::NoteColumn(int column) {
+  const auto place = std::lower_bound(columns_.begin(), columns_.end(), column);
+  if (place == columns_.end() || *place != column) columns_.insert(place, column);
 }
 
 bool PackedFields::Repeats(const FieldView& field) const {

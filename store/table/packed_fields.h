@@ -28,9 +28,12 @@ class PackedFields {
   // Adds fields to the row that was added last.
   void AddToLastRow(const std::vector<FieldView>& fields);
 
+  // Makes room for so many bytes at once.
+  void Reserve(size_t bytes) { bytes_.reserve(bytes); }
+
   size_t rows() const { return rows_; }
-  // The highest column of a field; 0 when there is none.
-  int last_column() const { return last_column_; }
+  // The columns of the fields, ascending, each once.
+  const std::vector<int>& columns() const { return columns_; }
   const std::string& bytes() const { return bytes_; }
   bool operator==(const PackedFields& other) const { return rows_ == other.rows_ && bytes_ == other.bytes_; }
 
@@ -40,11 +43,12 @@ class PackedFields {
     size_t size = 0;
   };
   void Add(const FieldView& field);
+  void NoteColumn(int column);
   bool Repeats(const FieldView& field) const;
 
   std::string bytes_;
   size_t rows_ = 0;
-  int last_column_ = 0;
+  std::vector<int> columns_;
   std::vector<Slice> last_;  // by column, in the bytes
 };
 

@@ -29,6 +29,10 @@ bool ShareNone(const std::vector<int>& a, const std::vector<int>& b) {
   });
 }
 
+bool HasColumns(const CardTable& table, const PackedFields& fields) {
+  return fields.columns().empty() || fields.columns().back() <= table.ColumnCount();
+}
+
 }  // namespace
 
 size_t TableEdit::MemoryBytes() const {
@@ -42,7 +46,7 @@ bool Fits(const TableEdit& edit, const CardTable& table) {
   return leaves_some && AreCards(edit.removed, table) && AreCards(edit.replaced, table) &&
          ShareNone(edit.removed, edit.replaced) && ArePlaces(edit.places, table) &&
          edit.inserted.rows() == edit.places.size() && edit.replacing.rows() == edit.replaced.size() &&
-         edit.inserted.last_column() <= table.ColumnCount() && edit.replacing.last_column() <= table.ColumnCount();
+         HasColumns(table, edit.inserted) && HasColumns(table, edit.replacing);
 }
 
 std::vector<int> InsertedRows(const TableEdit& edit) {
