@@ -66,11 +66,12 @@ void AnswerWindow::Float(QWidget& owner) {
   const KeptPlace place =
       OnScreen(ReadPlace(around_.settings.ini, suffix_, first_place_), owner.frameGeometry().size() - owner.size());
   setParent(&owner, Qt::Tool);
+  // A window that the system has already would be moved as if it had no frame.
+  destroy();
   resize(place.width, place.height);
   move(place.x, place.y);
   floats_->setToolTip(u"Unter die Karte setzen"_s);
   show();
-  activateWindow();
 }
 
 void AnswerWindow::BeDocked() {
@@ -93,6 +94,11 @@ void AnswerWindow::Register(bool known) {
     around_.gate.SetResult(known ? AnswerModeResult::Known : AnswerModeResult::NotKnown);
   }
   known ? around_.learning.Known() : around_.learning.NotKnown();
+}
+
+void AnswerWindow::FocusOn(QWidget& control) {
+  window()->activateWindow();
+  control.setFocus();
 }
 
 bool AnswerWindow::IsLearningKey(const QKeyEvent& event) const {

@@ -53,6 +53,9 @@ class AnswerWindow : public QWidget {
   virtual void SwitchedOff() {}
   // The settings were changed by the learner.
   virtual void ReadSettings() {}
+  // Whether the card on screen can be answered here: if not, the keyboard is better left to the learning window.
+  virtual bool CanAnswer() const { return Asks(); }
+  // Brings the keyboard to where the answer is given.
   virtual void TakeFocus() = 0;
 
  Q_SIGNALS:
@@ -77,6 +80,8 @@ class AnswerWindow : public QWidget {
   // There is a card that asks, and it was not answered yet.
   bool Asks() const;
   void Register(bool known);
+  // Gives `control` the keyboard, in whichever window it has been.
+  void FocusOn(QWidget& control);
 
   AnswerSurroundings around_;
 

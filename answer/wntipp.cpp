@@ -96,8 +96,7 @@ void TF_wntipp::SideCame() {
 }
 
 void TF_wntipp::TakeFocus() {
-  if (IsFloating()) activateWindow();
-  ui_->RichEditTipp->setFocus();
+  FocusOn(*ui_->RichEditTipp);
 }
 
 void TF_wntipp::ShowStart() {

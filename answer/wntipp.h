@@ -24,6 +24,7 @@ class TF_wntipp : public AnswerWindow {
   void CardCame() override;
   void SideCame() override;
   void ReadSettings() override;
+  bool CanAnswer() const override { return !required_.empty(); }
   void TakeFocus() override;
 
  Q_SIGNALS:

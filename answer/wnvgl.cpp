@@ -68,7 +68,7 @@ TF_wnvgl::TF_wnvgl(const AnswerSurroundings& around, bool& input_check_on)
   DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->BitBtnClose, *ui_->BitBtnHelp, kHelpText);
   ui_->BitBtnTest->setChecked(input_check_on_);
   // Two lines, so that nothing moves when they are filled.
-  ui_->LabelVergleich->setFixedHeight(2 * fontMetrics().lineSpacing() + 4);
+  ui_->LabelVergleich->setMinimumHeight(2 * fontMetrics().lineSpacing() + 4);
   comparison_end_.setSingleShot(true);
   connect(&comparison_end_, &QTimer::timeout, this, &TF_wnvgl::EndComparison);
   connect(ui_->RichEditVgl, &QLineEdit::textChanged, this, &TF_wnvgl::RichEditVglChange);
@@ -105,8 +105,7 @@ void TF_wnvgl::SideCame() {
 }
 
 void TF_wnvgl::TakeFocus() {
-  if (IsFloating()) activateWindow();
-  ui_->RichEditVgl->setFocus();
+  FocusOn(*ui_->RichEditVgl);
 }
 
 void TF_wnvgl::InsertSign(const QString& sign) {
@@ -142,8 +141,7 @@ void TF_wnvgl::RichEditVglChange() {
 
 void TF_wnvgl::ShowAnswerAndJudge() {
   around_.learning.ShowAnswer();
-  if (IsFloating()) activateWindow();
-  ui_->BitBtnWeissIch->setFocus();
+  FocusOn(*ui_->BitBtnWeissIch);
 }
 
 void TF_wnvgl::Judge(bool known) {

@@ -129,9 +129,13 @@ void TF_wnwahl::SwitchedOff() {
   if (around_.gate.SelectError()) BitBtnLerneIchClick();
 }
 
+bool TF_wnwahl::CanAnswer() const {
+  const std::string_view key = around_.learning.SecondSide();
+  return Asks() && (CanBeRight(key, ChoicePage::Numbers) || CanBeRight(key, ChoicePage::Letters));
+}
+
 void TF_wnwahl::TakeFocus() {
-  if (IsFloating()) activateWindow();
-  setFocus();
+  FocusOn(*this);
 }
 
 void TF_wnwahl::ChoiceClick(size_t choice, QToolButton& button) {
@@ -186,8 +190,7 @@ void TF_wnwahl::Wrong() {
   SetLetters(*ui_->BitBtnLerneIch, AccentColour(Accent::NotKnown, palette()));
   ShowVerdict(*ui_->StatusBarSelect, kWrongText, Verdict::Yellow);
   ui_->BitBtnLerneIch->setEnabled(true);
-  if (IsFloating()) activateWindow();
-  ui_->BitBtnLerneIch->setFocus();
+  FocusOn(*ui_->BitBtnLerneIch);
 }
 
 void TF_wnwahl::Restore() {

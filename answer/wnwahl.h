@@ -27,6 +27,7 @@ class TF_wnwahl : public AnswerWindow {
   void SideCame() override { ShowStatus(); }
   // What is pending is registered as "weiter" would.
   void SwitchedOff() override;
+  bool CanAnswer() const override;
   void TakeFocus() override;
 
  Q_SIGNALS:

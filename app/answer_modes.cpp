@@ -54,6 +54,7 @@ AnswerModes::AnswerModes(const CardFile& file, TF_wnlern& learning, TF_wnmedia& 
   });
   connect(&learning, &TF_wnlern::AnswerGiven, this, [this] {
     if (Window() != nullptr) Window()->AnswerGiven();
+    if (learning_.Card().row == 0) CardShown();  // the run is over
   });
   connect(&media, &TF_wnmedia::SoundFailed, this, [this](const QString& path) {
     if (path == error_sound_) TellBadSound(path);
@@ -81,7 +82,7 @@ void AnswerModes::SwitchTo(AnswerMode mode) {
     TellGate();
     if (mode != AnswerMode::None) {
       if (Window() == nullptr) MakeWindow(mode);
-      Place(SettingsOf(mode).floating.Read(around_.settings.ini));
+      Place();
       CardShown();
     }
     learning_.ShowChoiceStatus();
@@ -116,8 +117,10 @@ void AnswerModes::MakeWindow(AnswerMode mode) {
   connect(window.get(), &AnswerWindow::FloatWanted, this, [this](bool floating) {
     Window()->KeepPlace();
     SettingsOf(mode_).floating.Write(floating, around_.settings.ini);
-    Place(floating);
-    Window()->TakeFocus();
+    // Else the program would believe the keyboard to be with a window that is gone.
+    Window()->hide();
+    Place();
+    TakeFocus();
   });
   PassKeys();
 }
@@ -153,8 +156,8 @@ std::unique_ptr<AnswerWindow> AnswerModes::MakeTyping() {
   return window;
 }
 
-void AnswerModes::Place(bool floating) {
-  if (floating) return Window()->Float(learning_);
+void AnswerModes::Place() {
+  if (SettingsOf(mode_).floating.Read(around_.settings.ini)) return Window()->Float(learning_);
   learning_.DockUnderCard(*Window());
   Window()->BeDocked();
 }
@@ -162,8 +165,16 @@ void AnswerModes::Place(bool floating) {
 void AnswerModes::CardShown() {
   if (Window() == nullptr) return;
   Window()->CardCame();
-  // A question that the step led to is answered first.
-  if (QApplication::activeModalWidget() == nullptr) Window()->TakeFocus();
+  // Who works in another window meanwhile, as in the editor, goes on there.
+  const QWidget* active = QApplication::activeWindow();
+  if (active == nullptr || active == &learning_ || active == Window()) TakeFocus();
+}
+
+void AnswerModes::TakeFocus() {
+  // A question that a step led to is answered first.
+  if (QApplication::activeModalWidget() != nullptr) return;
+  if (Window() != nullptr && Window()->CanAnswer()) return Window()->TakeFocus();
+  learning_.activateWindow();
 }
 
 void AnswerModes::SettingsChanged() {

@@ -31,6 +31,8 @@ class AnswerModes : public QObject {
   void Start();
   void SwitchTo(AnswerMode mode);
   void SettingsChanged();
+  // Gives the keyboard to the window in which the card on screen is answered.
+  void TakeFocus();
 
  private:
   static constexpr size_t kModes = 4;  // of AnswerMode, the first without a window
@@ -44,7 +46,7 @@ class AnswerModes : public QObject {
   void SwitchOff();
   void TellGate();
   void KeepMode();
-  void Place(bool floating);
+  void Place();
   void CardShown();
   void PassKeys();
   void PlayErrorSound(const QString& path);

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QLocale>
 #include <QStandardPaths>
+#include <QTimer>
 #include <system_error>
 #include <utility>
 
@@ -80,9 +81,13 @@ void Program::OpenLearning(std::optional<MethodChoice> choice) {
   if (begins) MakeLearningWindow();
   if (choice) learning_window_->LearnBy(*std::move(choice));
   learning_window_->show();
-  if (begins) answer_modes_->Start();
   learning_window_->raise();
   learning_window_->activateWindow();
+  // With the first card, which comes once the window stands.
+  QTimer::singleShot(0, answer_modes_.get(), [this, begins] {
+    if (begins) answer_modes_->Start();
+    answer_modes_->TakeFocus();
+  });
   Q_EMIT LearningOpened();
 }
 

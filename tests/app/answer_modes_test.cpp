@@ -1,5 +1,7 @@
 #include <QAbstractButton>
 #include <QClipboard>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QPlainTextEdit>
 
 #include "answer/answer_window.h"
@@ -53,7 +55,9 @@ class AnswerModesTest : public MainWindow {
   QColor Colour(const QString& name, QPalette::ColorRole role = QPalette::Base) {
     return Find<QWidget>(name).palette().color(role);
   }
-  QString Focused() { return QApplication::focusWidget()->objectName(); }
+  QString Focused() {
+    return QApplication::focusWidget() != nullptr ? QApplication::focusWidget()->objectName() : QString();
+  }
   // The newest answers of the cards, a letter each, "-" for none.
   std::string Answers() {
     CardFile& file = program.file();
@@ -121,16 +125,16 @@ TEST_F(AnswerModesTest, WrongChoiceWaitsForWeiter) {
 }
 
 TEST_F(AnswerModesTest, PendingChoiceIsDroppedByAnotherCardAndRegisteredBySwitchingOff) {
-  Learn({Card(1, "A oder B?", "b"), Card(2, "C?", "C"), Card(3, "<navigation><home>Start", "-")}, Qt::Key_1);
+  Learn({Card(1, "A oder B?", "b"), Card(2, "C?", "C"), Card(3, "<navigation><home>Start", "7")}, Qt::Key_1);
   Key(Qt::Key_A);
   Click(u"SpeedButtonHome"_s);
   EXPECT_EQ(Answers(), "---");
   EXPECT_EQ(Status(), u"Navigationskarte"_s);
+  EXPECT_EQ(Find<QTabWidget>(u"PageControlSelect"_s).currentIndex(), 1) << "the page stays";
   Key(Qt::Key_A);
-  Key(Qt::Key_Return);
   EXPECT_EQ(Line(u"StatusBarSelect"_s), QString()) << "on a navigation card nothing is judged";
-  Click(u"BtWeissIch"_s);
-  clock.milliseconds += 200;
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Status(), u"Multiple Choice"_s) << "the learning keys act there";
   Key(Qt::Key_A);
   EXPECT_EQ(Line(u"StatusBarSelect"_s), kPendingText);
   Key(Qt::Key_1, Qt::ControlModifier);
@@ -138,6 +142,8 @@ TEST_F(AnswerModesTest, PendingChoiceIsDroppedByAnotherCardAndRegisteredBySwitch
   EXPECT_EQ(std::count(answers.begin(), answers.end(), 'f'), 1);
   EXPECT_FALSE(keys::kShowChoice.Read(program.settings().ini));
   EXPECT_NE(Status(), u"Multiple Choice"_s);
+  EXPECT_TRUE(program.CloseLearning());
+  EXPECT_EQ(keys::kChoicePage.Read(program.settings().ini), 1);
 }
 
 TEST_F(AnswerModesTest, BoxesAreTickedBySpaceAndJudgedByEnter) {
@@ -188,6 +194,11 @@ TEST_F(AnswerModesTest, TypedWordIsCheckedWithEveryKey) {
   Key(Qt::Key_Home);
   Key(Qt::Key_Delete);
   EXPECT_EQ(input.text(), u"aus d"_s) << "keys of the line, not of the learning window";
+  Key(Qt::Key_Right);
+  Type("X");
+  EXPECT_EQ(input.selectedText(), u"X"_s) << "one letter in the middle of the word";
+  EXPECT_EQ(input.selectionStart(), 1);
+  Key(Qt::Key_Delete);
   lern->resize(700, 600);
   lern->repaint();
   EXPECT_EQ(input.text(), u"aus d"_s);
@@ -229,6 +240,7 @@ TEST_F(AnswerModesTest, SpecialCharactersGoIntoTheTypedLine) {
   Find<QLineEdit>(u"RichEditVgl"_s).setText(u"Dął"_s);
   Click(u"BitBtnWeissIch"_s);
   EXPECT_TRUE(Text(u"LabelVergleich"_s).contains(QChar(0xFFFD)));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Text(u"LabelVergleich"_s).isEmpty(); }, 4000));
   Click(u"SpeedButtonWahl"_s);
   EXPECT_FALSE(signs->isVisible());
 }
@@ -289,7 +301,9 @@ TEST_F(AnswerModesTest, CopiedTextIsJudgedAndNothingElseIs) {
   QApplication::clipboard()->setText(u"b c"_s);
   Key(Qt::Key_V, Qt::ControlModifier);
   Repeat(Qt::Key_A, u"a"_s);
-  EXPECT_EQ(input.toPlainText(), u"a"_s) << "neither pasted nor held down";
+  QDropEvent drop({}, Qt::CopyAction, QApplication::clipboard()->mimeData(), Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(input.viewport(), &drop);
+  EXPECT_EQ(input.toPlainText(), u"a"_s) << "neither pasted nor held down nor dropped";
   Type("b");
   Type("x");
   EXPECT_EQ(Line(u"EditKommentar"_s), u"1. Fehler. Erforderliche Eingabe Leer"_s);
@@ -342,7 +356,7 @@ TEST_F(AnswerModesTest, TypingErrorsGrowWorseAndSettingsHold) {
 }
 
 TEST_F(AnswerModesTest, OneModeAtATimeIsOnAndRememberedWithItsPlace) {
-  Learn({Card(1, "Eins", "a"), Card(2, "Zwei", "b")}, Qt::Key_1);
+  Learn({Card(1, "Eins", "a"), Card(2, "Zwei", "b"), Card(3, "<navigation><home>Start", "-")}, Qt::Key_1);
   Key(Qt::Key_3, Qt::ControlModifier);
   EXPECT_FALSE(Find<QWidget>(u"TF_wnwahl"_s).isVisible());
   EXPECT_EQ(Find<QPlainTextEdit>(u"Text"_s).isVisible(), true);
@@ -356,12 +370,25 @@ TEST_F(AnswerModesTest, OneModeAtATimeIsOnAndRememberedWithItsPlace) {
   auto& line = Find<AnswerWindow>(u"TF_wnvgl"_s);
   WritePlace({.x = -50, .y = 5000, .width = 500, .height = 150}, "V", program.settings().ini);
   QTest::mouseClick(line.findChild<QAbstractButton*>(u"SpeedButtonFrei"_s), Qt::LeftButton);
-  ASSERT_TRUE(line.IsFloating());
   EXPECT_TRUE(line.screen()->availableGeometry().contains(line.frameGeometry()));
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&line));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return Focused() == u"RichEditVgl"_s; }, 1000));
+  ASSERT_TRUE(line.IsFloating());
+  const auto is_typed_in = [&] {
+    return QTest::qWaitForWindowActive(&line) && QTest::qWaitFor([&] { return Focused() == u"RichEditVgl"_s; }, 1000);
+  };
+  ASSERT_TRUE(is_typed_in());
   Type("a");
   EXPECT_EQ(Line(u"StatusBarVgl"_s), u"█"_s);
+  Click(u"SpeedButtonHome"_s);
+  EXPECT_TRUE(QTest::qWaitForWindowActive(lern)) << "there is nothing to type on a navigation card";
+  program.main_window().activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&program.main_window()));
+  Click(u"BtWeissIch"_s);
+  EXPECT_FALSE(line.isActiveWindow()) << "whoever works elsewhere is not disturbed by a card";
+  program.OpenLearning();
+  EXPECT_TRUE(is_typed_in());
+  QTest::mouseClick(line.findChild<QAbstractButton*>(u"SpeedButtonFrei"_s), Qt::LeftButton);
+  EXPECT_TRUE(!line.IsFloating() && line.isVisible());
+  QTest::mouseClick(line.findChild<QAbstractButton*>(u"SpeedButtonFrei"_s), Qt::LeftButton);
   EXPECT_TRUE(program.CloseLearning());
   EXPECT_EQ(ReadPlace(settings, "V", {}).width, 500);
   program.OpenLearning();
