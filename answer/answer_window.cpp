@@ -41,7 +41,10 @@ KeptPlace OnScreen(KeptPlace place, const QSize& frame) {
 }  // namespace
 
 AnswerWindow::AnswerWindow(const AnswerSurroundings& around, std::string_view suffix, const KeptPlace& first_place)
-    : around_(around), suffix_(suffix), first_place_(first_place) {}
+    : around_(around), suffix_(suffix), first_place_(first_place) {
+  // Under the card it leaves the room to the card.
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+}
 
 void AnswerWindow::DressHeader(QLabel& title, QToolButton& floats, QToolButton& closes, QToolButton& helps,
                                const QString& help) {

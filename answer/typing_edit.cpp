@@ -11,8 +11,6 @@ TypingEdit::TypingEdit(QWidget* parent) : QPlainTextEdit(parent) {
   setContextMenuPolicy(Qt::NoContextMenu);
   setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setTabChangesFocus(true);
-  // Under the card it leaves the room to the card.
-  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
 }
 
 void TypingEdit::Replace(const QString& text) {
