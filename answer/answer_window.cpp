@@ -111,6 +111,9 @@ bool AnswerWindow::IsLearningKey(const QKeyEvent& event) const {
 }
 
 bool AnswerWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (auto* field = qobject_cast<QLineEdit*>(watched); field != nullptr && event->type() == QEvent::Resize) {
+    DressVerdict(*field);
+  }
   if (event->type() == QEvent::ShortcutOverride && IsLearningKey(*static_cast<QKeyEvent*>(event))) {
     event->accept();
     return true;

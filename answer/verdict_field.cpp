@@ -1,5 +1,6 @@
 #include "answer/verdict_field.h"
 
+#include <QFontMetrics>
 #include <QLineEdit>
 #include <QPalette>
 
@@ -34,7 +35,19 @@ Colours ColoursOf(Verdict verdict, const QPalette& palette) {
   return {palette.color(QPalette::Button), palette.color(QPalette::WindowText)};
 }
 
-void Dress(QLineEdit& field) {
+// Rather small letters than a text that is cut, as long as they can be read.
+void FitLetters(const QLineEdit& field, QFont& font) {
+  constexpr int kEdges = 14;  // of a line edit, beside its text
+  constexpr int kSteps = 10;  // to three quarters of their size
+  constexpr double kStep = 0.97;
+  const auto fits = [&] { return QFontMetrics(font).horizontalAdvance(field.text()) <= field.width() - kEdges; };
+  for (int i = 0; i < kSteps && !fits(); ++i) font.setPointSizeF(font.pointSizeF() * kStep);
+}
+
+}  // namespace
+
+void DressVerdict(QLineEdit& field) {
+  if (!field.property(kVerdict).isValid()) return;
   const auto verdict = static_cast<Verdict>(field.property(kVerdict).toInt());
   QPalette palette = field.parentWidget()->palette();
   const Colours colours = ColoursOf(verdict, palette);
@@ -47,15 +60,14 @@ void Dress(QLineEdit& field) {
     font.setStretch(QFont::UltraCondensed);
     font.setPointSizeF(font.pointSizeF() * 0.6);
   }
+  FitLetters(field, font);
   field.setFont(font);
 }
 
-}  // namespace
-
 void ShowVerdict(QLineEdit& field, const QString& text, Verdict verdict) {
   field.setProperty(kVerdict, static_cast<int>(verdict));
-  Dress(field);
   field.setText(text);
+  DressVerdict(field);
   field.setCursorPosition(0);
   // Where the field is too narrow for it.
   field.setToolTip(verdict == Verdict::Bar ? QString() : text);
@@ -63,7 +75,7 @@ void ShowVerdict(QLineEdit& field, const QString& text, Verdict verdict) {
 
 void DressVerdictFields(QWidget& window) {
   for (auto* field : window.findChildren<QLineEdit*>()) {
-    if (field->property(kVerdict).isValid()) Dress(*field);
+    DressVerdict(*field);
   }
 }
 

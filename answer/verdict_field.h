@@ -18,7 +18,10 @@ enum class Verdict {
 };
 
 void ShowVerdict(QLineEdit& field, const QString& text, Verdict verdict);
-// Gives the fields in a window their colours anew, from a palette that changed.
+// Gives a field its colours and the size of its letters anew: its palette, or the room that it has, changed. Nothing
+// happens to a field that never had a verdict.
+void DressVerdict(QLineEdit& field);
+// ... all fields in a window.
 void DressVerdictFields(QWidget& window);
 
 }  // namespace tessaro
