@@ -11,6 +11,7 @@
 #include <QWhatsThis>
 
 #include "answer/verdict_field.h"
+#include "settings/keys.h"
 #include "widgets/icons.h"
 #include "widgets/theme.h"
 
@@ -35,6 +36,14 @@ KeptPlace OnScreen(KeptPlace place, const QSize& frame) {
   place = PlaceWithin(place, screen.width(), screen.height());
   place.x += screen.x();
   place.y += screen.y();
+  return place;
+}
+
+// The place in the size that the learner's letters need.
+KeptPlace ForLettersOf(const IniFile& settings, KeptPlace place) {
+  const auto percent = static_cast<int>(keys::kTextPercent.Read(settings));
+  place.width = place.width * percent / 100;
+  place.height = place.height * percent / 100;
   return place;
 }
 
@@ -66,8 +75,9 @@ void AnswerWindow::WatchKeys() {
 }
 
 void AnswerWindow::Float(QWidget& owner) {
-  const KeptPlace place =
-      OnScreen(ReadPlace(around_.settings.ini, suffix_, first_place_), owner.frameGeometry().size() - owner.size());
+  const IniFile& settings = around_.settings.ini;
+  const KeptPlace place = OnScreen(ReadPlace(settings, suffix_, ForLettersOf(settings, first_place_)),
+                                   owner.frameGeometry().size() - owner.size());
   setParent(&owner, Qt::Tool);
   // A window that the system has already would be moved as if it had no frame.
   destroy();
