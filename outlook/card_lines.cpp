@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <compare>
 #include <deque>
 #include <string_view>
 #include <utility>
@@ -35,7 +34,7 @@ struct TextKey {
   static constexpr size_t kHead = 16;
   std::array<uint64_t, 2> head{};
   std::string_view rest;
-  auto operator<=>(const TextKey&) const = default;
+  bool operator<(const TextKey& other) const { return head != other.head ? head < other.head : rest < other.rest; }
 };
 
 // Keeps the letters behind the first ones in `rests`.

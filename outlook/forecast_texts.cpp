@@ -11,8 +11,6 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-constexpr double kMostTimes = 5;  // a bar of the backlog by the fullest day
-
 QString MinutesText(double minutes) {
   return SpanText(minutes * 60);
 }
@@ -51,8 +49,36 @@ QString DueSentence(const std::vector<DueSpan>& spans, int64_t next_due, const L
                        : u"Nichts fällig. Als Nächstes am %1."_s.arg(FullDayText(days.DayOf(next_due)));
 }
 
-bool StandsOnAxis(const DueSpan& span) {
-  return span.kind == DueSpan::Kind::Today || span.kind == DueSpan::Kind::Days;
+// Beside a backlog many times the fullest day all days would look small: the axis ends above that day.
+void CutBacklog(const std::vector<DueSpan>& spans, PlotContent& plot) {
+  constexpr double kMostTimes = 5;
+  double fullest = 0;
+  for (const DueSpan& span : spans) {
+    const bool is_day = span.kind == DueSpan::Kind::Today || span.kind == DueSpan::Kind::Days;
+    if (is_day) fullest = std::max(fullest, static_cast<double>(span.rows.size()));
+  }
+  if (fullest == 0 || static_cast<double>(spans[0].rows.size()) <= kMostTimes * fullest) return;
+  plot.y_step = RoundStep(fullest, 4, true);
+  plot.y_max = (std::floor(fullest / plot.y_step) + 1) * plot.y_step;
+}
+
+// A bar with its line in the table and its cards. One that does not show its height has its number in the label: a
+// backlog that is cut off, and what comes later than all days.
+void AddSpan(const DueSpan& span, PageContent& page) {
+  const auto count = static_cast<int64_t>(span.rows.size());
+  const QString name = NameOf(span);
+  const bool overdue = span.kind == DueSpan::Kind::Overdue;
+  const bool later = span.kind == DueSpan::Kind::Later;
+  const bool numbered = later || (overdue && page.plot.y_max > 0);
+  PlotBar bar{LabelOf(span),
+              {{later ? 0 : static_cast<double>(count), overdue ? PlotRole::NotKnown : PlotRole::Known}},
+              count == 0 ? u"%1: keine Karten"_s.arg(name)
+                         : u"%1: %2, etwa %3"_s.arg(name, CardsText(count), MinutesText(span.minutes))};
+  if (numbered) bar.label += u" %1"_s.arg(NumberText(count));
+  if (!numbered && count > 0) bar.mark = span.minutes;
+  page.plot.bars.push_back(std::move(bar));
+  page.table.rows.push_back({name, NumberText(count), MinutesText(span.minutes)});
+  page.rows.push_back(span.rows);
 }
 
 // A curve with its column in the table and the cards that are weak in the end.
@@ -105,33 +131,8 @@ PageContent DuePage(const DeckOutlook& deck, const std::vector<DueSpan>& spans, 
   page.plot.y_title = u"Karten"_s;
   page.plot.right_title = u"◆ Min."_s;
   page.table.headers = {u"Fällig"_s, u"Karten"_s, u"etwa"_s};
-  // A backlog or the rest would make all days look small beside it.
-  double fullest = 0;
-  for (const DueSpan& span : spans) {
-    if (StandsOnAxis(span)) fullest = std::max(fullest, static_cast<double>(span.rows.size()));
-  }
-  const bool cut = fullest > 0 && static_cast<double>(spans[0].rows.size()) > kMostTimes * fullest;
-  if (cut) {
-    page.plot.y_step = RoundStep(fullest, 4, true);
-    page.plot.y_max = (std::floor(fullest / page.plot.y_step) + 1) * page.plot.y_step;
-  }
-  for (const DueSpan& span : spans) {
-    const auto count = static_cast<int64_t>(span.rows.size());
-    const QString name = NameOf(span);
-    const bool later = span.kind == DueSpan::Kind::Later;
-    const bool cut_off = cut && span.kind == DueSpan::Kind::Overdue;
-    PlotBar bar{
-        LabelOf(span),
-        {{static_cast<double>(count), span.kind == DueSpan::Kind::Overdue ? PlotRole::NotKnown : PlotRole::Known}},
-        count == 0 ? u"%1: keine Karten"_s.arg(name)
-                   : u"%1: %2, etwa %3"_s.arg(name, CardsText(count), MinutesText(span.minutes))};
-    if (!later && !cut_off && count > 0) bar.mark = span.minutes;
-    page.table.rows.push_back({name, NumberText(count), MinutesText(span.minutes)});
-    page.rows.push_back(span.rows);
-    if (later) bar.parts[0] = {0, PlotRole::New};
-    if (later || cut_off) bar.label += u" %1"_s.arg(NumberText(count));
-    page.plot.bars.push_back(std::move(bar));
-  }
+  CutBacklog(spans, page.plot);
+  for (const DueSpan& span : spans) AddSpan(span, page);
   return page;
 }
 

@@ -1,3 +1,6 @@
+#include <QDateTime>
+
+#include "outlook/card_list_model.h"
 #include "outlook/evaluation_texts.h"
 #include "outlook/forecast_texts.h"
 #include "outlook/number_texts.h"
@@ -127,9 +130,19 @@ TEST(ActivityPage, SaysWhereOldAnswersAreLost) {
   EXPECT_TRUE(ActivityPage(deck, spans).note.contains(u"ältere Antworten sind nicht mehr gespeichert"_s));
 }
 
-class SummaryTexts : public OutlookTest {};
+class OutlookTexts : public OutlookTest {};
 
-TEST_F(SummaryTexts, SayWhatCounts) {
+TEST_F(OutlookTexts, ListsSayWhenCardsAreDue) {
+  Open({TestCard{}, CardWith({{kNow - kDay, 'w'}}, 2 * kDay), CardWith({{kNow - kDay, 'w'}}, 3600),
+        CardWith({{kNow - kDay, 'w'}}, 90'000'000'000'000)});
+  const CardListModel list(file, CardLines(file, std::make_shared<const DeckOutlook>(Read()), {}, {2, 3, 4, 5}),
+                           nullptr);
+  const QString day = QDateTime::fromSecsSinceEpoch(kNow + kDay).toString(u"dd.MM.yyyy"_s);
+  const QString texts[] = {u"neu"_s, day, u"überfällig"_s, u"später"_s};
+  for (int line = 0; line < 4; ++line) EXPECT_EQ(list.index(line, CardListModel::Due).data(), texts[line]);
+}
+
+TEST_F(OutlookTexts, SayWhatCounts) {
   const int64_t today = days.StartOf(days.DayOf(kNow));
   Open({CardWith({{today - 1, 'w'}, {today, 'f'}, {today + 1, 'w'}}), CardWith({{today - 1, 'w'}}), TestCard{},
         CardWith({{today, 'w'}, {kNow + 1, 'w'}})});

@@ -64,6 +64,8 @@ TEST(Plot, KeysSelectAndChooseAndTellAScreenReader) {
   QTest::keyClick(&plot, Qt::Key_Return);
   ASSERT_EQ(chosen.size(), 1);
   EXPECT_EQ(chosen[0][0], 2);
+  QTest::keyClick(&plot, Qt::Key_Enter);
+  EXPECT_EQ(chosen.size(), 2);
   plot.Show(Bars({1, 2, 3}));
   EXPECT_EQ(plot.selected(), 2);
   plot.Show(Bars({1}));
@@ -137,6 +139,9 @@ TEST(Plot, SelectsPointsOrElseLinesThatSaySomething) {
   plot.Show(content);
   EXPECT_EQ(plot.Count(), 1);
   EXPECT_EQ(plot.TextOf(0), u"Punkt"_s);
+  const PlotLayout points(plot.content(), plot.rect(), plot.font());
+  const double radius = points.Radius(plot.content().points[1]);
+  EXPECT_EQ(points.ItemAt(points.Point(0.5, 4) + QPointF(radius + 10, 0)), 0) << "near its edge";
 }
 
 // Bars begin at 0, and so do lines that come near it. Others leave out what is far below them.
@@ -164,8 +169,10 @@ TEST(Plot, AxisLeavesOutOnlyWhatIsFarBelowLines) {
   }
   PlotContent content = Bars({100, 900, 0});
   content.y_max = 200;
+  content.bars[0].mark = 7.3;
   const PlotLayout layout(content, QRectF(0, 0, 600, 300), QFont());
   EXPECT_EQ(layout.Bar(1).top(), layout.area().top());
+  EXPECT_EQ(layout.right_top(), 8);
   EXPECT_TRUE(layout.IsCut(1));
   EXPECT_FALSE(layout.IsCut(0));
 }
