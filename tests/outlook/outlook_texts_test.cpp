@@ -158,7 +158,8 @@ TEST_F(OutlookTexts, SayWhatCounts) {
 TEST(NumberTexts, AreGerman) {
   EXPECT_EQ(NumberText(int64_t{1842}), u"1\u202F842"_s);
   EXPECT_EQ(PercentText(0.8614, 1), u"86,1 %"_s);
-  EXPECT_EQ(SpanText(59), u"59 Sek."_s);
+  EXPECT_EQ(SpanText(59.4), u"59 Sek."_s);
+  EXPECT_EQ(SpanText(59.6), u"1 Min."_s);
   EXPECT_EQ(SpanText(61), u"1 Min."_s);
   EXPECT_EQ(SpanText(3 * 3600 + 12 * 60), u"3 Std. 12 Min."_s);
   EXPECT_EQ(DayText(0), u"Do, 1.1."_s);

@@ -326,8 +326,6 @@ TEST_F(OutlookWindowTest, ListSortsAndOpensTheEditor) {
   EXPECT_EQ(view.model()->index(0, 0).data(), u"000005"_s) << "asked last";
   EXPECT_EQ(view.currentIndex().siblingAtColumn(0).data(), u"000001"_s) << "what is selected stays so";
   view.sortByColumn(5, Qt::AscendingOrder);
-  EXPECT_EQ(view.model()->index(0, 1).data(), u"Wort 1"_s);
-  EXPECT_EQ(view.model()->index(4, 1).data(), u"Wort 3"_s);
   view.setCurrentIndex(view.model()->index(4, 0));
   QTest::keyClick(&view, Qt::Key_Return);
   EXPECT_EQ(edited, 4);

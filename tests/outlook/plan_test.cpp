@@ -86,6 +86,32 @@ TEST_F(PlanTest, ShowsNoMoreNewCardsThanTheDayAllows) {
   EXPECT_LE(some.curves[2].known.back(), 6);
 }
 
+TEST_F(PlanTest, CopyKeepsScoresAndPutsNewCardsBehind) {
+  std::vector<TestCard> cards(12, CardWith({{kNow - 2 * kDay, 'w'}, {kNow - kDay, 'w'}}, 300 * kDay));
+  cards[7].score = "000000001";
+  for (size_t i = 0; i < cards.size(); ++i) cards[i].id = std::to_string(100'001 + i);
+  Open(cards);
+  deck = Read();
+  PlanStart start;
+  HistoriesText copy;
+  for (const CardTrace& trace : deck.answered) {
+    start.rows.push_back(trace.row);
+    start.traces.push_back(trace);
+    copy.Add(CardReader(file), trace.row);
+  }
+  start.new_rows = {14, 15};
+  start.text = copy.Take();
+  PlanSession session(start, std::make_unique<CopiedDeck>(start.text), deck, settings);
+  session.Begin(kNow, 0.1, 0);
+  EXPECT_TRUE(session.Answer());
+  EXPECT_EQ(session.traces()[7].answers, 3) << "the only one that is due";
+  EXPECT_FALSE(session.Answer());
+  session.Begin(kNow + kHour, 3 * deck.seconds_per_answer / 60, 2);
+  while (session.Answer()) {
+  }
+  for (size_t i = 0; i < 12; ++i) EXPECT_GE(session.traces()[i].answers, 2) << i;
+}
+
 // Those that had no turn yet count among the new cards of the next day.
 TEST_F(PlanTest, SessionsEndInTimeAndAdmitNoNewCardsBeforeOthersThatWait) {
   Open(OldDeck(0, 20));

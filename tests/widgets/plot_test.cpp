@@ -210,6 +210,34 @@ TEST(Plot, TellsByMoreThanColour) {
   }
 }
 
+TEST(Plot, PaintsOneCardBesideThousandsMarksAndCuts) {
+  PlotContent content = Bars({1, 5000, 90'000});
+  content.y_max = 6000;
+  content.bars[0].mark = 60;
+  content.bars[1].mark = 30;
+  Plot plot;
+  plot.resize(600, 400);
+  plot.Show(content);
+  const QImage image = plot.grab().toImage();
+  const PlotLayout layout(plot.content(), plot.rect(), plot.font());
+  const auto seen = [&](size_t bar, double top, double bottom) {
+    std::set<QRgb> colours;
+    for (double y = top; y <= bottom; ++y) {
+      colours.insert(image.pixel(QPointF(layout.Column(bar).center().x(), y).toPoint()));
+    }
+    return colours;
+  };
+  const QRgb bar = PlotColour(PlotRole::Known, plot.palette()).rgb();
+  const double axis = layout.area().bottom();
+  const std::set<QRgb> one = seen(0, axis - 3, axis);
+  EXPECT_TRUE(std::any_of(one.begin(), one.end(), [](QRgb c) { return qBlue(c) > qRed(c) + 60; })) << "it is blue";
+  EXPECT_TRUE(seen(1, axis - 60, axis - 50) == std::set{bar});
+  const double middle = axis - layout.area().height() / 2;
+  EXPECT_TRUE(seen(1, middle - 1, middle + 1).contains(plot.palette().color(QPalette::Text).rgb())) << "its mark";
+  EXPECT_TRUE(seen(2, layout.area().top(), axis - 60).contains(plot.palette().color(QPalette::Base).rgb())) << "cut";
+  EXPECT_TRUE(seen(2, layout.area().top() + 1, layout.area().top() + 5).contains(bar));
+}
+
 TEST(Plot, BarsStandOnTheAxisAndLabelsApart) {
   PlotContent content = Bars(std::vector<double>(90, 40));
   for (PlotBar& bar : content.bars) bar.label = u"22.11."_s;
