@@ -8,10 +8,10 @@
 #include <QLineEdit>
 #include <QScreen>
 #include <QToolButton>
-#include <QWhatsThis>
 
 #include "answer/verdict_field.h"
 #include "settings/keys.h"
+#include "widgets/help_request.h"
 #include "widgets/icons.h"
 #include "widgets/theme.h"
 
@@ -55,8 +55,7 @@ AnswerWindow::AnswerWindow(const AnswerSurroundings& around, std::string_view su
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
 }
 
-void AnswerWindow::DressHeader(QLabel& title, QToolButton& floats, QToolButton& closes, QToolButton& helps,
-                               const QString& help) {
+void AnswerWindow::DressHeader(QLabel& title, QToolButton& floats, QToolButton& closes, QToolButton& helps) {
   floats_ = &floats;
   MakeQuiet(title);
   closes.setIcon(Icon("close"));
@@ -65,8 +64,7 @@ void AnswerWindow::DressHeader(QLabel& title, QToolButton& floats, QToolButton& 
   for (QToolButton* button : {&floats, &closes, &helps}) button->setToolButtonStyle(Qt::ToolButtonIconOnly);
   connect(&closes, &QAbstractButton::clicked, this, &AnswerWindow::CloseWanted);
   connect(&floats, &QAbstractButton::clicked, this, [this] { Q_EMIT FloatWanted(!IsFloating()); });
-  connect(&helps, &QAbstractButton::clicked, this,
-          [this, help] { QWhatsThis::showText(mapToGlobal(rect().topLeft()), help, this); });
+  connect(&helps, &QAbstractButton::clicked, this, [this] { RequestHelp(*this); });
 }
 
 void AnswerWindow::WatchKeys() {

@@ -68,7 +68,7 @@ class AnswerWindow : public QWidget {
 
   // To be called when the controls are made: the title, the button that floats or docks, the one that closes and the
   // one that explains.
-  void DressHeader(QLabel& title, QToolButton& floats, QToolButton& closes, QToolButton& helps, const QString& help);
+  void DressHeader(QLabel& title, QToolButton& floats, QToolButton& closes, QToolButton& helps);
   void WatchKeys();
   // A key in any of its controls, before these get it. True: it is done with.
   virtual bool KeyPressed(QKeyEvent& event) = 0;

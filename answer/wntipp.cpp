@@ -20,12 +20,6 @@ constexpr KeptPlace kFirstPlace = {.x = 3, .y = 528, .width = 573, .height = 200
 constexpr int kTickMilliseconds = 100;
 constexpr int kQuietTicks = 50;  // nobody types any more: the figures wait for the next key
 
-const QString kHelpText =
-    u"<p>Der Text der Karte wird abgeschrieben. Ein falsches Zeichen wird gleich zurückgenommen, gezählt und das "
-    u"richtige genannt.</p><p>Am Ende entscheiden Fehler und Anschläge je Minute, ob die Karte gewusst ist. Die "
-    u"Grenzen "
-    u"stehen unter Extras, Optionen, Antworten.</p>"_s;
-
 QString NameOf(char expected) {
   if (expected == ' ') return u"Leer"_s;
   if (expected == '\n') return u"Eingabetaste"_s;
@@ -52,7 +46,7 @@ Verdict VerdictOf(TypingMood mood) {
 TF_wntipp::TF_wntipp(const AnswerSurroundings& around)
     : AnswerWindow(around, "TT", kFirstPlace), ui_(std::make_unique<Ui::TF_wntipp>()) {
   ui_->setupUi(this);
-  DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->SpeedButtonClose, *ui_->BitBtnHelp, kHelpText);
+  DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->SpeedButtonClose, *ui_->BitBtnHelp);
   MakeQuiet(*ui_->LabelLimit);
   figures_.setInterval(kTickMilliseconds);
   connect(&figures_, &QTimer::timeout, this, &TF_wntipp::ShowFigures);

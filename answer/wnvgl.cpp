@@ -26,12 +26,6 @@ constexpr size_t kLeastBlanks = 2;
 const QString kOtherCaseText = u"Groß-/Kleinschreibung unterschiedlich"_s;
 const QString kWrongText =
     u"Buchstabenfolge vor oder um die Eingabeposition ist falsch - korrigieren oder weiter schreiben mit Leertaste"_s;
-const QString kHelpText =
-    u"<p>Die Antwort wird getippt und dabei Wort für Wort mit der anderen Seite der Karte verglichen. Ein grüner "
-    u"Balken "
-    u"sagt, dass die Buchstaben dort vorkommen.</p><p>Die Eingabetaste oder Leerzeichen am Ende zeigen die Antwort; "
-    u"dann gilt die Eingabetaste „weiß ich“, und die Tabulatortaste führt zu „lerne ich“.</p>"_s;
-
 QString Marked(const std::vector<ComparedPiece>& pieces, const QString& begin, const QString& end) {
   QString text;
   for (const ComparedPiece& piece : pieces) {
@@ -65,7 +59,7 @@ QString ComparisonText(const TypedComparison& compared, const QPalette& palette)
 TF_wnvgl::TF_wnvgl(const AnswerSurroundings& around, bool& input_check_on)
     : AnswerWindow(around, "V", kFirstPlace), ui_(std::make_unique<Ui::TF_wnvgl>()), input_check_on_(input_check_on) {
   ui_->setupUi(this);
-  DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->BitBtnClose, *ui_->BitBtnHelp, kHelpText);
+  DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->BitBtnClose, *ui_->BitBtnHelp);
   ui_->BitBtnTest->setChecked(input_check_on_);
   // Two lines, so that nothing moves when they are filled.
   ui_->LabelVergleich->setMinimumHeight(2 * fontMetrics().lineSpacing() + 4);

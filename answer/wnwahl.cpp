@@ -21,11 +21,6 @@ namespace {
 constexpr KeptPlace kFirstPlace = {.x = 76, .y = 572, .width = 580, .height = 154};
 
 const QString kWrongText = u"Fehler - richtige Antwort ist angezeigt - weiter n u r  mit <weiter>"_s;
-const QString kHelpText =
-    u"<p>Die Karte nennt mehrere Antworten mit Buchstaben oder Zahlen. Die richtige wird angeklickt oder als Taste "
-    u"gedrückt.</p><p>Sind mehrere richtig, werden ihre Kästchen angekreuzt (Pfeiltasten und Leertaste) und mit "
-    u"„prüfen“ oder der Eingabetaste bestätigt.</p><p>Nach einem Fehler steht die richtige Antwort auf der Karte; "
-    u"„weiter“ geht zur nächsten.</p>"_s;
 
 QString NameOf(ChoicePage page, size_t choice) {
   return FromBytes(ChoiceName(page, choice));
@@ -42,7 +37,7 @@ void SetLetters(QWidget& control, const std::optional<QColor>& colour) {
 TF_wnwahl::TF_wnwahl(const AnswerSurroundings& around)
     : AnswerWindow(around, "W", kFirstPlace), ui_(std::make_unique<Ui::TF_wnwahl>()) {
   ui_->setupUi(this);
-  DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->SpeedButtonClose, *ui_->SpeedButtonHelp, kHelpText);
+  DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->SpeedButtonClose, *ui_->SpeedButtonHelp);
   MakeChoices();
   setFocusPolicy(Qt::StrongFocus);
   ui_->PageControlSelect->tabBar()->setFocusPolicy(Qt::TabFocus);

@@ -8,6 +8,7 @@
 
 #include "app/program.h"
 #include "app/wnmain.h"
+#include "help/help_desk.h"
 #include "widgets/icons.h"
 
 namespace tessaro {
@@ -213,10 +214,16 @@ constexpr Command kCommands[] = {
      .run = [](Program& program) { program.ShowOptions(); }},
 
     {.menu = M::Help,
+     .name = "HilfeExecute",
+     .text = u"&Hilfe",
+     .tip = u"Die Hilfe zu dem Fenster, in dem Sie gerade arbeiten; F1 gibt es in allen Fenstern",
+     .shortcut = u"F1",
+     .icon = "help",
+     .run = [](Program& program) { program.help().Open(program.main_window()); }},
+    {.menu = M::Help,
      .name = "MAboutClick",
      .text = u"Ü&ber Tessaro",
      .tip = u"Name und Version des Programms",
-     .icon = "help",
      .run = [](Program& program) { program.main_window().MAboutClick(); }},
 };
 

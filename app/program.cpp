@@ -18,6 +18,7 @@
 #include "cards/deck_check.h"
 #include "cards/figures.h"
 #include "edit/wned.h"
+#include "help/help_desk.h"
 #include "learn/dlausw.h"
 #include "learn/dllernkeys.h"
 #include "learn/start_method.h"
@@ -39,10 +40,12 @@ std::filesystem::path StandardFolder(QStandardPaths::StandardLocation location) 
 }  // namespace
 
 ProgramPlaces StandardPlaces() {
+  const std::filesystem::path program = ToPath(QCoreApplication::applicationDirPath());
   return {.settings = StandardFolder(QStandardPaths::GenericConfigLocation) / "tessaro" / "tessaro.ini",
-          .samples = FindSampleFolder(ToPath(QCoreApplication::applicationDirPath())),
+          .samples = FindSampleFolder(program),
           .documents = StandardFolder(QStandardPaths::DocumentsLocation) / "Tessaro",
-          .backups = StandardFolder(QStandardPaths::AppLocalDataLocation) / "Sicherungen"};
+          .backups = StandardFolder(QStandardPaths::AppLocalDataLocation) / "Sicherungen",
+          .help = FindHelp(program)};
 }
 
 Program::Program(const Machine& machine, ProgramPlaces places)
@@ -52,6 +55,7 @@ Program::Program(const Machine& machine, ProgramPlaces places)
       answer_gate_(machine.clock) {
   settings_.path = places_.settings;
   settings_readable_ = settings_.ini.Load(machine_.disk, settings_.path);
+  help_ = std::make_unique<HelpDesk>(machine.disk, places_.help, settings_, machine.messages);
   main_window_ = std::make_unique<TF_wnmain>(*this);
   connect(&outlook_, &OutlookWindows::LearnWanted, this, [this] { OpenLearning(); });
   outlook_.SetEditor([this](int row) { OpenEditor(row); });

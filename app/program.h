@@ -22,6 +22,7 @@
 namespace tessaro {
 
 class AnswerModes;
+class HelpDesk;
 class TF_wnmain;
 class TF_wned;
 class TF_wnlern;
@@ -42,6 +43,7 @@ struct ProgramPlaces {
   std::filesystem::path documents;  // the user's own folder for card files; need not exist
   // The folder of dated copies of card files; need not exist; empty: none are made.
   std::filesystem::path backups = {};
+  std::filesystem::path help = {};  // the card file of the help; empty: there is none
 };
 
 // The places on this machine.
@@ -66,6 +68,7 @@ class Program : public QObject {
   const ProgramPlaces& places() const { return places_; }
   TF_wnmain& main_window() { return *main_window_; }
   OutlookWindows& outlook() { return outlook_; }
+  HelpDesk& help() { return *help_; }
 
   // Opens the learning window over the open card file, or brings it to the front. With a choice it learns by that; else
   // by the automatic method used last, and an open window goes on as it is.
@@ -121,6 +124,7 @@ class Program : public QObject {
   CardFile file_;
   AnswerGate answer_gate_;  // between the learning window and the answer windows
   bool input_check_on_ = true;
+  std::unique_ptr<HelpDesk> help_;
   OutlookWindows outlook_{file_, settings_, machine_.clock};
   std::unique_ptr<TF_wnmain> main_window_;
   std::unique_ptr<TF_wnmedia> media_window_;

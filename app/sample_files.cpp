@@ -12,6 +12,18 @@ namespace fs = std::filesystem;
 
 constexpr const char* kMediaFolder = "Medien";
 
+// The folder of this name with card files in it.
+fs::path FindFolder(const fs::path& program_folder, const char* name) {
+  constexpr int kLevels = 4;
+  fs::path level = program_folder;
+  for (int i = 0; i < kLevels; ++i, level = level.parent_path()) {
+    for (const fs::path& folder : {level / name, level / "share" / "tessaro" / name}) {
+      if (!SampleFiles(folder).empty()) return folder;
+    }
+  }
+  return {};
+}
+
 // Under a name of its own until it is whole, so that a full disk leaves no half file that looks like the user's own.
 bool CopyIfMissing(const fs::path& from, const fs::path& to) {
   std::error_code error;
@@ -45,14 +57,12 @@ bool MakeIndexes(const fs::path& path) {
 }  // namespace
 
 fs::path FindSampleFolder(const fs::path& program_folder) {
-  constexpr int kLevels = 4;
-  fs::path level = program_folder;
-  for (int i = 0; i < kLevels; ++i, level = level.parent_path()) {
-    for (const fs::path& folder : {level / "samples", level / "share" / "tessaro" / "samples"}) {
-      if (!SampleFiles(folder).empty()) return folder;
-    }
-  }
-  return {};
+  return FindFolder(program_folder, "samples");
+}
+
+fs::path FindHelp(const fs::path& program_folder) {
+  const fs::path folder = FindFolder(program_folder, "help");
+  return folder.empty() ? fs::path() : SampleFiles(folder).front();
 }
 
 std::vector<fs::path> SampleFiles(const fs::path& folder) {

@@ -10,6 +10,9 @@ namespace tessaro {
 // around it. Empty when there is none.
 std::filesystem::path FindSampleFolder(const std::filesystem::path& program_folder);
 
+// The card file of the help of such a program, looked for in the same places. Empty when there is none.
+std::filesystem::path FindHelp(const std::filesystem::path& program_folder);
+
 // The sample card files of the folder, sorted by name.
 std::vector<std::filesystem::path> SampleFiles(const std::filesystem::path& folder);
 

@@ -14,6 +14,7 @@
 #include "edit/ed_texts.h"
 #include "edit/side_field.h"
 #include "edit/wned.h"
+#include "widgets/help_request.h"
 #include "widgets/icons.h"
 #include "widgets/messages.h"
 
@@ -22,10 +23,10 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-enum class Menu { Card, Go, Text, Hypertext, Tools };
+enum class Menu { Card, Go, Text, Hypertext, Tools, Help };
 enum class Bar { None, Cards, Tags };
 
-constexpr const char16_t* kMenuTitles[] = {u"&Karte", u"&Gehe zu", u"&Text", u"&Hypertext", u"&Werkzeuge"};
+constexpr const char16_t* kMenuTitles[] = {u"&Karte", u"&Gehe zu", u"&Text", u"&Hypertext", u"&Werkzeuge", u"H&ilfe"};
 
 }  // namespace
 
@@ -164,15 +165,17 @@ const EditorCommands::Command EditorCommands::kCommands[] = {
     {Menu::Tools, "MHtmlAutoLink", u"&Auswahlübersichten nach Themen u. Reihenfolge", u"", RUN(MHtmlAutoLink())},
     {Menu::Tools, "MHtmlAutoBild", u"Karteikarten automatisch anhand &Bildarchiv erstellen", u"", RUN(MHtmlAutoBild())},
     {Menu::Tools, "MNummerieren", u"Karten neu durch&nummerieren", u"", RUN(MNummerierenClick())},
+
+    {Menu::Help, "MHilfe", u"&Hilfe zum Karteneditor", u"\tF1", [](TF_wned& editor) { RequestHelp(editor); }},
 };
 
 #undef RUN
 
 // Whether it leaves the cards as they are.
 bool EditorCommands::OnlyLooks(const Command& command) {
-  static constexpr std::array<std::string_view, 10> kLooking = {
-      "MCardSaveToFile", "MCardSave", "MCardCopy", "MCardBuildLinkIndex", "MLernen",
-      "MCardClose",      "MTextCopy", "MTextSign", "MTextRegister",       "MHtmlInfo"};
+  static constexpr std::array<std::string_view, 11> kLooking = {
+      "MHilfe",    "MCardSaveToFile", "MCardSave",     "MCardCopy", "MCardBuildLinkIndex", "MLernen", "MCardClose",
+      "MTextCopy", "MTextSign",       "MTextRegister", "MHtmlInfo"};
   return command.menu == Menu::Go || std::find(kLooking.begin(), kLooking.end(), command.name) != kLooking.end();
 }
 

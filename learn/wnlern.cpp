@@ -14,6 +14,7 @@
 #include "learn/wnlern_look.h"
 #include "settings/keys.h"
 #include "ui_wnlern.h"
+#include "widgets/help_request.h"
 #include "widgets/messages.h"
 #include "widgets/side_look.h"
 #include "widgets/text.h"
@@ -187,6 +188,7 @@ void TF_wnlern::ConnectView() {
   connect(ui_->MAnzeigen, &QAction::triggered, this, &TF_wnlern::MAnzeigenClick);
   connect(ui_->MFrage, &QAction::triggered, this, &TF_wnlern::MFrageClick);
   connect(ui_->MVollbild, &QAction::triggered, this, &TF_wnlern::MVollbildClick);
+  connect(ui_->MHilfe, &QAction::triggered, this, [this] { RequestHelp(*this); });
   for (const char* name : {"ZoomIn", "ZoomOut", "ZoomNormal", "PapierHell"}) {
     ui_->MenuAnsicht->insertAction(ui_->MVollbild, ui_->PageControlAnz->findChild<QAction*>(QLatin1StringView(name)));
   }

@@ -250,7 +250,7 @@ def escape(text):
     return text.replace("\\", "\\\\").replace("\n", "\\n").replace(SEPARATOR, "\\" + SEPARATOR)
 
 
-def write(name, cards):
+def write(name, cards, folder=HERE):
     blank = [""] * (len(COLUMNS) - 1)
     rows = [list(COLUMNS), ["@@"] + blank]
     for number, card in enumerate(cards, 1):
@@ -258,7 +258,7 @@ def write(name, cards):
                      " ".join("0" * HISTORY)])
     rows.append(["##"] + blank)
     lines = [SEPARATOR.join(map(escape, row)) + "\n" for row in rows]
-    (HERE / f"{name}.mlb").write_bytes("".join(lines).encode(ENCODING))
+    (folder / f"{name}.mlb").write_bytes("".join(lines).encode(ENCODING))
     print(f"{name}.mlb: {len(cards)} cards")
 
 

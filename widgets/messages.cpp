@@ -10,6 +10,8 @@
 #include <QRegularExpression>
 #include <algorithm>
 
+#include "widgets/help_request.h"
+
 namespace tessaro {
 namespace {
 
@@ -41,11 +43,22 @@ class ArrowCursor {
   ArrowCursor& operator=(const ArrowCursor&) = delete;
 };
 
+// The box stays open beside the help.
+void AddHelpButton(QMessageBox& box) {
+  QPushButton* button = box.addButton(u"&Hilfe"_s, QMessageBox::HelpRole);
+  button->setToolTip(u"Was die Meldung bedeutet und was zu tun ist (F1)"_s);
+  button->disconnect();
+  QObject::connect(button, &QPushButton::clicked, &box, [&box] { RequestHelp(box); });
+}
+
 void ShowBox(QWidget* parent, QMessageBox::Icon icon, const QString& text) {
   const ArrowCursor arrow;
   QMessageBox box(icon, u"Tessaro"_s, WithoutSpacing(text), QMessageBox::NoButton, parent);
   box.setTextFormat(Qt::PlainText);
-  box.addButton(u"OK"_s, QMessageBox::AcceptRole);
+  QPushButton* ok = box.addButton(u"OK"_s, QMessageBox::AcceptRole);
+  box.setDefaultButton(ok);
+  box.setEscapeButton(ok);
+  if (text.contains(u"Siehe Hilfeindex"_s)) AddHelpButton(box);
   box.exec();
 }
 

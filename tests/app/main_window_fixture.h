@@ -10,10 +10,14 @@ namespace tessaro {
 // The whole program over a disk in memory. The main window is shown; no card file is open yet.
 class MainWindow : public WindowTest {
  protected:
-  // With a folder for dated copies, or without them.
-  explicit MainWindow(const char* backups = "")
+  // With a folder for dated copies and a help, or without them.
+  explicit MainWindow(const char* backups = "", const char* help = "")
       : program{{disk, clock, random, messages},
-                {.settings = "/tessaro.ini", .samples = {}, .documents = "/documents", .backups = backups}} {
+                {.settings = "/tessaro.ini",
+                 .samples = {},
+                 .documents = "/documents",
+                 .backups = backups,
+                 .help = help}} {
     window().show();
   }
 
