@@ -40,10 +40,6 @@ def read_chapter(file_name):
         yield Text(name, title, chapter, marks["place"], marks["message"], words, body.strip("\n"))
 
 
-def without_article(title):
-    return re.sub(r"^(Der|Die|Das|Einen?) ", "", title)
-
-
 class Builder:
     def __init__(self, texts):
         self.texts = texts
@@ -51,6 +47,9 @@ class Builder:
         self.titles = {text.name: text.title for text in texts}
         if len(self.numbers) != len(texts):
             build_samples.fail("a name stands twice in the help")
+        entries = [word for text in texts for word in [text.title] + text.words]
+        if twice := sorted({word for word in entries if entries.count(word) > 1}):
+            build_samples.fail(f"these entries of the help lead to two cards: {', '.join(twice)}")
 
     def link(self, name, face=None):
         if name not in self.numbers:
@@ -90,20 +89,20 @@ class Builder:
         return build_samples.Card(side, "<br>".join([text.title] + text.words))
 
     def home(self):
-        side = f'<navigation><home><topic="Überblick"><place="TF_wnhelp">{build_samples.title("Hilfe")}<br>{GAP}'
+        side = f'<navigation><home><topic="Überblick"><place="TF_wnhelp">{build_samples.title("Übersicht")}<br>{GAP}'
         side += "F1 öffnet die Hilfe zu dem Fenster, in dem Sie gerade arbeiten. Hier stehen alle Karten nach Themen."
         for chapter in dict.fromkeys(text.chapter for text in self.texts):
             links = (self.link(text.name) for text in self.texts if text.chapter == chapter)
             side += f"<br>{GAP}<b>{chapter}</b><br>{build_samples.DOT.join(links)}"
         pages = (build_samples.link(2 + i, f"{first}–{last}") for i, (first, last) in enumerate(LETTERS))
         side += f"<br>{GAP}<b>Stichwörter</b><br>{build_samples.DOT.join(pages)}"
-        return build_samples.Card(side, "Übersicht<br>Inhalt<br>Hilfe")
+        return build_samples.Card(side, "Inhalt<br>Hilfe")
 
     def index(self, page):
         first, last = LETTERS[page]
         entries = {}
         for text in self.texts:
-            for word in map(without_article, [text.title] + text.words):
+            for word in [text.title] + text.words:
                 key = build_samples.sort_key(word.lstrip("„.<"))
                 letter = key[0].upper()
                 if first <= letter <= last:

@@ -40,6 +40,18 @@ std::string InUpperCase(std::string_view text) {
   return upper;
 }
 
+std::string WithoutLinks(std::string_view side) {
+  constexpr std::string_view kEnd = "</a>";
+  std::string rest;
+  while (true) {
+    const size_t begin = side.find("<a ");
+    rest += side.substr(0, begin);
+    const size_t end = begin == std::string_view::npos ? begin : side.find(kEnd, begin);
+    if (end == std::string_view::npos) return rest;
+    side.remove_prefix(end + kEnd.size());
+  }
+}
+
 bool HasAll(std::string_view upper_text, std::span<const std::string_view> words) {
   return std::all_of(words.begin(), words.end(),
                      [&](std::string_view word) { return upper_text.find(word) != std::string_view::npos; });
@@ -84,6 +96,11 @@ void HelpDeck::Add(std::string_view front, std::string_view back) {
   }
   from = 0;
   while (const auto message = NextTag(front, "message", from)) messages_.push_back({std::string(*message), number});
+  Searched searched;
+  searched.title = InUpperCase(card.title);
+  searched.words = searched.title + '\n' + InUpperCase(card.words);
+  searched.text = searched.words + '\n' + InUpperCase(PlainText(WithoutLinks(front)));
+  searched_.push_back(std::move(searched));
   cards_.push_back(std::move(card));
 }
 
@@ -115,16 +132,14 @@ std::vector<int> HelpDeck::Search(std::string_view wanted) const {
   if (words.empty()) return {};
   std::array<std::vector<int>, 4> found;
   for (int number = 1; number <= Count(); ++number) {
-    const HelpCard& card = *Card(number);
-    const std::string title = InUpperCase(card.title);
-    const std::string named = title + '\n' + InUpperCase(card.words);
-    if (title.starts_with(upper)) {
+    const Searched& card = searched_[static_cast<size_t>(number - 1)];
+    if (card.title.starts_with(upper)) {
       found[0].push_back(number);
-    } else if (HasAll(title, words)) {
+    } else if (HasAll(card.title, words)) {
       found[1].push_back(number);
-    } else if (HasAll(named, words)) {
+    } else if (HasAll(card.words, words)) {
       found[2].push_back(number);
-    } else if (HasAll(named + '\n' + InUpperCase(card.text), words)) {
+    } else if (HasAll(card.text, words)) {
       found[3].push_back(number);
     }
   }

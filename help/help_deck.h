@@ -52,11 +52,18 @@ class HelpDeck {
     std::string name;
     int card = 0;
   };
+  // Of a card, in upper case, each with what is before it. Links are not counted as text: they name other cards.
+  struct Searched {
+    std::string title;
+    std::string words;
+    std::string text;
+  };
 
   HelpDeck() = default;
   void Add(std::string_view front, std::string_view back);
 
   std::vector<HelpCard> cards_;
+  std::vector<Searched> searched_;
   std::vector<Name> places_;
   std::vector<Name> messages_;
   int start_ = 1;

@@ -85,9 +85,7 @@ void HelpDesk::Open(QWidget& place) {
   if (window == nullptr) return;
   const int card = CardOf(window->deck(), place);
   window->ShowCard(card != 0 ? card : window->deck().StartCard());
-  const QWidget* dialog = QApplication::activeModalWidget();
-  if (dialog != nullptr && dialog->window() == window->window()) dialog = nullptr;
-  window->Bring(dialog);
+  window->Bring(QApplication::activeModalWidget());
 }
 
 TF_wnhelp* HelpDesk::Window(QWidget& asker) {

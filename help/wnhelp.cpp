@@ -23,7 +23,8 @@ namespace {
 
 constexpr const char* kPlaceSuffix = "Hlp";
 constexpr int kNumberRole = Qt::UserRole;
-constexpr int kLettersInList = 32;
+constexpr int kLettersInList = 38;
+constexpr int kListSpacing = 2;
 
 // A little larger than the texts of windows, as the paper is read from further away.
 QFont CardFont() {
@@ -54,6 +55,7 @@ TF_wnhelp::TF_wnhelp(HelpDeck deck, ProgramSettings& settings, Messages& message
   MakeKeys();
   ui_->EditSuche->installEventFilter(this);
   const int list_width = fontMetrics().averageCharWidth() * kLettersInList;
+  ui_->ListKarten->setSpacing(kListSpacing);
   ui_->Teiler->setStretchFactor(1, 1);
   ui_->Teiler->setSizes({list_width, std::max(width() - list_width, list_width)});
   connect(pages_, &CardPages::LinkClicked, this, &TF_wnhelp::ShowCard);
@@ -110,9 +112,10 @@ void TF_wnhelp::Show(int number) {
 }
 
 void TF_wnhelp::Bring(const QWidget* dialog) {
+  ui_->EditSuche->clear();
   (void)winId();  // its window on the screen is made
   QWindow* owner = dialog != nullptr ? dialog->windowHandle() : nullptr;
-  if (windowHandle()->transientParent() != owner) {
+  if (windowHandle()->transientParent() != owner && !IsMine(dialog)) {
     // The desktop is told whom a window belongs to when it is shown.
     hide();
     windowHandle()->setTransientParent(owner);
@@ -122,6 +125,11 @@ void TF_wnhelp::Bring(const QWidget* dialog) {
   raise();
   activateWindow();
   pages_->findChild<TFrameHtml*>()->setFocus();
+}
+
+bool TF_wnhelp::IsMine(const QWidget* dialog) const {
+  while (dialog != nullptr && dialog != this) dialog = dialog->parentWidget();
+  return dialog == this;
 }
 
 void TF_wnhelp::BtBackClick() {

@@ -53,6 +53,7 @@ class TF_wnhelp : public QWidget {
   void AddHeading(const QString& text);
   void MarkShown();
   void OpenEntry(const QListWidgetItem* entry);
+  bool IsMine(const QWidget* dialog) const;
 
   std::unique_ptr<Ui::TF_wnhelp> ui_;
   HelpDeck deck_;
