@@ -147,7 +147,8 @@ void TF_wnhelp::BtPrintClick() {
 void TF_wnhelp::FillList() {
   const QString wanted = ui_->EditSuche->text().simplified();
   ui_->ListKarten->clear();
-  wanted.isEmpty() ? ListChapters() : ListFound(wanted);
+  if (!wanted.isEmpty()) return ListFound(wanted);
+  ListChapters();
   MarkShown();
 }
 

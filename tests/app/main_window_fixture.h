@@ -12,12 +12,9 @@ class MainWindow : public WindowTest {
  protected:
   // With a folder for dated copies and a help, or without them.
   explicit MainWindow(const char* backups = "", const char* help = "")
-      : program{{disk, clock, random, messages},
-                {.settings = "/tessaro.ini",
-                 .samples = {},
-                 .documents = "/documents",
-                 .backups = backups,
-                 .help = help}} {
+      : program{
+            {disk, clock, random, messages},
+            {.settings = "/tessaro.ini", .samples = {}, .documents = "/documents", .backups = backups, .help = help}} {
     window().show();
   }
 

@@ -4,12 +4,16 @@
 #include <QTemporaryDir>
 #include <QToolButton>
 
+#include "app/check_texts.h"
 #include "app/dlopt.h"
+#include "app/file_texts.h"
+#include "exchange/compare_texts.h"
 #include "help/help_desk.h"
 #include "help/side_print.h"
 #include "help/wnhelp.h"
 #include "learn/dllernkeys.h"
 #include "learn/hot_key_edit.h"
+#include "learn/lern_texts.h"
 #include "tests/app/main_window_fixture.h"
 #include "widgets/card_pages.h"
 #include "widgets/text.h"
@@ -98,6 +102,48 @@ TEST_F(HelpWindow, ExplainsAMessageThatRefersToIt) {
                              EXPECT_EQ(ShownHelp()->shown_card(), deck.CardOfMessage("Fehler Speichern Kartei"));
                              EXPECT_NE(ShownHelp()->shown_card(), 0);
                            });
+}
+
+TEST(HelpOfMessages, IsTheCardOfEachThatNeedsOne) {
+  const std::optional<HelpDeck> deck = HelpDeck::Read(RealDisk(), TESSARO_HELP);
+  ASSERT_TRUE(deck);
+  OpenReport cannot_load;
+  cannot_load.result = OpenResult::CannotLoad;
+  OpenReport in_use;
+  in_use.result = OpenResult::InUse;
+  OpenReport unusable;
+  unusable.result = OpenResult::Unusable;
+  const struct {
+    QString message;
+    QString title;
+  } kCases[] = {
+      {FailureText(SaveResult::CardsFailed, "x.mlb"), u"Speichern geht nicht"_s},
+      {FailureText(SaveResult::LearnIndexFailed, "x.mlb"), u"Speichern geht nicht"_s},
+      {FailureText(SaveResult::LinkIndexFailed, "x.mlb"), u"Speichern geht nicht"_s},
+      {FailureText(SaveResult::SettingsFailed, "x.mlb"), u"Speichern geht nicht"_s},
+      {FailureText(SaveResult::ReadOnly, "x.mlb"), u"Nur zum Lesen geöffnet"_s},
+      {NoLockText("x.mlb"), u"Nur zum Lesen geöffnet"_s},
+      {DefectText(IndexDefect::LearnIndex), u"Index fehlt oder passt nicht"_s},
+      {DefectText(IndexDefect::LinkIndex), u"Index fehlt oder passt nicht"_s},
+      {RefusalText(cannot_load, "x.mlb"), u"Kartei lässt sich nicht laden"_s},
+      {LoadText(SourceLoad::CannotLoad), u"Kartei lässt sich nicht laden"_s},
+      {MissingText("x.mlb", "x.ml~", 0), u"Kartei lässt sich nicht laden"_s},
+      {RefusalText(unusable, "x.mlb"), u"Alten Stand zurückholen"_s},
+      {RefusalText(in_use, "x.mlb"), u"Kartei ist schon geöffnet"_s},
+      {UnsavedText({.cards = 1, .first = 1, .last = 2}), u"Nach einem Absturz"_s},
+      {FutureAnswersText(1, u"heute"_s), u"Uhr geht falsch"_s},
+      {FutureAnswersText(2, u"heute"_s), u"Uhr geht falsch"_s},
+      {MessageText(RunMessage::StandardExhausted, 0), u"Nichts mehr zu lernen?"_s},
+      {MessageText(RunMessage::EndOfFile, 0), u"Nichts mehr zu lernen?"_s},
+      {MessageText(RunMessage::BoxDone, 0), u"Nichts mehr zu lernen?"_s},
+      {MessageText(RunMessage::CardTimeInFuture, 0), u"Uhr geht falsch"_s},
+      {MessageText(RunMessage::IndexFault, 7), u"Index fehlt oder passt nicht"_s},
+      {RefusalText(AnswerRefusal::TypingOpen), QString()},
+  };
+  for (const auto& [message, title] : kCases) {
+    const HelpCard* card = deck->Card(deck->CardOfMessage(*ToBytes(message)));
+    EXPECT_EQ(card == nullptr ? QString() : FromBytes(card->title), title) << message.toStdString();
+  }
 }
 
 TEST_F(HelpWindow, SearchesGoesOnAndBackByKeys) {
