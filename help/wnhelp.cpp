@@ -25,6 +25,8 @@ constexpr const char* kPlaceSuffix = "Hlp";
 constexpr int kNumberRole = Qt::UserRole;
 constexpr int kLettersInList = 38;
 constexpr int kListSpacing = 2;
+constexpr int kPrintPoints = 11;     // however large the letters on the screen are
+constexpr double kPrintMargin = 20;  // millimetres
 
 // A little larger than the texts of windows, as the paper is read from further away.
 QFont CardFont() {
@@ -139,9 +141,11 @@ void TF_wnhelp::BtBackClick() {
 void TF_wnhelp::BtPrintClick() {
   QPrinter printer(QPrinter::HighResolution);
   printer.setDocName(windowTitle());
+  printer.setPageMargins({kPrintMargin, kPrintMargin, kPrintMargin, kPrintMargin}, QPageLayout::Millimeter);
   QPrintDialog dialog(&printer, this);
   if (dialog.exec() != QDialog::Accepted) return;
-  if (!PrintSide(printer, deck_.Card(shown_)->side, CardFont())) messages_.Error(this, u"Drucken ist nicht möglich."_s);
+  const QFont font(QApplication::font().family(), kPrintPoints);
+  if (!PrintSide(printer, deck_.Card(shown_)->side, font)) messages_.Error(this, u"Drucken ist nicht möglich."_s);
 }
 
 void TF_wnhelp::FillList() {
