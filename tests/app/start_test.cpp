@@ -98,6 +98,9 @@ TEST_F(Samples, AreFoundAroundTheProgram) {
   EXPECT_EQ(FindSampleFolder(root / "bin"), samples);
   EXPECT_EQ(FindSampleFolder(root / "documents" / "a" / "b" / "c" / "d"), fs::path());
   EXPECT_EQ(SampleFiles(samples), std::vector<fs::path>{samples / "Deck.mlb"});
+  EXPECT_EQ(FindHelp(root / "bin"), fs::path());
+  Write(root / "share" / "tessaro" / "help" / "Hilfe.mlb", "help");
+  EXPECT_EQ(FindHelp(root / "bin"), root / "share" / "tessaro" / "help" / "Hilfe.mlb");
 }
 
 TEST_F(Samples, AreCopiedWholeAndOpenWithoutAMessage) {
