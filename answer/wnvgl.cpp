@@ -26,6 +26,7 @@ constexpr size_t kLeastBlanks = 2;
 const QString kOtherCaseText = u"Groß-/Kleinschreibung unterschiedlich"_s;
 const QString kWrongText =
     u"Buchstabenfolge vor oder um die Eingabeposition ist falsch - korrigieren oder weiter schreiben mit Leertaste"_s;
+
 QString Marked(const std::vector<ComparedPiece>& pieces, const QString& begin, const QString& end) {
   QString text;
   for (const ComparedPiece& piece : pieces) {
