@@ -187,39 +187,6 @@ TEST_F(CardEditTest, AnySequenceGivesTheCardsOfAPlainModel) {
   }
 }
 
-TEST_F(CardEditTest, WhatTheJournalCouldKeepIsThereAfterACrash) {
-  using enum MemoryDisk::WriteFault;
-  for (const auto& [fault, stays] :
-       {std::pair{Nothing, false}, {Nothing, true}, {Half, false}, {HalfUnnoticed, false}}) {
-    bool reached = true;
-    for (int n = 1; reached; ++n) {
-      SCOPED_TRACE(n);
-      Start(4);
-      inverses_.clear();
-      random_.seed(static_cast<uint32_t>(n % 5));
-      disk_.FailAt(n, fault, stays);
-      std::string kept = FileText(file_->cards());
-      for (int step = 0; step < 8; ++step) {
-        if (Below(4) == 0) {
-          Answer();
-        } else if (Below(6) == 0) {
-          (void)file_->Save();
-        } else {
-          RandomCommand(2);
-        }
-        if (!file_->journal().failing()) kept = FileText(file_->cards());
-      }
-      reached = disk_.operations() >= n;
-      disk_.FailAt(0);
-      const OpenReport report = Reopen();
-      EXPECT_TRUE(report.put_aside.empty());
-      ASSERT_TRUE(!report.unsaved || file_->TakeOverUnsaved());
-      ASSERT_EQ(FileText(file_->cards()), kept);
-      ExpectIndexesFit(*file_);
-    }
-  }
-}
-
 TEST_F(CardEditTest, RefusesWhatNamesNoCards) {
   Start(3);
   const std::string text = model_.Text();

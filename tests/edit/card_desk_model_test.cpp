@@ -180,5 +180,60 @@ TEST_F(CardDeskModelTest, RandomCommandsDoWhatAPlainListDoes) {
   }
 }
 
+// What a new start makes of the files that lie there now.
+std::string CardsAfterRestart(const MemoryDisk& disk) {
+  MemoryDisk copy;
+  const std::filesystem::path folder = std::filesystem::path(kTestFile).parent_path();
+  for (const std::string& name : disk.FileNames(folder)) copy.Put(folder / name, *disk.Content(folder / name));
+  CardFile file(copy);
+  const OpenReport report = file.Open(kTestFile);
+  EXPECT_EQ(report.result, OpenResult::Opened);
+  EXPECT_TRUE(!report.unsaved || file.TakeOverUnsaved());
+  return FileText(file.cards());
+}
+
+TEST_F(CardDeskTest, WhatWasKeptIsThereAfterACrashHoweverTheDiskFailed) {
+  int failures = 0;
+  int compared = 0;
+  for (uint32_t seed = 1; seed <= 40; ++seed) {
+    std::mt19937 random(seed);
+    const auto below = [&random](int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random); };
+    desk.reset();
+    Open({{.id = "000001", .question = "1"}, {.id = "000002", .question = "2"}, {.id = "000003", .question = "3"}});
+    for (int step = 0; step < 60; ++step) {
+      const auto fault = below(2) == 0 ? MemoryDisk::WriteFault::Nothing : MemoryDisk::WriteFault::Half;
+      if (below(5) == 0) disk.FailAt(1 + below(6), fault, below(2) == 0);
+      if (below(7) == 0) disk.set_capacity(static_cast<uint64_t>(below(4000)));
+      desk->GoTo(kFirstCardRow + below(file.CardCount()));
+      const std::array<std::function<void()>, 9> commands = {
+          [&] { desk->InsertEmpty(); },
+          [&] { desk->Cut(); },
+          [&] { desk->Paste(); },
+          [&] { desk->ToggleDeletion(); },
+          [&] { desk->RemoveMarked(); },
+          [&] { desk->Undo(); },
+          [&] { desk->Redo(); },
+          [&] { EXPECT_EQ(Renumber(file, desk->commands(), {1 + step}, desk->row()), RenumberOutcome::Done); },
+          [&] { desk->Store(std::string(static_cast<size_t>(below(300)), 'x') + std::to_string(step), "Antwort"); }};
+      commands[static_cast<size_t>(below(9))]();
+      if (below(3) == 0) {
+        disk.FailAt(0);
+        disk.set_capacity(UINT64_MAX);
+      }
+      failures += file.journal().failing() ? 1 : 0;
+      if (file.journal().failing()) continue;
+      ++compared;
+      ASSERT_EQ(CardsAfterRestart(disk), FileText(file.cards())) << "seed " << seed << ", step " << step;
+    }
+    disk.FailAt(0);
+    disk.set_capacity(UINT64_MAX);
+    ExpectIndexesFit(file);
+    desk.reset();
+    file.Close();
+  }
+  EXPECT_GT(failures, 100);
+  EXPECT_GT(compared, 1000);
+}
+
 }  // namespace
 }  // namespace tessaro

@@ -138,7 +138,12 @@ TEST_F(CardDeskTest, WayBackFollowsItsCardThroughRenumberingAndMovedRows) {
   EXPECT_EQ(Show(), "1:a 4:- >2:<home>b 3:c");
   EXPECT_TRUE(desk->GoBack());
   EXPECT_EQ(desk->id(), "000001");
-  // The home card is followed, too, and found anew when texts changed.
+  // The home card is found anew when cards moved, though they are as many, or texts changed.
+  EXPECT_TRUE(desk->Home());
+  desk->Last();
+  desk->Cut();
+  desk->First();
+  desk->InsertEmpty();
   EXPECT_TRUE(desk->Home());
   EXPECT_EQ(desk->id(), "000002");
   EXPECT_EQ(desk->Store("b", "Antwort"), StoreOutcome::Saved);

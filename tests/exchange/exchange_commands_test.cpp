@@ -1,5 +1,7 @@
 // The exchange commands of the main window, from the menu to the cards.
 
+#include <QStatusBar>
+
 #include "edit/dlnumm.h"
 #include "edit/side_field.h"
 #include "edit/wned.h"
@@ -133,14 +135,20 @@ TEST_F(ExchangeCommands, DoubledCardsOfTheOpenFileAreFoundAndRemoved) {
   EXPECT_NE(NewestCopy().find("<+++>"), std::string::npos);
 }
 
-TEST_F(ExchangeCommands, OldCardFileIsTakenOverWithNoneOpen) {
+TEST_F(ExchangeCommands, OldCardFileIsTakenOverWithNoneOpenOnceItHasAName) {
   EXPECT_FALSE(Command(u"MExportierenClick"_s).isEnabled());
   disk.Put("/alt.txt", std::string("one\ntwo\n000001¤0¤a||b¤c¤1¤0¤wf¤0\n"_cp));
   Drive<TF_dltrans>(u"MTransferClick"_s, [&](TF_dltrans& dialog) {
+    ClickIn(dialog, u"BitBtnOK"_s);
+    EXPECT_EQ(messages.errors.takeFirst(), u"Eingabe Name neue Kartei fehlt"_s);
+    EXPECT_EQ(Control<QStatusBar>(dialog, u"StatusBarTrans"_s).currentMessage(), u"Karteiname fehlt"_s);
     ChooseIn(dialog, u"/alt.txt"_s, u"BitBtnOpen"_s);
-    Control<QLineEdit>(dialog, u"MaskEditZiel"_s).setText(u"Neu"_s);
+    auto& name = Control<QLineEdit>(dialog, u"MaskEditZiel"_s);
+    name.clear();
+    QTest::keyClicks(&name, u"Ne/u"_s);
     messages.answers = {Answer::Yes};
     ClickIn(dialog, u"BitBtnOK"_s);
+    EXPECT_EQ(Control<QStatusBar>(dialog, u"StatusBarTrans"_s).currentMessage(), u"1 Karten übertragen"_s);
   });
   EXPECT_EQ(CardsPath(), "/Neu.mlb");
   EXPECT_EQ(Question(2), "a\nb");

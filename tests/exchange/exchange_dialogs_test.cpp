@@ -4,7 +4,6 @@
 #include "exchange/dldel.h"
 #include "exchange/dlexp.h"
 #include "exchange/dlimp.h"
-#include "exchange/dltrans.h"
 #include "exchange/dlupd.h"
 #include "platform/code_page.h"
 #include "store/file/ini_file.h"
@@ -137,11 +136,12 @@ TEST_F(ExchangeDialogs, ImportShowsWhatWouldComeAndBringsItIn) {
 }
 
 TEST_F(ExchangeDialogs, TextsAreWholeInLargeLettersWithAWarningToo) {
-  const LetterScale large(1.5);
-  Show<TF_dlexp>();
-  Type(u"EditVH"_s, u"n"_s);
-  QTest::qWait(20);
-  ExpectWholeLabels(*dialog);
+  InLetters(1.5, [this] {
+    Show<TF_dlexp>();
+    Type(u"EditVH"_s, u"n"_s);
+    QTest::qWait(20);
+    ExpectWholeLabels(*dialog);
+  });
 }
 
 TEST_F(ExchangeDialogs, ImportThatCannotBeReadSaysSoAndChangesNothing) {
@@ -198,22 +198,6 @@ TEST_F(ExchangeDialogs, StatisticsAreDeletedAfterAQuestionAndACopy) {
   EXPECT_EQ(file.cards().Peek(file.columns().score, 3), "000000120");
   Click(u"BitBtnDelPart"_s);
   EXPECT_EQ(Status(u"StatusBarDelStat"_s), u"2 Statistiken bereinigt"_s);
-}
-
-TEST_F(ExchangeDialogs, TransferAsksForWhatIsMissingAndOpensTheResult) {
-  disk.Put("/texts/alt.txt", std::string("one\ntwo\n000001¤0¤a||b¤c¤1¤0¤wf¤0\n"_cp));
-  Show<TF_dltrans>();
-  Click(u"BitBtnOK"_s);
-  EXPECT_EQ(messages.errors.takeFirst(), u"Eingabe Name neue Kartei fehlt"_s);
-  EXPECT_EQ(Status(u"StatusBarTrans"_s), u"Karteiname fehlt"_s);
-  Choose(u"/texts/alt.txt"_s, u"BitBtnOpen"_s);
-  Type(u"MaskEditZiel"_s, u"Eng/lisch"_s);
-  EXPECT_EQ(Line(u"MaskEditZiel"_s).text(), u"Englisch"_s);
-  messages.answers = {Answer::Yes};
-  Click(u"BitBtnOK"_s);
-  EXPECT_EQ(Status(u"StatusBarTrans"_s), u"1 Karten übertragen"_s);
-  EXPECT_EQ(opened, "/texts/Englisch.mlb");
-  EXPECT_TRUE(disk.Exists("/texts/Englisch.mlb"));
 }
 
 TEST_F(ExchangeDialogs, ComparisonIsDoneByKeysAlone) {

@@ -130,19 +130,19 @@ TEST_F(LearningDialogs, AWrongParameterKeepsTheFocusAndChangesNothing) {
 
 // Labels that break their lines have the height for it, and the dialog a place on the screen.
 TEST_F(LearningDialogs, ParametersAreWholeWithLargeLetters) {
-  for (const double scale : {1.0, 1.5}) {
-    const LetterScale large(scale);
+  const auto look = [] {
     TF_dlparam dialog({});
     dialog.show();
     QApplication::processEvents();
-    EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height()) << scale;
+    EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height());
     ExpectWholeLabels(dialog);
     // A field that is scrolled out of sight comes into sight with the focus.
     auto& last = Control<QLineEdit>(dialog, u"EdCheckPosition"_s);
     last.setFocus(Qt::TabFocusReason);
     QApplication::processEvents();
-    EXPECT_FALSE(last.visibleRegion().isEmpty()) << scale;
-  }
+    EXPECT_FALSE(last.visibleRegion().isEmpty());
+  };
+  for (const double scale : {1.0, 1.5}) InLetters(scale, look);
 }
 
 TEST_F(LearningDialogs, AKeyOfOnesOwnWorksInTheWindowAndOnTheQuestion) {

@@ -40,21 +40,15 @@ QList<Window*> OpenWindows() {
   return windows;
 }
 
-// Has all dialogs in letters so many times as large as long as it is there.
-class LetterScale {
- public:
-  explicit LetterScale(double scale) {
-    QFont large = before_;
-    large.setPointSizeF(before_.pointSizeF() * scale);
-    QApplication::setFont(large);
-  }
-  LetterScale(const LetterScale&) = delete;
-  LetterScale& operator=(const LetterScale&) = delete;
-  ~LetterScale() { QApplication::setFont(before_); }
-
- private:
-  QFont before_ = QApplication::font();
-};
+// Does `act` while all dialogs have letters so many times as large.
+inline void InLetters(double scale, const std::function<void()>& act) {
+  const QFont before = QApplication::font();
+  QFont large = before;
+  large.setPointSizeF(before.pointSizeF() * scale);
+  QApplication::setFont(large);
+  act();
+  QApplication::setFont(before);
+}
 
 // Every label has the height that its text needs, broken into lines or not.
 inline void ExpectWholeLabels(const QWidget& window) {
