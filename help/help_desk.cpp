@@ -84,8 +84,9 @@ void HelpDesk::Open(QWidget& place) {
   TF_wnhelp* window = Window(*place.window());
   if (window == nullptr) return;
   const int card = CardOf(window->deck(), place);
-  window->ShowCard(card != 0 ? card : window->deck().StartCard());
+  // The frame of the card measures itself only while it is on the screen.
   window->Bring(QApplication::activeModalWidget());
+  window->ShowCard(card != 0 ? card : window->deck().StartCard());
 }
 
 TF_wnhelp* HelpDesk::Window(QWidget& asker) {
