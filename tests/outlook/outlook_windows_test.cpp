@@ -366,7 +366,12 @@ TEST_F(OutlookWindowTest, ForecastKeepsItsWishesAndNothingElse) {
       EXPECT_EQ(forecast.Working(), text.isEmpty());
       EXPECT_EQ(Sentence(page) == last, !text.isEmpty()) << "what is shown still holds where nothing else comes";
     }
-    date.setDate(QDate(2023, 11, 20));
+    for (const char* typed : {"21112023\r", "20.11.2023\r"}) {
+      date.setFocus();
+      date.setSelectedSection(QDateTimeEdit::DaySection);
+      QTest::keyClicks(&date, QLatin1String(typed));
+      EXPECT_EQ(date.date(), QDate(2023, 11, 20 + typed[1] - '0')) << typed;
+    }
     Wait(forecast);
     EXPECT_TRUE(Sentence(page).startsWith(u"Am 20.11. wissen Sie voraussichtlich "_s)) << Sentence(page).toStdString();
     EXPECT_EQ(page.plot().Count(), 4);
