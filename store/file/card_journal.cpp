@@ -85,7 +85,7 @@ void CardJournal::Edited(CardTable& cards, const EditChange& change, std::string
   whole_table_ = whole_table_ || change.edit.MovesRows();
   rows_.insert(rows_.end(), change.edit.replaced.begin(), change.edit.replaced.end());
   if (batch_ && failing_) return;
-  if (file_ == nullptr) return Note(first ? BeginFile(JournalHead(base_) + record) : WriteAnew(cards));
+  if (file_ == nullptr) return Note(first ? BeginFile(Beginning() + record) : WriteAnew(cards));
   if (gathered_.empty()) {
     gathered_ = std::move(record);
   } else {
@@ -103,6 +103,7 @@ void CardJournal::TableChanged(CardTable& cards) {
 }
 
 void CardJournal::Written(const ContentStamp& stamp) {
+  written_.push_back(stamp);
   if (file_ == nullptr || Put(JournalText({clock_.Now(), SavePoint{stamp}}))) return;
   // The save tells whether the disk works; if it does not, the next change writes the journal anew.
   Close();
@@ -111,6 +112,7 @@ void CardJournal::Written(const ContentStamp& stamp) {
 void CardJournal::Saved(const ContentStamp& stamp) {
   Close();
   base_ = stamp;
+  written_.clear();
   rows_.clear();
   whole_table_ = false;
   failing_ = false;
@@ -154,8 +156,14 @@ JournalRecord CardJournal::TableRecord(CardTable& cards) const {
   return {clock_.Now(), TableChange{file.TakeText()}};
 }
 
-std::string CardJournal::AllChanges(CardTable& cards) {
+std::string CardJournal::Beginning() const {
   std::string text = JournalHead(base_);
+  for (const ContentStamp& stamp : written_) text += JournalText({clock_.Now(), SavePoint{stamp}});
+  return text;
+}
+
+std::string CardJournal::AllChanges(CardTable& cards) {
+  std::string text = Beginning();
   if (whole_table_) return text += JournalText(TableRecord(cards));
   std::sort(rows_.begin(), rows_.end());
   rows_.erase(std::unique(rows_.begin(), rows_.end()), rows_.end());
@@ -189,10 +197,10 @@ bool CardJournal::BeginFile(const std::string& text) {
   file_->KeepOthersAway();
   size_ = text.size();
   // What replaces a good journal has to be on the disk before; a first record may wait like all others.
-  const bool written = file_->Write(text) && (!exists || file_->Flush()) && disk_.Rename(fresh, path_);
-  const std::optional<FileState> state = disk_.State(path_);
-  if (!written || !state || state->size != size_) {
-    if (!written) (void)disk_.Remove(fresh);
+  const bool written = file_->Write(text) && (!exists || file_->Flush());
+  const std::optional<FileState> state = disk_.State(fresh);
+  if (!written || !state || state->size != size_ || !disk_.Rename(fresh, path_)) {
+    (void)disk_.Remove(fresh);
     return false;
   }
   ours_ = true;

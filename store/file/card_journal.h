@@ -79,6 +79,8 @@ class CardJournal {
  private:
   JournalRecord RowRecord(const CardTable& cards, int row, std::span<const int> columns) const;
   JournalRecord TableRecord(CardTable& cards) const;
+  // The head, and that what was written since may be there as well: a save that failed may have replaced the cards.
+  std::string Beginning() const;
   std::string AllChanges(CardTable& cards);
   void Push(CardTable& cards);
   bool Put(std::string_view text);
@@ -94,6 +96,7 @@ class CardJournal {
   std::function<void()> tell_failure_;
   std::filesystem::path path_;  // empty: no journal is kept
   ContentStamp base_;
+  std::vector<ContentStamp> written_;   // since then, by saves that failed
   std::unique_ptr<WritableFile> file_;  // null before the first change, and after a failure
   uint64_t size_ = 0;                   // bytes written to it
   bool ours_ = false;                   // the file at the path was written by this journal

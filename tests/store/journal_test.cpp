@@ -66,6 +66,19 @@ class CardFileJournal : public ::testing::Test {
   }
 
   void Change(int row, int64_t score) { SetScore(*file_, row, score); }
+  // A card comes behind this row, whose answer changes; or where one came before it goes.
+  void EditCards(int row, const std::string& answer) {
+    TableEdit edit;
+    if (file_->CardCount() > 3) {
+      edit.removed = {5};
+    } else {
+      edit.places = {4};
+      edit.inserted.AddRow({{file_->columns().id, "000009"}, {file_->columns().score, "000000003"}});
+    }
+    edit.replaced = {row};
+    edit.replacing.AddRow({{file_->columns().answer, answer}});
+    EXPECT_TRUE(file_->Edit(edit));
+  }
 
   // The program ends without having been asked to, and is started again.
   OpenReport Crash() {
@@ -285,36 +298,41 @@ TEST_F(CardFileJournal, ASaveThatWasCutShortIsFinishedOrTakenBack) {
   EXPECT_EQ(met.size(), 3U);
 }
 
-// Any run of changes, saves and restores in which one operation of the disk fails, or all from there on: what the
-// program did not report as failed is there after a crash.
+// Any run of changes, edits, saves and restores in which one operation of the disk fails, or all from there on until it
+// works again: what the program did not report as failed is there after a crash.
 TEST_F(CardFileJournal, LosesNothingWhereverTheDiskFails) {
   using enum MemoryDisk::WriteFault;
   const std::pair<MemoryDisk::WriteFault, bool> faults[] = {
       {Nothing, false}, {Nothing, true}, {Half, false}, {Half, true}, {HalfUnnoticed, false}, {HalfUnnoticed, true}};
   int journals = 0;
   int tables = 0;
-  for (const auto& [fault, stays] : faults) {
+  for (uint32_t round = 0; round < 4 * std::size(faults); ++round) {
+    const auto& [fault, stays] = faults[round % std::size(faults)];
     bool reached = true;
     for (int n = 1; reached; ++n) {
       SCOPED_TRACE(n);
       ASSERT_EQ(Crash().result, OpenResult::Opened);
       (void)file_->PutUnsavedAside();
-      std::mt19937 random(static_cast<uint32_t>(n));
+      std::mt19937 random(static_cast<uint32_t>(n) + 1000 * round);
       failures_ = 0;
       disk_.FailAt(n, fault, stays);
+      reached = false;
       std::string kept = Text();  // the newest state of which no change was reported as not kept
       for (int step = 0; step < 12; ++step) {
-        const auto dice = random() % 8;
+        const auto dice = random() % 10;
         if (dice < 2) {
           (void)file_->Save();
         } else if (dice == 2) {
           (void)file_->Restore("/deck/x.ml~");
+        } else if (dice < 5) {
+          EditCards(2 + static_cast<int>(random() % 3), std::to_string(step));
         } else {
           Change(2 + static_cast<int>(random() % 3), static_cast<int>(random() % 1000));
         }
         if (!file_->journal().failing()) kept = Text();
+        reached = reached || disk_.operations() >= n;
+        if (reached && random() % 4 == 0) disk_.FailAt(0);
       }
-      reached = disk_.operations() >= n;
       EXPECT_LE(failures_, 1);
       const OpenReport report = Crash();
       EXPECT_TRUE(report.put_aside.empty());
@@ -323,6 +341,7 @@ TEST_F(CardFileJournal, LosesNothingWhereverTheDiskFails) {
       tables += report.unsaved && report.unsaved->whole_table ? 1 : 0;
       EXPECT_TRUE(!report.unsaved || file_->TakeOverUnsaved());
       EXPECT_EQ(Text(), kept);
+      ExpectTheIndexHasTheScoresOfTheCards();
       ASSERT_EQ(file_->Save(), SaveResult::Saved);
     }
   }
