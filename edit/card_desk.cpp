@@ -241,7 +241,7 @@ std::optional<CommandStack::Moved> CardDesk::Follow(std::optional<CommandStack::
   return moved;
 }
 
-void CardDesk::BeginLink(EditSide side, SideSelection selection) {
+void CardDesk::BeginLink(EditSide side, SideRange selection) {
   link_ = {row_, id_, side, PendingLink(WithoutReturns(Text(row_, side)), selection)};
 }
 

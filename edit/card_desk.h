@@ -90,7 +90,7 @@ class CardDesk : private CardWatcher {
   std::optional<CommandStack::Moved> Redo() { return Follow(commands_.Redo()); }
 
   // Begins a link in the place of the selection; the side must be stored. Nothing else may be changed there by others.
-  void BeginLink(EditSide side, SideSelection selection);
+  void BeginLink(EditSide side, SideRange selection);
   bool IsLinking() const { return link_.has_value(); }
   // Null, and no side, while none is made.
   const PendingLink* link() const { return link_ ? &link_->link : nullptr; }

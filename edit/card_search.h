@@ -46,7 +46,7 @@ class TextFinder {
 // second.
 struct FoundText {
   EditSide side = EditSide::Front;
-  SideSelection text;
+  SideRange text;
   int line = 0;  // of the side, counted from 1
   bool operator==(const FoundText&) const = default;
 };

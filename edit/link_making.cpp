@@ -24,7 +24,7 @@ std::string LinkText(std::string_view target_id, std::string_view face) {
   return std::string("<a href=\"").append(target_id).append("\">").append(face).append("</a>");
 }
 
-PendingLink::PendingLink(std::string_view side, SideSelection selection)
+PendingLink::PendingLink(std::string_view side, SideRange selection)
     : side_(side), begin_(std::min(selection.begin, side.size())) {
   selected_ = side_.substr(begin_, selection.length);
 }

@@ -23,7 +23,7 @@ std::string LinkText(std::string_view target_id, std::string_view face);
 class PendingLink {
  public:
   // `side` is the whole text of the side, without the marker.
-  PendingLink(std::string_view side, SideSelection selection);
+  PendingLink(std::string_view side, SideRange selection);
 
   const std::string& selected() const { return selected_; }
   // What the link is to show: the selected text, or where there is none something to click on.
@@ -32,7 +32,7 @@ class PendingLink {
   const std::string& side() const { return side_; }
   // The side as it is shown. When the marker was lost it is the side itself.
   std::string Shown() const;
-  SideSelection marker() const { return {begin_, lost_ ? 0 : kLinkMarker.size()}; }
+  SideRange marker() const { return {begin_, lost_ ? 0 : kLinkMarker.size()}; }
 
   // The user has changed the shown text. Of several markers the one nearest to where it was counts; without one the
   // place of the link is lost.

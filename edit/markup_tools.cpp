@@ -9,7 +9,7 @@
 namespace tessaro {
 namespace {
 
-SideSelection Within(std::string_view side, SideSelection selection) {
+SideRange Within(std::string_view side, SideRange selection) {
   selection.begin = std::min(selection.begin, side.size());
   selection.length = std::min(selection.length, side.size() - selection.begin);
   return selection;
@@ -33,24 +33,24 @@ bool IsPlain(char c) {
 }  // namespace
 
 std::string ApplyEdit(std::string_view side, const SideEdit& edit) {
-  const SideSelection removed = Within(side, edit.removed);
+  const SideRange removed = Within(side, edit.removed);
   return std::string(side).replace(removed.begin, removed.length, edit.inserted);
 }
 
-SideEdit InsertTag(std::string_view side, SideSelection selection, std::string_view tag) {
-  const SideSelection removed = Within(side, selection);
+SideEdit InsertTag(std::string_view side, SideRange selection, std::string_view tag) {
+  const SideRange removed = Within(side, selection);
   return {removed, std::string(tag), {removed.begin + tag.size(), 0}};
 }
 
-SideEdit EncloseInTags(std::string_view side, SideSelection selection, std::string_view open, std::string_view close) {
-  const SideSelection enclosed = Within(side, selection);
+SideEdit EncloseInTags(std::string_view side, SideRange selection, std::string_view open, std::string_view close) {
+  const SideRange enclosed = Within(side, selection);
   return {enclosed,
           Joined({open, side.substr(enclosed.begin, enclosed.length), close}),
           {enclosed.begin + open.size(), enclosed.length}};
 }
 
-SideEdit InsertAtStart(std::string_view front, SideSelection selection, std::string_view tag) {
-  const SideSelection kept = Within(front, selection);
+SideEdit InsertAtStart(std::string_view front, SideRange selection, std::string_view tag) {
+  const SideRange kept = Within(front, selection);
   return {{0, 0}, std::string(tag), {kept.begin + tag.size(), kept.length}};
 }
 

@@ -10,27 +10,27 @@ namespace tessaro {
 enum class EditSide { Front, Back };
 
 // A run of bytes of a side; `length` 0 is a caret. Both are kept within the side by those who take one.
-struct SideSelection {
+struct SideRange {
   size_t begin = 0;
   size_t length = 0;
-  bool operator==(const SideSelection&) const = default;
+  bool operator==(const SideRange&) const = default;
 };
 
 // A change of a side: the bytes `removed` become `inserted`, and then `selection` is what is marked.
 struct SideEdit {
-  SideSelection removed;
+  SideRange removed;
   std::string inserted;
-  SideSelection selection;
+  SideRange selection;
 };
 // The side after the change.
 std::string ApplyEdit(std::string_view side, const SideEdit& edit);
 
 // Puts a tag in the place of the selection, the caret behind it.
-SideEdit InsertTag(std::string_view side, SideSelection selection, std::string_view tag);
+SideEdit InsertTag(std::string_view side, SideRange selection, std::string_view tag);
 // Puts a pair of tags around the selection, which stays selected; an empty selection leaves the caret between them.
-SideEdit EncloseInTags(std::string_view side, SideSelection selection, std::string_view open, std::string_view close);
+SideEdit EncloseInTags(std::string_view side, SideRange selection, std::string_view open, std::string_view close);
 // Puts a tag that marks the whole card at the start of its front. `selection` stays on the bytes it was on.
-SideEdit InsertAtStart(std::string_view front, SideSelection selection, std::string_view tag);
+SideEdit InsertAtStart(std::string_view front, SideRange selection, std::string_view tag);
 
 // What stands on each side of a card on which nothing is written yet.
 inline constexpr std::string_view kBlankSide = "-";

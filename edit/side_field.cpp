@@ -110,20 +110,20 @@ std::string SideField::Side() const {
   return ToBytes(text).value_or(std::string());
 }
 
-QTextCursor SideField::CursorAt(SideSelection selection) const {
+QTextCursor SideField::CursorAt(SideRange selection) const {
   QTextCursor cursor(document());
   cursor.setPosition(static_cast<int>(selection.begin));
   cursor.setPosition(static_cast<int>(selection.begin + selection.length), QTextCursor::KeepAnchor);
   return cursor;
 }
 
-SideSelection SideField::Selection() const {
+SideRange SideField::Selection() const {
   const QTextCursor cursor = textCursor();
   return {static_cast<size_t>(cursor.selectionStart()),
           static_cast<size_t>(cursor.selectionEnd() - cursor.selectionStart())};
 }
 
-void SideField::Select(SideSelection selection) {
+void SideField::Select(SideRange selection) {
   setTextCursor(CursorAt(selection));
   ensureCursorVisible();
 }

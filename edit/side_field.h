@@ -26,9 +26,9 @@ class SideField : public QPlainTextEdit {
   void SetSide(std::string_view side);
   // The same text as it was typed, no-break spaces included.
   std::string Side() const;
-  SideSelection Selection() const;
+  SideRange Selection() const;
   // Marks these bytes and brings them into view.
-  void Select(SideSelection selection);
+  void Select(SideRange selection);
 
   // The tools of the editor, each one step for taking back.
   // A tag in the place of the selection, a pair around it, a tag before all of the text.
@@ -61,7 +61,7 @@ class SideField : public QPlainTextEdit {
   void insertFromMimeData(const QMimeData* source) override;
 
  private:
-  QTextCursor CursorAt(SideSelection selection) const;
+  QTextCursor CursorAt(SideRange selection) const;
   void Apply(const SideEdit& edit);
   void TextChanged();
   void LeaveOutForeign();

@@ -138,7 +138,7 @@ void TF_wned::MHtmlTransferAll() {
 void TF_wned::MHtmlLink() {
   if (desk_.IsLinking() || !MayChange()) return;
   const std::string side = ActiveText().Side();
-  const SideSelection selection = ActiveText().Selection();
+  const SideRange selection = ActiveText().Selection();
   if (!StoreSide()) return;
   desk_.BeginLink(sides_.active(), selection);
   link_window_ = std::make_unique<TF_wnlink>(settings_, this);

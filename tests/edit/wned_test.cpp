@@ -184,7 +184,7 @@ TEST_F(CardEditor, OddSidesUpsetNeitherColoursNorPreview) {
     for (size_t part = chance() % 20; part > 0; --part) side += parts[chance() % parts.size()];
     Front().SetSide(side);
     ASSERT_EQ(Front().Side(), side);
-    const SideSelection marked = {chance() % (side.size() + 1), 0};
+    const SideRange marked = {chance() % (side.size() + 1), 0};
     Front().Select(marked);
     Front().Enclose("<i>", "</i>");
     EXPECT_EQ(Front().Side(), ApplyEdit(side, EncloseInTags(side, marked, "<i>", "</i>")));
@@ -207,7 +207,7 @@ TEST_F(CardEditor, SearchGoesFromCardToCard) {
   };
   press(u"BitBtnStart"_s);
   EXPECT_EQ(window->row(), 2);
-  EXPECT_EQ(Back().Selection(), (SideSelection{0, 7})) << "what was found is marked";
+  EXPECT_EQ(Back().Selection(), (SideRange{0, 7})) << "what was found is marked";
   press(u"BitBtnWeiter"_s);
   EXPECT_EQ(window->row(), 3);
   EXPECT_EQ(Control<QLabel>(*search, u"LabelErgebnis"_s).text(), u"gefunden in Zeile 1. 2 Karten durchsucht"_s);
