@@ -145,7 +145,7 @@ TEST_F(OutlookWindowTest, PagesAreWorkedOutHoweverFastTheyAreTurned) {
   Show(forecast);
   EXPECT_EQ(Page(forecast, u"PageFaellig"_s).plot().Count(), 3 + 30) << "a month at first";
   Control<QSpinBox>(forecast, u"SpinRueckstand"_s).setValue(1);
-  const auto& backlog = Control<QLabel>(forecast, u"LabelRueckstand"_s);
+  auto& backlog = Control<QLabel>(forecast, u"LabelRueckstand"_s);
   ASSERT_TRUE(QTest::qWaitFor([&] { return backlog.text() == u"wird berechnet …"_s; }));
   GoTo(forecast, 1);
   GoTo(forecast, 0);
