@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <future>
 
 #include "cards/answer_history.h"
 #include "cards/due_rule.h"
+#include "platform/other_thread.h"
 #include "platform/saturating.h"
 
 namespace tessaro {
@@ -84,10 +84,8 @@ CardFigures FiguresOf(const CardFile& file, const LearningParameters& parameters
   constexpr int kWorthAThread = 50'000;
   const int end = file.cards().RowCount();
   const int middle = end < kWorthAThread ? kFirstCardRow : end / 2;
-  // Without a thread to spare it is counted when its result is asked for.
-  std::future first =
-      std::async(end < kWorthAThread ? std::launch::deferred : std::launch::async | std::launch::deferred,
-                 [&] { return FiguresBetween(file, kFirstCardRow, middle, parameters, now); });
+  std::future first = std::async(OnOtherThread(end >= kWorthAThread),
+                                 [&] { return FiguresBetween(file, kFirstCardRow, middle, parameters, now); });
   const CardFigures second = FiguresBetween(file, middle, end, parameters, now);
   return Sum(first.get(), second);
 }

@@ -55,9 +55,9 @@ void Landmarks::Search(const CardFile& file) {
   rows_ = file.cards().RowCount();
   for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
     const std::string_view question = cards.Question(row);
-    if (home_ == 0 && Holds(question, "<home>")) home_ = row;
-    if (index_ == 0 && Holds(question, "<index>")) index_ = row;
-    if (automap_ == 0 && Holds(question, "<automap>")) automap_ = row;
+    if (home_ == 0 && Holds(question, kHomeTag)) home_ = row;
+    if (index_ == 0 && Holds(question, kIndexTag)) index_ = row;
+    if (automap_ == 0 && Holds(question, kAutomapTag)) automap_ = row;
   }
 }
 

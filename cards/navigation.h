@@ -2,11 +2,17 @@
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 #include "store/file/card_file.h"
 #include "store/table/row_shift.h"
 
 namespace tessaro {
+
+// What marks the card to begin with, an index and the beginning of a generated overview.
+inline constexpr std::string_view kHomeTag = "<home>";
+inline constexpr std::string_view kIndexTag = "<index>";
+inline constexpr std::string_view kAutomapTag = "<automap>";
 
 // The cards on which a link was followed, each by its card table row or by its number, as the owner has it; the last 30
 // are remembered.

@@ -68,9 +68,7 @@ std::vector<int> OrderedRows(const CardFile& file, CardOrder order, bool descend
     std::vector<TextKey> keys;
     keys.reserve(static_cast<size_t>(cards.Count()));
     for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
-      std::string text = ReadText(cards, row, order);
-      for (char& c : text) c = ToLower(c);
-      keys.emplace_back(std::move(text));
+      keys.emplace_back(LowerCase(ReadText(cards, row, order)));
     }
     return RowsByKeys(keys, descending);
   }

@@ -18,16 +18,10 @@ int Frequency(char c) {
   return place == kNowhere ? 0 : static_cast<int>(kCommon.size() - place);
 }
 
-std::string Folded(std::string_view text) {
-  std::string folded(text);
-  for (char& c : folded) c = ToLower(c);
-  return folded;
-}
-
 }  // namespace
 
 TextFinder::TextFinder(std::string_view text, bool ignore_case)
-    : text_(ignore_case ? Folded(text) : std::string(text)), ignore_case_(ignore_case) {
+    : text_(ignore_case ? LowerCase(std::string(text)) : std::string(text)), ignore_case_(ignore_case) {
   const auto rarer = [](char a, char b) { return Frequency(a) < Frequency(b); };
   if (!text_.empty()) {
     rarest_ = static_cast<size_t>(std::min_element(text_.begin(), text_.end(), rarer) - text_.begin());

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "cards/card_reader.h"
+#include "cards/navigation.h"
 #include "edit/landmark_settings.h"
 #include "edit/markup_tools.h"
 #include "edit/new_card.h"

@@ -13,9 +13,6 @@ namespace tessaro {
 
 inline constexpr size_t kEntriesOfPart = 100;
 inline constexpr size_t kEntriesOfLine = 10;
-inline constexpr std::string_view kAutomapTag = "<automap>";
-inline constexpr std::string_view kIndexTag = "<index>";
-inline constexpr std::string_view kHomeTag = "<home>";
 
 // What stands for a card, or a group of cards, in an overview: text characters, or the file of a pictogram.
 struct OverviewSymbols {

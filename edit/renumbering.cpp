@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cards/card_reader.h"
+#include "cards/navigation.h"
 #include "edit/landmark_settings.h"
 #include "edit/link_rewriting.h"
 #include "edit/overview_cards.h"

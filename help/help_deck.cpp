@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "cards/navigation.h"
 #include "hypertext/plain_text.h"
 #include "platform/code_page.h"
 #include "platform/disk.h"
@@ -34,12 +35,6 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
   return parts;
 }
 
-std::string InUpperCase(std::string_view text) {
-  std::string upper(text);
-  std::transform(upper.begin(), upper.end(), upper.begin(), ToUpper);
-  return upper;
-}
-
 std::string WithoutLinks(std::string_view side) {
   constexpr std::string_view kEnd = "</a>";
   std::string rest;
@@ -64,14 +59,14 @@ std::optional<HelpDeck> HelpDeck::Read(Disk& disk, const std::filesystem::path& 
   CardTable table;
   table.SetSeparator(kFieldSeparator);
   if (file == nullptr || !table.LoadFrom(*file)) return std::nullopt;
-  const int id = table.ColumnIndex("ID");
-  const int question = table.ColumnIndex("Question");
-  const int answer = table.ColumnIndex("Answer");
+  const int id = table.ColumnIndex(kId);
+  const int question = table.ColumnIndex(kQuestion);
+  const int answer = table.ColumnIndex(kAnswer);
   if (id == 0 || question == 0 || answer == 0) return std::nullopt;
   HelpDeck deck;
   for (int row = 1; row <= table.RowCount(); ++row) {
     const std::string_view number = table.Peek(id, row);
-    if (number == "@@" || number == "##") continue;
+    if (number == kStartMark || number == kEndMark) continue;
     if (LeadingNumber(number) != deck.Count() + 1) return std::nullopt;
     deck.Add(table.Peek(question, row), table.Peek(answer, row));
   }
@@ -88,8 +83,8 @@ void HelpDeck::Add(std::string_view front, std::string_view back) {
   size_t from = 0;
   card.chapter = NextTag(front, "topic", from).value_or("");
   const int number = Count() + 1;
-  if (front.find("<home>") != std::string_view::npos) start_ = number;
-  if (front.find("<index>") != std::string_view::npos) index_ = number;
+  if (front.find(kHomeTag) != std::string_view::npos) start_ = number;
+  if (front.find(kIndexTag) != std::string_view::npos) index_ = number;
   from = 0;
   while (const auto places = NextTag(front, "place", from)) {
     for (const std::string_view place : Split(*places, ' ')) places_.push_back({std::string(place), number});
@@ -97,15 +92,27 @@ void HelpDeck::Add(std::string_view front, std::string_view back) {
   from = 0;
   while (const auto message = NextTag(front, "message", from)) messages_.push_back({std::string(*message), number});
   Searched searched;
-  searched.title = InUpperCase(card.title);
-  searched.words = searched.title + '\n' + InUpperCase(card.words);
-  searched.text = searched.words + '\n' + InUpperCase(PlainText(WithoutLinks(front)));
+  searched.title = UpperCase(card.title);
+  searched.words = searched.title + '\n' + UpperCase(card.words);
+  searched.text = searched.words + '\n' + UpperCase(PlainText(WithoutLinks(front)));
   searched_.push_back(std::move(searched));
   cards_.push_back(std::move(card));
 }
 
 const HelpCard* HelpDeck::Card(int64_t number) const {
   return number >= 1 && number <= Count() ? &cards_[static_cast<size_t>(number - 1)] : nullptr;
+}
+
+std::vector<HelpChapter> HelpDeck::Chapters() const {
+  std::vector<HelpChapter> chapters;
+  for (int number = 1; number <= Count(); ++number) {
+    const std::string& name = Card(number)->chapter;
+    const auto same = [&](const HelpChapter& chapter) { return chapter.name == name; };
+    auto chapter = std::find_if(chapters.begin(), chapters.end(), same);
+    if (chapter == chapters.end()) chapter = chapters.insert(chapter, {.name = name, .cards = {}});
+    chapter->cards.push_back(number);
+  }
+  return chapters;
 }
 
 int HelpDeck::CardOfPlace(std::span<const std::string> places) const {
@@ -127,7 +134,7 @@ int HelpDeck::CardOfMessage(std::string_view text) const {
 }
 
 std::vector<int> HelpDeck::Search(std::string_view wanted) const {
-  const std::string upper = InUpperCase(wanted);
+  const std::string upper = UpperCase(std::string(wanted));
   const std::vector<std::string_view> words = Split(upper, ' ');
   if (words.empty()) return {};
   std::array<std::vector<int>, 4> found;

@@ -20,6 +20,12 @@ struct HelpCard {
   std::string words;    // its entries in the index, one a line
 };
 
+// Cards that name the same chapter, by their numbers.
+struct HelpChapter {
+  std::string name;  // empty for cards that name none
+  std::vector<int> cards;
+};
+
 // The help: a card file of navigation cards, read as a table and never opened as one. The front of a card is what is
 // shown, with tags that say what it is the help for: <place="NAME NAME"> names windows and controls, <message="TEXT">
 // the beginning of a line in messages of the program. Its back has the entries of the index. Cards are numbered from 1
@@ -36,6 +42,9 @@ class HelpDeck {
   int StartCard() const { return start_; }
   // The card with the entries in alphabetical order, marked <index>; else the first.
   int IndexCard() const { return index_; }
+
+  // In the order in which the first card of each stands.
+  std::vector<HelpChapter> Chapters() const;
 
   // The card of the innermost place that has one; 0 when none has. `places` are names from a control outward to its
   // window and those around it.

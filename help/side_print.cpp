@@ -7,6 +7,7 @@
 #include <functional>
 #include <vector>
 
+#include "widgets/htmlview.h"
 #include "widgets/painter.h"
 #include "widgets/picture_store.h"
 #include "widgets/qt_measurer.h"

@@ -1,9 +1,8 @@
 #pragma once
 
+#include <QFont>
 #include <QPrinter>
 #include <string_view>
-
-#include "widgets/htmlview.h"
 
 namespace tessaro {
 

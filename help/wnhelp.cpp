@@ -157,16 +157,9 @@ void TF_wnhelp::FillList() {
 }
 
 void TF_wnhelp::ListChapters() {
-  std::vector<std::string> chapters;
-  for (int number = 1; number <= deck_.Count(); ++number) {
-    const std::string& chapter = deck_.Card(number)->chapter;
-    if (std::find(chapters.begin(), chapters.end(), chapter) == chapters.end()) chapters.push_back(chapter);
-  }
-  for (const std::string& chapter : chapters) {
-    if (!chapter.empty()) AddHeading(FromBytes(chapter));
-    for (int number = 1; number <= deck_.Count(); ++number) {
-      if (deck_.Card(number)->chapter == chapter) AddEntry(number);
-    }
+  for (const HelpChapter& chapter : deck_.Chapters()) {
+    if (!chapter.name.empty()) AddHeading(FromBytes(chapter.name));
+    for (const int number : chapter.cards) AddEntry(number);
   }
 }
 

@@ -16,12 +16,6 @@ namespace fs = std::filesystem;
 constexpr std::string_view kSeparators = "\\/";
 constexpr size_t kMostLevels = 64;  // of folders in a name
 
-std::string LowerCase(std::string_view bytes) {
-  std::string lower(bytes);
-  std::transform(lower.begin(), lower.end(), lower.begin(), [](char c) { return ToLower(c); });
-  return lower;
-}
-
 // A name on the disk, as cards write it, in lower case. A name that is not UTF-8 comes from an old system: its bytes
 // are taken for the code page's own.
 std::string LowerCaseOfDiskName(std::string_view name) {
@@ -29,11 +23,11 @@ std::string LowerCaseOfDiskName(std::string_view name) {
   for (size_t at = 0; at < name.size();) {
     const auto first = FirstUtf8(name.substr(at));
     const auto byte = first ? code_page::ByteOf(first->first) : std::nullopt;
-    if (!byte) return LowerCase(name);
+    if (!byte) return LowerCase(std::string(name));
     bytes += *byte;
     at += first->second;
   }
-  return LowerCase(bytes);
+  return LowerCase(std::move(bytes));
 }
 
 // Where a folder and then ".." stand in the name, both are left out: what a card names has one spelling.
@@ -131,7 +125,7 @@ std::optional<fs::path> MediaFinder::FindIn(fs::path folder, const std::vector<s
     }
     const Folder& names = NamesIn(folder);
     const Names& candidates = i + 1 < parts.size() ? names.folders : names.files;
-    const auto match = candidates.find(LowerCase(parts[i]));
+    const auto match = candidates.find(LowerCase(std::string(parts[i])));
     if (match == candidates.end()) return std::nullopt;
     folder /= match->second;
   }

@@ -16,7 +16,7 @@ namespace {
 
 // The places 0 ... count - 1 in the order of their keys.
 template <typename KeyOf>
-std::vector<int> PlacesBy(int count, bool descending, KeyOf key_of) {
+std::vector<int> OrderedPlaces(int count, bool descending, KeyOf key_of) {
   std::vector<std::pair<decltype(key_of(0)), int>> keys;
   keys.reserve(static_cast<size_t>(count));
   for (int place = 0; place < count; ++place) keys.emplace_back(key_of(place), place);
@@ -82,25 +82,32 @@ int64_t CardLines::Seconds(int place) const {
   return std::max<int64_t>(CardReader(file_).TimeLearned(Row(place)), 0);
 }
 
+std::vector<int> CardLines::PlacesBy(CardLineKey key, bool descending) const {
+  const auto by = [&](auto key_of) { return OrderedPlaces(Count(), descending, key_of); };
+  switch (key) {
+    case CardLineKey::Question: {
+      std::deque<std::string> rests;
+      return by([&](int place) { return KeyOf(LowerCase(QuestionStart(file_, Row(place))), rests); });
+    }
+    case CardLineKey::Recall:
+      return by([&](int place) { return Recall(place); });
+    case CardLineKey::Due:
+      return by([&](int place) { return Due(place); });
+    case CardLineKey::Misses:
+      return by([&](int place) { return Misses(place); });
+    case CardLineKey::Seconds:
+      return by([&](int place) { return Seconds(place); });
+    default:
+      return by([&](int place) { return Row(place); });
+  }
+}
+
 void CardLines::Sort(CardLineKey key, bool descending) {
   // In the order of the table they are read fastest.
   std::sort(lines_.begin(), lines_.end(), [](const Line& a, const Line& b) { return a.row < b.row; });
-  std::deque<std::string> rests;
-  const auto question = [&](int place) {
-    std::string text = QuestionStart(file_, Row(place));
-    std::transform(text.begin(), text.end(), text.begin(), ToLower);
-    return KeyOf(text, rests);
-  };
-  const auto by = [&](auto key_of) { return PlacesBy(Count(), descending, key_of); };
-  const std::vector<int> places = key == CardLineKey::Question  ? by(question)
-                                  : key == CardLineKey::Recall  ? by([&](int place) { return Recall(place); })
-                                  : key == CardLineKey::Due     ? by([&](int place) { return Due(place); })
-                                  : key == CardLineKey::Misses  ? by([&](int place) { return Misses(place); })
-                                  : key == CardLineKey::Seconds ? by([&](int place) { return Seconds(place); })
-                                                                : by([&](int place) { return Row(place); });
   std::vector<Line> ordered;
-  ordered.reserve(places.size());
-  for (const int place : places) ordered.push_back(LineAt(place));
+  ordered.reserve(lines_.size());
+  for (const int place : PlacesBy(key, descending)) ordered.push_back(LineAt(place));
   lines_ = std::move(ordered);
 }
 

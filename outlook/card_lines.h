@@ -48,6 +48,8 @@ class CardLines {
     int row_read;  // of the same card when the deck was read
   };
   const Line& LineAt(int place) const { return lines_[static_cast<size_t>(place)]; }
+  // The places in the order of a key.
+  std::vector<int> PlacesBy(CardLineKey key, bool descending) const;
   const CardTrace* TraceAt(int place) const { return deck_->TraceOf(LineAt(place).row_read); }
 
   const CardFile& file_;

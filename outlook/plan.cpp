@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "outlook/due_count.h"
+#include "platform/other_thread.h"
 
 namespace tessaro {
 namespace {
@@ -157,8 +158,7 @@ bool Plan::ForgetSome(int count) {
 
 // A deck of 20,000 cards takes longer to read than windows may wait.
 void Plan::ReadNextDeck() {
-  next_deck_ = std::async(std::launch::async | std::launch::deferred,
-                          [&text = start_->text] { return std::make_unique<CopiedDeck>(text); });
+  next_deck_ = std::async(OnOtherThread(), [&text = start_->text] { return std::make_unique<CopiedDeck>(text); });
 }
 
 void Plan::BeginCurve() {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 // The code page of card texts, Windows-1252: its characters, literals in it, and the case of its letters. Sources are
@@ -96,6 +97,14 @@ constexpr char ToLower(char c) {
 }
 
 // Texts of the code page.
+inline std::string UpperCase(std::string text) {
+  for (char& c : text) c = ToUpper(c);
+  return text;
+}
+inline std::string LowerCase(std::string text) {
+  for (char& c : text) c = ToLower(c);
+  return text;
+}
 inline bool EqualIgnoringCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return ToUpper(x) == ToUpper(y); });
 }

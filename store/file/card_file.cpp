@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <future>
 #include <utility>
 
+#include "platform/other_thread.h"
 #include "store/file/card_layout.h"
 #include "store/file/cut_save.h"
 #include "store/file/file_text.h"
@@ -152,21 +152,19 @@ void CardFile::LoadIndexes(const CardFilePaths& paths, const StageObserver& obse
   const bool cut_short = disk_.Exists(paths.journal);
   const auto size = [&](const fs::path& path) { return disk_.State(path).value_or(FileState()).size; };
   const auto read = [&](const fs::path& path) { return cut_short ? std::nullopt : FileText::Read(disk_, path); };
-  // Threads read the texts and count while the IDs are collected; without one to spare that is done when it is asked
-  // for.
-  constexpr auto kOnOtherThread = std::launch::async | std::launch::deferred;
+  // Threads read the texts and count while the IDs are collected.
   Tell(observer, FileStage::LoadLearnIndex, size(paths.learn_index));
-  std::future reading = std::async(kOnOtherThread, [&] {
+  std::future reading = std::async(OnOtherThread(), [&] {
     return std::array{read(paths.learn_index), read(paths.link_index)};
   });
-  std::future counting = std::async(kOnOtherThread, [&] {
+  std::future counting = std::async(OnOtherThread(), [&] {
     return count_unknown_ == nullptr ? content.unknown : count_unknown_(content.cards, content.columns);
   });
   const CardIds ids(content.cards);
   content.highest_id = ids.highest();
   const std::array<std::optional<FileText>, 2> texts = reading.get();
   std::future adopting =
-      std::async(kOnOtherThread, [&] { return texts[1] && content.link_index.Adopt(texts[1]->view(), ids); });
+      std::async(OnOtherThread(), [&] { return texts[1] && content.link_index.Adopt(texts[1]->view(), ids); });
   const bool learn_adopted = texts[0] && content.learn_index.Adopt(texts[0]->view(), ids);
   const bool learn_good = learn_adopted || BuildLearnIndex(content, ids, observer);
   Tell(observer, FileStage::LoadLinkIndex, size(paths.link_index));

@@ -1,9 +1,9 @@
 // The part of the card file that has to do with rows that come, go and change.
 
 #include <algorithm>
-#include <future>
 #include <utility>
 
+#include "platform/other_thread.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {
@@ -43,10 +43,8 @@ std::optional<RowShift> CardFile::Edit(TableEdit edit) {
   const RowShift shift = ShiftOf(edit);
   const EditChange change = EditChangeOf(std::move(edit), content_.cards);
   // A long record is made beside the work for the table and the indexes.
-  std::future record = std::async(change.edit.replaced.size() + change.edit.places.size() < kWorthAThread
-                                      ? std::launch::deferred
-                                      : std::launch::async | std::launch::deferred,
-                                  [&] { return journal_.EditRecord(change); });
+  const bool is_long = change.edit.replaced.size() + change.edit.places.size() >= kWorthAThread;
+  std::future record = std::async(OnOtherThread(is_long), [&] { return journal_.EditRecord(change); });
   const auto tell_shift = [&](auto told, const RowShift& of) {
     if (!shift.empty()) watchers_.ForEach([&](CardWatcher& watcher) { (watcher.*told)(of); });
   };

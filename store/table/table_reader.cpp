@@ -4,13 +4,13 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <future>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <utility>
 
 #include "platform/disk.h"
+#include "platform/other_thread.h"
 #include "platform/progress.h"
 #include "store/table/content_stamp.h"
 #include "store/table/table_scan.h"
@@ -146,9 +146,8 @@ void TableReader::StartSecondHalf() {
   if (from_middle == nullptr) return;
   second_half_ = std::make_unique<SecondHalf>(*this, std::move(from_middle), middle);
   room_ = middle;
-  // Without a thread to spare it is read when its result is asked for.
-  second_half_->read = std::async(std::launch::async | std::launch::deferred,
-                                  [&second = second_half_->reader] { return second.ReadSecondHalf(); });
+  second_half_->read =
+      std::async(OnOtherThread(), [&second = second_half_->reader] { return second.ReadSecondHalf(); });
 }
 
 bool TableReader::ReadSecondHalf() {

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/hypertext/text_cases.h"
+
 namespace tessaro {
 namespace {
 
@@ -45,9 +47,8 @@ std::string Items(std::string_view side) {
   return items;
 }
 
-// Sides, and what is read in them.
-void Check(const std::vector<std::pair<std::string, std::string>>& cases) {
-  for (const auto& [side, items] : cases) EXPECT_EQ(Items(side), items) << side;
+void Check(const TextCases& cases) {
+  CheckTexts(Items, cases);
 }
 
 TEST(Markup, TextIsReadInWords) {

@@ -4,6 +4,7 @@
 
 #include "hypertext/text_file.h"
 #include "platform/disk.h"
+#include "tests/hypertext/text_cases.h"
 #include "tests/support/memory_disk.h"
 #include "tests/support/temporary_folder.h"
 
@@ -116,8 +117,8 @@ TEST(MediaDirective, NamesEndAtBracketsBlanksOrTheMarker) {
   }
 }
 
-void Check(const std::vector<std::pair<std::string, std::string>>& cases) {
-  for (const auto& [file, text] : cases) EXPECT_EQ(ReadableText(file), text) << file;
+void Check(const TextCases& cases) {
+  CheckTexts([](std::string_view file) { return ReadableText(file); }, cases);
 }
 
 TEST(TextFile, PlainTextIsReadInTheEncodingItIsIn) {
