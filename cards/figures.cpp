@@ -52,14 +52,15 @@ CardFigures FiguresBetween(const CardFile& file, int begin, int end, const Learn
                            columns.time_row, columns.score,    columns.yes_no_row};
   Texts texts;
   for (int row = begin; row < end; ++row) {
+    file.cards().Expect(row + CardTable::kAhead);
     file.cards().PeekAll(row, read, texts);
     ++figures.cards;
     const std::string_view question = Text(texts, Column::Question);
-    if (IsNavigation(question)) {
-      ++figures.navigation;
-    } else if (!IsLeftOut(Text(texts, Column::Id), question, Text(texts, Column::Answer))) {
+    if (!IsLeftOut(Text(texts, Column::Id), question, Text(texts, Column::Answer))) {
       ++figures.learnable;
       CountHistory(texts, parameters, now, figures);
+    } else if (IsNavigation(question)) {
+      ++figures.navigation;
     }
   }
   return figures;

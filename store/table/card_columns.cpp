@@ -25,20 +25,38 @@ CardColumns ColumnsOf(const CardTable& cards) {
           cards.ColumnIndex(kYesNoRow), cards.ColumnIndex(kTimeRow)};
 }
 
-bool IsNavigation(std::string_view question) {
-  for (size_t at = question.find('<'); at != std::string_view::npos; at = question.find('<', at + 1)) {
-    const std::string_view rest = question.substr(at);
-    if (rest.starts_with("<navigation>") || rest.starts_with("<NAVIGATION>")) return true;
+namespace {
+
+// Whether one of the tags stands in the text. It is looked through once for all of them.
+template <typename IsTag>
+bool HasTag(std::string_view text, IsTag is_tag) {
+  for (size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at + 1)) {
+    if (is_tag(text.substr(at))) return true;
   }
   return false;
 }
 
+bool BeginsNavigation(std::string_view text) {
+  return text.starts_with("<navigation>") || text.starts_with("<NAVIGATION>");
+}
+
+bool BeginsDuplicateMark(std::string_view text) {
+  return text.starts_with("<+++>");
+}
+
+}  // namespace
+
+bool IsNavigation(std::string_view question) {
+  return HasTag(question, BeginsNavigation);
+}
+
 bool IsDuplicateMarked(std::string_view text) {
-  return text.find("<+++>") != std::string_view::npos;
+  return HasTag(text, BeginsDuplicateMark);
 }
 
 bool IsLeftOut(std::string_view id, std::string_view question, std::string_view answer) {
-  return HasEndMark(id) || IsNavigation(question) || IsDuplicateMarked(question) || IsDuplicateMarked(answer);
+  const auto begins_either = [](std::string_view text) { return BeginsNavigation(text) || BeginsDuplicateMark(text); };
+  return HasEndMark(id) || HasTag(question, begins_either) || IsDuplicateMarked(answer);
 }
 
 std::string BlankTimeRow() {
