@@ -77,6 +77,16 @@ constexpr Command kCommands[] = {
      .run = [](Program& program) { program.main_window().MRestoreClick(); },
      .ends_group = true},
     {.menu = M::File,
+     .name = "DruckenExecute",
+     .text = u"&Drucken …",
+     .tip = u"Karten drucken oder als PDF speichern: als Liste, zum Ausschneiden oder groß",
+     .shortcut = u"Ctrl+P",
+     .icon = "print",
+     .needs = N::CardFile,
+     .run = [](Program& program) { program.PrintCards(&program.main_window()); },
+     .ends_group = true,
+     .leaves_marked = true},
+    {.menu = M::File,
      .name = "MImportierenClick",
      .text = u"&Importieren …",
      .tip = u"Karten aus einer Textdatei oder Tabelle in die Kartei bringen",
@@ -241,7 +251,8 @@ void AddCommand(const Command& command, QMenu& menu, QMainWindow& window, Progra
     action->setShortcut(QKeySequence(QString::fromUtf16(command.shortcut)));
     action->setStatusTip(QString::fromUtf16(command.tip));
     // What works on the whole file finds it without what the editor still holds.
-    const bool whole_file = command.menu == CommandMenu::File || command.menu == CommandMenu::Extras;
+    const bool whole_file =
+        !command.leaves_marked && (command.menu == CommandMenu::File || command.menu == CommandMenu::Extras);
     QObject::connect(action, &QAction::triggered, &window, [run = command.run, &program, whole_file] {
       if (program.StoreEdited(whole_file)) run(program);
     });

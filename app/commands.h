@@ -30,6 +30,7 @@ struct Command {
   CommandNeeds needs = CommandNeeds::Nothing;
   void (*run)(Program& program) = nullptr;  // null: a menu of its own, which is filled elsewhere
   bool ends_group = false;                  // a line follows in the menu
+  bool leaves_marked = false;               // cards marked for deletion may stay
 };
 
 std::span<const Command> MainCommands();

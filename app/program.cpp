@@ -23,6 +23,7 @@
 #include "learn/dllernkeys.h"
 #include "learn/start_method.h"
 #include "learn/wnlern.h"
+#include "print/dlprint.h"
 #include "settings/keys.h"
 #include "widgets/text.h"
 #include "widgets/video_screen.h"
@@ -103,6 +104,8 @@ void Program::MakeLearningWindow() {
   learning_window_->SetOutlook(outlook_.Lines());
   connect(learning_window_.get(), &TF_wnlern::EvaluationWanted, &outlook_, &OutlookWindows::OpenEvaluation);
   connect(learning_window_.get(), &TF_wnlern::EditWanted, this, &Program::OpenEditor);
+  connect(learning_window_.get(), &TF_wnlern::PrintWanted, this,
+          [this](int row) { PrintCards(learning_window_.get(), row); });
   TieMedia(*learning_window_);
   answer_modes_ = std::make_unique<AnswerModes>(file_, *learning_window_, *media_window_, answer_gate_, settings_,
                                                 machine_.clock, machine_.messages, input_check_on_);
@@ -193,6 +196,7 @@ TF_wned& Program::Editor() {
   connect(editor_.get(), &TF_wned::Closed, this, &Program::EndEditing);
   connect(editor_.get(), &TF_wned::SaveWanted, main_window_.get(), &TF_wnmain::FileSaveExecute);
   connect(editor_.get(), &TF_wned::LearnWanted, this, [this] { OpenLearning(); });
+  connect(editor_.get(), &TF_wned::PrintWanted, this, [this](QWidget* asker) { PrintCards(asker, editor_->row()); });
   return *editor_;
 }
 
@@ -225,6 +229,24 @@ void Program::MakeOverviews() {
   if (!file_.IsOpen()) return;
   Editor().MHtmlAutoLink();
   if (!editor_->IsInUse()) editor_->close();
+}
+
+void Program::PrintCards(QWidget* asker, int card_row) {
+  if (!file_.IsOpen() || !StoreEdited(false)) return;
+  CardOffer offer = {.shown = card_row};
+  if (editor_ != nullptr) {
+    offer.marked = editor_->MarkedRows();
+    const CardReader cards(file_);
+    if (editor_->query()) {
+      offer.found = [cards, search = CardSearch(*editor_->query())](int row) {
+        return search.Match(cards.Question(row), cards.Answer(row)).has_value();
+      };
+    }
+  }
+  // Several rows are marked on purpose, one always is.
+  const CardChoice first = offer.marked.size() > 1 ? CardChoice::Marked : CardChoice::All;
+  TF_dlprint({file_, settings_, machine_.clock, machine_.messages}, std::move(offer), first, asker).exec();
+  SaveSettings();
 }
 
 bool Program::StoreEdited(bool whole_file) {

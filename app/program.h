@@ -89,6 +89,8 @@ class Program : public QObject {
   void OpenSearch();
   void NumberCards();
   void MakeOverviews();
+  // Lets the user print cards; `card_row` is the one that he looks at, 0: none.
+  void PrintCards(QWidget* asker, int card_row = 0);
   // Stores what is typed in the editor; `whole_file` also removes the cards marked for deletion. False: the user wants
   // to look at it first.
   bool StoreEdited(bool whole_file);

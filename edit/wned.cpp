@@ -283,6 +283,10 @@ bool TF_wned::IsInUse() const {
          (search_window_ != nullptr && search_window_->isVisible());
 }
 
+std::vector<int> TF_wned::MarkedRows() const {
+  return table_window_ != nullptr && table_window_->isVisible() ? table_window_->MarkedRows() : std::vector<int>();
+}
+
 void TF_wned::closeEvent(QCloseEvent* event) {
   // A dialog of its own is on the stack.
   if (busy_ || HasOpenDialog(*this)) return event->ignore();

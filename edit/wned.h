@@ -47,6 +47,10 @@ class TF_wned : public QMainWindow, private CardWatcher {
   void MHtmlAutoLink();
   // Whether anything of it is on screen.
   bool IsInUse() const;
+  // What the search made last looks for; nothing when none was made.
+  const std::optional<SearchQuery>& query() const { return desk_.query(); }
+  // The cards marked in the table of all cards; none while that is closed.
+  std::vector<int> MarkedRows() const;
 
  Q_SIGNALS:
   // The window and all that belongs to it are closed.
@@ -54,6 +58,8 @@ class TF_wned : public QMainWindow, private CardWatcher {
   void SaveWanted();
   // Back to learning.
   void LearnWanted();
+  // Cards are to be printed, asked for in this window: the editor or its table.
+  void PrintWanted(QWidget* asker);
 
  protected:
   void closeEvent(QCloseEvent* event) override;

@@ -250,6 +250,7 @@ void TF_wned::ShowTable() {
       ShowCard();
       model_->ShowAnew();
     });
+    connect(table_window_.get(), &TF_wntab::PrintWanted, this, [this] { Q_EMIT PrintWanted(table_window_.get()); });
     connect(table_window_.get(), &TF_wntab::StoreWanted, this, [this] { (void)StoreSide(); });
     connect(table_window_.get(), &QDialog::finished, this, [this] {
       if (!IsInUse()) close();

@@ -60,6 +60,9 @@ struct EditorCommands {
 const EditorCommands::Command EditorCommands::kCommands[] = {
     {Menu::Card, "MCardSaveToFile", u"Alle Karten ab&speichern (Datenträger)", u"Ctrl+S", RUN(MCardSaveToFile()),
      Bar::Cards, "CardSaveToFile", u"Alle Karten abspeichern (Datenträger)", "save"},
+    {Menu::Card, "MCardDrucken", u"Karten drucke&n …", u"Ctrl+P",
+     [](TF_wned& editor) { Q_EMIT editor.PrintWanted(&editor); }, Bar::Cards, "CardDrucken", u"Karten drucken",
+     "print"},
     {Menu::Card, "MCardSave", u"Karte z&wischenspeichern (normalerweise automatisch)", u"", RUN(Do([] {})), Bar::Cards,
      "CardSave", u"Karte zwischenspeichern (normalerweise automatisch)", "store", u"", true},
     {Menu::Card, "MCardLeer", u"&Leerkarte einfügen", u"Alt+N", RUN(MCardLeer()), Bar::Cards, "CardLeer",
@@ -173,9 +176,9 @@ const EditorCommands::Command EditorCommands::kCommands[] = {
 
 // Whether it leaves the cards as they are.
 bool EditorCommands::OnlyLooks(const Command& command) {
-  static constexpr std::array<std::string_view, 11> kLooking = {
-      "MHilfe",    "MCardSaveToFile", "MCardSave",     "MCardCopy", "MCardBuildLinkIndex", "MLernen", "MCardClose",
-      "MTextCopy", "MTextSign",       "MTextRegister", "MHtmlInfo"};
+  static constexpr std::array<std::string_view, 12> kLooking = {
+      "MHilfe",  "MCardSaveToFile", "MCardDrucken", "MCardSave", "MCardCopy",     "MCardBuildLinkIndex",
+      "MLernen", "MCardClose",      "MTextCopy",    "MTextSign", "MTextRegister", "MHtmlInfo"};
   return command.menu == Menu::Go || std::find(kLooking.begin(), kLooking.end(), command.name) != kLooking.end();
 }
 

@@ -2,6 +2,7 @@
 
 #include <QHeaderView>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QShowEvent>
 #include <algorithm>
 
@@ -47,6 +48,8 @@ TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, co
   });
   connect(ui_->BitBtnLoeschen, &QAbstractButton::clicked, this, &TF_wntab::BitBtnLoeschenClick);
   connect(ui_->BitBtnStatistik, &QAbstractButton::clicked, this, &TF_wntab::BitBtnStatistikClick);
+  connect(ui_->BitBtnDrucken, &QAbstractButton::clicked, this, &TF_wntab::PrintWanted);
+  connect(new QShortcut(QKeySequence(u"Ctrl+P"_s), this), &QShortcut::activated, this, &TF_wntab::PrintWanted);
   connect(ui_->BitBtnFontV, &QAbstractButton::clicked, this, [this] { SetSideFont(looks_[0]); });
   connect(ui_->BitBtnFontH, &QAbstractButton::clicked, this, [this] { SetSideFont(looks_[1]); });
   connect(ui_->BitBtnClose, &QAbstractButton::clicked, this, &QDialog::reject);

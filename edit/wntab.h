@@ -31,6 +31,8 @@ class TF_wntab : public QDialog {
 
   // Comes to the front with this card in sight.
   void Open(int card_row);
+  // The cards marked there, ascending.
+  std::vector<int> MarkedRows() const;
 
  Q_SIGNALS:
   // This card is to be shown in the editor.
@@ -39,6 +41,7 @@ class TF_wntab : public QDialog {
   void StoreWanted();
   // Cards were marked or their statistics changed.
   void CardsTouched();
+  void PrintWanted();
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -46,7 +49,6 @@ class TF_wntab : public QDialog {
 
  private:
   void FitColumns();
-  std::vector<int> MarkedRows() const;
   int CurrentRow() const;
   void ShowRow(int card_row);
   void BitBtnStartClick();

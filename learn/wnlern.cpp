@@ -150,6 +150,8 @@ void TF_wnlern::ConnectNavigation() {
   const auto edit = [this] { Q_EMIT EditWanted(run_ == nullptr ? 0 : run_->card().row); };
   connect(ui_->TbEdit, &QAbstractButton::clicked, this, edit);
   connect(ui_->MEditor, &QAction::triggered, this, edit);
+  connect(ui_->MDrucken, &QAction::triggered, this,
+          [this] { Q_EMIT PrintWanted(run_ == nullptr ? 0 : run_->card().row); });
   connect(ui_->PageControlAnz, &CardPages::LinkClicked, this, &TF_wnlern::LinkClick);
   connect(ui_->PageControlAnz, &CardPages::SoundWanted, this, &TF_wnlern::SoundWanted);
   connect(ui_->PageControlAnz, &CardPages::VideoWanted, this, &TF_wnlern::VideoWanted);
@@ -210,6 +212,7 @@ void TF_wnlern::NoteOwnKeys() {
   ui_->MAntwortZurueck->setShortcut(Qt::CTRL | Qt::Key_Z);
   ui_->MAntwortWieder->setShortcuts({Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y});
   ui_->MSpeichern->setShortcut(Qt::CTRL | Qt::Key_S);
+  ui_->MDrucken->setShortcut(Qt::CTRL | Qt::Key_P);
   ui_->MKopieren->setShortcut(Qt::CTRL | Qt::Key_C);
   ui_->MEditor->setShortcut(Qt::Key_F8);
   ui_->MVollbild->setShortcut(Qt::Key_F11);

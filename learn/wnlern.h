@@ -93,6 +93,8 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private CardWatch
   void SaveWanted();
   // The card on screen, by its row in the card table, is to be edited; 0: there is none.
   void EditWanted(int card_row);
+  // Cards are to be printed, perhaps that on screen; as above.
+  void PrintWanted(int card_row);
   // A sound or video that the card names is to be played. `screen` is the video's place in this window; null where the
   // card has none.
   void SoundWanted(const QString& path);

@@ -75,6 +75,7 @@ void DressMenus(Ui::TF_wnlern& ui) {
   ui.MBack->setIcon(Icon("back"));
   ui.MVis->setIcon(Icon("overview"));
   ui.MSpeichern->setIcon(Icon("save"));
+  ui.MDrucken->setIcon(Icon("print"));
   ui.MAntwortZurueck->setIcon(Icon("undo"));
   ui.MAntwortWieder->setIcon(Icon("redo"));
   ui.MKarteDrehen->setIcon(Icon("turn"));

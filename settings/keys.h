@@ -51,6 +51,15 @@ inline constexpr FlagSetting kWhitePaper = {"Darstellung", "WeissesPapier", fals
 inline constexpr NumberSetting kCardPercent = {"Darstellung", "Karte", 100, 50, 400};    // of the letters on cards
 inline constexpr NumberSetting kTextPercent = {"Darstellung", "Schrift", 100, 80, 200};  // of the desktop's text
 
+// What the print dialog offers first.
+inline constexpr NumberSetting kPrintCards = {"DRUCK", "Karten", 0, 0, 4};          // all, found, due, marked, this one
+inline constexpr NumberSetting kPrintForm = {"DRUCK", "Form", 0, 0, 2};             // list, cards to cut out, large
+inline constexpr NumberSetting kPrintSides = {"DRUCK", "Seiten", 0, 0, 2};          // both, fronts, backs
+inline constexpr NumberSetting kPrintGrid = {"DRUCK", "Blatt", 1, 0, 3};            // one of the sizes of cards
+inline constexpr NumberSetting kPrintPercent = {"DRUCK", "Schrift", 100, 50, 200};  // of the letters' own size
+inline constexpr FlagSetting kPrintNavigation = {"DRUCK", "Navigation", false};
+inline constexpr FlagSetting kPreviewWide = {"DRUCK", "Breit", false};
+
 // The comparison of card files: the index of the percentage in steps of 5, from 5 on.
 inline constexpr NumberSetting kComparePercent = {"UPD", "pci", 9, 0, 18};
 

@@ -38,7 +38,7 @@ void PaintFrame(QPainter& painter, const QRect& rect) {
 
 bool PaintPicture(QPainter& painter, const Fragment& fragment, const QColor& paper, PictureStore& pictures) {
   const QRect rect = ToQt(fragment.rect);
-  const QSize device_size = (QSizeF(rect.size()) * painter.device()->devicePixelRatioF()).toSize();
+  const QSize device_size = painter.deviceTransform().mapRect(QRectF(rect)).size().toSize();
   const QPixmap picture = pictures.Picture(fragment.text, device_size, fragment.transparent);
   if (picture.isNull() && pictures.IsBeingRead(fragment.text)) {
     QColor place = painter.pen().color();

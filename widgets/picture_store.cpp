@@ -140,14 +140,14 @@ QPixmap PictureStore::Picture(std::string_view name, QSize size, bool white_is_t
                           .arg(size.height())
                           .arg(white_is_transparent ? 1 : 0);
   if (const QPixmap* known = pictures_.object(key)) return *known;
-  if (entry.being_read) return {};
+  if (entry.being_read && !reads_at_once_) return {};
   const auto read = [path = entry.path, most = size.boundedTo({kMaxMediaPixels, kMaxMediaPixels}),
                      white_is_transparent] {
     QImage image = ReadWithin(path, most);
     if (white_is_transparent && !image.isNull()) MakeWhiteTransparent(image);
     return image;
   };
-  if (!IsSlowToRead(cost_at_once_ + entry.picture.cost)) {
+  if (reads_at_once_ || !IsSlowToRead(cost_at_once_ + entry.picture.cost)) {
     cost_at_once_ += entry.picture.cost;
     return Keep(entry, key, read());
   }

@@ -53,6 +53,8 @@ class PictureStore {
   QPixmap Picture(std::string_view name, QSize size, bool white_is_transparent);
   bool IsBeingRead(std::string_view name) const;
   void SetObserver(std::function<void()> read) { observer_ = std::move(read); }
+  // Whether the caller waits for every picture, however long it takes to read.
+  void SetReadsAtOnce(bool on) { reads_at_once_ = on; }
 
  private:
   struct Entry {
@@ -70,6 +72,7 @@ class PictureStore {
   QCache<QString, QPixmap> pictures_;
   std::function<void()> observer_;
   PictureLoader loader_;
+  bool reads_at_once_ = false;
   int64_t cost_at_once_ = 0;  // read for the side on screen while the window waited
 };
 

@@ -1,0 +1,238 @@
+#include "print/printed_pages.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+#include <utility>
+
+#include "widgets/count_texts.h"
+
+namespace tessaro {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int kGutter = 16;      // between the columns of a list
+constexpr int kRowPadding = 6;   // below and above what stands in a row of a list
+constexpr int kFootHeight = 24;  // of a list, below its rows
+constexpr int kFootPixels = 11;  // its letters
+constexpr int kCardPadding = 6;  // around what stands on a card
+constexpr int kMark = 8;         // the corner that says that something is missing
+const QColor kRule(176, 176, 176);
+
+// A line as thin as the device has it, whatever the scale.
+QPen RulePen(Qt::PenStyle style = Qt::SolidLine) {
+  QPen pen(kRule, 0, style);
+  pen.setCosmetic(true);
+  return pen;
+}
+
+// Says that a side goes on where there is no room for it.
+void PaintMark(QPainter& painter, const PixelRect& cell) {
+  const QPointF corner(cell.left + cell.width - kCardPadding, cell.top + cell.height - kCardPadding);
+  QPainterPath mark;
+  mark.addPolygon(QPolygonF({corner, corner - QPointF(kMark, kMark), corner - QPointF(-kMark, kMark), corner}));
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.fillPath(mark.translated(-kMark, 0), Qt::black);
+}
+
+}  // namespace
+
+PrintedPages::PrintedPages(PrintSource source, PrintOrder order)
+    : source_(std::move(source)),
+      order_(std::move(order)),
+      front_(source_.front, pictures_),
+      back_(source_.back, pictures_) {
+  if (order_.form == PrintForm::List) order_.sides = PrintSides::Both;
+  pictures_.SetFolders(source_.folders);
+  pictures_.SetReadsAtOnce(true);
+  all_known_ = source_.cards == 0;
+  if (!all_known_) starts_.emplace_back();
+}
+
+void PrintedPages::SetPictureObserver(std::function<void()> read) {
+  pictures_.SetReadsAtOnce(read == nullptr);
+  pictures_.SetObserver(std::move(read));
+}
+
+SideName PrintedPages::SideOf(int n) const {
+  const bool back = order_.sides == PrintSides::Both ? n % 2 == 1 : order_.sides == PrintSides::Backs;
+  return back ? SideName::Back : SideName::Front;
+}
+
+CardSheet PrintedPages::Sheet() const {
+  CardSheet sheet = {order_.paper, order_.margin, order_.columns, order_.rows};
+  if (order_.paper.width > order_.paper.height) std::swap(sheet.columns, sheet.rows);
+  return sheet;
+}
+
+int PrintedPages::Count() const {
+  return InFlow() ? static_cast<int>(starts_.size()) : Sheet().Sheets(source_.cards) * SidesOfACard();
+}
+
+bool PrintedPages::AllKnown() const {
+  return all_known_ || !InFlow();
+}
+
+int PrintedPages::CardsBefore(int page) const {
+  if (!InFlow()) return std::min(page / SidesOfACard() * Sheet().Cells(), source_.cards);
+  const int item = starts_[static_cast<size_t>(page)].item;
+  return order_.form == PrintForm::List ? item : item / SidesOfACard();
+}
+
+bool PrintedPages::FindPage() {
+  if (AllKnown()) return false;
+  const FlowPlace next = Fill(Count() - 1).next;
+  all_known_ = next.item >= Rules().items;
+  if (!all_known_) starts_.push_back(next);
+  return !all_known_;
+}
+
+PixelRect PrintedPages::Body() const {
+  const int foot = order_.form == PrintForm::List ? kFootHeight : 0;
+  return {order_.margin, order_.margin, std::max(order_.paper.width - 2 * order_.margin, 1),
+          std::max(order_.paper.height - 2 * order_.margin - foot, 1)};
+}
+
+FlowRules PrintedPages::Rules() const {
+  const bool list = order_.form == PrintForm::List;
+  return {.items = list ? source_.cards : source_.cards * SidesOfACard(), .height = Body().height, .alone = !list};
+}
+
+PrintedPages::FlowItem PrintedPages::LayOutItem(int item) {
+  const bool list = order_.form == PrintForm::List;
+  const PixelRect body = Body();
+  const int padding = list ? 2 * kRowPadding : 0;
+  FlowItem made;
+  const auto add = [&](int card, SideName name, PixelSize room, const SideFit& fit) {
+    FittedSide side = PrinterOf(name).Fit(source_.side(card, name), room, fit);
+    made.strips.push_back(CutIntoStrips(side.layout, room.height * 100 / side.percent));
+    for (size_t part = 0; part < made.strips.back().size(); ++part) {
+      const Strip& strip = made.strips.back()[part];
+      if (made.heights.size() <= part) made.heights.push_back(0);
+      made.heights[part] =
+          std::max(made.heights[part], LengthOnPaper(strip.bottom - strip.top, side.percent) + padding);
+    }
+    made.columns.push_back(std::move(side));
+  };
+  if (list) {
+    const PixelSize room = {(body.width - kGutter) / 2, body.height - padding};
+    for (const SideName name : {SideName::Front, SideName::Back}) {
+      add(item, name, room, {order_.percent, PrinterOf(name).LeastPercent(order_.percent), false});
+    }
+    return made;
+  }
+  const int card = item / SidesOfACard();
+  const SideName name = SideOf(item);
+  const PixelSize room = {body.width, body.height};
+  add(card, name, room, {std::max(order_.most_percent, order_.percent), order_.percent, true});
+  if (!made.columns.front().cut) return made;
+  made = {};
+  add(card, name, room, {order_.percent, PrinterOf(name).LeastPercent(order_.percent), false});
+  return made;
+}
+
+const FlowPage& PrintedPages::Fill(int page) {
+  if (page == filled_) return page_;
+  const FlowPlace start = starts_[static_cast<size_t>(page)];
+  // The item that did not fit on the page before is kept.
+  std::erase_if(items_, [&](const auto& item) { return item.first != start.item; });
+  page_ = FillPage(start, Rules(), [this](int item) {
+    const auto known = items_.find(item);
+    return known != items_.end() ? known->second.heights : (items_[item] = LayOutItem(item)).heights;
+  });
+  filled_ = page;
+  return page_;
+}
+
+void PrintedPages::Paint(QPainter& painter, int page) {
+  painter.save();
+  InFlow() ? PaintFlow(painter, page) : PaintSheet(painter, page);
+  painter.restore();
+}
+
+void PrintedPages::PaintFlow(QPainter& painter, int page) {
+  for (const FlowPart& part : Fill(page).parts) {
+    const FlowItem& item = items_.at(part.place.item);
+    order_.form == PrintForm::List ? PaintListPart(painter, part, item) : PaintLargePart(painter, part, item);
+  }
+  if (order_.form == PrintForm::List) PaintFoot(painter, page);
+}
+
+void PrintedPages::PaintListPart(QPainter& painter, const FlowPart& part, const FlowItem& item) {
+  const PixelRect body = Body();
+  const int top = body.top + part.top;
+  const int step = (body.width - kGutter) / 2 + kGutter;
+  for (size_t column = 0; column < item.columns.size(); ++column) {
+    const auto n = static_cast<size_t>(part.place.part);
+    if (n >= item.strips[column].size()) continue;
+    const QPoint place(body.left + static_cast<int>(column) * step, top + kRowPadding);
+    (column == 0 ? front_ : back_).Paint(painter, item.columns[column], item.strips[column][n], place);
+  }
+  painter.setPen(RulePen());
+  const int bottom = top + part.height;
+  painter.drawLine(body.left, bottom, body.left + body.width, bottom);
+  const int middle = body.left + body.width / 2;
+  painter.drawLine(middle, top, middle, bottom);
+  if (part.top == 0) painter.drawLine(body.left, top, body.left + body.width, top);
+}
+
+void PrintedPages::PaintLargePart(QPainter& painter, const FlowPart& part, const FlowItem& item) {
+  const PixelRect body = Body();
+  const FittedSide& side = item.columns.front();
+  QPoint place(body.left, body.top);
+  if (item.heights.size() == 1 && order_.most_percent > order_.percent) {
+    place += QPoint((body.width - LengthOnPaper(side.content.width, side.percent)) / 2,
+                    (body.height - LengthOnPaper(side.content.height, side.percent)) / 2);
+  }
+  PrinterOf(SideOf(part.place.item))
+      .Paint(painter, side, item.strips.front()[static_cast<size_t>(part.place.part)], place);
+}
+
+void PrintedPages::PaintFoot(QPainter& painter, int page) const {
+  const PixelRect body = Body();
+  QFont font;
+  font.setPixelSize(kFootPixels);
+  font.setHintingPreference(QFont::PreferNoHinting);
+  painter.setFont(font);
+  painter.setPen(Qt::darkGray);
+  const QRect foot(body.left, body.top + body.height, body.width, kFootHeight);
+  const QString number = u"Seite %1"_s.arg(NumberText(page + 1));
+  const int room = foot.width() - QFontMetrics(font).horizontalAdvance(number) - kGutter;
+  painter.drawText(foot, Qt::AlignLeft | Qt::AlignBottom,
+                   QFontMetrics(font).elidedText(order_.title, Qt::ElideRight, room));
+  painter.drawText(foot, Qt::AlignRight | Qt::AlignBottom, number);
+}
+
+void PrintedPages::PaintSheet(QPainter& painter, int page) {
+  const CardSheet sheet = Sheet();
+  const int first = CardsBefore(page);
+  const int cards = std::min(sheet.Cells(), source_.cards - first);
+  const SideName side = SideOf(page);
+  for (int n = 0; n < cards; ++n) {
+    const PixelRect cell = sheet.Cell(side == SideName::Front ? n : sheet.Behind(n));
+    PaintCard(painter, cell, first + n, side);
+    if (side == SideName::Back && order_.sides == PrintSides::Both) continue;
+    painter.setPen(RulePen(Qt::DashLine));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(cell.left, cell.top, cell.width, cell.height);
+  }
+}
+
+void PrintedPages::PaintCard(QPainter& painter, const PixelRect& cell, int card, SideName name) {
+  const PixelSize room = {std::max(cell.width - 2 * kCardPadding, 1), std::max(cell.height - 2 * kCardPadding, 1)};
+  SidePrinter& printer = PrinterOf(name);
+  const SideFit fit = {order_.percent, printer.LeastPercent(order_.percent), true};
+  const FittedSide side = printer.Fit(source_.side(card, name), room, fit);
+  const PixelSize used = {LengthOnPaper(side.content.width, side.percent),
+                          LengthOnPaper(side.content.height, side.percent)};
+  const QPoint place(cell.left + kCardPadding + std::max((room.width - used.width) / 2, 0),
+                     cell.top + kCardPadding + std::max((room.height - used.height) / 2, 0));
+  painter.save();
+  painter.setClipRect(QRect(cell.left + kCardPadding, cell.top + kCardPadding, room.width, room.height));
+  printer.Paint(painter, side, CutIntoStrips(side.layout, room.height * 100 / side.percent).front(), place);
+  painter.restore();
+  if (side.cut) PaintMark(painter, cell);
+}
+
+}  // namespace tessaro
