@@ -11,31 +11,32 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-// The letters of the code page: those with two cases, and the few with one.
-bool IsLetter(char c) {
-  constexpr std::string_view kWithoutCase = "ßƒªºµ"_cp;
-  return ToUpper(c) != c || ToLower(c) != c || kWithoutCase.find(c) != std::string_view::npos;
+// Choices are Latin letters, whatever language has others in their place.
+char LargeLetter(char c, CodePage page) {
+  return c >= 'a' && c <= 'z' ? ToUpper(c) : page.ToUpper(c);
 }
 
 // Cuts a key into tokens of one or two characters that belong to the page. All other characters part them, and of a
 // longer run every third one begins a new token.
 class TokenReader {
  public:
-  TokenReader(std::string_view key, ChoicePage page) : key_(key), page_(page) {}
+  TokenReader(std::string_view key, ChoicePage page, CodePage code_page)
+      : key_(key), page_(page), code_page_(code_page) {}
 
   // Empty at the end of the key.
   std::string Next() {
     while (at_ < key_.size() && !IsKept(key_[at_])) ++at_;
     std::string token;
-    while (at_ < key_.size() && token.size() < 2 && IsKept(key_[at_])) token += ToUpper(key_[at_++]);
+    while (at_ < key_.size() && token.size() < 2 && IsKept(key_[at_])) token += LargeLetter(key_[at_++], code_page_);
     return token;
   }
 
  private:
-  bool IsKept(char c) const { return page_ == ChoicePage::Numbers ? IsDigit(c) : IsLetter(c); }
+  bool IsKept(char c) const { return page_ == ChoicePage::Numbers ? IsDigit(c) : code_page_.IsLetter(c); }
 
   std::string_view key_;
   ChoicePage page_;
+  CodePage code_page_;
   size_t at_ = 0;
 };
 
@@ -58,8 +59,8 @@ bool IsRightChoice(std::string_view key, ChoicePage page, size_t choice) {
   return key.size() == 1 && (key[0] == name[0] || key[0] == ToLower(name[0]));
 }
 
-std::optional<Ticks> RightTicks(std::string_view key, ChoicePage page) {
-  TokenReader tokens(key, page);
+std::optional<Ticks> RightTicks(std::string_view key, ChoicePage page, CodePage code_page) {
+  TokenReader tokens(key, page, code_page);
   Ticks ticks;
   for (int count = 0;; ++count) {
     const std::string token = tokens.Next();
@@ -74,13 +75,13 @@ std::optional<Ticks> RightTicks(std::string_view key, ChoicePage page) {
 }
 
 // Deliberate: the boxes alone are asked. A key that is one choice and nothing else is right for its box, too.
-bool CanBeRight(std::string_view key, ChoicePage page) {
-  return RightTicks(key, page).has_value();
+bool CanBeRight(std::string_view key, ChoicePage page, CodePage code_page) {
+  return RightTicks(key, page, code_page).has_value();
 }
 
-std::optional<ChoicePage> PageOf(std::string_view key) {
-  const bool numbers = CanBeRight(key, ChoicePage::Numbers);
-  if (numbers == CanBeRight(key, ChoicePage::Letters)) return std::nullopt;
+std::optional<ChoicePage> PageOf(std::string_view key, CodePage code_page) {
+  const bool numbers = CanBeRight(key, ChoicePage::Numbers, code_page);
+  if (numbers == CanBeRight(key, ChoicePage::Letters, code_page)) return std::nullopt;
   return numbers ? ChoicePage::Numbers : ChoicePage::Letters;
 }
 

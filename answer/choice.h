@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/side_code_page.h"
+
 // Multiple choice: the card's author writes options with numbers or letters on one side, and on the other the key: the
 // number or letter of what is right, or several of them.
 namespace tessaro {
@@ -23,11 +25,11 @@ bool IsRightChoice(std::string_view key, ChoicePage page, size_t choice);
 
 // The choices that the key names: those that have to be ticked, no fewer and no more. Nothing when no ticks can be
 // right: the key names none, or what is no choice, or one twice, or all of them.
-std::optional<Ticks> RightTicks(std::string_view key, ChoicePage page);
+std::optional<Ticks> RightTicks(std::string_view key, ChoicePage page, CodePage code_page = {});
 
 // Whether anything that can be chosen on the page is right.
-bool CanBeRight(std::string_view key, ChoicePage page);
+bool CanBeRight(std::string_view key, ChoicePage page, CodePage code_page = {});
 // The page on which something can be right, when there is one only.
-std::optional<ChoicePage> PageOf(std::string_view key);
+std::optional<ChoicePage> PageOf(std::string_view key, CodePage code_page = {});
 
 }  // namespace tessaro

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "platform/code_page.h"
-
 namespace tessaro {
 namespace {
 
@@ -31,20 +29,20 @@ bool Holds(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
-bool HoldsInAnyCase(std::string_view text, std::string_view part) {
+bool HoldsInAnyCase(std::string_view text, std::string_view part, CodePage page) {
   return std::search(text.begin(), text.end(), part.begin(), part.end(),
-                     [](char a, char b) { return ToUpper(a) == ToUpper(b); }) != text.end();
+                     [page](char a, char b) { return page.ToUpper(a) == page.ToUpper(b); }) != text.end();
 }
 
 }  // namespace
 
-TypedCheck CheckTyped(std::string_view text, size_t cursor, std::string_view key, size_t blanks) {
+TypedCheck CheckTyped(std::string_view text, size_t cursor, std::string_view key, size_t blanks, CodePage page) {
   text = text.substr(0, kMostTyped);
   cursor = std::min(cursor, text.size());
   if (BlanksAtEnd(text) >= blanks) return {.verdict = TypedVerdict::ShowAnswer};
   const std::string_view word = WordAt(text, cursor);
   if (Holds(key, word)) return {};
-  if (HoldsInAnyCase(key, word)) return {.verdict = TypedVerdict::OtherCase};
+  if (HoldsInAnyCase(key, word, page)) return {.verdict = TypedVerdict::OtherCase};
   TypedCheck wrong = {.verdict = TypedVerdict::Wrong};
   if (cursor > 0) wrong.select = cursor - 1;
   return wrong;

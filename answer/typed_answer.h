@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/side_code_page.h"
+
 // Checking an answer while it is typed. Not the answer is judged, but the word that is being written: it must stand
 // somewhere in the key, the card's side that is to be known.
 namespace tessaro {
@@ -26,8 +28,9 @@ struct TypedCheck {
 inline constexpr size_t kMostTyped = 198;
 
 // `text` is what was typed, as far as kMostTyped characters; `cursor` is the place before which the next character
-// goes; `blanks` at its end ask for the answer (at least 1).
-TypedCheck CheckTyped(std::string_view text, size_t cursor, std::string_view key, size_t blanks);
+// goes; `blanks` at its end ask for the answer (at least 1). Both texts are
+// of the code page.
+TypedCheck CheckTyped(std::string_view text, size_t cursor, std::string_view key, size_t blanks, CodePage page = {});
 
 // A piece of a text that is compared with another one.
 struct ComparedPiece {

@@ -20,11 +20,11 @@ constexpr KeptPlace kFirstPlace = {.x = 3, .y = 528, .width = 573, .height = 200
 constexpr int kTickMilliseconds = 100;
 constexpr int kQuietTicks = 50;  // nobody types any more: the figures wait for the next key
 
-QString NameOf(char expected) {
+QString NameOf(char expected, CodePage page) {
   if (expected == ' ') return u"Leer"_s;
   if (expected == '\n') return u"Eingabetaste"_s;
   if (expected == '\t') return u"Tabulatortaste"_s;
-  return FromBytes({&expected, 1});
+  return FromBytes({&expected, 1}, page);
 }
 
 Verdict VerdictOf(TypingMood mood) {
@@ -93,6 +93,10 @@ void TF_wntipp::TakeFocus() {
   FocusOn(*ui_->RichEditTipp);
 }
 
+CodePage TF_wntipp::Page() const {
+  return around_.learning.Card().first_page;
+}
+
 void TF_wntipp::ShowStart() {
   const QString text = required_.empty() ? u"Auf dieser Karte ist nichts abzuschreiben"_s
                                          : u"Text abschreiben - die Zeit läuft ab dem ersten Zeichen"_s;
@@ -103,7 +107,7 @@ void TF_wntipp::ShowStart() {
 
 void TF_wntipp::RichEditTippChange() {
   try {
-    const std::string typed = TypedBytes(ui_->RichEditTipp->toPlainText());
+    const std::string typed = TypedBytes(ui_->RichEditTipp->toPlainText(), Page());
     Follow(training_.Change(typed, around_.clock.Milliseconds()));
   } catch (...) {
     around_.messages.Error(this, u"Ausnahmefehler Tippmaske,\nbei Wiederholung Programm\nbitte beenden."_s);
@@ -111,7 +115,7 @@ void TF_wntipp::RichEditTippChange() {
 }
 
 void TF_wntipp::Follow(const TypingStep& step) {
-  if (step.rewritten) ui_->RichEditTipp->Replace(FromBytes(*step.rewritten));
+  if (step.rewritten) ui_->RichEditTipp->Replace(FromBytes(*step.rewritten, Page()));
   quiet_ticks_ = 0;
   Mark(step.mark);
   switch (step.verdict) {
@@ -139,9 +143,10 @@ void TF_wntipp::Follow(const TypingStep& step) {
 }
 
 void TF_wntipp::ShowWrong(const TypingStep& step) {
-  ShowVerdict(*ui_->EditKommentar,
-              u"%1. Fehler. Erforderliche Eingabe %2"_s.arg(QString::number(step.errors), NameOf(step.expected)),
-              VerdictOf(step.mood));
+  ShowVerdict(
+      *ui_->EditKommentar,
+      u"%1. Fehler. Erforderliche Eingabe %2"_s.arg(QString::number(step.errors), NameOf(step.expected, Page())),
+      VerdictOf(step.mood));
   ui_->LabelLimit->setText(step.within_limit ? u"im Limit"_s : u"über dem Limit"_s);
   if (!sound_.isEmpty()) Q_EMIT SoundWanted(sound_);
 }

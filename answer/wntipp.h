@@ -50,6 +50,8 @@ class TF_wntipp : public AnswerWindow {
 
   std::unique_ptr<Ui::TF_wntipp> ui_;
   TypingTraining training_;
+  CodePage Page() const;
+
   std::string required_;  // empty: there is nothing to type
   size_t place_ = 0;
   TypingMark mark_ = TypingMark::Character;

@@ -27,11 +27,11 @@ const QString kOtherCaseText = u"Groß-/Kleinschreibung unterschiedlich"_s;
 const QString kWrongText =
     u"Buchstabenfolge vor oder um die Eingabeposition ist falsch - korrigieren oder weiter schreiben mit Leertaste"_s;
 
-QString Marked(const std::vector<ComparedPiece>& pieces, const QString& begin, const QString& end) {
+QString Marked(const std::vector<ComparedPiece>& pieces, CodePage page, const QString& begin, const QString& end) {
   QString text;
   for (const ComparedPiece& piece : pieces) {
     // What the code page lacks was typed as a zero byte.
-    const QString letters = FromBytes(piece.text).replace(QChar(u'\0'), QChar(0xFFFD)).toHtmlEscaped();
+    const QString letters = FromBytes(piece.text, page).replace(QChar(u'\0'), QChar(0xFFFD)).toHtmlEscaped();
     text += piece.same ? letters : begin + letters + end;
   }
   return text;
@@ -42,15 +42,16 @@ QString OneLine(QString text) {
 }
 
 // Of what differs, the typed letters are struck out and those of the answer underlined.
-QString ComparisonText(const TypedComparison& compared, const QPalette& palette) {
+QString ComparisonText(const TypedComparison& compared, CodePage page, const QPalette& palette) {
   const auto colour = [&](Accent accent) { return AccentColour(accent, palette).name(); };
-  const QString typed = Marked(compared.typed, u"<s style=\"color:%1\">"_s.arg(colour(Accent::NotKnown)), u"</s>"_s);
+  const QString typed =
+      Marked(compared.typed, page, u"<s style=\"color:%1\">"_s.arg(colour(Accent::NotKnown)), u"</s>"_s);
   // Where nothing is the same nothing of the answer stands out.
   const bool alike =
       std::any_of(compared.answer.begin(), compared.answer.end(), [](const auto& piece) { return piece.same; });
   const QString mark =
       alike ? u"<u style=\"color:%1\">"_s.arg(colour(Accent::Known)) : u"<u style=\"text-decoration:none\">"_s;
-  const QString answer = Marked(compared.answer, mark, u"</u>"_s);
+  const QString answer = Marked(compared.answer, page, mark, u"</u>"_s);
   return u"<table cellspacing=0><tr><td>Getippt:&nbsp;</td><td>%1</td></tr>"
          u"<tr><td>Antwort:&nbsp;</td><td>%2</td></tr></table>"_s.arg(typed, OneLine(answer));
 }
@@ -97,6 +98,7 @@ void TF_wnvgl::CardCame() {
 
 void TF_wnvgl::SideCame() {
   key_ = around_.learning.SecondSide();
+  page_ = around_.learning.Card().second_page;
 }
 
 void TF_wnvgl::TakeFocus() {
@@ -118,8 +120,8 @@ void TF_wnvgl::RichEditVglChange() {
   ShowVerdict(*ui_->StatusBarVgl, {}, Verdict::Plain);
   if (!input_check_on_) return;
   QLineEdit& input = *ui_->RichEditVgl;
-  const std::string typed = TypedBytes(input.text());
-  const TypedCheck check = CheckTyped(typed, static_cast<size_t>(input.cursorPosition()), key_, blank_limit_);
+  const std::string typed = TypedBytes(input.text(), page_);
+  const TypedCheck check = CheckTyped(typed, static_cast<size_t>(input.cursorPosition()), key_, blank_limit_, page_);
   switch (check.verdict) {
     case TypedVerdict::ShowAnswer:
       return ShowAnswerAndJudge();
@@ -155,12 +157,12 @@ void TF_wnvgl::BitBtnTestClick() {
 }
 
 void TF_wnvgl::AnswerGiven() {
-  std::string typed = TypedBytes(ui_->RichEditVgl->text());
+  std::string typed = TypedBytes(ui_->RichEditVgl->text(), page_);
   typed.resize(typed.find_last_not_of(' ') + 1);
   if (typed.empty()) return;
   std::string answer = PlainText(key_);
   std::replace(answer.begin(), answer.end(), '\n', ' ');
-  ui_->LabelVergleich->setText(ComparisonText(CompareTyped(typed, answer), palette()));
+  ui_->LabelVergleich->setText(ComparisonText(CompareTyped(typed, answer), page_, palette()));
   comparison_end_.start(kComparisonMilliseconds);
 }
 

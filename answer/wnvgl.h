@@ -50,6 +50,7 @@ class TF_wnvgl : public AnswerWindow {
   bool& input_check_on_;
   size_t blank_limit_ = 2;
   std::string key_;  // the side of the card that is to be known
+  CodePage page_;    // of the key
   QTimer comparison_end_;
 };
 

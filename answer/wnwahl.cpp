@@ -97,6 +97,10 @@ ChoicePage TF_wnwahl::Page() const {
   return ui_->PageControlSelect->currentIndex() == 0 ? ChoicePage::Numbers : ChoicePage::Letters;
 }
 
+CodePage TF_wnwahl::KeyPage() const {
+  return around_.learning.Card().second_page;
+}
+
 void TF_wnwahl::PageChanged() {
   for (size_t i = 0; i < kChoices; ++i) {
     boxes_[i]->setAccessibleName(NameOf(Page(), i));
@@ -111,7 +115,7 @@ void TF_wnwahl::PageChanged() {
 void TF_wnwahl::CardCame() {
   around_.gate.SetSelectError(false);
   Restore();
-  if (const std::optional<ChoicePage> page = PageOf(around_.learning.SecondSide()); page && Asks()) {
+  if (const std::optional<ChoicePage> page = PageOf(around_.learning.SecondSide(), KeyPage()); page && Asks()) {
     ui_->PageControlSelect->setCurrentIndex(static_cast<int>(*page));
   }
   for (QWidget* part : {static_cast<QWidget*>(ui_->PageControlSelect), static_cast<QWidget*>(ui_->PanelCheck)}) {
@@ -126,7 +130,7 @@ void TF_wnwahl::SwitchedOff() {
 
 bool TF_wnwahl::CanAnswer() const {
   const std::string_view key = around_.learning.SecondSide();
-  return Asks() && (CanBeRight(key, ChoicePage::Numbers) || CanBeRight(key, ChoicePage::Letters));
+  return Asks() && (CanBeRight(key, ChoicePage::Numbers, KeyPage()) || CanBeRight(key, ChoicePage::Letters, KeyPage()));
 }
 
 void TF_wnwahl::TakeFocus() {
@@ -153,7 +157,7 @@ void TF_wnwahl::CheckBoxClick(size_t choice) {
 
 void TF_wnwahl::BitBtnMehrfachClick() {
   if (around_.gate.InputLocked() || around_.gate.SelectError() || !Asks()) return;
-  if (RightTicks(around_.learning.SecondSide(), Page()) == Ticked()) {
+  if (RightTicks(around_.learning.SecondSide(), Page(), KeyPage()) == Ticked()) {
     Right(u"Antwort war richtig"_s);
   } else {
     Wrong();
@@ -214,7 +218,7 @@ Ticks TF_wnwahl::Ticked() const {
 }
 
 void TF_wnwahl::ShowStatus(ChoiceStatus after) {
-  const bool possible = CanBeRight(around_.learning.SecondSide(), Page());
+  const bool possible = CanBeRight(around_.learning.SecondSide(), Page(), KeyPage());
   around_.gate.SetStatus(!around_.gate.ChoiceVisible() ? ChoiceStatus::None
                          : possible                    ? after
                                                        : ChoiceStatus::NoChoice);

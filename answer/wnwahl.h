@@ -40,6 +40,7 @@ class TF_wnwahl : public AnswerWindow {
 
  private:
   ChoicePage Page() const;
+  CodePage KeyPage() const;
   void MakeChoices();
   void DressBoxes();
   void PageChanged();

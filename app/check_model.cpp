@@ -3,6 +3,7 @@
 #include "app/check_texts.h"
 #include "cards/card_reader.h"
 #include "hypertext/plain_text.h"
+#include "settings/side_settings.h"
 #include "widgets/text.h"
 
 namespace tessaro {
@@ -53,7 +54,9 @@ QString CheckModel::TextOf(const DeckFinding& finding, int column) const {
     case CardId:
       return FromBytes(cards.Id(finding.row));
     case Question:
-      return FromBytes(PlainBeginning(cards.Question(finding.row))).simplified().left(kQuestionLetters);
+      return FromBytes(PlainBeginning(cards.Question(finding.row)), ReadCodePages(file_.settings()).front)
+          .simplified()
+          .left(kQuestionLetters);
     case Fault:
       return FaultText(finding);
     default:

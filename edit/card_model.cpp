@@ -8,6 +8,7 @@
 #include "cards/card_reader.h"
 #include "edit/card_order.h"
 #include "hypertext/plain_text.h"
+#include "settings/side_settings.h"
 #include "widgets/text.h"
 
 using namespace Qt::StringLiterals;
@@ -18,8 +19,8 @@ namespace {
 // A cell shows the beginning of a side; the rest is not even read.
 constexpr size_t kLongestText = 2000;
 
-QString PlainCell(std::string_view side) {
-  QString text = FromBytes(PlainText(side.substr(0, kLongestText)));
+QString PlainCell(std::string_view side, CodePage page) {
+  QString text = FromBytes(PlainText(side.substr(0, kLongestText)), page);
   return text.replace(u'\n', u' ');
 }
 
@@ -51,7 +52,10 @@ CardOrder OrderOf(int column) {
 }  // namespace
 
 CardModel::CardModel(CardFile& file, QObject* parent)
-    : QAbstractTableModel(parent), file_(file), watch_(file.watchers(), static_cast<CardWatcher&>(*this)) {}
+    : QAbstractTableModel(parent),
+      file_(file),
+      pages_(ReadCodePages(file.settings())),
+      watch_(file.watchers(), static_cast<CardWatcher&>(*this)) {}
 
 int CardModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : CardReader(file_).Count();
@@ -80,9 +84,9 @@ QString CardModel::TextOf(int card_row, Column column) const {
     case Id:
       return FromBytes(cards.Id(card_row));
     case Front:
-      return PlainCell(cards.Question(card_row));
+      return PlainCell(cards.Question(card_row), pages_.front);
     case Back:
-      return PlainCell(cards.Answer(card_row));
+      return PlainCell(cards.Answer(card_row), pages_.back);
     case Retention:
       return RetentionText(std::max<int64_t>(cards.Score(card_row), 0));
     case LastAnswer: {
@@ -128,7 +132,7 @@ void CardModel::sort(int column, Qt::SortOrder order) {
   std::vector<int> card_rows;
   for (const QModelIndex& index : old) card_rows.push_back(CardRow(index.row()));
   const bool plain = OrderOf(column) == CardOrder::Row && order == Qt::AscendingOrder;
-  order_ = plain ? std::vector<int>() : OrderedRows(file_, OrderOf(column), order == Qt::DescendingOrder);
+  order_ = plain ? std::vector<int>() : OrderedRows(file_, pages_, OrderOf(column), order == Qt::DescendingOrder);
   for (qsizetype i = 0; i < old.size(); ++i) {
     changePersistentIndex(old[i], index(ViewRow(card_rows[static_cast<size_t>(i)]), old[i].column()));
   }
@@ -136,6 +140,7 @@ void CardModel::sort(int column, Qt::SortOrder order) {
 }
 
 void CardModel::ShowAnew() {
+  pages_ = ReadCodePages(file_.settings());
   if (rowCount() > 0) Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, kColumns - 1));
 }
 

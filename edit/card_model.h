@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/clock.h"
+#include "platform/side_code_page.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {
@@ -44,6 +45,7 @@ class CardModel : public QAbstractTableModel, private CardWatcher {
   QString TextOf(int card_row, Column column) const;
 
   CardFile& file_;
+  SideCodePages pages_;
   CardWatch watch_;
   std::vector<int> order_;  // card rows as the view has them; empty: that of the file
   Telling telling_ = Telling::Reset;

@@ -62,13 +62,14 @@ std::string TopicText(std::string_view front, std::string_view back) {
   return text;
 }
 
-std::vector<int> OrderedRows(const CardFile& file, CardOrder order, bool descending) {
+std::vector<int> OrderedRows(const CardFile& file, const SideCodePages& pages, CardOrder order, bool descending) {
   const CardReader cards(file);
   if (order == CardOrder::Front || order == CardOrder::Back || order == CardOrder::Topic) {
+    const CodePage page = order == CardOrder::Front ? pages.front : order == CardOrder::Back ? pages.back : CodePage();
     std::vector<TextKey> keys;
     keys.reserve(static_cast<size_t>(cards.Count()));
     for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
-      keys.emplace_back(LowerCase(ReadText(cards, row, order)));
+      keys.emplace_back(page.Folded(ReadText(cards, row, order)));
     }
     return RowsByKeys(keys, descending);
   }

@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "cards/card_reader.h"
-#include "platform/code_page.h"
 
 namespace tessaro {
 namespace {
@@ -20,8 +19,8 @@ int Frequency(char c) {
 
 }  // namespace
 
-TextFinder::TextFinder(std::string_view text, bool ignore_case)
-    : text_(ignore_case ? LowerCase(std::string(text)) : std::string(text)), ignore_case_(ignore_case) {
+TextFinder::TextFinder(std::string_view text, bool ignore_case, CodePage page)
+    : text_(ignore_case ? page.Folded(std::string(text)) : std::string(text)), page_(page), ignore_case_(ignore_case) {
   const auto rarer = [](char a, char b) { return Frequency(a) < Frequency(b); };
   if (!text_.empty()) {
     rarest_ = static_cast<size_t>(std::min_element(text_.begin(), text_.end(), rarer) - text_.begin());
@@ -44,20 +43,22 @@ size_t TextFinder::Find(std::string_view in) const {
 }
 
 size_t TextFinder::FindIgnoringCase(std::string_view in) const {
-  const auto same = [](char a, char b) { return ToLower(a) == b; };
+  const auto same = [page = page_](char a, char b) { return page.Folded(a) == b; };
   const auto found = std::search(in.begin(), in.end(), text_.begin(), text_.end(), same);
   return found == in.end() ? kNowhere : static_cast<size_t>(found - in.begin());
 }
 
 CardSearch::CardSearch(const SearchQuery& query)
-    : first_(query.first.empty() && query.mode == SearchMode::Or ? query.second : query.first, query.ignore_case),
-      second_(query.first.empty() ? std::string_view() : query.second, query.ignore_case),
+    : first_(query.first.empty() && query.mode == SearchMode::Or ? query.second : query.first, query),
+      second_(query.first.empty() ? SoughtText() : query.second, query),
       mode_(query.mode),
       sides_(query.sides) {}
 
-std::optional<FoundText> CardSearch::Find(const TextFinder& finder, const Sides& sides) {
+std::optional<FoundText> CardSearch::Finders::Find(const Sides& sides) const {
   for (const EditSide name : {EditSide::Front, EditSide::Back}) {
-    const std::string_view side = sides[name == EditSide::Front ? 0 : 1];
+    const size_t index = name == EditSide::Front ? 0 : 1;
+    const std::string_view side = sides[index];
+    const TextFinder& finder = finders_[index];
     const size_t at = finder.Find(side);
     if (at == kNowhere) continue;
     const auto lines_before = std::count(side.begin(), side.begin() + static_cast<std::ptrdiff_t>(at), '\n');
@@ -69,11 +70,11 @@ std::optional<FoundText> CardSearch::Find(const TextFinder& finder, const Sides&
 std::optional<FoundText> CardSearch::Match(std::string_view front, std::string_view back) const {
   const Sides sides = {sides_ == SearchSides::Back ? std::string_view() : front,
                        sides_ == SearchSides::Front ? std::string_view() : back};
-  const std::optional<FoundText> first = Find(first_, sides);
+  const std::optional<FoundText> first = first_.Find(sides);
   if (second_.empty()) return first;
-  if (mode_ == SearchMode::Or) return first ? first : Find(second_, sides);
+  if (mode_ == SearchMode::Or) return first ? first : second_.Find(sides);
   if (!first) return std::nullopt;
-  const bool second = Find(second_, sides).has_value();
+  const bool second = second_.Find(sides).has_value();
   return second == (mode_ == SearchMode::And) ? first : std::nullopt;
 }
 

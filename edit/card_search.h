@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <concepts>
 #include <functional>
 #include <optional>
 #include <string>
@@ -8,6 +9,7 @@
 
 #include "edit/keep_going.h"
 #include "edit/markup_tools.h"
+#include "platform/side_code_page.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {
@@ -15,19 +17,33 @@ namespace tessaro {
 enum class SearchMode { Or, And, AndNot };
 enum class SearchSides { Front, Back, Both };
 
+// A text as each side would write it; empty for one whose code page lacks a character of it.
+struct SoughtText {
+  std::string front;
+  std::string back;
+
+  SoughtText() = default;
+  // The same on both sides.
+  template <typename Text>
+  requires std::convertible_to<Text, std::string_view> SoughtText(const Text& text)
+      : front(text), back(text) {}  // NOLINT(google-explicit-constructor)
+  bool empty() const { return front.empty() && back.empty(); }
+};
+
 struct SearchQuery {
-  std::string first;
-  std::string second;
+  SoughtText first;
+  SoughtText second;
   SearchMode mode = SearchMode::Or;
   SearchSides sides = SearchSides::Both;
-  bool ignore_case = false;  // of all letters of the code page
+  bool ignore_case = false;  // of all letters of the code pages
+  SideCodePages pages = {};
 };
 
 // Finds one text in many others, quickly where it is absent.
 class TextFinder {
  public:
   // The text is copied. Case is that of the code page.
-  TextFinder(std::string_view text, bool ignore_case);
+  TextFinder(std::string_view text, bool ignore_case, CodePage page = {});
   // Of the text, in bytes.
   bool empty() const { return text_.empty(); }
   size_t size() const { return text_.size(); }
@@ -38,6 +54,7 @@ class TextFinder {
   size_t FindIgnoringCase(std::string_view in) const;
 
   std::string text_;  // in lower case where case is ignored
+  CodePage page_;
   bool ignore_case_;
   size_t rarest_ = 0;  // the byte of the text that is looked for first
 };
@@ -63,10 +80,21 @@ class CardSearch {
 
  private:
   using Sides = std::array<std::string_view, 2>;
-  static std::optional<FoundText> Find(const TextFinder& finder, const Sides& sides);
+  // The same text on the front and on the back.
+  class Finders {
+   public:
+    Finders(const SoughtText& text, const SearchQuery& query)
+        : finders_{TextFinder(text.front, query.ignore_case, query.pages.front),
+                   TextFinder(text.back, query.ignore_case, query.pages.back)} {}
+    bool empty() const { return finders_[0].empty() && finders_[1].empty(); }
+    std::optional<FoundText> Find(const Sides& sides) const;
 
-  TextFinder first_;
-  TextFinder second_;
+   private:
+    std::array<TextFinder, 2> finders_;
+  };
+
+  Finders first_;
+  Finders second_;
   SearchMode mode_;
   SearchSides sides_;
 };

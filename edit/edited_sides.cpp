@@ -95,6 +95,7 @@ void EditedSides::ReadLooks(const CardFile& file, const ProgramSettings& setting
   for (const EditSide side : {EditSide::Front, EditSide::Back}) {
     const SideName name = side == EditSide::Front ? SideName::Front : SideName::Back;
     looks_[Index(side)] = LookOnScreen(file.settings(), settings.ini, name, field(side).palette());
+    field(side).SetCodePage(looks_[Index(side)].page);
   }
   const MediaFolders folders = FoldersOf(file.paths().cards, keys::kMediaFolder.Read(settings.ini));
   for (const View& view : views_) view.frame->SetMediaFolders(folders);

@@ -43,6 +43,7 @@ class EditedSides : public QObject {
 
   // Fonts and colours of the front and the back as windows show them.
   const std::array<SideLook, 2>& looks() const { return looks_; }
+  CodePage page(EditSide side) const { return looks_[Index(side)].page; }
   // Reads these, and where media are looked for, from the settings; ShowLooks and ShowPreview show them.
   void ReadLooks(const CardFile& file, const ProgramSettings& settings);
   // `marked`: for deletion.

@@ -10,7 +10,6 @@
 #include <algorithm>
 
 #include "edit/tag_spans.h"
-#include "platform/code_page.h"
 #include "widgets/text.h"
 #include "widgets/theme.h"
 
@@ -62,12 +61,6 @@ class TagHighlighter : public QSyntaxHighlighter {
 
 namespace {
 
-// A QChar is a byte of the code page here, so positions of a document are those of the side.
-bool IsForeign(QChar letter) {
-  return letter != QChar::ParagraphSeparator && letter != QChar::LineSeparator && letter != u'\n' &&
-         (letter == u'\r' || !code_page::ByteOf(letter.unicode()));
-}
-
 // Keys that mean commands of the editor and not what a text field makes of them.
 bool IsEditorKey(const QKeyEvent& key) {
   if (key.modifiers() != Qt::ControlModifier) return false;
@@ -96,9 +89,22 @@ SideField::~SideField() {
   setting_ = true;
 }
 
+// A QChar is a byte of the code page here, so positions of a document are those of the side.
+bool SideField::IsForeign(QChar letter) const {
+  return letter != QChar::ParagraphSeparator && letter != QChar::LineSeparator && letter != u'\n' &&
+         (letter == u'\r' || !page_.ByteOf(letter.unicode()));
+}
+
+void SideField::SetCodePage(CodePage page) {
+  if (page == page_) return;
+  const std::string side = Side();
+  page_ = page;
+  SetSide(side);
+}
+
 void SideField::SetSide(std::string_view side) {
   setting_ = true;
-  setPlainText(FromBytes(side));
+  setPlainText(FromBytes(side, page_));
   setting_ = false;
   HighlightAnew();
 }
@@ -106,8 +112,8 @@ void SideField::SetSide(std::string_view side) {
 std::string SideField::Side() const {
   QString text = document()->toRawText();
   text.replace(QChar::ParagraphSeparator, u'\n').replace(QChar::LineSeparator, u'\n');
-  text.removeIf(IsForeign);
-  return ToBytes(text).value_or(std::string());
+  text.removeIf([this](QChar letter) { return IsForeign(letter); });
+  return ToBytes(text, page_).value_or(std::string());
 }
 
 QTextCursor SideField::CursorAt(SideRange selection) const {
@@ -129,7 +135,7 @@ void SideField::Select(SideRange selection) {
 }
 
 void SideField::Apply(const SideEdit& edit) {
-  CursorAt(edit.removed).insertText(FromBytes(edit.inserted));
+  CursorAt(edit.removed).insertText(FromBytes(edit.inserted, page_));
   Select(edit.selection);
   setFocus();
 }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "edit/markup_tools.h"
+#include "platform/side_code_page.h"
 
 class QImage;
 
@@ -22,6 +23,8 @@ class SideField : public QPlainTextEdit {
   explicit SideField(QWidget* parent = nullptr);
   ~SideField() override;
 
+  // The code page of the text; what is shown keeps its bytes.
+  void SetCodePage(CodePage page);
   // Shows another text; nothing can be taken back then.
   void SetSide(std::string_view side);
   // The same text as it was typed, no-break spaces included.
@@ -66,7 +69,10 @@ class SideField : public QPlainTextEdit {
   void TextChanged();
   void LeaveOutForeign();
 
+  bool IsForeign(QChar letter) const;
+
   std::unique_ptr<TagHighlighter> highlighter_;
+  CodePage page_;
   bool setting_ = false;
 };
 

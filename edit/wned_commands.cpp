@@ -10,6 +10,7 @@
 #include "edit/wnlink.h"
 #include "edit/wnsuch.h"
 #include "edit/wntab.h"
+#include "settings/side_settings.h"
 #include "ui_wned.h"
 #include "widgets/text.h"
 
@@ -207,6 +208,7 @@ void TF_wned::ShowSearch() {
     });
     connect(search_window_.get(), &TF_wnsuch::MoreWanted, this, &TF_wned::MCardSearchMore);
   }
+  search_window_->SetCodePages(ReadCodePages(file_.settings()));
   search_window_->Begin();
 }
 

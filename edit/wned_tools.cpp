@@ -42,7 +42,7 @@ void TF_wned::MTextSign() {
   if (sign_window_ == nullptr || !sign_window_->isVisible()) {
     sign_window_ = std::make_unique<TF_wnsign>(settings_, sides_.looks(), this);
     connect(sign_window_.get(), &TF_wnsign::CharacterChosen, this, [this](const QString& character) {
-      if (MayChange()) ActiveText().PutTag(ToBytes(character).value_or(std::string()));
+      if (MayChange()) ActiveText().PutTag(ToBytes(character, sides_.page(sides_.active())).value_or(std::string()));
     });
   }
   sign_window_->Open(sides_.active());
@@ -148,12 +148,12 @@ void TF_wned::MHtmlLink() {
                                u"MCardGoNext", u"MCardBottom", u"MCardSearch", u"MCardSearchMore"}) {
     link_window_->addAction(findChild<QAction*>(QString::fromUtf16(name)));
   }
-  link_window_->Begin(FromBytes(desk_.id()), FromBytes(desk_.link()->face()));
+  link_window_->Begin(FromBytes(desk_.id()), FromBytes(desk_.link()->face(), sides_.page(desk_.link_side())));
   ShowCard();
 }
 
 void TF_wned::FinishLink(const QString& face) {
-  const auto bytes = ToBytes(face);
+  const auto bytes = ToBytes(face, sides_.page(desk_.link_side()));
   if (!bytes) return ShowStatus(LeftOutText(face));
   if (!StoreSide()) return;
   const EditSide side = desk_.link_side();

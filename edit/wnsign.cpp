@@ -45,12 +45,13 @@ void TF_wnsign::Open(EditSide side) {
 void TF_wnsign::Load(EditSide side) {
   loading_ = true;
   side_ = side;
-  const std::string characters = ReadCharacters(settings_.ini, side);
+  const CodePage page = Page();
+  const std::string characters = ReadCharacters(settings_.ini, side, page);
   const int rows = (static_cast<int>(characters.size()) + kCellsInRow - 1) / kCellsInRow;
   ui_->ZeichenTabelle->setRowCount(rows);
   for (int cell = 0; cell < rows * kCellsInRow; ++cell) {
     const auto at = static_cast<size_t>(cell);
-    const QString text = at < characters.size() ? FromBytes({&characters[at], 1}).trimmed() : QString();
+    const QString text = at < characters.size() ? FromBytes({&characters[at], 1}, page).trimmed() : QString();
     auto* item = new QTableWidgetItem(text);
     item->setTextAlignment(Qt::AlignCenter);
     ui_->ZeichenTabelle->setItem(cell / kCellsInRow, cell % kCellsInRow, item);
@@ -62,12 +63,16 @@ void TF_wnsign::Load(EditSide side) {
   loading_ = false;
 }
 
+CodePage TF_wnsign::Page() const {
+  return looks_[side_ == EditSide::Front ? 0 : 1].page;
+}
+
 void TF_wnsign::CellChanged(QTableWidgetItem* item) {
   if (loading_) return;
   loading_ = true;
   // One character of the code page, or an empty cell.
   QString text = item->text().trimmed().left(1);
-  if (!ToBytes(text)) text.clear();
+  if (!ToBytes(text, Page())) text.clear();
   item->setText(text);
   loading_ = false;
   Keep();
@@ -77,10 +82,10 @@ void TF_wnsign::Keep() {
   std::string characters;
   for (int cell = 0; cell < ui_->ZeichenTabelle->rowCount() * kCellsInRow; ++cell) {
     const QTableWidgetItem* item = ui_->ZeichenTabelle->item(cell / kCellsInRow, cell % kCellsInRow);
-    const std::string byte = ToBytes(item->text()).value_or(std::string());
+    const std::string byte = ToBytes(item->text(), Page()).value_or(std::string());
     characters += byte.empty() ? ' ' : byte.front();
   }
-  WriteCharacters(characters, side_, settings_.ini);
+  WriteCharacters(characters, side_, settings_.ini, Page());
 }
 
 void TF_wnsign::Choose() {

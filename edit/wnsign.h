@@ -35,6 +35,7 @@ class TF_wnsign : public QDialog {
   void hideEvent(QHideEvent* event) override;
 
  private:
+  CodePage Page() const;
   void Load(EditSide side);
   void Keep();
   void Choose();

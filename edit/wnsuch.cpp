@@ -23,6 +23,13 @@ QString SearchText(const SearchResult& result, bool possible) {
   return u"gefunden in Zeile %1. "_s.arg(result.line) + examined;
 }
 
+SoughtText SoughtTextOf(const QString& text, const SideCodePages& pages) {
+  SoughtText sought;
+  sought.front = ToBytes(text, pages.front).value_or(std::string());
+  sought.back = ToBytes(text, pages.back).value_or(std::string());
+  return sought;
+}
+
 TF_wnsuch::TF_wnsuch(ProgramSettings& settings, QWidget* parent)
     : QDialog(parent), settings_(settings), ui_(std::make_unique<Ui::TF_wnsuch>()) {
   ui_->setupUi(this);
@@ -50,8 +57,9 @@ void TF_wnsuch::hideEvent(QHideEvent* event) {
 
 SearchQuery TF_wnsuch::query() const {
   SearchQuery query;
-  query.first = ToBytes(ui_->EditString1->text()).value_or(std::string());
-  query.second = ToBytes(ui_->EditString2->text()).value_or(std::string());
+  query.first = SoughtTextOf(ui_->EditString1->text(), pages_);
+  query.second = SoughtTextOf(ui_->EditString2->text(), pages_);
+  query.pages = pages_;
   query.mode = ui_->RadioButtonUnd->isChecked()     ? SearchMode::And
                : ui_->RadioButtonNicht->isChecked() ? SearchMode::AndNot
                                                     : SearchMode::Or;
@@ -63,7 +71,8 @@ SearchQuery TF_wnsuch::query() const {
 }
 
 bool TF_wnsuch::TextsFit() {
-  const bool fit = ToBytes(ui_->EditString1->text()) && ToBytes(ui_->EditString2->text());
+  const auto fits = [this](const QString& text) { return text.isEmpty() || !SoughtTextOf(text, pages_).empty(); };
+  const bool fit = fits(ui_->EditString1->text()) && fits(ui_->EditString2->text());
   if (!fit) ui_->LabelErgebnis->setText(u"Die Suchbegriffe enthalten Zeichen, die keine Karte enthalten kann"_s);
   return fit;
 }

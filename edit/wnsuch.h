@@ -15,6 +15,9 @@ namespace tessaro {
 // What a search has found, for the status line. `possible`: see CardSearch.
 QString SearchText(const SearchResult& result, bool possible);
 
+// What is typed, for a search.
+SoughtText SoughtTextOf(const QString& text, const SideCodePages& pages);
+
 // Asks what to search the cards for; stays open beside the editor.
 class TF_wnsuch : public QDialog {
   Q_OBJECT
@@ -28,6 +31,8 @@ class TF_wnsuch : public QDialog {
   void Begin();
   // What is to be searched for. A text that cards cannot hold is empty there; StartWanted does not come with one.
   SearchQuery query() const;
+  // Those that the sides are written in, from now on.
+  void SetCodePages(const SideCodePages& pages) { pages_ = pages; }
   void ShowResult(const SearchResult& result, bool possible);
 
  Q_SIGNALS:
@@ -45,6 +50,7 @@ class TF_wnsuch : public QDialog {
   bool TextsFit();
 
   ProgramSettings& settings_;
+  SideCodePages pages_;
   std::unique_ptr<Ui::TF_wnsuch> ui_;
 };
 

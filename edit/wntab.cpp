@@ -8,6 +8,8 @@
 
 #include "edit/card_model.h"
 #include "edit/card_work.h"
+#include "edit/wnsuch.h"
+#include "settings/side_settings.h"
 #include "ui_wntab.h"
 #include "widgets/text.h"
 #include "widgets/window_place.h"
@@ -122,10 +124,11 @@ std::vector<int> TF_wntab::MarkedRows() const {
 
 // Searches in the order of the view, behind the marked row.
 void TF_wntab::BitBtnStartClick() {
-  const auto text = ToBytes(ui_->EditSuchen->text());
-  if (!text || text->empty()) return ui_->LabelErgebnis->setText(u"Bitte eine Zeichenfolge eingeben"_s);
+  const SideCodePages pages = ReadCodePages(file_.settings());
+  const SoughtText text = SoughtTextOf(ui_->EditSuchen->text(), pages);
+  if (text.empty()) return ui_->LabelErgebnis->setText(u"Bitte eine Zeichenfolge eingeben"_s);
   Q_EMIT StoreWanted();
-  const CardSearch search({.first = *text, .second = "", .ignore_case = true});
+  const CardSearch search({.first = text, .second = {}, .ignore_case = true, .pages = pages});
   const auto row_at = [this](int place) { return model_->CardRow(place - kFirstCardRow); };
   const int next = ui_->StringGridTab->currentIndex().row() + 1;
   SearchResult result;

@@ -119,10 +119,11 @@ void TF_dlimp::ShowPreview() {
   shown_ = table ? FirstTableCards() : FirstTextCards();
   QTableWidget& list = *ui_->ListeKarten;
   list.setRowCount(static_cast<int>(shown_.size()));
+  const SideCodePages pages = ReadCodePages(ties_.file.settings());
   for (int row = 0; row < list.rowCount(); ++row) {
     const Sides& card = shown_[static_cast<size_t>(row)];
-    list.setItem(row, 0, new QTableWidgetItem(FromBytes(card.first).simplified()));
-    list.setItem(row, 1, new QTableWidgetItem(FromBytes(card.second).simplified()));
+    list.setItem(row, 0, new QTableWidgetItem(FromBytes(card.first, pages.front).simplified()));
+    list.setItem(row, 1, new QTableWidgetItem(FromBytes(card.second, pages.back).simplified()));
   }
   for (QWidget* widget : {static_cast<QWidget*>(&list), static_cast<QWidget*>(ui_->KarteVorne),
                           static_cast<QWidget*>(ui_->KarteHinten)}) {

@@ -8,6 +8,7 @@
 #include "exchange/compare_texts.h"
 #include "platform/clock.h"
 #include "settings/keys.h"
+#include "settings/side_settings.h"
 #include "ui_dlupd.h"
 #include "widgets/long_work.h"
 #include "widgets/messages.h"
@@ -30,8 +31,8 @@ constexpr int64_t kTellTaken = 10;
 constexpr std::string_view kPlaceSuffix = "Upd";
 
 // What the user made of a text; nothing when it stayed.
-std::optional<std::string> Edited(const QTextEdit& edit) {
-  return edit.document()->isModified() ? ToBytes(SideText(edit)) : std::nullopt;
+std::optional<std::string> Edited(const QTextEdit& edit, CodePage page) {
+  return edit.document()->isModified() ? ToBytes(SideText(edit), page) : std::nullopt;
 }
 
 }  // namespace
@@ -212,10 +213,11 @@ void TF_dlupd::ShowFailure() {
 }
 
 CompareEdits TF_dlupd::Edits() const {
-  return {.target_front = Edited(*ui_->RichEditKVZ),
-          .target_back = Edited(*ui_->RichEditKHZ),
-          .source_front = Edited(*ui_->RichEditKVQ),
-          .source_back = Edited(*ui_->RichEditKHQ)};
+  const SideCodePages pages = ReadCodePages(ties_.file.settings());
+  return {.target_front = Edited(*ui_->RichEditKVZ, pages.front),
+          .target_back = Edited(*ui_->RichEditKHZ, pages.back),
+          .source_front = Edited(*ui_->RichEditKVQ, pages.front),
+          .source_back = Edited(*ui_->RichEditKHQ, pages.back)};
 }
 
 void TF_dlupd::BitBtnBeibehaltenClick() {
@@ -233,7 +235,7 @@ void TF_dlupd::BitBtnZielMarkierenClick() {
 
 bool TF_dlupd::MayTakeEdits() {
   for (QTextEdit* edit : Texts()) {
-    if (!edit->document()->isModified() || ToBytes(SideText(*edit))) continue;
+    if (!edit->document()->isModified() || ToBytes(SideText(*edit), PageOf(*edit))) continue;
     ties_.messages.Error(this, u"Der Text enthält Zeichen, die eine Kartei nicht halten kann."_s);
     edit->setFocus();
     return false;

@@ -9,6 +9,7 @@
 #include "exchange/compare_scan.h"
 #include "exchange/compare_source.h"
 #include "exchange/exchange_ties.h"
+#include "platform/side_code_page.h"
 
 class QTextEdit;
 
@@ -40,6 +41,8 @@ class TF_dlupd : public QDialog {
   std::array<QTextEdit*, 4> Texts() const;
   void FillChoices();
   void DressTexts();
+  bool IsFront(const QTextEdit& edit) const;
+  CodePage PageOf(const QTextEdit& edit) const;
   void ConnectControls();
   CompareRule Rule() const;
   void ChangeRule();

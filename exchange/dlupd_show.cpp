@@ -8,6 +8,7 @@
 #include "exchange/compare_texts.h"
 #include "exchange/dlupd.h"
 #include "exchange/taken_cards.h"
+#include "settings/side_settings.h"
 #include "ui_dlupd.h"
 #include "widgets/side_look.h"
 #include "widgets/text.h"
@@ -21,9 +22,9 @@ using namespace Qt::Literals::StringLiterals;
 constexpr int kTint = 60;  // of 255: the words stay readable on it
 
 // Marks the words of a text that the other lacks.
-void MarkWords(QTextEdit& edit, const std::string& other) {
+void MarkWords(QTextEdit& edit, const std::string& other, CodePage page) {
   QList<QTextEdit::ExtraSelection> marks;
-  const std::optional<std::string> text = ToBytes(SideText(edit));
+  const std::optional<std::string> text = ToBytes(SideText(edit), page);
   QTextEdit::ExtraSelection mark;
   QColor tint = AccentColour(Accent::Notice, edit.palette());
   tint.setAlpha(kTint);
@@ -52,9 +53,18 @@ std::array<QTextEdit*, 4> TF_dlupd::Texts() const {
   return {ui_->RichEditKVQ, ui_->RichEditKHQ, ui_->RichEditKVZ, ui_->RichEditKHZ};
 }
 
+bool TF_dlupd::IsFront(const QTextEdit& edit) const {
+  return &edit == ui_->RichEditKVQ || &edit == ui_->RichEditKVZ;
+}
+
+CodePage TF_dlupd::PageOf(const QTextEdit& edit) const {
+  const SideCodePages pages = ReadCodePages(ties_.file.settings());
+  return IsFront(edit) ? pages.front : pages.back;
+}
+
 void TF_dlupd::DressTexts() {
   for (QTextEdit* edit : Texts()) {
-    const bool front = edit == ui_->RichEditKVQ || edit == ui_->RichEditKVZ;
+    const bool front = IsFront(*edit);
     const SideLook look =
         LookOnScreen(ties_.file.settings(), ties_.settings, front ? SideName::Front : SideName::Back, palette());
     QPalette colours = edit->palette();
@@ -74,7 +84,7 @@ void TF_dlupd::ShowStop() {
   const CardSides source = scan_->SourceSides(stop.source_row);
   const CardSides target = scan_->TargetSides(stop.target_row);
   const std::array<std::string_view, 4> sides = {source.front, source.back, target.front, target.back};
-  for (size_t i = 0; i < sides.size(); ++i) Texts()[i]->setPlainText(FromBytes(sides[i]));
+  for (size_t i = 0; i < sides.size(); ++i) Texts()[i]->setPlainText(FromBytes(sides[i], PageOf(*Texts()[i])));
   MarkDifferences();
   ui_->EditMeldung->setText(VerdictText(stop));
   ui_->StatusBarUpd->showMessage(u"Position Quelle: %1, Ziel: %2"_s.arg(stop.source_row - 1).arg(stop.target_row - 1));
@@ -85,9 +95,10 @@ void TF_dlupd::ShowStop() {
 
 void TF_dlupd::MarkDifferences() {
   if (scan_ == nullptr || !scan_->stop()) return;
-  const auto mark = [](QTextEdit& one, QTextEdit& other) {
-    MarkWords(one, ToBytes(SideText(other)).value_or(std::string()));
-    MarkWords(other, ToBytes(SideText(one)).value_or(std::string()));
+  const auto mark = [this](QTextEdit& one, QTextEdit& other) {
+    const CodePage page = PageOf(one);
+    MarkWords(one, ToBytes(SideText(other), page).value_or(std::string()), page);
+    MarkWords(other, ToBytes(SideText(one), page).value_or(std::string()), page);
   };
   mark(*ui_->RichEditKVQ, *ui_->RichEditKVZ);
   mark(*ui_->RichEditKHQ, *ui_->RichEditKHZ);

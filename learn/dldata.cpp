@@ -79,8 +79,8 @@ void TF_dldata::Clear() {
   ui_->Abstaende->Show(IntervalContent(std::nullopt));
 }
 
-void TF_dldata::Show(const AnswerStatistics& statistics, std::string_view question, std::string_view answer) {
-  ui_->LabelTitel->setText(u"Karte: "_s + FromBytes(StatisticsTitle(question, answer)));
+void TF_dldata::Show(const AnswerStatistics& statistics, const QString& title) {
+  ui_->LabelTitel->setText(u"Karte: "_s + title);
   const StatisticsTexts texts = TextsOf(statistics);
   ShowHistory(texts, statistics.history.times);
   ShowSeries(ui_->GridReihe1, texts.trends[0]);

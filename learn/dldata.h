@@ -29,7 +29,8 @@ class TF_dldata : public QWidget {
 
   // Before the first answer, and after one was taken back.
   void Clear();
-  void Show(const AnswerStatistics& statistics, std::string_view question, std::string_view answer);
+  // `title`: of the card.
+  void Show(const AnswerStatistics& statistics, const QString& title);
   // How likely the card is known now and later, in a line; empty: nothing is said.
   void ShowRecall(const QString& text);
 

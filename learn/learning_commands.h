@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "platform/side_code_page.h"
+
 namespace tessaro {
 
 // The card on screen, as an answer window has to know it.
@@ -11,6 +13,8 @@ struct CardOnScreen {
   bool first_side = true;      // the side that comes first is on screen; false: the one to be known
   bool sides_swapped = false;  // the back comes first: the side to be known is the question
   bool open = false;           // an answer to it would be logged: the run goes on, and it was not answered yet
+  CodePage first_page = {};    // of the side that comes first, and of the one to be known
+  CodePage second_page = {};
 };
 
 // What the windows in which the learner answers ask of the learning window.

@@ -238,9 +238,9 @@ QString NoticeText(Notice notice, std::optional<int64_t> next_due) {
   return {};
 }
 
-QString AnswerText(const GivenAnswer& answer, std::string_view question) {
+QString AnswerText(const GivenAnswer& answer, std::string_view question, CodePage page) {
   constexpr int kTitleLetters = 35;
-  QString title = FromBytes(PlainBeginning(question)).simplified();
+  QString title = FromBytes(PlainBeginning(question), page).simplified();
   if (title.size() > kTitleLetters) title = title.left(kTitleLetters - 1) + u'…';
   const auto said = [&](const QString& what) { return title.isEmpty() ? what : title + u": "_s + what; };
   if (answer.rating == Rating::NotKnown) return said(u"nicht gewusst, kommt bald wieder"_s);

@@ -6,6 +6,7 @@
 
 #include "learn/answer_gate.h"
 #include "learn/run_presenter.h"
+#include "platform/side_code_page.h"
 
 // All that the learning window says, in one place.
 namespace tessaro {
@@ -42,7 +43,7 @@ QString NoticeText(Notice notice, std::optional<int64_t> next_due);
 
 // In place of how the card was chosen, until the next command: what was said of the card whose question this is, and
 // what it came to.
-QString AnswerText(const GivenAnswer& answer, std::string_view question);
+QString AnswerText(const GivenAnswer& answer, std::string_view question, CodePage page = {});
 QString AnswerTakenBackText();
 QString AnswerRestoredText();
 

@@ -1,5 +1,6 @@
 #include "learn/statistics_texts.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -57,10 +58,6 @@ std::string ScoreWithTime(int64_t score) {
                 static_cast<long long>(score / kSecondsPerDay), part(3600, 24), part(60, 60), part(1, 60));
 }
 
-std::string FirstLetters(std::string_view side) {
-  return PlainBeginning(side).substr(0, kTitleLetters);
-}
-
 }  // namespace
 
 StatisticsTexts TextsOf(const AnswerStatistics& statistics) {
@@ -73,11 +70,9 @@ StatisticsTexts TextsOf(const AnswerStatistics& statistics) {
   return texts;
 }
 
-std::string StatisticsTitle(std::string_view question, std::string_view answer) {
-  std::string title = FirstLetters(question) + " | " + FirstLetters(answer);
-  for (char& letter : title) {
-    if (letter == '\n') letter = ' ';
-  }
+std::string SideTitle(std::string_view side) {
+  std::string title = PlainBeginning(side).substr(0, kTitleLetters);
+  std::replace(title.begin(), title.end(), '\n', ' ');
   return title;
 }
 

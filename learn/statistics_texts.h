@@ -40,7 +40,7 @@ struct StatisticsTexts {
 
 StatisticsTexts TextsOf(const AnswerStatistics& statistics);
 
-// The first 35 characters of both sides as plain text with " | " between them.
-std::string StatisticsTitle(std::string_view question, std::string_view answer);
+// The first 35 characters of a side as plain text in one line.
+std::string SideTitle(std::string_view side);
 
 }  // namespace tessaro

@@ -174,6 +174,8 @@ class TF_wnlern : public QMainWindow, public LearningCommands, private CardWatch
   void ReadOptions();
   void ReadShortcuts();
   void ReadLooks();
+  // Of the side that is shown.
+  const SideLook& LookOnScreen() const;
 
   void ShowRun(bool card_changed = false);
   void ShowCard();

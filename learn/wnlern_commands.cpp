@@ -22,11 +22,14 @@ namespace tessaro {
 CardOnScreen TF_wnlern::Card() const {
   if (run_ == nullptr || run_->card().row == 0) return {};
   const bool first = run_->moment().first_side;
+  const bool swapped = run_->question_shown() != first;
   return {.row = run_->card().row,
           .navigation = run_->card().navigation,
           .first_side = first,
-          .sides_swapped = run_->question_shown() != first,
-          .open = !run_->moment().answered && !run_->ended()};
+          .sides_swapped = swapped,
+          .open = !run_->moment().answered && !run_->ended(),
+          .first_page = looks_[swapped ? 1 : 0].page,
+          .second_page = looks_[swapped ? 0 : 1].page};
 }
 
 std::string_view TF_wnlern::FirstSide() const {
@@ -85,7 +88,8 @@ void TF_wnlern::Do(const Command& command, const QString& done) {
       result = command(*run_);
       done_ = done;
       said_.clear();
-      if (result.answer) said_ = AnswerText(*result.answer, CardReader(file_).Question(result.answer->row));
+      if (result.answer)
+        said_ = AnswerText(*result.answer, CardReader(file_).Question(result.answer->row), looks_[0].page);
       notice_ = NoticeAfter(result, *run_, file_);
       ShowRun(result.drawn_anew);
     } catch (...) {
@@ -206,7 +210,7 @@ void TF_wnlern::VideoEnded(bool played) {
 
 void TF_wnlern::MKopierenClick() {
   const QString selected = ui_->PageControlAnz->SelectedText();
-  const QString text = selected.isEmpty() ? FromBytes(PlainText(run_->side_text())) : selected;
+  const QString text = selected.isEmpty() ? FromBytes(PlainText(run_->side_text()), LookOnScreen().page) : selected;
   QGuiApplication::clipboard()->setText(text);
 }
 

@@ -9,9 +9,11 @@
 #include "learn/dllernkeys.h"
 #include "learn/frage.h"
 #include "learn/lern_texts.h"
+#include "learn/statistics_texts.h"
 #include "learn/wnlern.h"
 #include "settings/keys.h"
 #include "ui_wnlern.h"
+#include "widgets/text.h"
 #include "widgets/window_place.h"
 
 using namespace Qt::StringLiterals;
@@ -136,7 +138,9 @@ void TF_wnlern::ShowStatistics() {
   if (run_ == nullptr || !run_->moment().log.statistics) return statistics_->Clear();
   const AnswerStatistics& figures = *run_->moment().log.statistics;
   const CardReader cards(file_);
-  statistics_->Show(figures, cards.Question(figures.row), cards.Answer(figures.row));
+  const QString front = FromBytes(SideTitle(cards.Question(figures.row)), looks_[0].page);
+  const QString back = FromBytes(SideTitle(cards.Answer(figures.row)), looks_[1].page);
+  statistics_->Show(figures, front + u" | "_s + back);
   statistics_->ShowRecall(outlook_.card ? outlook_.card(figures.row) : QString());
 }
 

@@ -34,7 +34,7 @@ void TF_wnlern::DockUnderCard(QWidget& window) {
 }
 
 void TF_wnlern::ShowTemplate(const std::string& text) {
-  ui_->PageControlAnz->ShowTemplate(FromBytes(text));
+  ui_->PageControlAnz->ShowTemplate(FromBytes(text, Card().first_page));
 }
 
 void TF_wnlern::MarkTemplate(int place, int length) {

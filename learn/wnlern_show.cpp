@@ -30,9 +30,13 @@ void TF_wnlern::ShowCard() {
   Q_EMIT MediaStopWanted();
   // A screen reader that comes to the focused button reads the card; no one listens to more.
   constexpr size_t kMostRead = 100'000;
-  const QString text = FromBytes(PlainText(run_->side_text().substr(0, kMostRead)));
+  const QString text = FromBytes(PlainText(run_->side_text().substr(0, kMostRead)), LookOnScreen().page);
   for (AnswerButton* button : {ui_->BtHand, ui_->BtWeissIch}) button->setAccessibleDescription(text);
-  ui_->PageControlAnz->ShowSide(run_->side_text(), looks_[run_->question_shown() ? 0 : 1]);
+  ui_->PageControlAnz->ShowSide(run_->side_text(), LookOnScreen());
+}
+
+const SideLook& TF_wnlern::LookOnScreen() const {
+  return looks_[run_->question_shown() ? 0 : 1];
 }
 
 void TF_wnlern::ShowCaption(const RunScreen& screen) {
@@ -45,7 +49,7 @@ void TF_wnlern::ShowCaption(const RunScreen& screen) {
   const bool inverse = screen.options.inverse;
   setWindowTitle(CaptionText(screen.side, inverse, screen.navigation, screen.position));
   ui_->LabelSeite->setText(SideText(screen.side, inverse, screen.navigation));
-  ui_->LabelFrage->setText(ui_->MFrage->isChecked() ? FromBytes(screen.side_before) : QString());
+  ui_->LabelFrage->setText(ui_->MFrage->isChecked() ? FromBytes(screen.side_before, Card().first_page) : QString());
   ui_->LabelFrage->setVisible(!ui_->LabelFrage->text().isEmpty());
 }
 

@@ -9,7 +9,7 @@
 #include "cards/card_reader.h"
 #include "hypertext/plain_text.h"
 #include "outlook/due_count.h"
-#include "platform/code_page.h"
+#include "settings/side_settings.h"
 
 namespace tessaro {
 namespace {
@@ -87,7 +87,9 @@ std::vector<int> CardLines::PlacesBy(CardLineKey key, bool descending) const {
   switch (key) {
     case CardLineKey::Question: {
       std::deque<std::string> rests;
-      return by([&](int place) { return KeyOf(LowerCase(QuestionStart(file_, Row(place))), rests); });
+      return by([&, page = ReadCodePages(file_.settings()).front](int place) {
+        return KeyOf(page.Folded(QuestionStart(file_, Row(place))), rests);
+      });
     }
     case CardLineKey::Recall:
       return by([&](int place) { return Recall(place); });

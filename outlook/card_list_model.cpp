@@ -6,6 +6,7 @@
 
 #include "cards/card_reader.h"
 #include "outlook/number_texts.h"
+#include "settings/side_settings.h"
 #include "widgets/text.h"
 
 namespace tessaro {
@@ -75,7 +76,7 @@ QString CardListModel::TextOf(int place, int column) const {
     case Number:
       return FromBytes(CardReader(file_).Id(lines_.Row(place)));
     case Question:
-      return FromBytes(QuestionStart(file_, lines_.Row(place)));
+      return FromBytes(QuestionStart(file_, lines_.Row(place)), ReadCodePages(file_.settings()).front);
     case Recall:
       return RecallText(lines_.Recall(place));
     case Due:

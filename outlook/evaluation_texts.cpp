@@ -4,6 +4,7 @@
 
 #include "outlook/number_texts.h"
 #include "platform/saturating.h"
+#include "settings/side_settings.h"
 #include "widgets/text.h"
 
 namespace tessaro {
@@ -261,7 +262,7 @@ PageContent CostPage(const CardFile& file, const DeckOutlook& deck, const CardLi
   for (int place = 0; place < lines.Count(); ++place) {
     const auto spent = static_cast<double>(lines.Seconds(place));
     seconds += spent;
-    const QString question = FromBytes(QuestionStart(file, lines.Row(place)));
+    const QString question = FromBytes(QuestionStart(file, lines.Row(place)), ReadCodePages(file.settings()).front);
     const QString misses = NumberText(int64_t{lines.Misses(place)});
     const QString recall = RecallText(lines.Recall(place));
     const QString note = u"%1, %2 Fehler, %3 gewusst"_s.arg(SpanText(spent), misses, recall);

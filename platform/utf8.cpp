@@ -1,7 +1,5 @@
 #include "platform/utf8.h"
 
-#include "platform/code_page.h"
-
 namespace tessaro {
 namespace {
 
@@ -24,10 +22,10 @@ void AppendUtf8(std::string& text, char32_t character) {
   for (int i = following - 1; i >= 0; --i) text += static_cast<char>(0x80U | (character >> (6 * i) & 0x3FU));
 }
 
-std::string Utf8FromCodePage(std::string_view bytes) {
+std::string Utf8FromCodePage(std::string_view bytes, CodePage page) {
   std::string text;
   text.reserve(bytes.size());
-  for (const char byte : bytes) AppendUtf8(text, code_page::CharacterOf(byte));
+  for (const char byte : bytes) AppendUtf8(text, page.CharacterOf(byte));
   return text;
 }
 

@@ -1,6 +1,7 @@
 #include "settings/side_settings.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "store/file/ini_file.h"
@@ -13,6 +14,9 @@ constexpr int64_t kFixedPitch = 2;
 // Heights are in pixels of a screen with 96 dots to the inch.
 constexpr int64_t kPointsPerInch = 72;
 constexpr int64_t kDotsPerInch = 96;
+
+// "Charset" of a font, by the set.
+constexpr std::array<int64_t, kCharacterSets> kCharsets = {0, 238, 204, 161, 162, 186, 177, 178, 222};
 
 struct Sections {
   std::string_view font;
@@ -75,6 +79,21 @@ void RemoveSideSettings(SideName side, IniFile& settings) {
   for (const std::string_view key : {"Name", "Size", "Height", "Pitch", "Color"}) settings.Remove(sections.font, key);
   settings.Remove(sections.paper, "Color");
   settings.Remove("ClText", sections.text_key);
+}
+
+CharacterSet ReadCharacterSet(const IniFile& settings, SideName side) {
+  const int64_t charset = settings.GetInt(SectionsOf(side).font, "Charset", 0);
+  const auto known = std::find(kCharsets.begin(), kCharsets.end(), charset);
+  return known == kCharsets.end() ? CharacterSet::Western : static_cast<CharacterSet>(known - kCharsets.begin());
+}
+
+void WriteCharacterSet(CharacterSet set, SideName side, IniFile& settings) {
+  if (ReadCharacterSet(settings, side) == set) return;
+  settings.SetInt(SectionsOf(side).font, "Charset", kCharsets[static_cast<size_t>(set)]);
+}
+
+SideCodePages ReadCodePages(const IniFile& settings) {
+  return {CodePage(ReadCharacterSet(settings, SideName::Front)), CodePage(ReadCharacterSet(settings, SideName::Back))};
 }
 
 }  // namespace tessaro

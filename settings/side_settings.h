@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/side_code_page.h"
+
 namespace tessaro {
 
 class IniFile;
@@ -31,5 +33,12 @@ SideSettings ReadSideSettings(const IniFile& settings, SideName side);
 void WriteSideSettings(const SideSettings& look, SideName side, IniFile& settings);
 // Removes all that WriteSideSettings writes.
 void RemoveSideSettings(SideName side, IniFile& settings);
+
+// The character set of the texts on a side, "Charset" of its font. Numbers that stand for none are Western.
+CharacterSet ReadCharacterSet(const IniFile& settings, SideName side);
+// Nothing is written where the side has that set already.
+void WriteCharacterSet(CharacterSet set, SideName side, IniFile& settings);
+// Those that the texts of a card file are written in.
+SideCodePages ReadCodePages(const IniFile& settings);
 
 }  // namespace tessaro

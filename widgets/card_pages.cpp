@@ -152,7 +152,7 @@ void CardPages::ShowSpeaker() {
 // Laid out only when it is to be seen.
 void CardPages::FillText() {
   if (currentIndex() != kText || std::exchange(text_filled_, true)) return;
-  text_->ShowText(FromBytes(PlainText(side_)));
+  text_->ShowText(FromBytes(PlainText(side_), look_.page));
 }
 
 void CardPages::changeEvent(QEvent* event) {

@@ -134,18 +134,22 @@ const Layout& TFrameHtml::layout() const {
   return state_->work ? state_->work->layout() : kNothing;
 }
 
+CodePage TFrameHtml::page() const {
+  return state_->look.page;
+}
+
 void TFrameHtml::ShowSide(std::string_view side, const SideLook& look) {
   State& state = *state_;
   state.side = side.substr(0, kMostBytes);
   if (side.size() > kMostBytes) state.side += kCutNote;
   state.look = look;
-  state.texts.SetFont(look.font, state.zoom);
+  state.texts.SetFont(look.font, state.zoom, look.page);
   state.pictures.Forget();
   state.failure_told = false;
   state.whole_pictures = false;
   state.told_sounds = 0;
   CloseVideoPanel();
-  Guard([&] { setAccessibleDescription(FromBytes(PlainText(state.side))); });
+  Guard([&] { setAccessibleDescription(FromBytes(PlainText(state.side), look.page)); });
   DressPaper();
   SelectTarget(kNoTarget);
   LayOutSide();
@@ -156,7 +160,7 @@ void TFrameHtml::ShowSide(std::string_view side, const SideLook& look) {
 
 void TFrameHtml::ChangeLook(const SideLook& look) {
   state_->look = look;
-  state_->texts.SetFont(look.font, state_->zoom);
+  state_->texts.SetFont(look.font, state_->zoom, look.page);
   DressPaper();
   LayOutSide();
 }

@@ -11,17 +11,19 @@
 
 #include "hypertext/layout.h"
 #include "hypertext/media.h"
+#include "platform/side_code_page.h"
 #include "widgets/side_targets.h"
 
 namespace tessaro {
 
 class VideoScreen;
 
-// How a card side looks.
+// How a card side looks, and the code page of its text.
 struct SideLook {
   QFont font;
   QColor text;
   QColor paper;
+  CodePage page = {};
 };
 
 // The frame that shows one card side as hypertext. It scrolls vertically where the side is longer than the frame, and
@@ -45,6 +47,7 @@ class TFrameHtml : public QScrollArea {
   // Enlarges the letters of all sides; 1 is their own size.
   void SetZoom(double zoom);
   const Layout& layout() const;
+  CodePage page() const;
   // What answers to the mouse and to Enter, and which of it has the ring; -1: none.
   const std::vector<SideTarget>& targets() const;
   int selected_target() const;

@@ -27,7 +27,7 @@ class TargetAccessible : public QAccessibleInterface, public QAccessibleActionIn
   int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
   void setText(QAccessible::Text /*kind*/, const QString& /*text*/) override {}
   QString text(QAccessible::Text kind) const override {
-    return isValid() && kind == QAccessible::Name ? FromBytes(Target().text) : QString();
+    return isValid() && kind == QAccessible::Name ? FromBytes(Target().text, frame_->page()) : QString();
   }
   QRect rect() const override {
     if (!isValid()) return {};

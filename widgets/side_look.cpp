@@ -79,7 +79,10 @@ QColor ReadableOn(const QColor& paper, QColor colour) {
 SideLook OnDarkPaper(const SideLook& look) {
   if (look.paper != kPaper && look.paper != QColor(Qt::white)) return look;
   const bool usual = look.text == kInk || look.text == QColor(Qt::black);
-  return {.font = look.font, .text = usual ? kDarkInk : ReadableOn(kDarkPaper, look.text), .paper = kDarkPaper};
+  return {.font = look.font,
+          .text = usual ? kDarkInk : ReadableOn(kDarkPaper, look.text),
+          .paper = kDarkPaper,
+          .page = look.page};
 }
 
 SideLook LookOf(const SideSettings& look) {
@@ -87,7 +90,9 @@ SideLook LookOf(const SideSettings& look) {
 }
 
 SideLook ReadSideLook(const IniFile& settings, SideName side) {
-  return LookOf(ReadSideSettings(settings, side));
+  SideLook look = LookOf(ReadSideSettings(settings, side));
+  look.page = CodePage(ReadCharacterSet(settings, side));
+  return look;
 }
 
 SideLook LookOnScreen(const IniFile& card_file, const IniFile& program, SideName side, const QPalette& palette) {

@@ -3,7 +3,6 @@
 #include <QFile>
 #include <algorithm>
 
-#include "platform/code_page.h"
 #include "platform/utf8.h"
 
 namespace tessaro {
@@ -14,18 +13,17 @@ constexpr char16_t kNoText = 0xDC00;
 
 }  // namespace
 
-QString FromBytes(std::string_view bytes) {
+QString FromBytes(std::string_view bytes, CodePage page) {
   QString text(static_cast<qsizetype>(bytes.size()), Qt::Uninitialized);
-  std::transform(bytes.begin(), bytes.end(), text.begin(),
-                 [](char byte) { return QChar(code_page::CharacterOf(byte)); });
+  std::transform(bytes.begin(), bytes.end(), text.begin(), [page](char byte) { return QChar(page.CharacterOf(byte)); });
   return text;
 }
 
-std::optional<std::string> ToBytes(const QString& text) {
+std::optional<std::string> ToBytes(const QString& text, CodePage page) {
   std::string bytes;
   bytes.reserve(static_cast<size_t>(text.size()));
   for (const QChar letter : text) {
-    const std::optional<char> byte = code_page::ByteOf(letter.unicode());
+    const std::optional<char> byte = page.ByteOf(letter.unicode());
     if (!byte) return std::nullopt;
     bytes.push_back(*byte);
   }

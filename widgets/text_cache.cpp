@@ -16,15 +16,15 @@ constexpr size_t kBytesOfWord = 1024;
 constexpr size_t kBytesOfLetter = 32;
 constexpr double kLineSpacing = 1.22;  // of the font's own height: lines with air between them read easier
 
-QString VisibleText(std::string_view bytes) {
-  QString text = FromBytes(bytes);
+QString VisibleText(std::string_view bytes, CodePage page) {
+  QString text = FromBytes(bytes, page);
   for (QChar& letter : text)
     if (letter < QChar(u' ')) letter = QChar(u' ');
   return text;
 }
 
-TextCache::Word Shape(std::string_view bytes, const QFont& font) {
-  auto letters = std::make_unique<QTextLayout>(VisibleText(bytes), font);
+TextCache::Word Shape(std::string_view bytes, const QFont& font, CodePage page) {
+  auto letters = std::make_unique<QTextLayout>(VisibleText(bytes, page), font);
   QTextOption option;
   option.setWrapMode(QTextOption::NoWrap);
   option.setFlags(QTextOption::IncludeTrailingSpaces);
@@ -39,10 +39,11 @@ TextCache::Word Shape(std::string_view bytes, const QFont& font) {
 
 }  // namespace
 
-void TextCache::SetFont(const QFont& font, double zoom) {
-  if (font == base_ && zoom == zoom_) return;
+void TextCache::SetFont(const QFont& font, double zoom, CodePage page) {
+  if (font == base_ && zoom == zoom_ && page == page_) return;
   base_ = font;
   zoom_ = zoom;
+  page_ = page;
   fonts_.clear();
   bytes_ = 0;
 }
@@ -63,7 +64,7 @@ const TextCache::Word& TextCache::Find(std::string_view text, const TextStyle& s
     font = &FontOf(style);
   }
   bytes_ += kBytesOfWord + text.size() * kBytesOfLetter;
-  return font->words.emplace(std::string(text), Shape(text, font->font)).first->second;
+  return font->words.emplace(std::string(text), Shape(text, font->font, page_)).first->second;
 }
 
 TextCache::StyledFont& TextCache::FontOf(const TextStyle& style) {

@@ -8,6 +8,7 @@
 #include <unordered_map>
 
 #include "hypertext/layout.h"
+#include "platform/side_code_page.h"
 
 namespace tessaro {
 
@@ -24,8 +25,8 @@ class TextCache {
     int thickness = 0;
   };
 
-  // Forgets everything when the font or the zoom is another one. The zoom enlarges all sizes.
-  void SetFont(const QFont& font, double zoom = 1);
+  // Forgets everything when one of them is another. The zoom enlarges all sizes; `page` is that of the texts.
+  void SetFont(const QFont& font, double zoom = 1, CodePage page = {});
   TextExtent Measure(std::string_view text, const TextStyle& style);
   // Valid until the next call of a member.
   const Word& Find(std::string_view text, const TextStyle& style);
@@ -48,6 +49,7 @@ class TextCache {
 
   QFont base_;
   double zoom_ = 1;
+  CodePage page_;
   std::unordered_map<uint32_t, StyledFont> fonts_;
   size_t bytes_ = 0;  // that the words take, about
 };

@@ -125,7 +125,7 @@ TEST(StatisticsTexts, FiguresAndTitleHaveTheirFixedForms) {
   EXPECT_EQ(texts.trends[0].rows[0].interval, "       400");
   EXPECT_EQ(texts.trends[0].line, " y = -66.67 + 150.00 x");
   EXPECT_EQ(texts.trends[0].prediction, " x = 4;     533.33");
-  EXPECT_EQ(StatisticsTitle("<b>Frage</b><br>weiter", std::string(50, 'a')), "Frage weiter | " + std::string(35, 'a'));
+  EXPECT_EQ(SideTitle("<b>Frage</b><br>" + std::string(50, 'a')), "Frage " + std::string(29, 'a'));
 }
 
 TEST(StatisticsTexts, IntervalsAreSaidInDaysForPeople) {
