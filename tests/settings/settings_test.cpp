@@ -126,5 +126,25 @@ TEST(Settings, LimitsOfBoxesAreCutToTheirFields) {
   EXPECT_EQ(limits.cards, (std::array<int64_t, kLimitedBoxes>{999, 0, 100, 250, 99999}));
 }
 
+TEST(CharacterSets, AreThoseOfTheFonts) {
+  constexpr std::pair<int, CharacterSet> kNumbers[] = {
+      {0, CharacterSet::Western},  {238, CharacterSet::CentralEuropean}, {204, CharacterSet::Cyrillic},
+      {161, CharacterSet::Greek},  {162, CharacterSet::Turkish},         {186, CharacterSet::Baltic},
+      {177, CharacterSet::Hebrew}, {178, CharacterSet::Arabic},          {222, CharacterSet::Thai},
+      {1, CharacterSet::Western},  {255, CharacterSet::Western},         {-1, CharacterSet::Western},
+  };
+  for (const auto& [number, set] : kNumbers) {
+    const std::string text = "[FontV]\nCharset=" + std::to_string(number) + "\n[FontH]\nCharset=204\n";
+    IniFile settings = Parsed(text);
+    EXPECT_EQ(ReadCharacterSet(settings, SideName::Front), set) << number;
+    WriteCharacterSet(set, SideName::Front, settings);
+    EXPECT_EQ(settings.Text(), text) << "what means the same stays";
+    EXPECT_EQ(ReadCodePages(settings), (SideCodePages{CodePage(set), CodePage(CharacterSet::Cyrillic)}));
+  }
+  IniFile settings;
+  WriteCharacterSet(CharacterSet::Greek, SideName::Back, settings);
+  EXPECT_EQ(settings.GetInt("FontH", "Charset", 0), 161);
+}
+
 }  // namespace
 }  // namespace tessaro
