@@ -1,11 +1,17 @@
 #include "exchange/card_export.h"
 
+#include <algorithm>
 #include <array>
+#include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "exchange/blank_card.h"
 #include "platform/disk.h"
+#include "platform/other_thread.h"
 #include "platform/utf8.h"
 #include "store/file/safe_save.h"
 #include "store/table/card_columns.h"
@@ -13,91 +19,161 @@
 namespace tessaro {
 namespace {
 
-constexpr size_t kBufferSize = size_t{256} * 1024;
+// So much text is written at once, and a row more.
+constexpr size_t kLongText = size_t{1} << 18;
 
-// Collects text and writes it in the form of the file.
-class TextWriter {
+std::string WithCrLf(std::string_view text) {
+  std::string lines;
+  lines.reserve(text.size() + text.size() / 8);
+  for (const char c : text) {
+    if (c == '\n') lines += '\r';
+    lines += c;
+  }
+  return lines;
+}
+
+bool Write(WritableFile& file, TextFileForm form, std::string_view text) {
+  const std::string lines = form.cr_lf ? WithCrLf(text) : std::string();
+  if (form.cr_lf) text = lines;
+  return file.Write(form.utf8 ? std::string_view(Utf8FromCodePage(text)) : text);
+}
+
+// Puts the sides of cards into a text: a backslash is written twice, and where `quote` stands for a double quote a line
+// feed as a backslash and "n". Every byte is looked at once.
+class SideWriter {
  public:
-  TextWriter(WritableFile& file, TextFileForm form) : file_(file), form_(form) { buffer_.reserve(kBufferSize * 2); }
+  // Sides must not hold the separators.
+  SideWriter(std::initializer_list<char> separators, std::optional<char> quote)
+      : separators_(separators), quote_(quote.value_or('"')) {
+    Kind('\\') = Byte::Backslash;
+    if (quote) Kind('\n') = Byte::LineFeed;
+    if (quote) Kind('"') = Byte::Quote;
+    for (const char separator : separators) Kind(separator) = Byte::Separator;
+  }
 
-  std::string& buffer() { return buffer_; }
-  bool WriteFull() { return buffer_.size() < kBufferSize || Write(); }
-  bool Write() {
-    if (form_.cr_lf) buffer_ = WithCrLf(buffer_);
-    const bool good = file_.Write(form_.utf8 ? Utf8FromCodePage(buffer_) : buffer_);
-    buffer_.clear();
-    return good;
+  // False when the side holds a separator; something of it may then stand in the text.
+  bool Append(std::string_view side, std::string& text) const {
+    size_t from = 0;
+    for (size_t i = 0; i < side.size(); ++i) {
+      const Byte kind = kinds_[static_cast<uint8_t>(side[i])];
+      if (kind == Byte::Plain) continue;
+      if (kind == Byte::Separator) return false;
+      text.append(side, from, i - from);
+      from = i + 1;
+      text += kind == Byte::Quote ? std::string_view(&quote_, 1) : kind == Byte::LineFeed ? "\\n" : "\\\\";
+    }
+    text.append(side, from);
+    return true;
+  }
+
+  // The first of the separators that one of the sides holds.
+  std::optional<char> SeparatorIn(std::string_view question, std::string_view answer) const {
+    for (const char separator : separators_) {
+      for (const std::string_view side : {question, answer}) {
+        if (side.find(separator) != std::string_view::npos) return separator;
+      }
+    }
+    return std::nullopt;
   }
 
  private:
-  static std::string WithCrLf(std::string_view text) {
-    std::string lines;
-    lines.reserve(text.size() + text.size() / 8);
-    for (const char c : text) {
-      if (c == '\n') lines += '\r';
-      lines += c;
-    }
-    return lines;
-  }
+  enum class Byte : uint8_t { Plain, Backslash, LineFeed, Quote, Separator };
+  Byte& Kind(char c) { return kinds_[static_cast<uint8_t>(c)]; }
 
-  WritableFile& file_;
-  TextFileForm form_;
-  std::string buffer_;
+  std::array<Byte, 256> kinds_{};
+  std::vector<char> separators_;
+  char quote_;
 };
 
-struct Side {
-  std::string_view text;
-  char quote;           // in place of a double quote; that itself for none
-  bool line_feeds_too;  // line feeds are written as an escape
+// Rows that follow one another, from `next` up to `behind`, and the text of those that were composed last.
+struct Piece {
+  int next = 0;
+  int behind = 0;
+  std::string text;
+  int64_t cards = 0;  // in the text
+  ExportEnd end = ExportEnd::Done;
+  char separator = '\0';
+  bool last = false;  // nothing more is to be written
 };
 
-void Append(std::string& target, Side side) {
-  size_t from = 0;
-  for (size_t i = 0; i < side.text.size(); ++i) {
-    const char c = side.text[i];
-    if (c != '\\' && c != '\n' && c != '"') continue;
-    if (c == '\n' && !side.line_feeds_too) continue;
-    target.append(side.text, from, i - from);
-    from = i + 1;
-    if (c == '"') {
-      target += side.quote;
-    } else {
-      target += '\\';
-      target += c == '\n' ? 'n' : '\\';
+// Hands the fields of the rows in these columns, the first of which is the ID, to `add`, which puts a row into a text.
+// It answers with a separator that the row holds, and then nothing of the row counts.
+template <size_t count, typename AddRow>
+class RowComposer {
+ public:
+  RowComposer(const CardTable& cards, const std::array<std::string_view, count>& names, const AddRow& add)
+      : cards_(cards), add_(add) {
+    for (size_t i = 0; i < count; ++i) columns_[i] = cards.ColumnIndex(names[i]);
+  }
+
+  // Composes the next rows, to the piece's end or until the text is long enough. May run on several threads.
+  void Compose(Piece& piece) const {
+    piece.text.clear();
+    piece.cards = 0;
+    std::array<std::string_view, count> fields;
+    for (int& row = piece.next; row < piece.behind && !piece.last && piece.text.size() < kLongText; ++row) {
+      cards_.Expect(row + CardTable::kAhead);
+      cards_.PeekAll(row, columns_, fields);
+      piece.last = fields[0].starts_with('#');
+      if (!piece.last) Add(fields, piece);
     }
   }
-  target.append(side.text, from);
+
+ private:
+  void Add(const std::array<std::string_view, count>& fields, Piece& piece) const {
+    const size_t size = piece.text.size();
+    const std::optional<char> separator = add_(fields, piece.text);
+    if (!separator) {
+      ++piece.cards;
+      return;
+    }
+    piece.text.resize(size);
+    piece.end = ExportEnd::UnfitSeparator;
+    piece.separator = *separator;
+    piece.last = true;
+  }
+
+  const CardTable& cards_;
+  const AddRow& add_;
+  std::array<int, count> columns_ = {};
+};
+
+// Writes what was composed; false when nothing more is to be written.
+bool WriteComposed(const Piece& piece, TextFileForm form, WritableFile& file, const WorkObserver& observer,
+                   ExportResult& result) {
+  result = {piece.end, result.cards + piece.cards, piece.separator};
+  if (!Write(file, form, piece.text)) {
+    result.end = ExportEnd::WriteFailed;
+  } else if (observer && !observer(result.cards)) {
+    result.end = ExportEnd::Cancelled;
+  }
+  return !piece.last && result.end == ExportEnd::Done;
 }
 
-bool Contains(std::string_view text, char c) {
-  return text.find(c) != std::string_view::npos;
-}
-
-// The fields of a row in the order of the card columns.
-using Fields = std::array<std::string_view, kCardColumns.size()>;
-
-// Hands the rows to `add`, which puts one into the writer's text; it answers with a separator that the row holds, or
-// with '\0'.
-template <typename AddRow>
-ExportResult WriteRows(const CardTable& cards, TextWriter& writer, const WorkObserver& observer, const AddRow& add) {
-  std::array<int, kCardColumns.size()> columns = {};
-  for (size_t i = 0; i < columns.size(); ++i) columns[i] = cards.ColumnIndex(kCardColumns[i]);
+// Two threads compose the rows, a piece each; what they made is written in the order of the rows.
+template <typename Composer>
+ExportResult WriteRows(const Composer& rows, int row_count, TextFileForm form, WritableFile& file,
+                       const WorkObserver& observer) {
+  constexpr int kRowsOfPiece = 4096;
   ExportResult result;
-  WorkWatch watch(observer, kTellEveryCards);
-  Fields fields;
-  for (int row = 1; row <= cards.RowCount(); ++row) {
-    cards.PeekAll(row, columns, fields);
-    if (fields[kIdAt].starts_with('#')) break;
-    if (!watch.GoOn(result.cards)) return {ExportEnd::Cancelled, result.cards, '\0'};
-    result.separator = add(fields);
-    if (result.separator != '\0') {
-      result.end = ExportEnd::UnfitSeparator;
-      break;
+  const auto write = [&](Piece& piece) {
+    while (WriteComposed(piece, form, file, observer, result)) {
+      if (piece.next == piece.behind) return true;
+      rows.Compose(piece);
     }
-    ++result.cards;
-    if (!writer.WriteFull()) return {ExportEnd::WriteFailed, result.cards, '\0'};
+    return false;
+  };
+  Piece first, second;
+  for (int row = 1; row <= row_count; row = second.behind) {
+    first.next = row;
+    first.behind = second.next = std::min(row + kRowsOfPiece, row_count + 1);
+    second.behind = std::min(second.next + kRowsOfPiece, row_count + 1);
+    const std::future composed = std::async(OnOtherThread(second.next < second.behind), [&] { rows.Compose(second); });
+    rows.Compose(first);
+    if (!write(first)) break;
+    composed.wait();
+    if (!write(second)) break;
   }
-  if (!writer.Write()) result.end = ExportEnd::WriteFailed;
   return result;
 }
 
@@ -105,39 +181,38 @@ ExportResult WriteRows(const CardTable& cards, TextWriter& writer, const WorkObs
 
 ExportResult WriteTableExport(const CardTable& cards, char separator, char quote, TextFileForm form, WritableFile& file,
                               const WorkObserver& observer) {
-  TextWriter writer(file, form);
-  return WriteRows(cards, writer, observer, [&](const Fields& fields) {
-    if (Contains(fields[kQuestionAt], separator) || Contains(fields[kAnswerAt], separator)) return separator;
-    std::string& line = writer.buffer();
+  const SideWriter sides({separator}, quote);
+  const auto add = [&](const auto& fields, std::string& line) -> std::optional<char> {
     for (size_t i = 0; i < fields.size(); ++i) {
       if (i > 0) line += separator;
-      if (i == kQuestionAt || i == kAnswerAt) {
-        Append(line, {fields[i], quote, true});
-      } else {
+      if (i != kQuestionAt && i != kAnswerAt) {
         line += fields[i];
+      } else if (!sides.Append(fields[i], line)) {
+        return separator;
       }
     }
     line += '\n';
-    return '\0';
-  });
+    return std::nullopt;
+  };
+  return WriteRows(RowComposer(cards, kCardColumns, add), cards.RowCount(), form, file, observer);
 }
 
 ExportResult WriteTextExport(const CardTable& cards, char separator, char card_separator, TextFileForm form,
                              WritableFile& file, const WorkObserver& observer) {
-  TextWriter writer(file, form);
-  return WriteRows(cards, writer, observer, [&](const Fields& fields) {
-    for (const char unfit : {separator, card_separator}) {
-      if (Contains(fields[kQuestionAt], unfit) || Contains(fields[kAnswerAt], unfit)) return unfit;
-    }
-    std::string& text = writer.buffer();
-    Append(text, {fields[kQuestionAt], '"', false});
+  const SideWriter sides({separator, card_separator}, std::nullopt);
+  const auto add = [&](const auto& fields, std::string& text) -> std::optional<char> {
+    const auto& [id, question, answer] = fields;
+    bool fits = sides.Append(question, text);
     text += separator;
     text += '\n';
-    Append(text, {fields[kAnswerAt], '"', false});
+    fits = fits && sides.Append(answer, text);
     text += card_separator;
     text += '\n';
-    return '\0';
-  });
+    if (!fits) return sides.SeparatorIn(question, answer);
+    return std::nullopt;
+  };
+  constexpr std::array kColumns = {kId, kQuestion, kAnswer};
+  return WriteRows(RowComposer(cards, kColumns, add), cards.RowCount(), form, file, observer);
 }
 
 ExportResult ExportToFile(Disk& disk, const std::filesystem::path& path, const ExportWriter& write) {
