@@ -74,18 +74,18 @@ int RunProgram(Application& application, const ProgramOptions& options) {
   RealRandom random;
   BoxMessages messages;
   ThreadBackground background;
-  const std::filesystem::path card_file =
-      options.card_file.empty() ? std::filesystem::path() : RealDisk().Resolve(options.card_file);
+  StartWish wish = options.wish;
+  if (!wish.card_file.empty()) wish.card_file = RealDisk().Resolve(wish.card_file);
   const QString instance = SingleInstance::NameFor(places.settings);
-  if (!options.another && SingleInstance::HandOver(instance, card_file)) return EXIT_SUCCESS;
+  if (!options.another && SingleInstance::HandOver(instance, wish)) return EXIT_SUCCESS;
   Program program({RealDisk(), clock, random, messages, &background}, places);
   program.file().journal().FlushInBackground();
   TF_wnmain& window = program.main_window();
   std::optional<SingleInstance> first;
   if (!options.another) {
-    QObject::connect(&first.emplace(instance), &SingleInstance::OtherStart, &window, &TF_wnmain::OpenForOtherStart);
+    QObject::connect(&first.emplace(instance), &SingleInstance::OtherStart, &window, &TF_wnmain::FulfilForOtherStart);
   }
-  if (!card_file.empty()) window.OpenAtStart(card_file);
+  if (!wish.empty()) window.FulfilAtStart(wish);
   window.show();
   if (options.splash) TF_Crdlogo::ShowOver(window);
   const int result = QApplication::exec();

@@ -29,10 +29,12 @@ ProgramOptions ReadOptions(const QStringList& arguments) {
   const QCommandLineOption settings(u"settings"_s, {}, u"DATEI"_s);
   const QCommandLineOption palette(u"palette"_s, {}, u"NAME"_s);
   const QCommandLineOption no_splash(u"no-splash"_s);
+  const QCommandLineOption learn(u"learn"_s);
+  const QCommandLineOption new_file(u"new-file"_s);
   const QCommandLineOption another(u"new"_s);
   const QCommandLineOption help(QStringList{u"h"_s, u"help"_s});
   const QCommandLineOption version(QStringList{u"v"_s, u"version"_s});
-  parser.addOptions({settings, palette, no_splash, another, help, version});
+  parser.addOptions({settings, palette, no_splash, learn, new_file, another, help, version});
 
   ProgramOptions options;
   if (!parser.parse(arguments)) {
@@ -42,10 +44,15 @@ ProgramOptions ReadOptions(const QStringList& arguments) {
   }
   const QStringList files = parser.positionalArguments();
   if (files.size() > 1) options.mistake = u"Es kann nur eine Kartei zugleich geöffnet werden."_s;
-  if (!files.isEmpty()) options.card_file = ToPath(files.first());
+  if (!files.isEmpty()) options.wish.card_file = ToPath(files.first());
   options.settings = ToPath(parser.value(settings));
   if (parser.isSet(palette)) ReadTheme(parser.value(palette), options);
-  options.splash = !parser.isSet(no_splash) && files.isEmpty();
+  if (parser.isSet(learn)) options.wish.deed = StartWish::Deed::Learn;
+  if (parser.isSet(new_file)) options.wish.deed = StartWish::Deed::NewFile;
+  if (parser.isSet(new_file) && (parser.isSet(learn) || !files.isEmpty())) {
+    options.mistake = u"--new-file steht allein, ohne --learn und ohne Kartei."_s;
+  }
+  options.splash = !parser.isSet(no_splash) && options.wish.empty();
   options.another = parser.isSet(another);
   options.show_help = parser.isSet(help);
   options.show_version = parser.isSet(version);
@@ -61,8 +68,11 @@ Lernen mit Karteikarten. Eine angegebene Kartei wird gleich geöffnet.
                         Sicherungen stehen dann im Ordner daneben
   --palette light|dark  helle oder dunkle Fenster statt der Farben des Desktops
   --no-splash           ohne Startbild
+  --learn               gleich lernen, ohne Angabe einer Kartei mit der zuletzt
+                        geöffneten
+  --new-file            eine neue Kartei anlegen
   --new                 ein eigenes Programm, auch wenn schon eines läuft;
-                        sonst öffnet dieses die Kartei
+                        sonst tut dieses, was verlangt ist
   -h, --help            diese Hilfe
   -v, --version         Version
 )"_s;

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <filesystem>
 
+#include "app/start_wish.h"
 #include "store/file/ini_file.h"
 #include "widgets/theme.h"
 
@@ -11,7 +12,7 @@ namespace tessaro {
 
 // What the command line says. Paths are as given.
 struct ProgramOptions {
-  std::filesystem::path card_file;
+  StartWish wish;
   std::filesystem::path settings;  // another tessaro.ini; empty = the user's own
   Theme theme = Theme::Desktop;
   bool splash = true;

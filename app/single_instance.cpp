@@ -15,8 +15,7 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-// What is said: the bytes of a path and a zero byte, then the answer.
-constexpr char kEnd = '\0';
+// The answer to what was said.
 constexpr char kHeard = 'k';
 
 int Left(const QElapsedTimer& timer, int patience) {
@@ -38,13 +37,13 @@ QString SingleInstance::NameFor(const std::filesystem::path& settings) {
   return folder.isEmpty() || path.size() > kMostLetters ? name : path;
 }
 
-bool SingleInstance::HandOver(const QString& name, const std::filesystem::path& card_file, int patience) {
+bool SingleInstance::HandOver(const QString& name, const StartWish& wish, int patience) {
   QElapsedTimer timer;
   timer.start();
   QLocalSocket socket;
   socket.connectToServer(name);
   if (!socket.waitForConnected(patience)) return false;
-  socket.write(QByteArray::fromStdString(card_file.string()) + kEnd);
+  socket.write(QByteArray::fromStdString(ToBytes(wish)));
   while (socket.bytesToWrite() > 0 && socket.waitForBytesWritten(Left(timer, patience))) continue;
   return socket.waitForReadyRead(Left(timer, patience)) && socket.read(1) == QByteArray(1, kHeard);
 }
@@ -67,11 +66,12 @@ SingleInstance::SingleInstance(const QString& name) {
 }
 
 void SingleInstance::Answer(QLocalSocket& caller) {
-  if (!caller.peek(caller.bytesAvailable()).contains(kEnd)) return;
-  const QByteArray said = caller.readAll();
+  if (!caller.peek(caller.bytesAvailable()).contains('\0')) return;
+  const std::optional<StartWish> wish = ToStartWish(caller.readAll().toStdString());
+  if (!wish) return;
   caller.write(QByteArray(1, kHeard));
   caller.flush();
-  Q_EMIT OtherStart(said.left(said.indexOf(kEnd)).toStdString());
+  Q_EMIT OtherStart(*wish);
 }
 
 }  // namespace tessaro

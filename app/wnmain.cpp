@@ -60,7 +60,7 @@ void TF_wnmain::ConnectSignals() {
   connect(ui_->FrameBegin, &TFrameBegin::NewWanted, this, &TF_wnmain::FileNewExecute);
   connect(ui_->FrameBegin, &TFrameBegin::CheckWanted, this, &TF_wnmain::KarteiPruefenExecute);
   connect(&check_timer_, &QTimer::timeout, this, &TF_wnmain::ContinueCheck);
-  connect(&waiting_timer_, &QTimer::timeout, this, &TF_wnmain::OpenWaitingFile);
+  connect(&waiting_timer_, &QTimer::timeout, this, &TF_wnmain::FulfilWaiting);
   connect(ui_->FrameBegin, &TFrameBegin::LearnWanted, this, &TF_wnmain::LernStartExecute);
   connect(ui_->FrameBegin, &TFrameBegin::RowOrderWanted, this,
           [this] { program_.OpenLearning(MethodChoice{.method = Method::RowOrder}); });
@@ -93,46 +93,59 @@ void TF_wnmain::OpenLater(const std::filesystem::path& path) {
 
 bool TF_wnmain::event(QEvent* event) {
   const bool handled = QMainWindow::event(event);
-  if (event->type() == QEvent::Paint && !at_start_.empty()) QTimer::singleShot(0, this, &TF_wnmain::OpenStartFile);
+  if (event->type() == QEvent::Paint && !at_start_.empty()) QTimer::singleShot(0, this, &TF_wnmain::FulfilStart);
   return handled;
 }
 
-void TF_wnmain::OpenAtStart(const std::filesystem::path& path) {
+void TF_wnmain::FulfilAtStart(const StartWish& wish) {
   constexpr int kPaintedAtLast = 500;  // milliseconds: a window that starts as an icon is not painted
-  at_start_ = path;
-  ui_->FrameBegin->ShowLoading(path);
-  QTimer::singleShot(kPaintedAtLast, this, &TF_wnmain::OpenStartFile);
+  at_start_ = wish;
+  if (!wish.card_file.empty()) ui_->FrameBegin->ShowLoading(wish.card_file);
+  QTimer::singleShot(kPaintedAtLast, this, &TF_wnmain::FulfilStart);
 }
 
-void TF_wnmain::OpenStartFile() {
-  if (at_start_.empty()) return;
-  if (!OpenFile(std::exchange(at_start_, {})) && !file_.IsOpen()) ShowStartPage();
+void TF_wnmain::FulfilStart() {
+  if (!at_start_.empty()) Fulfil(std::exchange(at_start_, {}));
 }
 
-void TF_wnmain::OpenForOtherStart(const std::filesystem::path& path) {
+void TF_wnmain::FulfilForOtherStart(const StartWish& wish) {
   setWindowState(windowState() & ~Qt::WindowMinimized);
   show();
   QWidget* const dialog = QApplication::activeModalWidget();
   QWidget* const front = dialog != nullptr ? dialog : this;
   front->raise();
   front->activateWindow();
-  if (path.empty()) return;
-  OpenWhenFree(path);
+  if (!wish.empty()) FulfilWhenFree(wish);
 }
 
-void TF_wnmain::OpenWhenFree(const std::filesystem::path& path) {
-  waiting_ = path;
-  OpenWaitingFile();
+void TF_wnmain::FulfilWhenFree(const StartWish& wish) {
+  waiting_ = wish;
+  FulfilWaiting();
 }
 
-void TF_wnmain::OpenWaitingFile() {
+void TF_wnmain::FulfilWaiting() {
   constexpr int kLookEvery = 200;  // milliseconds
   if (LongWork::Running() || QApplication::activeModalWidget() != nullptr) return waiting_timer_.start(kLookEvery);
   waiting_timer_.stop();
+  const StartWish wish = std::exchange(waiting_, {});
+  if (!wish.empty()) QTimer::singleShot(0, this, [this, wish] { Fulfil(wish); });
+}
+
+void TF_wnmain::Fulfil(const StartWish& wish) {
+  if (wish.deed == StartWish::Deed::NewFile) return FileNewExecute();
+  const bool learns = wish.deed == StartWish::Deed::Learn;
+  std::filesystem::path path = wish.card_file;
+  if (path.empty() && !file_.IsOpen()) {
+    const std::vector<std::filesystem::path> recent = RecentFiles(program_.settings().ini);
+    if (!recent.empty()) path = recent.front();
+  }
   // It may be that of this window.
-  const std::filesystem::path path = std::exchange(waiting_, {});
-  if (path.empty() || program_.disk().Resolve(path) == file_.paths().cards) return;
-  OpenLater(path);
+  const bool is_open = path.empty() || program_.disk().Resolve(path) == file_.paths().cards;
+  const bool opened = is_open || OpenFile(path);
+  if (!opened && !file_.IsOpen()) ShowStartPage();
+  if (!learns || !opened) return;
+  if (!file_.IsOpen()) return ShowStatus(u"Zum Lernen erst eine Kartei öffnen oder anlegen"_s);
+  LernStartExecute();
 }
 
 void TF_wnmain::LernStartExecute() {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/file_texts.h"
+#include "app/start_wish.h"
 #include "cards/deck_check.h"
 #include "exchange/exchange_ties.h"
 #include "store/file/backup_generations.h"
@@ -43,11 +44,11 @@ class TF_wnmain : public QMainWindow {
   bool OpenFile(const std::filesystem::path& path);
   // Opens it as soon as the message loop runs.
   void OpenLater(const std::filesystem::path& path);
-  // The same once the window has been painted, which says until then that the file is being loaded.
-  void OpenAtStart(const std::filesystem::path& path);
-  // Comes to the front for another start of the program, and opens the file that it was given, if any, when no dialog
-  // is open.
-  void OpenForOtherStart(const std::filesystem::path& path);
+  // Does what the start of the program asks for once the window has been painted, which says until then that the file
+  // is being loaded.
+  void FulfilAtStart(const StartWish& wish);
+  // Comes to the front for another start of the program, and does what it asks for when no dialog is open.
+  void FulfilForOtherStart(const StartWish& wish);
 
   void FileOpenExecute();
   void FileNewExecute();
@@ -91,9 +92,10 @@ class TF_wnmain : public QMainWindow {
   bool MayOverwrite();
   // Asks before a file is replaced that is protected from writing or has other names.
   bool MayReplace(const std::filesystem::path& target);
-  void OpenStartFile();
-  void OpenWhenFree(const std::filesystem::path& path);
-  void OpenWaitingFile();
+  void FulfilStart();
+  void FulfilWhenFree(const StartWish& wish);
+  void FulfilWaiting();
+  void Fulfil(const StartWish& wish);
   // Samples are opened as copies in the user's own folder.
   bool LoadFile(const std::filesystem::path& chosen);
   // Offers the backup of a card file that is gone, which then is open under its name. False: there is none, or the user
@@ -168,8 +170,8 @@ class TF_wnmain : public QMainWindow {
   std::filesystem::path checked_;     // the card file that the start page shows findings of
   int64_t figures_at_ = 0;            // when the figures of the start page were looked up
   std::filesystem::path learned_;     // the card file of the last run
-  std::filesystem::path at_start_;    // to be opened once the window has been painted
-  std::filesystem::path waiting_;     // to be opened when no dialog is open
+  StartWish at_start_;                // to be fulfilled once the window has been painted
+  StartWish waiting_;                 // to be fulfilled when no dialog is open
   QTimer waiting_timer_;
   std::filesystem::path replaced_anyway_;  // the file of which the user said so last
   std::filesystem::path refused_;          // the card file that could not be opened last; its backups are offered

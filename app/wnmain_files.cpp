@@ -76,7 +76,7 @@ void TF_wnmain::FileOpenExecute() {
 bool TF_wnmain::OpenFile(const fs::path& path) {
   // Whatever dialog is open, of whatever window, is answered first.
   if (LongWork::Running() || QApplication::activeModalWidget() != nullptr) {
-    OpenWhenFree(path);
+    FulfilWhenFree({.card_file = path});
     return false;
   }
   return LeaveFile() && LoadFile(path);

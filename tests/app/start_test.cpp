@@ -25,10 +25,10 @@ using namespace Qt::StringLiterals;
 constexpr int kOnABusyMachine = 60'000;  // milliseconds
 
 // Another start of the program, while this one's message loop runs.
-bool Start(const QString& name, const std::filesystem::path& card_file, int patience = kOnABusyMachine) {
+bool Start(const QString& name, const StartWish& wish, int patience = kOnABusyMachine) {
   bool handed = false;
   const std::unique_ptr<QThread> start(
-      QThread::create([&] { handed = SingleInstance::HandOver(name, card_file, patience); }));
+      QThread::create([&] { handed = SingleInstance::HandOver(name, wish, patience); }));
   start->start();
   EXPECT_TRUE(QTest::qWaitFor([&] { return start->isFinished(); }, 2 * kOnABusyMachine));
   start->wait();
@@ -38,16 +38,18 @@ bool Start(const QString& name, const std::filesystem::path& card_file, int pati
 TEST(SingleInstance, TakesTheFilesOfOtherStartsAsLongAsItRuns) {
   const QTemporaryDir folder;
   const QString name = folder.filePath(u"socket"_s);
-  EXPECT_FALSE(Start(name, "/a.mlb")) << "there is none";
-  std::vector<std::filesystem::path> files;
+  EXPECT_FALSE(Start(name, {"/a.mlb"})) << "there is none";
+  const std::vector<StartWish> said = {
+      {"/d/\xFC \n\xC3\xBC.mlb"}, {}, {"/l", StartWish::Deed::Learn}, {{}, StartWish::Deed::NewFile}};
+  std::vector<StartWish> heard;
   {
     SingleInstance first(name);
-    QObject::connect(&first, &SingleInstance::OtherStart, [&](const auto& file) { files.push_back(file); });
+    QObject::connect(&first, &SingleInstance::OtherStart, [&](const StartWish& wish) { heard.push_back(wish); });
     const SingleInstance started_beside(name);
-    for (const std::string file : {"/d/\xFC \n\xC3\xBC.mlb", ""}) EXPECT_TRUE(Start(name, file));
+    for (const StartWish& wish : said) EXPECT_TRUE(Start(name, wish));
   }
-  EXPECT_EQ(files, (std::vector<std::filesystem::path>{"/d/\xFC \n\xC3\xBC.mlb", ""}));
-  EXPECT_FALSE(Start(name, "/a.mlb"));
+  EXPECT_EQ(heard, said);
+  EXPECT_FALSE(Start(name, {"/a.mlb"}));
 }
 
 TEST(SingleInstance, ThatDoesNotAnswerIsNotWaitedForLong) {
@@ -57,7 +59,7 @@ TEST(SingleInstance, ThatDoesNotAnswerIsNotWaitedForLong) {
   ASSERT_TRUE(silent.listen(name));
   QElapsedTimer timer;
   timer.start();
-  EXPECT_FALSE(Start(name, "/a.mlb", SingleInstance::kPatience));
+  EXPECT_FALSE(Start(name, {"/a.mlb"}, SingleInstance::kPatience));
   EXPECT_TRUE(timer.elapsed() >= 1500 && timer.elapsed() < kOnABusyMachine / 2) << timer.elapsed();
 }
 
@@ -69,8 +71,20 @@ TEST(SingleInstance, HasANameForEachSettingsFileAndDisplay) {
   qputenv("DISPLAY", display + "1");
   EXPECT_NE(name, SingleInstance::NameFor("/a.ini"));
   display.isEmpty() ? qunsetenv("DISPLAY") : qputenv("DISPLAY", display);
-  EXPECT_TRUE(ReadOptions({u"tessaro"_s, u"--new"_s}).another);
-  EXPECT_FALSE(ReadOptions({u"tessaro"_s, u"a.mlb"_s}).another);
+}
+
+TEST(ProgramOptions, SayWhatIsWishedAndRefuseWhatDoesNotFit) {
+  const auto read = [](const QString& said) {
+    return ReadOptions((u"tessaro "_s + said).split(u' ', Qt::SkipEmptyParts));
+  };
+  using Deed = StartWish::Deed;
+  EXPECT_TRUE(read(u"--new"_s).another && read({}).splash && !read(u"a.mlb"_s).another && !read(u"a.mlb"_s).splash);
+  EXPECT_EQ(read(u"--learn a.mlb"_s).wish, (StartWish{"a.mlb", Deed::Learn}));
+  EXPECT_EQ(read(u"--new-file"_s).wish, (StartWish{{}, Deed::NewFile}));
+  for (const auto& said :
+       {u"--new-file a.mlb"_s, u"--new-file --learn"_s, u"a.mlb b.mlb"_s, u"--palette red"_s, u"--x"_s}) {
+    EXPECT_FALSE(read(said).mistake.isEmpty()) << said.toStdString();
+  }
 }
 
 namespace fs = std::filesystem;

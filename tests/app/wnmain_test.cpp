@@ -2,7 +2,9 @@
 
 #include <QDateTime>
 
+#include "app/dlneu.h"
 #include "learn/dlparam.h"
+#include "settings/recent_files.h"
 #include "tests/app/main_window_fixture.h"
 
 namespace tessaro {
@@ -97,7 +99,7 @@ TEST_F(MainWindowFiles, AFileThatIsProtectedOrHasOtherNamesIsAskedAboutOnce) {
 // What another start of the program hands over, and what the first one shows while its file is loaded.
 TEST_F(MainWindowFiles, AFileOfAnotherStartWaitsUntilNoDialogIsOpen) {
   PutDeck(kCards);
-  window().OpenAtStart(kTestFile);
+  window().FulfilAtStart({.card_file = kTestFile});
   EXPECT_EQ(Text(u"LabelName"_s) + Text(u"FigureCards"_s), u"x…"_s);
   EXPECT_EQ(Text(u"LabelAdvice"_s), u"Die Kartei wird geladen."_s);
   EXPECT_FALSE(Find<QPushButton>(u"ButtonLearn"_s).isEnabled());
@@ -105,15 +107,34 @@ TEST_F(MainWindowFiles, AFileOfAnotherStartWaitsUntilNoDialogIsOpen) {
   EXPECT_TRUE(Find<QPushButton>(u"ButtonLearn"_s).isEnabled());
   DriveDialog<TF_dlparam>([&] { Trigger(u"LernEinstellungExecute"_s); },
                           [&](TF_dlparam&) {
-                            window().OpenForOtherStart(kOther);
+                            window().FulfilForOtherStart({.card_file = kOther});
                             QTest::qWait(300);
                             EXPECT_EQ(CardsPath(), kTestFile);
                           });
   EXPECT_TRUE(QTest::qWaitFor([this] { return CardsPath() == kOther; }));
-  window().OpenForOtherStart({});
-  window().OpenAtStart("/deck/missing.mlb");
+  window().FulfilForOtherStart({});
+  window().FulfilAtStart({.card_file = "/deck/missing.mlb"});
   EXPECT_TRUE(QTest::qWaitFor([this] { return messages.errors.size() == 1; }));
   EXPECT_EQ(Text(u"LabelName"_s), u"other"_s);
+}
+
+TEST_F(MainWindowFiles, AStartMayAskToLearnOrForANewCardFile) {
+  const StartWish learn = {.deed = StartWish::Deed::Learn};
+  window().FulfilForOtherStart(learn);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Text(u"LabelStatus"_s).startsWith(u"Zum Lernen"_s); }));
+  AddRecentFile(program.settings().ini, kOther);
+  window().FulfilForOtherStart(learn);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return program.learning(); }));
+  EXPECT_EQ(CardsPath(), kOther);
+  window().FulfilForOtherStart({.card_file = kTestFile, .deed = StartWish::Deed::Learn});
+  EXPECT_TRUE(QTest::qWaitFor([this] { return messages.errors.size() == 1; })) << "there is no such file";
+  EXPECT_FALSE(program.learning());
+  DriveDialog<TF_dlneu>(
+      [&] {
+        window().FulfilAtStart({.deed = StartWish::Deed::NewFile});
+        QTest::qWait(50);
+      },
+      [](TF_dlneu& dialog) { dialog.reject(); });
 }
 
 TEST_F(MainWindowFiles, NoWindowEndsWhileADialogOfItsOwnIsOnTheStack) {
