@@ -27,12 +27,23 @@ const QString kOtherCaseText = u"Groß-/Kleinschreibung unterschiedlich"_s;
 const QString kWrongText =
     u"Buchstabenfolge vor oder um die Eingabeposition ist falsch - korrigieren oder weiter schreiben mit Leertaste"_s;
 
+// `begin` and `end` stand around what differs, a line under what may differ.
 QString Marked(const std::vector<ComparedPiece>& pieces, CodePage page, const QString& begin, const QString& end) {
   QString text;
   for (const ComparedPiece& piece : pieces) {
     // What the code page lacks was typed as a zero byte.
     const QString letters = FromBytes(piece.text, page).replace(QChar(u'\0'), QChar(0xFFFD)).toHtmlEscaped();
-    text += piece.same ? letters : begin + letters + end;
+    switch (piece.likeness) {
+      case ComparedPiece::Likeness::Same:
+        text += letters;
+        break;
+      case ComparedPiece::Likeness::Tolerated:
+        text += u"<u>"_s + letters + u"</u>"_s;
+        break;
+      case ComparedPiece::Likeness::Different:
+        text += begin + letters + end;
+        break;
+    }
   }
   return text;
 }
@@ -44,11 +55,14 @@ QString OneLine(QString text) {
 // Of what differs, the typed letters are struck out and those of the answer underlined.
 QString ComparisonText(const TypedComparison& compared, CodePage page, const QPalette& palette) {
   const auto colour = [&](Accent accent) { return AccentColour(accent, palette).name(); };
-  const QString typed =
-      Marked(compared.typed, page, u"<s style=\"color:%1\">"_s.arg(colour(Accent::NotKnown)), u"</s>"_s);
+  QString typed = Marked(compared.typed, page, u"<s style=\"color:%1\">"_s.arg(colour(Accent::NotKnown)), u"</s>"_s);
+  if (compared.IsTolerated()) {
+    typed += u"&nbsp;&nbsp;<span style=\"color:%1\">(gilt als richtig)</span>"_s.arg(colour(Accent::Known));
+  }
   // Where nothing is the same nothing of the answer stands out.
-  const bool alike =
-      std::any_of(compared.answer.begin(), compared.answer.end(), [](const auto& piece) { return piece.same; });
+  const bool alike = std::any_of(compared.answer.begin(), compared.answer.end(), [](const auto& piece) {
+    return piece.likeness != ComparedPiece::Likeness::Different;
+  });
   const QString mark =
       alike ? u"<u style=\"color:%1\">"_s.arg(colour(Accent::Known)) : u"<u style=\"text-decoration:none\">"_s;
   const QString answer = Marked(compared.answer, page, mark, u"</u>"_s);
@@ -84,7 +98,12 @@ TF_wnvgl::TF_wnvgl(const AnswerSurroundings& around, bool& input_check_on)
 TF_wnvgl::~TF_wnvgl() = default;
 
 void TF_wnvgl::ReadSettings() {
-  blank_limit_ = static_cast<size_t>(keys::kExtraBlanks.Read(around_.settings.ini)) + kLeastBlanks;
+  const IniFile& settings = around_.settings.ini;
+  blank_limit_ = static_cast<size_t>(keys::kExtraBlanks.Read(settings)) + kLeastBlanks;
+  tolerance_ = {.letter_case = keys::kAnyCase.Read(settings),
+                .accents = keys::kAnyAccents.Read(settings),
+                .punctuation = keys::kAnyPunctuation.Read(settings),
+                .brackets = keys::kOptionalBrackets.Read(settings)};
 }
 
 void TF_wnvgl::CardCame() {
@@ -121,7 +140,8 @@ void TF_wnvgl::RichEditVglChange() {
   if (!input_check_on_) return;
   QLineEdit& input = *ui_->RichEditVgl;
   const std::string typed = TypedBytes(input.text(), page_);
-  const TypedCheck check = CheckTyped(typed, static_cast<size_t>(input.cursorPosition()), key_, blank_limit_, page_);
+  const TypedCheck check =
+      CheckTyped(typed, static_cast<size_t>(input.cursorPosition()), key_, blank_limit_, page_, tolerance_);
   switch (check.verdict) {
     case TypedVerdict::ShowAnswer:
       return ShowAnswerAndJudge();
@@ -162,7 +182,8 @@ void TF_wnvgl::AnswerGiven() {
   if (typed.empty()) return;
   std::string answer = PlainText(key_);
   std::replace(answer.begin(), answer.end(), '\n', ' ');
-  ui_->LabelVergleich->setText(ComparisonText(CompareTyped(typed, answer), page_, palette()));
+  const TypedComparison compared = CompareTyped(typed, answer, page_, tolerance_);
+  ui_->LabelVergleich->setText(ComparisonText(compared, page_, palette()));
   comparison_end_.start(kComparisonMilliseconds);
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "answer/answer_window.h"
+#include "answer/tolerance.h"
 
 namespace Ui {
 class TF_wnvgl;
@@ -49,6 +50,7 @@ class TF_wnvgl : public AnswerWindow {
   std::unique_ptr<Ui::TF_wnvgl> ui_;
   bool& input_check_on_;
   size_t blank_limit_ = 2;
+  Tolerance tolerance_;
   std::string key_;  // the side of the card that is to be known
   CodePage page_;    // of the key
   QTimer comparison_end_;

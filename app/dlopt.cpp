@@ -159,6 +159,10 @@ void TF_dlopt::TieLearning() {
 
 void TF_dlopt::TieAnswers() {
   fields_.Add(*ui_->Leerzeichen, keys::kExtraBlanks);
+  fields_.Add(*ui_->AndereSchreibung, keys::kAnyCase);
+  fields_.Add(*ui_->OhneAkzente, keys::kAnyAccents);
+  fields_.Add(*ui_->OhneSatzzeichen, keys::kAnyPunctuation);
+  fields_.Add(*ui_->OhneKlammern, keys::kOptionalBrackets);
   fields_.Add(*ui_->Fehler, *ui_->HinweisFehler, keys::kErrorLimit);
   fields_.Add(*ui_->Anschlaege, *ui_->HinweisAnschlaege, keys::kSpeedLimit);
   fields_.Add(*ui_->Prozent, *ui_->HinweisProzent, keys::kSpeedPercent);

@@ -34,6 +34,11 @@ inline constexpr std::array kBoxLimits = {
 inline constexpr NumberSetting kChoicePage = {"SEL", "i", 0, 0, 1};  // numbers, letters
 // Two blanks less than uncover the answer in the typed line.
 inline constexpr NumberSetting kExtraBlanks = {"Keys", "Space", 0, 0, 8};
+// What a typed answer may do otherwise than the card.
+inline constexpr FlagSetting kAnyCase = {"Eingabe", "Gross", false};
+inline constexpr FlagSetting kAnyAccents = {"Eingabe", "Akzente", false};
+inline constexpr FlagSetting kAnyPunctuation = {"Eingabe", "Satzzeichen", false};
+inline constexpr FlagSetting kOptionalBrackets = {"Eingabe", "Klammern", false};
 inline constexpr DecimalSetting kErrorLimit = {"ttrain", "Fehler", 5.0, 0.0, 100.0};  // percent of the characters
 inline constexpr NumberSetting kSpeedLimit = {"ttrain", "Anschlaege", 100, 1, 2000};  // characters a minute
 inline constexpr NumberSetting kSpeedPercent = {"ttrain", "Prozent", 100, 1, 500};    // of the speed limit

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <random>
+#include <set>
 
 #include "platform/code_page.h"
 
@@ -52,8 +53,89 @@ TEST(TypedAnswer, WordAtTheCursorMustStandInTheKey) {
   EXPECT_EQ(CheckTyped("Haus   ", 7, "Haus", 4).verdict, V::Right);
 }
 
+TEST(TypedAnswer, WhatIsAllowedIsRight) {
+  using V = TypedVerdict;
+  const Tolerance any_case = {.letter_case = true};
+  const Tolerance accents = {.accents = true};
+  const Tolerance punctuation = {.punctuation = true};
+  const Tolerance brackets = {.brackets = true};
+  const struct {
+    std::string_view word;
+    std::string_view key;
+    Tolerance tolerance;
+    V verdict;
+  } cases[] = {
+      {"haus", "Das Haus", any_case, V::Right},
+      {"schoner", "sch\xF6ner", accents, V::Right},
+      {"\xE9t\xE9", "l'ete", accents, V::Right},
+      {"SCHON", "sch\xF6n", accents, V::OtherCase},
+      {"strase",
+       "stra\xDF"
+       "e",
+       accents, V::Wrong},  // no accent, a letter of its own
+      {"zB", "also z.B. dies", punctuation, V::Right},
+      {"Don\x92t", "Don't", punctuation, V::Right},
+      {"rotgelb", "rot,gelb", punctuation, V::Wrong},  // what parts words is not passed over
+      {"2+3", "23", punctuation, V::Wrong},            // a sign, no punctuation
+      {"Kollegen", "die Kolleg(inn)en", brackets, V::Right},
+      {"Kolleginnen", "die Kolleg(inn)en", brackets, V::Right},
+      {"Kolleg(inn)en", "die Kolleg(inn)en", brackets, V::Right},
+      {"Kollegnen", "die Kolleg(inn)en", brackets, V::Wrong},
+      {"Kollegen", "die Kolleg(inn)en", {}, V::Wrong},
+      {"Lehrerinnen", "Lehrer(in(nen))", brackets, V::Right},
+      {"ab", "a)b(", brackets, V::Wrong},  // no partners
+      {"ab", "((a(c d)b", brackets, V::Right},
+      {"(ab", "((a(c d)b", brackets, V::Right},
+      {"a(b)", "ab", brackets, V::Wrong},  // the card has no brackets
+  };
+  const Tolerance both = {.letter_case = true, .accents = true};
+  const CodePage turkish(CharacterSet::Turkish);
+  EXPECT_EQ(CheckTyped("istanbul", 8, "\xDDstanbul", kTwoBlanks, turkish, any_case).verdict, V::Right);
+  EXPECT_EQ(CheckTyped("istanbul", 8, "\xDDstanbul", kTwoBlanks, turkish, both).verdict, V::Right);
+  EXPECT_EQ(CheckTyped("\xE9", 1, "\xC0", kTwoBlanks, CodePage(CharacterSet::Greek), both).verdict, V::Right);
+  EXPECT_EQ(CheckTyped("\xF9\xEC", 2, "\xF9\xC0\xEC", kTwoBlanks, CodePage(CharacterSet::Hebrew), accents).verdict,
+            V::Right)
+      << "without points";
+  for (const auto& given : cases) {
+    const TypedCheck check = CheckTyped(given.word, given.word.size(), given.key, kTwoBlanks, {}, given.tolerance);
+    EXPECT_EQ(check.verdict, given.verdict) << given.word << '|' << given.key;
+  }
+}
+
+// All texts that one with brackets may stand for.
+std::set<std::string> Forms(const std::string& text) {
+  std::vector<size_t> open;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '(') open.push_back(i);
+    if (text[i] != ')' || open.empty()) continue;
+    const std::string inside = text.substr(open.back() + 1, i - open.back() - 1);
+    std::set<std::string> forms;
+    // Those that stay are hidden from the next round.
+    for (const std::string& form : {std::string(), inside, '\1' + inside, inside + '\2', '\1' + inside + '\2'}) {
+      forms.merge(Forms(text.substr(0, open.back()) + form + text.substr(i + 1)));
+    }
+    return forms;
+  }
+  std::string shown = text;
+  std::replace(shown.begin(), shown.end(), '\1', '(');
+  std::replace(shown.begin(), shown.end(), '\2', ')');
+  return {shown};
+}
+
+std::string FoldedByHand(const std::string& text, const Tolerance& tolerance) {
+  const std::string accented = "\xE4\xC4";
+  std::string folded;
+  for (char c : text) {
+    if (tolerance.punctuation && std::string(".()").find(c) != std::string::npos) continue;
+    if (tolerance.accents && accented.find(c) != std::string::npos) c = "aA"[accented.find(c)];
+    folded += tolerance.letter_case ? ToUpper(c) : c;
+  }
+  return folded;
+}
+
 // The steps one by one, over whole copies of the texts.
-TypedCheck CheckedByHand(const std::string& text, size_t cursor, const std::string& key, size_t blanks) {
+TypedCheck CheckedByHand(const std::string& text, size_t cursor, const std::string& key, size_t blanks,
+                         const Tolerance& tolerance) {
   size_t count = 0;
   while (count < text.size() && text[text.size() - 1 - count] == ' ') ++count;
   if (count >= blanks) return {.verdict = TypedVerdict::ShowAnswer};
@@ -64,17 +146,21 @@ TypedCheck CheckedByHand(const std::string& text, size_t cursor, const std::stri
   }
   std::string word = text.substr(start).substr(0, 100);
   word = word.substr(0, word.find_first_of(delimiters));
-  if (key.find(word) != std::string::npos) return {};
-  std::string big_key = key;
-  for (char& c : big_key) c = ToUpper(c);
-  for (char& c : word) c = ToUpper(c);
-  if (big_key.find(word) != std::string::npos) return {.verdict = TypedVerdict::OtherCase};
+  const std::set<std::string> forms = tolerance.brackets ? Forms(key) : std::set{key};
+  for (const bool any_case : {tolerance.letter_case, true}) {
+    Tolerance allowed = tolerance;
+    allowed.letter_case = any_case;
+    for (const std::string& form : forms) {
+      if (FoldedByHand(form, allowed).find(FoldedByHand(word, allowed)) == std::string::npos) continue;
+      return {.verdict = any_case == tolerance.letter_case ? TypedVerdict::Right : TypedVerdict::OtherCase};
+    }
+  }
   return {.verdict = TypedVerdict::Wrong, .select = cursor > 0 ? std::optional(cursor - 1) : std::nullopt};
 }
 
 TEST(TypedAnswer, RandomTextsAreCheckedAsByHand) {
   std::mt19937 random(7);
-  const std::string letters("aAbBäÄ ,;?!.\n"_cp);
+  const std::string letters("aAbBäÄ    ,;?!.\n()()"_cp);
   const auto text = [&](size_t most) {
     std::string made(random() % (most + 1), ' ');
     for (char& c : made) c = letters[random() % letters.size()];
@@ -83,11 +169,13 @@ TEST(TypedAnswer, RandomTextsAreCheckedAsByHand) {
   std::array<int, 4> seen{};
   for (int i = 0; i < 20000; ++i) {
     const std::string typed = text(12);
-    const std::string key = text(30);
+    const std::string key = text(16);
+    const unsigned allowed = random() % 4 == 0 ? 0 : random() % 16;
+    const Tolerance tolerance = {(allowed & 1U) != 0, (allowed & 2U) != 0, (allowed & 4U) != 0, (allowed & 8U) != 0};
     const size_t cursor = random() % (typed.size() + 1);
     const size_t blanks = 2 + random() % 2;
-    const TypedCheck check = CheckTyped(typed, cursor, key, blanks);
-    const TypedCheck by_hand = CheckedByHand(typed, cursor, key, blanks);
+    const TypedCheck check = CheckTyped(typed, cursor, key, blanks, {}, tolerance);
+    const TypedCheck by_hand = CheckedByHand(typed, cursor, key, blanks, tolerance);
     ASSERT_EQ(check.verdict, by_hand.verdict) << typed << '|' << key << '|' << cursor;
     ASSERT_EQ(check.select, by_hand.select) << typed << '|' << key << '|' << cursor;
     ++seen[static_cast<size_t>(check.verdict)];
@@ -95,10 +183,15 @@ TEST(TypedAnswer, RandomTextsAreCheckedAsByHand) {
   EXPECT_GT(*std::min_element(seen.begin(), seen.end()), 50) << "every verdict is met often";
 }
 
-// What differs in brackets.
+using Likeness = ComparedPiece::Likeness;
+
+// What differs in brackets, what may differ in braces.
 std::string Dump(const std::vector<ComparedPiece>& pieces) {
   std::string text;
-  for (const ComparedPiece& piece : pieces) text += piece.same ? piece.text : '[' + piece.text + ']';
+  for (const ComparedPiece& piece : pieces)
+    text += piece.likeness == Likeness::Same        ? piece.text
+            : piece.likeness == Likeness::Tolerated ? '{' + piece.text + '}'
+                                                    : '[' + piece.text + ']';
   return text;
 }
 
@@ -121,6 +214,28 @@ TEST(TypedAnswer, ComparisonMarksWhatDiffers) {
     EXPECT_EQ(Dump(compared.typed), given.marked_typed);
     EXPECT_EQ(Dump(compared.answer), given.marked_answer);
   }
+  const Tolerance all = {.letter_case = true, .accents = true, .punctuation = true, .brackets = true};
+  const struct {
+    std::string_view typed;
+    std::string_view answer;
+    const char* marked_typed;
+    std::string_view marked_answer;
+    bool right;
+  } tolerated[] = {
+      {"das haus", "Das Haus!", "{d}as {h}aus", "{D}as {H}aus{!}", true},
+      {"ete", "\xE9t\xE9", "{e}t{e}", "{\xE9}t{\xE9}", true},
+      {"go", "(to) go", "go", "{(to) }go", true},
+      {"to go", "(to) go", "to go", "{(}to{)} go", true},
+      {"rot blau", "rot (hell) blau", "rot blau", "rot {(hell) }blau", true},
+      {"das hous", "Das Haus", "{d}as {h}[o]us", "{D}as {H}[a]us", false},
+      {"Haus", "Haus", "Haus", "Haus", false},  // there is nothing to tolerate
+  };
+  for (const auto& given : tolerated) {
+    const TypedComparison compared = CompareTyped(given.typed, given.answer, {}, all);
+    EXPECT_EQ(Dump(compared.typed), given.marked_typed);
+    EXPECT_EQ(Dump(compared.answer), given.marked_answer);
+    EXPECT_EQ(compared.IsTolerated(), given.right) << given.typed;
+  }
   const TypedComparison longest = CompareTyped(std::string(500, 'a'), std::string(50000, 'a'));
   EXPECT_EQ(longest.typed.size() + longest.answer.size(), 2U);
   EXPECT_LE(longest.answer.front().text.size(), 1000U);
@@ -135,7 +250,7 @@ TEST(TypedAnswer, ComparisonLosesNothingAndItsCommonPiecesAgree) {
   };
   const auto joined = [](const std::vector<ComparedPiece>& pieces, bool same_only) {
     std::string whole;
-    for (const ComparedPiece& piece : pieces) whole += piece.same || !same_only ? piece.text : "";
+    for (const ComparedPiece& piece : pieces) whole += piece.likeness == Likeness::Same || !same_only ? piece.text : "";
     return whole;
   };
   for (int i = 0; i < 3000; ++i) {

@@ -4,6 +4,7 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 
+#include "app/dlopt.h"
 #include "edit/wnsign.h"
 #include "tests/app/answer_modes_fixture.h"
 
@@ -95,6 +96,34 @@ TEST_F(AnswerModesTest, BlanksAtTheEndUncoverTheAnswerUnlessTheCheckIsOff) {
   Type(" ");
   EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
   EXPECT_EQ(Focused(), u"BitBtnWeissIch"_s);
+}
+
+TEST_F(AnswerModesTest, WhatTheOptionsAllowIsRightAndStillShown) {
+  Learn({Card(1, "Frage", "die Kolleg(inn)\xEBn."), Card(2, "Zwei", "zwei")}, Qt::Key_2);
+  auto& input = Find<QLineEdit>(u"RichEditVgl"_s);
+  const std::array boxes = {u"AndereSchreibung"_s, u"OhneAkzente"_s, u"OhneSatzzeichen"_s, u"OhneKlammern"_s};
+  const std::array words = {u"KOLLEG"_s, u")en"_s, u"innën"_s, u"Kollegën"_s};
+  const QString bar = u"█"_s;
+  input.setText(u"die Kolleg(inn)ën."_s);
+  EXPECT_TRUE(Line(u"StatusBarVgl"_s).startsWith(bar));
+  for (size_t i = 0; i < boxes.size(); ++i) {
+    const auto is_right = [&] {
+      input.clear();
+      input.setText(words[i]);
+      return Line(u"StatusBarVgl"_s).startsWith(bar);
+    };
+    EXPECT_FALSE(is_right()) << i;
+    DriveDialog<TF_dlopt>([&] { program.ShowOptions(); },
+                          [&](TF_dlopt& dialog) {
+                            Control<QCheckBox>(dialog, boxes[i]).setChecked(true);
+                            QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnOK"_s), Qt::LeftButton);
+                          });
+    EXPECT_TRUE(is_right()) << i;
+  }
+  input.setText(u"Die kollegen"_s);
+  Click(u"BitBtnWeissIch"_s);
+  EXPECT_TRUE(Text(u"LabelVergleich"_s).contains(u"gilt als richtig"_s));
+  EXPECT_EQ(Answers(), "w-");
 }
 
 TEST_F(AnswerModesTest, CopiedTextIsJudgedAndNothingElseIs) {
