@@ -1,8 +1,6 @@
 #include "print/dlprint.h"
 
-#include <QPrintDialog>
 #include <QPrinter>
-#include <QPrinterInfo>
 #include <QScrollBar>
 #include <QShortcut>
 #include <QStandardItemModel>
@@ -55,10 +53,6 @@ QString PagesText(int pages) {
   return pages == 1 ? u"eine Seite"_s : u"%1 Seiten"_s.arg(NumberText(pages));
 }
 
-QString WithPdfEnding(const QString& path) {
-  return path.endsWith(u".pdf"_s, Qt::CaseInsensitive) ? path : path + u".pdf"_s;
-}
-
 }  // namespace
 
 TF_dlprint::TF_dlprint(const PrintTies& ties, CardOffer offer, CardChoice first, QWidget* parent)
@@ -71,6 +65,7 @@ TF_dlprint::TF_dlprint(const PrintTies& ties, CardOffer offer, CardChoice first,
   setWindowFlag(Qt::WindowMaximizeButtonHint);
   FillBoxes(first);
   ConnectControls();
+  ui_->LabelSeite->setMinimumWidth(fontMetrics().horizontalAdvance(u"Seite 000 von 000, Vorderseiten"_s));
   ui_->Wahl->setFixedWidth(
       std::max(ui_->Felder->sizeHint().width(), fontMetrics().averageCharWidth() * kLettersBeside));
   RestoreWindowPlace(*this, ties_.settings.ini, kPlaceSuffix);
@@ -151,8 +146,15 @@ void TF_dlprint::ConnectControls() {
   connect(ui_->BitBtnDrucken, &QAbstractButton::clicked, this, &TF_dlprint::BitBtnDruckenClick);
   connect(ui_->BitBtnPdf, &QAbstractButton::clicked, this, &TF_dlprint::BitBtnPdfClick);
   connect(ui_->BitBtnClose, &QAbstractButton::clicked, this, &QDialog::reject);
-  connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, this, &TF_dlprint::BitBtnPdfClick);
-  connect(new QShortcut(QKeySequence::Print, this), &QShortcut::activated, this, &TF_dlprint::BitBtnDruckenClick);
+  const auto on = [this](const QKeySequence& keys, auto act) {
+    connect(new QShortcut(keys, this), &QShortcut::activated, this, act);
+  };
+  on(QKeySequence::Save, [this] { BitBtnPdfClick(); });
+  on(QKeySequence::Print, [this] { BitBtnDruckenClick(); });
+  on(Qt::Key_PageUp, [this] { Leaf(-1); });
+  on(Qt::Key_PageDown, [this] { Leaf(1); });
+  on(Qt::CTRL | Qt::Key_Home, [this] { GoTo(0); });
+  on(Qt::CTRL | Qt::Key_End, [this] { GoToEnd(); });
   connect(&counting_, &QTimer::timeout, this, &TF_dlprint::CountPages);
 }
 
@@ -206,11 +208,13 @@ void TF_dlprint::ChooseCards() {
     rows = ChosenCards(ties_.file, Choice(), offer_, ui_->CheckBoxNavigation->isChecked(), at,
                        [&work](int row) { return work.GoesOn(row); });
   }
-  rows_ = rows.value_or(std::vector<int>());
+  none_ = rows ? u"Es gibt keine solche Karte."_s : u"Die Auswahl wurde abgebrochen."_s;
+  rows_ = std::move(rows).value_or(std::vector<int>());
   MakePages();
 }
 
 void TF_dlprint::MakePages() {
+  told_.clear();
   ui_->Blatt->ShowPages(nullptr);
   pages_ = std::make_unique<PrintedPages>(Source(), Order(PageLayout()));
   ui_->Blatt->ShowPages(pages_.get());
@@ -237,14 +241,26 @@ void TF_dlprint::ShowSentence() {
       u"gedruckt, liegen sie hintereinander. Was zu lang ist, wird verkleinert, bis auf 6 Punkt; was auch dann keinen "
       u"Platz hat, fehlt, und eine schwarze Ecke zeigt das an.",
       u"Jede Seite steht auf einem eigenen Blatt, so groß es geht. Was zu lang ist, geht auf dem nächsten weiter."};
-  const auto form = static_cast<size_t>(pages_->order().form);
-  ui_->LabelSatz->setText(rows_.empty() ? u"Es gibt keine solche Karte."_s : QString::fromUtf16(kSentences[form]));
+  const QString sentence = QString::fromUtf16(kSentences[static_cast<size_t>(pages_->order().form)]);
+  ui_->LabelSatz->setText(rows_.empty() ? none_ : sentence);
+  ui_->LabelSatz->setMinimumHeight(ui_->LabelSatz->heightForWidth(ui_->Wahl->width()));
 }
 
 void TF_dlprint::GoTo(int page) {
   while (pages_->Count() <= page && pages_->FindPage()) continue;
   ui_->Blatt->ShowPage(std::clamp(page, 0, std::max(pages_->Count() - 1, 0)));
   ShowPosition();
+}
+
+// First over the page that is shown, where it is scrolled, then to the next one.
+void TF_dlprint::Leaf(int direction) {
+  QScrollBar& bar = *ui_->Rahmen->verticalScrollBar();
+  if (direction > 0 ? bar.value() < bar.maximum() : bar.value() > bar.minimum()) {
+    return bar.setValue(bar.value() + direction * bar.pageStep());
+  }
+  const int before = ui_->Blatt->page();
+  GoTo(before + direction);
+  if (ui_->Blatt->page() != before) bar.setValue(direction > 0 ? bar.minimum() : bar.maximum());
 }
 
 void TF_dlprint::GoToEnd() {
@@ -262,13 +278,16 @@ void TF_dlprint::ShowPosition() {
   const int page = ui_->Blatt->page();
   const QString number = NumberText(page + 1);
   const QString all = NumberText(count);
-  ui_->LabelSeite->setText(count == 0           ? QString()
-                           : pages_->AllKnown() ? u"Seite %1 von %2"_s.arg(number, all)
-                                                : u"Seite %1 von mehr als %2"_s.arg(number, all));
+  QString place = (pages_->AllKnown() ? u"Seite %1 von %2"_s : u"Seite %1 von mehr als %2"_s).arg(number, all);
+  if (pages_->order().form == PrintForm::Cards && pages_->order().sides == PrintSides::Both) {
+    place += page % 2 == 0 ? u", Vorderseiten"_s : u", Rückseiten"_s;
+  }
+  ui_->LabelSeite->setText(count == 0 ? QString() : place);
   for (QWidget* button : {ui_->ButtonErste, ui_->ButtonVorige}) button->setEnabled(page > 0);
   const bool more = page + 1 < count || !pages_->AllKnown();
   for (QWidget* button : {ui_->ButtonNaechste, ui_->ButtonLetzte}) button->setEnabled(more);
   const QString cards = CardsText(static_cast<int64_t>(rows_.size()));
+  if (!told_.isEmpty()) return ui_->LabelStand->setText(told_);
   ui_->LabelStand->setText(rows_.empty() || !pages_->AllKnown() ? cards : u"%1 auf %2"_s.arg(cards, PagesText(count)));
 }
 
@@ -295,82 +314,10 @@ void TF_dlprint::Keep() {
 }
 
 void TF_dlprint::done(int result) {
-  if (HasOpenDialog(*this) && LongWork::Running()) return;
+  if (LongWork::Running()) return;
   counting_.stop();
   Keep();
   QDialog::done(result);
-}
-
-void TF_dlprint::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_PageDown) return GoTo(ui_->Blatt->page() + 1);
-  if (event->key() == Qt::Key_PageUp) return GoTo(ui_->Blatt->page() - 1);
-  QDialog::keyPressEvent(event);
-}
-
-QString TF_dlprint::ChoosePdf() {
-  const std::filesystem::path proposed = ties_.file.paths().cards.parent_path() / ties_.file.paths().cards.stem();
-  const QString chosen = ties_.messages.ChooseFileToSave(this, u"Als PDF speichern"_s,
-                                                         WithPdfEnding(FromPath(proposed)), u"PDF (*.pdf)"_s);
-  if (chosen.isEmpty()) return {};
-  const QString path = WithPdfEnding(chosen);
-  if (path == chosen || !QFileInfo::exists(path)) return path;
-  // The one that was asked about had another name.
-  const bool replace =
-      ties_.messages.Question(this, u"Die Datei\n%1\ngibt es schon. Soll sie ersetzt werden?"_s.arg(path),
-                              u"Ersetzen"_s, u"Nicht ersetzen"_s, {}, Answer::No) == Answer::Yes;
-  return replace ? path : QString();
-}
-
-void TF_dlprint::PutOut(const QPageLayout& page, const QString& stage, const Output& output, const QString& done_text,
-                        const QString& failed_text) {
-  PrintedPages pages(Source(), Order(page));
-  OutputEnd end = OutputEnd::Failed;
-  {
-    LongWork work(this, ties_.clock);
-    work.AllowCancel();
-    work.NextStage(stage, static_cast<int64_t>(rows_.size()));
-    end = output(pages, [&](int n) { return work.GoesOn(pages.CardsBefore(n)); });
-  }
-  if (end == OutputEnd::Failed) ties_.messages.Error(this, failed_text);
-  ui_->LabelStand->setText(end == OutputEnd::Done        ? done_text
-                           : end == OutputEnd::Cancelled ? u"Abgebrochen"_s
-                                                         : failed_text);
-}
-
-void TF_dlprint::BitBtnPdfClick() {
-  if (rows_.empty()) return;
-  const QString path = ChoosePdf();
-  if (path.isEmpty()) return;
-  const auto write = [&](PrintedPages& pages, const std::function<bool(int page)>& keep_going) {
-    return WritePdf(path, PageLayout(), pages, pages.order().title, keep_going);
-  };
-  PutOut(PageLayout(), u"PDF schreiben"_s, write, u"Gespeichert: %1"_s.arg(QFileInfo(path).fileName()),
-         u"Die Datei kann nicht geschrieben werden:\n%1"_s.arg(path));
-}
-
-void TF_dlprint::BitBtnDruckenClick() {
-  if (rows_.empty()) return;
-  if (QPrinterInfo::availablePrinterNames().isEmpty()) {
-    if (ties_.messages.Question(this,
-                                u"Auf diesem Rechner ist kein Drucker eingerichtet.\nSie können die Seiten als PDF "
-                                u"speichern und die Datei woanders drucken."_s,
-                                u"Als PDF speichern"_s, u"Nicht speichern"_s, {}, Answer::Yes) == Answer::Yes) {
-      BitBtnPdfClick();
-    }
-    return;
-  }
-  printer_->setPageLayout(PageLayout());
-  printer_->setDocName(pages_->order().title);
-  const bool two_sided = pages_->order().form == PrintForm::Cards && pages_->order().sides == PrintSides::Both;
-  printer_->setDuplex(two_sided ? QPrinter::DuplexLongSide : QPrinter::DuplexNone);
-  QPrintDialog dialog(printer_.get(), this);
-  if (dialog.exec() != QDialog::Accepted) return;
-  const auto print = [this](PrintedPages& pages, const std::function<bool(int page)>& keep_going) {
-    const PageRange range = {std::max(printer_->fromPage(), 1), printer_->toPage()};
-    return PrintPages(*printer_, pages, range,
-                      [&](int page) { return keep_going(page) || (printer_->abort(), false); });
-  };
-  PutOut(printer_->pageLayout(), u"Drucken"_s, print, u"An den Drucker gegeben"_s, u"Drucken ist nicht möglich."_s);
 }
 
 }  // namespace tessaro

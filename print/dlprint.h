@@ -43,9 +43,6 @@ class TF_dlprint : public QDialog {
   void BitBtnPdfClick();
   void done(int result) override;
 
- protected:
-  void keyPressEvent(QKeyEvent* event) override;
-
  private:
   void FillBoxes(CardChoice first);
   void ConnectControls();
@@ -59,21 +56,33 @@ class TF_dlprint : public QDialog {
   void ShowSentence();
   void ShowGrids();
   void GoTo(int page);
+  void Leaf(int direction);
   void GoToEnd();
   void ShowPosition();
   void CountPages();
   void Keep();
   QString ChoosePdf();
+  bool HasPrinter();
+  // On the printer that was chosen.
+  void Print();
+  struct OutputTexts {
+    QString stage;
+    QString done;
+    QString cancelled;
+    QString failed;
+  };
+  using KeepGoing = std::function<bool(int page)>;
+  using Output = std::function<OutputEnd(PrintedPages& pages, const KeepGoing& keep_going)>;
   // Does the output with a progress that can be cancelled, and tells how it ended.
-  using Output = std::function<OutputEnd(PrintedPages& pages, const std::function<bool(int page)>& keep_going)>;
-  void PutOut(const QPageLayout& page, const QString& stage, const Output& output, const QString& done_text,
-              const QString& failed_text);
+  void PutOut(const QPageLayout& page, const OutputTexts& texts, const Output& output);
 
   PrintTies ties_;
   CardOffer offer_;
   std::unique_ptr<Ui::TF_dlprint> ui_;
   std::unique_ptr<QPrinter> printer_;
   std::vector<int> rows_;  // of the cards chosen
+  QString none_;           // why there are none
+  QString told_;           // what came of the output, until something else is chosen
   std::unique_ptr<PrintedPages> pages_;
   QTimer counting_;  // runs while the preview's pages are not all known
 };

@@ -5,6 +5,7 @@
 #include <QPdfWriter>
 #include <QSaveFile>
 #include <QScreen>
+#include <climits>
 
 #include "print/printed_pages.h"
 
@@ -35,7 +36,7 @@ int PixelsOf(double millimetres) {
   return qRound(millimetres / kMillimetresOfAnInch * ScreenDots());
 }
 
-OutputEnd PrintPages(QPagedPaintDevice& device, PrintedPages& pages, const PageRange& range,
+OutputEnd PrintPages(QPagedPaintDevice& device, PrintedPages& pages, const QPageRanges& numbers,
                      const std::function<bool(int page)>& keep_going) {
   QPageLayout layout = device.pageLayout();
   layout.setMode(QPageLayout::FullPageMode);
@@ -43,9 +44,13 @@ OutputEnd PrintPages(QPagedPaintDevice& device, PrintedPages& pages, const PageR
   QPainter painter;
   if (!painter.begin(&device)) return OutputEnd::Failed;
   painter.scale(device.logicalDpiX() / ScreenDots(), device.logicalDpiY() / ScreenDots());
-  for (int page = range.from - 1; (range.to == 0 || page < range.to) && Reach(pages, page); ++page) {
+  const int last = numbers.isEmpty() ? INT_MAX : numbers.lastPage();
+  bool begun = false;
+  for (int page = 0; page < last && Reach(pages, page); ++page) {
     if (keep_going && !keep_going(page)) return OutputEnd::Cancelled;
-    if (page > range.from - 1 && !device.newPage()) return OutputEnd::Failed;
+    if (!numbers.isEmpty() && !numbers.contains(page + 1)) continue;
+    if (begun && !device.newPage()) return OutputEnd::Failed;
+    begun = true;
     pages.Paint(painter, page);
   }
   return painter.end() ? OutputEnd::Done : OutputEnd::Failed;

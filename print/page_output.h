@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPageLayout>
+#include <QPageRanges>
 #include <QString>
 #include <functional>
 
@@ -18,14 +19,9 @@ int PixelsOf(double millimetres);
 
 enum class OutputEnd { Done, Cancelled, Failed };
 
-// Pages counted from 1; `to` 0: to the end.
-struct PageRange {
-  int from = 1;
-  int to = 0;
-};
-
-// Puts the pages on paper, on the whole sheet without regard to its margins. Asks `keep_going` before each page.
-OutputEnd PrintPages(QPagedPaintDevice& device, PrintedPages& pages, const PageRange& range,
+// Puts the pages of these numbers on paper, all if there are none, on the whole sheet without regard to its margins.
+// Asks `keep_going` before each page, with its place from 0 on.
+OutputEnd PrintPages(QPagedPaintDevice& device, PrintedPages& pages, const QPageRanges& numbers,
                      const std::function<bool(int page)>& keep_going = {});
 
 // The same into a PDF file. Unless it is done, a file that was there stays as it was.

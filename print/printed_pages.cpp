@@ -21,8 +21,8 @@ constexpr int kMark = 8;         // the corner that says that something is missi
 const QColor kRule(176, 176, 176);
 
 // A line as thin as the device has it, whatever the scale.
-QPen RulePen(Qt::PenStyle style = Qt::SolidLine) {
-  QPen pen(kRule, 0, style);
+QPen RulePen() {
+  QPen pen(kRule, 0);
   pen.setCosmetic(true);
   return pen;
 }
@@ -99,37 +99,41 @@ FlowRules PrintedPages::Rules() const {
   return {.items = list ? source_.cards : source_.cards * SidesOfACard(), .height = Body().height, .alone = !list};
 }
 
-PrintedPages::FlowItem PrintedPages::LayOutItem(int item) {
-  const bool list = order_.form == PrintForm::List;
-  const PixelRect body = Body();
-  const int padding = list ? 2 * kRowPadding : 0;
-  FlowItem made;
-  const auto add = [&](int card, SideName name, PixelSize room, const SideFit& fit) {
-    FittedSide side = PrinterOf(name).Fit(source_.side(card, name), room, fit);
-    made.strips.push_back(CutIntoStrips(side.layout, room.height * 100 / side.percent));
-    for (size_t part = 0; part < made.strips.back().size(); ++part) {
-      const Strip& strip = made.strips.back()[part];
-      if (made.heights.size() <= part) made.heights.push_back(0);
-      made.heights[part] =
-          std::max(made.heights[part], LengthOnPaper(strip.bottom - strip.top, side.percent) + padding);
-    }
-    made.columns.push_back(std::move(side));
-  };
-  if (list) {
-    const PixelSize room = {(body.width - kGutter) / 2, body.height - padding};
-    for (const SideName name : {SideName::Front, SideName::Back}) {
-      add(item, name, room, {order_.percent, PrinterOf(name).LeastPercent(order_.percent), false});
-    }
-    return made;
+void PrintedPages::FlowItem::Add(FittedSide side, int room_height, int padding) {
+  strips.push_back(CutIntoStrips(side.layout, room_height * 100 / side.percent));
+  heights.resize(std::max(heights.size(), strips.back().size()));
+  for (size_t part = 0; part < strips.back().size(); ++part) {
+    const Strip& strip = strips.back()[part];
+    heights[part] = std::max(heights[part], LengthOnPaper(strip.bottom - strip.top, side.percent) + padding);
   }
-  const int card = item / SidesOfACard();
-  const SideName name = SideOf(item);
-  const PixelSize room = {body.width, body.height};
-  add(card, name, room, {std::max(order_.most_percent, order_.percent), order_.percent, true});
-  if (!made.columns.front().cut) return made;
-  made = {};
-  add(card, name, room, {order_.percent, PrinterOf(name).LeastPercent(order_.percent), false});
-  return made;
+  columns.push_back(std::move(side));
+}
+
+PrintedPages::FlowItem PrintedPages::LayOutRow(int card) {
+  constexpr int kPadding = 2 * kRowPadding;
+  const PixelRect body = Body();
+  const PixelSize room = {std::max((body.width - kGutter) / 2, 1), std::max(body.height - kPadding, 1)};
+  FlowItem row;
+  for (const SideName name : {SideName::Front, SideName::Back}) {
+    SidePrinter& printer = PrinterOf(name);
+    const SideFit fit = {order_.percent, printer.LeastPercent(order_.percent), false};
+    row.Add(printer.Fit(source_.side(card, name), room, fit), room.height, kPadding);
+  }
+  return row;
+}
+
+PrintedPages::FlowItem PrintedPages::LayOutLarge(int item) {
+  const PixelSize room = {Body().width, Body().height};
+  SidePrinter& printer = PrinterOf(SideOf(item));
+  const auto fit = [&](const SideFit& how) {
+    return printer.Fit(source_.side(item / SidesOfACard(), SideOf(item)), room, how);
+  };
+  FittedSide side = fit({std::max(order_.most_percent, order_.percent), order_.percent, true});
+  // What does not fit goes on on the next page.
+  if (side.cut) side = fit({order_.percent, printer.LeastPercent(order_.percent), false});
+  FlowItem large;
+  large.Add(std::move(side), room.height, 0);
+  return large;
 }
 
 const FlowPage& PrintedPages::Fill(int page) {
@@ -139,7 +143,8 @@ const FlowPage& PrintedPages::Fill(int page) {
   std::erase_if(items_, [&](const auto& item) { return item.first != start.item; });
   page_ = FillPage(start, Rules(), [this](int item) {
     const auto known = items_.find(item);
-    return known != items_.end() ? known->second.heights : (items_[item] = LayOutItem(item)).heights;
+    if (known != items_.end()) return known->second.heights;
+    return (items_[item] = order_.form == PrintForm::List ? LayOutRow(item) : LayOutLarge(item)).heights;
   });
   filled_ = page;
   return page_;
@@ -213,7 +218,7 @@ void PrintedPages::PaintSheet(QPainter& painter, int page) {
     const PixelRect cell = sheet.Cell(side == SideName::Front ? n : sheet.Behind(n));
     PaintCard(painter, cell, first + n, side);
     if (side == SideName::Back && order_.sides == PrintSides::Both) continue;
-    painter.setPen(RulePen(Qt::DashLine));
+    painter.setPen(RulePen());
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(cell.left, cell.top, cell.width, cell.height);
   }

@@ -70,10 +70,12 @@ class PrintedPages {
   void SetPictureObserver(std::function<void()> read);
 
  private:
+  // The sides of an item beside each other, each cut into strips.
   struct FlowItem {
     std::vector<FittedSide> columns;
     std::vector<std::vector<Strip>> strips;
-    std::vector<int> heights;
+    std::vector<int> heights;  // of the parts
+    void Add(FittedSide side, int room_height, int padding);
   };
 
   bool InFlow() const { return order_.form != PrintForm::Cards; }
@@ -83,7 +85,8 @@ class PrintedPages {
   CardSheet Sheet() const;
   PixelRect Body() const;
   FlowRules Rules() const;
-  FlowItem LayOutItem(int item);
+  FlowItem LayOutRow(int card);
+  FlowItem LayOutLarge(int item);
   const FlowPage& Fill(int page);
   void PaintFlow(QPainter& painter, int page);
   void PaintListPart(QPainter& painter, const FlowPart& part, const FlowItem& item);

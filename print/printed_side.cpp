@@ -8,12 +8,11 @@
 #include "widgets/painter.h"
 #include "widgets/picture_store.h"
 #include "widgets/qt_measurer.h"
+#include "widgets/shown_side.h"
 #include "widgets/side_look.h"
 
 namespace tessaro {
 namespace {
-
-constexpr size_t kMostSideBytes = 1 << 20;
 
 // Chosen for coloured paper, the letters may be too light for white.
 SideLook ForPaper(SideLook look) {
@@ -37,10 +36,10 @@ int SidePrinter::LeastPercent(int most) const {
 }
 
 FittedSide SidePrinter::Fit(std::string_view side, PixelSize room, const SideFit& fit) {
+  const std::string shown = ShownSide(side);
   const auto lay_out = [&](PixelSize frame, bool in_height) {
     static const std::function<ColourClass(int64_t)> kAllBlue;
     QtMeasurer measurer(texts_, pictures_, kAllBlue, {frame.width - 2 * kPageMargin, frame.height - 2 * kPageMargin});
-    const std::string_view shown = side.substr(0, kMostSideBytes);
     return in_height ? LayOutWithin(shown, frame, points_, measurer) : LayOut(shown, frame, points_, measurer);
   };
   return FitSide(lay_out, room, fit);

@@ -25,7 +25,6 @@ class SidePrinter {
   int points() const { return points_; }
   // The least percentage, at most `most`, in which the letters of the side can still be read.
   int LeastPercent(int most) const;
-  // A side of more than a megabyte is cut off there.
   FittedSide Fit(std::string_view side, PixelSize room, const SideFit& fit);
   // Draws a strip of the side with its upper left corner in `place`.
   void Paint(QPainter& painter, const FittedSide& side, const Strip& strip, QPoint place);

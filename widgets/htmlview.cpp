@@ -17,6 +17,7 @@
 #include "hypertext/plain_text.h"
 #include "widgets/htmlview_state.h"
 #include "widgets/painter.h"
+#include "widgets/shown_side.h"
 #include "widgets/side_accessible.h"
 #include "widgets/text.h"
 #include "widgets/video_screen.h"
@@ -25,11 +26,9 @@ namespace tessaro {
 namespace {
 
 constexpr QSize kInitialSize = {499, 319};
-constexpr int kLettersPerLine = 75;     // longer lines are hard to read
-constexpr int kLeastPicture = 16;       // pictures are not made smaller to fit
-constexpr int kItemsAtOnce = 2000;      // of a side, laid out before it is shown
-constexpr size_t kMostBytes = 1 << 20;  // of a side
-constexpr const char* kCutNote = "<br><br>[Hier abgeschnitten: Die Seite ist zu lang.]";
+constexpr int kLettersPerLine = 75;  // longer lines are hard to read
+constexpr int kLeastPicture = 16;    // pictures are not made smaller to fit
+constexpr int kItemsAtOnce = 2000;   // of a side, laid out before it is shown
 
 int PointsOf(const QFont& font) {
   return font.pointSize() > 0 ? font.pointSize() : QFontInfo(font).pointSize();
@@ -140,8 +139,7 @@ CodePage TFrameHtml::page() const {
 
 void TFrameHtml::ShowSide(std::string_view side, const SideLook& look) {
   State& state = *state_;
-  state.side = side.substr(0, kMostBytes);
-  if (side.size() > kMostBytes) state.side += kCutNote;
+  state.side = ShownSide(side);
   state.look = look;
   state.texts.SetFont(look.font, state.zoom, look.page);
   state.pictures.Forget();

@@ -1,8 +1,16 @@
+#include <QCheckBox>
 #include <QComboBox>
 #include <QImage>
 #include <QPainter>
+#include <QPrinterInfo>
+#include <QSpinBox>
+#include <QStandardItemModel>
 
+#include "edit/wned.h"
+#include "edit/wnsuch.h"
+#include "edit/wntab.h"
 #include "print/dlprint.h"
+#include "print/page_view.h"
 #include "tests/app/main_window_fixture.h"
 #include "tests/support/temporary_folder.h"
 #include "widgets/text.h"
@@ -12,9 +20,25 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+using Cards = std::vector<std::array<std::string, 2>>;
+
 constexpr PixelSize kPaper = {794, 1123};
 
-// The part of a page that is not white.
+PrintSource SourceOf(const Cards& cards, const QColor& ink = Qt::black) {
+  const SideLook look = {QFont(u"DejaVu Sans"_s, 12), ink, Qt::white};
+  return {.cards = static_cast<int>(cards.size()),
+          .side = [cards](int card, SideName side) -> std::string_view {
+            return cards[static_cast<size_t>(card)][side == SideName::Front ? 0 : 1];
+          },
+          .front = look,
+          .back = look};
+}
+
+PrintOrder OrderOf(PrintForm form, PrintSides sides = PrintSides::Both) {
+  return {.form = form, .sides = sides, .columns = 2, .rows = 5, .paper = kPaper, .margin = 30};
+}
+
+// The part of a page that letters, pictures and marks stand on.
 QRect Ink(PrintedPages& pages, int page) {
   QImage image(kPaper.width, kPaper.height, QImage::Format_RGB32);
   image.fill(Qt::white);
@@ -31,33 +55,221 @@ QRect Ink(PrintedPages& pages, int page) {
   return ink;
 }
 
-PrintSource Source(std::vector<std::array<std::string, 2>> cards) {
-  const SideLook look = {QFont(u"DejaVu Sans"_s, 12), Qt::black, Qt::white};
-  const int count = static_cast<int>(cards.size());
-  return {.cards = count,
-          .side = [cards = std::move(cards)](int card, SideName side) -> std::string_view {
-            return cards[static_cast<size_t>(card)][side == SideName::Front ? 0 : 1];
-          },
-          .front = look,
-          .back = look};
+QRect CellOf(int n) {
+  const PixelRect cell = CardSheet{kPaper, 30, 2, 5}.Cell(n);
+  return {cell.left, cell.top, cell.width, cell.height};
+}
+
+std::string Lines(int count) {
+  std::string lines;
+  for (int n = 0; n < count; ++n) lines += "Zeile<br>";
+  return lines;
 }
 
 TEST(PrintedPages, HaveTheBackOfACardBehindItsFront) {
-  const PrintOrder order = {.form = PrintForm::Cards, .columns = 2, .rows = 5, .paper = kPaper, .margin = 30};
-  const CardSheet sheet = {kPaper, 30, 2, 5};
-  std::vector<std::array<std::string, 2>> cards(14);
+  Cards cards(14);
   cards[13] = {"<b>front</b>", "<b>back</b>"};
-  PrintedPages pages(Source(cards), order);
+  PrintedPages pages(SourceOf(cards, Qt::yellow), OrderOf(PrintForm::Cards));
   ASSERT_EQ(pages.Count(), 4);
   EXPECT_TRUE(Ink(pages, 1).isEmpty());
-  const auto cell = [&](int n) {
-    const PixelRect rect = sheet.Cell(n);
-    return QRect(rect.left, rect.top, rect.width, rect.height);
-  };
   const QRect front = Ink(pages, 2);
   const QRect back = Ink(pages, 3);
-  EXPECT_TRUE(!front.isEmpty() && cell(3).contains(front));
-  EXPECT_TRUE(!back.isEmpty() && cell(2).contains(back));
+  EXPECT_TRUE(!front.isEmpty() && CellOf(3).contains(front));
+  EXPECT_TRUE(!back.isEmpty() && CellOf(2).contains(back));
+  PrintedPages backs(SourceOf(cards), OrderOf(PrintForm::Cards, PrintSides::Backs));
+  EXPECT_EQ(backs.Count(), 2);
+  EXPECT_TRUE(CellOf(2).contains(Ink(backs, 1)));
+}
+
+TEST(PrintedPages, MarkACardThatDoesNotHoldItsSide) {
+  const QRect corner(CellOf(0).bottomRight() - QPoint(14, 14), QSize(16, 16));
+  const struct {
+    std::string side;
+    bool marked;
+  } kCases[] = {{Lines(4), false}, {Lines(12), false}, {Lines(100), true}, {std::string(5000, 'x'), true}};
+  for (const auto& [side, marked] : kCases) {
+    PrintedPages pages(SourceOf({{side, ""}}), OrderOf(PrintForm::Cards));
+    const QRect ink = Ink(pages, 0);
+    EXPECT_TRUE(CellOf(0).contains(ink)) << side.size();
+    EXPECT_EQ(corner.contains(ink.bottomRight()), marked) << side.size();
+  }
+}
+
+TEST(PrintedPages, LoseNothingOfALongSide) {
+  const struct {
+    PrintForm form;
+    std::string front;
+    int pages;
+  } kCases[] = {{PrintForm::List, Lines(10), 1},
+                {PrintForm::List, Lines(100), 3},
+                {PrintForm::Large, Lines(10), 2},
+                {PrintForm::Large, Lines(100), 4}};
+  for (const auto& [form, front, count] : kCases) {
+    PrintedPages pages(SourceOf({{front, "x"}}), OrderOf(form));
+    while (pages.FindPage()) EXPECT_FALSE(Ink(pages, pages.Count() - 1).isEmpty());
+    EXPECT_EQ(pages.Count(), count) << static_cast<int>(form) << " " << front.size();
+  }
+}
+
+TEST(PrintedPages, LayOutNoMoreThanIsLookedAt) {
+  int asked = 0;
+  PrintSource source = SourceOf({});
+  source.cards = 999'990;
+  source.side = [&asked](int, SideName) {
+    ++asked;
+    return std::string_view("Wort");
+  };
+  PrintedPages list(source, OrderOf(PrintForm::List));
+  (void)Ink(list, 0);
+  EXPECT_LT(asked, 200);
+  EXPECT_FALSE(list.AllKnown());
+  EXPECT_TRUE(list.FindPage());
+  EXPECT_GT(list.CardsBefore(1), 10);
+  asked = 0;
+  PrintedPages cut(source, OrderOf(PrintForm::Cards));
+  EXPECT_EQ(cut.Count(), 2 * 99'999);
+  (void)Ink(cut, cut.Count() - 1);
+  EXPECT_EQ(asked, 10);
+}
+
+TEST(Pdf, TakesTheOldFilesPlaceOnlyWhenItIsWhole) {
+  const TemporaryFolder folder;
+  const QString path = FromPath(folder.path() / "karten.pdf");
+  PrintedPages pages(SourceOf(Cards(25, {"a", "b"})), OrderOf(PrintForm::Cards));
+  const auto write = [&](const QString& to, int most) {
+    return WritePdf(to, QPageLayout(), pages, u"x"_s, [most](int page) { return page < most; });
+  };
+  const auto content = [&] { return ReadFile(RealDisk(), ToPath(path)).value_or(""); };
+  EXPECT_EQ(write(path, 3), OutputEnd::Cancelled);
+  EXPECT_EQ(content(), "");
+  EXPECT_EQ(write(path, 99), OutputEnd::Done);
+  const std::string whole = content();
+  EXPECT_NE(whole.find("/Count 6"), std::string::npos);
+  EXPECT_EQ(write(path, 3), OutputEnd::Cancelled);
+  EXPECT_EQ(content(), whole);
+  EXPECT_EQ(write(FromPath(folder.path() / "missing" / "karten.pdf"), 99), OutputEnd::Failed);
+  EXPECT_EQ(write(FromPath(folder.path()), 99), OutputEnd::Failed);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+}
+
+class PrintDialog : public MainWindow {
+ protected:
+  void Drive(const std::function<void(TF_dlprint&)>& act) {
+    DriveDialog<TF_dlprint>([this] { Trigger(u"DruckenExecute"_s); }, act);
+  }
+  static QComboBox& Box(TF_dlprint& dialog, const char16_t* name) {
+    return Control<QComboBox>(dialog, QString::fromUtf16(name));
+  }
+  static QString State(TF_dlprint& dialog) {
+    QTest::qWait(20);
+    return Control<QLabel>(dialog, u"LabelStand"_s).text();
+  }
+};
+
+TEST_F(PrintDialog, OffersTheCardsThatThereAre) {
+  Open(kCards);
+  const auto choose = [](TF_dlprint& dialog, CardChoice choice) {
+    Box(dialog, u"ComboBoxKarten").setCurrentIndex(static_cast<int>(choice));
+    return State(dialog);
+  };
+  const auto offers = [](TF_dlprint& dialog, CardChoice choice) {
+    const auto* model = qobject_cast<QStandardItemModel*>(Box(dialog, u"ComboBoxKarten").model());
+    return model->item(static_cast<int>(choice))->isEnabled();
+  };
+  Drive([&](TF_dlprint& dialog) {
+    EXPECT_EQ(State(dialog), u"4 Karten auf eine Seite"_s);
+    Control<QCheckBox>(dialog, u"CheckBoxNavigation"_s).setChecked(true);
+    EXPECT_EQ(State(dialog), u"5 Karten auf eine Seite"_s);
+    EXPECT_EQ(choose(dialog, CardChoice::Due), u"eine Karte auf eine Seite"_s);
+    EXPECT_FALSE(offers(dialog, CardChoice::Found) || offers(dialog, CardChoice::Marked) ||
+                 offers(dialog, CardChoice::Shown));
+  });
+  clock.now = 0;
+  // It begins with what was chosen the last time.
+  Drive([&](TF_dlprint& dialog) {
+    EXPECT_EQ(State(dialog), u"0 Karten"_s);
+    EXPECT_FALSE(Control<QPushButton>(dialog, u"BitBtnDrucken"_s).isEnabled());
+    EXPECT_EQ(choose(dialog, CardChoice::All), u"5 Karten auf eine Seite"_s);
+  });
+  program.OpenSearch();
+  TF_wned& editor = *OpenWindows<TF_wned>().at(0);
+  TF_wnsuch& search = *OpenWindows<TF_wnsuch>().at(0);
+  Control<QLineEdit>(search, u"EditString1"_s).setText(u"Start"_s);
+  QTest::mouseClick(&Control<QPushButton>(search, u"BitBtnStart"_s), Qt::LeftButton);
+  search.close();
+  program.OpenTable();
+  TF_wntab& table = *OpenWindows<TF_wntab>().at(0);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&table));
+  QTest::keyClick(&Control<QTableView>(table, u"StringGridTab"_s), Qt::Key_A, Qt::ControlModifier);
+  DriveDialog<TF_dlprint>([&] { QTest::keyClick(&table, Qt::Key_P, Qt::ControlModifier); },
+                          [&](TF_dlprint& dialog) {
+                            EXPECT_EQ(dialog.parentWidget(), &table);
+                            EXPECT_EQ(Box(dialog, u"ComboBoxKarten").currentText(), u"Markierte Karten"_s);
+                            EXPECT_EQ(State(dialog), u"5 Karten auf eine Seite"_s);
+                            EXPECT_EQ(choose(dialog, CardChoice::Found), u"eine Karte auf eine Seite"_s);
+                            EXPECT_EQ(choose(dialog, CardChoice::Shown), u"eine Karte auf eine Seite"_s);
+                          });
+  editor.close();
+}
+
+TEST_F(PrintDialog, LeafsByKeysWhereverTheFocusIs) {
+  Open(Numbered(60, NewCard));
+  InLetters(1.5, [&] {
+    Drive([&](TF_dlprint& dialog) {
+      Box(dialog, u"ComboBoxForm").setCurrentIndex(1);
+      EXPECT_EQ(State(dialog), u"60 Karten auf 16 Seiten"_s);
+      ExpectWholeLabels(dialog);
+      EXPECT_LE(dialog.minimumSizeHint().width(), 1024);
+      EXPECT_LE(dialog.minimumSizeHint().height(), 660);
+      const auto& page = Control<PageView>(dialog, u"Blatt"_s);
+      const struct {
+        Qt::Key key;
+        Qt::KeyboardModifiers with;
+        int page;
+      } kKeys[] = {{Qt::Key_PageDown, Qt::NoModifier, 1},
+                   {Qt::Key_PageUp, Qt::NoModifier, 0},
+                   {Qt::Key_PageUp, Qt::NoModifier, 0},
+                   {Qt::Key_End, Qt::ControlModifier, 15},
+                   {Qt::Key_Home, Qt::ControlModifier, 0}};
+      for (QWidget* focus : std::initializer_list<QWidget*>{&Box(dialog, u"ComboBoxForm"),
+                                                            &Control<QSpinBox>(dialog, u"SpinBoxSchrift"_s)}) {
+        focus->setFocus();
+        for (const auto& [key, with, shown] : kKeys) {
+          // A field to type in has its own use for the ends.
+          if (with != Qt::NoModifier && qobject_cast<QSpinBox*>(focus) != nullptr) continue;
+          QTest::keyClick(focus, key, with);
+          EXPECT_EQ(page.page(), shown) << key;
+        }
+      }
+      EXPECT_EQ(Box(dialog, u"ComboBoxForm").currentIndex(), 1);
+    });
+  });
+}
+
+TEST_F(PrintDialog, OffersAPdfWhereThereIsNoPrinter) {
+  if (!QPrinterInfo::availablePrinterNames().isEmpty()) GTEST_SKIP() << "there is a printer";
+  const TemporaryFolder folder;
+  Open(kCards);
+  const auto print = [](TF_dlprint& dialog) {
+    QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnDrucken"_s), Qt::LeftButton);
+    return State(dialog);
+  };
+  Drive([&](TF_dlprint& dialog) {
+    messages.answers = {Answer::Yes, Answer::No};
+    messages.files = {FromPath(folder.path() / "a")};
+    EXPECT_EQ(print(dialog), u"Gespeichert: a.pdf"_s);
+    EXPECT_EQ(messages.asked.size(), 1);
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / "a.pdf"));
+    // The name is asked about when its ending made it that of another file.
+    messages.asked.clear();
+    messages.files = {FromPath(folder.path() / "a")};
+    QTest::keyClick(&dialog, Qt::Key_S, Qt::ControlModifier);
+    EXPECT_EQ(messages.asked.size(), 1);
+    messages.files = {FromPath(folder.path() / "missing" / "b.pdf")};
+    QTest::keyClick(&dialog, Qt::Key_S, Qt::ControlModifier);
+    ASSERT_EQ(messages.errors.size(), 1);
+    EXPECT_EQ(State(dialog), u"4 Karten auf eine Seite"_s);
+  });
 }
 
 }  // namespace
