@@ -17,7 +17,7 @@ FlowPage FillPage(FlowPlace start, const FlowRules& rules, const std::function<s
     top += std::max(height, 1);
     const bool ends = page.next.part + 1 == static_cast<int>(parts.size());
     page.next = ends ? FlowPlace{page.next.item + 1, 0} : FlowPlace{page.next.item, page.next.part + 1};
-    if (!ends || rules.alone) break;
+    if (rules.alone) break;
   }
   return page;
 }

@@ -50,7 +50,7 @@ TEST(CardChoice, CallsDueWhatTheStartPageCounts) {
   MemoryDisk disk;
   CardFile file{disk};
   std::vector<TestCard> cards = Numbered(3000, [&](int number) {
-    TestCard card = KnownCard(number, static_cast<int64_t>(chance() % 4) * 100, static_cast<int64_t>(chance() % 700));
+    TestCard card = KnownCard(number, static_cast<int64_t>(chance() % 5) * 100, static_cast<int64_t>(chance() % 700));
     if (chance() % 5 == 0) card.yes_no_row = Letters("f");
     if (chance() % 9 == 0) card.question = "<navigation>";
     if (chance() % 9 == 0) card.answer = "<+++>";
@@ -58,7 +58,8 @@ TEST(CardChoice, CallsDueWhatTheStartPageCounts) {
     return card;
   });
   OpenTestFile(disk, file, cards);
-  const DueAt at = {.parameters = {}, .now = kNow};
+  DueAt at = {.parameters = {}, .now = kNow};
+  at.parameters.max_time = 200;
   const auto due = ChosenCards(file, CardChoice::Due, {}, false, at);
   EXPECT_GT(due->size(), 500U);
   EXPECT_EQ(static_cast<int64_t>(due->size()), FiguresOf(file, at.parameters, at.now).due);

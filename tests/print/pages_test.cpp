@@ -110,6 +110,7 @@ TEST(PageFlow, BreaksPagesBetweenItems) {
       {"a full page", {{60}, {40}, {1}}, false, "0@0 1@60 | 2@0 | "},
       {"does not fit below", {{60}, {41}, {59}}, false, "0@0 | 1@0 2@41 | "},
       {"longer than a page", {{10}, {100, 30}, {60}, {20}}, false, "0@0 | 1@0 | 1'@0 2@30 | 3@0 | "},
+      {"longer than a page, with a short first part", {{10}, {50, 60}}, false, "0@0 | 1@0 | 1'@0 | "},
       {"at the top it begins at once", {{100, 100, 5}, {95}}, false, "0@0 | 0'@0 | 0'@0 1@5 | "},
       {"two of them", {{100, 10}, {100, 10}}, false, "0@0 | 0'@0 | 1@0 | 1'@0 | "},
       {"one that is higher than it may be", {{150}, {10}}, false, "0@0 | 1@0 | "},

@@ -1,7 +1,9 @@
+#include <QBuffer>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QImage>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QPrinterInfo>
 #include <QSpinBox>
 #include <QStandardItemModel>
@@ -152,6 +154,21 @@ TEST(Pdf, TakesTheOldFilesPlaceOnlyWhenItIsWhole) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }
 
+TEST(Pdf, HasThePagesThatWereAskedFor) {
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  {
+    QPdfWriter writer(&buffer);
+    PrintedPages pages(SourceOf(Cards(25, {"a", "b"})), OrderOf(PrintForm::Cards));
+    std::vector<int> asked;
+    EXPECT_EQ(
+        PrintPages(writer, pages, QPageRanges::fromString(u"2-3,5"_s), [&](int n) { return asked.push_back(n), true; }),
+        OutputEnd::Done);
+    EXPECT_EQ(asked, (std::vector{0, 1, 2, 3, 4}));
+  }
+  EXPECT_TRUE(buffer.data().contains("/Count 3"));
+}
+
 class PrintDialog : public MainWindow {
  protected:
   void Drive(const std::function<void(TF_dlprint&)>& act) {
@@ -209,6 +226,13 @@ TEST_F(PrintDialog, OffersTheCardsThatThereAre) {
                             EXPECT_EQ(choose(dialog, CardChoice::Found), u"eine Karte auf eine Seite"_s);
                             EXPECT_EQ(choose(dialog, CardChoice::Shown), u"eine Karte auf eine Seite"_s);
                           });
+  table.close();
+  // Those marked for deletion are not printed, and stay all the same.
+  (void)program.file().deletion_marks().Exchange({2, 3});
+  Drive([&](TF_dlprint& dialog) {
+    EXPECT_EQ(choose(dialog, CardChoice::All), u"3 Karten auf eine Seite"_s);
+    EXPECT_EQ(program.file().CardCount(), 5);
+  });
   editor.close();
 }
 
