@@ -11,6 +11,9 @@ TF_dlprogress::TF_dlprogress(QWidget* parent) : QDialog(parent), ui_(std::make_u
   ui_->setupUi(this);
   setWindowFlag(Qt::WindowCloseButtonHint, false);
   ui_->ButtonCancel->hide();
+  // Keys that were meant for what was there before must not end the work: the focus is on no button.
+  setFocusPolicy(Qt::StrongFocus);
+  setFocus();
   connect(ui_->ButtonCancel, &QPushButton::clicked, this, &TF_dlprogress::reject);
 }
 

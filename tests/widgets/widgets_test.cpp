@@ -57,6 +57,9 @@ TEST(LongWork, IsEndedByItsDialogOnlyWhereItAllowsIt) {
     auto* dialog = window.findChild<TF_dlprogress*>();
     ASSERT_NE(dialog, nullptr);
     EXPECT_EQ(Control<QPushButton>(*dialog, u"ButtonCancel"_s).isVisible(), allowed);
+    QApplication::setActiveWindow(dialog);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) QTest::keyClick(dialog->focusWidget(), key);
+    EXPECT_TRUE(work.GoesOn(15)) << "keys that were meant for the window before";
     QTest::keyClick(dialog, Qt::Key_Escape);
     EXPECT_TRUE(dialog->isVisible()) << "until the work has ended";
     EXPECT_EQ(work.GoesOn(20), !allowed);
