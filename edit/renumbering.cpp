@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "cards/card_reader.h"
+#include "cards/link_rewriting.h"
 #include "cards/navigation.h"
 #include "edit/landmark_settings.h"
-#include "edit/link_rewriting.h"
 #include "edit/overview_cards.h"
 #include "hypertext/markup.h"
 #include "store/table/card_columns.h"

@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "cards/card_edit.h"
+#include "cards/link_rewriting.h"
 #include "hypertext/markup.h"
-#include "platform/code_page.h"
 #include "store/file/safe_save.h"
 #include "store/table/card_columns.h"
 
@@ -26,34 +26,6 @@ Numbers NumbersOf(const CardFile& file, const std::vector<TakenCard>& taken) {
     numbers.emplace(card.source_number, LeadingNumber(file.cards().Peek(file.columns().id, card.target_row)));
   }
   return numbers;
-}
-
-// Where the value of the next link begins; npos when there is none.
-size_t NextLink(std::string_view side, size_t from) {
-  constexpr std::string_view kBefore = "href=\"";
-  for (size_t at = side.find('=', from); at != std::string_view::npos; at = side.find('=', at + 1)) {
-    const size_t start = at + 2 - std::min(kBefore.size(), at + 2);
-    if (EqualIgnoringCase(side.substr(start, at + 2 - start), kBefore)) return at + 2;
-  }
-  return std::string_view::npos;
-}
-
-// The side with its links rewritten; nothing when none of them is.
-std::optional<std::string> Rewrite(std::string_view side, const Numbers& numbers, TakenLinks& links) {
-  std::string text;
-  size_t done = 0;
-  for (size_t at = NextLink(side, 0); at != std::string_view::npos; at = NextLink(side, at)) {
-    const size_t end = std::min(side.find('"', at), side.size());
-    const std::optional<uint32_t> number = DigitsOnly(side.substr(at, end - at));
-    if (!number || *number == 0 || end == side.size()) continue;
-    const auto found = numbers.find(*number);
-    ++(found == numbers.end() ? links.left : links.rewritten);
-    if (found == numbers.end()) continue;
-    text.append(side, done, at - done).append(IdText(found->second));
-    done = end;
-  }
-  if (done == 0) return std::nullopt;
-  return text.append(side, done);
 }
 
 // The media files that a side names.
@@ -91,10 +63,15 @@ TakenLinks RewriteTakenLinks(CardFile& file, const std::vector<TakenCard>& taken
   std::sort(rows.begin(), rows.end());
   rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
   TakenLinks links;
+  const NumberMap new_number = [&](int64_t number) -> std::optional<int64_t> {
+    const auto found = numbers.find(number);
+    ++(found == numbers.end() ? links.left : links.rewritten);
+    return found == numbers.end() ? std::nullopt : std::optional(found->second);
+  };
   CardCommand command;
   for (const int row : rows) {
     for (const int column : {file.columns().question, file.columns().answer}) {
-      const std::optional<std::string> side = Rewrite(file.cards().Peek(column, row), numbers, links);
+      const std::optional<std::string> side = RewriteLinks(file.cards().Peek(column, row), new_number);
       if (side) command.Replace(row, {{column, *side}});
     }
   }

@@ -5,9 +5,9 @@
 #include <array>
 #include <random>
 
+#include "cards/link_rewriting.h"
 #include "edit/character_table.h"
 #include "edit/link_making.h"
-#include "edit/link_rewriting.h"
 #include "edit/picture_cards.h"
 #include "edit/tag_spans.h"
 #include "edit/topics.h"

@@ -1,8 +1,7 @@
-#include "edit/link_rewriting.h"
+#include "cards/link_rewriting.h"
 
 #include <algorithm>
 
-#include "edit/overview_cards.h"
 #include "hypertext/markup.h"
 #include "platform/code_page.h"
 #include "store/table/card_columns.h"
