@@ -53,7 +53,10 @@ TEST_F(DeckCheckTest, FindsWhatIsWrongWithNumbersAndLinks) {
       {{Card("000001"), Card("000002")}, ""},
       {{Card("000001"), Card("000002"), Card("000001"), Card("1")}, "D+4/1 D+5/1"},
       {{Card("abc"), Card("#1"), Card("#1"), Card("2#")}, "I+2"},
-      {{Card("1234567"), Card("1234567")}, "D3/1234567"},  // no free number that links can lead to
+      {{Card("999989"), Card("999989"), Card("x")}, "D+3/999989 I+4"},  // 999990 is the last that links can lead to
+      {{Card("999990", "<a href=\"999990\">x"), Card("x")}, "I3"},
+      {{Card("999990"), Card("999990")}, "D3/999990"},
+      {{Card("1234567"), Card("1234567")}, "D3/1234567"},
       {{Card("000001", "<a href=\"2\">x</a>", "<A HREF=\"000003\">y"), Card("000002")}, "L2/3"},
       {{Card("000001", "<a href=\"12345678\">x</a><a href=3>y</a>", "href=\"7\"")}, "L2"},
       {{Card("000001", "<navigation><a href=\"2\">x</a>", ""), Card("000002"), Card("000002")}, "D4/2"},

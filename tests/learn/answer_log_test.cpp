@@ -57,6 +57,7 @@ TEST_F(AnswerLogTest, OneAnswerByCardAndMarks) {
     std::string after;  // the unknown cards: one is another card
   } cases[] = {
       {"first known answer", NewCard(1), known, none, "logged 000000001 wff, 1 unknown"},
+      {"first answer wrong", NewCard(1), wrong, none, "logged 000000000 fff, 2 unknown"},
       {"wrong after known", KnownCard(1, 50, 500), wrong, none, "logged 000000000 fwf, 2 unknown"},
       {"wrong again", WrongCard(1), wrong, none, "logged 000000000 fff, 2 unknown"},
       {"known after wrong", WrongCard(1), known, none, "logged 000000001 wff, 1 unknown"},

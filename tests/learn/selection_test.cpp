@@ -311,6 +311,9 @@ TEST_F(LeitnerTest, CommandsFollowCountsAndLimits) {
   EXPECT_EQ(text(commands), "0110001");
   AllowAfterCount({}, limits, commands);
   EXPECT_TRUE(commands.learn[5]) << "box 6 stays allowed";
+  commands = {};
+  for (const int box : {3, 2}) AllowAfterLimitEdit(box, {0, {0, 0, 1}}, {}, commands);
+  EXPECT_EQ(text(commands), "0100000") << "box 2 has no cards";
 }
 
 TEST_F(LeitnerTest, OrderIsByNewestAnswerWithLateOnesLast) {
