@@ -8,12 +8,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/dlzeichen.h"
 #include "platform/code_page.h"
 #include "settings/keys.h"
 #include "settings/option_text.h"
-#include "store/file/ini_file.h"
+#include "store/file/card_file.h"
 #include "ui_dlopt.h"
 #include "widgets/htmlview.h"
+#include "widgets/long_work.h"
 #include "widgets/messages.h"
 #include "widgets/scroll_pages.h"
 #include "widgets/side_look.h"
@@ -45,16 +47,19 @@ TF_dlopt::TF_dlopt(OptionPlaces places, Messages& messages, QWidget* parent)
       messages_(messages),
       sides_{} {
   ui_->setupUi(this);
-  sides_[0] = {SideName::Front,    ui_->SchriftV,     ui_->GroesseV, ui_->HinweisGroesseV,
-               ui_->SchriftfarbeV, ui_->KartenfarbeV, ui_->MusterV,  {}};
-  sides_[1] = {SideName::Back,     ui_->SchriftH,     ui_->GroesseH, ui_->HinweisGroesseH,
-               ui_->SchriftfarbeH, ui_->KartenfarbeH, ui_->MusterH,  {}};
+  sides_[0] = {SideName::Front,      ui_->SchriftV,      ui_->GroesseV,
+               ui_->HinweisGroesseV, ui_->SchriftfarbeV, ui_->KartenfarbeV,
+               ui_->ZeichensatzV,    ui_->MusterV,       {}};
+  sides_[1] = {SideName::Back,       ui_->SchriftH,      ui_->GroesseH,
+               ui_->HinweisGroesseH, ui_->SchriftfarbeH, ui_->KartenfarbeH,
+               ui_->ZeichensatzH,    ui_->MusterH,       {}};
   for (Side& side : sides_) TieSide(side);
   const bool open = places_.card_file != nullptr;
   ui_->LabelKarten->setText(open ? u"Schrift und Farben dieser Kartei; jede Kartei hat ihre eigenen."_s
                                  : u"Schrift und Farben gehören zu einer Kartei. Öffnen Sie zuerst eine."_s);
   ui_->GruppeV->setEnabled(open);
   ui_->GruppeH->setEnabled(open);
+  TieCharacterSets();
   TieLearning();
   TieAnswers();
   TieFolders();
@@ -122,6 +127,39 @@ void TF_dlopt::ChooseColour(Side& side, int64_t SideSettings::*colour) {
   if (!chosen.isValid()) return;
   side.look.*colour = NumberFromColour(chosen);
   ShowSample(side);
+}
+
+// No fields like the others: the standard of the page leaves them, since with them the texts would change.
+void TF_dlopt::TieCharacterSets() {
+  for (const Side& side : sides_) {
+    side.character_set->addItems(CharacterSetNames());
+    if (places_.cards == nullptr) continue;
+    const CharacterSet set = ReadCharacterSet(places_.cards->settings(), side.name);
+    side.character_set->setCurrentIndex(static_cast<int>(set));
+    side.character_set->setDisabled(places_.cards->read_only());
+  }
+}
+
+bool TF_dlopt::AskForTexts() {
+  code_page_change_.reset();
+  if (places_.cards == nullptr) return true;
+  const auto chosen = [](const Side& side) {
+    return CodePage(static_cast<CharacterSet>(side.character_set->currentIndex()));
+  };
+  const SideCodePages to = {chosen(sides_[0]), chosen(sides_[1])};
+  if (to == ReadCodePages(places_.cards->settings())) return true;
+  LackingText lacking;
+  {
+    LongWork work(this, *places_.clock);
+    work.AllowCancel();
+    work.NextStage(u"Zeichen prüfen"_s, places_.cards->CardCount());
+    lacking = FindLacking(*places_.cards, to, [&work](int row) { return work.GoesOn(row); });
+  }
+  if (lacking.cancelled) return false;
+  TF_dlzeichen dialog(*places_.cards, to, lacking, this);
+  if (dialog.exec() != QDialog::Accepted) return false;
+  code_page_change_ = {to, dialog.convert()};
+  return true;
 }
 
 void TF_dlopt::TieLearning() {
@@ -224,6 +262,7 @@ void TF_dlopt::BitBtnOKClick() {
     wrong->setFocus();
     return;
   }
+  if (!AskForTexts()) return;
   fields_.Write(places_.program);
   if (places_.card_file != nullptr) file_fields_.Write(*places_.card_file);
   accept();

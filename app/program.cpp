@@ -15,6 +15,7 @@
 #include "app/program_options.h"
 #include "app/sample_files.h"
 #include "app/wnmain.h"
+#include "cards/code_page_change.h"
 #include "cards/deck_check.h"
 #include "cards/figures.h"
 #include "edit/wned.h"
@@ -25,6 +26,7 @@
 #include "learn/wnlern.h"
 #include "print/dlprint.h"
 #include "settings/keys.h"
+#include "widgets/long_work.h"
 #include "widgets/text.h"
 #include "widgets/video_screen.h"
 #include "widgets/wnmedia.h"
@@ -166,7 +168,9 @@ void Program::EndLearning() {
 
 void Program::ShowOptions() {
   const std::filesystem::path folder = file_.IsOpen() ? file_.paths().cards.parent_path() : std::filesystem::path();
-  TF_dlopt options({settings_.ini, file_.IsOpen() ? &file_.settings() : nullptr, folder, places_.backups},
+  const bool open = file_.IsOpen();
+  TF_dlopt options({settings_.ini, open ? &file_.settings() : nullptr, folder, places_.backups, open ? &file_ : nullptr,
+                    &machine_.clock},
                    machine_.messages, QApplication::activeWindow());
   if (media_window_ == nullptr) media_window_ = std::make_unique<TF_wnmedia>();
   connect(&options, &TF_dlopt::SoundWanted, media_window_.get(), &TF_wnmedia::PlaySound);
@@ -182,10 +186,38 @@ void Program::ShowOptions() {
   if (options.exec() != QDialog::Accepted) return;
   SaveSettings();
   if (file_.IsOpen()) (void)file_.SaveSettings();
+  if (options.code_page_change()) ChangeCodePages(*options.code_page_change());
   // Colours given at the start stay until others are chosen.
   if (appearance() != before) ApplyAppearance(settings_.ini);
   if (learning_window_ != nullptr) learning_window_->SettingsChanged();
   if (answer_modes_ != nullptr) answer_modes_->SettingsChanged();
+}
+
+void Program::ChangeCodePages(const CodePageChange& change) {
+  if (!StoreEdited(true)) return;
+  if (!change.convert) {
+    WriteCodePages(change.to, file_.settings());
+    (void)file_.SaveSettings();
+  } else if (ConvertCards(change.to)) {
+    (void)main_window_->FileSaveExecute();
+  }
+  if (editor_ != nullptr) editor_->SettingsChanged();
+}
+
+bool Program::ConvertCards(const SideCodePages& to) {
+  if (!main_window_->KeepState(main_window_.get())) return false;
+  ConversionEnd end = ConversionEnd::Failed;
+  {
+    LongWork work(main_window_.get(), machine_.clock);
+    work.AllowCancel();
+    work.NextStage(u"Texte umwandeln"_s, file_.CardCount());
+    end = ConvertTexts(file_, to, [&work](int row) { return work.GoesOn(row); });
+  }
+  if (end == ConversionEnd::Failed || end == ConversionEnd::Lacking) {
+    machine_.messages.Error(main_window_.get(),
+                            u"\nDie Texte konnten nicht umgewandelt werden.\nDie Kartei ist wie zuvor."_s);
+  }
+  return end == ConversionEnd::Done;
 }
 
 TF_wned& Program::Editor() {

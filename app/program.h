@@ -27,6 +27,8 @@ class TF_wnmain;
 class TF_wned;
 class TF_wnlern;
 class TF_wnmedia;
+struct CodePageChange;
+struct SideCodePages;
 
 // What the program asks of the machine and of its user; tests bring their own.
 struct Machine {
@@ -118,6 +120,9 @@ class Program : public QObject {
   void DeleteLater(std::unique_ptr<QWidget> window);
   TF_wned& Editor();
   void EndEditing();
+  void ChangeCodePages(const CodePageChange& change);
+  // False, and told: all is as it was.
+  bool ConvertCards(const SideCodePages& to);
 
   Machine machine_;
   ProgramPlaces places_;

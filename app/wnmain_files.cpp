@@ -9,6 +9,7 @@
 #include "app/program.h"
 #include "app/sample_files.h"
 #include "app/wnmain.h"
+#include "cards/code_page_change.h"
 #include "settings/keys.h"
 #include "settings/recent_files.h"
 #include "widgets/long_work.h"
@@ -122,6 +123,7 @@ bool TF_wnmain::LoadFile(const fs::path& chosen) {
     KeepBytesPerCard();
   }
   Tell(report, *path);
+  if (file_.IsOpen()) FinishConversion(file_);
   return report.result == OpenResult::Opened && file_.IsOpen();
 }
 
@@ -278,6 +280,7 @@ bool TF_wnmain::FileSaveExecute() {
   const SaveResult result = Write(cards, TellSpace(SaveKind::Plain, cards),
                                   [this](const StageObserver& observer) { return file_.Save(observer); });
   if (result != SaveResult::CardsFailed) KeepGeneration();
+  if (result == SaveResult::Saved) ForgetConversion(file_);
   return result == SaveResult::Saved;
 }
 
@@ -291,6 +294,7 @@ void TF_wnmain::FileSaveAsExecute() {
   const SaveResult result = Write(target, TellSpace(SaveKind::AnotherName, target),
                                   [&](const StageObserver& observer) { return file_.SaveAs(target, observer); });
   if (result != SaveResult::CardsFailed) KeepGeneration();
+  if (result == SaveResult::Saved) ForgetConversion(file_);
   AddRecentFile(program_.settings().ini, file_.paths().cards);
   ShowState();
   TellIfNotLocked();

@@ -52,10 +52,7 @@ CardOrder OrderOf(int column) {
 }  // namespace
 
 CardModel::CardModel(CardFile& file, QObject* parent)
-    : QAbstractTableModel(parent),
-      file_(file),
-      pages_(ReadCodePages(file.settings())),
-      watch_(file.watchers(), static_cast<CardWatcher&>(*this)) {}
+    : QAbstractTableModel(parent), file_(file), watch_(file.watchers(), static_cast<CardWatcher&>(*this)) {}
 
 int CardModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : CardReader(file_).Count();
@@ -84,9 +81,9 @@ QString CardModel::TextOf(int card_row, Column column) const {
     case Id:
       return FromBytes(cards.Id(card_row));
     case Front:
-      return PlainCell(cards.Question(card_row), pages_.front);
+      return PlainCell(cards.Question(card_row), ReadCodePages(file_.settings()).front);
     case Back:
-      return PlainCell(cards.Answer(card_row), pages_.back);
+      return PlainCell(cards.Answer(card_row), ReadCodePages(file_.settings()).back);
     case Retention:
       return RetentionText(std::max<int64_t>(cards.Score(card_row), 0));
     case LastAnswer: {
@@ -132,7 +129,8 @@ void CardModel::sort(int column, Qt::SortOrder order) {
   std::vector<int> card_rows;
   for (const QModelIndex& index : old) card_rows.push_back(CardRow(index.row()));
   const bool plain = OrderOf(column) == CardOrder::Row && order == Qt::AscendingOrder;
-  order_ = plain ? std::vector<int>() : OrderedRows(file_, pages_, OrderOf(column), order == Qt::DescendingOrder);
+  order_ = plain ? std::vector<int>()
+                 : OrderedRows(file_, ReadCodePages(file_.settings()), OrderOf(column), order == Qt::DescendingOrder);
   for (qsizetype i = 0; i < old.size(); ++i) {
     changePersistentIndex(old[i], index(ViewRow(card_rows[static_cast<size_t>(i)]), old[i].column()));
   }
@@ -140,7 +138,6 @@ void CardModel::sort(int column, Qt::SortOrder order) {
 }
 
 void CardModel::ShowAnew() {
-  pages_ = ReadCodePages(file_.settings());
   if (rowCount() > 0) Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, kColumns - 1));
 }
 

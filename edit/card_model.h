@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "platform/clock.h"
-#include "platform/side_code_page.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {
@@ -45,7 +44,6 @@ class CardModel : public QAbstractTableModel, private CardWatcher {
   QString TextOf(int card_row, Column column) const;
 
   CardFile& file_;
-  SideCodePages pages_;
   CardWatch watch_;
   std::vector<int> order_;  // card rows as the view has them; empty: that of the file
   Telling telling_ = Telling::Reset;

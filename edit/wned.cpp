@@ -321,9 +321,16 @@ void TF_wned::changeEvent(QEvent* event) {
   // Whoever goes to another window finds the card as it was typed. Who comes back may have set other fonts or saved
   // the cards under another name there.
   if (!isActiveWindow()) return KeepTyped();
+  SettingsChanged();
+}
+
+void TF_wned::SettingsChanged() {
+  const bool was_busy = std::exchange(busy_, true);
   sides_.ReadLooks(file_, settings_);
   sides_.ShowLooks(desk_.IsMarked(), file_.read_only());
   sides_.ShowPreview();
+  model_->ShowAnew();
+  busy_ = was_busy;
   ShowPosition();
 }
 

@@ -45,6 +45,8 @@ class TF_wned : public QMainWindow, private CardWatcher {
   void ShowSearch();
   void MNummerierenClick();
   void MHtmlAutoLink();
+  // Fonts, colours or character sets of the card file are others.
+  void SettingsChanged();
   // Whether anything of it is on screen.
   bool IsInUse() const;
   // What the search made last looks for; nothing when none was made.

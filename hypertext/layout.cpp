@@ -5,6 +5,7 @@
 
 #include "hypertext/line_builder.h"
 #include "hypertext/markup.h"
+#include "hypertext/writing_order.h"
 
 namespace tessaro {
 namespace {
@@ -40,7 +41,12 @@ PixelSize PictureSize(PixelSize own, int width, int height) {
 class SideLayout {
  public:
   SideLayout(std::string_view side, PixelSize frame, int start_points, Measurer& measurer, Layout& layout)
-      : reader_(side), measurer_(measurer), layout_(layout), lines_(frame, layout) {
+      : reader_(side),
+        measurer_(measurer),
+        layout_(layout),
+        page_(measurer.Page()),
+        lines_(frame, layout, page_),
+        breaks_(page_) {
     fonts_.push_back(std::clamp(start_points, kMinPoints, kMaxPoints));
     style_.points = fonts_.back();
   }
@@ -58,9 +64,10 @@ class SideLayout {
   void Take(MarkupItem& item) {
     switch (item.kind) {
       case Kind::Text:
-        return AddText(item.text, style_, ColourClass::Text, std::nullopt);
+        return AddWords(item.text);
       case Kind::Blank:
         lines_.EndWord();
+        if (page_.right_to_left()) return lines_.AddBlank(MakePiece(" ", style_, ColourClass::Text));
         return lines_.Advance(measurer_.Text(" ", style_).width, style_.underline);
       case Kind::WordEnd:
         return lines_.EndWord();
@@ -101,21 +108,51 @@ class SideLayout {
     style_.points = fonts_.back();
   }
 
+  LinePiece MakePiece(std::string_view text, const TextStyle& style, ColourClass colour) {
+    const TextExtent extent = measurer_.Text(text, style);
+    LinePiece piece;
+    piece.fragment = {.rect = {0, 0, extent.width, extent.height}, .text = std::string(text), .style = style};
+    piece.fragment.colour = colour;
+    piece.width = extent.width;
+    piece.height = extent.height;
+    piece.ascent = extent.ascent;
+    return piece;
+  }
+
+  // A text within a word. Where words have no blanks between them, a line may end behind each.
+  void AddWords(std::string_view text) {
+    size_t from = 0;
+    if (page_.set() == CharacterSet::Thai) {
+      for (const size_t at : breaks_.In(text)) {
+        AddText(text.substr(from, at - from), style_, ColourClass::Text, std::nullopt);
+        lines_.EndWord();
+        from = at;
+      }
+    }
+    AddText(text.substr(from), style_, ColourClass::Text, std::nullopt);
+  }
+
+  // A text whose letters do not all run in one direction, in parts that do.
+  void AddDirectedParts(std::string_view text, const TextStyle& style, ColourClass colour,
+                        std::optional<int32_t> target) {
+    for (const std::string_view part : DirectedParts(text, page_)) {
+      LinePiece piece = MakePiece(part, style, colour);
+      piece.in_link = target && part.data() != text.data();
+      if (target && !piece.in_link) piece.target = target;
+      piece.link_width = piece.width;
+      lines_.Add(std::move(piece));
+    }
+  }
+
   // A text of any length goes to the measurer, and later to the painter, in pieces that they can handle.
   void AddText(std::string_view text, const TextStyle& style, ColourClass colour, std::optional<int32_t> target) {
+    if (page_.right_to_left()) return AddDirectedParts(text, style, colour, target);
     int width = 0;
     pieces_.clear();
     do {
       const std::string_view part = text.substr(0, Measurer::kLongestPiece);
       text.remove_prefix(part.size());
-      const TextExtent extent = measurer_.Text(part, style);
-      LinePiece& piece = pieces_.emplace_back();
-      piece.fragment = {.rect = {0, 0, extent.width, extent.height}, .text = std::string(part), .style = style};
-      piece.fragment.colour = colour;
-      piece.width = extent.width;
-      piece.height = extent.height;
-      piece.ascent = extent.ascent;
-      width = std::min(width + extent.width, kMaxExtent);
+      width = std::min(width + pieces_.emplace_back(MakePiece(part, style, colour)).width, kMaxExtent);
     } while (!text.empty());
     pieces_.front().target = target;
     pieces_.front().link_width = width;
@@ -175,7 +212,9 @@ class SideLayout {
   MarkupItem item_;
   Measurer& measurer_;
   Layout& layout_;
+  CodePage page_;
   LineBuilder lines_;
+  WordBreaks breaks_;
   std::vector<int> fonts_;
   TextStyle style_;
   std::vector<LinePiece> pieces_;  // of the text at hand

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/side_code_page.h"
+
 namespace tessaro {
 
 struct PixelSize {
@@ -28,6 +30,7 @@ struct TextStyle {
   bool bold = false;
   bool italic = false;
   bool underline = false;
+  bool from_right = false;  // the letters run from right to left
   bool operator==(const TextStyle&) const = default;
 };
 
@@ -51,6 +54,8 @@ struct PictureFile {
 class Measurer {
  public:
   virtual ~Measurer() = default;
+  // Of the texts. Where their letters run from right to left, so do the lines.
+  virtual CodePage Page() const { return {}; }
   // Of "" the heights alone count. A long text is asked for in pieces of at most kLongestPiece bytes.
   static constexpr size_t kLongestPiece = 1000;
   virtual TextExtent Text(std::string_view text, const TextStyle& style) = 0;
@@ -70,6 +75,7 @@ struct Fragment {
   ColourClass colour = ColourClass::Text;
   bool framed = false;       // a frame of one pixel around the rectangle, in the link colour inside a link
   bool transparent = false;  // pictures: white is transparent
+  bool after_blank = false;  // of texts in lines that run from right to left: a blank stands before it
 };
 
 // Where a link is, borders included.

@@ -28,7 +28,7 @@ SideLook ForPaper(SideLook look) {
 
 SidePrinter::SidePrinter(const SideLook& look, PictureStore& pictures)
     : look_(ForPaper(look)), points_(std::max(QFontInfo(look.font).pointSize(), kMinPoints)), pictures_(pictures) {
-  texts_.SetFont(look_.font);
+  texts_.SetFont(look_.font, 1, look_.page);
 }
 
 int SidePrinter::LeastPercent(int most) const {

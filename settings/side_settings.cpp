@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include "store/file/ini_file.h"
 
@@ -17,6 +18,29 @@ constexpr int64_t kDotsPerInch = 96;
 
 // "Charset" of a font, by the set.
 constexpr std::array<int64_t, kCharacterSets> kCharsets = {0, 238, 204, 161, 162, 186, 177, 178, 222};
+
+constexpr std::string_view kPending = "UMWANDLUNG";
+struct PendingKeys {
+  std::string_view front;
+  std::string_view back;
+};
+constexpr PendingKeys kPendingFrom = {"AltV", "AltH"};
+constexpr PendingKeys kPendingTo = {"NeuV", "NeuH"};
+constexpr std::string_view kPendingSum = "Summe";
+
+CharacterSet SetOf(int64_t charset) {
+  const auto known = std::find(kCharsets.begin(), kCharsets.end(), charset);
+  return known == kCharsets.end() ? CharacterSet::Western : static_cast<CharacterSet>(known - kCharsets.begin());
+}
+
+int64_t CharsetOf(CodePage page) {
+  return kCharsets[static_cast<size_t>(page.set())];
+}
+
+SideCodePages ReadPages(const IniFile& settings, const PendingKeys& keys) {
+  return {CodePage(SetOf(settings.GetInt(kPending, keys.front, 0))),
+          CodePage(SetOf(settings.GetInt(kPending, keys.back, 0)))};
+}
 
 struct Sections {
   std::string_view font;
@@ -82,9 +106,7 @@ void RemoveSideSettings(SideName side, IniFile& settings) {
 }
 
 CharacterSet ReadCharacterSet(const IniFile& settings, SideName side) {
-  const int64_t charset = settings.GetInt(SectionsOf(side).font, "Charset", 0);
-  const auto known = std::find(kCharsets.begin(), kCharsets.end(), charset);
-  return known == kCharsets.end() ? CharacterSet::Western : static_cast<CharacterSet>(known - kCharsets.begin());
+  return SetOf(settings.GetInt(SectionsOf(side).font, "Charset", 0));
 }
 
 void WriteCharacterSet(CharacterSet set, SideName side, IniFile& settings) {
@@ -94,6 +116,32 @@ void WriteCharacterSet(CharacterSet set, SideName side, IniFile& settings) {
 
 SideCodePages ReadCodePages(const IniFile& settings) {
   return {CodePage(ReadCharacterSet(settings, SideName::Front)), CodePage(ReadCharacterSet(settings, SideName::Back))};
+}
+
+void WriteCodePages(const SideCodePages& pages, IniFile& settings) {
+  WriteCharacterSet(pages.front.set(), SideName::Front, settings);
+  WriteCharacterSet(pages.back.set(), SideName::Back, settings);
+}
+
+std::optional<PendingConversion> ReadPendingConversion(const IniFile& settings) {
+  std::string sum = settings.GetString(kPending, kPendingSum);
+  if (sum.empty()) return std::nullopt;
+  return PendingConversion{ReadPages(settings, kPendingFrom), ReadPages(settings, kPendingTo), std::move(sum)};
+}
+
+void WritePendingConversion(const PendingConversion& pending, IniFile& settings) {
+  settings.SetInt(kPending, kPendingFrom.front, CharsetOf(pending.from.front));
+  settings.SetInt(kPending, kPendingFrom.back, CharsetOf(pending.from.back));
+  settings.SetInt(kPending, kPendingTo.front, CharsetOf(pending.to.front));
+  settings.SetInt(kPending, kPendingTo.back, CharsetOf(pending.to.back));
+  settings.SetString(kPending, kPendingSum, pending.sum);
+}
+
+void RemovePendingConversion(IniFile& settings) {
+  for (const std::string_view key :
+       {kPendingFrom.front, kPendingFrom.back, kPendingTo.front, kPendingTo.back, kPendingSum}) {
+    settings.Remove(kPending, key);
+  }
 }
 
 }  // namespace tessaro

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "platform/side_code_page.h"
@@ -40,5 +41,16 @@ CharacterSet ReadCharacterSet(const IniFile& settings, SideName side);
 void WriteCharacterSet(CharacterSet set, SideName side, IniFile& settings);
 // Those that the texts of a card file are written in.
 SideCodePages ReadCodePages(const IniFile& settings);
+void WriteCodePages(const SideCodePages& pages, IniFile& settings);
+
+// A change of the code pages that also changes the texts, noted until both are on the disk.
+struct PendingConversion {
+  SideCodePages from;
+  SideCodePages to;
+  std::string sum;  // of the texts when they are changed
+};
+std::optional<PendingConversion> ReadPendingConversion(const IniFile& settings);
+void WritePendingConversion(const PendingConversion& pending, IniFile& settings);
+void RemovePendingConversion(IniFile& settings);
 
 }  // namespace tessaro

@@ -8,6 +8,10 @@
 
 namespace tessaro {
 
+CodePage QtMeasurer::Page() const {
+  return texts_.page();
+}
+
 TextExtent QtMeasurer::Text(std::string_view text, const TextStyle& style) {
   return texts_.Measure(text, style);
 }

@@ -17,6 +17,7 @@ class QtMeasurer : public Measurer {
   QtMeasurer(TextCache& texts, PictureStore& pictures, const std::function<ColourClass(int64_t)>& colours,
              PixelSize card)
       : texts_(texts), pictures_(pictures), colours_(colours), card_(card) {}
+  CodePage Page() const override;
   TextExtent Text(std::string_view text, const TextStyle& style) override;
   PictureFile Picture(std::string_view name) override;
   bool SoundExists(std::string_view name) override;

@@ -2,6 +2,7 @@
 
 #include <QTextLayout>
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "widgets/text_cache.h"
@@ -47,12 +48,14 @@ std::vector<QRect> SideSelection::Rects(const Layout& layout, TextCache& texts) 
   for (const Part& part : Parts(layout, texts)) {
     const int left = XOf(*part.fragment, part.from, texts);
     const int right = XOf(*part.fragment, part.to, texts);
-    rects.emplace_back(left, part.fragment->rect.top, right - left, part.fragment->rect.height);
+    rects.emplace_back(std::min(left, right), part.fragment->rect.top, std::abs(right - left),
+                       part.fragment->rect.height);
   }
   return rects;
 }
 
 QString SideSelection::Text(const Layout& layout, TextCache& texts) const {
+  const bool from_right = texts.page().right_to_left();
   QString text;
   int end = 0;
   int baseline = 0;
@@ -60,7 +63,7 @@ QString SideSelection::Text(const Layout& layout, TextCache& texts) const {
     const Fragment& fragment = *part.fragment;
     if (!text.isEmpty() && fragment.baseline != baseline) {
       text += u'\n';
-    } else if (!text.isEmpty() && fragment.rect.left > end) {
+    } else if (!text.isEmpty() && (from_right ? fragment.after_blank : fragment.rect.left > end)) {
       text += u' ';
     }
     const QTextLayout& letters = LettersOf(fragment, texts);

@@ -23,11 +23,12 @@ QString VisibleText(std::string_view bytes, CodePage page) {
   return text;
 }
 
-TextCache::Word Shape(std::string_view bytes, const QFont& font, CodePage page) {
+TextCache::Word Shape(std::string_view bytes, const QFont& font, CodePage page, bool from_right) {
   auto letters = std::make_unique<QTextLayout>(VisibleText(bytes, page), font);
   QTextOption option;
   option.setWrapMode(QTextOption::NoWrap);
   option.setFlags(QTextOption::IncludeTrailingSpaces);
+  if (page.right_to_left()) option.setTextDirection(from_right ? Qt::RightToLeft : Qt::LeftToRight);
   letters->setTextOption(option);
   letters->setCacheEnabled(true);
   letters->beginLayout();
@@ -64,11 +65,12 @@ const TextCache::Word& TextCache::Find(std::string_view text, const TextStyle& s
     font = &FontOf(style);
   }
   bytes_ += kBytesOfWord + text.size() * kBytesOfLetter;
-  return font->words.emplace(std::string(text), Shape(text, font->font, page_)).first->second;
+  return font->words.emplace(std::string(text), Shape(text, font->font, page_, style.from_right)).first->second;
 }
 
 TextCache::StyledFont& TextCache::FontOf(const TextStyle& style) {
-  const uint32_t key = static_cast<uint32_t>(style.points) << 2U | (style.bold ? 2U : 0U) | (style.italic ? 1U : 0U);
+  const uint32_t key = static_cast<uint32_t>(style.points) << 3U | (style.from_right ? 4U : 0U) |
+                       (style.bold ? 2U : 0U) | (style.italic ? 1U : 0U);
   const auto [place, is_new] = fonts_.try_emplace(key);
   StyledFont& styled = place->second;
   if (!is_new) return styled;

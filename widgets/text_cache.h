@@ -27,6 +27,7 @@ class TextCache {
 
   // Forgets everything when one of them is another. The zoom enlarges all sizes; `page` is that of the texts.
   void SetFont(const QFont& font, double zoom = 1, CodePage page = {});
+  CodePage page() const { return page_; }
   TextExtent Measure(std::string_view text, const TextStyle& style);
   // Valid until the next call of a member.
   const Word& Find(std::string_view text, const TextStyle& style);

@@ -16,7 +16,9 @@ struct FixedMeasurer : Measurer {
   std::set<std::string, std::less<>> sounds;
   std::map<int64_t, ColourClass> colours;
   size_t longest_text = 0;
+  CodePage page;
 
+  CodePage Page() const override { return page; }
   TextExtent Text(std::string_view text, const TextStyle& style) override {
     longest_text = std::max(longest_text, text.size());
     return {static_cast<int>(text.size()) * style.points / 2, style.points, style.points * 3 / 4};

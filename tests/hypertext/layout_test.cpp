@@ -24,7 +24,8 @@ void Dump(const Fragment& fragment, std::ostream& out) {
   }
   const PixelRect& rect = fragment.rect;
   out << rect.left << "," << rect.top << " " << rect.width << "x" << rect.height;
-  out << (fragment.style.bold ? " b" : "") << (fragment.style.italic ? " i" : "");
+  out << (fragment.style.from_right ? " <" : "") << (fragment.style.bold ? " b" : "")
+      << (fragment.style.italic ? " i" : "");
   out << (fragment.style.underline ? " u" : "") << (fragment.framed ? " framed" : "");
   out << (fragment.transparent ? " transparent" : "");
   if (fragment.colour != ColourClass::Text) out << " colour " << static_cast<int>(fragment.colour);
@@ -181,6 +182,37 @@ TEST_F(LayoutOf, HostileSidesStayBounded) {
   const Layout layout = Lay("<a href=\"1\">" + std::string(2500, 'x') + "</a>");
   ASSERT_EQ(layout.links.areas().size(), 1U);
   EXPECT_EQ(layout.links.areas()[0].right, 5 + 25000 - 1) << "a long face in pieces is one area";
+}
+
+// Hebrew bytes are upright letters here: "\xE0" is alef.
+TEST_F(LayoutOf, LinesThatRunFromRightToLeft) {
+  measurer.page = CodePage(CharacterSet::Hebrew);
+  Check({
+      {"\xE0\xE1 \xE2", "'\xE0\xE1' 175,5 20x20 <\n'\xE2' 155,5 10x20 <\n"},
+      // Words in Latin letters and numbers keep their order among themselves.
+      {"\xE0 ab 12 \xE1",
+       "'\xE0' 185,5 10x20 <\n'ab' 125,5 20x20\n'1' 155,5 10x20\n'2' 165,5 10x20\n'\xE1' 105,5 10x20 <\n"},
+      {"\xE0-7(\xE1)",
+       "'\xE0' 185,5 10x20 <\n'-' 175,5 10x20 <\n'7' 165,5 10x20\n'(' 155,5 10x20 <\n"
+       "'\xE1' 145,5 10x20 <\n')' 135,5 10x20 <\n"},
+      // The blank at the end of a full line takes no room.
+      {std::string(18, '\xE0') + " \xE1", "'" + std::string(18, '\xE0') + "' 15,5 180x20 <\n'\xE1' 185,25 10x20 <\n"},
+      {std::string(25, '\xE0'), "'" + std::string(25, '\xE0') + "' 5,5 250x20 <\nsize 260x100\n"},
+      {"<a href=\"1\">\xE0 b</a> \xE1",
+       "'\xE0' 185,5 10x20 < u colour 1\n' ' 175,5 10x20 < u colour 1\n'b' 165,5 10x20 u colour 1\n"
+       "'\xE1' 145,5 10x20 <\nlink 165,5 to 194,24: 1\n"},
+      {"<u>\xE0 \xE1</u>", "'\xE0' 185,5 10x20 < u\n' ' 175,5 10x20 < u\n'\xE1' 165,5 10x20 < u\n"},
+      {"\xE0<img src=\"p.jpg\">", "'\xE0' 185,5 10x20 <\nimg(p.jpg) 155,25 40x30 framed\n"},
+  });
+}
+
+TEST_F(LayoutOf, ThaiLinesEndBetweenWords) {
+  measurer.page = CodePage(CharacterSet::Thai);
+  // "Land Thailand has a capital", four words and a half of ten letters, without a blank.
+  const std::string side = "\xBB\xC3\xD0\xE0\xB7\xC8\xE4\xB7\xC2\xC1\xD5\xE0\xC1\xD7\xCD\xA7\xCB\xC5\xC7\xA7";
+  for (const Fragment& fragment : Lay(side).fragments) EXPECT_LE(fragment.rect.left + fragment.rect.width, 200);
+  EXPECT_EQ(Lay(side).fragments.back().rect.top, 25);
+  EXPECT_EQ(Lay(side).fragments.front().text.substr(0, 6), side.substr(0, 6)) << "a word is not cut";
 }
 
 }  // namespace

@@ -1,0 +1,107 @@
+#include "cards/code_page_change.h"
+
+#include "cards/card_reader.h"
+#include "tests/support/clock_and_chance.h"
+#include "tests/support/test_cards.h"
+
+namespace tessaro {
+namespace {
+
+const SideCodePages kCyrillicBack = {CodePage(), CodePage(CharacterSet::Cyrillic)};
+
+std::string Sides(const CardFile& file) {
+  std::string text;
+  for (int row = kFirstCardRow; row <= CardReader(file).LastCardRow(); ++row) {
+    text.append(CardReader(file).Question(row)).append("|").append(CardReader(file).Answer(row)).append("\n");
+  }
+  return text;
+}
+
+struct CodePageChange : testing::Test {
+  void Open(const std::vector<TestCard>& cards) { OpenTestFile(disk, file, cards); }
+  MemoryDisk disk;
+  FixedClock clock;
+  CardFile file{disk, clock};
+};
+
+TEST(ConvertedSide, TextIsConvertedAndTagsKeepTheirBytes) {
+  const CodePage western;
+  const CodePage cyrillic(CharacterSet::Cyrillic);
+  // The Euro sign is 0x80 in the one and 0x88 in the other.
+  EXPECT_EQ(ConvertedSide("\x80 <img src=\"\x80\xFC.bmp\"> <a href=\"3\">\x80</a> 1 < 2 \x80", western, cyrillic),
+            "\x88 <img src=\"\x80\xFC.bmp\"> <a href=\"3\">\x88</a> 1 < 2 \x88");
+  EXPECT_EQ(ConvertedSide("<b>\xFC</b>", western, cyrillic), std::nullopt);
+  EXPECT_EQ(LackingOnSide("\xFC<\xE4>\xF6\xFC", western, cyrillic), u"üö");
+}
+
+TEST_F(CodePageChange, WhatTheNewSetLacksIsListedAndNothingIsDone) {
+  Open({{.question = "\xFC", .answer = "\x80"}, {.id = "000002", .answer = "\xE4\xE4\xDF"}, {.id = "000003"}});
+  const std::string before = Sides(file);
+  const LackingText lacking = FindLacking(file, kCyrillicBack);
+  ASSERT_EQ(lacking.sides, 1) << "the front stays as it is";
+  EXPECT_EQ(lacking.listed[0].row, 3);
+  EXPECT_EQ(lacking.listed[0].side, SideName::Back);
+  EXPECT_EQ(lacking.listed[0].characters, u"äß");
+  EXPECT_EQ(ConvertTexts(file, kCyrillicBack), ConversionEnd::Lacking);
+  EXPECT_EQ(Sides(file), before);
+  EXPECT_TRUE(ReadCodePages(file.settings()).western());
+  EXPECT_FALSE(file.changed());
+}
+
+TEST_F(CodePageChange, EndedEarlyNothingIsDone) {
+  Open(std::vector<TestCard>(3000, TestCard{.answer = "\x80"}));
+  const auto never = [](int /*row*/) { return false; };
+  EXPECT_TRUE(FindLacking(file, kCyrillicBack, never).cancelled);
+  EXPECT_EQ(ConvertTexts(file, kCyrillicBack, never), ConversionEnd::Cancelled);
+  EXPECT_FALSE(file.changed());
+}
+
+// Wherever the power fails, texts and code pages fit together when the card file is opened again.
+TEST_F(CodePageChange, CardsAndSettingsFitTogetherAfterACrashAtAnyMoment) {
+  int converted = 0;
+  int kept = 0;
+  for (int failing = 1; failing < 200; ++failing) {
+    MemoryDisk drive;
+    bool over = false;
+    {
+      CardFile dying(drive, clock);
+      OpenTestFile(drive, dying, {{.question = "\xFC", .answer = "\x80 <b>"}, {.id = "000002", .answer = "\x93"}});
+      drive.FailAt(failing, MemoryDisk::WriteFault::Half, true);
+      if (ConvertTexts(dying, kCyrillicBack) == ConversionEnd::Done) {
+        dying.journal().Flush();
+        if (dying.Save() == SaveResult::Saved) ForgetConversion(dying);
+      }
+      over = drive.operations() < failing;
+      drive.FailAt(0);
+      // The program is gone without closing its file.
+      drive.LoseUnflushed();
+    }
+    CardFile again(drive, clock);
+    const OpenReport report = again.Open(kTestFile);
+    ASSERT_EQ(report.result, OpenResult::Opened) << failing;
+    ASSERT_TRUE(!report.unsaved || again.TakeOverUnsaved()) << failing;
+    FinishConversion(again);
+    const bool now = ReadCodePages(again.settings()) == kCyrillicBack;
+    EXPECT_EQ(Sides(again), now ? "\xFC|\x88 <b>\nFrage|\x93\n" : "\xFC|\x80 <b>\nFrage|\x93\n") << failing;
+    EXPECT_EQ(ReadPendingConversion(again.settings()), std::nullopt);
+    ++(now ? converted : kept);
+    if (over) break;
+  }
+  EXPECT_GT(converted, 1);
+  EXPECT_GT(kept, 1);
+}
+
+TEST_F(CodePageChange, WhoDoesNotSaveTheCardsKeepsTheirCodePages) {
+  Open({{.answer = "\x80"}});
+  ASSERT_EQ(ConvertTexts(file, kCyrillicBack), ConversionEnd::Done);
+  ASSERT_TRUE(file.SaveSettings());
+  EXPECT_EQ(Sides(file), "Frage|\x88\n");
+  file.Close();
+  ASSERT_EQ(file.Open(kTestFile).result, OpenResult::Opened);
+  FinishConversion(file);
+  EXPECT_EQ(Sides(file), "Frage|\x80\n");
+  EXPECT_TRUE(ReadCodePages(file.settings()).western());
+}
+
+}  // namespace
+}  // namespace tessaro
