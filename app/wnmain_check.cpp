@@ -6,6 +6,7 @@
 #include "app/program.h"
 #include "app/wnmain.h"
 #include "settings/keys.h"
+#include "settings/side_settings.h"
 #include "ui_wnmain.h"
 #include "widgets/long_work.h"
 
@@ -40,7 +41,8 @@ void TF_wnmain::ContinueCheck() {
   if (!file_.IsOpen()) return check_timer_.stop();
   if (check_ == nullptr || check_->RowCount() != file_.cards().RowCount()) {
     check_ = std::make_unique<DeckCheck>(file_, program_.clock().Now());
-    check_->LookForMedia(program_.disk(), FoldersOf(file_.paths().cards, MediaFolderName(program_)));
+    check_->LookForMedia(program_.disk(),
+                         FoldersOf(file_.paths().cards, MediaFolderName(program_), ReadCodePages(file_.settings())));
     check_timer_.start(0);
   }
   const int64_t end = program_.clock().Milliseconds() + kSlice;
@@ -64,7 +66,8 @@ void TF_wnmain::ShowCheck(const DeckReport& report) {
 DeckReport TF_wnmain::CheckNow() {
   LongWork work(this, program_.clock());
   DeckCheck check(file_, program_.clock().Now());
-  check.LookForMedia(program_.disk(), FoldersOf(file_.paths().cards, MediaFolderName(program_)));
+  check.LookForMedia(program_.disk(),
+                     FoldersOf(file_.paths().cards, MediaFolderName(program_), ReadCodePages(file_.settings())));
   work.NextStage(u"Kartei prüfen"_s, check.Range());
   while (check.Step(kRowsAtOnce)) work.SetPosition(check.Position());
   return check.TakeReport();

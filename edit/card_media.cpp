@@ -8,6 +8,7 @@
 #include "edit/media_names.h"
 #include "settings/keys.h"
 #include "settings/program_settings.h"
+#include "settings/side_settings.h"
 #include "store/file/card_file.h"
 #include "widgets/messages.h"
 #include "widgets/text.h"
@@ -50,7 +51,7 @@ CardMedia::CardMedia(const CardFile& file, const ProgramSettings& settings, cons
     : file_(file), settings_(settings), machine_(machine) {}
 
 MediaFolders CardMedia::Folders() const {
-  return FoldersOf(file_.paths().cards, keys::kMediaFolder.Read(settings_.ini));
+  return FoldersOf(file_.paths().cards, keys::kMediaFolder.Read(settings_.ini), ReadCodePages(file_.settings()));
 }
 
 std::string CardMedia::ChosenTag(MediaUse use, QWidget* asker) {

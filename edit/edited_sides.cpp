@@ -7,6 +7,7 @@
 #include "platform/clock.h"
 #include "settings/keys.h"
 #include "settings/program_settings.h"
+#include "settings/side_settings.h"
 #include "store/file/card_file.h"
 #include "ui_wned.h"
 #include "widgets/side_look.h"
@@ -97,7 +98,8 @@ void EditedSides::ReadLooks(const CardFile& file, const ProgramSettings& setting
     looks_[Index(side)] = LookOnScreen(file.settings(), settings.ini, name, field(side).palette());
     field(side).SetCodePage(looks_[Index(side)].page);
   }
-  const MediaFolders folders = FoldersOf(file.paths().cards, keys::kMediaFolder.Read(settings.ini));
+  const MediaFolders folders =
+      FoldersOf(file.paths().cards, keys::kMediaFolder.Read(settings.ini), ReadCodePages(file.settings()));
   for (const View& view : views_) view.frame->SetMediaFolders(folders);
 }
 

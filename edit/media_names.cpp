@@ -12,10 +12,10 @@ namespace {
 namespace fs = std::filesystem;
 
 // A path as cards write it.
-std::optional<std::string> InCodePage(const fs::path& path) {
+std::optional<std::string> InCodePage(const fs::path& path, CodePage page) {
   std::string name;
   for (const char32_t character : path.u32string()) {
-    const std::optional<char> byte = code_page::ByteOf(character);
+    const std::optional<char> byte = page.ByteOf(character);
     if (!byte) return std::nullopt;
     name += *byte == '/' ? '\\' : *byte;
   }
@@ -29,13 +29,16 @@ std::optional<std::string> RelativeMediaName(const MediaFolders& folders, const 
     if (folder.empty()) continue;
     const fs::path relative = file.lexically_normal().lexically_relative(folder.lexically_normal());
     if (relative.empty() || *relative.begin() == ".." || *relative.begin() == ".") continue;
-    return InCodePage(relative);
+    for (const CodePage page : {CodePage(), folders.pages.front, folders.pages.back}) {
+      if (auto name = InCodePage(relative, page)) return name;
+    }
+    return std::nullopt;
   }
   return std::nullopt;
 }
 
 std::optional<std::string> FullMediaName(const fs::path& file) {
-  std::optional<std::string> name = InCodePage(file);
+  std::optional<std::string> name = InCodePage(file, {});
   if (name) std::replace(name->begin(), name->end(), '\\', '/');
   return name;
 }

@@ -10,7 +10,8 @@
 
 namespace tessaro {
 
-// How a card names a file that lies in one of the media folders: relative to it, with backslashes, in the code page.
+// How a card names a file that lies in one of the media folders: relative to it, with backslashes, in 1252 or else in
+// the code page of a side.
 // Nothing for a file elsewhere or a name that the code page cannot hold.
 std::optional<std::string> RelativeMediaName(const MediaFolders& folders, const std::filesystem::path& file);
 // How it names any file: by its full path.

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "exchange/blank_card.h"
+#include "platform/code_page.h"
 #include "platform/disk.h"
 #include "platform/other_thread.h"
 #include "platform/utf8.h"
@@ -32,23 +33,37 @@ std::string WithCrLf(std::string_view text) {
   return lines;
 }
 
+// Whether the sides are in code pages of their own, so that each part of a text is brought into UTF-8 by itself.
+bool HasPages(const TextFileForm& form) {
+  return form.utf8 && !form.pages.western();
+}
+
+// What stands around the sides, as it comes into the text.
+std::string Outside(std::string_view text, const TextFileForm& form) {
+  return HasPages(form) ? Utf8FromCodePage(text) : std::string(text);
+}
+
 bool Write(WritableFile& file, TextFileForm form, std::string_view text) {
   const std::string lines = form.cr_lf ? WithCrLf(text) : std::string();
   if (form.cr_lf) text = lines;
-  return file.Write(form.utf8 ? std::string_view(Utf8FromCodePage(text)) : text);
+  return file.Write(form.utf8 && !HasPages(form) ? std::string_view(Utf8FromCodePage(text)) : text);
 }
 
 // Puts the sides of cards into a text: a backslash is written twice, and where `quote` stands for a double quote a line
 // feed as a backslash and "n". Every byte is looked at once.
 class SideWriter {
  public:
-  // Sides must not hold the separators.
-  SideWriter(std::initializer_list<char> separators, std::optional<char> quote)
-      : separators_(separators), quote_(quote.value_or('"')) {
+  // Sides must not hold the separators. `page` is that of the sides.
+  SideWriter(std::initializer_list<char> separators, std::optional<char> quote, const TextFileForm& form, CodePage page)
+      : separators_(separators), quote_(quote.value_or('"')), quote_text_(Outside({&quote_, 1}, form)) {
+    if (HasPages(form)) BringIntoUtf8(page);
     Kind('\\') = Byte::Backslash;
     if (quote) Kind('\n') = Byte::LineFeed;
     if (quote) Kind('"') = Byte::Quote;
-    for (const char separator : separators) Kind(separator) = Byte::Separator;
+    for (const char separator : separators) {
+      Kind(separator) = Byte::Separator;
+      if (const auto same = SameCharacter(separator)) Kind(*same) = Byte::Separator;
+    }
   }
 
   // False when the side holds a separator; something of it may then stand in the text.
@@ -60,30 +75,57 @@ class SideWriter {
       if (kind == Byte::Separator) return false;
       text.append(side, from, i - from);
       from = i + 1;
-      text += kind == Byte::Quote ? std::string_view(&quote_, 1) : kind == Byte::LineFeed ? "\\n" : "\\\\";
+      text += kind == Byte::High       ? std::string_view(characters_[static_cast<uint8_t>(side[i]) - kFirstHigh])
+              : kind == Byte::Quote    ? std::string_view(quote_text_)
+              : kind == Byte::LineFeed ? "\\n"
+                                       : "\\\\";
     }
     text.append(side, from);
     return true;
   }
 
-  // The first of the separators that one of the sides holds.
-  std::optional<char> SeparatorIn(std::string_view question, std::string_view answer) const {
-    for (const char separator : separators_) {
-      for (const std::string_view side : {question, answer}) {
-        if (side.find(separator) != std::string_view::npos) return separator;
-      }
-    }
-    return std::nullopt;
+  const std::vector<char>& separators() const { return separators_; }
+  // Its byte or, where the text has characters, that character.
+  bool Holds(std::string_view side, char separator) const {
+    const std::optional<char> same = SameCharacter(separator);
+    return side.find(separator) != std::string_view::npos || (same && side.find(*same) != std::string_view::npos);
   }
 
  private:
-  enum class Byte : uint8_t { Plain, Backslash, LineFeed, Quote, Separator };
+  enum class Byte : uint8_t { Plain, High, Backslash, LineFeed, Quote, Separator };
+  static constexpr size_t kFirstHigh = 0x80;
+
   Byte& Kind(char c) { return kinds_[static_cast<uint8_t>(c)]; }
+  std::optional<char> SameCharacter(char separator) const {
+    return page_ ? page_->ByteOf(code_page::CharacterOf(separator)) : std::nullopt;
+  }
+  void BringIntoUtf8(CodePage page) {
+    page_ = page;
+    for (size_t i = kFirstHigh; i < kinds_.size(); ++i) {
+      const auto byte = static_cast<char>(i);
+      kinds_[i] = Byte::High;
+      characters_.push_back(Utf8FromCodePage({&byte, 1}, page));
+    }
+  }
 
   std::array<Byte, 256> kinds_{};
   std::vector<char> separators_;
   char quote_;
+  std::string quote_text_;
+  std::optional<CodePage> page_;         // where sides are brought into UTF-8
+  std::vector<std::string> characters_;  // of its bytes from kFirstHigh on
 };
+
+// Of the first and the second side.
+using SideWriters = std::array<SideWriter, 2>;
+
+// The first of the separators that one of the sides holds.
+std::optional<char> SeparatorIn(const SideWriters& writers, std::string_view question, std::string_view answer) {
+  for (const char separator : writers[0].separators()) {
+    if (writers[0].Holds(question, separator) || writers[1].Holds(answer, separator)) return separator;
+  }
+  return std::nullopt;
+}
 
 // Rows that follow one another, from `next` up to `behind`, and the text of those that were composed last.
 struct Piece {
@@ -181,13 +223,15 @@ ExportResult WriteRows(const Composer& rows, int row_count, TextFileForm form, W
 
 ExportResult WriteTableExport(const CardTable& cards, char separator, char quote, TextFileForm form, WritableFile& file,
                               const WorkObserver& observer) {
-  const SideWriter sides({separator}, quote);
+  const SideWriters sides = {SideWriter({separator}, quote, form, form.pages.front),
+                             SideWriter({separator}, quote, form, form.pages.back)};
+  const std::string between = Outside({&separator, 1}, form);
   const auto add = [&](const auto& fields, std::string& line) -> std::optional<char> {
     for (size_t i = 0; i < fields.size(); ++i) {
-      if (i > 0) line += separator;
+      if (i > 0) line += between;
       if (i != kQuestionAt && i != kAnswerAt) {
-        line += fields[i];
-      } else if (!sides.Append(fields[i], line)) {
+        HasPages(form) ? line += Outside(fields[i], form) : line += fields[i];
+      } else if (!sides[i == kQuestionAt ? 0 : 1].Append(fields[i], line)) {
         return separator;
       }
     }
@@ -199,16 +243,17 @@ ExportResult WriteTableExport(const CardTable& cards, char separator, char quote
 
 ExportResult WriteTextExport(const CardTable& cards, char separator, char card_separator, TextFileForm form,
                              WritableFile& file, const WorkObserver& observer) {
-  const SideWriter sides({separator, card_separator}, std::nullopt);
+  const SideWriters sides = {SideWriter({separator, card_separator}, std::nullopt, form, form.pages.front),
+                             SideWriter({separator, card_separator}, std::nullopt, form, form.pages.back)};
+  const std::string behind_question = Outside({&separator, 1}, form) + '\n';
+  const std::string behind_answer = Outside({&card_separator, 1}, form) + '\n';
   const auto add = [&](const auto& fields, std::string& text) -> std::optional<char> {
     const auto& [id, question, answer] = fields;
-    bool fits = sides.Append(question, text);
-    text += separator;
-    text += '\n';
-    fits = fits && sides.Append(answer, text);
-    text += card_separator;
-    text += '\n';
-    if (!fits) return sides.SeparatorIn(question, answer);
+    bool fits = sides[0].Append(question, text);
+    text += behind_question;
+    fits = fits && sides[1].Append(answer, text);
+    text += behind_answer;
+    if (!fits) return SeparatorIn(sides, question, answer);
     return std::nullopt;
   };
   constexpr std::array kColumns = {kId, kQuestion, kAnswer};

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "exchange/work_observer.h"
+#include "platform/side_code_page.h"
 #include "store/table/card_table.h"
 
 // Cards written to a text file for other programs. Each export walks the card table from its first row, the start row
@@ -17,7 +18,8 @@ class WritableFile;
 // How the bytes of a text file are written.
 struct TextFileForm {
   bool cr_lf = false;  // lines end with CR LF
-  bool utf8 = false;   // without a mark
+  bool utf8 = false;   // without a mark; else each side stands there in its own code page
+  SideCodePages pages = {};
 };
 
 enum class ExportEnd { Done, UnfitSeparator, Cancelled, WriteFailed };

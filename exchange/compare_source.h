@@ -14,11 +14,13 @@ enum class SourceLoad {
   WrongType,
   CannotLoad,
   NoCards,
-  TargetChanged,  // the open card file itself, but with changes that are not saved
-  NotIdentical,   // the open card file itself, but another program has written it
+  TargetChanged,    // the open card file itself, but with changes that are not saved
+  NotIdentical,     // the open card file itself, but another program has written it
+  OtherCharacters,  // its texts have characters that the code pages of the open one lack
 };
 
-// Reads the cards of another card file to compare them with the open one. Only Loaded changes `cards`.
+// Reads the cards of another card file to compare them with the open one, in whose code pages they then are. Only
+// Loaded changes `cards`.
 SourceLoad LoadSource(Disk& disk, const CardFile& file, const std::filesystem::path& path, CardTable& cards);
 
 }  // namespace tessaro

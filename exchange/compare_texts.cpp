@@ -27,6 +27,8 @@ QString LoadText(SourceLoad load) {
     case SourceLoad::NotIdentical:
       return u"\nInterner Vergleich nicht möglich.\nWeil Ziel- u. Quellkartei nicht\nidentisch sind.\n Zielkartei vor "
              u"Vergleich speichern."_s;
+    case SourceLoad::OtherCharacters:
+      return u"\nDie Karten der Quelle haben Zeichen, die\nder Zeichensatz der Zielkartei nicht hat."_s;
   }
   return {};
 }

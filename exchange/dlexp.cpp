@@ -8,6 +8,7 @@
 #include "platform/clock.h"
 #include "platform/disk.h"
 #include "settings/keys.h"
+#include "settings/side_settings.h"
 #include "store/file/card_file.h"
 #include "ui_dlexp.h"
 #include "widgets/count_texts.h"
@@ -133,7 +134,8 @@ ExportResult TF_dlexp::Write(Layout write, char first, char second) {
   LongWork work(this, ties_.clock);
   work.AllowCancel();
   work.NextStage(u"Karten exportieren"_s, ties_.file.cards().RowCount());
-  const TextFileForm form = {ui_->CheckBoxCrLf->isChecked(), ui_->CheckBoxUtf8->isChecked()};
+  const TextFileForm form = {ui_->CheckBoxCrLf->isChecked(), ui_->CheckBoxUtf8->isChecked(),
+                             ReadCodePages(ties_.file.settings())};
   return ExportToFile(ties_.disk, path_, [&](WritableFile& file) {
     return write(ties_.file.cards(), first, second, form, file, [&](int64_t cards) {
       ui_->StatusBarExport->showMessage(u"%1 Karten exportiert"_s.arg(cards));

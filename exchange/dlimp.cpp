@@ -5,6 +5,7 @@
 #include "exchange/card_export.h"
 #include "exchange/exchange_texts.h"
 #include "exchange/separator_field.h"
+#include "settings/side_settings.h"
 #include "store/file/card_file.h"
 #include "ui_dlimp.h"
 #include "widgets/count_texts.h"
@@ -26,7 +27,7 @@ constexpr std::string_view kPlaceSuffix = "Imp";
 }  // namespace
 
 TF_dlimp::TF_dlimp(const ExchangeTies& ties, QWidget* parent)
-    : QDialog(parent), ties_(ties), ui_(std::make_unique<Ui::TF_dlimp>()) {
+    : QDialog(parent), ties_(ties), ui_(std::make_unique<Ui::TF_dlimp>()), pages_(ReadCodePages(ties.file.settings())) {
   ui_->setupUi(this);
   MakeSeparators();
   MakePreview();
@@ -80,7 +81,6 @@ void TF_dlimp::BitBtnDateiClick() {
   ui_->EditDatei->setText(FromPath(path_));
   guess_ = GuessLayout(text_.bytes);
   ShowGuess();
-  ui_->CheckBoxErsetzen->setVisible(text_.replaced > 0);
   ui_->CheckBoxErsetzen->setChecked(false);
   EnableWays(true);
   Preview();
@@ -99,7 +99,10 @@ bool TF_dlimp::ReadFileAt(const fs::path& path) {
   if (!raw) return false;
   path_ = path;
   state_ = state;
+  raw_.clear();
+  if (!pages_.western()) raw_ = *raw;
   text_ = ReadForeignText(*std::move(raw));
+  if (text_.encoding == Encoding::CodePage) raw_.clear();
   return true;
 }
 
@@ -121,16 +124,16 @@ std::optional<TableLayout> TF_dlimp::TakeTableLayout() {
   return TableLayout{*field_->value(), *quote_->value()};
 }
 
-bool TF_dlimp::MayImport() {
+bool TF_dlimp::MayImport(const ForeignText& text) {
   if (ties_.disk.State(path_) != state_) {
     ties_.messages.Error(this, u"Formatfehler"_s);
     Say(u"Die Datei hat sich inzwischen geändert"_s);
     if (ReadFileAt(path_)) Preview();
     return false;
   }
-  if (text_.replaced == 0 || ui_->CheckBoxErsetzen->isChecked()) return true;
+  if (text.replaced == 0 || ui_->CheckBoxErsetzen->isChecked()) return true;
   const Answer answer =
-      ties_.messages.Question(this, ReplacementText(text_), u"Ersetzen"_s, u"Nicht importieren"_s, {}, Answer::No);
+      ties_.messages.Question(this, ReplacementText(text), u"Ersetzen"_s, u"Nicht importieren"_s, {}, Answer::No);
   ui_->CheckBoxErsetzen->setChecked(answer == Answer::Yes);
   return answer == Answer::Yes;
 }
@@ -141,7 +144,7 @@ void TF_dlimp::BitBtnVTrainClick() {
   bool is_number = false;
   const int topic = ui_->EditThemaNr->text().toInt(&is_number);
   if (!is_number || topic < 0 || topic > kMostTopic) return Say(u"Eingabe fehlt - Zahl von 0 - 19"_s);
-  if (!MayImport()) return;
+  if (!MayImport(text_)) return;
   Preview();
   if (!text_check_.good) {
     Say(u"Falsche(s) Trennzeichen in Karte %1"_s.arg(text_check_.cards));
@@ -185,7 +188,7 @@ void TF_dlimp::BitBtnExcelClick() {
     return;
   }
   const std::optional<TableLayout> layout = TakeTableLayout();
-  if (!layout || !MayImport()) return;
+  if (!layout || !MayImport(TableText())) return;
   Preview();
   if (table_check_.cards == 0) {
     return ties_.messages.Error(this, u"In der Tabelle ist keine Karte.\nDie Kartei ist wie zuvor."_s);
@@ -213,8 +216,8 @@ void TF_dlimp::Replace(const TableLayout& layout) {
   {
     LongWork work(this, ties_.clock);
     work.AllowCancel();
-    work.NextStage(u"Kartei schreiben"_s, static_cast<int64_t>(text_.bytes.size()));
-    result = ReplaceByTable(ties_.disk, ties_.file.paths(), text_.bytes, layout, table_check_,
+    work.NextStage(u"Kartei schreiben"_s, static_cast<int64_t>(TableText().bytes.size()));
+    result = ReplaceByTable(ties_.disk, ties_.file.paths(), TableText().bytes, layout, table_check_,
                             [&](int64_t done) { return work.GoesOn(done); });
   }
   EnableWays(result.end != ImportEnd::Done);

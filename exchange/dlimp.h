@@ -46,6 +46,9 @@ class TF_dlimp : public QDialog {
   void ShowGuess();
   void UseGuess();
 
+  // Brings the characters of the file into the code pages of the sides that the separators make of it.
+  void ConvertSides();
+  const ForeignText& TableText() const { return raw_.empty() ? text_ : table_text_; }
   // Looks at the whole text and shows what it finds.
   void Preview();
   void ShowPreview();
@@ -59,7 +62,7 @@ class TF_dlimp : public QDialog {
   std::optional<TableLayout> TakeTableLayout();
   bool Missing(SeparatorField& field);
   // False and told when the file is no longer what was looked at, or characters are to be replaced that may not be.
-  bool MayImport();
+  bool MayImport(const ForeignText& text);
   bool LeaveOutFaults();
   void TellTextImport(const ImportResult& result);
   void Replace(const TableLayout& layout);
@@ -74,7 +77,10 @@ class TF_dlimp : public QDialog {
   QTimer preview_timer_;
   std::filesystem::path path_;
   std::optional<FileState> state_;  // of the file when it was read
+  SideCodePages pages_;             // of the card file
+  std::string raw_;                 // the file, where the sides are not all in 1252 and it is; else empty
   ForeignText text_;
+  ForeignText table_text_;  // with `raw_`: as a table
   std::optional<LayoutGuess> guess_;
   TextCheck text_check_;
   TableCheck table_check_;

@@ -10,6 +10,7 @@
 #include "exchange/exchange_texts.h"
 #include "exchange/separator_field.h"
 #include "settings/keys.h"
+#include "settings/side_settings.h"
 #include "store/file/card_file.h"
 #include "ui_dlimp.h"
 #include "widgets/count_texts.h"
@@ -35,7 +36,7 @@ void TF_dlimp::MakePreview() {
   preview_timer_.setInterval(kPreviewAfter);
   connect(&preview_timer_, &QTimer::timeout, this, &TF_dlimp::Preview);
   for (QCheckBox* box : {ui_->CheckBoxTausch, ui_->CheckBoxPaare}) {
-    connect(box, &QCheckBox::toggled, this, &TF_dlimp::ShowPreview);
+    connect(box, &QCheckBox::toggled, this, [this] { raw_.empty() ? ShowPreview() : Preview(); });
   }
   ui_->TabBarVorschau->addTab(u"Als Te&xtkarten"_s);
   ui_->TabBarVorschau->addTab(u"Als Ta&belle"_s);
@@ -51,7 +52,7 @@ void TF_dlimp::MakePreview() {
   list.setTabKeyNavigation(false);
   const fs::path folder = ties_.file.paths().cards.parent_path();
   for (TFrameHtml* side : {ui_->KarteVorne, ui_->KarteHinten}) {
-    side->SetMediaFolders({folder, folder / keys::kMediaFolder.Read(ties_.settings)});
+    side->SetMediaFolders({folder, folder / keys::kMediaFolder.Read(ties_.settings), pages_});
   }
   connect(&list, &QTableWidget::currentCellChanged, this, [this](int row) { ShowCard(row); });
 }
@@ -77,11 +78,21 @@ void TF_dlimp::UseGuess() {
   ui_->ListeKarten->setFocus();
 }
 
+void TF_dlimp::ConvertSides() {
+  if (raw_.empty() || !field_->value()) return;
+  if (card_->value()) {
+    text_ = ReadForeignText(
+        raw_, FieldPages::OfText(pages_, *field_->value(), *card_->value(), ui_->CheckBoxTausch->isChecked()));
+  }
+  table_text_ = ReadForeignText(raw_, FieldPages::OfTable(pages_, *field_->value(), quote_->value().value_or('\0')));
+}
+
 void TF_dlimp::Preview() {
   preview_timer_.stop();
   if (path_.empty() || LongWork::Running()) return;
   {
     LongWork work(this, ties_.clock);
+    ConvertSides();
     const auto range = static_cast<int64_t>(text_.bytes.size());
     const WorkObserver observer = [&](int64_t done) {
       work.SetPosition(done);
@@ -96,7 +107,7 @@ void TF_dlimp::Preview() {
     }
     work.NextStage(u"Tabelle prüfen"_s, range);
     if (field_->value() && quote_->value()) {
-      table_check_ = CheckTable(text_.bytes, {*field_->value(), *quote_->value()}, observer);
+      table_check_ = CheckTable(TableText().bytes, {*field_->value(), *quote_->value()}, observer);
     }
   }
   ui_->CheckBoxPaare->setVisible(text_check_.backslash_pairs);
@@ -111,19 +122,21 @@ void TF_dlimp::ShowPreview() {
   const bool table = ui_->TabBarVorschau->currentIndex() == 1;
   (table ? ui_->BitBtnExcel : ui_->BitBtnVTrain)->setDefault(true);
   QStringList sentences = {table ? TableSentence() : TextSentence()};
-  sentences << u"Zeichensatz: %1."_s.arg(EncodingText(text_.encoding));
-  if (text_.zeros > 0) sentences << u"%1 Nullzeichen fallen weg."_s.arg(NumberText(text_.zeros));
-  if (text_.replaced > 0) sentences << ReplacementText(text_);
+  const ForeignText& text = table ? TableText() : text_;
+  const bool as_sides = text.encoding == Encoding::CodePage && !pages_.western();
+  sentences << u"Zeichensatz: %1."_s.arg(as_sides ? u"der der Kartenseiten"_s : EncodingText(text.encoding));
+  if (text.zeros > 0) sentences << u"%1 Nullzeichen fallen weg."_s.arg(NumberText(text.zeros));
+  if (text.replaced > 0) sentences << ReplacementText(text);
+  ui_->CheckBoxErsetzen->setVisible(text.replaced > 0);
   ui_->LabelVorschau->setText(sentences.join(u' '));
   ui_->TabBarVorschau->show();
   shown_ = table ? FirstTableCards() : FirstTextCards();
   QTableWidget& list = *ui_->ListeKarten;
   list.setRowCount(static_cast<int>(shown_.size()));
-  const SideCodePages pages = ReadCodePages(ties_.file.settings());
   for (int row = 0; row < list.rowCount(); ++row) {
     const Sides& card = shown_[static_cast<size_t>(row)];
-    list.setItem(row, 0, new QTableWidgetItem(FromBytes(card.first, pages.front).simplified()));
-    list.setItem(row, 1, new QTableWidgetItem(FromBytes(card.second, pages.back).simplified()));
+    list.setItem(row, 0, new QTableWidgetItem(FromBytes(card.first, pages_.front).simplified()));
+    list.setItem(row, 1, new QTableWidgetItem(FromBytes(card.second, pages_.back).simplified()));
   }
   for (QWidget* widget : {static_cast<QWidget*>(&list), static_cast<QWidget*>(ui_->KarteVorne),
                           static_cast<QWidget*>(ui_->KarteHinten)}) {
@@ -178,7 +191,7 @@ std::vector<TF_dlimp::Sides> TF_dlimp::FirstTableCards() const {
   std::vector<Sides> sides;
   if (!field_->value() || !quote_->value() || table_check_.cards == 0) return sides;
   for (const std::vector<std::string>& fields :
-       FirstCards(text_.bytes, {*field_->value(), *quote_->value()}, kPreviewCards)) {
+       FirstCards(TableText().bytes, {*field_->value(), *quote_->value()}, kPreviewCards)) {
     sides.emplace_back(fields[kQuestionAt], fields[kAnswerAt]);
   }
   return sides;

@@ -9,6 +9,7 @@
 #include "exchange/exchange_texts.h"
 #include "exchange/taken_cards.h"
 #include "settings/keys.h"
+#include "settings/side_settings.h"
 #include "ui_dlupd.h"
 #include "widgets/count_texts.h"
 #include "widgets/messages.h"
@@ -100,7 +101,7 @@ void TF_dlupd::TellResult() {
 void TF_dlupd::OfferMedia() {
   const fs::path media = keys::kMediaFolder.Read(ties_.settings);
   const auto folders = [&](const fs::path& cards) {
-    return MediaFolders{cards.parent_path(), cards.parent_path() / media};
+    return MediaFolders{cards.parent_path(), cards.parent_path() / media, ReadCodePages(ties_.file.settings())};
   };
   const std::vector<MediaCopy> copies =
       MissingMedia(ties_.disk, ties_.file, scan_->taken(), folders(source_path_), folders(ties_.file.paths().cards));

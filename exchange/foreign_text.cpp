@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "exchange/blank_card.h"
 #include "exchange/plain_form.h"
 #include "platform/code_page.h"
 #include "platform/utf8.h"
@@ -55,7 +56,7 @@ Encoding EncodingOf(std::string_view raw) {
 // Writes the converted text over the one that is read: it never gets ahead, since no character becomes longer.
 class Converter {
  public:
-  explicit Converter(ForeignText& text) : text_(text), bytes_(text.bytes) {}
+  Converter(ForeignText& text, FieldPages pages) : text_(text), bytes_(text.bytes), pages_(pages) {}
 
   void FromCodePage() {
     if (std::memchr(bytes_.data(), '\r', bytes_.size()) == nullptr &&
@@ -101,13 +102,11 @@ class Converter {
 
  private:
   void Put(char32_t character) {
+    if (!pages_.western()) page_ = pages_.Next(character);
+    const std::optional<char> byte = page_.ByteOf(character);
+    if (byte && (page_.western() || !pages_.IsTaken(*byte))) return PutByte(*byte);
     if (IsAccent(character)) return PutAccent(character);
-    if (const std::optional<char> byte = ByteOf(character)) return PutByte(*byte);
     Replace(character);
-  }
-
-  static std::optional<char> ByteOf(char32_t character) {
-    return character < 0x80 ? std::optional(static_cast<char>(character)) : code_page::ByteOf(character);
   }
 
   void PutByte(char byte) {
@@ -123,7 +122,7 @@ class Converter {
   }
 
   void PutAccent(char32_t accent) {
-    const std::optional<char> letter = end_ == 0 ? std::nullopt : WithAccent(bytes_[end_ - 1], accent);
+    const std::optional<char> letter = end_ == 0 ? std::nullopt : WithAccent(bytes_[end_ - 1], accent, page_);
     if (!letter) return Replace(accent);
     bytes_[end_ - 1] = *letter;
   }
@@ -144,24 +143,60 @@ class Converter {
 
   ForeignText& text_;
   std::string& bytes_;
+  FieldPages pages_;
+  CodePage page_;   // of the character at hand
   size_t end_ = 0;  // of what is written
   bool after_return_ = false;
 };
 
 }  // namespace
 
+FieldPages::FieldPages(const SideCodePages& pages, char separator, char other)
+    : pages_(pages), marks_{separator, other} {}
+
+FieldPages FieldPages::OfText(const SideCodePages& pages, char separator, char card_separator, bool swapped) {
+  return {swapped ? SideCodePages{pages.back, pages.front} : pages, separator, card_separator};
+}
+
+FieldPages FieldPages::OfTable(const SideCodePages& pages, char separator, char quote) {
+  FieldPages table(pages, separator, quote);
+  table.table_ = true;
+  return table;
+}
+
+CodePage FieldPages::Next(char32_t character) {
+  if (table_) return NextOfTable(character);
+  if (character != Mark(0) && character != Mark(1)) return in_back_ ? pages_.back : pages_.front;
+  in_back_ = character == Mark(0);
+  return {};
+}
+
+// Behind a backslash nothing parts columns.
+CodePage FieldPages::NextOfTable(char32_t character) {
+  const bool mark = character == Mark(0);
+  const bool quote = character == Mark(1);
+  if (character == '\n') {
+    column_ = 0;
+  } else if (mark && !escaped_) {
+    ++column_;
+  }
+  escaped_ = character == '\\' && !escaped_;
+  if (mark || quote) return {};
+  return column_ == kQuestionAt ? pages_.front : column_ == kAnswerAt ? pages_.back : CodePage();
+}
+
 ForeignText ReadCodePageText(std::string raw) {
   ForeignText text;
   text.bytes = std::move(raw);
-  Converter(text).FromCodePage();
+  Converter(text, {}).FromCodePage();
   return text;
 }
 
-ForeignText ReadForeignText(std::string raw) {
+ForeignText ReadForeignText(std::string raw, FieldPages pages) {
   ForeignText text;
   text.encoding = EncodingOf(raw);
   text.bytes = std::move(raw);
-  Converter converter(text);
+  Converter converter(text, pages);
   switch (text.encoding) {
     case Encoding::CodePage:
       converter.FromCodePage();

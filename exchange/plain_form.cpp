@@ -1,5 +1,7 @@
 #include "exchange/plain_form.h"
 
+#include <unicode/unorm2.h>
+
 #include <algorithm>
 #include <array>
 
@@ -57,6 +59,15 @@ constexpr std::array kAccents = {
     Accent{0x0327, "Cc", "Çç"_cp},
 };
 
+// One character for a letter and the accent behind it; 0 where there is none.
+char32_t Composed(char16_t letter, char32_t accent) {
+  UErrorCode error = U_ZERO_ERROR;
+  const UNormalizer2* composer = unorm2_getNFCInstance(&error);
+  if (error > U_ZERO_ERROR) return 0;
+  const UChar32 composed = unorm2_composePair(composer, letter, static_cast<UChar32>(accent));
+  return composed < 0 ? 0 : static_cast<char32_t>(composed);
+}
+
 }  // namespace
 
 std::optional<std::string_view> PlainForm(char32_t character) {
@@ -72,7 +83,11 @@ std::optional<std::string_view> PlainForm(char32_t character) {
   return sign == kSigns.end() ? std::nullopt : std::optional(sign->plain);
 }
 
-std::optional<char> WithAccent(char letter, char32_t accent) {
+std::optional<char> WithAccent(char letter, char32_t accent, CodePage page) {
+  if (!page.western()) {
+    const char32_t composed = Composed(page.CharacterOf(letter), accent);
+    return composed == 0 ? std::nullopt : page.ByteOf(composed);
+  }
   for (const Accent& candidate : kAccents) {
     if (candidate.character != accent) continue;
     const size_t place = candidate.letters.find(letter);

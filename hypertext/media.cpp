@@ -82,19 +82,27 @@ std::string_view DirectiveName(std::string_view text) {
 
 }  // namespace
 
-MediaFolders FoldersOf(const fs::path& card_file, std::string_view media_folder) {
+MediaFolders FoldersOf(const fs::path& card_file, std::string_view media_folder, const SideCodePages& pages) {
   const fs::path folder = card_file.parent_path();
-  return {folder, folder / Utf8FromCodePage(media_folder)};
+  return {folder, folder / Utf8FromCodePage(media_folder), pages};
 }
 
 MediaFinder::MediaFinder(const Disk& disk, const MediaFolders& folders)
-    : disk_(&disk), folders_({PlainFolder(folders.folder), PlainFolder(folders.alternative)}) {}
+    : disk_(&disk), folders_({PlainFolder(folders.folder), PlainFolder(folders.alternative), folders.pages}) {}
 
 void MediaFinder::Forget() {
   known_.clear();
 }
 
 std::optional<fs::path> MediaFinder::Find(std::string_view name) {
+  const auto& [front, back] = folders_.pages;
+  auto found = FindUtf8(Utf8FromCodePage(name, front));
+  if (!found && !(back == front)) found = FindUtf8(Utf8FromCodePage(name, back));
+  if (!found && !front.western() && !back.western()) found = FindUtf8(Utf8FromCodePage(name));
+  return found;
+}
+
+std::optional<fs::path> MediaFinder::FindUtf8(std::string_view name) {
   std::vector<std::string_view> parts = PartsOf(name);
   if (parts.empty() || parts.back() == ".." || parts.size() > kMostLevels || name.find('\0') != std::string_view::npos)
     return std::nullopt;
@@ -116,7 +124,7 @@ std::optional<fs::path> MediaFinder::Find(std::string_view name) {
 std::optional<fs::path> MediaFinder::FindIn(fs::path folder, const std::vector<std::string_view>& parts) {
   if (parts.empty()) return std::nullopt;
   fs::path exact = folder;
-  for (const std::string_view part : parts) exact /= Utf8FromCodePage(part);
+  for (const std::string_view part : parts) exact /= part;
   if (disk_->Exists(exact)) return exact;
   for (size_t i = 0; i < parts.size(); ++i) {
     if (parts[i] == "..") {
@@ -125,7 +133,7 @@ std::optional<fs::path> MediaFinder::FindIn(fs::path folder, const std::vector<s
     }
     const Folder& names = NamesIn(folder);
     const Names& candidates = i + 1 < parts.size() ? names.folders : names.files;
-    const auto match = candidates.find(LowerCase(std::string(parts[i])));
+    const auto match = candidates.find(LowerCaseOfDiskName(parts[i]));
     if (match == candidates.end()) return std::nullopt;
     folder /= match->second;
   }

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/side_code_page.h"
+
 namespace tessaro {
 
 class Disk;
@@ -15,13 +17,15 @@ class Disk;
 struct MediaFolders {
   std::filesystem::path folder;       // the card file's own folder; empty = none
   std::filesystem::path alternative;  // tried when the file is not in `folder`; empty = none
+  SideCodePages pages = {};           // names may be written in those of the sides, or in 1252 as all other text is
   bool operator==(const MediaFolders&) const = default;
 };
 
 // Those of a card file. `media_folder` is a setting in code page 1252; an absolute path stands for itself.
-MediaFolders FoldersOf(const std::filesystem::path& card_file, std::string_view media_folder);
+MediaFolders FoldersOf(const std::filesystem::path& card_file, std::string_view media_folder,
+                       const SideCodePages& pages = {});
 
-// Finds the files that cards name. Backslashes separate folders, letter case does not count, bytes are code page 1252.
+// Finds the files that cards name. Backslashes separate folders, letter case does not count, bytes are a code page.
 // What it learned of a folder it keeps, so that a side with many pictures is quick.
 class MediaFinder {
  public:
@@ -39,6 +43,8 @@ class MediaFinder {
     Names folders;
   };
 
+  // The name as UTF-8.
+  std::optional<std::filesystem::path> FindUtf8(std::string_view name);
   std::optional<std::filesystem::path> FindIn(std::filesystem::path folder, const std::vector<std::string_view>& parts);
   const Folder& NamesIn(const std::filesystem::path& folder);
 

@@ -333,7 +333,8 @@ void TF_wnlern::ReadLooks() {
   const int paper = std::max(CardPages::PaperWidth(looks_[0].font), CardPages::PaperWidth(looks_[1].font));
   ui_->Kartenspalte->setMaximumWidth(std::max(paper, AnswersWidth(*ui_, true)));
   FitControls(*ui_, width());
-  ui_->PageControlAnz->SetMediaFolders(FoldersOf(file_.paths().cards, keys::kMediaFolder.Read(settings_.ini)));
+  ui_->PageControlAnz->SetMediaFolders(
+      FoldersOf(file_.paths().cards, keys::kMediaFolder.Read(settings_.ini), ReadCodePages(file_.settings())));
   ui_->PageControlAnz->KeepViewIn(settings_.ini);
   ui_->PageControlAnz->SetLinkColours(
       [this](int64_t id) { return LinkColour(file_, id, run_->parameters(), clock_.Now()); });

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "settings/keys.h"
+#include "settings/side_settings.h"
 #include "ui_dlprint.h"
 #include "widgets/count_texts.h"
 #include "widgets/icons.h"
@@ -195,7 +196,8 @@ PrintSource TF_dlprint::Source() const {
               },
           .front = ReadSideLook(settings, SideName::Front),
           .back = ReadSideLook(settings, SideName::Back),
-          .folders = FoldersOf(ties_.file.paths().cards, keys::kMediaFolder.Read(ties_.settings.ini))};
+          .folders = FoldersOf(ties_.file.paths().cards, keys::kMediaFolder.Read(ties_.settings.ini),
+                               ReadCodePages(ties_.file.settings()))};
 }
 
 void TF_dlprint::ChooseCards() {

@@ -5,6 +5,7 @@
 #include "exchange/match_finder.h"
 #include "exchange/similarity.h"
 #include "exchange/taken_cards.h"
+#include "settings/side_settings.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {
@@ -344,6 +345,22 @@ TEST_F(Compare, SourceIsReadOrRefused) {
   for (const auto& [path, load] : cases) EXPECT_EQ(LoadSource(disk, file, path, cards), load) << path;
   file.RowChanged(kFirstCardRow);
   EXPECT_EQ(LoadSource(disk, file, kTestFile, cards), SourceLoad::TargetChanged);
+}
+
+TEST(CompareSource, ItsTextsComeInTheCodePagesOfTheTarget) {
+  MemoryDisk disk;
+  CardFile file(disk);
+  OpenTestFile(disk, file, {{}});
+  WriteCharacterSet(CharacterSet::Cyrillic, SideName::Back, file.settings());
+  CardTable cards;
+  disk.Put("/deck/y.mlb", FileText(std::vector<TestCard>{{.question = "\xE4", .answer = "\x80 <b>"}}));
+  ASSERT_EQ(LoadSource(disk, file, "/deck/y.mlb", cards), SourceLoad::Loaded);
+  EXPECT_EQ(cards.Peek(cards.ColumnIndex(kQuestion), 2), "\xE4");
+  EXPECT_EQ(cards.Peek(cards.ColumnIndex(kAnswer), 2), "\x88 <b>");
+  disk.Put("/deck/y.ini", "[FontH]\nCharset=161\n");
+  disk.Put("/deck/y.mlb", FileText(std::vector<TestCard>{{.answer = "\xE1"}}));
+  EXPECT_EQ(LoadSource(disk, file, "/deck/y.mlb", cards), SourceLoad::OtherCharacters);
+  EXPECT_EQ(cards.Peek(cards.ColumnIndex(kAnswer), 2), "\x88 <b>");
 }
 
 }  // namespace

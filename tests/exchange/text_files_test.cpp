@@ -351,5 +351,62 @@ TEST(Separators, ThoseThatCannotBeReadBackAreToldApart) {
   EXPECT_EQ(FaultOf(';', ';'), SeparatorFault::Same);
 }
 
+// Both exports of cards, in UTF-8 or each side in its code page.
+std::array<std::string, 2> Exports(const CardTable& cards, TextFileForm form) {
+  MemoryWriter text;
+  MemoryWriter table;
+  EXPECT_EQ(WriteTextExport(cards, kUsualFieldSeparator, '|', form, text).end, ExportEnd::Done);
+  EXPECT_EQ(WriteTableExport(cards, ';', kUsualQuoteSubstitute, form, table).end, ExportEnd::Done);
+  return {text.TakeText(), table.TakeText()};
+}
+
+TEST(CardsOfOtherScripts, AreWrittenAsTheirCharactersAndComeBackAsTheirBytes) {
+  const SideCodePages pages = {CodePage(), CodePage(CharacterSet::Cyrillic)};
+  CardTable cards = MakeCards({{.question = "Stra\xDF"
+                                            "e",
+                                .answer = "\xF3\xEB\xE8\xF6\xE0 \"\xBA\""}});
+  const auto [text, table] = Exports(cards, {.utf8 = true, .pages = pages});
+  EXPECT_NE(text.find("Straße¤\nулица \"є\"|\n"), std::string::npos) << text;
+  EXPECT_NE(table.find("Straße;улица ¦є¦;"), std::string::npos) << table;
+  const auto back = [&](std::string_view utf8, FieldPages fields) {
+    return ReadForeignText(std::string(utf8), fields);
+  };
+  const FieldPages as_text = FieldPages::OfText(pages, kUsualFieldSeparator, '|', false);
+  EXPECT_NE(back(text, as_text)
+                .bytes.find("Stra\xDF"
+                            "e\xA4\n\xF3\xEB\xE8\xF6\xE0 \"\xBA\"|\n"),
+            std::string::npos);
+  // The front is to become the back.
+  EXPECT_EQ(back("мир¤ö|", FieldPages::OfText(pages, kUsualFieldSeparator, '|', true)).bytes, "\xEC\xE8\xF0\xA4\xF6|");
+  EXPECT_EQ(back("\xD0\xB8\xCC\x86¤ö|", as_text).replaced, 3) << "no Cyrillic on the front";
+  EXPECT_EQ(back("a¤\xD0\xB8\xCC\x86 ö|", as_text).bytes, "a\xA4\xE9 ?|") << "an accent of its own";
+  // This letter has the byte of the separator.
+  EXPECT_EQ(
+      back("a¤ค|", FieldPages::OfText({{}, CodePage(CharacterSet::Thai)}, kUsualFieldSeparator, '|', false)).bytes,
+      "a\xA4?|");
+}
+
+TEST(CardsOfOtherScripts, ComeBackWhateverTheirBytes) {
+  std::minstd_rand random(7);
+  const auto side = [&random] {
+    std::string text;
+    while (text.size() < 30) {
+      const auto c = static_cast<char>(random() % 256);
+      if (std::string_view("\0\r;|\"\x0F\xA4\xA6", 8).find(c) == std::string_view::npos) text += c;
+    }
+    return text;
+  };
+  for (size_t i = 0; i < kCharacterSets * kCharacterSets; ++i) {
+    const SideCodePages pages = {CodePage(static_cast<CharacterSet>(i / kCharacterSets)),
+                                 CodePage(static_cast<CharacterSet>(i % kCharacterSets))};
+    CardTable cards = MakeCards({{.question = side(), .answer = side()}, {.question = side(), .answer = side()}});
+    const auto [text, table] = Exports(cards, {.utf8 = true, .pages = pages});
+    const auto [text_bytes, table_bytes] = Exports(cards, {.pages = pages});
+    const FieldPages as_text = FieldPages::OfText(pages, kUsualFieldSeparator, '|', false);
+    EXPECT_EQ(ReadForeignText(text, as_text).bytes, text_bytes) << i;
+    EXPECT_EQ(ReadForeignText(table, FieldPages::OfTable(pages, ';', kUsualQuoteSubstitute)).bytes, table_bytes) << i;
+  }
+}
+
 }  // namespace
 }  // namespace tessaro

@@ -61,6 +61,12 @@ TEST_F(MediaFiles, NamesAreFoundWithoutRegardToCaseAndInTheCodePage) {
   for (const auto& [name, found] : cases) EXPECT_EQ(Found(name), found) << name.substr(0, 50);
 }
 
+TEST_F(MediaFiles, NamesMayBeWrittenInTheCodePageOfEitherSide) {
+  folders.pages = {CodePage(CharacterSet::Cyrillic), CodePage(CharacterSet::Greek)};
+  EXPECT_EQ(Found("\xD9.bmp"), "kartei/\u03A9.bmp");
+  EXPECT_EQ(Found("\xE4pfel.jpg"), "kartei/\u00C4pfel.JPG") << "as before the sides got their sets";
+}
+
 TEST_F(MediaFiles, AnExactNameInTheAlternativeFolderYieldsToTheOwnFolder) {
   EXPECT_EQ(Found("BILD.BMP"), "kartei/Bild.bmp");
   folders.folder.clear();
