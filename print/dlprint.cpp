@@ -238,7 +238,8 @@ void TF_dlprint::ShowControls() {
 
 void TF_dlprint::ShowSentence() {
   static constexpr std::array kSentences = {
-      u"Vorder- und Rückseite stehen nebeneinander. Was zu breit ist, wird verkleinert.",
+      u"Vorder- und Rückseite stehen nebeneinander. Was zu breit ist, wird verkleinert; wo auch dann etwas "
+      u"fehlt, zeigt es eine schwarze Ecke.",
       u"Erst kommt eine Seite mit Vorderseiten, dann eine mit ihren Rückseiten; beidseitig über die lange Kante "
       u"gedruckt, liegen sie hintereinander. Was zu lang ist, wird verkleinert, bis auf 6 Punkt; was auch dann keinen "
       u"Platz hat, fehlt, und eine schwarze Ecke zeigt das an.",

@@ -27,6 +27,16 @@ PixelSize ContentOf(const Layout& layout) {
   return content;
 }
 
+PixelSize Shrunk(PixelSize size, PixelSize room) {
+  const auto part = [](int length, int of, int whole) {
+    return std::max(static_cast<int>(int64_t{length} * of / whole), 1);
+  };
+  if (int64_t{size.width} * room.height > int64_t{size.height} * room.width) {
+    return {room.width, part(size.height, room.width, size.width)};
+  }
+  return {part(size.width, room.height, size.height), room.height};
+}
+
 // The lines from the top down: what stands beside each other belongs together.
 std::vector<Strip> LinesOf(const Layout& layout) {
   std::vector<Strip> lines;
@@ -62,7 +72,8 @@ FittedSide FitSide(const SideLayer& lay_out, PixelSize room, const SideFit& fit)
   if (fits(sizes.front())) return side;
   // The smaller, the rather it fits.
   const auto found = std::partition_point(sizes.begin() + 1, sizes.end(), [&](int percent) { return !fits(percent); });
-  const int best = found == sizes.end() ? sizes.back() : *found;
+  const int otherwise = fit.in_height ? sizes.back() : sizes.front();
+  const int best = found == sizes.end() ? otherwise : *found;
   if (side.percent != best) fits(best);
   return side;
 }
@@ -70,8 +81,38 @@ FittedSide FitSide(const SideLayer& lay_out, PixelSize room, const SideFit& fit)
 Layout LayOutWithin(std::string_view side, PixelSize frame, int start_points, Measurer& measurer) {
   constexpr int kItemsAtOnce = 64;
   LayoutWork work(side, frame, start_points, measurer);
-  while (work.layout().size.height <= frame.height && work.Continue(kItemsAtOnce)) continue;
+  const Layout& layout = work.layout();
+  int pictures = 0;  // their height
+  size_t seen = 0;
+  while (layout.size.height - pictures <= frame.height && work.Continue(kItemsAtOnce)) {
+    for (; seen < layout.fragments.size(); ++seen) {
+      const Fragment& fragment = layout.fragments[seen];
+      if (fragment.kind != Fragment::Kind::Text) pictures += fragment.rect.height;
+    }
+  }
   return work.TakeLayout();
+}
+
+void FitPictures(Layout& layout, PixelSize room) {
+  int up = 0;
+  int line_bottom = 0;
+  for (size_t n = 0; n < layout.fragments.size(); ++n) {
+    Fragment& fragment = layout.fragments[n];
+    const PixelRect before = fragment.rect;
+    const int bottom = before.top + before.height;
+    const bool ends_line = n + 1 == layout.fragments.size() || layout.fragments[n + 1].rect.top >= bottom;
+    const bool alone = before.top >= line_bottom && ends_line;
+    line_bottom = std::max(line_bottom, bottom);
+    fragment.rect.top -= up;
+    fragment.baseline -= up;
+    const bool fits = before.width <= room.width && before.height <= room.height;
+    if (fragment.kind == Fragment::Kind::Text || fits) continue;
+    const PixelSize size = Shrunk({before.width, before.height}, room);
+    fragment.rect.width = size.width;
+    fragment.rect.height = size.height;
+    // In a line with others it stays in the middle.
+    alone ? up += before.height - size.height : fragment.rect.top += (before.height - size.height) / 2;
+  }
 }
 
 std::vector<Strip> CutIntoStrips(const Layout& layout, int height) {

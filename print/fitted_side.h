@@ -31,10 +31,14 @@ int LengthOnPaper(int length, int percent);
 using SideLayer = std::function<Layout(PixelSize frame, bool in_height)>;
 
 // Lays the side out for a room on paper in the largest of the usual sizes between the bounds in which it fits, else in
-// the smallest.
+// the smallest; without `in_height` then in the largest, since no size would show all of it.
 FittedSide FitSide(const SideLayer& lay_out, PixelSize room, const SideFit& fit);
 
-// LayOut, left off once it is known that the side is higher than its frame.
+// Makes the pictures and videos that are larger than the room smaller in their proportions; what is below them moves
+// up.
+void FitPictures(Layout& layout, PixelSize room);
+
+// LayOut, left off once it is known that the side is higher than its frame even without its pictures.
 Layout LayOutWithin(std::string_view side, PixelSize frame, int start_points, Measurer& measurer);
 
 // A part of a layout, from `top` down to `bottom`.

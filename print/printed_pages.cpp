@@ -17,7 +17,7 @@ constexpr int kRowPadding = 6;   // below and above what stands in a row of a li
 constexpr int kFootHeight = 24;  // of a list, below its rows
 constexpr int kFootPixels = 11;  // its letters
 constexpr int kCardPadding = 6;  // around what stands on a card
-constexpr int kMark = 8;         // the corner that says that something is missing
+constexpr int kMark = 10;        // the corner that says that something is missing
 const QColor kRule(176, 176, 176);
 
 // A line as thin as the device has it, whatever the scale.
@@ -27,13 +27,13 @@ QPen RulePen() {
   return pen;
 }
 
-// Says that a side goes on where there is no room for it.
-void PaintMark(QPainter& painter, const PixelRect& cell) {
-  const QPointF corner(cell.left + cell.width - kCardPadding, cell.top + cell.height - kCardPadding);
+// A black corner says that a side goes on where there is no room for it.
+void PaintMark(QPainter& painter, const QRect& room) {
+  const QPointF corner(room.left() + room.width(), room.top() + room.height());
   QPainterPath mark;
-  mark.addPolygon(QPolygonF({corner, corner - QPointF(kMark, kMark), corner - QPointF(-kMark, kMark), corner}));
+  mark.addPolygon(QPolygonF({corner, corner - QPointF(kMark, 0), corner - QPointF(0, kMark), corner}));
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.fillPath(mark.translated(-kMark, 0), Qt::black);
+  painter.fillPath(mark, Qt::black);
 }
 
 }  // namespace
@@ -128,9 +128,11 @@ PrintedPages::FlowItem PrintedPages::LayOutLarge(int item) {
   const auto fit = [&](const SideFit& how) {
     return printer.Fit(source_.side(item / SidesOfACard(), SideOf(item)), room, how);
   };
-  FittedSide side = fit({std::max(order_.most_percent, order_.percent), order_.percent, true});
+  const int least = printer.LeastPercent(order_.percent);
+  const int a_little_less = Enlarges() ? std::max(least, order_.percent * 7 / 10) : order_.percent;
+  FittedSide side = fit({std::max(order_.most_percent, order_.percent), a_little_less, true});
   // What does not fit goes on on the next page.
-  if (side.cut) side = fit({order_.percent, printer.LeastPercent(order_.percent), false});
+  if (side.cut) side = fit({order_.percent, least, false});
   FlowItem large;
   large.Add(std::move(side), room.height, 0);
   return large;
@@ -171,8 +173,10 @@ void PrintedPages::PaintListPart(QPainter& painter, const FlowPart& part, const 
   for (size_t column = 0; column < item.columns.size(); ++column) {
     const auto n = static_cast<size_t>(part.place.part);
     if (n >= item.strips[column].size()) continue;
-    const QPoint place(body.left + static_cast<int>(column) * step, top + kRowPadding);
-    (column == 0 ? front_ : back_).Paint(painter, item.columns[column], item.strips[column][n], place);
+    const QRect room(body.left + static_cast<int>(column) * step, top, step - kGutter, part.height);
+    const QPoint place = room.topLeft() + QPoint(0, kRowPadding);
+    (column == 0 ? front_ : back_).Paint(painter, item.columns[column], item.strips[column][n], place, room);
+    if (item.columns[column].cut) PaintMark(painter, room);
   }
   painter.setPen(RulePen());
   const int bottom = top + part.height;
@@ -183,15 +187,16 @@ void PrintedPages::PaintListPart(QPainter& painter, const FlowPart& part, const 
 }
 
 void PrintedPages::PaintLargePart(QPainter& painter, const FlowPart& part, const FlowItem& item) {
-  const PixelRect body = Body();
+  const QRect room(Body().left, Body().top, Body().width, Body().height);
   const FittedSide& side = item.columns.front();
-  QPoint place(body.left, body.top);
-  if (item.heights.size() == 1 && order_.most_percent > order_.percent) {
-    place += QPoint((body.width - LengthOnPaper(side.content.width, side.percent)) / 2,
-                    (body.height - LengthOnPaper(side.content.height, side.percent)) / 2);
+  QPoint place = room.topLeft();
+  if (item.heights.size() == 1 && Enlarges()) {
+    place += QPoint(std::max(room.width() - LengthOnPaper(side.content.width, side.percent), 0) / 2,
+                    std::max(room.height() - LengthOnPaper(side.content.height, side.percent), 0) / 2);
   }
-  PrinterOf(SideOf(part.place.item))
-      .Paint(painter, side, item.strips.front()[static_cast<size_t>(part.place.part)], place);
+  const Strip& strip = item.strips.front()[static_cast<size_t>(part.place.part)];
+  PrinterOf(SideOf(part.place.item)).Paint(painter, side, strip, place, room);
+  if (side.cut) PaintMark(painter, room);
 }
 
 void PrintedPages::PaintFoot(QPainter& painter, int page) const {
@@ -225,19 +230,18 @@ void PrintedPages::PaintSheet(QPainter& painter, int page) {
 }
 
 void PrintedPages::PaintCard(QPainter& painter, const PixelRect& cell, int card, SideName name) {
-  const PixelSize room = {std::max(cell.width - 2 * kCardPadding, 1), std::max(cell.height - 2 * kCardPadding, 1)};
+  const QRect room(cell.left + kCardPadding, cell.top + kCardPadding, std::max(cell.width - 2 * kCardPadding, 1),
+                   std::max(cell.height - 2 * kCardPadding, 1));
   SidePrinter& printer = PrinterOf(name);
   const SideFit fit = {order_.percent, printer.LeastPercent(order_.percent), true};
-  const FittedSide side = printer.Fit(source_.side(card, name), room, fit);
-  const PixelSize used = {LengthOnPaper(side.content.width, side.percent),
-                          LengthOnPaper(side.content.height, side.percent)};
-  const QPoint place(cell.left + kCardPadding + std::max((room.width - used.width) / 2, 0),
-                     cell.top + kCardPadding + std::max((room.height - used.height) / 2, 0));
-  painter.save();
-  painter.setClipRect(QRect(cell.left + kCardPadding, cell.top + kCardPadding, room.width, room.height));
-  printer.Paint(painter, side, CutIntoStrips(side.layout, room.height * 100 / side.percent).front(), place);
-  painter.restore();
-  if (side.cut) PaintMark(painter, cell);
+  const FittedSide side = printer.Fit(source_.side(card, name), {room.width(), room.height()}, fit);
+  const auto before = [&side](int length, int content) {
+    return std::max(length - LengthOnPaper(content, side.percent), 0) / 2;
+  };
+  const QPoint place =
+      room.topLeft() + QPoint(before(room.width(), side.content.width), before(room.height(), side.content.height));
+  printer.Paint(painter, side, CutIntoStrips(side.layout, room.height() * 100 / side.percent).front(), place, room);
+  if (side.cut) PaintMark(painter, room);
 }
 
 }  // namespace tessaro

@@ -79,6 +79,7 @@ class PrintedPages {
   };
 
   bool InFlow() const { return order_.form != PrintForm::Cards; }
+  bool Enlarges() const { return order_.most_percent > order_.percent; }
   int SidesOfACard() const { return order_.sides == PrintSides::Both ? 2 : 1; }
   SideName SideOf(int n) const;
   SidePrinter& PrinterOf(SideName side) { return side == SideName::Front ? front_ : back_; }

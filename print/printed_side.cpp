@@ -39,16 +39,23 @@ FittedSide SidePrinter::Fit(std::string_view side, PixelSize room, const SideFit
   const std::string shown = ShownSide(side);
   const auto lay_out = [&](PixelSize frame, bool in_height) {
     static const std::function<ColourClass(int64_t)> kAllBlue;
-    QtMeasurer measurer(texts_, pictures_, kAllBlue, {frame.width - 2 * kPageMargin, frame.height - 2 * kPageMargin});
-    return in_height ? LayOutWithin(shown, frame, points_, measurer) : LayOut(shown, frame, points_, measurer);
+    // In a frame that grows, pictures do not: they become smaller with the letters.
+    const PixelSize most = {std::max(std::min(frame.width, room.width) - 2 * kPageMargin, 1),
+                            std::max(std::min(frame.height, room.height) - 2 * kPageMargin, 1)};
+    QtMeasurer measurer(texts_, pictures_, kAllBlue, most);
+    Layout layout = in_height ? LayOutWithin(shown, frame, points_, measurer) : LayOut(shown, frame, points_, measurer);
+    FitPictures(layout, most);
+    return layout;
   };
   return FitSide(lay_out, room, fit);
 }
 
-void SidePrinter::Paint(QPainter& painter, const FittedSide& side, const Strip& strip, QPoint place) {
+void SidePrinter::Paint(QPainter& painter, const FittedSide& side, const Strip& strip, QPoint place,
+                        const QRect& room) {
   const int height = strip.bottom - strip.top;
   if (height <= 0) return;
   painter.save();
+  painter.setClipRect(room, Qt::IntersectClip);
   painter.translate(place);
   painter.scale(side.percent / 100.0, side.percent / 100.0);
   painter.translate(0, -strip.top);

@@ -26,8 +26,8 @@ class SidePrinter {
   // The least percentage, at most `most`, in which the letters of the side can still be read.
   int LeastPercent(int most) const;
   FittedSide Fit(std::string_view side, PixelSize room, const SideFit& fit);
-  // Draws a strip of the side with its upper left corner in `place`.
-  void Paint(QPainter& painter, const FittedSide& side, const Strip& strip, QPoint place);
+  // Draws a strip of the side with its upper left corner in `place`, and nothing of it outside of the room.
+  void Paint(QPainter& painter, const FittedSide& side, const Strip& strip, QPoint place, const QRect& room);
 
  private:
   SideLook look_;

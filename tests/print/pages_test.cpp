@@ -57,6 +57,32 @@ TEST(FitSide, TakesTheLargestSizeInWhichTheSideFits) {
   }
 }
 
+TEST(FitPictures, MovesUpWhatIsBelowThem) {
+  const struct {
+    const char* side;
+    PixelSize room;
+    const char* places;  // of the fragments: left, top, width, height
+  } kCases[] = {
+      {"a<br><img src=\"high.png\">b", {400, 350}, "5,5 10x20 5,25 50x350 5,377 10x20 "},
+      {"a<br><img src=\"high.png\">b", {400, 100}, "5,5 10x20 5,25 14x100 5,127 10x20 "},
+      {"<img src=\"high.png\"><img src=\"high.png\">b", {25, 400}, "5,5 25x175 5,182 25x175 5,359 10x20 "},
+      {"<a href=\"000001\"><img src=\"high.png\"></a>a<br>b", {400, 100}, "5,131 14x100 57,171 10x20 5,357 10x20 "},
+  };
+  for (const auto& c : kCases) {
+    FittedSide side = Fit(c.side, {400, 1000}, {100, 100, false});
+    FitPictures(side.layout, c.room);
+    std::ostringstream places;
+    for (const Fragment& fragment : side.layout.fragments) {
+      const PixelRect& rect = fragment.rect;
+      places << rect.left << "," << rect.top << " " << rect.width << "x" << rect.height << " ";
+      if (fragment.kind == Fragment::Kind::Text) {
+        EXPECT_EQ(fragment.baseline, rect.top + 15);
+      }
+    }
+    EXPECT_EQ(places.str(), c.places) << c.side;
+  }
+}
+
 std::string Dump(const std::vector<Strip>& strips) {
   std::ostringstream out;
   for (const Strip& strip : strips) out << strip.top << "-" << strip.bottom << " ";

@@ -97,6 +97,25 @@ TEST(PrintedPages, MarkACardThatDoesNotHoldItsSide) {
   }
 }
 
+TEST(PrintedPages, ShowPicturesWholeHoweverLargeTheyAre) {
+  const TemporaryFolder folder;
+  QImage picture(600, 400, QImage::Format_RGB32);
+  picture.fill(Qt::black);
+  ASSERT_TRUE(picture.save(FromPath(folder.path() / "p.png")));
+  for (const char* side : {"<img src=\"p.png\">", "Text <img src=\"p.png\"> Text",
+                           "Text <img src=\"p.png\" width=\"3000\" height=\"2000\"> Text"}) {
+    for (const PrintForm form : {PrintForm::List, PrintForm::Cards, PrintForm::Large}) {
+      PrintSource source = SourceOf({{side, ""}});
+      source.folders = {folder.path(), {}};
+      PrintedPages pages(source, OrderOf(form));
+      const QRect ink = Ink(pages, 0);
+      const bool card = form == PrintForm::Cards;
+      EXPECT_GT(ink.width(), card ? 100 : 300) << side;
+      EXPECT_TRUE((card ? CellOf(0) : QRect(30, 30, 794 - 60, 1123 - 60)).adjusted(3, 3, -3, -3).contains(ink)) << side;
+    }
+  }
+}
+
 TEST(PrintedPages, LoseNothingOfALongSide) {
   const struct {
     PrintForm form;
