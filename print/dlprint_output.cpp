@@ -27,7 +27,7 @@ QString TF_dlprint::ChoosePdf() {
   const QString chosen = ties_.messages.ChooseFileToSave(this, u"Als PDF speichern"_s,
                                                          WithPdfEnding(FromPath(proposed)), u"PDF (*.pdf)"_s);
   if (chosen.isEmpty()) return {};
-  const QString path = WithPdfEnding(chosen);
+  QString path = WithPdfEnding(chosen);
   if (path == chosen || !QFileInfo::exists(path)) return path;
   // The one that was asked about had another name.
   const bool replace =
