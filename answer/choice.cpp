@@ -1,5 +1,7 @@
 #include "answer/choice.h"
 
+#include <algorithm>
+
 #include "platform/code_page.h"
 
 namespace tessaro {
@@ -83,6 +85,12 @@ std::optional<ChoicePage> PageOf(std::string_view key, CodePage code_page) {
   const bool numbers = CanBeRight(key, ChoicePage::Numbers, code_page);
   if (numbers == CanBeRight(key, ChoicePage::Letters, code_page)) return std::nullopt;
   return numbers ? ChoicePage::Numbers : ChoicePage::Letters;
+}
+
+bool IsBareKey(std::string_view text, CodePage code_page) {
+  const bool letters = std::any_of(text.begin(), text.end(), [code_page](char c) { return code_page.IsLetter(c); });
+  const bool digits = std::any_of(text.begin(), text.end(), IsDigit);
+  return letters != digits && CanBeRight(text, letters ? ChoicePage::Letters : ChoicePage::Numbers, code_page);
 }
 
 }  // namespace tessaro

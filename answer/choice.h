@@ -32,4 +32,8 @@ bool CanBeRight(std::string_view key, ChoicePage page, CodePage code_page = {});
 // The page on which something can be right, when there is one only.
 std::optional<ChoicePage> PageOf(std::string_view key, CodePage code_page = {});
 
+// Whether a text that a person reads is such a key and nothing else, so that no author can have meant an answer in
+// words: choices of one page, without a letter beside numbers or a digit beside letters.
+bool IsBareKey(std::string_view text, CodePage code_page = {});
+
 }  // namespace tessaro

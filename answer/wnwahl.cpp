@@ -20,6 +20,7 @@ namespace {
 
 constexpr KeptPlace kFirstPlace = {.x = 76, .y = 572, .width = 580, .height = 154};
 
+const QString kRightText = u"Antwort war richtig, nächste Karte ist angezeigt"_s;
 const QString kWrongText = u"Fehler - richtige Antwort ist angezeigt - weiter n u r  mit <weiter>"_s;
 
 QString NameOf(ChoicePage page, size_t choice) {
@@ -34,8 +35,12 @@ void SetLetters(QWidget& control, const std::optional<QColor>& colour) {
 
 }  // namespace
 
-TF_wnwahl::TF_wnwahl(const AnswerSurroundings& around)
-    : AnswerWindow(around, "W", kFirstPlace), ui_(std::make_unique<Ui::TF_wnwahl>()) {
+TF_wnwahl::TF_wnwahl(const AnswerSurroundings& around, CardFile& file, Random& random)
+    : AnswerWindow(around, "W", kFirstPlace),
+      ui_(std::make_unique<Ui::TF_wnwahl>()),
+      offers_(keys::kOfferAnswers.Read(around.settings.ini)),
+      offer_(file),
+      random_(random) {
   ui_->setupUi(this);
   DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->SpeedButtonClose, *ui_->SpeedButtonHelp);
   MakeChoices();
@@ -44,12 +49,14 @@ TF_wnwahl::TF_wnwahl(const AnswerSurroundings& around)
   ui_->PageControlSelect->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
   ui_->PageControlSelect->setCurrentIndex(static_cast<int>(keys::kChoicePage.Read(around_.settings.ini)));
   connect(ui_->PageControlSelect, &QTabWidget::currentChanged, this, &TF_wnwahl::PageChanged);
+  connect(ui_->PanelAntworten, &OfferedList::Chosen, this, &TF_wnwahl::OfferedClick);
   connect(ui_->BitBtnMehrfach, &QAbstractButton::clicked, this, &TF_wnwahl::BitBtnMehrfachClick);
   connect(ui_->BitBtnLerneIch, &QAbstractButton::clicked, this, &TF_wnwahl::BitBtnLerneIchClick);
   WatchKeys();
   DressBoxes();
   PageChanged();
   Restore();
+  ui_->PanelAntworten->hide();
 }
 
 TF_wnwahl::~TF_wnwahl() {
@@ -106,15 +113,40 @@ void TF_wnwahl::PageChanged() {
     boxes_[i]->setAccessibleName(NameOf(Page(), i));
     boxes_[i]->setToolTip(u"%1 ankreuzen (Leertaste)"_s.arg(NameOf(Page(), i)));
   }
-  ui_->StatusBarSelect->setPlaceholderText(Page() == ChoicePage::Numbers
-                                               ? u"Zahl wählen (Ziffer); mehrere: ankreuzen und prüfen (Eingabetaste)"_s
-                                               : u"Buchstaben wählen; mehrere: ankreuzen und prüfen (Eingabetaste)"_s);
+  ShowHint();
   ShowStatus();
+}
+
+void TF_wnwahl::ShowHint() {
+  ui_->StatusBarSelect->setPlaceholderText(
+      offered_                        ? u"Antwort wählen (A bis %1)"_s.arg(ui_->PanelAntworten->LastLetter())
+      : Page() == ChoicePage::Numbers ? u"Zahl wählen (Ziffer); mehrere: ankreuzen und prüfen (Eingabetaste)"_s
+                                      : u"Buchstaben wählen; mehrere: ankreuzen und prüfen (Eingabetaste)"_s);
+}
+
+// For the card on screen. The offered answers stand in the place of letters, numbers and boxes.
+void TF_wnwahl::MakeOffer() {
+  const CardOnScreen card = around_.learning.Card();
+  offered_ = offers_ && Asks() ? offer_.Make(card, random_) : std::nullopt;
+  if (offered_) ui_->PanelAntworten->Offer(*offered_, card.second_page);
+  ui_->PanelAntworten->setVisible(offered_.has_value());
+  for (QWidget* part : {static_cast<QWidget*>(ui_->PageControlSelect), static_cast<QWidget*>(ui_->PanelCheck),
+                        static_cast<QWidget*>(ui_->BitBtnMehrfach)}) {
+    part->setVisible(!offered_);
+  }
+  ShowHint();
+}
+
+void TF_wnwahl::ReadSettings() {
+  const bool offers = keys::kOfferAnswers.Read(around_.settings.ini);
+  if (offers == std::exchange(offers_, offers) || around_.gate.SelectError()) return;
+  CardCame();
 }
 
 void TF_wnwahl::CardCame() {
   around_.gate.SetSelectError(false);
   Restore();
+  MakeOffer();
   if (const std::optional<ChoicePage> page = PageOf(around_.learning.SecondSide(), KeyPage()); page && Asks()) {
     ui_->PageControlSelect->setCurrentIndex(static_cast<int>(*page));
   }
@@ -130,17 +162,33 @@ void TF_wnwahl::SwitchedOff() {
 
 bool TF_wnwahl::CanAnswer() const {
   const std::string_view key = around_.learning.SecondSide();
-  return Asks() && (CanBeRight(key, ChoicePage::Numbers, KeyPage()) || CanBeRight(key, ChoicePage::Letters, KeyPage()));
+  return Asks() && (offered_ || CanBeRight(key, ChoicePage::Numbers, KeyPage()) ||
+                    CanBeRight(key, ChoicePage::Letters, KeyPage()));
 }
 
 void TF_wnwahl::TakeFocus() {
   FocusOn(*this);
 }
 
+bool TF_wnwahl::MayChoose() const {
+  return !around_.gate.InputLocked() && !around_.gate.SelectError() && Asks();
+}
+
+void TF_wnwahl::OfferedClick(size_t place) {
+  if (!MayChoose() || !offered_) return;
+  if (place == offered_->right) {
+    Right(kRightText);
+  } else {
+    ui_->PanelAntworten->Mark(place, offered_->right);
+    Wrong();
+  }
+  around_.gate.LockInput();
+}
+
 void TF_wnwahl::ChoiceClick(size_t choice, QToolButton& button) {
-  if (around_.gate.InputLocked() || around_.gate.SelectError() || !Asks()) return;
+  if (!MayChoose()) return;
   if (IsRightChoice(around_.learning.SecondSide(), Page(), choice)) {
-    Right(u"Antwort war richtig, nächste Karte ist angezeigt"_s);
+    Right(kRightText);
   } else {
     SetLetters(button, AccentColour(Accent::NotKnown, palette()));
     Wrong();
@@ -156,7 +204,7 @@ void TF_wnwahl::CheckBoxClick(size_t choice) {
 }
 
 void TF_wnwahl::BitBtnMehrfachClick() {
-  if (around_.gate.InputLocked() || around_.gate.SelectError() || !Asks()) return;
+  if (!MayChoose()) return;
   if (RightTicks(around_.learning.SecondSide(), Page(), KeyPage()) == Ticked()) {
     Right(u"Antwort war richtig"_s);
   } else {
@@ -218,7 +266,7 @@ Ticks TF_wnwahl::Ticked() const {
 }
 
 void TF_wnwahl::ShowStatus(ChoiceStatus after) {
-  const bool possible = CanBeRight(around_.learning.SecondSide(), Page(), KeyPage());
+  const bool possible = offered_ || CanBeRight(around_.learning.SecondSide(), Page(), KeyPage());
   around_.gate.SetStatus(!around_.gate.ChoiceVisible() ? ChoiceStatus::None
                          : possible                    ? after
                                                        : ChoiceStatus::NoChoice);
@@ -233,10 +281,13 @@ bool TF_wnwahl::KeyPressed(QKeyEvent& event) {
       ui_->BitBtnLerneIch->click();
     } else if (ui_->BitBtnMehrfach->isEnabled()) {
       ui_->BitBtnMehrfach->click();
+    } else if (offered_) {
+      return false;  // chooses the answer that has the focus
     }
     return true;
   }
   if (event.modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) return false;
+  if (offered_) return ChooseOffered(event);
   return MoveAmongBoxes(key) || ChooseByKey(event);
 }
 
@@ -257,6 +308,16 @@ bool TF_wnwahl::MoveAmongBoxes(int key) {
   }
   boxes_[box_]->setFocus(Qt::TabFocusReason);
   return true;
+}
+
+bool TF_wnwahl::ChooseOffered(QKeyEvent& event) {
+  if (event.key() == Qt::Key_Up || event.key() == Qt::Key_Down) {
+    ui_->PanelAntworten->MoveFocus(event.key() == Qt::Key_Down);
+    return true;
+  }
+  QPushButton* button = ui_->PanelAntworten->ButtonOf(event.text().toUpper());
+  if (button != nullptr && !event.isAutoRepeat()) button->click();
+  return button != nullptr;
 }
 
 // Not while boxes are ticked or one has the focus: the learner is about to name several.

@@ -3,6 +3,7 @@
 #include <array>
 #include <memory>
 
+#include "answer/answer_offer.h"
 #include "answer/answer_window.h"
 #include "answer/choice.h"
 
@@ -14,19 +15,22 @@ class TF_wnwahl;
 
 namespace tessaro {
 
-// The choice bar: the learner answers a test card by clicking a letter, a number, or a set of boxes. After a wrong
-// answer the right one is shown, and "weiter" is the only way on.
+// The choice bar: the learner answers a test card by clicking a letter, a number, or a set of boxes; if he wishes,
+// other cards by choosing the answer among answers of other cards. After a wrong answer the right one is shown, and
+// "weiter" is the only way on.
 class TF_wnwahl : public AnswerWindow {
   Q_OBJECT
 
  public:
-  explicit TF_wnwahl(const AnswerSurroundings& around);
+  // The file and the chance must outlive the window.
+  TF_wnwahl(const AnswerSurroundings& around, CardFile& file, Random& random);
   ~TF_wnwahl() override;
 
   void CardCame() override;
   void SideCame() override { ShowStatus(); }
   // What is pending is registered as "weiter" would.
   void SwitchedOff() override;
+  void ReadSettings() override;
   bool CanAnswer() const override;
   void TakeFocus() override;
 
@@ -44,7 +48,11 @@ class TF_wnwahl : public AnswerWindow {
   void MakeChoices();
   void DressBoxes();
   void PageChanged();
+  void ShowHint();
+  void MakeOffer();
+  bool MayChoose() const;
   void ChoiceClick(size_t choice, QToolButton& button);
+  void OfferedClick(size_t place);
   void CheckBoxClick(size_t choice);
   void BitBtnMehrfachClick();
   void BitBtnLerneIchClick();
@@ -56,12 +64,17 @@ class TF_wnwahl : public AnswerWindow {
   Ticks Ticked() const;
   void ShowStatus(ChoiceStatus after = ChoiceStatus::Choice);
   bool ChooseByKey(QKeyEvent& event);
+  bool ChooseOffered(QKeyEvent& event);
   bool MoveAmongBoxes(int key);
 
   std::unique_ptr<Ui::TF_wnwahl> ui_;
   std::array<std::array<QToolButton*, kChoices>, 2> choices_{};
   std::array<QCheckBox*, kChoices> boxes_{};
   size_t box_ = 0;  // the one that the keys tick
+  bool offers_ = false;
+  AnswerOffer offer_;
+  Random& random_;
+  std::optional<OfferedAnswers> offered_;  // for the card on screen
 };
 
 }  // namespace tessaro

@@ -39,12 +39,14 @@ constexpr std::array kWindowModes = {AnswerMode::Choice, AnswerMode::Input, Answ
 
 }  // namespace
 
-AnswerModes::AnswerModes(const CardFile& file, TF_wnlern& learning, TF_wnmedia& media, AnswerGate& gate,
-                         ProgramSettings& settings, const Clock& clock, Messages& messages, bool& input_check_on)
+AnswerModes::AnswerModes(CardFile& file, TF_wnlern& learning, TF_wnmedia& media, AnswerGate& gate,
+                         ProgramSettings& settings, const Clock& clock, Random& random, Messages& messages,
+                         bool& input_check_on)
     : file_(file),
       learning_(learning),
       media_(media),
       around_{learning, gate, settings, clock, messages},
+      random_(random),
       input_check_on_(input_check_on) {
   connect(&learning, &TF_wnlern::AnswerModeWanted, this, &AnswerModes::SwitchTo);
   connect(&learning, &TF_wnlern::LearningKeysChanged, this, &AnswerModes::PassKeys);
@@ -126,7 +128,7 @@ void AnswerModes::MakeWindow(AnswerMode mode) {
 }
 
 std::unique_ptr<AnswerWindow> AnswerModes::MakeChoice() {
-  auto window = std::make_unique<TF_wnwahl>(around_);
+  auto window = std::make_unique<TF_wnwahl>(around_, file_, random_);
   connect(window.get(), &TF_wnwahl::StatusChanged, &learning_, &TF_wnlern::ShowChoiceStatus);
   return window;
 }

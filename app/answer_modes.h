@@ -11,6 +11,7 @@
 namespace tessaro {
 
 class CardFile;
+class Random;
 class TF_wnlern;
 class TF_wnmedia;
 class TF_wnsign;
@@ -22,8 +23,8 @@ class AnswerModes : public QObject {
 
  public:
   // All of these must outlive the object. `input_check_on` is kept as long as the program runs.
-  AnswerModes(const CardFile& file, TF_wnlern& learning, TF_wnmedia& media, AnswerGate& gate, ProgramSettings& settings,
-              const Clock& clock, Messages& messages, bool& input_check_on);
+  AnswerModes(CardFile& file, TF_wnlern& learning, TF_wnmedia& media, AnswerGate& gate, ProgramSettings& settings,
+              const Clock& clock, Random& random, Messages& messages, bool& input_check_on);
   // Keeps the places of the windows.
   ~AnswerModes() override;
 
@@ -52,10 +53,11 @@ class AnswerModes : public QObject {
   void PlayErrorSound(const QString& path);
   void TellBadSound(const QString& path);
 
-  const CardFile& file_;
+  CardFile& file_;
   TF_wnlern& learning_;
   TF_wnmedia& media_;
   AnswerSurroundings around_;
+  Random& random_;
   bool& input_check_on_;
   AnswerMode mode_ = AnswerMode::None;
   std::array<std::unique_ptr<AnswerWindow>, kModes> windows_;

@@ -196,6 +196,7 @@ void TF_dlopt::TieLearning() {
 }
 
 void TF_dlopt::TieAnswers() {
+  fields_.Add(*ui_->Vorschlaege, keys::kOfferAnswers);
   fields_.Add(*ui_->Leerzeichen, keys::kExtraBlanks);
   fields_.Add(*ui_->AndereSchreibung, keys::kAnyCase);
   fields_.Add(*ui_->OhneAkzente, keys::kAnyAccents);

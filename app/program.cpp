@@ -110,7 +110,7 @@ void Program::MakeLearningWindow() {
           [this](int row) { PrintCards(learning_window_.get(), row); });
   TieMedia(*learning_window_);
   answer_modes_ = std::make_unique<AnswerModes>(file_, *learning_window_, *media_window_, answer_gate_, settings_,
-                                                machine_.clock, machine_.messages, input_check_on_);
+                                                machine_.clock, machine_.random, machine_.messages, input_check_on_);
 }
 
 void Program::ChooseMethod(bool boxes) {

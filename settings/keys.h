@@ -31,7 +31,8 @@ inline constexpr std::array kBoxLimits = {
     NumberSetting{"Leitner", "Fach5", 500, 0, 99999}};
 
 // The modes of answering.
-inline constexpr NumberSetting kChoicePage = {"SEL", "i", 0, 0, 1};  // numbers, letters
+inline constexpr NumberSetting kChoicePage = {"SEL", "i", 0, 0, 1};        // numbers, letters
+inline constexpr FlagSetting kOfferAnswers = {"SEL", "Vorschlag", false};  // of other cards, where the card has no key
 // Two blanks less than uncover the answer in the typed line.
 inline constexpr NumberSetting kExtraBlanks = {"Keys", "Space", 0, 0, 8};
 // What a typed answer may do otherwise than the card.

@@ -116,6 +116,54 @@ TEST_F(AnswerModesTest, BoxesAreTickedBySpaceAndJudgedByEnter) {
   EXPECT_EQ(Answers(), "wf-");
 }
 
+TEST_F(AnswerModesTest, AnswersOfOtherCardsAreOfferedAndJudgedAsAKey) {
+  keys::kOfferAnswers.Write(true, program.settings().ini);
+  Learn({Card(1, "house", "Haus & Hof"), Card(2, "tree", "Baum"), Card(3, "A oder B?", "b"), Card(4, "sun", "Sonne"),
+         Card(5, "<navigation><home>Start", "-")},
+        Qt::Key_1);
+  EXPECT_EQ(Status(), u"Multiple Choice"_s);
+  auto& list = Find<QWidget>(u"PanelAntworten"_s);
+  EXPECT_TRUE(list.isVisible());
+  EXPECT_FALSE(Find<QWidget>(u"PageControlSelect"_s).isVisible() || Find<QWidget>(u"PanelCheck"_s).isVisible());
+  EXPECT_EQ(Find<QWidget>(u"ButtonAntwortA"_s).accessibleName(), u"A: Haus & Hof"_s);
+  EXPECT_FALSE(Find<QWidget>(u"ButtonAntwortD"_s).isVisible()) << "three cards have answers in words";
+  Key(Qt::Key_D);
+  Repeat(Qt::Key_A, u"a"_s);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Answers(), "-----");
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_A);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_A);
+  EXPECT_EQ(Answers(), "w----") << "and not the next one within the lock";
+  EXPECT_EQ(Line(u"StatusBarSelect"_s), u"Antwort war richtig, nächste Karte ist angezeigt"_s);
+  EXPECT_EQ(Status(), u"Neue Auswahl"_s);
+  clock.milliseconds += 200;
+
+  Key(Qt::Key_2);
+  EXPECT_EQ(Line(u"StatusBarSelect"_s), kPendingText);
+  EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
+  EXPECT_EQ(Focused(), u"BitBtnLerneIch"_s);
+  Key(Qt::Key_1);
+  EXPECT_EQ(Answers(), "w----") << "only weiter acts";
+  Find<QWidget>(u"BitBtnLerneIch"_s).setFocus();
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Answers(), "wf---");
+
+  EXPECT_TRUE(Find<QWidget>(u"PageControlSelect"_s).isVisible() && !list.isVisible()) << "the card has a key";
+  Key(Qt::Key_B);
+  EXPECT_EQ(Answers(), "wfw--");
+  Key(Qt::Key_Down);
+  Key(Qt::Key_Up);
+  Key(Qt::Key_Down);
+  EXPECT_EQ(Focused(), u"ButtonAntwortA"_s);
+  Key(Qt::Key_Up);
+  EXPECT_EQ(Focused(), u"ButtonAntwortC"_s);
+  Key(Qt::Key_Return);
+  EXPECT_EQ(Line(u"StatusBarSelect"_s), kPendingText);
+  Click(u"SpeedButtonHome"_s);
+  EXPECT_FALSE(list.isVisible()) << "a navigation card asks nothing";
+  EXPECT_EQ(Answers(), "wfw--");
+}
+
 TEST_F(AnswerModesTest, OptionsHoldAtOnceAndAreKept) {
   Learn({Card(1, "Frage", "Das Haus")}, Qt::Key_2);
   const auto set = [&](int blanks, int mode) {
