@@ -181,6 +181,8 @@ void AnswerModes::TakeFocus() {
 
 void AnswerModes::SettingsChanged() {
   Start();
+  // The side may have other characters now.
+  if (signs_ != nullptr) signs_.release()->deleteLater();
   if (Window() == nullptr) return;
   Window()->ReadSettings();
   Window()->SideCame();

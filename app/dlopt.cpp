@@ -55,8 +55,9 @@ TF_dlopt::TF_dlopt(OptionPlaces places, Messages& messages, QWidget* parent)
                ui_->ZeichensatzH,    ui_->MusterH,       {}};
   for (Side& side : sides_) TieSide(side);
   const bool open = places_.card_file != nullptr;
-  ui_->LabelKarten->setText(open ? u"Schrift und Farben dieser Kartei; jede Kartei hat ihre eigenen."_s
-                                 : u"Schrift und Farben gehören zu einer Kartei. Öffnen Sie zuerst eine."_s);
+  ui_->LabelKarten->setText(
+      open ? u"Schrift, Farben und Zeichensatz dieser Kartei; jede Kartei hat ihre eigenen."_s
+           : u"Schrift, Farben und Zeichensatz gehören zu einer Kartei. Öffnen Sie zuerst eine."_s);
   ui_->GruppeV->setEnabled(open);
   ui_->GruppeH->setEnabled(open);
   TieCharacterSets();

@@ -6,6 +6,7 @@
 #include <QScopedValueRollback>
 #include <QSyntaxHighlighter>
 #include <QTextBlock>
+#include <QTextOption>
 #include <QUrl>
 #include <algorithm>
 
@@ -99,6 +100,9 @@ void SideField::SetCodePage(CodePage page) {
   if (page == page_) return;
   const std::string side = Side();
   page_ = page;
+  QTextOption writing = document()->defaultTextOption();
+  writing.setTextDirection(page.right_to_left() ? Qt::RightToLeft : Qt::LayoutDirectionAuto);
+  document()->setDefaultTextOption(writing);
   SetSide(side);
 }
 

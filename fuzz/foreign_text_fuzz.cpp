@@ -57,6 +57,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const auto at = [&](size_t i) { return static_cast<char>(data[i]); };
   const ForeignText text = ReadForeignText(std::string(reinterpret_cast<const char*>(data) + kHead, size - kHead));
   Require(text.bytes.size() <= size && text.bytes.find('\0') == std::string::npos);
+  const SideCodePages pages = {CodePage(CharacterSet::Cyrillic), CodePage(CharacterSet::Thai)};
+  for (const FieldPages& fields :
+       {FieldPages::OfText(pages, at(0), at(1), false), FieldPages::OfTable(pages, at(0), at(2))}) {
+    const std::string raw(reinterpret_cast<const char*>(data) + kHead, size - kHead);
+    Require(ReadForeignText(raw, fields).bytes.size() <= size);
+  }
   ReadTextCards(text.bytes, {.separator = at(0), .card_separator = at(1), .backslash_pairs = at(2) == '\\'});
   ReadTable(text.bytes, {.separator = at(0), .quote = at(2)});
   MemoryWriter file;

@@ -135,7 +135,7 @@ class SideLayout {
   // A text whose letters do not all run in one direction, in parts that do.
   void AddDirectedParts(std::string_view text, const TextStyle& style, ColourClass colour,
                         std::optional<int32_t> target) {
-    for (const std::string_view part : DirectedParts(text, page_)) {
+    for (const std::string_view part : DirectedParts(text, page_, Measurer::kLongestPiece)) {
       LinePiece piece = MakePiece(part, style, colour);
       piece.in_link = target && part.data() != text.data();
       if (target && !piece.in_link) piece.target = target;

@@ -22,13 +22,13 @@ bool GoOn(UCharDirection before, UCharDirection next) {
 
 }  // namespace
 
-std::vector<std::string_view> DirectedParts(std::string_view text, CodePage page) {
+std::vector<std::string_view> DirectedParts(std::string_view text, CodePage page, size_t longest) {
   std::vector<std::string_view> parts;
   UCharDirection before = U_LEFT_TO_RIGHT;
   size_t begin = 0;
   for (size_t i = 0; i < text.size(); ++i) {
     const UCharDirection next = u_charDirection(page.CharacterOf(text[i]));
-    if (i > begin && !GoOn(before, next)) {
+    if (i - begin == longest || (i > begin && !GoOn(before, next))) {
       parts.push_back(text.substr(begin, i - begin));
       begin = i;
     }

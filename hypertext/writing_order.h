@@ -12,8 +12,9 @@
 // within a text without blanks.
 namespace tessaro {
 
-// Parts of a text that run in one direction wherever they stand: never empty, and all of the text in its order.
-std::vector<std::string_view> DirectedParts(std::string_view text, CodePage page);
+// Parts of a text, at most so long, that run in one direction wherever they stand: never empty, and all of the text in
+// its order.
+std::vector<std::string_view> DirectedParts(std::string_view text, CodePage page, size_t longest);
 
 // Where the pieces of a line stand whose paragraph runs from right to left.
 struct LineOrder {

@@ -100,6 +100,19 @@ bool JudgedByHand(std::string key, ChoicePage page, const Ticks& boxes) {
   return hits == tokens.size() && tokens.size() == boxes.count();
 }
 
+TEST(Choice, KeyIsReadInItsCodePage) {
+  EXPECT_TRUE(RightTicks("b,i", ChoicePage::Letters, CodePage(CharacterSet::Turkish)).has_value());
+  // In 1252 this byte is no letter, and parts two choices.
+  EXPECT_TRUE(RightTicks("A\xB9"
+                         "B",
+                         ChoicePage::Letters)
+                  .has_value());
+  EXPECT_FALSE(RightTicks("A\xB9"
+                          "B",
+                          ChoicePage::Letters, CodePage(CharacterSet::CentralEuropean))
+                   .has_value());
+}
+
 TEST(Choice, TicksAreJudgedAsByHand) {
   std::mt19937 random(14);
   const auto below = [&](size_t count) { return static_cast<size_t>(random() % count); };

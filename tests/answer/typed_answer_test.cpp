@@ -51,6 +51,8 @@ TEST(TypedAnswer, WordAtTheCursorMustStandInTheKey) {
     EXPECT_EQ(check.select, given.select) << given.text;
   }
   EXPECT_EQ(CheckTyped("Haus   ", 7, "Haus", 4).verdict, V::Right);
+  // Cyrillic letters, which are other ones of 1252.
+  EXPECT_EQ(CheckTyped("\xA8\xCB", 2, "\xB8\xEB\xEA\xE0", 4, CodePage(CharacterSet::Cyrillic)).verdict, V::OtherCase);
 }
 
 TEST(TypedAnswer, WhatIsAllowedIsRight) {

@@ -321,6 +321,16 @@ TEST(CardSearch, CaseIsThatOfTheCodePage) {
   EXPECT_EQ(TextFinder("ärger"_cp, false).Find("Ärger"_cp), std::string_view::npos);
 }
 
+TEST(CardSearch, LooksForATextAsEachSideWritesIt) {
+  SearchQuery query;
+  query.pages = {CodePage(), CodePage(CharacterSet::Greek)};
+  query.ignore_case = true;
+  query.first.back = "\xD3\xCF\xD3";
+  EXPECT_EQ(CardSearch(query).Match("\xF3\xEF\xF2", "-"), std::nullopt) << "the front cannot hold it";
+  ASSERT_TRUE(CardSearch(query).Match("-", "x \xF3\xEF\xF2")) << "two small letters have one capital";
+  EXPECT_EQ(CardSearch(query).Match("-", "x \xF3\xEF\xF2")->text, (SideRange{2, 3}));
+}
+
 TEST(CardSearch, FindsWhereverTheTextStands) {
   // The byte that is looked for first may stand anywhere in the text, and before a place where the text fits.
   for (const std::string text : {"xee", "exe", "eex", "e", "xx"}) {

@@ -6,6 +6,7 @@
 #include "exchange/dlimp.h"
 #include "exchange/dlupd.h"
 #include "platform/code_page.h"
+#include "settings/side_settings.h"
 #include "store/file/ini_file.h"
 #include "tests/support/test_cards.h"
 #include "tests/support/window_test.h"
@@ -133,6 +134,31 @@ TEST_F(ExchangeDialogs, ImportShowsWhatWouldComeAndBringsItIn) {
   EXPECT_EQ(kept, 1);
   EXPECT_EQ(Status(u"StatusBarImport"_s), u"3 Karten importiert"_s);
   EXPECT_FALSE(Find<QPushButton>(u"BitBtnVTrain"_s).isEnabled()) << "once is enough";
+}
+
+TEST_F(ExchangeDialogs, SidesInOtherScriptsGoOutAndComeBack) {
+  const SideCodePages pages = {CodePage(), CodePage(CharacterSet::Cyrillic)};
+  WriteCodePages(pages, file.settings());
+  disk.Put("/texts/woerter.txt",
+           "Stra\xC3\x9F"
+           "e\tулица\nBär\tмедведь ő\n");
+  Show<TF_dlimp>();
+  Choose(u"/texts/woerter.txt"_s);
+  Click(u"ButtonErkannt"_s);
+  EXPECT_EQ(Find<QTableWidget>(u"ListeKarten"_s).item(0, 1)->text(), u"улица"_s);
+  EXPECT_TRUE(Find<QCheckBox>(u"CheckBoxErsetzen"_s).isVisible()) << "one letter is of neither script";
+  messages.answers = {Answer::Yes};
+  Click(u"BitBtnVTrain"_s);
+  ASSERT_EQ(file.CardCount(), 4);
+  EXPECT_EQ(file.cards().Peek(file.columns().question, 4),
+            "Stra\xDF"
+            "e");
+  EXPECT_EQ(file.cards().Peek(file.columns().answer, 4), "\xF3\xEB\xE8\xF6\xE0");
+  Show<TF_dlexp>();
+  Choose(u"/texts/karten.txt"_s);
+  Find<QCheckBox>(u"CheckBoxUtf8"_s).setChecked(true);
+  Click(u"BitBtnNormal"_s);
+  EXPECT_NE(disk.Content("/texts/karten.txt")->find("Straße¤\nулица|\nBär¤\nмедведь o|\n"), std::string::npos);
 }
 
 TEST_F(ExchangeDialogs, TextsAreWholeInLargeLettersWithAWarningToo) {

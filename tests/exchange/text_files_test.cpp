@@ -384,6 +384,12 @@ TEST(CardsOfOtherScripts, AreWrittenAsTheirCharactersAndComeBackAsTheirBytes) {
   EXPECT_EQ(
       back("a¤ค|", FieldPages::OfText({{}, CodePage(CharacterSet::Thai)}, kUsualFieldSeparator, '|', false)).bytes,
       "a\xA4?|");
+  EXPECT_EQ(back("1;0;x\\;ö;мир;", FieldPages::OfTable(pages, ';', '|')).bytes, "1;0;x\\;\xF6;\xEC\xE8\xF0;");
+  // The Euro sign is another byte on the back, but would be the same character in the file.
+  CardTable euro = MakeCards({{.answer = "\x88"}});
+  MemoryWriter file;
+  EXPECT_EQ(WriteTextExport(euro, '\x80', '|', {.utf8 = true, .pages = pages}, file).end, ExportEnd::UnfitSeparator);
+  EXPECT_EQ(WriteTextExport(euro, '\x80', '|', {.pages = pages}, file).end, ExportEnd::Done);
 }
 
 TEST(CardsOfOtherScripts, ComeBackWhateverTheirBytes) {

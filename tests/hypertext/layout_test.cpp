@@ -196,7 +196,7 @@ TEST_F(LayoutOf, LinesThatRunFromRightToLeft) {
        "'\xE0' 185,5 10x20 <\n'-' 175,5 10x20 <\n'7' 165,5 10x20\n'(' 155,5 10x20 <\n"
        "'\xE1' 145,5 10x20 <\n')' 135,5 10x20 <\n"},
       // The blank at the end of a full line takes no room.
-      {std::string(18, '\xE0') + " \xE1", "'" + std::string(18, '\xE0') + "' 15,5 180x20 <\n'\xE1' 185,25 10x20 <\n"},
+      {std::string(19, '\xE0') + " \xE1", "'" + std::string(19, '\xE0') + "' 5,5 190x20 <\n'\xE1' 185,25 10x20 <\n"},
       {std::string(25, '\xE0'), "'" + std::string(25, '\xE0') + "' 5,5 250x20 <\nsize 260x100\n"},
       {"<a href=\"1\">\xE0 b</a> \xE1",
        "'\xE0' 185,5 10x20 < u colour 1\n' ' 175,5 10x20 < u colour 1\n'b' 165,5 10x20 u colour 1\n"
@@ -204,6 +204,8 @@ TEST_F(LayoutOf, LinesThatRunFromRightToLeft) {
       {"<u>\xE0 \xE1</u>", "'\xE0' 185,5 10x20 < u\n' ' 175,5 10x20 < u\n'\xE1' 165,5 10x20 < u\n"},
       {"\xE0<img src=\"p.jpg\">", "'\xE0' 185,5 10x20 <\nimg(p.jpg) 155,25 40x30 framed\n"},
   });
+  (void)Lay(std::string(3000, '\xE0'));
+  EXPECT_EQ(measurer.longest_text, Measurer::kLongestPiece);
 }
 
 TEST_F(LayoutOf, ThaiLinesEndBetweenWords) {
