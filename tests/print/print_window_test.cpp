@@ -83,6 +83,13 @@ TEST(PrintedPages, HaveTheBackOfACardBehindItsFront) {
   EXPECT_TRUE(CellOf(2).contains(Ink(backs, 1)));
 }
 
+TEST(PrintedPages, ReadEachSideInItsCodePage) {
+  PrintSource source = SourceOf({{"\xEC\xEC\xEC", "\xEC\xEC\xEC"}});
+  source.front.page = CodePage(CharacterSet::Cyrillic);
+  PrintedPages pages(source, OrderOf(PrintForm::Cards));
+  EXPECT_GT(Ink(pages, 0).width(), 2 * Ink(pages, 1).width());  // that letter is wide there
+}
+
 TEST(PrintedPages, MarkACardThatDoesNotHoldItsSide) {
   const QRect corner(CellOf(0).bottomRight() - QPoint(14, 14), QSize(16, 16));
   const struct {
