@@ -1,5 +1,6 @@
 // What the main window does for the safety of a card file: dated copies, and the check of its cards.
 
+#include <QDialogButtonBox>
 #include <QTreeView>
 #include <QTreeWidget>
 
@@ -47,6 +48,9 @@ TEST_F(Care, EverySaveIsOfferedForRestoring) {
     ASSERT_EQ(list.topLevelItemCount(), 4);
     EXPECT_EQ(list.topLevelItem(0)->text(3), u"Stand vor dem letzten Speichern"_s);
     EXPECT_EQ(list.topLevelItem(3)->text(1), u"2"_s);
+    list.clearSelection();
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible()) << "nothing is chosen";
     list.setCurrentItem(list.topLevelItem(3));
     QTest::keyClick(&list, Qt::Key_Return);
   });
@@ -175,22 +179,24 @@ TEST_F(Care, TheCheckIsQuietAndLeadsToItsFindings) {
   EXPECT_FALSE(program.file().changed());
   EXPECT_TRUE(messages.errors.isEmpty() && messages.shown.isEmpty() && messages.asked.isEmpty());
 
-  DriveDialog<TF_dlcheck>([this] { Click(u"ButtonCheck"_s); },
-                          [](TF_dlcheck& dialog) {
-                            auto& list = Control<QTreeView>(dialog, u"ListFindings"_s);
-                            ASSERT_EQ(list.model()->rowCount(), 3);
-                            EXPECT_EQ(list.model()->index(1, CheckModel::CardId).data().toString(), u"000003"_s);
-                            EXPECT_EQ(list.model()->index(1, CheckModel::Question).data().toString(),
-                                      u"Wer ist 000003?"_s);
-                            EXPECT_EQ(dialog.Chosen().size(), 1U) << "what depends on the clock is not chosen";
-                            Control<QPushButton>(dialog, u"ButtonAll"_s).click();
-                            EXPECT_EQ(dialog.Chosen().size(), 2U) << "no repair leads a link to its card";
-                            Control<QPushButton>(dialog, u"ButtonNone"_s).click();
-                            EXPECT_TRUE(dialog.Chosen().empty());
-                            list.setCurrentIndex(list.model()->index(0, 0));
-                            QTest::keyClick(&list, Qt::Key_Space);
-                            dialog.accept();
-                          });
+  DriveDialog<TF_dlcheck>(
+      [this] { Click(u"ButtonCheck"_s); },
+      [](TF_dlcheck& dialog) {
+        auto& list = Control<QTreeView>(dialog, u"ListFindings"_s);
+        ASSERT_EQ(list.model()->rowCount(), 3);
+        EXPECT_EQ(list.model()->index(1, CheckModel::CardId).data().toString(), u"000003"_s);
+        EXPECT_EQ(list.model()->index(1, CheckModel::Question).data().toString(), u"Wer ist 000003?"_s);
+        EXPECT_EQ(dialog.Chosen().size(), 1U) << "what depends on the clock is not chosen";
+        Control<QPushButton>(dialog, u"ButtonAll"_s).click();
+        EXPECT_EQ(dialog.Chosen().size(), 2U) << "no repair leads a link to its card";
+        Control<QPushButton>(dialog, u"ButtonNone"_s).click();
+        EXPECT_TRUE(dialog.Chosen().empty());
+        auto& repair = *Control<QDialogButtonBox>(dialog, u"ButtonBox"_s).button(QDialogButtonBox::Ok);
+        EXPECT_FALSE(repair.isEnabled());
+        list.setCurrentIndex(list.model()->index(0, 0));
+        QTest::keyClick(&list, Qt::Key_Space);
+        repair.click();
+      });
   EXPECT_EQ(program.file().RowOfId(5), 3);
   EXPECT_TRUE(program.file().changed());
   EXPECT_EQ(Status(), u"Eine Reparatur ausgeführt, noch nicht gespeichert"_s);

@@ -79,15 +79,18 @@ TEST_F(Options, WrongValueIsToldBesideItsFieldAndNothingIsTaken) {
 
 TEST_F(Options, PageGoesBackToItsStandardAndTheOthersStay) {
   program.Parse("[ttrain]\nFehler=50\nCursor=2\n[MEDIA]\nFolder=Bilder\n");
+  keys::kBarBelow.Write(true, program);
   TF_dlopt dialog({program, nullptr, {}, {}}, messages);
   dialog.show();
   EXPECT_EQ(Control<QComboBox>(dialog, u"Marke"_s).currentIndex(), 2);
+  EXPECT_EQ(Control<QComboBox>(dialog, u"Leiste"_s).currentIndex(), 1);
   Control<QTabWidget>(dialog, u"Seiten"_s).setCurrentIndex(2);
   QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnDefault"_s), Qt::LeftButton);
   EXPECT_EQ(Control<QLineEdit>(dialog, u"Fehler"_s).text(), u"5,0"_s);
   EXPECT_EQ(Control<QComboBox>(dialog, u"Marke"_s).currentIndex(), 0);
   EXPECT_EQ(Control<QLineEdit>(dialog, u"Ordner"_s).text(), u"Bilder"_s);
   EXPECT_FALSE(Control<QWidget>(dialog, u"GruppeV"_s).isEnabled()) << "no card file is open";
+  EXPECT_FALSE(Control<QPushButton>(dialog, u"OrdnerOeffnen"_s).isEnabled());
   Control<QComboBox>(dialog, u"Antwortart"_s).setCurrentIndex(3);
   QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnOK"_s), Qt::LeftButton);
   EXPECT_TRUE(keys::kShowTyping.Read(program));
@@ -98,7 +101,8 @@ TEST_F(Options, PageGoesBackToItsStandardAndTheOthersStay) {
 TEST_F(Options, SoundOfErrorsCanBeHeardWhereItIs) {
   const TemporaryFolder folder;
   const QString sound = FromPath(folder.path() / "ton.wav");
-  TF_dlopt dialog({program, &card_file, "/deck", {}}, messages);
+  TF_dlopt dialog({program, &card_file, "/deck", folder.path()}, messages);
+  EXPECT_TRUE(Control<QPushButton>(dialog, u"OrdnerOeffnen"_s).isEnabled()) << "of the dated copies";
   dialog.show();
   QSignalSpy heard(&dialog, &TF_dlopt::SoundWanted);
   auto& test = Control<QPushButton>(dialog, u"TonTest"_s);

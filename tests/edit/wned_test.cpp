@@ -3,6 +3,8 @@
 #include <QClipboard>
 #include <QMenuBar>
 #include <QSet>
+#include <QTextBlock>
+#include <QTextLayout>
 #include <random>
 
 #include "edit/side_field.h"
@@ -81,6 +83,7 @@ TEST_F(CardEditor, CardCommandsSayWhatTheyDid) {
   Trigger(u"MCardPaste"_s);
   EXPECT_EQ(Status(), u"Karte ID: 000005 an Pos. 3 eingefügt"_s);
   EXPECT_EQ(Stored(4), "neu") << "what was typed is copied";
+  EXPECT_TRUE(Command(u"MCommandUndo"_s).text().startsWith(u"&Zurücknehmen: "_s));
   Trigger(u"MCardDelete"_s);
   EXPECT_EQ(Status(), u"Karte 000005 gelöscht"_s);
   EXPECT_TRUE(Find<QLabel>(u"LabelGeloescht"_s).isVisible());
@@ -285,7 +288,14 @@ TEST_F(CardEditor, FileForReadingOnlyIsLookedAtAndLeftAlone) {
 
 TEST_F(CardEditor, LinksOfThePreviewLeadOnAndBack) {
   Open();
+  const auto underlined = [this] {
+    const QList<QTextLayout::FormatRange> formats = Front().document()->firstBlock().layout()->formats();
+    return std::any_of(formats.begin(), formats.end(), [](const auto& range) { return range.format.fontUnderline(); });
+  };
+  Front().SetSide("<a href=\"000009\">x</a>");
+  EXPECT_TRUE(underlined()) << "it leads nowhere";
   Trigger(u"MCardGoNext"_s);
+  EXPECT_FALSE(underlined());
   auto& frame = Find<TFrameHtml>(u"TFrameHtmlV"_s);
   const LinkArea area = frame.layout().links.areas().front();
   QTest::mouseClick(frame.findChild<QWidget*>(u"PaintBox"_s), Qt::LeftButton, {}, QPoint(area.left + 2, area.top + 2));

@@ -107,32 +107,28 @@ TEST_F(HelpWindow, ExplainsAMessageThatRefersToIt) {
 TEST(HelpOfMessages, IsTheCardOfEachThatNeedsOne) {
   const std::optional<HelpDeck> deck = HelpDeck::Read(RealDisk(), TESSARO_HELP);
   ASSERT_TRUE(deck);
-  OpenReport cannot_load;
-  cannot_load.result = OpenResult::CannotLoad;
-  OpenReport in_use;
-  in_use.result = OpenResult::InUse;
-  OpenReport unusable;
-  unusable.result = OpenResult::Unusable;
+  const auto refused = [](OpenResult result) {
+    OpenReport report;
+    report.result = result;
+    return RefusalText(report, "x.mlb");
+  };
   const struct {
     QString message;
     QString title;
   } kCases[] = {
       {FailureText(SaveResult::CardsFailed, "x.mlb"), u"Speichern geht nicht"_s},
-      {FailureText(SaveResult::LearnIndexFailed, "x.mlb"), u"Speichern geht nicht"_s},
-      {FailureText(SaveResult::LinkIndexFailed, "x.mlb"), u"Speichern geht nicht"_s},
       {FailureText(SaveResult::SettingsFailed, "x.mlb"), u"Speichern geht nicht"_s},
       {FailureText(SaveResult::ReadOnly, "x.mlb"), u"Nur zum Lesen geöffnet"_s},
       {NoLockText("x.mlb"), u"Nur zum Lesen geöffnet"_s},
       {DefectText(IndexDefect::LearnIndex), u"Index fehlt oder passt nicht"_s},
       {DefectText(IndexDefect::LinkIndex), u"Index fehlt oder passt nicht"_s},
-      {RefusalText(cannot_load, "x.mlb"), u"Kartei lässt sich nicht laden"_s},
+      {refused(OpenResult::CannotLoad), u"Kartei lässt sich nicht laden"_s},
       {LoadText(SourceLoad::CannotLoad), u"Kartei lässt sich nicht laden"_s},
       {MissingText("x.mlb", "x.ml~", 0), u"Kartei lässt sich nicht laden"_s},
-      {RefusalText(unusable, "x.mlb"), u"Alten Stand zurückholen"_s},
-      {RefusalText(in_use, "x.mlb"), u"Kartei ist schon geöffnet"_s},
+      {refused(OpenResult::Unusable), u"Alten Stand zurückholen"_s},
+      {refused(OpenResult::InUse), u"Kartei ist schon geöffnet"_s},
       {UnsavedText({.cards = 1, .first = 1, .last = 2}), u"Nach einem Absturz"_s},
       {FutureAnswersText(1, u"heute"_s), u"Uhr geht falsch"_s},
-      {FutureAnswersText(2, u"heute"_s), u"Uhr geht falsch"_s},
       {MessageText(RunMessage::StandardExhausted, 0), u"Nichts mehr zu lernen?"_s},
       {MessageText(RunMessage::EndOfFile, 0), u"Nichts mehr zu lernen?"_s},
       {MessageText(RunMessage::BoxDone, 0), u"Nichts mehr zu lernen?"_s},

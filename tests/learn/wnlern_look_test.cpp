@@ -5,6 +5,7 @@
 
 #include "settings/keys.h"
 #include "tests/learn/window_fixture.h"
+#include "widgets/theme.h"
 
 namespace tessaro {
 namespace {
@@ -108,6 +109,14 @@ TEST_F(LearningWindow, ANarrowWindowKeepsTheCardAndTheAnswers) {
   EXPECT_EQ(shown(window->minimumWidth()), std::pair(false, false));
   Trigger(u"MAnzeigen"_s);
   EXPECT_EQ(shown(1800), std::pair(false, true)) << "switched off";
+}
+
+TEST_F(LearningWindow, AChangeOfThemeReachesTheQuietLabels) {
+  Open();
+  const auto caption = [this] { return Find<QWidget>(u"LabelTage"_s).palette().color(QPalette::WindowText); };
+  EXPECT_LT(caption().lightness(), 128);
+  window->setPalette(ThemePalette(Theme::Dark));
+  EXPECT_GT(caption().lightness(), 128);
 }
 
 TEST_F(LearningWindow, F11FillsTheScreenAndGivesItBack) {

@@ -179,6 +179,14 @@ TEST_F(LearningWindow, TheEditorIsAskedForTheCardOnScreen) {
   EXPECT_EQ(wanted, QList<QVariantList>({{2}, {3}}));
 }
 
+TEST_F(LearningWindow, OnlyAFilmThatFailsIsTold) {
+  Open();
+  window->VideoEnded(true);
+  EXPECT_TRUE(messages.errors.isEmpty());
+  window->VideoEnded(false);
+  EXPECT_EQ(messages.errors.size(), 1);
+}
+
 TEST_F(LearningWindow, DayButtonsSetTheLeastScore) {
   for (const int days : {1, 3, 7, 14, 30, 60, 100, 365}) {
     Open();

@@ -219,7 +219,7 @@ TEST_F(HtmlView, LinksAreObjectsForScreenReaders) {
 }
 
 TEST_F(HtmlView, TextIsMarkedWithTheMouse) {
-  Show("eins zwei<br>drei <a href=\"1\">vier</a>");
+  Show("eins zwei<br>drei <a href=\"1\">vier</a>.");
   const auto place_of = [this](size_t i) {
     const PixelRect& rect = frame->layout().fragments.at(i).rect;
     return QRect(rect.left, rect.top, rect.width, rect.height);
@@ -231,7 +231,7 @@ TEST_F(HtmlView, TextIsMarkedWithTheMouse) {
   EXPECT_EQ(frame->MarkedText(), QStringLiteral("eins zwei\ndrei"));
   EXPECT_LT(Count(kPaper), plain);
   frame->MarkAll();
-  EXPECT_EQ(frame->MarkedText(), QStringLiteral("eins zwei\ndrei vier"));
+  EXPECT_EQ(frame->MarkedText(), QStringLiteral("eins zwei\ndrei vier."));
   EXPECT_EQ(links.count(), 0);
   Show("neu");
   EXPECT_EQ(frame->MarkedText(), QString());
