@@ -271,7 +271,7 @@ void TF_dlprint::GoToEnd() {
     LongWork work(this, ties_.clock);
     work.AllowCancel();
     work.NextStage(u"Seiten einteilen"_s, static_cast<int64_t>(rows_.size()));
-    while (work.GoesOn(pages_->CardsBefore(pages_->Count() - 1)) && pages_->FindPage()) continue;
+    while (!pages_->AllKnown() && work.GoesOn(pages_->CardsBefore(pages_->Count() - 1)) && pages_->FindPage()) continue;
   }
   GoTo(pages_->Count() - 1);
 }
