@@ -56,7 +56,8 @@ Encoding EncodingOf(std::string_view raw) {
 // Writes the converted text over the one that is read: it never gets ahead, since no character becomes longer.
 class Converter {
  public:
-  Converter(ForeignText& text, FieldPages pages) : text_(text), bytes_(text.bytes), pages_(pages) {}
+  Converter(ForeignText& text, FieldPages pages)
+      : text_(text), bytes_(text.bytes), pages_(pages), by_sides_(!pages.western()) {}
 
   void FromCodePage() {
     if (std::memchr(bytes_.data(), '\r', bytes_.size()) == nullptr &&
@@ -102,7 +103,8 @@ class Converter {
 
  private:
   void Put(char32_t character) {
-    if (!pages_.western()) page_ = pages_.Next(character);
+    if (!by_sides_ && character < 0x80) return PutByte(static_cast<char>(character));
+    if (by_sides_) page_ = pages_.Next(character);
     const std::optional<char> byte = page_.ByteOf(character);
     if (byte && (page_.western() || !pages_.IsTaken(*byte))) return PutByte(*byte);
     if (IsAccent(character)) return PutAccent(character);
@@ -144,6 +146,7 @@ class Converter {
   ForeignText& text_;
   std::string& bytes_;
   FieldPages pages_;
+  bool by_sides_;
   CodePage page_;   // of the character at hand
   size_t end_ = 0;  // of what is written
   bool after_return_ = false;

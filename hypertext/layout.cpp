@@ -64,10 +64,10 @@ class SideLayout {
   void Take(MarkupItem& item) {
     switch (item.kind) {
       case Kind::Text:
-        return AddWords(item.text);
+        return without_blanks_ ? AddWords(item.text) : AddText(item.text, style_, ColourClass::Text, std::nullopt);
       case Kind::Blank:
         lines_.EndWord();
-        if (page_.right_to_left()) return lines_.AddBlank(MakePiece(" ", style_, ColourClass::Text));
+        if (from_right_) return lines_.AddBlank(MakePiece(" ", style_, ColourClass::Text));
         return lines_.Advance(measurer_.Text(" ", style_).width, style_.underline);
       case Kind::WordEnd:
         return lines_.EndWord();
@@ -109,25 +109,27 @@ class SideLayout {
   }
 
   LinePiece MakePiece(std::string_view text, const TextStyle& style, ColourClass colour) {
-    const TextExtent extent = measurer_.Text(text, style);
     LinePiece piece;
+    FillPiece(piece, text, style, colour);
+    return piece;
+  }
+
+  void FillPiece(LinePiece& piece, std::string_view text, const TextStyle& style, ColourClass colour) {
+    const TextExtent extent = measurer_.Text(text, style);
     piece.fragment = {.rect = {0, 0, extent.width, extent.height}, .text = std::string(text), .style = style};
     piece.fragment.colour = colour;
     piece.width = extent.width;
     piece.height = extent.height;
     piece.ascent = extent.ascent;
-    return piece;
   }
 
-  // A text within a word. Where words have no blanks between them, a line may end behind each.
+  // A text within a word of a script that has no blanks between words: a line may end behind each of them.
   void AddWords(std::string_view text) {
     size_t from = 0;
-    if (page_.set() == CharacterSet::Thai) {
-      for (const size_t at : breaks_.In(text)) {
-        AddText(text.substr(from, at - from), style_, ColourClass::Text, std::nullopt);
-        lines_.EndWord();
-        from = at;
-      }
+    for (const size_t at : breaks_.In(text)) {
+      AddText(text.substr(from, at - from), style_, ColourClass::Text, std::nullopt);
+      lines_.EndWord();
+      from = at;
     }
     AddText(text.substr(from), style_, ColourClass::Text, std::nullopt);
   }
@@ -146,13 +148,15 @@ class SideLayout {
 
   // A text of any length goes to the measurer, and later to the painter, in pieces that they can handle.
   void AddText(std::string_view text, const TextStyle& style, ColourClass colour, std::optional<int32_t> target) {
-    if (page_.right_to_left()) return AddDirectedParts(text, style, colour, target);
+    if (from_right_) return AddDirectedParts(text, style, colour, target);
     int width = 0;
     pieces_.clear();
     do {
       const std::string_view part = text.substr(0, Measurer::kLongestPiece);
       text.remove_prefix(part.size());
-      width = std::min(width + pieces_.emplace_back(MakePiece(part, style, colour)).width, kMaxExtent);
+      LinePiece& piece = pieces_.emplace_back();
+      FillPiece(piece, part, style, colour);
+      width = std::min(width + piece.width, kMaxExtent);
     } while (!text.empty());
     pieces_.front().target = target;
     pieces_.front().link_width = width;
@@ -213,6 +217,8 @@ class SideLayout {
   Measurer& measurer_;
   Layout& layout_;
   CodePage page_;
+  const bool from_right_ = page_.right_to_left();
+  const bool without_blanks_ = page_.set() == CharacterSet::Thai;
   LineBuilder lines_;
   WordBreaks breaks_;
   std::vector<int> fonts_;
