@@ -102,6 +102,7 @@ void SideField::SetCodePage(CodePage page) {
   page_ = page;
   QTextOption writing = document()->defaultTextOption();
   writing.setTextDirection(page.right_to_left() ? Qt::RightToLeft : Qt::LayoutDirectionAuto);
+  writing.setAlignment(page.right_to_left() ? Qt::AlignRight | Qt::AlignAbsolute : Qt::Alignment(Qt::AlignLeft));
   document()->setDefaultTextOption(writing);
   SetSide(side);
 }
