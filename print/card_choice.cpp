@@ -44,6 +44,7 @@ std::optional<std::vector<int>> ChosenCards(const CardFile& file, CardChoice cho
   std::vector<int> rows;
   for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
     if (row % kRowsBetween == 0 && keep_going && !keep_going(row)) return std::nullopt;
+    file.cards().Expect(row + CardTable::kAhead);
     if (!file.deletion_marks().Has(row) && chosen(row)) rows.push_back(row);
   }
   return rows;
