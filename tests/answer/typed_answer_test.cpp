@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <random>
-#include <set>
 
 #include "platform/code_page.h"
 
@@ -102,87 +101,6 @@ TEST(TypedAnswer, WhatIsAllowedIsRight) {
     const TypedCheck check = CheckTyped(given.word, given.word.size(), given.key, kTwoBlanks, {}, given.tolerance);
     EXPECT_EQ(check.verdict, given.verdict) << given.word << '|' << given.key;
   }
-}
-
-// All texts that one with brackets may stand for.
-std::set<std::string> Forms(const std::string& text) {
-  std::vector<size_t> open;
-  for (size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == '(') open.push_back(i);
-    if (text[i] != ')' || open.empty()) continue;
-    const std::string inside = text.substr(open.back() + 1, i - open.back() - 1);
-    std::set<std::string> forms;
-    // Those that stay are hidden from the next round.
-    for (const std::string& form : {std::string(), inside, '\1' + inside, inside + '\2', '\1' + inside + '\2'}) {
-      forms.merge(Forms(text.substr(0, open.back()) + form + text.substr(i + 1)));
-    }
-    return forms;
-  }
-  std::string shown = text;
-  std::replace(shown.begin(), shown.end(), '\1', '(');
-  std::replace(shown.begin(), shown.end(), '\2', ')');
-  return {shown};
-}
-
-std::string FoldedByHand(const std::string& text, const Tolerance& tolerance) {
-  const std::string accented = "\xE4\xC4";
-  std::string folded;
-  for (char c : text) {
-    if (tolerance.punctuation && std::string(".()").find(c) != std::string::npos) continue;
-    if (tolerance.accents && accented.find(c) != std::string::npos) c = "aA"[accented.find(c)];
-    folded += tolerance.letter_case ? ToUpper(c) : c;
-  }
-  return folded;
-}
-
-// The steps one by one, over whole copies of the texts.
-TypedCheck CheckedByHand(const std::string& text, size_t cursor, const std::string& key, size_t blanks,
-                         const Tolerance& tolerance) {
-  size_t count = 0;
-  while (count < text.size() && text[text.size() - 1 - count] == ' ') ++count;
-  if (count >= blanks) return {.verdict = TypedVerdict::ShowAnswer};
-  const std::string delimiters = " ,;?!\r\n";
-  size_t start = 0;
-  for (size_t i = 0; i < cursor; ++i) {
-    if (delimiters.find(text[i]) != std::string::npos) start = i + 1;
-  }
-  std::string word = text.substr(start).substr(0, 100);
-  word = word.substr(0, word.find_first_of(delimiters));
-  const std::set<std::string> forms = tolerance.brackets ? Forms(key) : std::set{key};
-  for (const bool any_case : {tolerance.letter_case, true}) {
-    Tolerance allowed = tolerance;
-    allowed.letter_case = any_case;
-    for (const std::string& form : forms) {
-      if (FoldedByHand(form, allowed).find(FoldedByHand(word, allowed)) == std::string::npos) continue;
-      return {.verdict = any_case == tolerance.letter_case ? TypedVerdict::Right : TypedVerdict::OtherCase};
-    }
-  }
-  return {.verdict = TypedVerdict::Wrong, .select = cursor > 0 ? std::optional(cursor - 1) : std::nullopt};
-}
-
-TEST(TypedAnswer, RandomTextsAreCheckedAsByHand) {
-  std::mt19937 random(7);
-  const std::string letters("aAbBäÄ    ,;?!.\n()()"_cp);
-  const auto text = [&](size_t most) {
-    std::string made(random() % (most + 1), ' ');
-    for (char& c : made) c = letters[random() % letters.size()];
-    return made;
-  };
-  std::array<int, 4> seen{};
-  for (int i = 0; i < 20000; ++i) {
-    const std::string typed = text(12);
-    const std::string key = text(16);
-    const unsigned allowed = random() % 4 == 0 ? 0 : random() % 16;
-    const Tolerance tolerance = {(allowed & 1U) != 0, (allowed & 2U) != 0, (allowed & 4U) != 0, (allowed & 8U) != 0};
-    const size_t cursor = random() % (typed.size() + 1);
-    const size_t blanks = 2 + random() % 2;
-    const TypedCheck check = CheckTyped(typed, cursor, key, blanks, {}, tolerance);
-    const TypedCheck by_hand = CheckedByHand(typed, cursor, key, blanks, tolerance);
-    ASSERT_EQ(check.verdict, by_hand.verdict) << typed << '|' << key << '|' << cursor;
-    ASSERT_EQ(check.select, by_hand.select) << typed << '|' << key << '|' << cursor;
-    ++seen[static_cast<size_t>(check.verdict)];
-  }
-  EXPECT_GT(*std::min_element(seen.begin(), seen.end()), 50) << "every verdict is met often";
 }
 
 using Likeness = ComparedPiece::Likeness;
