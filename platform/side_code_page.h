@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -41,10 +42,12 @@ inline constexpr Tables kWestern = [] {
   for (size_t i = 0; i < 256; ++i) tables.characters[i] = CharacterOf(static_cast<char>(i));
   tables.upper = kUpper;
   for (size_t i = 0; i < 256; ++i) tables.folded[i] = kLower[static_cast<uint8_t>(kUpper[i])];
-  // Those with two cases, and the few with one.
+  // Those with two cases, and the few with one: ß, ƒ, ª, º and µ.
+  constexpr std::array<size_t, 5> kOneCase = {0xDF, 0x83, 0xAA, 0xBA, 0xB5};
   for (size_t i = 0; i < 256; ++i) {
     const auto c = static_cast<char>(i);
-    tables.letter[i] = kUpper[i] != c || kLower[i] != c || "ßƒªºµ"_cp.find(c) != std::string_view::npos;
+    const bool one_case = std::find(kOneCase.begin(), kOneCase.end(), i) != kOneCase.end();
+    tables.letter[i] = kUpper[i] != c || kLower[i] != c || one_case;
   }
   return tables;
 }();
