@@ -61,8 +61,8 @@ void AddClasses(const Classes& classes, const QStringList& labels, const QString
 QString KnowledgeSentence(const DeckOutlook& deck, const Knowledge& knowledge) {
   const auto all = static_cast<int64_t>(deck.answered.size());
   QString text = u"Sie wissen jetzt etwa %1 von %2 Karten (%3, ± %4)."_s.arg(
-      NumberText(knowledge.known), NumberText(all), PercentText(knowledge.known / static_cast<double>(all)),
-      NumberText(knowledge.spread));
+      RoundedText(knowledge.known), NumberText(all), PercentText(knowledge.known / static_cast<double>(all)),
+      RoundedText(knowledge.spread));
   if (deck.new_rows.size() == 1) text += u" Eine ist neu."_s;
   if (deck.new_rows.size() > 1) text += u" %1 sind neu."_s.arg(NumberText(static_cast<int64_t>(deck.new_rows.size())));
   return text;

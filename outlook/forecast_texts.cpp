@@ -106,7 +106,7 @@ void AddCurve(const PlanReport& report, size_t place, int64_t today, PageContent
 void AddDates(const PlanReport& report, int64_t today, PageContent& page) {
   for (size_t k = 0; k < report.days.size(); ++k) {
     QStringList row = {k == 0 ? u"jetzt"_s : DayText(today + report.days[k])};
-    for (const PlanCurve& curve : report.curves) row << NumberText(curve.known[k]);
+    for (const PlanCurve& curve : report.curves) row << RoundedText(curve.known[k]);
     page.table.rows.push_back(row);
   }
   for (int tick = 0; tick <= 4; ++tick) {
@@ -183,7 +183,7 @@ PageContent PlanPage(const DeckOutlook& deck, const PlanReport& report, int64_t 
   AddDates(report, today, page);
   const double known = report.curves[2].known.back();
   page.sentence = u"Am %1 wissen Sie voraussichtlich %2 von %3 (%4)."_s.arg(
-      ShortDayText(today + last), NumberText(known), NumberText(deck.counted()),
+      ShortDayText(today + last), RoundedText(known), NumberText(deck.counted()),
       PercentText(known / static_cast<double>(deck.counted())));
   return page;
 }

@@ -20,7 +20,7 @@ QDate DateOf(int64_t day) {
 
 }  // namespace
 
-QString NumberText(double number) {
+QString RoundedText(double number) {
   return NumberText(static_cast<int64_t>(std::llround(number)));
 }
 
@@ -33,7 +33,7 @@ QString RecallText(std::optional<double> recall) {
 }
 
 QString SpanText(double seconds) {
-  if (std::round(seconds) < 60) return u"%1 Sek."_s.arg(NumberText(seconds));
+  if (std::round(seconds) < 60) return u"%1 Sek."_s.arg(RoundedText(seconds));
   const auto minutes = static_cast<int64_t>(std::llround(std::min(seconds, 1e15) / 60));
   if (minutes < 60) return u"%1 Min."_s.arg(minutes);
   const QString hours = u"%1 Std."_s.arg(NumberText(minutes / 60));

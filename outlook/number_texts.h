@@ -8,7 +8,7 @@
 
 namespace tessaro {
 
-QString NumberText(double number);  // rounded to a whole number
+QString RoundedText(double number);  // to a whole number
 // "86 %" of 0.86, or "86,1 %".
 QString PercentText(double share, int decimals = 0);
 // That of a card; empty without one.

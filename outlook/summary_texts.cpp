@@ -26,7 +26,7 @@ QString RecallLine(const CardFile& file, int row, const RecallWeights& weights, 
 
 QString KnownLine(const DeckOutlook& deck, const Knowledge& knowledge) {
   if (deck.answered.empty()) return {};
-  return u"Sie wissen jetzt etwa %1 von %2 Karten."_s.arg(NumberText(knowledge.known),
+  return u"Sie wissen jetzt etwa %1 von %2 Karten."_s.arg(RoundedText(knowledge.known),
                                                           NumberText(static_cast<int64_t>(deck.answered.size())));
 }
 
