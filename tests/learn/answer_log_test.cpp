@@ -17,10 +17,6 @@ class AnswerLogTest : public LearnTest {
   }
   LogReport Answer(int row, Rating rating, CardMarks marks = {}) { return log->Log(row, rating, marks, clock.now); }
 
-  void ExpectCountAndIndexFit() {
-    EXPECT_EQ(writer->UnknownCount(), CountUnknown(file));
-    ExpectIndexFits();
-  }
   // What an answer has done to the card in row 2 and to the count.
   std::string After(const LogReport& report) const {
     return (report.logged ? "logged " : "nothing ") + Score(2) + " " + YesNoRow(2).substr(0, 3) + ", " +
@@ -84,26 +80,22 @@ TEST_F(AnswerLogTest, OneAnswerByCardAndMarks) {
     EXPECT_EQ(After(report), c.after);
     EXPECT_EQ(file.changed(), report.logged);
     EXPECT_EQ(log->answered(), report.logged ? 1 : 0);
-    ExpectCountAndIndexFit();
+    EXPECT_EQ(writer->UnknownCount(), CountUnknown(file));
+    ExpectIndexesFit(file);
   }
 }
 
 TEST_F(AnswerLogTest, CountsTheTimeSpentOnACard) {
   OpenCards({NewCard(1), NewCard(2), NavigationCard(3)});
-  const struct {
-    int row;
-    Rating rating;
-    int64_t pause;
-    const char* learned;
-  } steps[] = {
+  const std::tuple<int, Rating, int64_t, const char*> steps[] = {
       {2, Rating::Known, 50, "0"},    {2, Rating::Known, 180, "180"}, {2, Rating::Known, 181, "200"},
       {4, Rating::Known, 100, "200"},  // a navigation card does not stop the watch
       {2, Rating::Known, 30, "330"},  {2, Rating::None, 100, "330"},  {2, Rating::NotKnown, 7, "337"},
   };
-  for (const auto& step : steps) {
-    clock.now += step.pause;
-    (void)Answer(step.row, step.rating);
-    EXPECT_EQ(Field(2, file.columns().time_learned), step.learned);
+  for (const auto& [row, rating, pause, learned] : steps) {
+    clock.now += pause;
+    (void)Answer(row, rating);
+    EXPECT_EQ(Field(2, file.columns().time_learned), learned);
   }
 }
 
@@ -130,6 +122,7 @@ TEST_F(AnswerLogTest, UndoByLevelAndHistory) {
     EXPECT_FALSE(log->CanUndo());
     EXPECT_EQ(log->Undo(), 0);
     (void)Answer(2, Rating::NotKnown, c.marks);
+    ExpectIndexesFit(file);
     EXPECT_EQ(log->Undo(), 2);
     EXPECT_EQ(Topic(2), c.topic_after);
     const std::string times = TimeRow(2);
@@ -140,7 +133,7 @@ TEST_F(AnswerLogTest, UndoByLevelAndHistory) {
     EXPECT_EQ(log->unknown_count(), 1);
     EXPECT_EQ(log->answered(), 0);
     EXPECT_FALSE(log->CanUndo());
-    ExpectCountAndIndexFit();
+    EXPECT_EQ(writer->UnknownCount(), CountUnknown(file));
   }
 }
 
@@ -148,7 +141,7 @@ TEST_F(AnswerLogTest, AMissingIndexRowIsReportedAndMended) {
   OpenCards({NewCard(1), NavigationCard(2), {.id = "000003", .score = "9999999999"}});
   EXPECT_FALSE(Answer(3, Rating::Known).index_fault);
   EXPECT_TRUE(Answer(4, Rating::Known).index_fault) << "it had no row in the index";
-  ExpectIndexFits();
+  ExpectIndexesFit(file);
   (void)Answer(2, Rating::NotKnown);
   (void)log->Undo();
   (void)Answer(2, Rating::Known);

@@ -64,15 +64,6 @@ class LearnTest : public ::testing::Test {
     ASSERT_TRUE(file.RebuildIndexes());
     run = std::make_unique<LearningRun>(file, settings, clock, random);
   }
-  // The index must stand in ascending order of scores, each card once, with the score of its card.
-  void ExpectIndexFits() {
-    const LearnIndex& index = file.learn_index();
-    ASSERT_EQ(index.RowCount(), file.CardCount() + 2);
-    for (int row = 2; row < index.RowCount(); ++row) {
-      EXPECT_LE(index.Score(row - 1), index.Score(row));
-      EXPECT_EQ(index.RowOfCard(index.BoxPos(row)), row);
-    }
-  }
   std::string Field(int row, int column) const { return std::string(file.cards().Peek(column, row)); }
   std::string Score(int row) const { return Field(row, file.columns().score); }
   std::string YesNoRow(int row) const { return Field(row, file.columns().yes_no_row); }

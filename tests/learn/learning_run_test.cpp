@@ -111,13 +111,8 @@ TEST_F(LearningRunTest, NavigationFindsItsCards) {
     run->CardsReplaced();
     run->GoHome();
   };
-  const struct {
-    const char* what;
-    std::function<void()> go;
-    int row;
-    bool navigation, can_go_back;
-  } steps[] = {
-      {"home", [&] { run->GoHome(); }, 4, true, false},
+  const std::tuple<const char*, std::function<void()>, int, bool, bool> steps[] = {
+      {"begun with home", [&] { run->Start(Destination::Home); }, 4, true, false},
       {"overview", [&] { run->GoOverview(); }, 6, true, false},
       {"link", [&] { run->FollowLink(4); }, 5, false, true},
       {"link to no card", [&] { run->FollowLink(77); }, 2, false, true},
@@ -131,13 +126,13 @@ TEST_F(LearningRunTest, NavigationFindsItsCards) {
       {"home on the index card", [&] { home_after(4); }, 3, true, false},
       {"home on the first card", [&] { home_after(3); }, 2, true, false},
   };
-  for (const auto& step : steps) {
-    SCOPED_TRACE(step.what);
-    step.go();
-    EXPECT_EQ(run->card().row, step.row);
-    EXPECT_EQ(run->card().navigation, step.navigation);
-    EXPECT_EQ(run->CanGoBack(), step.can_go_back);
-    EXPECT_EQ(file.cards().CurrentRow(), step.row);
+  for (const auto& [what, go, row, navigation, can_go_back] : steps) {
+    SCOPED_TRACE(what);
+    go();
+    EXPECT_EQ(run->card().row, row);
+    EXPECT_EQ(run->card().navigation, navigation);
+    EXPECT_EQ(run->CanGoBack(), can_go_back);
+    EXPECT_EQ(file.cards().CurrentRow(), row);
     EXPECT_EQ(run->moment().stage, RunStage::Navigation);
   }
   EXPECT_EQ(run->figures().presented, 5) << "navigation cards do not count";
@@ -234,26 +229,20 @@ TEST_F(LearningRunTest, LinkStates) {
 TEST_F(RunPresenter, TheNextThingToDo) {
   using enum RunScreen::Next;
   const TestCard waiting = KnownCard(1, 100, 10);
-  const struct {
-    const char* what;
-    std::vector<TestCard> cards;
-    std::function<void()> after_start;
-    RunScreen::Next next;
-    bool open;
-  } cases[] = {
+  const std::tuple<const char*, std::vector<TestCard>, std::function<void()>, RunScreen::Next, bool> cases[] = {
       {"a question", {NewCard(1)}, [] {}, Turn, true},
       {"its answer", {NewCard(1)}, [&] { run->Turn(); }, Answer, true},
       {"a navigation card", {NavigationCard(1)}, [&] { run->GoHome(); }, GoOn, true},
       {"no card", {waiting}, [] {}, Close, false},
       {"the run has ended", {NewCard(1)}, [&] { --clock.now, run->Known(); }, BeginRun, false},
   };
-  for (const auto& c : cases) {
-    Open(c.cards);
+  for (const auto& [what, cards, after_start, next, open] : cases) {
+    Open(cards);
     run->Start();
-    c.after_start();
+    after_start();
     const RunScreen screen = ScreenOf(*run, file, Notice::None, clock.now);
-    EXPECT_EQ(screen.next, c.next) << c.what;
-    EXPECT_EQ(screen.open, c.open) << c.what;
+    EXPECT_EQ(screen.next, next) << what;
+    EXPECT_EQ(screen.open, open) << what;
   }
 }
 
@@ -303,40 +292,24 @@ TEST_F(RunPresenter, TheSideBeforeIsOneLineWithoutTags) {
   EXPECT_LE(line().size(), 500U);
 }
 
-TEST_F(RunPresenter, ARunMayBeginWithTheHomeCard) {
-  Open({NewCard(1), NavigationCard(2, "<navigation><home>")});
-  run->SetMethod(Method::RowOrder);
-  run->Start(Destination::Home);
-  EXPECT_EQ(run->card().row, 3);
-  EXPECT_FALSE(run->CanGoBack());
-  run->Known();
-  EXPECT_EQ(run->card().row, 2);
-}
-
 // The card file's own way to begin goes before the program's, and what a run was left with is kept where it came from.
 TEST(StartMethod, IsTheCardFilesOrElseTheProgramsAndKeptThere) {
-  const struct {
-    const char* program;
-    const char* card_file;
-    Method begins, left;
-    const char* program_after;
-    const char* card_file_after;
-  } cases[] = {
+  const std::tuple<const char*, const char*, Method, Method, const char*, const char*> cases[] = {
       {"", "", Method::Standard, Method::RowOrder, "[rowlearn]\nchecked=1\n", ""},
       {"[rowlearn]\nchecked=1\n", "", Method::RowOrder, Method::Leitner, "[rowlearn]\nchecked=1\n", ""},
       {"", "[START]\nMethode=2\n", Method::RowOrder, Method::Standard, "", "[START]\nMethode=1\n"},
       {"[rowlearn]\nchecked=1\n", "[START]\nMethode=1\n", Method::Standard, Method::RowOrder, "[rowlearn]\nchecked=1\n",
        "[START]\nMethode=2\n"},
   };
-  for (const auto& c : cases) {
+  for (const auto& [program_before, card_file_before, begins, left, program_after, card_file_after] : cases) {
     IniFile program;
     IniFile card_file;
-    program.Parse(c.program);
-    card_file.Parse(c.card_file);
-    EXPECT_EQ(StartMethod(program, card_file), c.begins);
-    KeepStartMethod(c.left, program, card_file);
-    EXPECT_EQ(program.Text(), c.program_after);
-    EXPECT_EQ(card_file.Text(), c.card_file_after);
+    program.Parse(program_before);
+    card_file.Parse(card_file_before);
+    EXPECT_EQ(StartMethod(program, card_file), begins);
+    KeepStartMethod(left, program, card_file);
+    EXPECT_EQ(program.Text(), program_after);
+    EXPECT_EQ(card_file.Text(), card_file_after);
   }
 }
 
