@@ -33,11 +33,7 @@ TEST(AnswerHistory, ReadsTimesAndDropsAnOldestOneThatDoesNotFit) {
   longer.push_back(5);
   std::vector<int64_t> full_late = full;
   full_late[63] = 5;
-  const struct {
-    std::string text;
-    std::vector<int64_t> times;
-    bool corrected;
-  } cases[] = {
+  const std::tuple<std::string, std::vector<int64_t>, bool> cases[] = {
       {"", {}, false},
       {"9  8 7 6y x 5", {9, 0, 8, 7, 6, 0, 5}, false},  // an empty piece is a slot of its own
       {"-4 +5", {-4, 5}, false},
@@ -51,10 +47,10 @@ TEST(AnswerHistory, ReadsTimesAndDropsAnOldestOneThatDoesNotFit) {
       {Row({t, t, t - (int64_t{1} << 32) - 9}), {t, t, t - (int64_t{1} << 32) - 9}, false},  // gap modulo 2 to the 32nd
       {"5 0 7 0", {5}, true},
   };
-  for (const auto& c : cases) {
-    const AnswerHistory history = ParseHistory(c.text, "");
-    EXPECT_EQ(UsedTimes(history), c.times) << c.text;
-    EXPECT_EQ(history.corrected, c.corrected) << c.text;
+  for (const auto& [text, times, corrected] : cases) {
+    const AnswerHistory history = ParseHistory(text, "");
+    EXPECT_EQ(UsedTimes(history), times) << text;
+    EXPECT_EQ(history.corrected, corrected) << text;
   }
 }
 

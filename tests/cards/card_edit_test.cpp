@@ -190,27 +190,18 @@ TEST_F(CardEditTest, AnySequenceGivesTheCardsOfAPlainModel) {
 TEST_F(CardEditTest, RefusesWhatNamesNoCards) {
   Start(3);
   const std::string text = model_.Text();
-  // What is done ("-" removed, "=" replaced, "+" inserted behind), the row and the column.
-  const std::vector<std::tuple<char, int, int>> commands[] = {{{'-', 1, 0}},
-                                                              {{'-', 5, 0}},
-                                                              {{'-', 3, 0}, {'-', 2, 0}},
-                                                              {{'-', 2, 0}, {'-', 2, 0}},
-                                                              {{'-', 2, 0}, {'-', 3, 0}, {'-', 4, 0}},
-                                                              {{'-', 3, 0}, {'=', 3, 3}},
-                                                              {{'=', 1, 3}},
-                                                              {{'=', 4, 3}, {'=', 2, 3}},
-                                                              {{'=', 2, 9}},
-                                                              {{'+', 0, 3}},
-                                                              {{'+', 5, 3}},
-                                                              {{'+', 2, 9}}};
-  for (const auto& parts : commands) {
+  // What is done ("-" removed, "=" replaced, "+" inserted behind) to which row; at "!" with a column that is none.
+  for (const std::string parts :
+       {"-1", "-5", "-3-2", "-2-2", "-2-3-4", "-3=3", "=1", "=4=2", "=2!", "+0", "+5", "+2!"}) {
     CardCommand command;
-    for (const auto& [what, row, column] : parts) {
-      if (what == '-') command.Remove(row);
-      if (what == '=') command.Replace(row, {{column, "x"}});
-      if (what == '+') command.InsertBehind(row, {{column, "x"}});
+    const int column = parts.back() == '!' ? 9 : 3;
+    for (size_t i = 0; i + 1 < parts.size(); i += 2) {
+      const int row = parts[i + 1] - '0';
+      if (parts[i] == '-') command.Remove(row);
+      if (parts[i] == '=') command.Replace(row, {{column, "x"}});
+      if (parts[i] == '+') command.InsertBehind(row, {{column, "x"}});
     }
-    EXPECT_FALSE(CardEdit(*file_).Apply(std::move(command))) << testing::PrintToString(parts);
+    EXPECT_FALSE(CardEdit(*file_).Apply(std::move(command))) << parts;
   }
   EXPECT_TRUE(FileText(file_->cards()) == text && !file_->changed());
 }

@@ -160,12 +160,9 @@ TEST(LinkAreas, HitsCountBordersAndPreferTheLastDrawn) {
   LinkAreas areas;
   areas.Add({10, 10, 30, 40, 1});
   areas.Add({40, 20, 30, 60, 2});
-  const struct {
-    int x, y;
-    std::optional<size_t> hit;
-  } cases[] = {{10, 10, 0}, {39, 30, 0}, {40, 20, 1},  {40, 10, 0},
-               {60, 30, 1}, {9, 10, {}}, {10, 31, {}}, {61, 20, {}}};
-  for (const auto& c : cases) EXPECT_EQ(areas.IndexAt(c.x, c.y), c.hit) << c.x << "," << c.y;
+  const std::tuple<int, int, std::optional<size_t>> cases[] = {{10, 10, 0}, {39, 30, 0}, {40, 20, 1},  {40, 10, 0},
+                                                               {60, 30, 1}, {9, 10, {}}, {10, 31, {}}, {61, 20, {}}};
+  for (const auto& [x, y, hit] : cases) EXPECT_EQ(areas.IndexAt(x, y), hit) << x << "," << y;
 }
 
 TEST_F(LayoutOf, HostileSidesStayBounded) {

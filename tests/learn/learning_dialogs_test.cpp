@@ -102,26 +102,25 @@ TEST_F(LearningDialogs, ABoxIsLeftAndTakenUpByItsButtons) {
 }
 
 TEST_F(LearningDialogs, AWrongParameterKeepsTheFocusAndChangesNothing) {
-  const struct {
-    QString field, text, message;
-  } cases[] = {{u"EdMinBreite"_s, u"1"_s, u"<< Minimale Breite mindestens 2 ! >>"_s},
-               {u"EdMaxBreite"_s, u"1"_s, u"<< Breite zu klein >>"_s},
-               {u"EdCheckZeitFaktor"_s, u"4,1"_s, u"<< Zahl von 1.0 bis 4.0 >>"_s},
-               {u"EdCheckImmer"_s, u""_s, u"<< Zahl 14 bis 500 >>"_s}};
+  const std::tuple<QString, QString, QString> cases[] = {
+      {u"EdMinBreite"_s, u"1"_s, u"<< Minimale Breite mindestens 2 ! >>"_s},
+      {u"EdMaxBreite"_s, u"1"_s, u"<< Breite zu klein >>"_s},
+      {u"EdCheckZeitFaktor"_s, u"4,1"_s, u"<< Zahl von 1.0 bis 4.0 >>"_s},
+      {u"EdCheckImmer"_s, u""_s, u"<< Zahl 14 bis 500 >>"_s}};
   TF_dlparam dialog({{.max_width = 70}, 9});
   dialog.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
-  for (const auto& given : cases) {
-    auto& edit = Control<QLineEdit>(dialog, given.field);
+  for (const auto& [field, text, message] : cases) {
+    auto& edit = Control<QLineEdit>(dialog, field);
     const QString before = edit.text();
     edit.setFocus();
-    edit.setText(given.text);
+    edit.setText(text);
     QTest::keyClick(&edit, Qt::Key_Tab);
     QApplication::processEvents();
     EXPECT_EQ(QApplication::focusWidget(), &edit);
-    EXPECT_EQ(StatusLine(dialog), given.message);
+    EXPECT_EQ(StatusLine(dialog), message);
     QTest::keyClick(&edit, Qt::Key_Return);
-    EXPECT_TRUE(dialog.isVisible()) << given.message.toStdString();
+    EXPECT_TRUE(dialog.isVisible()) << message.toStdString();
     edit.setText(before);
   }
   Control<QLineEdit>(dialog, u"EdMinBreite"_s).setText(u"3"_s);

@@ -15,10 +15,7 @@ namespace tessaro {
 namespace {
 
 TEST(LearnTexts, SpansInTheirThreeForms) {
-  const struct {
-    int64_t seconds;
-    QString about, next, in_words;
-  } cases[] = {
+  const std::tuple<int64_t, QString, QString, QString> cases[] = {
       {0, u"gleich wieder"_s, u"1 Min."_s, u"1 Minute"_s},
       {59, u"gleich wieder"_s, u"1 Min."_s, u"1 Minute"_s},
       {60, u"etwa 1 Minute"_s, u"1 Min."_s, u"1 Minute"_s},
@@ -31,10 +28,10 @@ TEST(LearnTexts, SpansInTheirThreeForms) {
       {90 * kDay, u"etwa 3 Monate"_s, u"90 Tagen"_s, u"90 Tagen"_s},
       {3 * 365 * kDay, u"etwa 3 Jahre"_s, u"1095 Tagen"_s, u"1095 Tagen"_s},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(ForecastText(c.seconds).toStdString(), c.about.toStdString()) << c.seconds;
-    EXPECT_EQ(ShortSpan(c.seconds).toStdString(), c.next.toStdString()) << c.seconds;
-    EXPECT_EQ(SpanInWords(c.seconds).toStdString(), c.in_words.toStdString()) << c.seconds;
+  for (const auto& [seconds, about, next, in_words] : cases) {
+    EXPECT_EQ(ForecastText(seconds).toStdString(), about.toStdString()) << seconds;
+    EXPECT_EQ(ShortSpan(seconds).toStdString(), next.toStdString()) << seconds;
+    EXPECT_EQ(SpanInWords(seconds).toStdString(), in_words.toStdString()) << seconds;
   }
   EXPECT_EQ(ForecastText(std::nullopt), QString());
 }
@@ -74,11 +71,7 @@ TEST(ShortcutCode, KeysThatTheProgramNeedsAreKnown) {
 }
 
 TEST(ShortcutCode, MapsStoredNumbersToKeysAndBack) {
-  const struct {
-    int code;
-    QKeyCombination key;
-    QString name;
-  } cases[] = {
+  const std::tuple<int, QKeyCombination, QString> cases[] = {
       {8, Qt::Key_Backspace, u"Rücktaste"_s},
       {13, Qt::Key_Return, u"Enter"_s},
       {46, Qt::Key_Delete, u"Entf"_s},
@@ -91,11 +84,11 @@ TEST(ShortcutCode, MapsStoredNumbersToKeysAndBack) {
       {0xE000 + 'A', QKeyCombination(Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier, Qt::Key_A),
        u"Strg+Alt+Umschalt+A"_s},
   };
-  for (const auto& given : cases) {
-    SCOPED_TRACE(given.code);
-    EXPECT_EQ(KeyFromShortcutCode(given.code), given.key);
-    EXPECT_EQ(ShortcutCodeFromKey(given.key), given.code);
-    EXPECT_EQ(KeyName(given.key), given.name);
+  for (const auto& [code, key, name] : cases) {
+    SCOPED_TRACE(code);
+    EXPECT_EQ(KeyFromShortcutCode(code), key);
+    EXPECT_EQ(ShortcutCodeFromKey(key), code);
+    EXPECT_EQ(KeyName(key), name);
   }
 }
 

@@ -22,13 +22,7 @@ AnswerHistory History(const std::string& letters, const std::vector<int64_t>& ag
 }
 
 TEST(Retention, WorkedExamples) {
-  const struct {
-    const char* what;
-    std::string letters;
-    std::vector<int64_t> ago;
-    int64_t min_retention;
-    int64_t score;
-  } cases[] = {
+  const std::tuple<const char*, std::string, std::vector<int64_t>, int64_t, int64_t> cases[] = {
       {"first answer", "w", {0}, 0, 1},
       {"first answer with a day button", "w", {0}, 604800, 604800},
       {"one interval", "ww", {0, 1000}, 0, 1000},
@@ -49,8 +43,8 @@ TEST(Retention, WorkedExamples) {
       {"no history kept: a broken row", "xww", {0, 1000, 2000}, 0, 1},
       {"no history kept: the streak line reads over broken letters", "wwxww", {0, 300, 400, 500, 520}, 0, 420},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(ForecastRetention(History(c.letters, c.ago), c.min_retention).score, c.score) << c.what;
+  for (const auto& [what, letters, ago, min_retention, score] : cases) {
+    EXPECT_EQ(ForecastRetention(History(letters, ago), min_retention).score, score) << what;
   }
 }
 

@@ -132,13 +132,8 @@ TEST_F(SelectionTest, ChecksEveryNthCardAndKeepsItsPosition) {
   const std::vector<TestCard> cards = {
       WrongCard(1),           KnownCard(2, 50, 900),     With(NewCard(3), &TestCard::score, "60"),
       KnownCard(4, 7000, 10), KnownCard(5, 8000, 90000), KnownCard(6, 40'000'000, 366 * kDay)};
-  const struct {
-    const char* what;
-    std::vector<Setting> values;
-    bool no_new_cards;
-    std::string shown;  // rows and why: t tested, c check position, e repeated after an error
-    int64_t position;
-  } cases[] = {
+  // What is shown are rows and why: t tested, c check position, e repeated after an error.
+  const std::tuple<const char*, std::vector<Setting>, bool, std::string, int64_t> cases[] = {
       {"one after the other, then anew with a draw", {{"CHK", "n", 1}}, false, "3t 4c 6t 7t 2e ", 1},
       {"no new cards", {{"CHK", "n", 1}}, true, "3t 6t 7t ", 7},
       {"every second card", {{"CHK", "n", 2}}, false, "2e 3t 2e 4c ", 4},
@@ -147,17 +142,17 @@ TEST_F(SelectionTest, ChecksEveryNthCardAndKeepsItsPosition) {
   };
   std::map<CardStatus, std::string> letters = {
       {CardStatus::Tested, "t "}, {CardStatus::CheckPosition, "c "}, {CardStatus::RepeatAfterError, "e "}};
-  for (const auto& c : cases) {
-    OpenWith(cards, c.values, {0});
-    run->Set(&RunOptions::no_new_cards, c.no_new_cards);
+  for (const auto& [what, values, no_new_cards, expected, position] : cases) {
+    OpenWith(cards, values, {0});
+    run->Set(&RunOptions::no_new_cards, no_new_cards);
     std::string shown;
-    while (shown.size() < c.shown.size()) {
+    while (shown.size() < expected.size()) {
       run->ShowNext();
       shown += std::to_string(run->card().row) + letters[run->card().status];
     }
-    EXPECT_EQ(shown, c.shown) << c.what;
+    EXPECT_EQ(shown, expected) << what;
     run->KeepPositions();
-    EXPECT_EQ(file.settings().GetInt("CHK", "rpos", 0), c.position) << c.what;
+    EXPECT_EQ(file.settings().GetInt("CHK", "rpos", 0), position) << what;
   }
 }
 
@@ -272,13 +267,8 @@ TEST_F(LeitnerTest, CountsLevelsRaisedToTheStreak) {
 }
 
 TEST_F(LeitnerTest, CommandsFollowCountsAndLimits) {
-  const struct {
-    const char* what;
-    BoxCounts counts;
-    int64_t quota;  // after bringing new cards
-    int64_t fresh;
-    std::string commands;  // bring, then boxes 1 ... 6; after the count | after bringing
-  } cases[] = {
+  // Quota and new cards after bringing some; the commands (bring, then boxes 1 ... 6) after the count | after bringing.
+  const std::tuple<const char*, BoxCounts, int64_t, int64_t, std::string> cases[] = {
       {"only new cards", {30, {}}, 10, 20, "1000000|1100000"},
       {"room for five", {30, {20}}, 25, 25, "1100000|1100000"},
       {"fewer than ten", {3, {}}, 3, 0, "1000000|1100000"},
@@ -292,15 +282,15 @@ TEST_F(LeitnerTest, CommandsFollowCountsAndLimits) {
     for (const bool allowed : commands.learn) flags += allowed ? '1' : '0';
     return flags;
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    BoxCounts counts = c.counts;
+  for (const auto& [what, counted, quota, fresh, expected] : cases) {
+    SCOPED_TRACE(what);
+    BoxCounts counts = counted;
     BoxCommands commands;
     AllowAfterCount(counts, {}, commands);
     const std::string after_count = text(commands);
-    EXPECT_EQ(BringNewCards({}, counts, commands), c.quota);
-    EXPECT_EQ(counts.fresh, c.fresh);
-    EXPECT_EQ(after_count + "|" + text(commands), c.commands);
+    EXPECT_EQ(BringNewCards({}, counts, commands), quota);
+    EXPECT_EQ(counts.fresh, fresh);
+    EXPECT_EQ(after_count + "|" + text(commands), expected);
   }
   const BoxCounts counts = {0, {1, 50, 0, 0, 0, 1}};
   BoxLimits limits;
@@ -334,18 +324,15 @@ TEST_F(LeitnerTest, ARunOfABoxTakesNewCardsUpToTheQuotaAndThenTheBox) {
   const std::vector<TestCard> cards = {LevelCard(1, "0"),          left_out,
                                        LevelCard(3, "1", "f", 10), LevelCard(4, "0"),
                                        LevelCard(5, "1", "f", 20), LevelCard(6, "2", "w", 30)};
-  const struct {
-    int box;
-    int64_t quota;
-    std::vector<int> rows;
-  } cases[] = {{1, 0, {6, 4}}, {1, 1, {2, 6, 4}}, {1, 9, {2, 5, 6, 4}}, {2, 0, {7}}, {3, 0, {}}};
-  for (const auto& c : cases) {
+  const std::tuple<int, int64_t, std::vector<int>> cases[] = {
+      {1, 0, {6, 4}}, {1, 1, {2, 6, 4}}, {1, 9, {2, 5, 6, 4}}, {2, 0, {7}}, {3, 0, {}}};
+  for (const auto& [box, quota, expected] : cases) {
     Open(cards);
     told = {};
-    StartBox(c.box, c.quota);
+    StartBox(box, quota);
     std::vector<int> rows;
     for (told += run->Start(); told.boxes_done == 0; told += run->ShowNext()) rows.push_back(run->card().row);
-    EXPECT_EQ(rows, c.rows) << "box " << c.box << ", quota " << c.quota;
+    EXPECT_EQ(rows, expected) << "box " << box << ", quota " << quota;
     EXPECT_EQ(told.events, (std::vector<RunEvent>{{RunMessage::BoxDone}}));
     EXPECT_EQ(run->method(), Method::Standard);
     EXPECT_EQ(run->moment().leitner.box, 0);

@@ -57,16 +57,6 @@ TEST_F(LearningWindow, TheQuestionIsRepeatedAboveTheAnswerUnlessSwitchedOff) {
   EXPECT_FALSE(Find<QLabel>(u"LabelFrage"_s).isVisible()) << "it is kept";
 }
 
-TEST_F(LearningWindow, TheButtonsStayWhereTheyAreWhateverStandsOnThem) {
-  Open();
-  const auto place = [this] { return Find<QWidget>(u"BtWeissIch"_s).geometry(); };
-  const QRect before = place();
-  EXPECT_EQ(Find<QWidget>(u"BtWeissIch"_s).accessibleName(), u"Weiß ich, gleich wieder"_s);
-  Key(Qt::Key_Space);
-  QApplication::processEvents();
-  EXPECT_EQ(place(), before);
-}
-
 TEST_F(LearningWindow, PageKeysScrollALongSide) {
   std::string side;
   for (int i = 0; i < 80; ++i) side += "Zeile<br>";
@@ -82,13 +72,18 @@ TEST_F(LearningWindow, PageKeysScrollALongSide) {
   EXPECT_EQ(Logged(), 0);
 }
 
-TEST_F(LearningWindow, TheLockButtonGoesBothWays) {
+TEST_F(LearningWindow, LockAndFullScreenGoBothWays) {
   Open();
   for (const bool on : {false, true}) {
     Click(u"SpeedButtonSperre"_s);
     EXPECT_EQ(Command(u"MZeitsperre"_s).isChecked(), on);
     EXPECT_EQ(Text(u"EditZeitsperre"_s), on ? u"Zeitsperre ein"_s : u"Zeitsperre aus"_s);
   }
+  Key(Qt::Key_F11);
+  EXPECT_TRUE(window->isFullScreen() && Command(u"MVollbild"_s).isChecked());
+  window->showNormal();
+  QApplication::processEvents();
+  EXPECT_FALSE(Command(u"MVollbild"_s).isChecked());
 }
 
 // The figures beside the card go first, then the words of the buttons.
@@ -119,25 +114,22 @@ TEST_F(LearningWindow, AChangeOfThemeReachesTheQuietLabels) {
   EXPECT_GT(caption().lightness(), 128);
 }
 
-TEST_F(LearningWindow, F11FillsTheScreenAndGivesItBack) {
+TEST_F(LearningWindow, ButtonsStayWhereTheyAreAndNavigationCardsOfferOne) {
   Open();
-  Key(Qt::Key_F11);
-  EXPECT_TRUE(window->isFullScreen() && Command(u"MVollbild"_s).isChecked());
-  window->showNormal();
+  auto& known = Find<QAbstractButton>(u"BtWeissIch"_s);
+  const QRect before = known.geometry();
+  EXPECT_EQ(known.accessibleName(), u"Weiß ich, gleich wieder"_s);
+  Key(Qt::Key_Space);
   QApplication::processEvents();
-  EXPECT_FALSE(Command(u"MVollbild"_s).isChecked());
-}
-
-TEST_F(LearningWindow, NavigationCardsOfferOneButton) {
-  Open();
+  EXPECT_EQ(known.geometry(), before);
   Key(Qt::Key_Home);
-  EXPECT_EQ(Find<QAbstractButton>(u"BtWeissIch"_s).accessibleName(), u"Weiter"_s);
-  EXPECT_EQ(Find<QAbstractButton>(u"BtWeissIch"_s).text(), u"Weiter"_s);
+  EXPECT_EQ(known.accessibleName(), u"Weiter"_s);
+  EXPECT_EQ(known.text(), u"Weiter"_s);
   for (const auto& name : {u"BtHand"_s, u"BtLerneIch"_s, u"Tageszeile"_s}) {
     EXPECT_FALSE(Find<QWidget>(name).isVisible()) << name.toStdString();
   }
   Key(Qt::Key_Return);
-  EXPECT_EQ(Find<QAbstractButton>(u"BtWeissIch"_s).text(), u"Weiß ich"_s);
+  EXPECT_EQ(known.text(), u"Weiß ich"_s);
   EXPECT_TRUE(Find<QWidget>(u"BtLerneIch"_s).isVisible());
 }
 

@@ -80,31 +80,32 @@ TEST_F(LearningWindow, DoubleClickAnswersOneCardOnly) {
   }
 }
 
-TEST_F(LearningWindow, ALinkToNoCardSaysSoAndLeavesTheCard) {
+TEST_F(LearningWindow, ALinkToNoCardAndAFilmThatFailsAreToldAndLeaveTheCard) {
   Open({{.id = "000001", .question = "Frage <a href=\"77\">Link</a>", .answer = "Antwort"}});
   FollowFirstLink();
+  window->VideoEnded(true);
+  EXPECT_TRUE(messages.errors.isEmpty());
+  window->VideoEnded(false);
+  EXPECT_EQ(messages.errors.size(), 1);
   EXPECT_EQ(messages.shown, QStringList{u"\nZielkarte nicht gefunden.\nNummer nicht (mehr) gültig"_s});
   EXPECT_EQ(OnScreen(), "Frage");
   EXPECT_EQ(Logged(), 0);
 }
 
 TEST_F(LearningWindow, KeysWorkWhateverHasTheFocus) {
-  const struct {
-    Qt::Key key;
-    Qt::KeyboardModifiers modifiers;
-    char letter;
-  } cases[] = {{Qt::Key_Return, {}, 'w'}, {Qt::Key_Enter, Qt::KeypadModifier, 'w'}, {Qt::Key_Delete, {}, 'f'}};
+  const std::tuple<Qt::Key, Qt::KeyboardModifiers, char> cases[] = {
+      {Qt::Key_Return, {}, 'w'}, {Qt::Key_Enter, Qt::KeypadModifier, 'w'}, {Qt::Key_Delete, {}, 'f'}};
   for (const QString& focus : {u"BtLerneIch"_s, u"SpeedButtonVis"_s, u"FrameHtml"_s}) {
-    for (const auto& given : cases) {
-      SCOPED_TRACE(focus.toStdString() + " key " + std::to_string(given.key));
+    for (const auto& [key, modifiers, letter] : cases) {
+      SCOPED_TRACE(focus.toStdString() + " key " + std::to_string(key));
       Open();
       Find<QWidget>(focus).setFocus();
       Key(Qt::Key_Backspace);
       EXPECT_EQ(window->windowTitle(), u"Antwortseite Übungskarte Pos.  - 1"_s);
       Find<QWidget>(focus).setFocus();
-      Key(given.key, given.modifiers);
+      Key(key, modifiers);
       EXPECT_EQ(Logged(), 1);
-      EXPECT_EQ(Field(kYesNoRow, 2).front(), given.letter);
+      EXPECT_EQ(Field(kYesNoRow, 2).front(), letter);
       Key(Qt::Key_Home);
       EXPECT_EQ(window->windowTitle(), u"Linkmap Pos.  - 3"_s);
     }
@@ -177,14 +178,6 @@ TEST_F(LearningWindow, TheEditorIsAskedForTheCardOnScreen) {
   Click(u"BtWeissIch"_s);
   Click(u"TbEdit"_s);
   EXPECT_EQ(wanted, QList<QVariantList>({{2}, {3}}));
-}
-
-TEST_F(LearningWindow, OnlyAFilmThatFailsIsTold) {
-  Open();
-  window->VideoEnded(true);
-  EXPECT_TRUE(messages.errors.isEmpty());
-  window->VideoEnded(false);
-  EXPECT_EQ(messages.errors.size(), 1);
 }
 
 TEST_F(LearningWindow, DayButtonsSetTheLeastScore) {
@@ -260,35 +253,28 @@ TEST_F(LearningWindow, RowOrderThatFindsNothingBeforeTheEndBeginsAnew) {
   EXPECT_EQ(OnScreen(), "Eins");
 }
 
-TEST_F(LearningWindow, StoredKeysHoldAndTheFirstOfTwoEqualOnesWins) {
-  for (const auto& [key, code] : {std::pair("turn", 0x4000 + 'T'), {"know", 118}, {"learn", 118}, {"home", -5}}) {
-    settings.ini.SetInt("LShortCuts", key, code);
-  }
+TEST_F(LearningWindow, StoredKeysGoBeforeAnyOtherAndTheFirstOfTwoEqualOnesWins) {
+  const std::pair<const char*, int> keys[] = {
+      {"turn", 'R'}, {"know", 118}, {"learn", 118}, {"back", 0x4000 + 'Y'}, {"home", -5}};
+  for (const auto& [key, code] : keys) settings.ini.SetInt("LShortCuts", key, code);
   Open();
-  Key(Qt::Key_T, Qt::ControlModifier);
+  Key(Qt::Key_R);
   EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
+  EXPECT_TRUE(Command(u"TonNochEinmal"_s).shortcuts().isEmpty());
   Key(Qt::Key_F7);
   EXPECT_EQ(Field(kYesNoRow, 2).front(), 'w');
+  Key(Qt::Key_Z, Qt::ControlModifier);
+  Key(Qt::Key_Y, Qt::ControlModifier);
+  EXPECT_EQ(window->windowTitle(), u"Linkmap Pos.  - 3"_s);
+  EXPECT_EQ(Logged(), 0);
+  Key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(Logged(), 1) << "the other key for it is left";
   for (const QString& side : {u"Antwortseite"_s, u"Frageseite"_s}) {
     Key(Qt::Key_Space);
     EXPECT_EQ(Text(u"LabelSeite"_s), side);
   }
   EXPECT_EQ(Field(kYesNoRow, 3).front(), 'w') << "space answers the second time";
   EXPECT_EQ(Command(u"MHome"_s).shortcut(), QKeySequence(Qt::Key_Home));
-}
-
-TEST_F(LearningWindow, ALearnersOwnKeyGoesBeforeAnyOther) {
-  settings.ini.SetInt("LShortCuts", "turn", 'R');
-  settings.ini.SetInt("LShortCuts", "learn", 0x4000 + 'Y');
-  Open();
-  Key(Qt::Key_R);
-  EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
-  EXPECT_TRUE(Command(u"TonNochEinmal"_s).shortcuts().isEmpty());
-  Key(Qt::Key_Y, Qt::ControlModifier);
-  EXPECT_EQ(Logged(), 1);
-  Key(Qt::Key_Z, Qt::ControlModifier);
-  Key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-  EXPECT_EQ(Logged(), 1) << "the other key for it is left";
 }
 
 TEST_F(LearningWindow, DeckWithoutCardsSaysSo) {

@@ -185,19 +185,15 @@ TEST(BackgroundFlush, GathersWritesFlushesOnItsOwnAndGoesOnAfterAFailure) {
 
 TEST(BackgroundFlush, FlushesWhatIsLeftWhenItEndsAndNothingThatWasTakenAway) {
   int flushes = 0;
-  {
-    BackgroundFlush background;
-    background.SetFlush([&] { return ++flushes > 0; });
-    background.Written();
+  for (const bool taken_away : {false, true}) {
+    {
+      BackgroundFlush background;
+      background.SetFlush([&] { return ++flushes > 0; });
+      background.Written();
+      if (taken_away) background.SetFlush(nullptr);
+    }
+    EXPECT_EQ(flushes, 1);
   }
-  EXPECT_EQ(flushes, 1);
-  {
-    BackgroundFlush background;
-    background.SetFlush([&] { return ++flushes > 0; });
-    background.Written();
-    background.SetFlush(nullptr);
-  }
-  EXPECT_EQ(flushes, 1);
 }
 
 }  // namespace

@@ -7,16 +7,9 @@
 namespace tessaro {
 namespace {
 
-struct Sample {
-  CharacterSet set;
-  std::string_view bytes;
-  std::u16string_view characters;
-  std::string_view upper;
-  std::string_view folded;
-};
-
 TEST(SideCodePage, HasTheCharactersAndTheCaseOfItsLanguages) {
-  const Sample samples[] = {
+  using Bytes = std::string_view;
+  const std::tuple<CharacterSet, Bytes, std::u16string_view, Bytes, Bytes> samples[] = {
       {CharacterSet::Western, "\xE4\xDF\x80i\xFF", u"äß€iÿ", "\xC4\xDF\x80I\x9F", "\xE4\xDF\x80i\xFF"},
       {CharacterSet::CentralEuropean, "\xA3\xF3\x9F", u"Łóź", "\xA3\xD3\x8F", "\xB3\xF3\x9F"},
       {CharacterSet::Cyrillic, "\xC6\xE6\xB8\xBF", u"Жжёї", "\xC6\xC6\xA8\xAF", "\xE6\xE6\xB8\xBF"},
@@ -27,18 +20,18 @@ TEST(SideCodePage, HasTheCharactersAndTheCaseOfItsLanguages) {
       {CharacterSet::Arabic, "\xC7\xD3\x81", u"اسپ", "\xC7\xD3\x81", "\xC7\xD3\x81"},
       {CharacterSet::Thai, "\xA1\xD2", u"กา", "\xA1\xD2", "\xA1\xD2"},
   };
-  for (const Sample& sample : samples) {
-    const CodePage page(sample.set);
-    EXPECT_EQ(page.Characters(sample.bytes), sample.characters) << sample.bytes;
+  for (const auto& [set, bytes, characters, all_upper, all_folded] : samples) {
+    const CodePage page(set);
+    EXPECT_EQ(page.Characters(bytes), characters) << bytes;
     std::string upper;
     std::string folded;
-    for (const char c : sample.bytes) {
+    for (const char c : bytes) {
       upper += page.ToUpper(c);
       folded += page.Folded(c);
-      EXPECT_TRUE(c == '\x80' || page.IsLetter(c)) << sample.bytes;
+      EXPECT_TRUE(c == '\x80' || page.IsLetter(c)) << bytes;
     }
-    EXPECT_EQ(upper, sample.upper) << sample.bytes;
-    EXPECT_EQ(folded, sample.folded) << sample.bytes;
+    EXPECT_EQ(upper, all_upper) << bytes;
+    EXPECT_EQ(folded, all_folded) << bytes;
   }
 }
 
@@ -59,11 +52,7 @@ TEST(SideCodePage, EveryByteComesBackFromItsCharacter) {
 TEST(SideCodePage, ConvertsAllOrNothingAndNamesWhatIsLacking) {
   const CodePage western;
   const CodePage cyrillic(CharacterSet::Cyrillic);
-  EXPECT_EQ(Converted("\x84"
-                      "ab\xA9",
-                      western, cyrillic),
-            "\x84"
-            "ab\xA9");
+  EXPECT_EQ(Converted("\x84 ab\xA9", western, cyrillic), "\x84 ab\xA9");
   EXPECT_EQ(Converted("\xCF\xF3\x99", cyrillic, CodePage(CharacterSet::Western)), std::nullopt);
   EXPECT_EQ(Lacking("\xE4\x80\xE4 x \xF6", western, cyrillic), u"äö") << "the Euro sign stands elsewhere there";
   EXPECT_EQ(Converted("\x80", western, cyrillic), "\x88");

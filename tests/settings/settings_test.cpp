@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "settings/box_limits.h"
 #include "settings/decimal_text.h"
 #include "settings/kept_place.h"
@@ -37,12 +35,9 @@ TEST(Settings, MissingValuesGiveTheStandardAndWildOnesTheNearestBound) {
 }
 
 TEST(Settings, DecimalsAreReadWithEitherSignAndWrittenSoThatTheyReadTheSame) {
-  const struct {
-    const char* text;
-    std::optional<double> number;
-  } cases[] = {{"2.5", 2.5}, {"2,5", 2.5}, {" +7", 7.0}, {"0,1 %", 0.1},
-               {"", {}},     {"ab", {}},   {"inf", {}},  {"nan", {}}};
-  for (const auto& given : cases) EXPECT_EQ(LeadingDecimal(given.text), given.number) << given.text;
+  const std::pair<const char*, std::optional<double>> cases[] = {
+      {"2.5", 2.5}, {"2,5", 2.5}, {" +7", 7.0}, {"0,1 %", 0.1}, {"", {}}, {"ab", {}}, {"inf", {}}, {"nan", {}}};
+  for (const auto& [text, number] : cases) EXPECT_EQ(LeadingDecimal(text), number) << text;
   for (const double number : {0.0, 0.1, 1.0 / 3, 12.5, 100.0, 1e-7}) {
     IniFile settings;
     keys::kErrorLimit.Write(number, settings);
