@@ -1,27 +1,20 @@
 #include "widgets/card_pages.h"
 
-#include <QAction>
 #include <QImage>
 #include <QPlainTextEdit>
-#include <QPushButton>
-#include <QSignalSpy>
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <fstream>
-#include <string>
-#include <tuple>
 
 #include "settings/keys.h"
 #include "store/file/ini_file.h"
-#include "tests/support/dialog_driver.h"
+#include "tests/support/window_test.h"
 #include "widgets/painter.h"
 #include "widgets/side_look.h"
 #include "widgets/theme.h"
 #include "widgets/video_screen.h"
 #include "widgets/wnmedia.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {

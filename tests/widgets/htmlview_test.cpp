@@ -1,20 +1,15 @@
 #include "widgets/htmlview.h"
 
-#include <gtest/gtest.h>
-
 #include <QAccessible>
-#include <QApplication>
 #include <QFile>
 #include <QImage>
-#include <QPushButton>
 #include <QScrollBar>
 #include <QShortcut>
-#include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QVBoxLayout>
 #include <fstream>
 
+#include "tests/support/window_test.h"
 #include "widgets/text.h"
 #include "widgets/video_screen.h"
 

@@ -1,20 +1,14 @@
 #include "widgets/plot.h"
 
-#include <gtest/gtest.h>
-
 #include <QAccessible>
-#include <QApplication>
-#include <QSignalSpy>
-#include <QTest>
-#include <cmath>
 #include <set>
 
+#include "tests/support/window_test.h"
 #include "widgets/plot_layout.h"
+#include "widgets/side_look.h"
 
 namespace tessaro {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 PlotContent Bars(const std::vector<double>& heights) {
   PlotContent content;
@@ -26,16 +20,13 @@ PlotContent Bars(const std::vector<double>& heights) {
 }
 
 TEST(Plot, StepsAreRound) {
-  struct Case {
-    double highest;
-    int most;
-    bool whole;
-    double step;
-  };
-  const Case cases[] = {{0, 5, true, 1},      {1, 5, true, 1},      {4, 5, true, 1},     {6, 5, true, 2},
-                        {50, 5, true, 10},    {51, 5, true, 20},    {101, 5, true, 50},  {900, 5, true, 200},
-                        {0.9, 5, false, 0.2}, {1.0, 5, false, 0.2}, {3e6, 5, true, 1e6}, {7, 4, false, 2}};
-  for (const Case& c : cases) EXPECT_NEAR(RoundStep(c.highest, c.most, c.whole), c.step, 1e-9) << c.highest;
+  const std::tuple<double, int, bool, double> cases[] = {
+      {0, 5, true, 1},      {1, 5, true, 1},      {4, 5, true, 1},     {6, 5, true, 2},
+      {50, 5, true, 10},    {51, 5, true, 20},    {101, 5, true, 50},  {900, 5, true, 200},
+      {0.9, 5, false, 0.2}, {1.0, 5, false, 0.2}, {3e6, 5, true, 1e6}, {7, 4, false, 2}};
+  for (const auto& [highest, most, whole, step] : cases) {
+    EXPECT_NEAR(RoundStep(highest, most, whole), step, 1e-9) << highest;
+  }
 }
 
 TEST(Plot, KeysSelectAndChooseAndTellAScreenReader) {
@@ -44,22 +35,19 @@ TEST(Plot, KeysSelectAndChooseAndTellAScreenReader) {
   plot.show();
   plot.Show(Bars({3, 0, 12}));
   QSignalSpy chosen(&plot, &Plot::Chosen);
-  struct Case {
-    Qt::Key key;
-    const char16_t* text;
-  };
   // The last step of a row stays.
-  const Case cases[] = {{Qt::Key_Left, u"3 Karten"},   {Qt::Key_Right, u"0 Karten"}, {Qt::Key_Right, u"12 Karten"},
-                        {Qt::Key_Right, u"12 Karten"}, {Qt::Key_Left, u"0 Karten"},  {Qt::Key_Home, u"3 Karten"},
-                        {Qt::Key_Left, u"3 Karten"},   {Qt::Key_End, u"12 Karten"}};
+  const std::pair<Qt::Key, QString> cases[] = {{Qt::Key_Left, u"3 Karten"_s},   {Qt::Key_Right, u"0 Karten"_s},
+                                               {Qt::Key_Right, u"12 Karten"_s}, {Qt::Key_Right, u"12 Karten"_s},
+                                               {Qt::Key_Left, u"0 Karten"_s},   {Qt::Key_Home, u"3 Karten"_s},
+                                               {Qt::Key_Left, u"3 Karten"_s},   {Qt::Key_End, u"12 Karten"_s}};
   QTest::keyClick(&plot, Qt::Key_Return);
   EXPECT_EQ(chosen.size(), 0) << "nothing is selected yet";
   EXPECT_EQ(QAccessible::queryAccessibleInterface(&plot)->role(), QAccessible::Chart);
   EXPECT_EQ(QAccessible::queryAccessibleInterface(&plot)->text(QAccessible::Name), u"Karten"_s);
-  for (const Case& c : cases) {
-    QTest::keyClick(&plot, c.key);
-    EXPECT_EQ(plot.TextOf(plot.selected()), QString::fromUtf16(c.text));
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(&plot)->text(QAccessible::Description), QString::fromUtf16(c.text));
+  for (const auto& [key, text] : cases) {
+    QTest::keyClick(&plot, key);
+    EXPECT_EQ(plot.TextOf(plot.selected()), text);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&plot)->text(QAccessible::Description), text);
   }
   QTest::keyClick(&plot, Qt::Key_Return);
   ASSERT_EQ(chosen.size(), 1);
@@ -146,26 +134,21 @@ TEST(Plot, SelectsPointsOrElseLinesThatSaySomething) {
 
 // Bars begin at 0, and so do lines that come near it. Others leave out what is far below them.
 TEST(Plot, AxisLeavesOutOnlyWhatIsFarBelowLines) {
-  struct Case {
-    double low, high;
-    bool from_zero;
-    double bottom, top;
-  };
-  const Case cases[] = {{134, 187, false, 120, 200},
-                        {134, 187, true, 0, 200},
-                        {90, 187, false, 0, 200},
-                        {0.7, 1, false, 0, 1},
-                        {73'006, 75'659, false, 73'000, 76'000},
-                        {500, 500, false, 500, 501}};
-  for (const Case& c : cases) {
+  const std::tuple<double, double, bool, double, double> cases[] = {{134, 187, false, 120, 200},
+                                                                    {134, 187, true, 0, 200},
+                                                                    {90, 187, false, 0, 200},
+                                                                    {0.7, 1, false, 0, 1},
+                                                                    {73'006, 75'659, false, 73'000, 76'000},
+                                                                    {500, 500, false, 500, 501}};
+  for (const auto& [low, high, from_zero, bottom, top] : cases) {
     PlotContent content;
-    content.from_zero = c.from_zero;
-    content.lines = {{.points = {{0, c.low}, {1, c.high}}}};
+    content.from_zero = from_zero;
+    content.lines = {{.points = {{0, low}, {1, high}}}};
     const PlotLayout layout(content, QRectF(0, 0, 600, 300), QFont());
-    EXPECT_EQ(layout.y_bottom(), c.bottom) << c.low;
-    EXPECT_EQ(layout.y_top(), c.top) << c.low;
-    EXPECT_NEAR(layout.Point(0, c.low).y(),
-                layout.area().bottom() - layout.area().height() * (c.low - c.bottom) / (c.top - c.bottom), 1e-9);
+    EXPECT_EQ(layout.y_bottom(), bottom) << low;
+    EXPECT_EQ(layout.y_top(), top) << low;
+    EXPECT_NEAR(layout.Point(0, low).y(),
+                layout.area().bottom() - layout.area().height() * (low - bottom) / (top - bottom), 1e-9);
   }
   PlotContent content = Bars({100, 900, 0});
   content.y_max = 200;
@@ -179,10 +162,6 @@ TEST(Plot, AxisLeavesOutOnlyWhatIsFarBelowLines) {
 
 // What differs differs for those who see no colours, too, and stands out from its ground in both themes.
 TEST(Plot, TellsByMoreThanColour) {
-  const auto luminance = [](const QColor& colour) {
-    const auto linear = [](double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-  };
   for (const QColor& base : {QColor(Qt::white), QColor(0x1E, 0x1F, 0x21)}) {
     Plot plot;
     QPalette palette;
@@ -200,8 +179,7 @@ TEST(Plot, TellsByMoreThanColour) {
     const PlotLayout layout(plot.content(), plot.rect(), plot.font());
     for (const size_t bar : {0U, 1U, 2U}) {
       const QColor colour = PlotColour(content.bars[bar].parts[0].role, palette);
-      const double lighter = std::max(luminance(colour), luminance(base)) + 0.05;
-      EXPECT_GT(lighter / (std::min(luminance(colour), luminance(base)) + 0.05), base == Qt::white ? 3.8 : 5.5) << bar;
+      EXPECT_GT(Contrast(colour, base), base == Qt::white ? 3.8 : 5.5) << bar;
       std::set<QRgb> seen;
       const QRect inside = layout.Bar(bar).toAlignedRect().adjusted(4, 40, -4, -4);
       for (int y = inside.top(); y < inside.top() + 12; ++y) seen.insert(image.pixel(inside.center().x(), y));

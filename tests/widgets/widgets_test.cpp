@@ -1,17 +1,13 @@
 #include <QDBusVariant>
-#include <QDialog>
 #include <QFile>
 #include <QImage>
-#include <QPushButton>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QThread>
-#include <QWidget>
 #include <fstream>
 
 #include "store/file/ini_file.h"
-#include "tests/support/clock_and_chance.h"
-#include "tests/support/dialog_driver.h"
+#include "tests/support/window_test.h"
 #include "widgets/background.h"
 #include "widgets/desktop_colours.h"
 #include "widgets/dlprogress.h"
@@ -23,8 +19,6 @@
 
 namespace tessaro {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 TEST(Text, HoldsWhatTheCodePageHolds) {
   std::string all;
@@ -124,11 +118,7 @@ TEST(Drawing, ShowsNothingOfOtherFiles) {
       "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
       "width='20' height='20'>";
   const std::string by_file = begin + image(outside.toStdString()) + "</svg>";
-  const struct {
-    const char* what;
-    std::string drawing;
-    bool red;
-  } cases[] = {
+  const std::tuple<const char*, std::string, bool> cases[] = {
       {"a picture in it", begin + image(inside) + "</svg>", true},
       {"a shape", begin + "<rect width='20' height='20' fill='red'/></svg>", true},
       {"a file", by_file, false},
@@ -141,10 +131,10 @@ TEST(Drawing, ShowsNothingOfOtherFiles) {
        false},
   };
   const QString path = folder.filePath(QStringLiteral("bild.svg"));
-  for (const auto& c : cases) {
-    std::ofstream(path.toStdString()) << c.drawing;
+  for (const auto& [what, drawing, is_red] : cases) {
+    std::ofstream(path.toStdString()) << drawing;
     const QImage picture = ReadPicture(path);
-    EXPECT_EQ(!picture.isNull() && picture.pixelColor(10, 10) == QColor(Qt::red), c.red) << c.what;
+    EXPECT_EQ(!picture.isNull() && picture.pixelColor(10, 10) == QColor(Qt::red), is_red) << what;
   }
 }
 
@@ -155,21 +145,17 @@ TEST(Drawing, IsMeasuredByItsOutermostElement) {
   const std::string shape = "<rect width='30' height='20' fill='red'/>";
   std::string many;
   while (many.size() < (1U << 20)) many += shape;
-  const struct {
-    std::string size, shapes;
-    PixelSize read;
-  } cases[] = {
+  const std::tuple<std::string, std::string, PixelSize> cases[] = {
       {"width='40' height='50'", shape, {40, 50}},
       {"viewBox='0 0 60 70'", shape + "<open>", {60, 70}},
       {"width='40'", shape, {30, 20}},
       {"", many, {0, 0}},
       {"width='9' height='8'", many, {9, 8}},
   };
-  for (const auto& c : cases) {
-    std::ofstream(path.toStdString()) << "<svg xmlns='http://www.w3.org/2000/svg' " << c.size << ">" << c.shapes
+  for (const auto& [attributes, shapes, size] : cases) {
+    std::ofstream(path.toStdString()) << "<svg xmlns='http://www.w3.org/2000/svg' " << attributes << ">" << shapes
                                       << "</svg>";
-    const PixelSize size = MeasurePicture(path).file.size;
-    EXPECT_TRUE(size.width == c.read.width && size.height == c.read.height) << c.size << " " << size.width;
+    EXPECT_EQ(MeasurePicture(path).file.size, size) << attributes;
   }
 }
 
