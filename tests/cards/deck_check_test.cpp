@@ -95,10 +95,7 @@ TEST_F(DeckCheckTest, FindsWhatIsWrongWithHistories) {
   const std::string good = Letters("wf");
   const std::string two = Times(kNow, 2);
   const std::string after_wipe = Times(kNow, 2).substr(0, Times(kNow, 2).size() - 1);
-  const struct {
-    const char* what;
-    std::string letters, times, score, learned, found;
-  } cases[] = {
+  const std::tuple<const char*, std::string, std::string, std::string, std::string, std::string> cases[] = {
       {"a full history", std::string(64, 'w'), Times(kNow, 64), "999999900", "5", ""},
       {"as undo writes it", good, Times(kNow, 2, 63), "1", "5", ""},
       {"as the wipe writes it", good, after_wipe, "000000000", "0", ""},
@@ -112,13 +109,13 @@ TEST_F(DeckCheckTest, FindsWhatIsWrongWithHistories) {
       {"now is not the future", good, Times(kNow, 1), "000000001", "0", ""},
       {"newest in the future", good, Times(kNow + 1, 3), "000000001", "0", "F+2"},
   };
-  for (const auto& c : cases) {
-    TestCard card = {.id = "000001", .score = c.score, .yes_no_row = c.letters, .time_row = c.times};
-    card.time_learned = c.learned;
-    EXPECT_EQ(Found({card}), c.found) << c.what;
+  for (const auto& [what, letters, times, score, learned, found] : cases) {
+    TestCard card = {.id = "000001", .score = score, .yes_no_row = letters, .time_row = times};
+    card.time_learned = learned;
+    EXPECT_EQ(Found({card}), found) << what;
     EXPECT_EQ(CountFutureAnswers(file, kNow), report.Count(DeckFault::FutureAnswer));
     card.question = "<navigation>";
-    EXPECT_EQ(Found({card}), "") << "a navigation card is never learned: " << c.what;
+    EXPECT_EQ(Found({card}), "") << "a navigation card is never learned: " << what;
   }
 }
 

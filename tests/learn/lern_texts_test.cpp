@@ -24,6 +24,7 @@ TEST(LearnTexts, SpansInTheirThreeForms) {
       {3 * kHour, u"etwa 3 Stunden"_s, u"3 Std."_s, u"3 Stunden"_s},
       {kDay - 1, u"etwa 24 Stunden"_s, u"1 Tag"_s, u"1 Tag"_s},
       {kDay * 5 / 2, u"etwa 3 Tage"_s, u"3 Tagen"_s, u"2 Tagen 12 Stunden"_s},
+      {61 * kHour - 61, u"etwa 3 Tage"_s, u"3 Tagen"_s, u"2 Tagen 13 Stunden"_s},
       {89 * kDay, u"etwa 89 Tage"_s, u"89 Tagen"_s, u"89 Tagen"_s},
       {90 * kDay, u"etwa 3 Monate"_s, u"90 Tagen"_s, u"90 Tagen"_s},
       {3 * 365 * kDay, u"etwa 3 Jahre"_s, u"1095 Tagen"_s, u"1095 Tagen"_s},

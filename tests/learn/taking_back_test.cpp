@@ -271,11 +271,6 @@ class FollowingCards : public TakingBack, private CardWatcher {
     if (command.empty()) return;
     ASSERT_TRUE(CardEdit(file).Apply(std::move(command)).has_value());
   }
-  static std::set<std::string> All(const std::map<std::string, std::string>& learned) {
-    std::set<std::string> names;
-    for (const auto& [name, columns] : learned) names.insert(name);
-    return names;
-  }
   void Begin() {
     const auto any_card = [this](int i) {
       TestCard card = Any(2) == 0 ? NewCard(i) : Any(2) == 0 ? WrongCard(i) : KnownCard(i, Any(2000), Any(3000));
@@ -322,7 +317,8 @@ TEST_F(FollowingCards, AnswersAreTakenBackExactlyAcrossEdits) {
     SCOPED_TRACE(round);
     Begin();
     const std::map<std::string, std::string> learned = Learned();
-    const std::set<std::string> all = All(learned);
+    std::set<std::string> all;
+    for (const auto& [name, columns] : learned) all.insert(name);
     const Names order = IndexOrder(all);
     rebuilt = 0;
     for (int part = 0; part < 3; ++part) {

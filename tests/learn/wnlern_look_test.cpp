@@ -78,6 +78,7 @@ TEST_F(LearningWindow, LockAndFullScreenGoBothWays) {
     Click(u"SpeedButtonSperre"_s);
     EXPECT_EQ(Command(u"MZeitsperre"_s).isChecked(), on);
     EXPECT_EQ(Text(u"EditZeitsperre"_s), on ? u"Zeitsperre ein"_s : u"Zeitsperre aus"_s);
+    EXPECT_EQ(Find<QWidget>(u"SpeedButtonSperre"_s).accessibleName(), Text(u"EditZeitsperre"_s));
   }
   Key(Qt::Key_F11);
   EXPECT_TRUE(window->isFullScreen() && Command(u"MVollbild"_s).isChecked());
