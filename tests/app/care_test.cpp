@@ -61,12 +61,7 @@ TEST_F(Care, EverySaveIsOfferedForRestoring) {
 }
 
 TEST_F(Care, AnswersThatWerePutAsideAreNamedAndCanStillBeTakenOver) {
-  PutDeck({Card("000001"), Card("000002")});
-  {
-    CardFile crashed(disk, clock);
-    ASSERT_EQ(crashed.Open(kTestFile).result, OpenResult::Opened);
-    Change(crashed, "anders");
-  }
+  PutCrashed({Card("000001"), Card("000002")});
   messages.answers = {Answer::No};
   ASSERT_TRUE(window().OpenFile(kTestFile));
   ASSERT_NE(FirstAnswer(), "anders");

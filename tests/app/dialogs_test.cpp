@@ -1,24 +1,15 @@
-#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QFontComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTabWidget>
 #include <QTemporaryDir>
 
 #include "app/dlneu.h"
 #include "app/dlopt.h"
 #include "settings/keys.h"
 #include "store/file/ini_file.h"
-#include "tests/support/dialog_driver.h"
-#include "tests/support/recorded_messages.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/window_test.h"
 #include "widgets/htmlview.h"
 #include "widgets/text.h"
-
-using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {

@@ -34,6 +34,13 @@ class MainWindow : public WindowTest {
     deck.cards().Poke(deck.columns().answer, kFirstCardRow, answer);
     deck.RowChanged(kFirstCardRow);
   }
+  // The file with these cards is opened elsewhere, a card is changed, and the program there ends without a save.
+  void PutCrashed(const std::vector<TestCard>& cards) {
+    PutDeck(cards);
+    CardFile crashed(disk, clock);
+    EXPECT_EQ(crashed.Open(kTestFile).result, OpenResult::Opened);
+    Change(crashed, "anders");
+  }
   TF_wnmain& window() { return program.main_window(); }
   QWidget& Tested() override { return window(); }
   std::string CardsPath() { return program.file().paths().cards.string(); }

@@ -17,7 +17,6 @@ namespace {
 constexpr int kStandardSeconds = 15;
 constexpr qint64 kLongestWork = 3000;    // ms of the processor
 constexpr qint64 kLongestWait = 20'000;  // ms; the machine may be busy with other tests
-constexpr const char* kOtherFile = "/deck/andere.mlb";
 
 int FromEnvironment(const char* name, int otherwise) {
   const char* value = std::getenv(name);
@@ -42,7 +41,7 @@ class WalkMessages : public BoxMessages {
  private:
   QString AnyFile() {
     const QStringList files = {
-        QString(),          QLatin1StringView(kTestFile), QLatin1StringView(kOtherFile), u"/deck/fehlt.mlb"_s,
+        QString(),          QLatin1StringView(kTestFile), QLatin1StringView(kOther), u"/deck/fehlt.mlb"_s,
         u"/deck/neu.mlb"_s, u"/deck/text.txt"_s};
     return files[static_cast<qsizetype>(chance_() % static_cast<size_t>(files.size()))];
   }
@@ -58,7 +57,7 @@ class RandomWalk : public testing::Test {
                                    KnownCard(3, 100, 500),
                                    {.id = "000004", .question = "Eins <a href=\"000001\">weiter</a>", .answer = "b"},
                                    NavigationCard(5, "<navigation><home>Start <a href=\"000002\">zwei</a>")}));
-    disk_.Put(kOtherFile, FileText({{.id = "000007"}, {.id = "000008"}}));
+    disk_.Put(kOther, FileText({{.id = "000007"}, {.id = "000008"}}));
     disk_.Put("/deck/text.txt", "eins\ttwo\r\nzwei\ttwo\r\n");
     program_ = std::make_unique<Program>(
         Machine{disk_, clock_, random_, messages_},
@@ -142,25 +141,14 @@ class RandomWalk : public testing::Test {
   void DoAnything() {
     QWidget& window = *Somewhere();
     clock_.now += AnyInt(100);
-    switch (Any(12)) {
-      case 0:
-        return window.resize(100 + AnyInt(900), 100 + AnyInt(700));
-      case 1:
-      case 2:
-        return PressAnyButton(window);
-      case 3:
-        return TriggerAnyCommand(window);
-      case 4:
-        return ClickSomewhere(window);
-      case 5:
-        if (Any(8) == 0) window.close();
-        return;
-      case 6:
-        if (!program_->file().IsOpen()) program_->main_window().OpenLater(kTestFile);
-        return;
-      default:
-        return PressKey(window);
-    }
+    const size_t dice = Any(12);
+    if (dice == 0) return window.resize(100 + AnyInt(900), 100 + AnyInt(700));
+    if (dice <= 2) return PressAnyButton(window);
+    if (dice == 3) return TriggerAnyCommand(window);
+    if (dice == 4) return ClickSomewhere(window);
+    if (dice > 6) return PressKey(window);
+    if (dice == 5 && Any(8) == 0) window.close();
+    if (dice == 6 && !program_->file().IsOpen()) program_->main_window().OpenLater(kTestFile);
   }
 
   // Dialogs run their own loops inside an action, so each action has asked for the next one before it begins, and what
@@ -175,13 +163,6 @@ class RandomWalk : public testing::Test {
     if (all_.elapsed() < seconds_ * 1000) return DoAnything();
     if (QWidget* modal = QApplication::activeModalWidget()) modal->close();
   }
-  void WalkFor(int seconds) {
-    seconds_ = seconds;
-    since_last_.start();
-    all_.start();
-    Step();
-    while (all_.elapsed() < seconds_ * 1000) QTest::qWait(20);
-  }
 
   std::mt19937 chance_;
   MemoryDisk disk_;
@@ -190,7 +171,7 @@ class RandomWalk : public testing::Test {
   ScriptedRandom random_{chance_};
   std::unique_ptr<Program> program_;
 
-  int seconds_ = 0;
+  int seconds_ = FromEnvironment("TESSARO_WALK_SECONDS", kStandardSeconds);
   int actions_ = 0;
   QString doing_;
   qint64 worked_ = ProcessorTime();
@@ -202,7 +183,10 @@ class RandomWalk : public testing::Test {
 TEST_F(RandomWalk, LeavesEverythingWhole) {
   program_->main_window().show();
   program_->main_window().OpenLater(kTestFile);
-  WalkFor(FromEnvironment("TESSARO_WALK_SECONDS", kStandardSeconds));
+  since_last_.start();
+  all_.start();
+  Step();
+  while (all_.elapsed() < seconds_ * 1000) QTest::qWait(20);
   EXPECT_GT(actions_, 100);
   CardFile& file = program_->file();
   if (file.IsOpen()) {
@@ -210,7 +194,7 @@ TEST_F(RandomWalk, LeavesEverythingWhole) {
     EXPECT_EQ(file.Save(), SaveResult::Saved);
   }
   program_.reset();
-  for (const char* path : {kTestFile, kOtherFile}) {
+  for (const char* path : {kTestFile, kOther}) {
     CardFile again(disk_);
     EXPECT_EQ(again.Open(path).result, OpenResult::Opened) << path;
   }

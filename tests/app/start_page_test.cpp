@@ -36,7 +36,7 @@ TEST_F(MainWindowFiles, StartPageOffersWhatCanBeDone) {
   EXPECT_EQ(messages.errors, QStringList());
 }
 
-TEST_F(MainWindowFiles, AdviceSaysWhatIsToDoNow) {
+TEST_F(MainWindowFiles, AdviceSaysWhatIsToDoNowAndAfterARun) {
   const TestCard later = kCards[3];
   const std::pair<std::vector<TestCard>, QString> cases[] = {
       {kCards, u"2 Karten warten auf Wiederholung."_s},
@@ -49,6 +49,13 @@ TEST_F(MainWindowFiles, AdviceSaysWhatIsToDoNow) {
     Open(cards);
     EXPECT_EQ(Text(u"LabelAdvice"_s), advice);
   }
+  Open({later});
+  program.OpenLearning();
+  EXPECT_TRUE(program.CloseLearning());
+  EXPECT_EQ(Text(u"LabelAdvice"_s), u"Für jetzt fertig, nächste Karte in 11 Tagen."_s);
+  ASSERT_TRUE(window().OpenFile(kOther));
+  ASSERT_TRUE(window().OpenFile(kTestFile));
+  EXPECT_EQ(Text(u"LabelAdvice"_s).section(u'.', 0, 0), u"Zurzeit ist nichts zu wiederholen"_s);
 }
 
 TEST_F(MainWindowFiles, LearningLastsUntilAnotherFileIsOpened) {
@@ -61,16 +68,6 @@ TEST_F(MainWindowFiles, LearningLastsUntilAnotherFileIsOpened) {
   EXPECT_TRUE(windows[0]->screen()->availableGeometry().contains(windows[0]->pos()));
   EXPECT_TRUE(window().OpenFile(kOther));
   EXPECT_FALSE(program.learning());
-}
-
-TEST_F(MainWindowFiles, AfterARunItSaysWhenTheNextCardComes) {
-  Open({kCards[3]});
-  program.OpenLearning();
-  EXPECT_TRUE(program.CloseLearning());
-  EXPECT_EQ(Text(u"LabelAdvice"_s), u"Für jetzt fertig, nächste Karte in 11 Tagen."_s);
-  ASSERT_TRUE(window().OpenFile(kOther));
-  ASSERT_TRUE(window().OpenFile(kTestFile));
-  EXPECT_EQ(Text(u"LabelAdvice"_s).section(u'.', 0, 0), u"Zurzeit ist nichts zu wiederholen"_s);
 }
 
 TEST_F(MainWindowFiles, FiguresAreThoseOfTheMomentTheWindowComesToTheFront) {
@@ -87,16 +84,6 @@ TEST_F(MainWindowFiles, FiguresAreThoseOfTheMomentTheWindowComesToTheFront) {
   };
   EXPECT_EQ(come_back_after(kDay), u"0"_s);
   EXPECT_EQ(come_back_after(30 * kDay), u"1"_s);
-}
-
-TEST_F(MainWindowFiles, EnterPressesTheButtonWithTheFocus) {
-  Open(kCards);
-  auto& button = Find<QPushButton>(u"ButtonReihe"_s);
-  button.setFocus();
-  QTest::keyClick(&button, Qt::Key_Return);
-  QApplication::processEvents();
-  EXPECT_EQ(Control<QLabel>(*OpenWindows<TF_wnlern>().at(0), u"LabelSteuerung"_s).text(),
-            u"Lernsteuerung nach Reihenfolge"_s);
 }
 
 TEST_F(MainWindowFiles, RecentRowsShowTheFocusAndAreOpenedByTheKeyboard) {
@@ -152,7 +139,9 @@ TEST_F(MainWindowFiles, OtherWaysToLearnStartFromTheStartPageAndInTheRunningWind
   };
   DriveDialog<TF_dlausw>([&] { Click(u"ButtonLeitner"_s); }, count_and_press(u"BitBtnCancel"_s));
   EXPECT_FALSE(program.learning());
-  Click(u"ButtonReihe"_s);
+  auto& in_row_order = Find<QPushButton>(u"ButtonReihe"_s);
+  in_row_order.setFocus();
+  QTest::keyClick(&in_row_order, Qt::Key_Return);
   QApplication::processEvents();
   const auto stage = [] { return Control<QLabel>(*OpenWindows<TF_wnlern>().at(0), u"LabelSteuerung"_s).text(); };
   EXPECT_EQ(stage(), u"Lernsteuerung nach Reihenfolge"_s);

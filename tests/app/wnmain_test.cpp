@@ -205,12 +205,7 @@ TEST_F(MainWindowFiles, LeavingAChangedFileAsksFirst) {
 
 TEST_F(MainWindowFiles, WhatACrashLeftIsAskedFor) {
   for (const Answer answer : {Answer::Yes, Answer::No}) {
-    PutDeck(kCards);
-    {
-      CardFile crashed(disk, clock);
-      ASSERT_EQ(crashed.Open(kTestFile).result, OpenResult::Opened);
-      Change(crashed, "anders");
-    }
+    PutCrashed(kCards);
     messages.answers = {Answer::Cancel, answer};
     EXPECT_FALSE(window().OpenFile(kTestFile)) << "the next opening asks again";
     EXPECT_FALSE(program.file().IsOpen());

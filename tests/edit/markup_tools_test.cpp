@@ -120,13 +120,6 @@ TEST(LinkMaking, KeepsThePlaceWhileTheTextAroundItIsChanged) {
   EXPECT_EQ(link.Shown(), "ohne");
 }
 
-TEST(LinkMaking, EmptySelectionGetsAFaceToClickOn) {
-  const PendingLink link("ab", {1, 0});
-  EXPECT_EQ(link.Shown(), "a<+>b");
-  EXPECT_EQ(link.side(), "ab");
-  EXPECT_EQ(link.Finish("ab", "000001", link.face()), "a<a href=\"000001\">......</a>b");
-}
-
 TEST(LinkRewriting, FollowsWhatTheViewerFollows) {
   const NumberMap twice = [](int64_t number) -> std::optional<int64_t> {
     if (number == 4) return std::nullopt;

@@ -21,14 +21,8 @@
 namespace tessaro {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 TF_wnhelp* ShownHelp() {
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    auto* help = qobject_cast<TF_wnhelp*>(window);
-    if (help != nullptr && help->isVisible()) return help;
-  }
-  return nullptr;
+  return OpenWindows<TF_wnhelp>().value(0);
 }
 
 void PressF1(QWidget& place) {

@@ -6,7 +6,7 @@
 namespace tessaro {
 namespace {
 
-class CardLinesTest : public OutlookTest {};
+using CardLinesTest = OutlookTest;
 
 TEST_F(CardLinesTest, GoByWhatTheyShowAndFollowTheirCards) {
   std::vector<TestCard> cards = {
@@ -23,16 +23,15 @@ TEST_F(CardLinesTest, GoByWhatTheyShowAndFollowTheirCards) {
     return found;
   };
   EXPECT_EQ(rows(), (std::vector<int>{6, 2, 3, 4, 5}));
-  struct Case {
+  const struct {
     CardLineKey key;
     bool descending;
     std::vector<int> rows;
-  };
-  const Case cases[] = {{CardLineKey::Question, false, {4, 5, 2, 6, 3}}, {CardLineKey::Question, true, {3, 2, 6, 5, 4}},
-                        {CardLineKey::Recall, false, {3, 6, 2, 5, 4}},   {CardLineKey::Due, false, {3, 5, 2, 6, 4}},
-                        {CardLineKey::Misses, true, {6, 2, 3, 4, 5}},    {CardLineKey::Seconds, false, {3, 6, 4, 5, 2}},
-                        {CardLineKey::Row, true, {6, 5, 4, 3, 2}}};
-  for (const Case& c : cases) {
+  } cases[] = {{CardLineKey::Question, false, {4, 5, 2, 6, 3}}, {CardLineKey::Question, true, {3, 2, 6, 5, 4}},
+               {CardLineKey::Recall, false, {3, 6, 2, 5, 4}},   {CardLineKey::Due, false, {3, 5, 2, 6, 4}},
+               {CardLineKey::Misses, true, {6, 2, 3, 4, 5}},    {CardLineKey::Seconds, false, {3, 6, 4, 5, 2}},
+               {CardLineKey::Row, true, {6, 5, 4, 3, 2}}};
+  for (const auto& c : cases) {
     lines.Sort(c.key, c.descending);
     EXPECT_EQ(rows(), c.rows) << static_cast<int>(c.key);
   }

@@ -37,17 +37,12 @@ std::vector<TestCard> MixedDeck() {
   deck.push_back(TestCard{});
   deck.push_back(CardWith({{kNow + 1, 'w'}}));
   deck.push_back(CardWith({{kNow - 5, 'w'}, {kNow + kDay, 'f'}}));
-  TestCard navigation = CardWith({{kNow - kDay, 'w'}});
-  navigation.question = "<navigation>";
-  deck.push_back(navigation);
-  TestCard variant = CardWith({{kNow - kDay, 'w'}});
-  variant.answer = "<+++>";
-  deck.push_back(variant);
-  TestCard marked = CardWith({{kNow - kDay, 'w'}});
-  marked.id = "00#001";
-  deck.push_back(marked);
-  TestCard letterless = CardWith({{kNow - kDay, 'x'}});
-  deck.push_back(letterless);
+  for (const auto& [field, text] :
+       {std::pair(&TestCard::question, "<navigation>"), {&TestCard::answer, "<+++>"}, {&TestCard::id, "00#001"}}) {
+    deck.push_back(CardWith({{kNow - kDay, 'w'}}));
+    deck.back().*field = text;
+  }
+  deck.push_back(CardWith({{kNow - kDay, 'x'}}));
   deck.push_back(CardWith({{kNow, 'w'}}));
   return deck;
 }
@@ -67,9 +62,7 @@ TEST_F(Evaluation, PutsEveryCardWhereItCounts) {
 }
 
 TEST_F(Evaluation, OfADeckWithoutCardsIsEmpty) {
-  TestCard navigation;
-  navigation.question = "<navigation>";
-  Open({navigation});
+  Open({{.question = "<navigation>"}});
   const DeckOutlook deck = Read();
   EXPECT_EQ(deck.counted(), 0);
   EXPECT_EQ(deck.weights, kStandardWeights);
@@ -101,12 +94,11 @@ TEST_F(Evaluation, MeasuresWhatAnAnswerTakes) {
   const std::vector<TestAnswer> one = {{kNow - kDay, 'w'}};
   const std::vector<TestAnswer> full(64, {kNow - kDay, 'w'});
   std::vector<TestAnswer> many(60, {kNow - kDay, 'w'});
-  struct Case {
+  const struct {
     const char* name;
     std::vector<TestCard> cards;
     double seconds;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"too few answers", {CardWith(one, 1, 20)}, 8},
       {"enough", {CardWith(many, 1, 600)}, 10},
       {"full histories tell nothing", {CardWith(many, 1, 600), CardWith(full, 1, 90000)}, 10},
@@ -114,7 +106,7 @@ TEST_F(Evaluation, MeasuresWhatAnAnswerTakes) {
       {"hasty", {CardWith(many, 1, 30)}, 2},
       {"slow", {CardWith(many, 1, int64_t{1} << 62)}, 120},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     Open(c.cards);
     EXPECT_DOUBLE_EQ(Read().seconds_per_answer, c.seconds) << c.name;
   }
@@ -295,13 +287,12 @@ TEST_F(InBerlin, CardsAreDueOnTheirDay) {
   constexpr int64_t kNoon = 1'711'796'400;  // 2024-03-30 12:00, the day before the short one
   constexpr int64_t kMidnight = kNoon + 12 * kHour;
   const auto known = [&](int64_t due) { return CardWith({{kNoon - 100, 'w'}}, due - (kNoon - 100)); };
-  struct Case {
+  const struct {
     const char* name;
     TestCard card;
     double weight;
     size_t span;  // overdue, today, tomorrow ...
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"a second ago", known(kNoon - 1), 1, 0},
       {"this second", known(kNoon), 1, 1},
       {"before midnight", known(kMidnight - 1), 1, 1},
@@ -315,7 +306,7 @@ TEST_F(InBerlin, CardsAreDueOnTheirDay) {
       {"in a week", known(kMidnight + 7 * kDay - kHour), 1, 9},
       {"never", CardWith({{kNoon - 100, 'w'}}, kMaxScore), 4, 9},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     Open({c.card});
     const DeckOutlook deck = Read(kNoon);
     const std::vector<DueSpan> spans = Finish(DueCount(file, deck, {.retention_weight = c.weight}, days, 7));

@@ -32,27 +32,25 @@ std::vector<DueSpan> Spans(int overdue, int today, const std::vector<int>& days,
 }
 
 TEST(DuePage, SaysWhatComesAndLeavesRoomForTheDays) {
-  struct Case {
+  const LocalDays days;
+  const int64_t next = days.HourOf(kToday + 3, 12);
+  const struct {
     std::vector<DueSpan> spans;
     int64_t next_due;
     const char16_t* sentence;
     const char16_t* first_label;
     double y_max;
-  };
-  const LocalDays days;
-  const int64_t next = days.HourOf(kToday + 3, 12);
-  const Case cases[] = {
-      {Spans(12, 3, {8, 0}), next, u"Überfällig 12, heute noch 3, morgen 8 (etwa 2 Min.).", u"überf.", 0},
-      {Spans(12, 3, {0, 8}), next, u"Überfällig 12, heute noch 3, morgen 0.", u"überf.", 0},
-      {Spans(12, 3, {8, 9}, 7), next, u"Überfällig 12, heute noch 3.", u"überf.", 0},
-      {Spans(0, 0, {0, 0, 8}), next, u"Nichts fällig. Als Nächstes am Fr, 17.11.2023.", u"überf.", 0},
-      {Spans(0, 0, {0}), 0, u"Nichts fällig.", u"überf.", 0},
-      {Spans(40, 0, {8}), next, u"Überfällig 40, heute noch 0, morgen 8 (etwa 2 Min.).", u"überf.", 0},
-      {Spans(41, 0, {8}), next, u"Überfällig 41, heute noch 0, morgen 8 (etwa 2 Min.).", u"überf. 41", 10},
-      {Spans(41, 0, {0}), next, u"Überfällig 41, heute noch 0, morgen 0.", u"überf.", 0}};
+  } cases[] = {{Spans(12, 3, {8, 0}), next, u"Überfällig 12, heute noch 3, morgen 8 (etwa 2 Min.).", u"überf.", 0},
+               {Spans(12, 3, {0, 8}), next, u"Überfällig 12, heute noch 3, morgen 0.", u"überf.", 0},
+               {Spans(12, 3, {8, 9}, 7), next, u"Überfällig 12, heute noch 3.", u"überf.", 0},
+               {Spans(0, 0, {0, 0, 8}), next, u"Nichts fällig. Als Nächstes am Fr, 17.11.2023.", u"überf.", 0},
+               {Spans(0, 0, {0}), 0, u"Nichts fällig.", u"überf.", 0},
+               {Spans(40, 0, {8}), next, u"Überfällig 40, heute noch 0, morgen 8 (etwa 2 Min.).", u"überf.", 0},
+               {Spans(41, 0, {8}), next, u"Überfällig 41, heute noch 0, morgen 8 (etwa 2 Min.).", u"überf. 41", 10},
+               {Spans(41, 0, {0}), next, u"Überfällig 41, heute noch 0, morgen 0.", u"überf.", 0}};
   DeckOutlook deck;
   deck.answered.emplace_back();
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const PageContent page = DuePage(deck, c.spans, c.next_due, days);
     EXPECT_EQ(page.sentence, QString::fromUtf16(c.sentence)) << page.sentence.toStdString();
     EXPECT_EQ(page.plot.bars.front().label, QString::fromUtf16(c.first_label));
@@ -64,15 +62,13 @@ TEST(DuePage, SaysWhatComesAndLeavesRoomForTheDays) {
 }
 
 TEST(CatchUpText, NamesTheDayOfTheLastSession) {
-  struct Case {
+  const struct {
     int64_t half, all, twice;
     const char16_t* text;
-  };
-  const Case cases[] = {
-      {0, 9, 4, u"aufgeholt am Mi, 22.11. (9 Tage); mit 10 Min. nicht, mit 40 Min. in 4 Tagen"},
-      {2, 1, 1, u"aufgeholt am Di, 14.11. (ein Tag); mit 10 Min. in 2 Tagen, mit 40 Min. in einem Tag"},
-      {0, 0, 90, u"in 90 Tagen nicht aufgeholt; mit 10 Min. nicht, mit 40 Min. in 90 Tagen"}};
-  for (const Case& c : cases) {
+  } cases[] = {{0, 9, 4, u"aufgeholt am Mi, 22.11. (9 Tage); mit 10 Min. nicht, mit 40 Min. in 4 Tagen"},
+               {2, 1, 1, u"aufgeholt am Di, 14.11. (ein Tag); mit 10 Min. in 2 Tagen, mit 40 Min. in einem Tag"},
+               {0, 0, 90, u"in 90 Tagen nicht aufgeholt; mit 10 Min. nicht, mit 40 Min. in 90 Tagen"}};
+  for (const auto& c : cases) {
     PlanReport report;
     for (const auto& [minutes, days] : {std::pair{10, c.half}, {20, c.all}, {40, c.twice}}) {
       report.curves.push_back(

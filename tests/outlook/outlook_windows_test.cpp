@@ -1,17 +1,10 @@
 #include <QAccessible>
 #include <QClipboard>
-#include <QComboBox>
 #include <QDateEdit>
-#include <QGuiApplication>
-#include <QLabel>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QSignalSpy>
 #include <QSpinBox>
 #include <QSplitter>
-#include <QTabWidget>
-#include <QTableView>
 
 #include "cards/card_edit.h"
 #include "outlook/dlkarten.h"
@@ -21,12 +14,10 @@
 #include "outlook/wnprog.h"
 #include "settings/keys.h"
 #include "tests/outlook/outlook_fixture.h"
-#include "tests/support/dialog_driver.h"
+#include "tests/support/window_test.h"
 
 namespace tessaro {
 namespace {
-
-using namespace Qt::Literals::StringLiterals;
 
 class OutlookWindowTest : public OutlookTest {
  protected:
@@ -255,14 +246,6 @@ TEST_F(OutlookWindowTest, TellsFiguresInWordsAndAsATable) {
   EXPECT_EQ(Control<QLabel>(page, u"LabelAuswahl"_s).text(), u"90 bis 95 %: eine Karte, 33 %"_s);
   EXPECT_EQ(QAccessible::queryAccessibleInterface(&page.plot())->text(QAccessible::Description),
             u"90 bis 95 %: eine Karte, 33 %"_s);
-  EXPECT_FALSE(page.TableShown());
-  QTest::keyClick(&evaluation, Qt::Key_T, Qt::ControlModifier);
-  EXPECT_TRUE(page.TableShown());
-  auto& table = Control<QTableView>(page, u"Tabelle"_s);
-  EXPECT_GT(table.height(), 50);
-  QTest::keyClick(&evaluation, Qt::Key_T, Qt::ControlModifier);
-  EXPECT_EQ(Control<QSplitter>(page, u"Teilung"_s).sizes().back(), 0);
-  EXPECT_EQ(table.focusPolicy(), Qt::NoFocus);
   Control<QPushButton>(page, u"ButtonKopieren"_s).click();
   const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
   EXPECT_EQ(lines[0], u"Gewusst mit\tKarten\tAnteil"_s);
@@ -280,16 +263,20 @@ TEST_F(OutlookWindowTest, TableGoesWithThePlot) {
   QApplication::processEvents();
   QTest::keyClick(&page.plot(), Qt::Key_End);
   EXPECT_TRUE(page.plot().visibleRegion().contains(page.plot().FrameOf(49).center())) << "it is scrolled to";
+  EXPECT_FALSE(page.TableShown());
   auto& table = Control<QTableView>(page, u"Tabelle"_s);
   QTest::keyClick(&evaluation, Qt::Key_T, Qt::ControlModifier);
+  EXPECT_TRUE(page.TableShown() && table.height() > 50);
   EXPECT_EQ(evaluation.focusWidget(), &table);
   table.setCurrentIndex(table.model()->index(7, 0));
   EXPECT_EQ(page.plot().selected(), 7);
   QTest::keyClick(&evaluation, Qt::Key_T, Qt::ControlModifier);
   EXPECT_EQ(evaluation.focusWidget(), &page.plot());
+  EXPECT_EQ(table.focusPolicy(), Qt::NoFocus);
 
   // Pulled up by the mouse, the table stays where it was put.
   auto& splitter = Control<QSplitter>(page, u"Teilung"_s);
+  EXPECT_EQ(splitter.sizes().back(), 0);
   const auto pull = [&](QEvent::Type type, int up, Qt::MouseButtons held) {
     const QPoint at = QPoint(5, 1 - up);
     QMouseEvent event(type, at, splitter.handle(1)->mapToGlobal(at), Qt::LeftButton, held, {});

@@ -35,9 +35,7 @@ std::vector<TestCard> OldDeck(int answered, int fresh) {
   std::vector<TestCard> deck = DrawDeck(31, answered, 5, kStandardWeights, kNow);
   for (int i = 0; i < fresh; ++i) deck.push_back(TestCard{});
   for (size_t i = 0; i < deck.size(); ++i) {
-    char id[24];
-    std::snprintf(id, sizeof id, "%06zu", i + 1);
-    deck[i].id = id;
+    deck[i].id = IdText(static_cast<int64_t>(i) + 1);
     if (deck[i].yes_no_row[0] == 'f' && deck[i].time_row.size() > 1) deck[i].score = "0";
   }
   return deck;
@@ -139,11 +137,8 @@ TEST_F(PlanTest, SessionsEndInTimeAndAdmitNoNewCardsBeforeOthersThatWait) {
 TEST_F(PlanTest, CatchesUpSoonerWithMoreMinutes) {
   std::vector<TestCard> cards;
   for (int i = 0; i < 300; ++i) {
-    TestCard card = CardWith({{kNow - 40 * kDay, 'w'}, {kNow - (30 - i % 20) * kDay, 'w'}}, kDay);
-    char id[24];
-    std::snprintf(id, sizeof id, "%06d", i + 1);
-    card.id = id;
-    cards.push_back(card);
+    cards.push_back(CardWith({{kNow - 40 * kDay, 'w'}, {kNow - (30 - i % 20) * kDay, 'w'}}, kDay));
+    cards.back().id = IdText(i + 1);
   }
   // New cards in front of the index do not keep those that are due from being asked.
   for (int i = 0; i < 60; ++i) cards.push_back(TestCard{.id = std::to_string(100'301 + i), .score = "000000000"});
@@ -180,9 +175,7 @@ TEST_F(PlanTest, OfAnExamTodayOrADeckWithoutAnswersIsShort) {
   const std::vector<int64_t> dates = Run({Today() + 730, 0, 0}).days;
   EXPECT_EQ(dates.back(), 730);
   EXPECT_EQ(dates[1], 13) << "about 60 of them";
-  TestCard navigation;
-  navigation.question = "<navigation>";
-  Open({navigation});
+  Open({{.question = "<navigation>"}});
   deck = Read();
   EXPECT_EQ(Run({Today() + 5, 20, 5}).curves[2].known.back(), 0);
 }

@@ -25,13 +25,12 @@ RecallWeights Fit(const std::vector<AnswerSeries>& deck) {
 }
 
 TEST(Recall, IsThatOfWorkedExamples) {
-  struct Case {
+  const int64_t day = kDay;
+  const struct {
     const char* name;
     std::vector<TestAnswer> answers;  // in days
     std::array<double, 5> recall;     // after 10 minutes, 1, 7, 30, 365 days
-  };
-  const int64_t day = kDay;
-  const Case cases[] = {
+  } cases[] = {
       {"w", {{0, 'w'}}, {.9632, .9331, .8881, .8388, .7159}},
       {"f", {{0, 'f'}}, {.8417, .7225, .5969, .4926, .3199}},
       {"w0 w1 w4", {{0, 'w'}, {day, 'w'}, {4 * day, 'w'}}, {.9829, .9676, .9405, .9040, .7899}},
@@ -62,7 +61,7 @@ TEST(Recall, IsThatOfWorkedExamples) {
        {.9413, .8518, .7368, .6203, .3932}},
   };
   const int64_t elapsed[] = {10 * kMinute, day, 7 * day, 30 * day, 365 * day};
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     std::vector<TestAnswer> answers = c.answers;
     for (TestAnswer& answer : answers) answer.time += kNow;
     const MemoryTrace trace = TraceOf(SeriesOf(CardWith(answers)));
@@ -75,19 +74,15 @@ TEST(Recall, IsThatOfWorkedExamples) {
 }
 
 TEST(Recall, ReadsEveryFormOfAHistory) {
-  struct Case {
+  const std::string rest(62, 'f');
+  std::string zeros;
+  for (int i = 0; i < 61; ++i) zeros += "0 ";
+  const struct {
     const char* name;
     std::string times;
     std::string letters;
     std::string expected;  // oldest first
-  };
-  const std::string rest(62, 'f');
-  const std::string zeros = [] {
-    std::string text;
-    for (int i = 0; i < 61; ++i) text += "0 ";
-    return text;
-  }();
-  const Case cases[] = {
+  } cases[] = {
       {"after an answer", "300 200 " + zeros + "0 ", "wf" + rest, "f200 w300"},
       {"after an undo", "300 200 " + zeros, "wf" + rest, "f200 w300"},
       {"short rows", "300 200 100", "ww", "w200 w300"},
@@ -99,7 +94,7 @@ TEST(Recall, ReadsEveryFormOfAHistory) {
       {"nothing", "", "", ""},
       {"new", "0 " + zeros, "f" + rest, ""},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     std::string text;
     for (const StoredAnswer& answer : ReadAnswers(c.times, c.letters)) {
       text += std::string(text.empty() ? "" : " ") + (answer.known ? "w" : "f") + std::to_string(answer.time);

@@ -1,6 +1,4 @@
 #include <QBuffer>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
@@ -19,8 +17,6 @@
 
 namespace tessaro {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 using Cards = std::vector<std::array<std::string, 2>>;
 
