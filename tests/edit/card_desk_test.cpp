@@ -342,7 +342,7 @@ TEST(CardSearch, GoesOnBehindTheCardFoundLast) {
   EXPECT_EQ(SearchCards(file, search, 2, {}, backwards).row, 4);
   EXPECT_EQ(SearchCards(file, search, 4, {}, backwards).row, 2);
   EXPECT_EQ(SearchCards(file, search, 5, {}, backwards).row, 0);
-  EXPECT_EQ(SearchCards(file, CardSearch({.first = "@@", .second = ""}), 0).examined, 2)
+  EXPECT_EQ(SearchCards(file, CardSearch({.first = "@@", .second = ""}), 0).examined, 3)
       << "the rows of the frame are no cards";
 }
 
