@@ -141,7 +141,8 @@ TEST_F(AnswerModesTest, AnswersOfOtherCardsAreOfferedAndJudgedAsAKey) {
   EXPECT_EQ(Line(u"StatusBarSelect"_s), kPendingText);
   Key(Qt::Key_1);
   EXPECT_EQ(Answers(), "w----") << "only weiter acts";
-  Click(u"BitBtnLerneIch"_s);
+  Find<QWidget>(u"BitBtnLerneIch"_s).setFocus();
+  Key(Qt::Key_Return);
   EXPECT_EQ(Answers(), "wf---");
 
   EXPECT_TRUE(Find<QWidget>(u"PageControlSelect"_s).isVisible() && !list.isVisible()) << "the card has a key";

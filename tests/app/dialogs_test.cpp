@@ -52,17 +52,15 @@ TEST_F(Options, ACardFileMayBeginInAWayOfItsOwn) {
 }
 
 TEST_F(Options, WrongValueIsToldBesideItsFieldAndNothingIsTaken) {
-  const struct {
-    QString field, text;
-    int page;
-  } cases[] = {{u"Fehler"_s, u"100,1"_s, 2},     {u"Fehler"_s, u"viel"_s, 2},
-               {u"Anschlaege"_s, u"0"_s, 2},     {u"Anschlaege"_s, u"12.5"_s, 2},
-               {u"Prozent"_s, u""_s, 2},         {u"Megabyte"_s, u"-1"_s, 4},
-               {u"Textgroesse"_s, u"9999"_s, 5}, {u"Fach1"_s, u"1000"_s, 1},
-               {u"GroesseH"_s, u"0"_s, 0},       {u"Megabyte"_s, u"99999999999999999999"_s, 4}};
-  for (const auto& given : cases) {
-    EXPECT_FALSE(Set({{given.field, given.text}, {u"Ordner"_s, u"Bilder"_s}})) << given.field.toStdString();
-    EXPECT_EQ(wrong_page, given.page) << given.field.toStdString();
+  const std::tuple<QString, QString, int> cases[] = {
+      {u"Fehler"_s, u"100,1"_s, 2},     {u"Fehler"_s, u"viel"_s, 2},
+      {u"Anschlaege"_s, u"0"_s, 2},     {u"Anschlaege"_s, u"12.5"_s, 2},
+      {u"Prozent"_s, u""_s, 2},         {u"Megabyte"_s, u"-1"_s, 4},
+      {u"Textgroesse"_s, u"9999"_s, 5}, {u"Fach1"_s, u"1000"_s, 1},
+      {u"GroesseH"_s, u"0"_s, 0},       {u"Megabyte"_s, u"99999999999999999999"_s, 4}};
+  for (const auto& [field, text, page] : cases) {
+    EXPECT_FALSE(Set({{field, text}, {u"Ordner"_s, u"Bilder"_s}})) << field.toStdString();
+    EXPECT_EQ(wrong_page, page) << field.toStdString();
     EXPECT_TRUE(wrong_note.contains(u" bis "_s)) << wrong_note.toStdString();
   }
   EXPECT_EQ(program.Text() + card_file.Text(), "");

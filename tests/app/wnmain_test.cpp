@@ -105,12 +105,11 @@ TEST_F(MainWindowFiles, AFileOfAnotherStartWaitsUntilNoDialogIsOpen) {
   EXPECT_FALSE(Find<QPushButton>(u"ButtonLearn"_s).isEnabled());
   ASSERT_TRUE(QTest::qWaitFor([this] { return program.file().IsOpen(); }));
   EXPECT_TRUE(Find<QPushButton>(u"ButtonLearn"_s).isEnabled());
-  DriveDialog<TF_dlparam>([&] { Trigger(u"LernEinstellungExecute"_s); },
-                          [&](TF_dlparam&) {
-                            window().FulfilForOtherStart({.card_file = kOther});
-                            QTest::qWait(300);
-                            EXPECT_EQ(CardsPath(), kTestFile);
-                          });
+  Drive<TF_dlparam>(u"LernEinstellungExecute"_s, [&](TF_dlparam&) {
+    window().FulfilForOtherStart({.card_file = kOther});
+    QTest::qWait(300);
+    EXPECT_EQ(CardsPath(), kTestFile);
+  });
   EXPECT_TRUE(QTest::qWaitFor([this] { return CardsPath() == kOther; }));
   window().FulfilForOtherStart({});
   window().FulfilAtStart({.card_file = "/deck/missing.mlb"});
@@ -177,24 +176,20 @@ TEST_F(MainWindowFiles, LeavingAChangedFileAsksFirst) {
   };
   const QString first = u"\nAktuelle Kartei\nzuerst speichern?"_s;
   const QString last = u"\nAktuelle Kartei\nspeichern?"_s;
-  const struct {
-    std::function<bool()> leave;
-    QString question;
-    Answer answer;
-    bool saved, left;
-  } cases[] = {
+  // How the file is left, the question and its answer, whether the file is saved then, and whether it is left.
+  const std::tuple<std::function<bool()>, QString, Answer, bool, bool> cases[] = {
       {open, first, Answer::Yes, true, true},      {open, first, Answer::No, false, true},
       {open, first, Answer::Cancel, false, false}, {restore, first, Answer::Cancel, false, false},
       {close, last, Answer::Yes, true, true},      {close, last, Answer::No, false, true},
       {close, last, Answer::Cancel, false, false},
   };
-  for (const auto& c : cases) {
+  for (const auto& [leave, question, answer, saved, left] : cases) {
     window().show();
     OpenAndChange();
-    messages.answers = {c.answer};
-    EXPECT_EQ(c.leave(), c.left);
-    EXPECT_EQ(messages.asked, QStringList{c.question});
-    EXPECT_EQ(SavedOnDisk(), c.saved) << c.question.toStdString() << " answer " << static_cast<int>(c.answer);
+    messages.answers = {answer};
+    EXPECT_EQ(leave(), left);
+    EXPECT_EQ(messages.asked, QStringList{question});
+    EXPECT_EQ(SavedOnDisk(), saved) << question.toStdString() << " answer " << static_cast<int>(answer);
   }
   BreakDisk();
   messages.answers = {Answer::Yes};
@@ -247,24 +242,20 @@ TEST_F(MainWindowFiles, AFileWithoutCardsIsNotSavedUnasked) {
 TEST_F(MainWindowFiles, SavingTellsTheSpaceAndTheWarningOutlastsIt) {
   const QString low = u"Vorsicht, wenig Platz auf Disk! Gespeichert um "_s;
   const QString perhaps_low = u"Vorsicht, evt. zu wenig Speicherplatz! Gespeichert um "_s;
-  const struct {
-    QString command;
-    uint64_t free;
-    QString sizes, status;
-  } cases[] = {
+  const std::tuple<QString, uint64_t, QString, QString> cases[] = {
       {u"FileSaveExecute"_s, 1800, u"Laufwerk /:  1800 Bytes frei, Kartei: 1800 Bytes"_s, u"Gespeichert um "_s},
       {u"FileSaveExecute"_s, 1799, u"Laufwerk /:  1799 Bytes frei, Kartei: 1800 Bytes"_s, low},
       {u"MBackupClick"_s, 1799, u"/:  1799 Bytes frei, Kartei: 1800 Bytes"_s, perhaps_low},
   };
   const uint64_t all = *disk.FreeBytes({});
-  for (const auto& c : cases) {
+  for (const auto& [command, free, sizes, status] : cases) {
     disk.set_capacity(all);
     OpenAndChange();
     EXPECT_EQ(Text(u"LabelSizes"_s), QString()) << "sizes tell of loading, not of what is loaded";
-    disk.set_capacity(all - *disk.FreeBytes({}) + c.free);
-    TriggerWithFile(c.command, u"/deck/another.mlb"_s);
-    EXPECT_EQ(Text(u"LabelSizes"_s), c.sizes);
-    EXPECT_EQ(Text(u"LabelStatus"_s).chopped(5), c.status) << c.command.toStdString() << " " << c.free;
+    disk.set_capacity(all - *disk.FreeBytes({}) + free);
+    TriggerWithFile(command, u"/deck/another.mlb"_s);
+    EXPECT_EQ(Text(u"LabelSizes"_s), sizes);
+    EXPECT_EQ(Text(u"LabelStatus"_s).chopped(5), status) << command.toStdString() << " " << free;
   }
   EXPECT_EQ(messages.shown,
             QStringList{u"Backup nach Datei\n/deck/another.mlb\nEventuell zu wenig\nPlatz auf Disk."_s});

@@ -272,26 +272,24 @@ TEST_F(CardDeskTest, RenumberingKeepsWhereLinksLead) {
 TEST(CardSearch, CombinesTwoTextsOverTheChosenSides) {
   using enum SearchMode;
   using enum SearchSides;
-  struct {
-    SearchQuery query;
-    std::optional<int> line;  // of the card "rot\nblau" / "gelb\n\nrot"
-  } const cases[] = {{{"rot", "", Or, Both}, 1},
-                     {{"rot", "", Or, Back}, 3},
-                     {{"blau", "gelb", And, Both}, 2},
-                     {{"blau", "gelb", And, Front}, std::nullopt},
-                     {{"blau", "gelb", AndNot, Both}, std::nullopt},
-                     {{"blau", "gelb", AndNot, Front}, 2},
-                     {{"rot", "rot", AndNot, Both}, std::nullopt},
-                     {{"grau", "gelb", Or, Both}, 1},
-                     {{"", "blau", Or, Both}, 2},
-                     {{"", "blau", And, Both}, std::nullopt},
-                     {{"", "grau", AndNot, Both}, std::nullopt},
-                     {{"", "", Or, Both}, std::nullopt},
-                     {{"rot", "", AndNot, Both}, 1},
-                     {{"Rot", "", Or, Both}, std::nullopt},
-                     {{"ROT", "", Or, Back, true}, 3},
-                     {{"t\nbl", "", Or, Both}, 1},
-                     {{"rot\nblau!", "", Or, Both}, std::nullopt}};
+  // A query, and the line on the card "rot\nblau" / "gelb\n\nrot".
+  const std::pair<SearchQuery, std::optional<int>> cases[] = {{{"rot", "", Or, Both}, 1},
+                                                              {{"rot", "", Or, Back}, 3},
+                                                              {{"blau", "gelb", And, Both}, 2},
+                                                              {{"blau", "gelb", And, Front}, std::nullopt},
+                                                              {{"blau", "gelb", AndNot, Both}, std::nullopt},
+                                                              {{"blau", "gelb", AndNot, Front}, 2},
+                                                              {{"rot", "rot", AndNot, Both}, std::nullopt},
+                                                              {{"grau", "gelb", Or, Both}, 1},
+                                                              {{"", "blau", Or, Both}, 2},
+                                                              {{"", "blau", And, Both}, std::nullopt},
+                                                              {{"", "grau", AndNot, Both}, std::nullopt},
+                                                              {{"", "", Or, Both}, std::nullopt},
+                                                              {{"rot", "", AndNot, Both}, 1},
+                                                              {{"Rot", "", Or, Both}, std::nullopt},
+                                                              {{"ROT", "", Or, Back, true}, 3},
+                                                              {{"t\nbl", "", Or, Both}, 1},
+                                                              {{"rot\nblau!", "", Or, Both}, std::nullopt}};
   int number = 0;
   for (const auto& [query, line] : cases) {
     const auto found = CardSearch(query).Match("rot\nblau", "gelb\n\nrot");
@@ -328,13 +326,10 @@ TEST(CardSearch, FindsWhereverTheTextStands) {
   }
 }
 
-TEST(CardSearch, GoesOnBehindTheCardFoundLast) {
-  MemoryDisk disk;
-  CardFile file(disk);
-  OpenTestFile(disk, file,
-               {{.id = "000001", .question = "Ofen"},
-                {.id = "000002", .question = "x", .answer = "Ofen"},
-                {.id = "000003", .question = "Ofen"}});
+TEST_F(CardDeskTest, SearchGoesOnFromAnyPlaceOfAView) {
+  Open({{.id = "000001", .question = "Ofen"},
+        {.id = "000002", .question = "x", .answer = "Ofen"},
+        {.id = "000003", .question = "Ofen"}});
   const CardSearch search({.first = "Ofen", .second = ""});
   EXPECT_EQ(SearchCards(file, search, 3).row, 3);
   // In the order of a view that begins with the last card.

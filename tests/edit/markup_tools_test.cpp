@@ -46,14 +46,11 @@ TEST(MarkupTools, DirectivesCarryTheirHint) {
 }
 
 TEST(MarkupTools, NamesThatTheMarkupCannotHoldAreTold) {
-  struct {
-    const char* name;
-    bool tag, attachment;
-  } const cases[] = {{"bild.bmp", true, true},     {"mein bild.bmp", true, false},
-                     {"bild.v2.bmp", true, false}, {"a\"b.bmp", false, true},
-                     {"a>b.bmp", false, false},    {"Bilder\\b.jpg", true, true},
-                     {"bild.jpeg", true, false},   {"", false, false},
-                     {"a.bmp", true, true}};
+  const std::tuple<const char*, bool, bool> cases[] = {{"bild.bmp", true, true},     {"mein bild.bmp", true, false},
+                                                       {"bild.v2.bmp", true, false}, {"a\"b.bmp", false, true},
+                                                       {"a>b.bmp", false, false},    {"Bilder\\b.jpg", true, true},
+                                                       {"bild.jpeg", true, false},   {"", false, false},
+                                                       {"a.bmp", true, true}};
   for (const auto& [name, tag, attachment] : cases) {
     EXPECT_EQ(FitsInTag(name), tag) << name;
     EXPECT_EQ(FitsInAttachment(Attachment::Picture, name), attachment) << name;
@@ -64,11 +61,10 @@ TEST(MarkupTools, NamesThatTheMarkupCannotHoldAreTold) {
 }
 
 TEST(MarkupTools, BreaksAreTransferredOnce) {
-  struct {
-    const char *side, *after;
-  } const cases[] = {{"a\nb", "a<br>\nb"},     {"a<br>\nb", "a<br>\nb"},           {"a<br> \nb", "a<br> <br>\nb"},
-                     {"\n\n", "<br>\n<br>\n"}, {"a<BR>\nb", "a<BR><br>\nb"},       {"ab", "ab"},
-                     {"a\r\nb", "a<br>\nb"},   {"a<br>\r\nb\rc", "a<br>\r\nb\rc"}, {"", ""}};
+  const std::pair<const char*, const char*> cases[] = {
+      {"a\nb", "a<br>\nb"},     {"a<br>\nb", "a<br>\nb"},           {"a<br> \nb", "a<br> <br>\nb"},
+      {"\n\n", "<br>\n<br>\n"}, {"a<BR>\nb", "a<BR><br>\nb"},       {"ab", "ab"},
+      {"a\r\nb", "a<br>\nb"},   {"a<br>\r\nb\rc", "a<br>\r\nb\rc"}, {"", ""}};
   for (const auto& [side, after] : cases) {
     EXPECT_EQ(TransferLineBreaks(side), after) << side;
     EXPECT_EQ(TransferLineBreaks(after), after) << side;
@@ -125,18 +121,17 @@ TEST(LinkRewriting, FollowsWhatTheViewerFollows) {
     if (number == 4) return std::nullopt;
     return number * 2;
   };
-  struct {
-    const char *side, *after;
-  } const cases[] = {{"<a href=\"000005\">x</a>", "<a href=\"000010\">x</a>"},
-                     {"<A Href=\"5\">x</A> <a HREF=\" +7x\">", "<A Href=\"000010\">x</A> <a HREF=\"000014\">"},
-                     {"<a href=\"#00005\">", nullptr},
-                     {"<a href=\"00000005\">", nullptr},
-                     {"<a href=\"999991\"><a href=\"0\"><a href=\"-3\"><a href=\"\">", nullptr},
-                     {"<a href=\"4\"><a href=\"5", nullptr},
-                     {"<a href=\"5>\"> <a href=\"3\">", "<a href=\"5>\"> <a href=\"000006\">"},
-                     {"href=href=\"1\"href=\"2\"", "href=href=\"000002\"href=\"000004\""},
-                     {"<a href=\"<a href=\"3\">", "<a href=\"<a href=\"000006\">"},
-                     {"no link", nullptr}};
+  const std::pair<const char*, const char*> cases[] = {
+      {"<a href=\"000005\">x</a>", "<a href=\"000010\">x</a>"},
+      {"<A Href=\"5\">x</A> <a HREF=\" +7x\">", "<A Href=\"000010\">x</A> <a HREF=\"000014\">"},
+      {"<a href=\"#00005\">", nullptr},
+      {"<a href=\"00000005\">", nullptr},
+      {"<a href=\"999991\"><a href=\"0\"><a href=\"-3\"><a href=\"\">", nullptr},
+      {"<a href=\"4\"><a href=\"5", nullptr},
+      {"<a href=\"5>\"> <a href=\"3\">", "<a href=\"5>\"> <a href=\"000006\">"},
+      {"href=href=\"1\"href=\"2\"", "href=href=\"000002\"href=\"000004\""},
+      {"<a href=\"<a href=\"3\">", "<a href=\"<a href=\"000006\">"},
+      {"no link", nullptr}};
   for (const auto& [side, after] : cases) {
     EXPECT_EQ(RewriteLinks(side, twice), after ? std::optional<std::string>(after) : std::nullopt) << side;
   }

@@ -38,11 +38,6 @@ class HelpWindow : public MainWindow {
     return help != nullptr && help->shown_card() != 0 &&
            help->shown_card() == help->deck().CardOfPlace(std::vector<std::string>{place});
   }
-  TF_wnhelp& OpenHelp() {
-    program.help().Open(window());
-    EXPECT_TRUE(QTest::qWaitForWindowActive(ShownHelp()));
-    return *ShownHelp();
-  }
 };
 
 TEST_F(HelpWindow, OpensForTheWindowAndTheCardFileStaysAsItIs) {
@@ -106,10 +101,7 @@ TEST(HelpOfMessages, IsTheCardOfEachThatNeedsOne) {
     report.result = result;
     return RefusalText(report, "x.mlb");
   };
-  const struct {
-    QString message;
-    QString title;
-  } kCases[] = {
+  const std::pair<QString, QString> kCases[] = {
       {FailureText(SaveResult::CardsFailed, "x.mlb"), u"Speichern geht nicht"_s},
       {FailureText(SaveResult::SettingsFailed, "x.mlb"), u"Speichern geht nicht"_s},
       {FailureText(SaveResult::ReadOnly, "x.mlb"), u"Nur zum Lesen geöffnet"_s},
@@ -137,7 +129,9 @@ TEST(HelpOfMessages, IsTheCardOfEachThatNeedsOne) {
 }
 
 TEST_F(HelpWindow, SearchesGoesOnAndBackByKeys) {
-  TF_wnhelp& help = OpenHelp();
+  program.help().Open(window());
+  TF_wnhelp& help = *ShownHelp();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&help));
   const int first = help.shown_card();
   QTest::keyClick(&help, Qt::Key_F, Qt::ControlModifier);
   auto& search = Control<QLineEdit>(help, u"EditSuche"_s);

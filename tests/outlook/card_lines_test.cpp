@@ -23,17 +23,14 @@ TEST_F(CardLinesTest, GoByWhatTheyShowAndFollowTheirCards) {
     return found;
   };
   EXPECT_EQ(rows(), (std::vector<int>{6, 2, 3, 4, 5}));
-  const struct {
-    CardLineKey key;
-    bool descending;
-    std::vector<int> rows;
-  } cases[] = {{CardLineKey::Question, false, {4, 5, 2, 6, 3}}, {CardLineKey::Question, true, {3, 2, 6, 5, 4}},
-               {CardLineKey::Recall, false, {3, 6, 2, 5, 4}},   {CardLineKey::Due, false, {3, 5, 2, 6, 4}},
-               {CardLineKey::Misses, true, {6, 2, 3, 4, 5}},    {CardLineKey::Seconds, false, {3, 6, 4, 5, 2}},
-               {CardLineKey::Row, true, {6, 5, 4, 3, 2}}};
-  for (const auto& c : cases) {
-    lines.Sort(c.key, c.descending);
-    EXPECT_EQ(rows(), c.rows) << static_cast<int>(c.key);
+  const std::tuple<CardLineKey, bool, std::vector<int>> cases[] = {
+      {CardLineKey::Question, false, {4, 5, 2, 6, 3}}, {CardLineKey::Question, true, {3, 2, 6, 5, 4}},
+      {CardLineKey::Recall, false, {3, 6, 2, 5, 4}},   {CardLineKey::Due, false, {3, 5, 2, 6, 4}},
+      {CardLineKey::Misses, true, {6, 2, 3, 4, 5}},    {CardLineKey::Seconds, false, {3, 6, 4, 5, 2}},
+      {CardLineKey::Row, true, {6, 5, 4, 3, 2}}};
+  for (const auto& [key, descending, expected] : cases) {
+    lines.Sort(key, descending);
+    EXPECT_EQ(rows(), expected) << static_cast<int>(key);
   }
   const int64_t due = lines.Due(lines.PlaceOf(4));
   CardCommand command;

@@ -94,11 +94,7 @@ TEST_F(Evaluation, MeasuresWhatAnAnswerTakes) {
   const std::vector<TestAnswer> one = {{kNow - kDay, 'w'}};
   const std::vector<TestAnswer> full(64, {kNow - kDay, 'w'});
   std::vector<TestAnswer> many(60, {kNow - kDay, 'w'});
-  const struct {
-    const char* name;
-    std::vector<TestCard> cards;
-    double seconds;
-  } cases[] = {
+  const std::tuple<const char*, std::vector<TestCard>, double> cases[] = {
       {"too few answers", {CardWith(one, 1, 20)}, 8},
       {"enough", {CardWith(many, 1, 600)}, 10},
       {"full histories tell nothing", {CardWith(many, 1, 600), CardWith(full, 1, 90000)}, 10},
@@ -106,9 +102,9 @@ TEST_F(Evaluation, MeasuresWhatAnAnswerTakes) {
       {"hasty", {CardWith(many, 1, 30)}, 2},
       {"slow", {CardWith(many, 1, int64_t{1} << 62)}, 120},
   };
-  for (const auto& c : cases) {
-    Open(c.cards);
-    EXPECT_DOUBLE_EQ(Read().seconds_per_answer, c.seconds) << c.name;
+  for (const auto& [name, cards, seconds] : cases) {
+    Open(cards);
+    EXPECT_DOUBLE_EQ(Read().seconds_per_answer, seconds) << name;
   }
 }
 
@@ -287,12 +283,8 @@ TEST_F(InBerlin, CardsAreDueOnTheirDay) {
   constexpr int64_t kNoon = 1'711'796'400;  // 2024-03-30 12:00, the day before the short one
   constexpr int64_t kMidnight = kNoon + 12 * kHour;
   const auto known = [&](int64_t due) { return CardWith({{kNoon - 100, 'w'}}, due - (kNoon - 100)); };
-  const struct {
-    const char* name;
-    TestCard card;
-    double weight;
-    size_t span;  // overdue, today, tomorrow ...
-  } cases[] = {
+  // When a card is due, the card, the weight of retention times, and its span: overdue, today, tomorrow ...
+  const std::tuple<const char*, TestCard, double, size_t> cases[] = {
       {"a second ago", known(kNoon - 1), 1, 0},
       {"this second", known(kNoon), 1, 1},
       {"before midnight", known(kMidnight - 1), 1, 1},
@@ -306,12 +298,12 @@ TEST_F(InBerlin, CardsAreDueOnTheirDay) {
       {"in a week", known(kMidnight + 7 * kDay - kHour), 1, 9},
       {"never", CardWith({{kNoon - 100, 'w'}}, kMaxScore), 4, 9},
   };
-  for (const auto& c : cases) {
-    Open({c.card});
+  for (const auto& [name, card, weight, span] : cases) {
+    Open({card});
     const DeckOutlook deck = Read(kNoon);
-    const std::vector<DueSpan> spans = Finish(DueCount(file, deck, {.retention_weight = c.weight}, days, 7));
+    const std::vector<DueSpan> spans = Finish(DueCount(file, deck, {.retention_weight = weight}, days, 7));
     ASSERT_EQ(spans.size(), 10U);
-    for (size_t i = 0; i < spans.size(); ++i) EXPECT_EQ(spans[i].rows.size(), i == c.span ? 1U : 0U) << c.name << i;
+    for (size_t i = 0; i < spans.size(); ++i) EXPECT_EQ(spans[i].rows.size(), i == span ? 1U : 0U) << name << i;
   }
 }
 

@@ -62,19 +62,18 @@ TEST(DuePage, SaysWhatComesAndLeavesRoomForTheDays) {
 }
 
 TEST(CatchUpText, NamesTheDayOfTheLastSession) {
-  const struct {
-    int64_t half, all, twice;
-    const char16_t* text;
-  } cases[] = {{0, 9, 4, u"aufgeholt am Mi, 22.11. (9 Tage); mit 10 Min. nicht, mit 40 Min. in 4 Tagen"},
-               {2, 1, 1, u"aufgeholt am Di, 14.11. (ein Tag); mit 10 Min. in 2 Tagen, mit 40 Min. in einem Tag"},
-               {0, 0, 90, u"in 90 Tagen nicht aufgeholt; mit 10 Min. nicht, mit 40 Min. in 90 Tagen"}};
-  for (const auto& c : cases) {
+  // The days that half the minutes take, all of them and twice as many.
+  const std::tuple<int64_t, int64_t, int64_t, const char16_t*> cases[] = {
+      {0, 9, 4, u"aufgeholt am Mi, 22.11. (9 Tage); mit 10 Min. nicht, mit 40 Min. in 4 Tagen"},
+      {2, 1, 1, u"aufgeholt am Di, 14.11. (ein Tag); mit 10 Min. in 2 Tagen, mit 40 Min. in einem Tag"},
+      {0, 0, 90, u"in 90 Tagen nicht aufgeholt; mit 10 Min. nicht, mit 40 Min. in 90 Tagen"}};
+  for (const auto& [half, all, twice, text] : cases) {
     PlanReport report;
-    for (const auto& [minutes, days] : {std::pair{10, c.half}, {20, c.all}, {40, c.twice}}) {
+    for (const auto& [minutes, days] : {std::pair{10, half}, {20, all}, {40, twice}}) {
       report.curves.push_back(
           {.minutes = static_cast<double>(minutes), .known = {}, .weak_rows = {}, .caught_up = days});
     }
-    EXPECT_EQ(CatchUpText(report, kToday), QString::fromUtf16(c.text));
+    EXPECT_EQ(CatchUpText(report, kToday), QString::fromUtf16(text));
   }
 }
 

@@ -26,11 +26,8 @@ RecallWeights Fit(const std::vector<AnswerSeries>& deck) {
 
 TEST(Recall, IsThatOfWorkedExamples) {
   const int64_t day = kDay;
-  const struct {
-    const char* name;
-    std::vector<TestAnswer> answers;  // in days
-    std::array<double, 5> recall;     // after 10 minutes, 1, 7, 30, 365 days
-  } cases[] = {
+  // Answers, and the recall after 10 minutes, 1, 7, 30, 365 days.
+  std::tuple<const char*, std::vector<TestAnswer>, std::array<double, 5>> cases[] = {
       {"w", {{0, 'w'}}, {.9632, .9331, .8881, .8388, .7159}},
       {"f", {{0, 'f'}}, {.8417, .7225, .5969, .4926, .3199}},
       {"w0 w1 w4", {{0, 'w'}, {day, 'w'}, {4 * day, 'w'}}, {.9829, .9676, .9405, .9040, .7899}},
@@ -61,14 +58,13 @@ TEST(Recall, IsThatOfWorkedExamples) {
        {.9413, .8518, .7368, .6203, .3932}},
   };
   const int64_t elapsed[] = {10 * kMinute, day, 7 * day, 30 * day, 365 * day};
-  for (const auto& c : cases) {
-    std::vector<TestAnswer> answers = c.answers;
+  for (auto& [name, answers, recall] : cases) {
     for (TestAnswer& answer : answers) answer.time += kNow;
     const MemoryTrace trace = TraceOf(SeriesOf(CardWith(answers)));
     const auto after = [&](int64_t seconds) { return RecallAt(trace, kStandardWeights, trace.newest + seconds); };
-    EXPECT_EQ(after(-5), after(1)) << c.name;
+    EXPECT_EQ(after(-5), after(1)) << name;
     for (size_t i = 0; i < std::size(elapsed); ++i) {
-      EXPECT_NEAR(after(elapsed[i]), c.recall[i], 0.00005) << c.name << " after " << elapsed[i];
+      EXPECT_NEAR(after(elapsed[i]), recall[i], 0.00005) << name << " after " << elapsed[i];
     }
   }
 }
@@ -77,12 +73,8 @@ TEST(Recall, ReadsEveryFormOfAHistory) {
   const std::string rest(62, 'f');
   std::string zeros;
   for (int i = 0; i < 61; ++i) zeros += "0 ";
-  const struct {
-    const char* name;
-    std::string times;
-    std::string letters;
-    std::string expected;  // oldest first
-  } cases[] = {
+  // What is odd about a history, its times and letters, and its answers, the oldest first.
+  const std::tuple<const char*, std::string, std::string, std::string> cases[] = {
       {"after an answer", "300 200 " + zeros + "0 ", "wf" + rest, "f200 w300"},
       {"after an undo", "300 200 " + zeros, "wf" + rest, "f200 w300"},
       {"short rows", "300 200 100", "ww", "w200 w300"},
@@ -94,12 +86,12 @@ TEST(Recall, ReadsEveryFormOfAHistory) {
       {"nothing", "", "", ""},
       {"new", "0 " + zeros, "f" + rest, ""},
   };
-  for (const auto& c : cases) {
+  for (const auto& [name, times, letters, expected] : cases) {
     std::string text;
-    for (const StoredAnswer& answer : ReadAnswers(c.times, c.letters)) {
+    for (const StoredAnswer& answer : ReadAnswers(times, letters)) {
       text += std::string(text.empty() ? "" : " ") + (answer.known ? "w" : "f") + std::to_string(answer.time);
     }
-    EXPECT_EQ(text, c.expected) << c.name;
+    EXPECT_EQ(text, expected) << name;
   }
 }
 

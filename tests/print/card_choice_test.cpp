@@ -20,12 +20,8 @@ TEST(CardChoice, GivesRowsInTheOrderOfTheFile) {
                 KnownCard(6, 100, 500)});
   const DueAt at = {.parameters = {}, .now = kNow};
   const CardOffer offer = {.found = [](int row) { return row <= 4; }, .marked = {3, 6, 7, 99}, .shown = 6};
-  const struct {
-    CardChoice choice;
-    bool navigation;
-    Rows rows;
-    Rows without_last;  // when the last card is marked for deletion
-  } kCases[] = {
+  // A choice, with navigation cards or without, its rows, and those when the last card is marked for deletion.
+  const std::tuple<CardChoice, bool, Rows, Rows> kCases[] = {
       {CardChoice::All, false, {2, 4, 5, 6, 7}, {2, 4, 5, 6}},
       {CardChoice::All, true, {2, 3, 4, 5, 6, 7}, {2, 3, 4, 5, 6}},
       {CardChoice::Found, false, {2, 4}, {2, 4}},
@@ -34,11 +30,11 @@ TEST(CardChoice, GivesRowsInTheOrderOfTheFile) {
       {CardChoice::Marked, false, {3, 6, 7}, {3, 6}},
       {CardChoice::Shown, false, {6}, {6}},
   };
-  for (const auto& c : kCases) {
+  for (const auto& [choice, navigation, rows, without_last] : kCases) {
     file.deletion_marks().Clear();
-    EXPECT_EQ(ChosenCards(file, c.choice, offer, c.navigation, at), c.rows) << static_cast<int>(c.choice);
+    EXPECT_EQ(ChosenCards(file, choice, offer, navigation, at), rows) << static_cast<int>(choice);
     (void)file.deletion_marks().Exchange({7});
-    EXPECT_EQ(ChosenCards(file, c.choice, offer, c.navigation, at), c.without_last) << static_cast<int>(c.choice);
+    EXPECT_EQ(ChosenCards(file, choice, offer, navigation, at), without_last) << static_cast<int>(choice);
   }
   EXPECT_EQ(ChosenCards(file, CardChoice::Shown, {}, false, at), Rows());
   EXPECT_FALSE(CardOffer().Has(CardChoice::Found) || CardOffer().Has(CardChoice::Marked) ||

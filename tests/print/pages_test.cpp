@@ -58,19 +58,16 @@ TEST(FitSide, TakesTheLargestSizeInWhichTheSideFits) {
 }
 
 TEST(FitPictures, MovesUpWhatIsBelowThem) {
-  const struct {
-    const char* side;
-    PixelSize room;
-    const char* places;  // of the fragments: left, top, width, height
-  } kCases[] = {
+  // A side, the room for pictures, and the places of the fragments: left, top, width, height.
+  const std::tuple<const char*, PixelSize, const char*> kCases[] = {
       {"a<br><img src=\"high.png\">b", {400, 350}, "5,5 10x20 5,25 50x350 5,377 10x20 "},
       {"a<br><img src=\"high.png\">b", {400, 100}, "5,5 10x20 5,25 14x100 5,127 10x20 "},
       {"<img src=\"high.png\"><img src=\"high.png\">b", {25, 400}, "5,5 25x175 5,182 25x175 5,359 10x20 "},
       {"<a href=\"000001\"><img src=\"high.png\"></a>a<br>b", {400, 100}, "5,131 14x100 57,171 10x20 5,357 10x20 "},
   };
-  for (const auto& c : kCases) {
-    FittedSide side = Fit(c.side, {400, 1000}, {100, 100, false});
-    FitPictures(side.layout, c.room);
+  for (const auto& [text, room, expected] : kCases) {
+    FittedSide side = Fit(text, {400, 1000}, {100, 100, false});
+    FitPictures(side.layout, room);
     std::ostringstream places;
     for (const Fragment& fragment : side.layout.fragments) {
       const PixelRect& rect = fragment.rect;
@@ -79,7 +76,7 @@ TEST(FitPictures, MovesUpWhatIsBelowThem) {
         EXPECT_EQ(fragment.baseline, rect.top + 15);
       }
     }
-    EXPECT_EQ(places.str(), c.places) << c.side;
+    EXPECT_EQ(places.str(), expected) << text;
   }
 }
 
@@ -90,12 +87,8 @@ std::string Dump(const std::vector<Strip>& strips) {
 }
 
 TEST(Strips, EndBetweenLines) {
-  const struct {
-    const char* what;
-    const char* side;
-    int height;
-    const char* strips;
-  } kCases[] = {
+  // What the text is, the text, the height of a strip, and the strips.
+  const std::tuple<const char*, const char*, int, const char*> kCases[] = {
       {"nothing", "", 50, "0-0 "},
       {"one strip", "a<br>b", 45, "0-45 "},
       {"a line goes on", "a<br>b<br>c", 45, "0-45 45-65 "},
@@ -104,9 +97,9 @@ TEST(Strips, EndBetweenLines) {
       {"an empty beginning is left out", "<br><br><br><br>a", 50, "85-105 "},
       {"higher than a strip", "a<br><img src=\"high.png\"><br>b", 100, "0-25 25-125 125-225 225-325 325-417 "},
   };
-  for (const auto& c : kCases) {
-    const FittedSide side = Fit(c.side, {400, 1000}, {100, 100, false});
-    EXPECT_EQ(Dump(CutIntoStrips(side.layout, c.height)), c.strips) << c.what;
+  for (const auto& [what, text, height, strips] : kCases) {
+    const FittedSide side = Fit(text, {400, 1000}, {100, 100, false});
+    EXPECT_EQ(Dump(CutIntoStrips(side.layout, height)), strips) << what;
   }
 }
 
@@ -127,12 +120,8 @@ std::string Pages(const std::vector<std::vector<int>>& items, const FlowRules& r
 }
 
 TEST(PageFlow, BreaksPagesBetweenItems) {
-  const struct {
-    const char* what;
-    std::vector<std::vector<int>> items;
-    bool alone;
-    const char* pages;
-  } kCases[] = {
+  // What is there, the heights of the parts of each item, whether each begins a page, and the pages.
+  const std::tuple<const char*, std::vector<std::vector<int>>, bool, const char*> kCases[] = {
       {"a full page", {{60}, {40}, {1}}, false, "0@0 1@60 | 2@0 | "},
       {"does not fit below", {{60}, {41}, {59}}, false, "0@0 | 1@0 2@41 | "},
       {"longer than a page", {{10}, {100, 30}, {60}, {20}}, false, "0@0 | 1@0 | 1'@0 2@30 | 3@0 | "},
@@ -142,9 +131,9 @@ TEST(PageFlow, BreaksPagesBetweenItems) {
       {"one that is higher than it may be", {{150}, {10}}, false, "0@0 | 1@0 | "},
       {"one on a page", {{10}, {100, 5}, {10}}, true, "0@0 | 1@0 | 1'@0 | 2@0 | "},
   };
-  for (const auto& c : kCases) {
-    const FlowRules rules = {.items = static_cast<int>(c.items.size()), .height = 100, .alone = c.alone};
-    EXPECT_EQ(Pages(c.items, rules), c.pages) << c.what;
+  for (const auto& [what, items, alone, pages] : kCases) {
+    const FlowRules rules = {.items = static_cast<int>(items.size()), .height = 100, .alone = alone};
+    EXPECT_EQ(Pages(items, rules), pages) << what;
   }
   // Items that show nothing do not go on for ever.
   EXPECT_EQ(FillPage({}, {.items = 1'000'000, .height = 100}, [](int) { return std::vector{0}; }).next.item, 101);

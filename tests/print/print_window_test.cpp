@@ -88,10 +88,8 @@ TEST(PrintedPages, ReadEachSideInItsCodePage) {
 
 TEST(PrintedPages, MarkACardThatDoesNotHoldItsSide) {
   const QRect corner(CellOf(0).bottomRight() - QPoint(14, 14), QSize(16, 16));
-  const struct {
-    std::string side;
-    bool marked;
-  } kCases[] = {{Lines(4), false}, {Lines(12), false}, {Lines(100), true}, {std::string(5000, 'x'), true}};
+  const std::pair<std::string, bool> kCases[] = {
+      {Lines(4), false}, {Lines(12), false}, {Lines(100), true}, {std::string(5000, 'x'), true}};
   for (const auto& [side, marked] : kCases) {
     PrintedPages pages(SourceOf({{side, ""}}), OrderOf(PrintForm::Cards));
     const QRect ink = Ink(pages, 0);
@@ -120,14 +118,10 @@ TEST(PrintedPages, ShowPicturesWholeHoweverLargeTheyAre) {
 }
 
 TEST(PrintedPages, LoseNothingOfALongSide) {
-  const struct {
-    PrintForm form;
-    std::string front;
-    int pages;
-  } kCases[] = {{PrintForm::List, Lines(10), 1},
-                {PrintForm::List, Lines(100), 3},
-                {PrintForm::Large, Lines(10), 2},
-                {PrintForm::Large, Lines(100), 4}};
+  const std::tuple<PrintForm, std::string, int> kCases[] = {{PrintForm::List, Lines(10), 1},
+                                                            {PrintForm::List, Lines(100), 3},
+                                                            {PrintForm::Large, Lines(10), 2},
+                                                            {PrintForm::Large, Lines(100), 4}};
   for (const auto& [form, front, count] : kCases) {
     PrintedPages pages(SourceOf({{front, "x"}}), OrderOf(form));
     while (pages.FindPage()) EXPECT_FALSE(Ink(pages, pages.Count() - 1).isEmpty());
@@ -193,9 +187,6 @@ TEST(Pdf, HasThePagesThatWereAskedFor) {
 
 class PrintDialog : public MainWindow {
  protected:
-  void Drive(const std::function<void(TF_dlprint&)>& act) {
-    DriveDialog<TF_dlprint>([this] { Trigger(u"DruckenExecute"_s); }, act);
-  }
   static QComboBox& Box(TF_dlprint& dialog, const char16_t* name) {
     return Control<QComboBox>(dialog, QString::fromUtf16(name));
   }
@@ -215,7 +206,7 @@ TEST_F(PrintDialog, OffersTheCardsThatThereAre) {
     const auto* model = qobject_cast<QStandardItemModel*>(Box(dialog, u"ComboBoxKarten").model());
     return model->item(static_cast<int>(choice))->isEnabled();
   };
-  Drive([&](TF_dlprint& dialog) {
+  Drive<TF_dlprint>(u"DruckenExecute"_s, [&](TF_dlprint& dialog) {
     EXPECT_EQ(State(dialog), u"4 Karten auf eine Seite"_s);
     Control<QCheckBox>(dialog, u"CheckBoxNavigation"_s).setChecked(true);
     EXPECT_EQ(State(dialog), u"5 Karten auf eine Seite"_s);
@@ -225,7 +216,7 @@ TEST_F(PrintDialog, OffersTheCardsThatThereAre) {
   });
   clock.now = 0;
   // It begins with what was chosen the last time.
-  Drive([&](TF_dlprint& dialog) {
+  Drive<TF_dlprint>(u"DruckenExecute"_s, [&](TF_dlprint& dialog) {
     EXPECT_EQ(State(dialog), u"0 Karten"_s);
     QTest::keyClick(&Box(dialog, u"ComboBoxForm"), Qt::Key_End, Qt::ControlModifier);  // to the last page of none
     EXPECT_FALSE(Control<QPushButton>(dialog, u"BitBtnDrucken"_s).isEnabled());
@@ -252,7 +243,7 @@ TEST_F(PrintDialog, OffersTheCardsThatThereAre) {
   table.close();
   // Those marked for deletion are not printed, and stay all the same.
   (void)program.file().deletion_marks().Exchange({2, 3});
-  Drive([&](TF_dlprint& dialog) {
+  Drive<TF_dlprint>(u"DruckenExecute"_s, [&](TF_dlprint& dialog) {
     // Chosen last was what there is not now.
     EXPECT_EQ(State(dialog), u"3 Karten auf eine Seite"_s);
     EXPECT_EQ(program.file().CardCount(), 5);
@@ -263,22 +254,18 @@ TEST_F(PrintDialog, OffersTheCardsThatThereAre) {
 TEST_F(PrintDialog, LeafsByKeysWhereverTheFocusIs) {
   Open(Numbered(60, NewCard));
   InLetters(1.5, [&] {
-    Drive([&](TF_dlprint& dialog) {
+    Drive<TF_dlprint>(u"DruckenExecute"_s, [&](TF_dlprint& dialog) {
       Box(dialog, u"ComboBoxForm").setCurrentIndex(1);
       EXPECT_EQ(State(dialog), u"60 Karten auf 16 Seiten"_s);
       ExpectWholeLabels(dialog);
       EXPECT_LE(dialog.minimumSizeHint().width(), 1024);
       EXPECT_LE(dialog.minimumSizeHint().height(), 660);
       const auto& page = Control<PageView>(dialog, u"Blatt"_s);
-      const struct {
-        Qt::Key key;
-        Qt::KeyboardModifiers with;
-        int page;
-      } kKeys[] = {{Qt::Key_PageDown, Qt::NoModifier, 1},
-                   {Qt::Key_PageUp, Qt::NoModifier, 0},
-                   {Qt::Key_PageUp, Qt::NoModifier, 0},
-                   {Qt::Key_End, Qt::ControlModifier, 15},
-                   {Qt::Key_Home, Qt::ControlModifier, 0}};
+      const std::tuple<Qt::Key, Qt::KeyboardModifiers, int> kKeys[] = {{Qt::Key_PageDown, Qt::NoModifier, 1},
+                                                                       {Qt::Key_PageUp, Qt::NoModifier, 0},
+                                                                       {Qt::Key_PageUp, Qt::NoModifier, 0},
+                                                                       {Qt::Key_End, Qt::ControlModifier, 15},
+                                                                       {Qt::Key_Home, Qt::ControlModifier, 0}};
       for (QWidget* focus : std::initializer_list<QWidget*>{&Box(dialog, u"ComboBoxForm"),
                                                             &Control<QSpinBox>(dialog, u"SpinBoxSchrift"_s)}) {
         focus->setFocus();
@@ -302,7 +289,7 @@ TEST_F(PrintDialog, OffersAPdfWhereThereIsNoPrinter) {
     QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnDrucken"_s), Qt::LeftButton);
     return State(dialog);
   };
-  Drive([&](TF_dlprint& dialog) {
+  Drive<TF_dlprint>(u"DruckenExecute"_s, [&](TF_dlprint& dialog) {
     messages.answers = {Answer::Yes, Answer::No};
     messages.files = {FromPath(folder.path() / "a")};
     EXPECT_EQ(print(dialog), u"Gespeichert: a.pdf"_s);
