@@ -29,15 +29,18 @@ class OutlookWindowTest : public OutlookTest {
     OutlookTest::Open(cards);
     keys::kPlanMinutes.Write(2, file.settings());  // plans of much work take long
   }
-  template <typename Window>
-  void Show(Window& window) {
-    window.show();
-    window.Renew();
-    Wait(window);
-  }
   static void Wait(const OutlookWindow& window) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return !window.Working(); }));
   }
+  // A window that has worked out its first page.
+  template <typename Window>
+  struct Shown : Window {
+    explicit Shown(OutlookWindowTest& test) : Window(test.file, test.settings, test.clock) {
+      this->show();
+      this->Renew();
+      Wait(*this);
+    }
+  };
   static OutlookPage& Page(const QWidget& window, const QString& name) { return Control<OutlookPage>(window, name); }
   static QString Sentence(const OutlookPage& page) { return Control<QLabel>(page, u"LabelAntwort"_s).text(); }
   static void GoTo(OutlookWindow& window, int view) {
@@ -53,8 +56,7 @@ const char16_t* const kEvaluationPages[] = {u"PageWissen", u"PageGetan", u"PageS
 
 TEST_F(OutlookWindowTest, ADeckOfNewCardsGetsItsSentences) {
   Open({TestCard{}, TestCard{}});
-  TF_wneval evaluation(file, settings, clock);
-  Show(evaluation);
+  Shown<TF_wneval> evaluation(*this);
   const char16_t* const sentences[] = {
       u"Noch keine Karte beantwortet. Nach den ersten Antworten steht hier, was Sie wissen.",
       u"Noch keine Karte beantwortet. Nach den ersten Antworten steht hier, was Sie getan haben.",
@@ -66,8 +68,7 @@ TEST_F(OutlookWindowTest, ADeckOfNewCardsGetsItsSentences) {
     EXPECT_EQ(Sentence(page), QString::fromUtf16(sentences[view]));
     EXPECT_EQ(page.plot().Count(), 0);
   }
-  TF_wnprog forecast(file, settings, clock);
-  Show(forecast);
+  Shown<TF_wnprog> forecast(*this);
   EXPECT_TRUE(Sentence(Page(forecast, u"PageFaellig"_s)).startsWith(u"Noch keine Karte beantwortet."));
   GoTo(forecast, 1);
   EXPECT_TRUE(Sentence(Page(forecast, u"PagePruefung"_s)).contains(u" von 2 ("));
@@ -81,8 +82,7 @@ TEST_F(OutlookWindowTest, EveryBarOpensExactlyItsCards) {
   }
   cards.emplace_back();
   Open(cards);
-  TF_wneval evaluation(file, settings, clock);
-  Show(evaluation);
+  Shown<TF_wneval> evaluation(*this);
   const auto check = [](OutlookWindow& window, OutlookPage& page) {
     int opened = 0;
     for (int item = 0; item < page.plot().Count(); ++item) {
@@ -112,16 +112,14 @@ TEST_F(OutlookWindowTest, EveryBarOpensExactlyItsCards) {
     Wait(evaluation);
     EXPECT_GT(check(evaluation, Page(evaluation, QString::fromUtf16(kEvaluationPages[view]))), 0) << view;
   }
-  TF_wnprog forecast(file, settings, clock);
-  Show(forecast);
+  Shown<TF_wnprog> forecast(*this);
   EXPECT_EQ(check(forecast, Page(forecast, u"PageFaellig"_s)), 60);
 }
 
 // What is under way for a page ends when another page wants its own figures; it is not forgotten.
 TEST_F(OutlookWindowTest, PagesAreWorkedOutHoweverFastTheyAreTurned) {
   Open(DrawDeck(61, 60, 6, kStandardWeights, kNow - 200 * kDay));
-  TF_wneval evaluation(file, settings, clock);
-  Show(evaluation);
+  Shown<TF_wneval> evaluation(*this);
   auto& tabs = Control<QTabWidget>(evaluation, u"Views"_s);
   for (const int view : {1, 2, 1, 0}) tabs.setCurrentIndex(view);
   evaluation.Renew();
@@ -132,8 +130,7 @@ TEST_F(OutlookWindowTest, PagesAreWorkedOutHoweverFastTheyAreTurned) {
     const QString sentence = Sentence(Page(evaluation, QString::fromUtf16(kEvaluationPages[view])));
     EXPECT_NE(sentence, u"Wird berechnet …"_s) << view;
   }
-  TF_wnprog forecast(file, settings, clock);
-  Show(forecast);
+  Shown<TF_wnprog> forecast(*this);
   EXPECT_EQ(Page(forecast, u"PageFaellig"_s).plot().Count(), 3 + 30) << "a month at first";
   Control<QSpinBox>(forecast, u"SpinRueckstand"_s).setValue(1);
   auto& backlog = Control<QLabel>(forecast, u"LabelRueckstand"_s);
@@ -163,8 +160,7 @@ TEST_F(OutlookWindowTest, PagesAreWorkedOutHoweverFastTheyAreTurned) {
 // Cards that change and go, F5, Esc.
 TEST_F(OutlookWindowTest, FollowsTheDeckUntilItIsClosed) {
   Open(DrawDeck(71, 30, 5, kStandardWeights));
-  TF_wneval evaluation(file, settings, clock);
-  Show(evaluation);
+  Shown<TF_wneval> evaluation(*this);
   OutlookPage& page = Page(evaluation, u"PageWissen"_s);
   const auto list = [&] { return evaluation.findChild<TF_dlkarten*>(); };
   const auto open_list = [&] {
@@ -212,8 +208,7 @@ TEST_F(OutlookWindowTest, ChoicesOfThePagesMeanWhatTheySay) {
   cards.push_back(CardWith({{kNow - 40 * kDay, 'f'}}, 1, 10));
   cards.push_back(CardWith({{kNow - 7, 'w'}}, 1, 30));
   Open(cards);
-  TF_wneval evaluation(file, settings, clock);
-  Show(evaluation);
+  Shown<TF_wneval> evaluation(*this);
   GoTo(evaluation, 2);
   const std::pair<int, int> answers[] = {{0, 3}, {1, 4}, {3, 4}};
   for (const auto& [choice, count] : answers) {
@@ -236,8 +231,7 @@ TEST_F(OutlookWindowTest, ChoicesOfThePagesMeanWhatTheySay) {
 
 TEST_F(OutlookWindowTest, TellsFiguresInWordsAndAsATable) {
   Open({CardWith({{kNow - kDay, 'w'}}), CardWith({{kNow - kDay, 'f'}}), TestCard{}, CardWith({{kNow + 5, 'w'}})});
-  TF_wneval evaluation(file, settings, clock);
-  Show(evaluation);
+  Shown<TF_wneval> evaluation(*this);
   OutlookPage& page = Page(evaluation, u"PageWissen"_s);
   // .9331 + .7225, and the root of the sum of p (1 - p).
   EXPECT_EQ(Sentence(page), u"Sie wissen jetzt etwa 2 von 2 Karten (83 %, ± 1). Eine ist neu."_s);
@@ -256,8 +250,7 @@ TEST_F(OutlookWindowTest, TableGoesWithThePlot) {
   std::vector<TestCard> cards;
   for (int i = 1; i <= 60; ++i) cards.push_back(CardWith({{kNow - kDay, 'w'}}, 1, i));
   Open(cards);
-  TF_wneval evaluation(file, settings, clock);
-  Show(evaluation);
+  Shown<TF_wneval> evaluation(*this);
   GoTo(evaluation, 3);
   OutlookPage& page = Page(evaluation, u"PageKosten"_s);
   QApplication::processEvents();
@@ -289,8 +282,7 @@ TEST_F(OutlookWindowTest, TableGoesWithThePlot) {
   EXPECT_NEAR(splitter.sizes().back(), 90, 20);
 
   // The lines of this table are days, not curves.
-  TF_wnprog forecast(file, settings, clock);
-  Show(forecast);
+  Shown<TF_wnprog> forecast(*this);
   GoTo(forecast, 1);
   OutlookPage& plan = Page(forecast, u"PagePruefung"_s);
   auto& days_table = Control<QTableView>(plan, u"Tabelle"_s);
@@ -333,8 +325,7 @@ TEST_F(OutlookWindowTest, ForecastKeepsItsWishesAndNothingElse) {
   Open(DrawDeck(51, 30, 6, kStandardWeights));
   const std::string before = FileText(file.cards());
   {
-    TF_wnprog forecast(file, settings, clock);
-    Show(forecast);
+    Shown<TF_wnprog> forecast(*this);
     EXPECT_FALSE(Sentence(Page(forecast, u"PageFaellig"_s)).isEmpty());
     GoTo(forecast, 1);
     OutlookPage& page = Page(forecast, u"PagePruefung"_s);
