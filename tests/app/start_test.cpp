@@ -126,9 +126,7 @@ TEST_F(Samples, AreCopiedWholeAndOpenWithoutAMessage) {
   const OpenReport report = CardFile().Open(*copy);
   EXPECT_EQ(report.result, OpenResult::Opened);
   EXPECT_FALSE(report.learn_index_rebuilt || report.link_index_rebuilt);
-}
-
-TEST_F(Samples, NeverReplaceWhatTheUserHas) {
+  // What the user has is never replaced.
   Write(documents / "Medien" / "bild.png", "own picture");
   Write(documents / "Deck.mlb", "learned");
   EXPECT_EQ(OwnCopyOfSample(samples / "Deck.mlb", documents), documents / "Deck.mlb");

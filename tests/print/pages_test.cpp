@@ -80,12 +80,6 @@ TEST(FitPictures, MovesUpWhatIsBelowThem) {
   }
 }
 
-std::string Dump(const std::vector<Strip>& strips) {
-  std::ostringstream out;
-  for (const Strip& strip : strips) out << strip.top << "-" << strip.bottom << " ";
-  return out.str();
-}
-
 TEST(Strips, EndBetweenLines) {
   // What the text is, the text, the height of a strip, and the strips.
   const std::tuple<const char*, const char*, int, const char*> kCases[] = {
@@ -99,7 +93,9 @@ TEST(Strips, EndBetweenLines) {
   };
   for (const auto& [what, text, height, strips] : kCases) {
     const FittedSide side = Fit(text, {400, 1000}, {100, 100, false});
-    EXPECT_EQ(Dump(CutIntoStrips(side.layout, height)), strips) << what;
+    std::ostringstream out;
+    for (const Strip& strip : CutIntoStrips(side.layout, height)) out << strip.top << "-" << strip.bottom << " ";
+    EXPECT_EQ(out.str(), strips) << what;
   }
 }
 
