@@ -13,7 +13,7 @@
 
 namespace tessaro {
 
-inline TestCard Card(int number, const std::string& question, const std::string& answer) {
+inline TestCard AskedCard(int number, const std::string& question, const std::string& answer) {
   return {.id = "00000" + std::to_string(number), .question = question, .answer = answer};
 }
 

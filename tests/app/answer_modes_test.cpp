@@ -11,7 +11,8 @@ namespace {
 const QString kPendingText = u"Fehler - richtige Antwort ist angezeigt - weiter n u r  mit <weiter>"_s;
 
 TEST_F(AnswerModesTest, RightChoiceByKeyBringsTheNextCard) {
-  Learn({Card(1, "A oder B?", "b"), Card(2, "1 oder 2?", "2"), Card(3, "frei", "Berlin"), Card(4, "C?", "C")},
+  Learn({AskedCard(1, "A oder B?", "b"), AskedCard(2, "1 oder 2?", "2"), AskedCard(3, "frei", "Berlin"),
+         AskedCard(4, "C?", "C")},
         Qt::Key_1);
   EXPECT_EQ(Status(), u"Multiple Choice"_s);
   EXPECT_EQ(Find<QTabWidget>(u"PageControlSelect"_s).currentIndex(), 1) << "the key is a letter";
@@ -34,7 +35,7 @@ TEST_F(AnswerModesTest, RightChoiceByKeyBringsTheNextCard) {
 }
 
 TEST_F(AnswerModesTest, WrongChoiceWaitsForWeiter) {
-  Learn({Card(1, "A oder B?", "b"), Card(2, "C?", "C")}, Qt::Key_1);
+  Learn({AskedCard(1, "A oder B?", "b"), AskedCard(2, "C?", "C")}, Qt::Key_1);
   const auto looks = [&] {
     return std::array{Colour(u"SpeedButtonA"_s, QPalette::ButtonText), Colour(u"PanelLerneIch"_s, QPalette::Window),
                       Colour(u"BitBtnLerneIch"_s, QPalette::ButtonText), Colour(u"StatusBarSelect"_s)};
@@ -63,7 +64,8 @@ TEST_F(AnswerModesTest, WrongChoiceWaitsForWeiter) {
 }
 
 TEST_F(AnswerModesTest, PendingChoiceIsDroppedByAnotherCardAndRegisteredBySwitchingOff) {
-  Learn({Card(1, "A oder B?", "b"), Card(2, "C?", "C"), Card(3, "<navigation><home>Start", "7")}, Qt::Key_1);
+  Learn({AskedCard(1, "A oder B?", "b"), AskedCard(2, "C?", "C"), AskedCard(3, "<navigation><home>Start", "7")},
+        Qt::Key_1);
   Key(Qt::Key_A);
   Click(u"SpeedButtonHome"_s);
   EXPECT_EQ(Answers(), "---");
@@ -85,7 +87,7 @@ TEST_F(AnswerModesTest, PendingChoiceIsDroppedByAnotherCardAndRegisteredBySwitch
 }
 
 TEST_F(AnswerModesTest, BoxesAreTickedBySpaceAndJudgedByEnter) {
-  Learn({Card(1, "?", "A, C"), Card(2, "?", "B D"), Card(3, "?", "a")}, Qt::Key_1);
+  Learn({AskedCard(1, "?", "A, C"), AskedCard(2, "?", "B D"), AskedCard(3, "?", "a")}, Qt::Key_1);
   Key(Qt::Key_Return);
   EXPECT_EQ(Answers(), "---") << "no box is ticked";
   Key(Qt::Key_Right);
@@ -117,8 +119,8 @@ TEST_F(AnswerModesTest, BoxesAreTickedBySpaceAndJudgedByEnter) {
 
 TEST_F(AnswerModesTest, AnswersOfOtherCardsAreOfferedAndJudgedAsAKey) {
   keys::kOfferAnswers.Write(true, program.settings().ini);
-  Learn({Card(1, "house", "Haus & Hof"), Card(2, "tree", "Baum"), Card(3, "A oder B?", "b"), Card(4, "sun", "Sonne"),
-         Card(5, "<navigation><home>Start", "-")},
+  Learn({AskedCard(1, "house", "Haus & Hof"), AskedCard(2, "tree", "Baum"), AskedCard(3, "A oder B?", "b"),
+         AskedCard(4, "sun", "Sonne"), AskedCard(5, "<navigation><home>Start", "-")},
         Qt::Key_1);
   EXPECT_EQ(Status(), u"Multiple Choice"_s);
   auto& list = Find<QWidget>(u"PanelAntworten"_s);
@@ -162,7 +164,7 @@ TEST_F(AnswerModesTest, AnswersOfOtherCardsAreOfferedAndJudgedAsAKey) {
 }
 
 TEST_F(AnswerModesTest, OptionsHoldAtOnceAndAreKept) {
-  Learn({Card(1, "Frage", "Das Haus")}, Qt::Key_2);
+  Learn({AskedCard(1, "Frage", "Das Haus")}, Qt::Key_2);
   const auto set = [&](int blanks, int mode) {
     DriveDialog<TF_dlopt>([&] { program.ShowOptions(); },
                           [&](TF_dlopt& dialog) {
@@ -189,7 +191,8 @@ TEST_F(AnswerModesTest, OptionsHoldAtOnceAndAreKept) {
 }
 
 TEST_F(AnswerModesTest, OneModeAtATimeIsOnAndRememberedWithItsPlace) {
-  Learn({Card(1, "Eins", "a"), Card(2, "Zwei", "b"), Card(3, "<navigation><home>Start", "-")}, Qt::Key_1);
+  Learn({AskedCard(1, "Eins", "a"), AskedCard(2, "Zwei", "b"), AskedCard(3, "<navigation><home>Start", "-")},
+        Qt::Key_1);
   Key(Qt::Key_3, Qt::ControlModifier);
   EXPECT_FALSE(Find<QWidget>(u"TF_wnwahl"_s).isVisible());
   EXPECT_EQ(Find<QPlainTextEdit>(u"Text"_s).isVisible(), true);

@@ -12,7 +12,7 @@ namespace tessaro {
 namespace {
 
 TEST_F(AnswerModesTest, TypedWordIsCheckedWithEveryKey) {
-  Learn({Card(1, "Frage", "Das Haus"), Card(2, "Zwei", "zwei")}, Qt::Key_2);
+  Learn({AskedCard(1, "Frage", "Das Haus"), AskedCard(2, "Zwei", "zwei")}, Qt::Key_2);
   ASSERT_EQ(Focused(), u"RichEditVgl"_s);
   auto& input = Find<QLineEdit>(u"RichEditVgl"_s);
   Type("Ha");
@@ -61,7 +61,7 @@ TEST_F(AnswerModesTest, TypedWordIsCheckedWithEveryKey) {
 }
 
 TEST_F(AnswerModesTest, SpecialCharactersGoIntoTheTypedLine) {
-  Learn({Card(1, "Frage", "Das Haus"), Card(2, "Zwei", "zwei")}, Qt::Key_2);
+  Learn({AskedCard(1, "Frage", "Das Haus"), AskedCard(2, "Zwei", "zwei")}, Qt::Key_2);
   Type("D");
   Click(u"BitBtnSign"_s);
   auto* signs = lern->findChild<TF_wnsign*>();
@@ -82,7 +82,7 @@ TEST_F(AnswerModesTest, SpecialCharactersGoIntoTheTypedLine) {
 }
 
 TEST_F(AnswerModesTest, BlanksAtTheEndUncoverTheAnswerUnlessTheCheckIsOff) {
-  Learn({Card(1, "Frage", "Das Haus"), Card(2, "Zwei", "zwei")}, Qt::Key_2);
+  Learn({AskedCard(1, "Frage", "Das Haus"), AskedCard(2, "Zwei", "zwei")}, Qt::Key_2);
   Type("  ");
   EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
   Key(Qt::Key_Return);
@@ -99,7 +99,7 @@ TEST_F(AnswerModesTest, BlanksAtTheEndUncoverTheAnswerUnlessTheCheckIsOff) {
 }
 
 TEST_F(AnswerModesTest, WhatTheOptionsAllowIsRightAndStillShown) {
-  Learn({Card(1, "Frage", "die Kolleg(inn)\xEBn."), Card(2, "Zwei", "zwei")}, Qt::Key_2);
+  Learn({AskedCard(1, "Frage", "die Kolleg(inn)\xEBn."), AskedCard(2, "Zwei", "zwei")}, Qt::Key_2);
   auto& input = Find<QLineEdit>(u"RichEditVgl"_s);
   const std::array boxes = {u"AndereSchreibung"_s, u"OhneAkzente"_s, u"OhneSatzzeichen"_s, u"OhneKlammern"_s};
   const std::array words = {u"KOLLEG"_s, u")en"_s, u"innën"_s, u"Kollegën"_s};
@@ -127,9 +127,9 @@ TEST_F(AnswerModesTest, WhatTheOptionsAllowIsRightAndStillShown) {
 }
 
 TEST_F(AnswerModesTest, CopiedTextIsJudgedAndNothingElseIs) {
-  Learn(
-      {Card(1, "<b>ab</b> c", "x"), Card(2, "xyz", "y"), Card(3, "slow", "z"), Card(4, "<img src=\"none.bmp\">", "z")},
-      Qt::Key_3);
+  Learn({AskedCard(1, "<b>ab</b> c", "x"), AskedCard(2, "xyz", "y"), AskedCard(3, "slow", "z"),
+         AskedCard(4, "<img src=\"none.bmp\">", "z")},
+        Qt::Key_3);
   ASSERT_EQ(Focused(), u"RichEditTipp"_s);
   auto& input = Find<QPlainTextEdit>(u"RichEditTipp"_s);
   EXPECT_EQ(Find<QPlainTextEdit>(u"Text"_s).toPlainText(), u"ab c"_s);
@@ -173,7 +173,7 @@ TEST_F(AnswerModesTest, TypingErrorsGrowWorseAndSettingsHold) {
   keys::kErrorLimit.Write(50, settings);
   keys::kTypingFigures.Write(false, settings);
   (void)keys::kErrorSound.Write("/nowhere/error.wav", settings);
-  Learn({Card(1, "abcde", "x")}, Qt::Key_3);
+  Learn({AskedCard(1, "abcde", "x")}, Qt::Key_3);
   std::vector<QColor> colours = {Colour(u"EditKommentar"_s)};
   const char* const limits[] = {"im Limit", "im Limit", "über dem Limit"};
   for (int i = 0; i < 3; ++i) {

@@ -260,14 +260,14 @@ TEST_F(PrintDialog, LeafsByKeysWhereverTheFocusIs) {
       ExpectWholeLabels(dialog);
       EXPECT_LE(dialog.minimumSizeHint().width(), 1024);
       EXPECT_LE(dialog.minimumSizeHint().height(), 660);
-      const auto& page = Control<PageView>(dialog, u"Blatt"_s);
+      auto& page = Control<PageView>(dialog, u"Blatt"_s);
       const std::tuple<Qt::Key, Qt::KeyboardModifiers, int> kKeys[] = {{Qt::Key_PageDown, Qt::NoModifier, 1},
                                                                        {Qt::Key_PageUp, Qt::NoModifier, 0},
                                                                        {Qt::Key_PageUp, Qt::NoModifier, 0},
                                                                        {Qt::Key_End, Qt::ControlModifier, 15},
                                                                        {Qt::Key_Home, Qt::ControlModifier, 0}};
-      for (QWidget* focus : std::initializer_list<QWidget*>{&Box(dialog, u"ComboBoxForm"),
-                                                            &Control<QSpinBox>(dialog, u"SpinBoxSchrift"_s)}) {
+      auto& size = Control<QSpinBox>(dialog, u"SpinBoxSchrift"_s);
+      for (QWidget* focus : std::initializer_list<QWidget*>{&Box(dialog, u"ComboBoxForm"), &size}) {
         focus->setFocus();
         for (const auto& [key, with, shown] : kKeys) {
           // A field to type in has its own use for the ends.

@@ -51,7 +51,7 @@ TEST(LongWork, IsEndedByItsDialogOnlyWhereItAllowsIt) {
     auto* dialog = window.findChild<TF_dlprogress*>();
     ASSERT_NE(dialog, nullptr);
     EXPECT_EQ(Control<QPushButton>(*dialog, u"ButtonCancel"_s).isVisible(), allowed);
-    QApplication::setActiveWindow(dialog);
+    dialog->activateWindow();
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) QTest::keyClick(dialog->focusWidget(), key);
     EXPECT_TRUE(work.GoesOn(15)) << "keys that were meant for the window before";
     QTest::keyClick(dialog, Qt::Key_Escape);
