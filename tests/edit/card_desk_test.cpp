@@ -18,6 +18,7 @@ TEST_F(CardDeskTest, NoCardIsMadeThatLinksCouldNotLeadTo) {
   EXPECT_EQ(desk->InsertEmpty().id, "000003");
   EXPECT_EQ(CardReader(file).Score(3), 60);
   EXPECT_EQ(CardReader(file).Score(4), 120) << "one minute behind the other";
+  EXPECT_EQ(desk->Cut().id, "000003");
 }
 
 TEST_F(CardDeskTest, StoresWhatWasTypedAndNothingElse) {

@@ -107,6 +107,7 @@ TEST_F(CardEditor, LastCardIsReplacedByAnEmptyOneThatIsExplained) {
 
 TEST_F(CardEditor, LetterOfAMenuRunsOneCommand) {
   Open();
+  Key(Qt::Key_N, Qt::AltModifier);
   for (const QMenu* menu : window->menuBar()->findChildren<QMenu*>()) {
     QSet<QString> letters;
     for (const QAction* action : menu->actions()) {
