@@ -6,13 +6,16 @@
 namespace tessaro {
 namespace {
 
-// The letter without its accents, where it is made of both.
+// The letter without its accents, where it is made of both. Of the Cyrillic letters that is "ё", which is often written
+// so; "й" and others are letters like any.
 char WithoutAccents(char c, CodePage page) {
+  const char16_t character = page.CharacterOf(c);
+  if (page.set() == CharacterSet::Cyrillic && character != u'ё' && character != u'Ё') return c;
   UErrorCode error = U_ZERO_ERROR;
   const UNormalizer2* decomposing = unorm2_getNFDInstance(&error);
   constexpr int32_t kMost = 8;
   std::array<UChar, kMost> parts = {};
-  const int32_t count = unorm2_getDecomposition(decomposing, page.CharacterOf(c), parts.data(), kMost, &error);
+  const int32_t count = unorm2_getDecomposition(decomposing, character, parts.data(), kMost, &error);
   if (U_FAILURE(error) != 0 || count <= 0) return c;
   return page.ByteOf(parts[0]).value_or(c);
 }

@@ -45,6 +45,8 @@ TF_dlexp::TF_dlexp(const ExchangeTies& ties, QWidget* parent)
   connect(ui_->BitBtnClose, &QPushButton::clicked, this, &QDialog::close);
   keys::kBytesPerCard.Write(std::clamp(keys::kBytesPerCard.Read(ties_.settings), kLeastPerCard, kMostPerCard),
                             ties_.settings);
+  // Two code pages in one file are read by no other program.
+  ui_->CheckBoxUtf8->setChecked(!ReadCodePages(ties_.file.settings()).western());
   ui_->BitBtnDatei->setDefault(true);
   ui_->BitBtnDatei->setFocus();
   ShowSentence();

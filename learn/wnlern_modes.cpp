@@ -1,6 +1,7 @@
 // The answer modes as the learning window sees them: switches, and a place under the card. The windows in which the
 // learner answers are tied to it from outside.
 
+#include "learn/run_presenter.h"
 #include "learn/wnlern.h"
 #include "ui_wnlern.h"
 #include "widgets/text.h"
@@ -26,6 +27,8 @@ void TF_wnlern::ShowAnswerMode(AnswerMode mode) {
   show(ui_->SpeedButtonWahl, ui_->MAuswahlleiste, AnswerMode::Choice);
   show(ui_->SpeedButtonInput, ui_->MEingabezeile, AnswerMode::Input);
   show(ui_->SpeedButtonTipp, ui_->MTastaturtraining, AnswerMode::Typing);
+  // The window that the learner answered in has taken the focus with it.
+  if (mode == AnswerMode::None) FocusNextStep(ScreenOf(*run_, file_, notice_, clock_.Now()), true);
 }
 
 void TF_wnlern::DockUnderCard(QWidget& window) {

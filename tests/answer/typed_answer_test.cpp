@@ -94,6 +94,9 @@ TEST(TypedAnswer, WhatIsAllowedIsRight) {
   EXPECT_EQ(CheckTyped("istanbul", 8, "\xDDstanbul", kTwoBlanks, turkish, any_case).verdict, V::Right);
   EXPECT_EQ(CheckTyped("istanbul", 8, "\xDDstanbul", kTwoBlanks, turkish, both).verdict, V::Right);
   EXPECT_EQ(CheckTyped("\xE9", 1, "\xC0", kTwoBlanks, CodePage(CharacterSet::Greek), both).verdict, V::Right);
+  const CodePage cyrillic(CharacterSet::Cyrillic);
+  EXPECT_EQ(CheckTyped("\xE5\xE6", 2, "\xB8\xE6", kTwoBlanks, cyrillic, accents).verdict, V::Right);
+  EXPECT_EQ(CheckTyped("\xEC\xE8", 2, "\xEC\xE9", kTwoBlanks, cyrillic, accents).verdict, V::Wrong);
   EXPECT_EQ(CheckTyped("\xF9\xEC", 2, "\xF9\xC0\xEC", kTwoBlanks, CodePage(CharacterSet::Hebrew), accents).verdict,
             V::Right)
       << "without points";

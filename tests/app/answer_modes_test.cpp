@@ -184,6 +184,7 @@ TEST_F(AnswerModesTest, OptionsHoldAtOnceAndAreKept) {
   EXPECT_TRUE(disk.Content("/tessaro.ini").value_or("").find("Space=1") != std::string::npos);
   set(1, 0);
   EXPECT_FALSE(Find<QWidget>(u"TF_wnvgl"_s).isVisible());
+  EXPECT_EQ(lern->focusWidget()->objectName(), u"BtWeissIch"_s) << "what comes next";
   const std::string before = disk.Content("/tessaro.ini").value_or("");
   DriveDialog<TF_dlopt>([&] { program.ShowOptions(); },
                         [](TF_dlopt& dialog) { Control<QComboBox>(dialog, u"Antwortart"_s).setCurrentIndex(1); });
