@@ -13,7 +13,7 @@ namespace tessaro {
 // What a typed answer may do otherwise than the card and still be right. Nothing, unless the learner wishes it.
 struct Tolerance {
   bool letter_case = false;
-  bool accents = false;      // é is as good as e, ä as good as a, ё as good as е; points over or under letters may be missing
+  bool accents = false;      // é is as good as e, ё as е; points over or under letters may be missing
   bool punctuation = false;  // may be missing, be too much or be another
   // A bracket ( or ) that has its partner on the card may be missing, and so may all between the two, with them. This
   // is the card's side only: what is typed is never left out.
