@@ -27,11 +27,6 @@ CodePage PageOf(const SideCodePages& pages, SideName side) {
   return side == SideName::Front ? pages.front : pages.back;
 }
 
-std::string_view SideOf(const CardFile& file, int row, SideName side) {
-  const CardReader cards(file);
-  return side == SideName::Front ? cards.Question(row) : cards.Answer(row);
-}
-
 bool IsAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
@@ -97,7 +92,7 @@ void TF_dlzeichen::CollectCards() {
     for (int row = kFirstCardRow; row <= last && samples_.size() < kSamples; ++row) {
       for (const SideName side : {SideName::Front, SideName::Back}) {
         if (PageOf(from_, side) == PageOf(to_, side)) continue;
-        if (any || !IsAscii(PlainBeginning(SideOf(file_, row, side)))) samples_.push_back({row, side});
+        if (any || !IsAscii(PlainBeginning(CardReader(file_).Side(row, side)))) samples_.push_back({row, side});
       }
     }
     if (!samples_.empty()) return;
@@ -109,7 +104,7 @@ void TF_dlzeichen::ShowCards() {
   list.setRowCount(static_cast<int>(samples_.size()));
   for (int i = 0; i < list.rowCount(); ++i) {
     const auto [row, side] = samples_[static_cast<size_t>(i)];
-    const std::string text = PlainBeginning(SideOf(file_, row, side));
+    const std::string text = PlainBeginning(CardReader(file_).Side(row, side));
     const auto shown = [&](CodePage page) { return FromBytes(text, page).simplified().left(kLettersShown); };
     const QString before = shown(PageOf(from_, side));
     list.setItem(i, 0, new QTableWidgetItem(u"%1, %2"_s.arg(row - 1).arg(SideTitle(side))));

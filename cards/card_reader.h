@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "cards/answer_history.h"
+#include "settings/side_settings.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {
@@ -25,6 +26,7 @@ class CardReader {
   bool HasEndMark(int row) const { return tessaro::HasEndMark(Id(row)); }
   std::string_view Question(int row) const { return cards_.Peek(columns_.question, row); }
   std::string_view Answer(int row) const { return cards_.Peek(columns_.answer, row); }
+  std::string_view Side(int row, SideName side) const { return side == SideName::Front ? Question(row) : Answer(row); }
   bool IsNavigation(int row) const { return tessaro::IsNavigation(Question(row)); }
   // Can never be chosen, whatever the method.
   bool IsNeverChosen(int row) const { return tessaro::IsLeftOut(Id(row), Question(row), Answer(row)); }

@@ -11,8 +11,6 @@
 namespace tessaro {
 namespace {
 
-constexpr int kRowsBetween = 1024;
-
 // Hands out the text and the tags of a side in their order; a "<" that nothing closes is text.
 template <typename TakePart>
 void ForEachPart(std::string_view side, const TakePart& take) {
@@ -30,11 +28,11 @@ void ForEachPart(std::string_view side, const TakePart& take) {
 
 // Looks at the sides of all cards; false: ended early.
 template <typename TakeSides>
-bool ForEachCard(const CardFile& file, const WalkOn& walk_on, const TakeSides& take) {
+bool ForEachCard(const CardFile& file, const KeepGoing& keep_going, const TakeSides& take) {
   const std::array columns = {file.columns().question, file.columns().answer};
   const int last = CardReader(file).LastCardRow();
   for (int row = kFirstCardRow; row <= last; ++row) {
-    if (walk_on && row % kRowsBetween == 0 && !walk_on(row)) return false;
+    if (!GoesOn(keep_going, row)) return false;
     file.cards().Expect(row + CardTable::kAhead);
     std::array<std::string_view, 2> sides;
     file.cards().PeekAll(row, columns, sides);
@@ -87,7 +85,7 @@ std::u16string LackingOnSide(std::string_view side, CodePage from, CodePage to) 
   return Lacking(texts, from, to);
 }
 
-LackingText FindLacking(const CardFile& file, const SideCodePages& to, const WalkOn& walk_on) {
+LackingText FindLacking(const CardFile& file, const SideCodePages& to, const KeepGoing& keep_going) {
   const SideCodePages from = ReadCodePages(file.settings());
   LackingText lacking;
   const auto look = [&](int row, SideName name, std::string_view side, CodePage old_page, CodePage new_page) {
@@ -97,7 +95,7 @@ LackingText FindLacking(const CardFile& file, const SideCodePages& to, const Wal
     if (lacking.listed.size() < LackingText::kMostListed) lacking.listed.push_back({row, name, std::move(characters)});
     ++lacking.sides;
   };
-  lacking.cancelled = !ForEachCard(file, walk_on, [&](int row, const std::array<std::string_view, 2>& sides) {
+  lacking.cancelled = !ForEachCard(file, keep_going, [&](int row, const std::array<std::string_view, 2>& sides) {
     look(row, SideName::Front, sides[0], from.front, to.front);
     look(row, SideName::Back, sides[1], from.back, to.back);
     return true;
@@ -105,12 +103,12 @@ LackingText FindLacking(const CardFile& file, const SideCodePages& to, const Wal
   return lacking;
 }
 
-ConversionEnd ConvertTexts(CardFile& file, const SideCodePages& to, const WalkOn& walk_on) {
+ConversionEnd ConvertTexts(CardFile& file, const SideCodePages& to, const KeepGoing& keep_going) {
   const SideCodePages from = ReadCodePages(file.settings());
   CardCommand command;
   SideSum sum;
   ConversionEnd end = ConversionEnd::Cancelled;
-  const bool whole = ForEachCard(file, walk_on, [&](int row, const std::array<std::string_view, 2>& sides) {
+  const bool whole = ForEachCard(file, keep_going, [&](int row, const std::array<std::string_view, 2>& sides) {
     const std::optional<std::string> front = ConvertedSide(sides[0], from.front, to.front);
     const std::optional<std::string> back = ConvertedSide(sides[1], from.back, to.back);
     if (!front || !back) {

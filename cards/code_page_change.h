@@ -2,12 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "cards/keep_going.h"
 #include "platform/side_code_page.h"
 #include "settings/side_settings.h"
 
@@ -15,9 +15,6 @@
 namespace tessaro {
 
 class CardFile;
-
-// Asked by work on all cards, as it comes to a row of the card table: false ends it with everything as it was.
-using WalkOn = std::function<bool(int row)>;
 
 // A side in another code page; nothing where that lacks a character of its text.
 std::optional<std::string> ConvertedSide(std::string_view side, CodePage from, CodePage to);
@@ -38,14 +35,14 @@ struct LackingText {
   int64_t sides = 0;
   std::vector<LackingSide> listed;  // the first of them
 };
-LackingText FindLacking(const CardFile& file, const SideCodePages& to, const WalkOn& walk_on = {});
+LackingText FindLacking(const CardFile& file, const SideCodePages& to, const KeepGoing& keep_going = {});
 
 enum class ConversionEnd { Done, Cancelled, Lacking, Failed };
 
 // Brings all sides into other code pages, in one command, and the settings with them; the caller saves the cards then.
 // On anything but Done all is as it was. Before the cards change, the settings on the disk note what is being done, so
 // that cards and settings fit together again whatever happens until ForgetConversion.
-ConversionEnd ConvertTexts(CardFile& file, const SideCodePages& to, const WalkOn& walk_on = {});
+ConversionEnd ConvertTexts(CardFile& file, const SideCodePages& to, const KeepGoing& keep_going = {});
 // To be called when the cards were saved.
 void ForgetConversion(CardFile& file);
 // To be called when a card file was opened and its unsaved changes were taken over or refused: where a conversion is

@@ -11,6 +11,8 @@ namespace tessaro {
 struct DueState {
   bool expired = false;         // its retention time has run out: due before now; due at this second is not yet due
   bool beyond_maximum = false;  // not shown for longer than the maximum time
+
+  bool IsDue() const { return expired || beyond_maximum; }
 };
 
 // newest + score x weight, the product without its fraction.

@@ -24,7 +24,7 @@ void CountKnown(int64_t newest, int64_t score, const LearningParameters& paramet
                 CardFigures& figures) {
   ++figures.known;
   const DueState due = DueStateAt(newest, score, parameters, now);
-  if (due.expired || due.beyond_maximum) ++figures.due;
+  if (due.IsDue()) ++figures.due;
   if (due.expired) return;
   // At the due second itself a card still waits.
   const int64_t waits = SaturatingAdd(SaturatingSubtract(DueTime(newest, score, parameters), now), 1);

@@ -12,7 +12,7 @@ LinkState LinkStateOf(const CardFile& file, int64_t id, const LearningParameters
   const int64_t newest = cards.NewestTime(row);
   if (cards.NewestLetter(row) != kKnownLetter) return newest != 0 ? LinkState::DueOrWrong : LinkState::NeverLearned;
   const DueState due = DueStateAt(newest, cards.Score(row), parameters, now);
-  return due.expired || due.beyond_maximum ? LinkState::DueOrWrong : LinkState::KnownNotDue;
+  return due.IsDue() ? LinkState::DueOrWrong : LinkState::KnownNotDue;
 }
 
 ColourClass LinkColour(const CardFile& file, int64_t id, const LearningParameters& parameters, int64_t now) {

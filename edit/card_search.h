@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "edit/keep_going.h"
+#include "cards/keep_going.h"
 #include "edit/markup_tools.h"
 #include "platform/side_code_page.h"
 #include "store/file/card_file.h"

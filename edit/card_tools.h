@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "cards/keep_going.h"
 #include "edit/command_stack.h"
-#include "edit/keep_going.h"
 #include "edit/overview_cards.h"
 #include "store/file/card_file.h"
 

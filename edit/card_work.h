@@ -1,6 +1,6 @@
 #pragma once
 
-#include "edit/keep_going.h"
+#include "cards/keep_going.h"
 #include "store/file/card_file.h"
 #include "widgets/long_work.h"
 

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string_view>
 
+#include "cards/keep_going.h"
 #include "edit/command_stack.h"
-#include "edit/keep_going.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {

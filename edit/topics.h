@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "edit/keep_going.h"
+#include "cards/keep_going.h"
 #include "store/file/card_file.h"
 
 namespace tessaro {

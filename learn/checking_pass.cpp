@@ -69,7 +69,7 @@ bool CheckingPass::MustRepeat(SelectionContext& run, int row, CardMarks& marks) 
   } else {
     if (cards.NewestLetter(row) != kKnownLetter) return false;
     const DueState due = run.DueStateOf(row);
-    if (!due.expired && !due.beyond_maximum) return false;
+    if (!due.IsDue()) return false;
     marks.expired = due.expired;
     marks.no_history = due.beyond_maximum;
   }

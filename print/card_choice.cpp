@@ -7,12 +7,18 @@
 namespace tessaro {
 namespace {
 
-constexpr int kRowsBetween = 1024;  // that the caller is asked
-
 std::vector<int> Kept(const CardFile& file, std::vector<int> rows) {
   const CardReader cards(file);
   std::erase_if(rows, [&](int row) { return !cards.IsCardRow(row) || file.deletion_marks().Has(row); });
   return rows;
+}
+
+// Whether the retention time of a card that was known has run out.
+bool IsDue(const CardReader& cards, int row, const DueAt& at) {
+  const int64_t newest = cards.NewestTime(row);
+  const int64_t score = cards.Score(row);
+  if (newest <= 0 || score <= 0 || cards.NewestLetter(row) != kKnownLetter || cards.IsNeverChosen(row)) return false;
+  return DueStateAt(newest, score, at.parameters, at.now).IsDue();
 }
 
 }  // namespace
@@ -23,17 +29,8 @@ bool CardOffer::Has(CardChoice choice) const {
   return choice != CardChoice::Shown || shown != 0;
 }
 
-bool IsDue(const CardReader& cards, int row, const DueAt& at) {
-  const int64_t newest = cards.NewestTime(row);
-  const int64_t score = cards.Score(row);
-  if (newest <= 0 || score <= 0 || cards.NewestLetter(row) != kKnownLetter || cards.IsNeverChosen(row)) return false;
-  const DueState due = DueStateAt(newest, score, at.parameters, at.now);
-  return due.expired || due.beyond_maximum;
-}
-
 std::optional<std::vector<int>> ChosenCards(const CardFile& file, CardChoice choice, const CardOffer& offer,
-                                            bool navigation, const DueAt& at,
-                                            const std::function<bool(int row)>& keep_going) {
+                                            bool navigation, const DueAt& at, const KeepGoing& keep_going) {
   if (choice == CardChoice::Marked) return Kept(file, offer.marked);
   if (choice == CardChoice::Shown) return Kept(file, {offer.shown});
   const CardReader cards(file);
@@ -43,7 +40,7 @@ std::optional<std::vector<int>> ChosenCards(const CardFile& file, CardChoice cho
   };
   std::vector<int> rows;
   for (int row = kFirstCardRow; row <= cards.LastCardRow(); ++row) {
-    if (row % kRowsBetween == 0 && keep_going && !keep_going(row)) return std::nullopt;
+    if (!GoesOn(keep_going, row)) return std::nullopt;
     file.cards().Expect(row + CardTable::kAhead);
     if (!file.deletion_marks().Has(row) && chosen(row)) rows.push_back(row);
   }

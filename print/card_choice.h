@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cards/card_reader.h"
+#include "cards/keep_going.h"
 #include "settings/learning_parameters.h"
 #include "store/file/card_file.h"
 
@@ -26,14 +27,9 @@ struct DueAt {
   int64_t now = 0;  // in seconds since 1970
 };
 
-// Whether the retention time of a card that was known has run out.
-bool IsDue(const CardReader& cards, int row, const DueAt& at);
-
 // The rows of the chosen cards in the order of the file, without those marked for deletion. `navigation`: of all cards
-// and of those found, navigation cards, too. Asks `keep_going` at every thousandth row or so; nothing when that is
-// false.
+// and of those found, navigation cards, too. Nothing when it was ended early.
 std::optional<std::vector<int>> ChosenCards(const CardFile& file, CardChoice choice, const CardOffer& offer,
-                                            bool navigation, const DueAt& at,
-                                            const std::function<bool(int row)>& keep_going = {});
+                                            bool navigation, const DueAt& at, const KeepGoing& keep_going = {});
 
 }  // namespace tessaro

@@ -189,11 +189,7 @@ PrintSource TF_dlprint::Source() const {
   const CardReader cards(ties_.file);
   const IniFile& settings = ties_.file.settings();
   return {.cards = static_cast<int>(rows_.size()),
-          .side =
-              [this, cards](int card, SideName side) {
-                const int row = rows_[static_cast<size_t>(card)];
-                return side == SideName::Front ? cards.Question(row) : cards.Answer(row);
-              },
+          .side = [this, cards](int card, SideName side) { return cards.Side(rows_[static_cast<size_t>(card)], side); },
           .front = ReadSideLook(settings, SideName::Front),
           .back = ReadSideLook(settings, SideName::Back),
           .folders = FoldersOf(ties_.file.paths().cards, keys::kMediaFolder.Read(ties_.settings.ini),

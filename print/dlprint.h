@@ -71,8 +71,8 @@ class TF_dlprint : public QDialog {
     QString cancelled;
     QString failed;
   };
-  using KeepGoing = std::function<bool(int page)>;
-  using Output = std::function<OutputEnd(PrintedPages& pages, const KeepGoing& keep_going)>;
+  using BeforePage = std::function<bool(int page)>;
+  using Output = std::function<OutputEnd(PrintedPages& pages, const BeforePage& keep_going)>;
   // Does the output with a progress that can be cancelled, and tells how it ended.
   void PutOut(const QPageLayout& page, const OutputTexts& texts, const Output& output);
 

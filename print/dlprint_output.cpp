@@ -59,7 +59,7 @@ void TF_dlprint::BitBtnPdfClick() {
           .done = u"Gespeichert: %1"_s.arg(QFileInfo(path).fileName()),
           .cancelled = u"Abgebrochen, die Datei ist wie zuvor"_s,
           .failed = u"Die Datei kann nicht geschrieben werden:\n%1"_s.arg(path)},
-         [&](PrintedPages& pages, const KeepGoing& keep_going) {
+         [&](PrintedPages& pages, const BeforePage& keep_going) {
            return WritePdf(path, PageLayout(), pages, pages.order().title, keep_going);
          });
 }
@@ -100,7 +100,7 @@ void TF_dlprint::Print() {
           .done = u"An den Drucker gegeben"_s,
           .cancelled = u"Drucken abgebrochen"_s,
           .failed = u"Drucken ist nicht möglich."_s},
-         [&](PrintedPages& pages, const KeepGoing& keep_going) {
+         [&](PrintedPages& pages, const BeforePage& keep_going) {
            const auto go_on = [&](int page) { return keep_going(page) || (printer_->abort(), false); };
            return PrintPages(*printer_, pages, numbers, go_on);
          });
