@@ -122,8 +122,10 @@ bool AnswerWindow::eventFilter(QObject* watched, QEvent* event) {
   if (auto* field = qobject_cast<QLineEdit*>(watched); field != nullptr && event->type() == QEvent::Resize) {
     DressVerdict(*field);
   }
-  if (event->type() == QEvent::ShortcutOverride && IsLearningKey(*static_cast<QKeyEvent*>(event))) {
-    event->accept();
+  if (event->type() == QEvent::ShortcutOverride) {
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    if (!IsLearningKey(key)) return QWidget::eventFilter(watched, event);
+    event->setAccepted(!LeaveToLearning(key));
     return true;
   }
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);

@@ -28,7 +28,8 @@ struct AnswerSurroundings {
 };
 
 // A window in which the learner answers: docked into the learning window, or floating over it. While it has the focus
-// none of the learning keys acts; Enter presses the focused button, and a key that is held down does nothing more.
+// the learning keys do not act, but for those that it leaves to learning; Enter presses the focused button, and a key
+// that is held down does nothing more.
 class AnswerWindow : public QWidget {
   Q_OBJECT
 
@@ -70,6 +71,8 @@ class AnswerWindow : public QWidget {
   // one that explains.
   void DressHeader(QLabel& title, QToolButton& floats, QToolButton& closes, QToolButton& helps);
   void WatchKeys();
+  // Whether this learning key is to act in the learning window though a control of this window has the focus.
+  virtual bool LeaveToLearning(const QKeyEvent& /*key*/) { return false; }
   // A key in any of its controls, before these get it. True: it is done with.
   virtual bool KeyPressed(QKeyEvent& event) = 0;
 

@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <algorithm>
+#include <utility>
 
 #include "answer/typed_answer.h"
 #include "answer/typed_text.h"
@@ -66,8 +67,9 @@ QString ComparisonText(const TypedComparison& compared, CodePage page, const QPa
   const QString mark =
       alike ? u"<u style=\"color:%1\">"_s.arg(colour(Accent::Known)) : u"<u style=\"text-decoration:none\">"_s;
   const QString answer = Marked(compared.answer, page, mark, u"</u>"_s);
-  return u"<table cellspacing=0><tr><td>Getippt:&nbsp;</td><td>%1</td></tr>"
-         u"<tr><td>Antwort:&nbsp;</td><td>%2</td></tr></table>"_s.arg(typed, OneLine(answer));
+  // The next question is on screen by then.
+  return u"<table cellspacing=0><tr><td rowspan=2>Vorige Karte&nbsp;&nbsp;&nbsp;</td><td>Getippt:&nbsp;</td>"
+         u"<td>%1</td></tr><tr><td>Antwort:&nbsp;</td><td>%2</td></tr></table>"_s.arg(typed, OneLine(answer));
 }
 
 }  // namespace
@@ -84,6 +86,7 @@ TF_wnvgl::TF_wnvgl(const AnswerSurroundings& around, bool& input_check_on)
   connect(ui_->RichEditVgl, &QLineEdit::textChanged, this, &TF_wnvgl::RichEditVglChange);
   connect(ui_->BitBtnHand, &QAbstractButton::clicked, this, [this] {
     around_.learning.ShowAnswer();
+    typed_since_ = false;
     TakeFocus();
   });
   connect(ui_->BitBtnWeissIch, &QAbstractButton::clicked, this, [this] { Judge(true); });
@@ -108,6 +111,8 @@ void TF_wnvgl::ReadSettings() {
 
 void TF_wnvgl::CardCame() {
   ClearInput();
+  answer_seen_ = false;
+  keeps_focus_ = false;
   SideCame();
   for (QWidget* part : {static_cast<QWidget*>(ui_->RichEditVgl), static_cast<QWidget*>(ui_->BitBtnHand),
                         static_cast<QWidget*>(ui_->BitBtnWeissIch), static_cast<QWidget*>(ui_->BitBtnLerneIch)}) {
@@ -118,6 +123,11 @@ void TF_wnvgl::CardCame() {
 void TF_wnvgl::SideCame() {
   key_ = around_.learning.SecondSide();
   page_ = around_.learning.Card().second_page;
+  if (!around_.learning.Card().first_side) {
+    answer_seen_ = true;
+    typed_since_ = false;
+  }
+  if (std::exchange(keeps_focus_, false)) TakeFocus();
 }
 
 void TF_wnvgl::TakeFocus() {
@@ -135,6 +145,7 @@ void TF_wnvgl::ClearInput() {
 }
 
 void TF_wnvgl::RichEditVglChange() {
+  typed_since_ = true;
   EndComparison();
   ShowVerdict(*ui_->StatusBarVgl, {}, Verdict::Plain);
   if (!input_check_on_) return;
@@ -190,6 +201,16 @@ void TF_wnvgl::AnswerGiven() {
 void TF_wnvgl::EndComparison() {
   comparison_end_.stop();
   ui_->LabelVergleich->clear();
+}
+
+// Once the answer was seen there is nothing more to write, unless the learner goes on typing.
+bool TF_wnvgl::LeaveToLearning(const QKeyEvent& key) {
+  const bool writes = !key.text().isEmpty() && key.text().at(0).isPrint();
+  if (!answer_seen_ || writes) return false;
+  const QLineEdit& input = *ui_->RichEditVgl;
+  const bool moves = key.key() == Qt::Key_Home || key.key() == Qt::Key_End;
+  if (input.hasFocus()) return keeps_focus_ = !typed_since_ && (!moves || input.text().isEmpty());
+  return key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter;  // these press the button
 }
 
 bool TF_wnvgl::KeyPressed(QKeyEvent& event) {

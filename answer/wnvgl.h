@@ -25,7 +25,7 @@ class TF_wnvgl : public AnswerWindow {
 
   void CardCame() override;
   void SideCame() override;
-  // Shows what was typed beside the answer, for three seconds or up to the next key.
+  // Shows what was typed beside the answer to that card, for three seconds or up to the next key.
   void AnswerGiven() override;
   void ReadSettings() override;
   void TakeFocus() override;
@@ -37,6 +37,7 @@ class TF_wnvgl : public AnswerWindow {
   void SignWanted();
 
  protected:
+  bool LeaveToLearning(const QKeyEvent& key) override;
   bool KeyPressed(QKeyEvent& event) override;
 
  private:
@@ -51,8 +52,11 @@ class TF_wnvgl : public AnswerWindow {
   bool& input_check_on_;
   size_t blank_limit_ = 2;
   Tolerance tolerance_;
-  std::string key_;  // the side of the card that is to be known
-  CodePage page_;    // of the key
+  std::string key_;           // the side of the card that is to be known
+  CodePage page_;             // of the key
+  bool answer_seen_ = false;  // of the card on screen
+  bool typed_since_ = false;  // since the answer was shown last
+  bool keeps_focus_ = false;  // when a key that it left to learning shows another side
   QTimer comparison_end_;
 };
 

@@ -46,6 +46,15 @@ TEST_F(AnswerModesTest, TypedWordIsCheckedWithEveryKey) {
   EXPECT_EQ(Answers(), "--");
   Click(u"BitBtnHand"_s);
   EXPECT_EQ(Focused(), u"RichEditVgl"_s);
+  for (const QString& side : {u"Frageseite"_s, u"Antwortseite"_s}) {
+    Key(Qt::Key_Backspace);
+    EXPECT_EQ(Text(u"LabelSeite"_s), side) << "there is nothing more to write";
+  }
+  Key(Qt::Key_Home);
+  Type("z");
+  Key(Qt::Key_Backspace);
+  Key(Qt::Key_Delete);
+  EXPECT_EQ(input.text(), u"us d"_s) << "whoever goes on writing keeps the keys";
   Key(Qt::Key_Return);
   Key(Qt::Key_Tab);
   EXPECT_EQ(Focused(), u"BitBtnLerneIch"_s);
@@ -55,9 +64,15 @@ TEST_F(AnswerModesTest, TypedWordIsCheckedWithEveryKey) {
   EXPECT_EQ(Answers(), "f-");
   EXPECT_EQ(Focused(), u"RichEditVgl"_s);
   EXPECT_EQ(input.text(), QString());
-  EXPECT_TRUE(Text(u"LabelVergleich"_s).contains(u"Getippt"_s));
+  EXPECT_TRUE(Text(u"LabelVergleich"_s).contains(u"Vorige Karte"_s));
   Type("z");
   EXPECT_EQ(Text(u"LabelVergleich"_s), QString()) << "until the first key";
+  Key(Qt::Key_Backspace);
+  Key(Qt::Key_Delete);
+  EXPECT_EQ(Answers(), "f-") << "the answer was not seen";
+  Click(u"BitBtnHand"_s);
+  Key(Qt::Key_Delete);
+  EXPECT_EQ(Answers(), "ff");
 }
 
 TEST_F(AnswerModesTest, SpecialCharactersGoIntoTheTypedLine) {
