@@ -15,6 +15,7 @@ constexpr size_t kPool = 24;       // answers that the wrong ones are drawn from
 constexpr size_t kLookedAt = 200;  // cards that are looked at for them
 constexpr size_t kMostRead = 600;  // bytes of a side
 constexpr size_t kMostShown = 120;
+constexpr int kAtOnce = 100'000;  // cards
 
 std::string_view WithoutOpenTag(std::string_view side) {
   const size_t tag = side.rfind('<');
@@ -62,17 +63,25 @@ struct AnswerOffer::Asked {
 AnswerOffer::AnswerOffer(CardFile& file) : file_(file), watch_(file.watchers(), *this) {}
 
 void AnswerOffer::RowsShifted(const RowShift& /*shift*/) {
-  similar_ = {};
+  Forget();
+}
+
+void AnswerOffer::Forget() {
+  for (std::optional<SimilarCards>& similar : similar_) similar.reset();
 }
 
 void AnswerOffer::CardsChanged(std::span<const int> /*rows*/, std::span<const int> columns) {
   const CardColumns& known = file_.columns();
   for (const int column : columns) {
-    if (column == known.topic || column == known.question || column == known.answer) similar_ = {};
+    if (column == known.topic || column == known.question || column == known.answer) Forget();
   }
 }
 
-const SimilarCards& AnswerOffer::Similar(bool sides_swapped) {
+bool AnswerOffer::Prepare(bool sides_swapped, int cards) {
+  return Similar(sides_swapped).Step(cards);
+}
+
+SimilarCards& AnswerOffer::Similar(bool sides_swapped) {
   std::optional<SimilarCards>& similar = similar_[sides_swapped ? 1 : 0];
   if (!similar || similar->RowCount() != file_.cards().RowCount()) {
     similar.emplace(file_, sides_swapped ? file_.columns().question : file_.columns().answer);
@@ -105,6 +114,7 @@ std::optional<OfferedAnswers> AnswerOffer::Make(const CardOnScreen& card, Random
   Asked asked = {.card = card,
                  .question = card.first_page.Folded(OfferedText(FirstSide(cards, row, card))),
                  .taken = {card.second_page.Folded(right)}};
+  while (Prepare(card.sides_swapped, kAtOnce)) continue;
   const SimilarCards& similar = Similar(card.sides_swapped);
   OfferedAnswers offered;
   constexpr size_t kOthers = kMostOffered - 1;

@@ -28,12 +28,16 @@ struct OfferedAnswers {
 // few of all others some with about as many letters. A card whose answer would be right, too, because it asks the same,
 // is none of them, nor is one that learning leaves out, or whose answer is a key.
 //
-// It looks at all cards when it is asked first, and again after cards came, went or were edited; else at a few hundred.
+// It looks at all cards once, and again after cards came, went or were edited; for each offer at a few hundred.
 // Deliberate: the topics of that moment count. What learning itself writes there since is a box, no topic.
 class AnswerOffer : private CardWatcher {
  public:
   // The file must outlive it.
   explicit AnswerOffer(CardFile& file);
+
+  // Looks at so many cards more, for offers to cards of which this side comes first. False: it knows them all, and Make
+  // answers at once.
+  bool Prepare(bool sides_swapped, int cards);
 
   // At most kMostOffered answers, at least two, in the code page of the card's second side, the right one equally
   // likely at every place. Nothing where there is none to choose: no card, an answer that is a key or has no letters,
@@ -43,9 +47,10 @@ class AnswerOffer : private CardWatcher {
  private:
   struct Asked;
 
-  const SimilarCards& Similar(bool sides_swapped);
+  SimilarCards& Similar(bool sides_swapped);
   // Those among `rows` that may be offered, up to `most`.
   std::vector<std::string> Usable(std::span<const int> rows, Asked& asked) const;
+  void Forget();
   void RowsShifted(const RowShift& shift) override;
   void CardsChanged(std::span<const int> rows, std::span<const int> columns) override;
 

@@ -1,8 +1,8 @@
 #include "answer/similar_cards.h"
 
 #include <algorithm>
+#include <numeric>
 #include <string_view>
-#include <unordered_map>
 
 #include "cards/card_reader.h"
 
@@ -41,27 +41,44 @@ std::vector<uint32_t> SortedBy(const std::vector<uint32_t>& keys, std::vector<ui
 
 }  // namespace
 
-SimilarCards::SimilarCards(const CardFile& file, int side) {
-  const CardTable& cards = file.cards();
-  const auto count = static_cast<size_t>(CardReader(file).Count());
-  std::unordered_map<std::string_view, uint32_t> numbers;
-  std::string_view last;
-  uint32_t number = 0;
-  for (size_t i = 0; i < count; ++i) {
-    const int row = static_cast<int>(i) + kFirstCardRow;
-    cards.Expect(row + CardTable::kAhead);
-    letters_.push_back(LettersOf(cards.Peek(side, row)));
-    const std::string_view topic = cards.Peek(file.columns().topic, row);
-    const auto next = static_cast<uint32_t>(numbers.size());
-    // Cards of a topic mostly stand beside each other.
-    if (i == 0 || topic != last) number = numbers.try_emplace(topic, next).first->second;
-    last = topic;
-    topics_.push_back(number);
-    by_letters_.push_back(static_cast<uint32_t>(i));
+SimilarCards::SimilarCards(const CardFile& file, int side)
+    : file_(file), side_(side), count_(static_cast<size_t>(CardReader(file).Count())) {
+  letters_.reserve(count_);
+  topics_.reserve(count_);
+}
+
+bool SimilarCards::Step(int cards) {
+  const bool at_once = count_ <= static_cast<size_t>(cards);
+  if (letters_.size() < count_) {
+    const size_t end = std::min(count_, letters_.size() + static_cast<size_t>(cards));
+    while (letters_.size() < end) LookAt(letters_.size());
+    if (!at_once) return true;
   }
-  by_letters_ = SortedBy(letters_, BeginsOf(letters_, kMostLetters + 1), by_letters_);
-  topic_begins_ = BeginsOf(topics_, numbers.size());
-  by_topic_ = SortedBy(topics_, topic_begins_, by_letters_);
+  if (by_letters_.size() < count_) {
+    Order all(count_);
+    std::iota(all.begin(), all.end(), 0U);
+    by_letters_ = SortedBy(letters_, BeginsOf(letters_, kMostLetters + 1), all);
+    if (!at_once) return true;
+  }
+  if (by_topic_.size() < count_) {
+    topic_begins_ = BeginsOf(topics_, numbers_.size());
+    by_topic_ = SortedBy(topics_, topic_begins_, by_letters_);
+  }
+  return false;
+}
+
+void SimilarCards::LookAt(size_t card) {
+  const CardTable& table = file_.cards();
+  const int row = static_cast<int>(card) + kFirstCardRow;
+  table.Expect(row + CardTable::kAhead);
+  letters_.push_back(LettersOf(table.Peek(side_, row)));
+  const std::string_view topic = table.Peek(file_.columns().topic, row);
+  // Cards of a topic mostly stand beside each other.
+  if (card == 0 || topic != last_topic_) {
+    last_topic_ = topic;
+    last_number_ = numbers_.try_emplace(last_topic_, static_cast<uint32_t>(numbers_.size())).first->second;
+  }
+  topics_.push_back(last_number_);
 }
 
 std::vector<int> SimilarCards::OfTopic(int row, size_t most) const {

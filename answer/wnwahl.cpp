@@ -20,6 +20,9 @@ namespace {
 
 constexpr KeptPlace kFirstPlace = {.x = 76, .y = 572, .width = 580, .height = 154};
 
+constexpr int kPreparedAtOnce = 10'000;  // cards; no wait that anyone feels
+constexpr int kPreparedInAStep = 1000;
+
 const QString kRightText = u"Antwort war richtig, nächste Karte ist angezeigt"_s;
 const QString kWrongText = u"Fehler - richtige Antwort ist angezeigt - weiter n u r  mit <weiter>"_s;
 
@@ -40,6 +43,7 @@ TF_wnwahl::TF_wnwahl(const AnswerSurroundings& around, CardFile& file, Random& r
       ui_(std::make_unique<Ui::TF_wnwahl>()),
       offers_(keys::kOfferAnswers.Read(around.settings.ini)),
       offer_(file),
+      preparation_(around.clock, this),
       random_(random) {
   ui_->setupUi(this);
   DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->SpeedButtonClose, *ui_->SpeedButtonHelp);
@@ -119,15 +123,20 @@ void TF_wnwahl::PageChanged() {
 
 void TF_wnwahl::ShowHint() {
   ui_->StatusBarSelect->setPlaceholderText(
-      offered_                        ? u"Antwort wählen (A bis %1)"_s.arg(ui_->PanelAntworten->LastLetter())
+      preparation_.Running()          ? u"Antworten zum Auswählen werden gesucht …"_s
+      : offered_                      ? u"Antwort wählen (A bis %1)"_s.arg(ui_->PanelAntworten->LastLetter())
       : Page() == ChoicePage::Numbers ? u"Zahl wählen (Ziffer); mehrere: ankreuzen und prüfen (Eingabetaste)"_s
                                       : u"Buchstaben wählen; mehrere: ankreuzen und prüfen (Eingabetaste)"_s);
 }
 
-// For the card on screen. The offered answers stand in the place of letters, numbers and boxes.
+// For the card on screen; while a long card file is being looked at there is none yet. The offered answers stand in the
+// place of letters, numbers and boxes.
 void TF_wnwahl::MakeOffer() {
   const CardOnScreen card = around_.learning.Card();
-  offered_ = offers_ && Asks() ? offer_.Make(card, random_) : std::nullopt;
+  preparation_.Stop();
+  const bool wanted = offers_ && Asks();
+  if (wanted && offer_.Prepare(card.sides_swapped, kPreparedAtOnce)) PrepareOffer();
+  offered_ = wanted && !preparation_.Running() ? offer_.Make(card, random_) : std::nullopt;
   if (offered_) ui_->PanelAntworten->Offer(*offered_, card.second_page);
   ui_->PanelAntworten->setVisible(offered_.has_value());
   for (QWidget* part : {static_cast<QWidget*>(ui_->PageControlSelect), static_cast<QWidget*>(ui_->PanelCheck),
@@ -135,6 +144,18 @@ void TF_wnwahl::MakeOffer() {
     part->setVisible(!offered_);
   }
   ShowHint();
+}
+
+void TF_wnwahl::PrepareOffer() {
+  const bool swapped = around_.learning.Card().sides_swapped;
+  preparation_.Begin([this, swapped] { return offer_.Prepare(swapped, kPreparedInAStep); },
+                     [this] {
+                       // Who is answering the card by its letters or numbers goes on.
+                       if (!around_.gate.SelectError() && Ticked().none()) MakeOffer();
+                       ShowHint();
+                       ShowStatus();
+                       Q_EMIT OfferDecided();
+                     });
 }
 
 void TF_wnwahl::ReadSettings() {
@@ -158,11 +179,12 @@ void TF_wnwahl::CardCame() {
 
 void TF_wnwahl::SwitchedOff() {
   if (around_.gate.SelectError()) BitBtnLerneIchClick();
+  preparation_.Stop();
 }
 
 bool TF_wnwahl::CanAnswer() const {
   const std::string_view key = around_.learning.SecondSide();
-  return Asks() && (offered_ || CanBeRight(key, ChoicePage::Numbers, KeyPage()) ||
+  return Asks() && (offered_ || preparation_.Running() || CanBeRight(key, ChoicePage::Numbers, KeyPage()) ||
                     CanBeRight(key, ChoicePage::Letters, KeyPage()));
 }
 
@@ -266,7 +288,8 @@ Ticks TF_wnwahl::Ticked() const {
 }
 
 void TF_wnwahl::ShowStatus(ChoiceStatus after) {
-  const bool possible = offered_ || CanBeRight(around_.learning.SecondSide(), Page(), KeyPage());
+  const bool possible =
+      offered_ || preparation_.Running() || CanBeRight(around_.learning.SecondSide(), Page(), KeyPage());
   around_.gate.SetStatus(!around_.gate.ChoiceVisible() ? ChoiceStatus::None
                          : possible                    ? after
                                                        : ChoiceStatus::NoChoice);

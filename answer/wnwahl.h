@@ -6,6 +6,7 @@
 #include "answer/answer_offer.h"
 #include "answer/answer_window.h"
 #include "answer/choice.h"
+#include "widgets/sliced_work.h"
 
 class QCheckBox;
 
@@ -37,6 +38,8 @@ class TF_wnwahl : public AnswerWindow {
  Q_SIGNALS:
   // The gate has another status.
   void StatusChanged();
+  // Beside what the learner did it was found whether there are answers to choose.
+  void OfferDecided();
 
  protected:
   bool KeyPressed(QKeyEvent& event) override;
@@ -50,6 +53,7 @@ class TF_wnwahl : public AnswerWindow {
   void PageChanged();
   void ShowHint();
   void MakeOffer();
+  void PrepareOffer();
   bool MayChoose() const;
   void ChoiceClick(size_t choice, QToolButton& button);
   void OfferedClick(size_t place);
@@ -73,6 +77,7 @@ class TF_wnwahl : public AnswerWindow {
   size_t box_ = 0;  // the one that the keys tick
   bool offers_ = false;
   AnswerOffer offer_;
+  SlicedWork preparation_;  // of the offer
   Random& random_;
   std::optional<OfferedAnswers> offered_;  // for the card on screen
 };

@@ -130,6 +130,7 @@ void AnswerModes::MakeWindow(AnswerMode mode) {
 std::unique_ptr<AnswerWindow> AnswerModes::MakeChoice() {
   auto window = std::make_unique<TF_wnwahl>(around_, file_, random_);
   connect(window.get(), &TF_wnwahl::StatusChanged, &learning_, &TF_wnlern::ShowChoiceStatus);
+  connect(window.get(), &TF_wnwahl::OfferDecided, this, &AnswerModes::GiveFocus);
   return window;
 }
 
@@ -167,6 +168,10 @@ void AnswerModes::Place() {
 void AnswerModes::CardShown() {
   if (Window() == nullptr) return;
   Window()->CardCame();
+  GiveFocus();
+}
+
+void AnswerModes::GiveFocus() {
   // Who works in another window meanwhile, as in the editor, goes on there.
   const QWidget* active = QApplication::activeWindow();
   if (active == nullptr || active == &learning_ || active == Window()) TakeFocus();

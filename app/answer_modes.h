@@ -34,6 +34,8 @@ class AnswerModes : public QObject {
   void SettingsChanged();
   // Gives the keyboard to the window in which the card on screen is answered.
   void TakeFocus();
+  // The same, unless someone works in another window.
+  void GiveFocus();
 
  private:
   static constexpr size_t kModes = 4;  // of AnswerMode, the first without a window

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "outlook/card_lines.h"
-#include "outlook/sliced_work.h"
+#include "widgets/sliced_work.h"
 #include "settings/learning_parameters.h"
 #include "settings/program_settings.h"
 

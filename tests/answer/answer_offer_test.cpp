@@ -28,6 +28,8 @@ class Offered : public testing::Test {
   // For the card of a number from 1 on. The wrong ones, in order; none where nothing is offered. The right one is
   // checked.
   Texts Wrong(int card, const std::string& right, bool swapped = false) {
+    // Whatever was looked at beforehand.
+    (void)offer.Prepare(swapped, 2);
     std::optional<OfferedAnswers> offered =
         offer.Make({.row = card + kFirstCardRow - 1, .sides_swapped = swapped}, random);
     if (!offered) return {};

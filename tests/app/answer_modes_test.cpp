@@ -117,6 +117,17 @@ TEST_F(AnswerModesTest, BoxesAreTickedBySpaceAndJudgedByEnter) {
   EXPECT_EQ(Answers(), "wf-");
 }
 
+TEST_F(AnswerModesTest, AnswersAmongVeryManyCardsAreOfferedAsSoonAsTheyAreFound) {
+  keys::kOfferAnswers.Write(true, program.settings().ini);
+  std::vector<TestCard> cards(10'001, TestCard{.question = "?", .answer = "Haus"});
+  cards[0].question = "!";
+  cards[5].answer = "Baum";
+  Learn(cards, Qt::Key_1);
+  EXPECT_TRUE(Find<QLineEdit>(u"StatusBarSelect"_s).placeholderText().endsWith(u"gesucht …"_s));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return Find<QWidget>(u"PanelAntworten"_s).isVisible(); }));
+  EXPECT_EQ(Find<QWidget>(u"ButtonAntwortA"_s).accessibleName().left(3), u"A: "_s);
+}
+
 TEST_F(AnswerModesTest, AnswersOfOtherCardsAreOfferedAndJudgedAsAKey) {
   keys::kOfferAnswers.Write(true, program.settings().ini);
   Learn({AskedCard(1, "house", "Haus & Hof"), AskedCard(2, "tree", "Baum"), AskedCard(3, "A oder B?", "b"),

@@ -1,4 +1,4 @@
-#include "outlook/sliced_work.h"
+#include "widgets/sliced_work.h"
 
 #include "widgets/long_work.h"
 
