@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QPushButton>
 
+#include "app/dlzeichen.h"
 #include "platform/disk.h"
 #include "store/file/card_file.h"
 #include "ui_dlneu.h"
@@ -25,6 +26,7 @@ TF_dlneu::TF_dlneu(Messages& messages, const std::filesystem::path& folder, QWid
   ui_->setupUi(this);
   ui_->EditFolder->setText(QDir::toNativeSeparators(FromPath(folder)));
   ui_->ButtonBox->button(QDialogButtonBox::Ok)->setText(u"&Anlegen"_s);
+  for (QComboBox* sets : {ui_->ZeichensatzV, ui_->ZeichensatzH}) sets->addItems(CharacterSetNames());
   connect(ui_->EditName, &QLineEdit::textChanged, this, &TF_dlneu::EditChange);
   connect(ui_->EditFolder, &QLineEdit::textChanged, this, &TF_dlneu::EditChange);
   connect(ui_->ButtonFolder, &QPushButton::clicked, this, &TF_dlneu::ButtonFolderClick);
@@ -37,6 +39,11 @@ std::filesystem::path TF_dlneu::path() const {
   const std::filesystem::path name = ToPath(ui_->EditName->text().trimmed());
   const std::filesystem::path path = ToPath(QDir::fromNativeSeparators(ui_->EditFolder->text().trimmed())) / name;
   return HasCardFileType(path) ? path : std::filesystem::path(path.string() + ".mlb");
+}
+
+SideCodePages TF_dlneu::code_pages() const {
+  const auto chosen = [](const QComboBox& sets) { return CodePage(static_cast<CharacterSet>(sets.currentIndex())); };
+  return {chosen(*ui_->ZeichensatzV), chosen(*ui_->ZeichensatzH)};
 }
 
 void TF_dlneu::ButtonFolderClick() {

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <memory>
 
+#include "platform/side_code_page.h"
+
 namespace Ui {
 class TF_dlneu;
 }
@@ -12,7 +14,8 @@ namespace tessaro {
 
 class Messages;
 
-// Asks for the name and the folder of a new card file. A file that exists is only taken after a question.
+// Asks for the name, the folder and the character sets of a new card file. A file that exists is only taken after a
+// question.
 class TF_dlneu : public QDialog {
   Q_OBJECT
 
@@ -22,6 +25,8 @@ class TF_dlneu : public QDialog {
 
   // The card file to be made; its folder exists. Of value after accept.
   std::filesystem::path path() const;
+  // Those of its sides.
+  SideCodePages code_pages() const;
   void accept() override;
 
  private:

@@ -157,6 +157,10 @@ bool TF_dlopt::AskForTexts() {
     lacking = FindLacking(*places_.cards, to, [&work](int row) { return work.GoesOn(row); });
   }
   if (lacking.cancelled) return false;
+  if (lacking.alike) {
+    code_page_change_ = {to, false};
+    return true;
+  }
   TF_dlzeichen dialog(*places_.cards, to, lacking, this);
   if (dialog.exec() != QDialog::Accepted) return false;
   code_page_change_ = {to, dialog.convert()};

@@ -8,10 +8,10 @@
 
 #include "learn/outlook_lines.h"
 #include "outlook/deck_outlook.h"
-#include "widgets/sliced_work.h"
 #include "platform/clock.h"
 #include "settings/program_settings.h"
 #include "store/file/card_file.h"
+#include "widgets/sliced_work.h"
 
 namespace tessaro {
 

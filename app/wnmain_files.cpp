@@ -210,6 +210,8 @@ void TF_wnmain::FileNewExecute() {
   if (!file_.CreateNew(dialog.path())) {
     return program_.messages().Error(this, FailureText(SaveResult::CardsFailed, dialog.path()));
   }
+  WriteCodePages(dialog.code_pages(), file_.settings());
+  (void)file_.SaveSettings();
   AddRecentFile(program_.settings().ini, file_.paths().cards);
   program_.SaveSettings();
   ShowState();

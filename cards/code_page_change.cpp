@@ -63,6 +63,15 @@ std::string SumOf(const CardFile& file) {
   return sum.Text();
 }
 
+bool ReadsAlike(std::string_view side, CodePage from, CodePage to) {
+  bool alike = true;
+  ForEachPart(side, [&](std::string_view part, bool tag) {
+    const auto same = [&](char c) { return from.CharacterOf(c) == to.CharacterOf(c); };
+    alike = alike && (tag || std::all_of(part.begin(), part.end(), same));
+  });
+  return alike;
+}
+
 }  // namespace
 
 std::optional<std::string> ConvertedSide(std::string_view side, CodePage from, CodePage to) {
@@ -90,6 +99,7 @@ LackingText FindLacking(const CardFile& file, const SideCodePages& to, const Kee
   LackingText lacking;
   const auto look = [&](int row, SideName name, std::string_view side, CodePage old_page, CodePage new_page) {
     if (old_page == new_page) return;
+    lacking.alike = lacking.alike && ReadsAlike(side, old_page, new_page);
     std::u16string characters = LackingOnSide(side, old_page, new_page);
     if (characters.empty()) return;
     if (lacking.listed.size() < LackingText::kMostListed) lacking.listed.push_back({row, name, std::move(characters)});

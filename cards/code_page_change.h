@@ -32,6 +32,8 @@ struct LackingText {
   static constexpr size_t kMostListed = 100;
 
   bool cancelled = false;
+  // Nothing at all would look otherwise: each byte of the texts is the same character in the old and the new page.
+  bool alike = true;
   int64_t sides = 0;
   std::vector<LackingSide> listed;  // the first of them
 };

@@ -38,15 +38,18 @@ QString NoNumberLeftText() {
 }
 
 QString LeftOutText(const QString& characters) {
+  constexpr qsizetype kMostNamed = 40;
   QString shown;
-  for (const QChar letter : characters.left(20)) {
+  for (const QChar letter : characters.left(kMostNamed)) {
     if (letter.isSurrogate() || !letter.isPrint()) {
       shown += u" U+"_s + QString::number(letter.unicode(), 16).toUpper();
     } else {
       shown += u' ' + QString(letter);
     }
   }
-  return u"Weggelassen, weil die Kartei diese Zeichen nicht kennt:%1"_s.arg(shown);
+  if (characters.size() > kMostNamed) shown += u" …"_s;
+  return u"Weggelassen, da nicht im Zeichensatz der Seite:%1 (zu ändern im Hauptfenster: Extras, Optionen, Karten)"_s
+      .arg(shown);
 }
 
 QString TargetMissingText() {

@@ -15,7 +15,8 @@ QString EmptySideHint(bool front_empty, bool back_empty, int position);
 QString EmptySidesHint(int position);
 // No card can be made any more, for want of numbers.
 QString NoNumberLeftText();
-// These characters were left out, since card files cannot hold them; of many only the first are named.
+// These characters were left out, since the code page of the side has none of them, and where to choose another one; of
+// many only the first are named.
 QString LeftOutText(const QString& characters);
 // A link names a card that is not there.
 QString TargetMissingText();

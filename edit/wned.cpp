@@ -114,8 +114,12 @@ void TF_wned::ConnectSides() {
   });
   connect(&sides_, &EditedSides::Activated, this, &TF_wned::ShowLength);
   connect(&sides_, &EditedSides::LinkClicked, this, &TF_wned::FollowLink);
-  connect(&sides_, &EditedSides::ForeignLeftOut, this,
-          [this](const QString& left_out) { ShowStatus(LeftOutText(left_out)); });
+  connect(&sides_, &EditedSides::ForeignLeftOut, this, [this](const QString& characters) {
+    for (const QChar letter : characters) {
+      if (!left_out_.contains(letter)) left_out_ += letter;
+    }
+    ShowStatus(LeftOutText(left_out_));
+  });
   connect(&sides_, &EditedSides::FilesDropped, this, &TF_wned::DropFiles);
   connect(&sides_, &EditedSides::PicturePasted, this,
           [this](const QImage& picture) { InsertMedia(media_.PastedTag(picture, desk_.id(), this)); });
@@ -159,6 +163,7 @@ void TF_wned::ShowCard() {
 // Shows the sides as the cards have them; what was typed is stored by then.
 void TF_wned::ShowSides() {
   const bool other = std::exchange(shown_, desk_.id()) != desk_.id();
+  if (other) left_out_.clear();
   for (const EditSide side : {EditSide::Front, EditSide::Back}) {
     const std::string text = desk_.Shown(side);
     SideField& shown = sides_.field(side);
@@ -233,8 +238,10 @@ bool TF_wned::StoreSide() {
 void TF_wned::TellStored(StoreOutcome outcome, const QString& hint) {
   if (outcome == StoreOutcome::Failed) ShowStatus(u"Update fehlgeschlagen"_s);
   if (outcome != StoreOutcome::Saved) return;
-  const QString saved = u"Änderung in Karte %1 gespeichert"_s.arg(FromBytes(desk_.id()));
-  ShowStatus(hint.isEmpty() ? saved : saved + u". "_s + hint);
+  QStringList told = {u"Änderung in Karte %1 gespeichert"_s.arg(FromBytes(desk_.id()))};
+  if (!hint.isEmpty()) told << hint;
+  if (!left_out_.isEmpty()) told << LeftOutText(std::exchange(left_out_, {}));
+  ShowStatus(told.join(u". "_s));
   ShowCommands();
   setWindowModified(file_.changed());
 }

@@ -151,6 +151,7 @@ class TF_wned : public QMainWindow, private CardWatcher {
   std::unique_ptr<TF_wntab> table_window_;
   std::unique_ptr<TF_wnsign> sign_window_;
   std::string shown_;   // ID of the card whose texts are shown
+  QString left_out_;    // each character that did not come into its sides since they were stored
   bool ready_ = false;  // all of the window is made
   bool busy_ = false;   // a command of the editor itself changes the cards
 };

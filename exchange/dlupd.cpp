@@ -236,7 +236,7 @@ void TF_dlupd::BitBtnZielMarkierenClick() {
 bool TF_dlupd::MayTakeEdits() {
   for (QTextEdit* edit : Texts()) {
     if (!edit->document()->isModified() || ToBytes(SideText(*edit), PageOf(*edit))) continue;
-    ties_.messages.Error(this, u"Der Text enthält Zeichen, die eine Kartei nicht halten kann."_s);
+    ties_.messages.Error(this, u"Der Text enthält Zeichen, die nicht im Zeichensatz der Seite stehen."_s);
     edit->setFocus();
     return false;
   }

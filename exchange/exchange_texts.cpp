@@ -62,8 +62,10 @@ QString ReplacementText(const ForeignText& text) {
                               example.by.empty() ? u"nichts"_s : FromBytes(example.by));
   }
   if (parts.isEmpty()) return {};
-  return u"%1 Zeichen kann eine Kartei nicht halten, ersetzt würden sie so: %2."_s.arg(NumberText(text.replaced),
-                                                                                       parts.join(u", "_s));
+  return u"Nicht im Zeichensatz der Kartei: %1 Zeichen. Ersetzt würden sie so: %2. Einen anderen Zeichensatz wählen "
+         u"Sie "
+         u"zuerst im Hauptfenster unter Extras, Optionen, Karten."_s.arg(NumberText(text.replaced),
+                                                                         parts.join(u", "_s));
 }
 
 QString FaultText(LineFault fault) {

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "outlook/card_lines.h"
-#include "widgets/sliced_work.h"
 #include "settings/learning_parameters.h"
 #include "settings/program_settings.h"
+#include "widgets/sliced_work.h"
 
 namespace tessaro {
 

@@ -12,11 +12,12 @@ namespace {
 
 class CharacterSets : public MainWindow {
  protected:
-  // Chooses a set for the backs in the options, and answers the question about the texts.
-  void Choose(CharacterSet set, const std::function<void(TF_dlzeichen&)>& answer) {
+  // Chooses a set for the backs in the options, and answers the question about the texts, if there is one.
+  void Choose(CharacterSet set, const std::function<void(TF_dlzeichen&)>& answer = {}) {
     DriveDialog<TF_dlopt>([this] { program.ShowOptions(); },
                           [&](TF_dlopt& options) {
                             Control<QComboBox>(options, u"ZeichensatzH"_s).setCurrentIndex(static_cast<int>(set));
+                            if (!answer) return Press(options);
                             DriveDialog<TF_dlzeichen>([&] { Press(options); }, answer);
                           });
   }
@@ -49,6 +50,13 @@ TEST_F(CharacterSets, TextsReadAnewKeepTheirBytes) {
   EXPECT_NE(disk.Content(kIni)->find("Charset=204"), std::string::npos);
 }
 
+TEST_F(CharacterSets, NothingIsAskedWhereNoTextWouldLookOtherwise) {
+  Open({{.question = "\xFC", .answer = "a\xA0<img src=\"\xFC.png\">"}});
+  Choose(CharacterSet::Cyrillic);
+  EXPECT_EQ(Set(), CharacterSet::Cyrillic);
+  EXPECT_FALSE(program.file().changed());
+}
+
 TEST_F(CharacterSets, ConvertedTextsAreSavedWithTheirSetAndShownInTheEditor) {
   Open({{.question = "\xFC", .answer = "100 \x80"}});
   program.OpenEditor();
@@ -66,7 +74,15 @@ TEST_F(CharacterSets, ConvertedTextsAreSavedWithTheirSetAndShownInTheEditor) {
   back.selectAll();
   back.insertPlainText(u"Да, ä"_s);
   EXPECT_EQ(back.Side(), "\xC4\xE0, ") << "what the code page lacks is left out";
-  EXPECT_EQ(Control<QLabel>(*editor, u"LabelStatus"_s).text().contains(u'ä'), true);
+  const auto named = [editor](const QString& letters) {
+    return Control<QLabel>(*editor, u"LabelStatus"_s).text().contains(u": %1 ("_s.arg(letters));
+  };
+  EXPECT_TRUE(named(u"ä"_s));
+  back.insertPlainText(u"ñДä"_s);
+  EXPECT_TRUE(named(u"ä ñ"_s)) << "all of the card, each once";
+  EXPECT_TRUE(editor->StoreSide() && named(u"ä ñ"_s));
+  back.insertPlainText(u"ß"_s);
+  EXPECT_TRUE(named(u"ß"_s)) << "since it was stored";
 }
 
 }  // namespace

@@ -118,8 +118,10 @@ TEST_F(MainWindowFiles, WithoutAFileThereIsNothingToAskAndANewOneIsOpenAtOnce) {
   Drive<TF_dlneu>(u"FileNewExecute"_s, [&](TF_dlneu& dialog) {
     Control<QLineEdit>(dialog, u"EditFolder"_s).setText(folder.path());
     Control<QLineEdit>(dialog, u"EditName"_s).setText(u"Neu"_s);
+    Control<QComboBox>(dialog, u"ZeichensatzH"_s).setCurrentText(u"Kyrillisch"_s);
     dialog.accept();
   });
+  EXPECT_EQ(ReadCodePages(program.file().settings()), (SideCodePages{{}, CodePage(CharacterSet::Cyrillic)}));
   EXPECT_EQ(CardsPath(), folder.filePath(u"Neu.mlb"_s).toStdString());
   EXPECT_EQ(Text(u"LabelStatus"_s), u"Neue Kartei angelegt"_s);
   EXPECT_EQ(Find<QPushButton>(u"ButtonLearn"_s).text(), u" Karten anlegen"_s);
