@@ -6,14 +6,21 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/other_thread.h"
+
 namespace tessaro {
 namespace {
 
-PackedFields FirstRows(const PackedFields& fields, size_t rows) {
-  PackedFields first;
-  PackedReader reader(fields);
-  for (size_t i = 0; i < rows && reader.Next(); ++i) first.AddRow(reader.fields());
-  return first;
+PackedFields RowsFrom(const PackedFields& fields, const PackedFields::Place& from, size_t rows) {
+  PackedFields taken;
+  PackedReader reader(fields, from);
+  for (size_t i = 0; i < rows && reader.Next(); ++i) taken.AddRow(reader.fields());
+  return taken;
+}
+
+template <typename T>
+void Append(std::vector<T>& all, const std::vector<T>& more) {
+  all.insert(all.end(), more.begin(), more.end());
 }
 
 }  // namespace
@@ -33,17 +40,29 @@ void CardCommand::Replace(int row, const std::vector<FieldView>& fields) {
   edit_.replacing.AddRow(fields);
 }
 
+void CardCommand::ReserveReplaced(size_t rows, size_t bytes) {
+  constexpr size_t kFrame = 4;  // of a row with one or two short fields
+  edit_.replaced.reserve(rows);
+  edit_.replacing.Reserve(bytes + kFrame * rows);
+}
+
+void CardCommand::AppendReplaced(CardCommand behind) {
+  Append(edit_.replaced, behind.edit_.replaced);
+  edit_.replacing.Append(std::move(behind.edit_.replacing));
+}
+
 std::optional<CardEditDone> CardEdit::Apply(CardCommand command) {
   if (!file_.IsOpen() || !Fits(command.edit_, file_.cards())) return std::nullopt;
   CardEditDone done;
   CardCommand& inverse = done.inverse;
-  TableEdit edit = Effective(std::move(command), inverse);
+  PackedFields old_ids;
+  TableEdit edit = Effective(std::move(command), inverse, old_ids);
   if (!edit.MovesRows() && edit.replaced.empty()) return done;
   RowShift shift = ShiftOf(edit);
   KeepRemoved(edit, shift, inverse);
   inverse.edit_.removed = shift.inserted();
   for (int& row : inverse.edit_.replaced) row = shift.Map(row);
-  if (!file_.Edit(std::move(edit))) return std::nullopt;
+  if (!file_.Edit(std::move(edit), std::move(old_ids))) return std::nullopt;
   for (size_t i = 0; i < inverse.learned_.size(); ++i) {
     if (inverse.learned_[i] != 0) inverse.learned_[i] = LearnedHash(inverse.edit_.replaced[i]);
   }
@@ -60,35 +79,60 @@ bool CardEdit::Finish(const StageObserver& observer) {
   return !file_.NeedsRebuild() || file_.RebuildIndexes(observer);
 }
 
-TableEdit CardEdit::Effective(CardCommand command, CardCommand& inverse) const {
+TableEdit CardEdit::Effective(CardCommand command, CardCommand& inverse, PackedFields& old_ids) const {
   TableEdit& edit = command.edit_;
-  std::vector<int> replaced;
-  replaced.reserve(edit.replaced.size());
-  inverse.edit_.replaced.reserve(edit.replaced.size());
-  inverse.edit_.replacing.Reserve(edit.replacing.bytes().size());
-  // Mostly every field changes something. Only from the first one on that does not are they packed anew.
-  std::optional<PackedFields> replacing;
+  const size_t count = edit.replaced.size();
+  const PackedFields::Place middle = edit.replacing.Middle();
+  auto [front, behind] = InTwoParts(0, static_cast<int>(middle.row), static_cast<int>(count), [&](int first, int last) {
+    return EffectivePart(command, first == 0 ? PackedFields::Place() : middle, static_cast<size_t>(last));
+  });
+  if (front.fresh || behind.fresh) {
+    if (!front.fresh) front.fresh = RowsFrom(edit.replacing, {}, middle.row);
+    front.fresh->Append(behind.fresh ? *std::move(behind.fresh) : RowsFrom(edit.replacing, middle, count));
+    edit.replacing = *std::move(front.fresh);
+  }
+  if (!behind.learned.empty()) front.learned.resize(front.rows.size());
+  Append(front.learned, behind.learned);
+  Append(front.rows, behind.rows);
+  front.old.Append(std::move(behind.old));
+  old_ids = std::move(front.old_ids);
+  old_ids.Append(std::move(behind.old_ids));
+  edit.replaced = front.rows;
+  inverse.edit_.replaced = std::move(front.rows);
+  inverse.edit_.replacing = std::move(front.old);
+  inverse.learned_ = std::move(front.learned);
+  return std::move(edit);
+}
+
+CardEdit::Part CardEdit::EffectivePart(const CardCommand& command, const PackedFields::Place& from, size_t end) const {
+  const TableEdit& edit = command.edit_;
+  Part part;
+  part.rows.reserve(edit.replaced.size() - from.row);
+  part.old.Reserve(edit.replacing.bytes().size() - from.start);
+  part.old_ids.Reserve(kPackedId * (edit.replaced.size() - from.row));
+  std::vector<FieldView> id(1);
   Change change;
-  PackedReader reader(edit.replacing);
-  for (size_t i = 0; i < edit.replaced.size(); ++i) {
+  PackedReader reader(edit.replacing, from);
+  for (size_t i = from.row; i < end; ++i) {
     const int row = edit.replaced[i];
     file_.cards().Expect(row + CardTable::kAhead);
     reader.Next();
     const bool answered =
         i < command.learned_.size() && command.learned_[i] != 0 && command.learned_[i] != LearnedHash(row);
     Compare(row, reader.fields(), answered, change);
-    if (!replacing && change.fresh.size() != reader.fields().size()) replacing = FirstRows(edit.replacing, i);
+    if (!part.fresh && change.fresh.size() != reader.fields().size()) {
+      part.fresh = RowsFrom(edit.replacing, from, i - from.row);
+    }
     if (change.fresh.empty()) continue;
-    replaced.push_back(row);
-    if (replacing) replacing->AddRow(change.fresh);
-    inverse.edit_.replaced.push_back(row);
-    inverse.edit_.replacing.AddRow(change.old);
-    if (change.learned) inverse.learned_.resize(replaced.size());
-    if (change.learned) inverse.learned_.back() = 1;
+    part.rows.push_back(row);
+    if (part.fresh) part.fresh->AddRow(change.fresh);
+    part.old.AddRow(change.old);
+    id.front() = {kOldIdColumn, file_.cards().Peek(file_.columns().id, row)};
+    part.old_ids.AddRow(id);
+    if (change.learned) part.learned.resize(part.rows.size());
+    if (change.learned) part.learned.back() = 1;
   }
-  edit.replaced = std::move(replaced);
-  if (replacing) edit.replacing = *std::move(replacing);
-  return std::move(edit);
+  return part;
 }
 
 void CardEdit::Compare(int row, const std::vector<FieldView>& fields, bool answered, Change& change) const {

@@ -20,6 +20,13 @@ class CardCommand {
   // Gives fields of a card new texts. The card of the last call may be named again with other columns.
   void Replace(int row, const std::vector<FieldView>& fields);
 
+  // Makes room for so many bytes of texts of inserted rows, ...
+  void ReserveInserted(size_t bytes) { edit_.inserted.Reserve(bytes); }
+  // ... or for so many rows to be replaced, and bytes of their texts.
+  void ReserveReplaced(size_t rows, size_t bytes);
+  // Replaces also what another command does, which does nothing else, in rows behind these.
+  void AppendReplaced(CardCommand behind);
+
   bool empty() const { return !edit_.MovesRows() && edit_.replaced.empty(); }
   // Memory that it holds.
   size_t MemoryBytes() const { return edit_.MemoryBytes() + learned_.capacity() * sizeof(uint64_t); }
@@ -58,8 +65,18 @@ class CardEdit {
   [[nodiscard]] bool Finish(const StageObserver& observer = {});
 
  private:
-  // The part of the command that changes something; fills in the inverse but for its row numbers.
-  TableEdit Effective(CardCommand command, CardCommand& inverse) const;
+  // The part of the command that changes something; fills in the inverse but for its row numbers, and the IDs of the
+  // cards that change.
+  TableEdit Effective(CardCommand command, CardCommand& inverse, PackedFields& old_ids) const;
+  // The same for the replaced rows from a place on, up to this one of them.
+  struct Part {
+    std::vector<int> rows;              // in which something changes
+    std::optional<PackedFields> fresh;  // what they get; nothing: just what the command says, as is mostly so
+    PackedFields old;                   // what stands there
+    PackedFields old_ids;
+    std::vector<uint64_t> learned;  // as in the inverse
+  };
+  Part EffectivePart(const CardCommand& command, const PackedFields::Place& from, size_t end) const;
   // Of the fields wanted in a row those that change something, and what stands there.
   struct Change {
     std::vector<FieldView> fresh;

@@ -82,13 +82,10 @@ CardFigures Sum(const CardFigures& a, const CardFigures& b) {
 }  // namespace
 
 CardFigures FiguresOf(const CardFile& file, const LearningParameters& parameters, int64_t now) {
-  constexpr int kWorthAThread = 50'000;
-  const int end = file.cards().RowCount();
-  const int middle = end < kWorthAThread ? kFirstCardRow : end / 2;
-  std::future first = std::async(OnOtherThread(end >= kWorthAThread),
-                                 [&] { return FiguresBetween(file, kFirstCardRow, middle, parameters, now); });
-  const CardFigures second = FiguresBetween(file, middle, end, parameters, now);
-  return Sum(first.get(), second);
+  const auto [front, behind] =
+      InTwoParts(kFirstCardRow, std::max(kFirstCardRow, file.cards().RowCount()),
+                 [&](int first, int end) { return FiguresBetween(file, first, end, parameters, now); });
+  return Sum(front, behind);
 }
 
 int64_t CountUnknown(const CardTable& cards, const CardColumns& columns) {

@@ -1,5 +1,6 @@
 #include "edit/card_tools.h"
 
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <utility>
@@ -11,6 +12,7 @@
 #include "edit/new_card.h"
 #include "edit/picture_cards.h"
 #include "edit/topics.h"
+#include "platform/other_thread.h"
 #include "store/table/card_columns.h"
 
 namespace tessaro {
@@ -26,26 +28,37 @@ struct OverviewPlan {
   std::vector<int> removed;
   int last_kept = 1;   // the row behind which cards are added
   int index_card = 0;  // the first card with "<index>" that was not generated
+
+  // Adds what was found among the cards behind.
+  void Append(const OverviewPlan& behind) {
+    ids.insert(ids.end(), behind.ids.begin(), behind.ids.end());
+    removed.insert(removed.end(), behind.removed.begin(), behind.removed.end());
+    last_kept = std::max(last_kept, behind.last_kept);
+    if (index_card == 0) index_card = behind.index_card;
+  }
 };
 
 // What decides about a card: its row, and its front, which is at hand.
 using RowTest = std::function<bool(int row, std::string_view front)>;
 
-// `replaced` is only asked about cards with tags, and `is_entry` about cards that stay and are learned.
-std::optional<OverviewPlan> PlanOverview(const CardFile& file, const RowTest& replaced, const RowTest& is_entry,
-                                         const KeepGoing& keep_going) {
-  const int last = CardReader(file).LastCardRow();
+// Which cards an overview is of. `replaced` is only asked about cards with tags, and `is_entry` about cards that stay
+// and are learned; both by two threads.
+struct OverviewChoice {
+  RowTest replaced;
+  RowTest is_entry;
+};
+
+OverviewPlan PlanPart(const CardFile& file, const OverviewChoice& choice, int first, int end, TwoPartsGoOn& goes_on) {
   const std::array columns = {file.columns().id, file.columns().question};
   OverviewPlan plan;
   plan.ids.reserve(static_cast<size_t>(file.CardCount()));
-  for (int row = kFirstCardRow; row <= last; ++row) {
-    if (!GoesOn(keep_going, row)) return std::nullopt;
+  for (int row = first; row < end && goes_on(row); ++row) {
     file.cards().Expect(row + CardTable::kAhead);
     std::array<std::string_view, 2> texts;
     file.cards().PeekAll(row, columns, texts);
     const auto [id, front] = texts;
     const bool has_tags = front.find('<') != std::string_view::npos;
-    if (has_tags && replaced(row, front)) {
+    if (has_tags && choice.replaced(row, front)) {
       plan.removed.push_back(row);
       continue;
     }
@@ -53,9 +66,20 @@ std::optional<OverviewPlan> PlanOverview(const CardFile& file, const RowTest& re
     if (plan.index_card == 0 && has_tags && Holds(front, kIndexTag) && !Holds(front, kAutomapTag)) {
       plan.index_card = row;
     }
-    if (!(has_tags && IsNavigation(front)) && is_entry(row, front)) plan.ids.push_back(id);
+    if (!(has_tags && IsNavigation(front)) && choice.is_entry(row, front)) plan.ids.push_back(id);
   }
   return plan;
+}
+
+std::optional<OverviewPlan> PlanOverview(const CardFile& file, const OverviewChoice& choice,
+                                         const KeepGoing& keep_going) {
+  const int end = CardReader(file).LastCardRow() + 1;
+  TwoPartsGoOn goes_on(keep_going, end);
+  auto [plan, behind] = InTwoParts(
+      kFirstCardRow, end, [&](int first, int part_end) { return PlanPart(file, choice, first, part_end, goes_on); });
+  if (goes_on.ended()) return std::nullopt;
+  plan.Append(behind);
+  return std::move(plan);
 }
 
 // Generates the cards of an overview and says where it begins.
@@ -66,6 +90,8 @@ ToolResult Put(CardFile& file, CommandStack& commands, const OverviewPlan& plan,
                std::string_view face, int row) {
   CardCommand command;
   for (const int removed : plan.removed) command.Remove(removed);
+  constexpr size_t kUsualEntry = 36;
+  command.ReserveInserted(kUsualEntry * plan.ids.size());
   const int64_t start = generate([&](int64_t id, std::string_view question) {
     command.InsertBehind(plan.last_kept, NewCard(file, id, question, kBlankSide).fields());
   });
@@ -109,7 +135,7 @@ ToolResult MakeRowOrderOverview(CardFile& file, CommandStack& commands, const Ov
                                 const KeepGoing& keep_going) {
   const RowTest generated = [](int /*card*/, std::string_view front) { return Holds(front, kAutomapTag); };
   const RowTest any = [](int /*card*/, std::string_view /*front*/) { return true; };
-  const auto plan = PlanOverview(file, generated, any, keep_going);
+  const auto plan = PlanOverview(file, {generated, any}, keep_going);
   if (!plan) return {ToolOutcome::Cancelled};
   if (plan->ids.empty()) return {ToolOutcome::Nothing};
   const int64_t id = NextId(file, RowOrderCards(static_cast<int64_t>(plan->ids.size())));
@@ -129,7 +155,7 @@ ToolResult MakeTopicOverview(CardFile& file, CommandStack& commands, const Overv
     const std::string_view back = CardReader(file).Answer(card);
     return HasTopic(front, back, topic1) && (topic2.empty() || HasTopic(front, back, topic2));
   };
-  const auto plan = PlanOverview(file, same_title, has_topics, keep_going);
+  const auto plan = PlanOverview(file, {same_title, has_topics}, keep_going);
   if (!plan) return {ToolOutcome::Cancelled};
   if (plan->ids.empty() || topic1.empty()) return {ToolOutcome::Nothing};
   const int64_t id = NextId(file, TopicCards(static_cast<int64_t>(plan->ids.size())));

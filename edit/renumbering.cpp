@@ -1,5 +1,6 @@
 #include "edit/renumbering.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "edit/landmark_settings.h"
 #include "edit/overview_cards.h"
 #include "hypertext/markup.h"
+#include "platform/other_thread.h"
 #include "store/table/card_columns.h"
 
 namespace tessaro {
@@ -23,6 +25,12 @@ class FirstRows {
   void Note(std::string_view id, int row) {
     const int64_t number = LeadingNumber(id);
     if (IsTarget(number) && At(number) == 0) rows_[static_cast<size_t>(number)] = row;
+  }
+  // Notes those of cards that come behind.
+  void Append(const FirstRows& behind) {
+    for (size_t number = 0; number < rows_.size(); ++number) {
+      if (rows_[number] == 0) rows_[number] = behind.rows_[number];
+    }
   }
   int At(int64_t number) const { return IsTarget(number) ? rows_[static_cast<size_t>(number)] : 0; }
 
@@ -50,90 +58,115 @@ struct TaggedRows {
     if (is_index && index == 0) index = row;
     if (is_index && is_generated && overview == 0) overview = row;
   }
+  // Notes those of cards that come behind.
+  void Append(const TaggedRows& behind) {
+    if (home == 0) home = behind.home;
+    if (index == 0) index = behind.index;
+    if (overview == 0) overview = behind.overview;
+  }
+};
+
+// What becomes of some cards depends on others; this is to be known of all of them first.
+struct SeenCards {
+  FirstRows first_rows;
+  TaggedRows tagged;
+  std::vector<int> linking;  // rows of cards with links
+
+  // Adds what was seen of the cards behind these.
+  void Append(const SeenCards& behind) {
+    first_rows.Append(behind.first_rows);
+    tagged.Append(behind.tagged);
+    linking.insert(linking.end(), behind.linking.begin(), behind.linking.end());
+  }
 };
 
 class Numbering {
  public:
   Numbering(const CardFile& file, const RenumberChoice& choice) : file_(file), choice_(choice) {}
 
-  // What is to be done; nothing when it was ended early. The cards are walked once, since their texts lie far apart;
-  // what must wait until all numbers are known is noted.
+  // What is to be done; nothing when it was ended early.
   std::optional<CardCommand> Command(const KeepGoing& keep_going) {
-    const int last = CardReader(file_).LastCardRow();
-    for (int row = kFirstCardRow; row <= last; ++row) {
-      if (!GoesOn(keep_going, row)) return std::nullopt;
-      ReadCard(row);
-    }
-    const NumberMap targets = [this](int64_t number) { return NewTarget(number); };
-    CardCommand command;
-    for (const Work& work : work_) {
-      // The second walk goes on where the first one ended.
-      if (!GoesOn(keep_going, work.row + last)) return std::nullopt;
-      AddCard(work, targets, command);
-    }
-    return command;
+    const int end = CardReader(file_).LastCardRow() + 1;
+    TwoPartsGoOn goes_on(keep_going, end);
+    auto seen = InTwoParts(kFirstCardRow, end, [&](int first, int behind) {
+      SeenCards part;
+      for (int row = first; row < behind && goes_on(row); ++row) SeeCard(row, part);
+      return part;
+    });
+    if (goes_on.ended()) return std::nullopt;
+    seen_ = std::move(seen.first);
+    seen_.Append(seen.second);
+    TwoPartsGoOn goes_on_again(keep_going, end, end);
+    auto commands =
+        InTwoParts(kFirstCardRow, end, [&](int first, int behind) { return CommandFor(first, behind, goes_on_again); });
+    if (goes_on_again.ended()) return std::nullopt;
+    commands.first.AppendReplaced(std::move(commands.second));
+    return std::move(commands.first);
   }
   // Afterwards: the numbers that these cards will have; empty: there is no such card.
   std::string HomeId() const {
-    const int home = tagged_.home != 0 ? tagged_.home : tagged_.index;
+    const int home = seen_.tagged.home != 0 ? seen_.tagged.home : seen_.tagged.index;
     return IdOfCard(home != 0 ? home : kFirstCardRow);
   }
   std::string OverviewId() const {
-    const int stored = rows_.At(LeadingNumber(OverviewSetting(file_.settings())));
-    return IdOfCard(stored != 0 ? stored : tagged_.overview != 0 ? tagged_.overview : tagged_.index);
+    const int stored = seen_.first_rows.At(LeadingNumber(OverviewSetting(file_.settings())));
+    return IdOfCard(stored != 0 ? stored : seen_.tagged.overview != 0 ? seen_.tagged.overview : seen_.tagged.index);
   }
 
  private:
-  struct Work {
-    int row = 0;
-    bool new_id = false;
-    bool has_links = false;
-  };
-
   int64_t IdOfRow(int row) const { return choice_.start + row - kFirstCardRow; }
   std::string IdOfCard(int row) const { return row == 0 ? std::string() : IdText(IdOfRow(row)); }
 
   // What becomes of a link to that number.
   std::optional<int64_t> NewTarget(int64_t number) const {
-    const int row = rows_.At(number);
+    const int row = seen_.first_rows.At(number);
     if (row != 0) return IdOfRow(row);
     return choice_.clear_dead_links ? std::optional<int64_t>(0) : std::nullopt;
   }
 
-  void ReadCard(int row) {
+  void SeeCard(int row, SeenCards& seen) const {
     const CardColumns& columns = file_.columns();
     const std::array wanted = {columns.id, columns.question, columns.answer};
     std::array<std::string_view, 3> texts;
     file_.cards().Expect(row + CardTable::kAhead);
     file_.cards().PeekAll(row, wanted, texts);
-    rows_.Note(texts[0], row);
-    tagged_.Note(texts[1], row);
-    const Work work = {row, texts[0] != IdText(IdOfRow(row)), HoldsLinkValue(texts[1]) || HoldsLinkValue(texts[2])};
-    if (work.new_id || work.has_links) work_.push_back(work);
+    seen.first_rows.Note(texts[0], row);
+    seen.tagged.Note(texts[1], row);
+    if (HoldsLinkValue(texts[1]) || HoldsLinkValue(texts[2])) seen.linking.push_back(row);
   }
 
-  void AddCard(const Work& work, const NumberMap& targets, CardCommand& command) {
-    fields_.clear();
-    const CardColumns& columns = file_.columns();
-    const std::string id = IdText(IdOfRow(work.row));
-    std::optional<std::string> front;
-    std::optional<std::string> back;
-    if (work.has_links) {
-      front = RewriteLinks(file_.cards().Peek(columns.question, work.row), targets);
-      back = RewriteLinks(file_.cards().Peek(columns.answer, work.row), targets);
+  CardCommand CommandFor(int first, int end, TwoPartsGoOn& goes_on) const {
+    constexpr size_t kIdSize = 6;
+    const auto rows = static_cast<size_t>(end - kFirstCardRow);
+    CardCommand command;
+    command.ReserveReplaced(rows, kIdSize * rows);
+    std::vector<FieldView> fields;
+    auto linking = std::lower_bound(seen_.linking.begin(), seen_.linking.end(), first);
+    for (int row = first; row < end && goes_on(row); ++row) {
+      const std::string id = IdText(IdOfRow(row));
+      fields.assign(1, {file_.columns().id, id});
+      std::array<std::optional<std::string>, 2> sides;
+      if (linking != seen_.linking.end() && *linking == row) {
+        sides = RewrittenSides(row);
+        ++linking;
+      }
+      if (sides[0]) fields.push_back({file_.columns().question, *sides[0]});
+      if (sides[1]) fields.push_back({file_.columns().answer, *sides[1]});
+      command.Replace(row, fields);
     }
-    if (work.new_id) fields_.push_back({columns.id, id});
-    if (front) fields_.push_back({columns.question, *front});
-    if (back) fields_.push_back({columns.answer, *back});
-    if (!fields_.empty()) command.Replace(work.row, fields_);
+    return command;
+  }
+
+  std::array<std::optional<std::string>, 2> RewrittenSides(int row) const {
+    const NumberMap targets = [this](int64_t number) { return NewTarget(number); };
+    const CardTable& cards = file_.cards();
+    return {RewriteLinks(cards.Peek(file_.columns().question, row), targets),
+            RewriteLinks(cards.Peek(file_.columns().answer, row), targets)};
   }
 
   const CardFile& file_;
   RenumberChoice choice_;
-  FirstRows rows_;
-  TaggedRows tagged_;
-  std::vector<Work> work_;
-  std::vector<FieldView> fields_;
+  SeenCards seen_;
 };
 
 }  // namespace

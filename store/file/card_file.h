@@ -62,8 +62,8 @@ class CardFile {
   void TableChanged();
   // Does this to the cards as one change: both indexes follow, the highest number rises where it must, the journal
   // keeps it, and who watches is told. Gives where the rows went. Nothing, and all as it was, when there are no such
-  // rows or no room for them. For CardEdit, which knows how to undo it.
-  std::optional<RowShift> Edit(TableEdit edit);
+  // rows or no room for them. For CardEdit, which knows how to undo it. `old_ids`: see EditChangeOf.
+  std::optional<RowShift> Edit(TableEdit edit, PackedFields old_ids = {});
   CardWatchers& watchers() { return watchers_; }
   DeletionMarks& deletion_marks() { return deletion_marks_; }
   const DeletionMarks& deletion_marks() const { return deletion_marks_; }

@@ -11,7 +11,8 @@ namespace {
 
 // Above this share of the cards a new index is made sooner than each card is put in its place.
 constexpr int kMostPutPart = 4;
-constexpr size_t kWorthAThread = 10'000;  // rows
+
+constexpr size_t kLong = size_t{1} << 18U;  // bytes of an edit that are worth a thread
 
 // The rows of the edit in which IDs and scores change, as they count now.
 struct ReplacedKeys {
@@ -25,6 +26,9 @@ ReplacedKeys ReplacedKeysOf(const TableEdit& edit, const RowShift& shift, const 
   const auto add = [](std::vector<int>& rows, int row) {
     if (rows.empty() || rows.back() != row) rows.push_back(row);
   };
+  const std::vector<int>& named = edit.replacing.columns();
+  if (std::count(named.begin(), named.end(), columns.id) > 0) keys.ids.reserve(edit.replaced.size());
+  if (std::count(named.begin(), named.end(), columns.score) > 0) keys.scores.reserve(edit.replaced.size());
   PackedReader reader(edit.replacing);
   for (const int row : edit.replaced) {
     reader.Next();
@@ -38,12 +42,12 @@ ReplacedKeys ReplacedKeysOf(const TableEdit& edit, const RowShift& shift, const 
 
 }  // namespace
 
-std::optional<RowShift> CardFile::Edit(TableEdit edit) {
+std::optional<RowShift> CardFile::Edit(TableEdit edit, PackedFields old_ids) {
   if (!IsOpen() || !Fits(edit, content_.cards)) return std::nullopt;
   const RowShift shift = ShiftOf(edit);
-  const EditChange change = EditChangeOf(std::move(edit), content_.cards);
-  // A long record is made beside the work for the table and the indexes.
-  const bool is_long = change.edit.replaced.size() + change.edit.places.size() >= kWorthAThread;
+  const EditChange change = EditChangeOf(std::move(edit), std::move(old_ids), content_.cards);
+  // A long record is made and written beside the work for the table and the indexes.
+  const bool is_long = change.edit.MemoryBytes() >= kLong;
   std::future record = std::async(OnOtherThread(is_long), [&] { return journal_.EditRecord(change); });
   const auto tell_shift = [&](auto told, const RowShift& of) {
     if (!shift.empty()) watchers_.ForEach([&](CardWatcher& watcher) { (watcher.*told)(of); });
@@ -53,10 +57,12 @@ std::optional<RowShift> CardFile::Edit(TableEdit edit) {
     tell_shift(&CardWatcher::RowsShifted, RowShift());
     return std::nullopt;
   }
+  std::future kept =
+      std::async(OnOtherThread(is_long), [&] { return journal_.NoteEdit(content_.cards, change, record.get()); });
   const bool rebuilt = FollowInIndexes(change.edit, shift);
   changed_ = true;
   content_.unknown.reset();
-  journal_.Edited(content_.cards, change, record.get());
+  journal_.Noted(kept.get());
   tell_shift(&CardWatcher::RowsShifted, shift);
   TellOfChanges(change.edit, shift);
   if (rebuilt) watchers_.ForEach([](CardWatcher& watcher) { watcher.IndexesRebuilt(); });

@@ -69,37 +69,44 @@ void CardJournal::RowChanged(CardTable& cards, int row, std::span<const int> col
   if (path_.empty()) return;
   rows_.push_back(row);
   if (batch_ && failing_) return;
-  if (file_ == nullptr) return Note(WriteAnew(cards));
+  if (file_ == nullptr) return Noted(WriteAnew(cards));
   gathered_ += JournalText(RowRecord(cards, row, columns));
-  if (!batch_ || gathered_.size() >= kBatchSize) Push(cards);
+  if (!batch_ || gathered_.size() >= kBatchSize) Noted(Push(cards));
 }
 
 std::string CardJournal::EditRecord(const EditChange& change) const {
   return path_.empty() ? std::string() : JournalText(clock_.Now(), change);
 }
 
-void CardJournal::Edited(CardTable& cards, const EditChange& change, std::string record) {
-  if (path_.empty()) return;
+bool CardJournal::NoteEdit(CardTable& cards, const EditChange& change, std::string record) {
+  if (path_.empty()) return true;
   const bool first = rows_.empty() && !whole_table_;
   // Rows that were changed before have other numbers now.
   whole_table_ = whole_table_ || change.edit.MovesRows();
   rows_.insert(rows_.end(), change.edit.replaced.begin(), change.edit.replaced.end());
-  if (batch_ && failing_) return;
-  if (file_ == nullptr) return Note(first ? BeginFile(Beginning() + record) : WriteAnew(cards));
+  if (batch_ && failing_) return false;
+  if (file_ == nullptr) return first ? BeginFile(record.insert(0, Beginning())) : WriteAnew(cards);
   if (gathered_.empty()) {
     gathered_ = std::move(record);
   } else {
     gathered_ += record;
   }
-  if (!batch_ || gathered_.size() >= kBatchSize) Push(cards);
+  return (batch_ && gathered_.size() < kBatchSize) || Push(cards);
+}
+
+void CardJournal::Noted(bool kept) {
+  failing_ = !kept;
+  if (!kept) Close();
+  const bool told = std::exchange(told_, !kept);
+  if (!kept && !told && tell_failure_) tell_failure_();
 }
 
 void CardJournal::TableChanged(CardTable& cards) {
   if (path_.empty()) return;
   whole_table_ = true;
-  if (file_ == nullptr) return Note(WriteAnew(cards));
+  if (file_ == nullptr) return Noted(WriteAnew(cards));
   gathered_ += JournalText(TableRecord(cards));
-  Push(cards);
+  Noted(Push(cards));
 }
 
 void CardJournal::Written(const ContentStamp& stamp) {
@@ -123,13 +130,13 @@ void CardJournal::Adopt(CardTable& cards, std::vector<int> rows, bool whole_tabl
   rows_ = std::move(rows);
   whole_table_ = whole_table_ || whole_table;
   ours_ = true;
-  Note(WriteAnew(cards));
+  Noted(WriteAnew(cards));
 }
 
 void CardJournal::EndBatch(CardTable& cards) {
   batch_ = false;
-  if (failing_ && (whole_table_ || !rows_.empty())) return Note(WriteAnew(cards));
-  if (!gathered_.empty()) Push(cards);
+  if (failing_ && (whole_table_ || !rows_.empty())) return Noted(WriteAnew(cards));
+  if (!gathered_.empty()) Noted(Push(cards));
 }
 
 bool CardJournal::Flush() {
@@ -171,10 +178,10 @@ std::string CardJournal::AllChanges(CardTable& cards) {
   return text;
 }
 
-void CardJournal::Push(CardTable& cards) {
-  const bool put = Put(gathered_);
-  Note(put || WriteAnew(cards));
+bool CardJournal::Push(CardTable& cards) {
+  const bool put = Put(gathered_) || WriteAnew(cards);
   gathered_.clear();
+  return put;
 }
 
 bool CardJournal::Put(std::string_view text) {
@@ -187,7 +194,7 @@ bool CardJournal::Put(std::string_view text) {
   return true;
 }
 
-bool CardJournal::BeginFile(const std::string& text) {
+bool CardJournal::BeginFile(std::string_view text) {
   Close();
   const bool exists = disk_.Exists(path_);
   if (exists && !ours_ && PutAside(path_).empty()) return false;
@@ -210,13 +217,6 @@ bool CardJournal::BeginFile(const std::string& text) {
   });
   background_->Written();
   return true;
-}
-
-void CardJournal::Note(bool good) {
-  failing_ = !good;
-  if (!good) Close();
-  const bool told = std::exchange(told_, !good);
-  if (!good && !told && tell_failure_) tell_failure_();
 }
 
 void CardJournal::Close() {

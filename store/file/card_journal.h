@@ -57,8 +57,10 @@ class CardJournal {
   void RowChanged(CardTable& cards, int row, std::span<const int> columns);
   // The record of a change that is to come; may be made on another thread.
   std::string EditRecord(const EditChange& change) const;
-  // Rows came, went or changed in one step, which was done to the cards and has this record.
-  void Edited(CardTable& cards, const EditChange& change, std::string record);
+  // Rows came, went or changed in one step, which was done to the cards and has this record. May be called on another
+  // thread while nobody changes cards; what it returns is for `Noted`, to be called afterwards.
+  bool NoteEdit(CardTable& cards, const EditChange& change, std::string record);
+  void Noted(bool kept);
   // The rows were all replaced.
   void TableChanged(CardTable& cards);
   // The cards were written to a file that has this stamp and will be moved into its place.
@@ -82,13 +84,12 @@ class CardJournal {
   // The head, and that what was written since may be there as well: a save that failed may have replaced the cards.
   std::string Beginning() const;
   std::string AllChanges(CardTable& cards);
-  void Push(CardTable& cards);
+  bool Push(CardTable& cards);
   bool Put(std::string_view text);
   // Begins the journal file again with all changes, ...
   bool WriteAnew(CardTable& cards) { return BeginFile(AllChanges(cards)); }
   // ... or with this text.
-  bool BeginFile(const std::string& text);
-  void Note(bool good);
+  bool BeginFile(std::string_view text);
   void Close();
 
   Disk& disk_;

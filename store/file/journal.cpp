@@ -110,7 +110,7 @@ size_t RoomFor(const What& /*what*/) {
   return kRecordHead;
 }
 size_t RoomFor(const EditChange& change) {
-  constexpr size_t kNumbers = 64;
+  constexpr size_t kNumbers = 256;  // and what a journal begins with
   const TableEdit& edit = change.edit;
   return kRecordHead + kNumbers + sizeof(uint32_t) * (edit.removed.size() + edit.places.size() + edit.replaced.size()) +
          change.old_ids.bytes().size() + edit.inserted.bytes().size() + edit.replacing.bytes().size();
@@ -203,22 +203,27 @@ std::optional<ContentStamp> TakeHead(Taker& taker) {
   return base;
 }
 
+PackedFields OldIds(const std::vector<int>& rows, const CardTable& cards) {
+  PackedFields ids;
+  ids.Reserve(kPackedId * rows.size());
+  const int column = cards.ColumnIndex(kId);
+  std::vector<FieldView> id(1);
+  for (const int row : rows) {
+    cards.Expect(row + CardTable::kAhead);
+    id.front() = {kOldIdColumn, cards.Peek(column, row)};
+    ids.AddRow(id);
+  }
+  return ids;
+}
+
 }  // namespace
 
-EditChange EditChangeOf(TableEdit edit, const CardTable& cards) {
+EditChange EditChangeOf(TableEdit edit, PackedFields old_ids, const CardTable& cards) {
   EditChange change;
   change.row_count = static_cast<uint32_t>(cards.RowCount());
-  const int id_column = cards.ColumnIndex(kId);
-  constexpr size_t kUsualRow = 9;  // column, length, six digits, end
-  change.old_ids.Reserve(kUsualRow * (edit.removed.size() + edit.replaced.size()));
-  std::vector<FieldView> id(1);
-  for (const std::vector<int>* rows : {&edit.removed, &edit.replaced}) {
-    for (const int row : *rows) {
-      cards.Expect(row + CardTable::kAhead);
-      id.front() = {1, cards.Peek(id_column, row)};
-      change.old_ids.AddRow(id);
-    }
-  }
+  change.old_ids = OldIds(edit.removed, cards);
+  const bool known = old_ids.rows() == edit.replaced.size();
+  change.old_ids.Append(known ? std::move(old_ids) : OldIds(edit.replaced, cards));
   change.edit = std::move(edit);
   return change;
 }
@@ -230,7 +235,8 @@ bool Apply(const EditChange& change, CardTable& cards) {
   PackedReader old_ids(change.old_ids);
   for (const std::vector<int>* rows : {&edit.removed, &edit.replaced}) {
     for (const int row : *rows) {
-      if (!old_ids.Next() || old_ids.fields() != std::vector{FieldView{1, cards.Peek(id_column, row)}}) return false;
+      if (!old_ids.Next() || old_ids.fields() != std::vector{FieldView{kOldIdColumn, cards.Peek(id_column, row)}})
+        return false;
     }
   }
   return Perform(edit, ShiftOf(edit), cards);

@@ -38,7 +38,10 @@ struct EditChange {
   TableEdit edit;
   bool operator==(const EditChange&) const = default;
 };
-EditChange EditChangeOf(TableEdit edit, const CardTable& cards);
+// `old_ids`: of the rows that change, each as the field kOldIdColumn, from a caller that has them; else none.
+EditChange EditChangeOf(TableEdit edit, PackedFields old_ids, const CardTable& cards);
+inline constexpr int kOldIdColumn = 1;
+inline constexpr size_t kPackedId = 9;  // bytes that one usually takes: column, length, six digits, end
 // Does it to the table as it is to be done: all of it, or nothing when the table is another.
 bool Apply(const EditChange& change, CardTable& cards);
 

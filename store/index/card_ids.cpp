@@ -4,13 +4,11 @@
 #include <cstring>
 #include <functional>
 
+#include "platform/other_thread.h"
 #include "store/table/card_columns.h"
 
 namespace tessaro {
 namespace {
-
-// Each text lies in memory that is not at hand yet; asking for it so many rows ahead takes a third of the time.
-constexpr int kRowsAhead = 16;
 
 uint64_t Mixed(uint64_t bits) {
   bits *= 0x9E3779B97F4A7C15U;
@@ -22,17 +20,25 @@ uint64_t Mixed(uint64_t bits) {
 CardIds::CardIds(const CardTable& cards)
     : cards_(cards), row_count_(cards.RowCount()), id_column_(cards.ColumnIndex(kId)) {
   numbers_.assign(static_cast<size_t>(row_count_) + 1, kNotSixDigits);
-  bool before_end_mark = true;
-  for (int row = kFirstCardRow; row < row_count_; ++row) {
-    __builtin_prefetch(cards.Peek(id_column_, row + kRowsAhead).data());
-    const std::string_view id = cards.Peek(id_column_, row);
+  const auto [front, behind] = InTwoParts(kFirstCardRow, std::max(kFirstCardRow, row_count_),
+                                          [this](int first, int last) { return Collect(first, last); });
+  highest_ = front.goes_on ? std::max(front.highest, behind.highest) : front.highest;
+  fingerprint_ = front.fingerprint + behind.fingerprint;
+}
+
+CardIds::Part CardIds::Collect(int first, int last) {
+  Part part;
+  for (int row = first; row < last; ++row) {
+    cards_.Expect(row + CardTable::kAhead);
+    const std::string_view id = cards_.Peek(id_column_, row);
     const uint32_t number = SixDigits(id);
     numbers_[static_cast<size_t>(row)] = number;
-    before_end_mark = before_end_mark && !id.starts_with('#');
-    if (before_end_mark) highest_ = std::max(highest_, number != kNotSixDigits ? number : LeadingNumber(id));
+    part.goes_on = part.goes_on && !id.starts_with('#');
+    if (part.goes_on) part.highest = std::max(part.highest, number != kNotSixDigits ? number : LeadingNumber(id));
     const uint64_t text = number != kNotSixDigits ? number : std::hash<std::string_view>()(id);
-    fingerprint_ += Mixed(Mixed(text) ^ static_cast<uint64_t>(row));
+    part.fingerprint += Mixed(Mixed(text) ^ static_cast<uint64_t>(row));
   }
+  return part;
 }
 
 }  // namespace tessaro

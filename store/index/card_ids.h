@@ -35,6 +35,14 @@ class CardIds {
   uint64_t fingerprint() const { return fingerprint_; }
 
  private:
+  struct Part {
+    int64_t highest = 0;  // up to the first row whose ID begins with "#"
+    bool goes_on = true;  // there was none
+    uint64_t fingerprint = 0;
+  };
+  // Collects the numbers of these rows.
+  Part Collect(int first, int last);
+
   const CardTable& cards_;
   int row_count_;
   int id_column_;

@@ -71,8 +71,14 @@ std::string BlankYesNoRow() {
 
 std::string IdText(int64_t number) {
   constexpr size_t kDigits = 6;
-  const std::string digits = std::to_string(number);
-  return std::string(digits.size() < kDigits ? kDigits - digits.size() : 0, '0') + digits;
+  constexpr int64_t kMost = 999'999;
+  if (number < 0 || number > kMost) {
+    const std::string digits = std::to_string(number);
+    return std::string(digits.size() < kDigits ? kDigits - digits.size() : 0, '0') + digits;
+  }
+  std::string text = "000000";
+  for (size_t i = kDigits; number > 0; number /= 10) text[--i] = static_cast<char>('0' + number % 10);
+  return text;
 }
 
 int64_t LeadingNumber(std::string_view text) {

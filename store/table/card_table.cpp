@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
+#include <functional>
 #include <system_error>
 #include <utility>
 #include <vector>
 
 #include "platform/disk.h"
+#include "platform/other_thread.h"
 #include "store/table/row_shift.h"
 #include "store/table/table_content.h"
 #include "store/table/table_reader.h"
@@ -216,7 +218,37 @@ bool CardTable::Poke(int column, int row, Value value) {
   return state_->Set(row, column, value);
 }
 
-void CardTable::PokeAll(int row, std::span<const FieldView> fields) {
+void CardTable::PokeRows(std::span<const int> rows, const PackedFields& fields) {
+  RowStore& store = state_->content.rows;
+  const PackedFields::Place middle = fields.Middle();
+  // Returns which of the rows must move.
+  const auto poke_in_place = [&](int first, int last) {
+    std::vector<int> left;
+    RowStore::ComposedRow composed;
+    PackedReader reader(fields, first == 0 ? PackedFields::Place() : middle);
+    for (int i = first; i < last; ++i) {
+      const int row = rows[static_cast<size_t>(i)];
+      // The other part's rows are not to be looked at.
+      if (i + kAhead < last) Expect(rows[static_cast<size_t>(i + kAhead)]);
+      reader.Next();
+      if (!state_->HasRow(row) || !store.RewriteInPlace(state_->RowAt(row), reader.fields(), composed)) {
+        left.push_back(i);
+      }
+    }
+    return left;
+  };
+  const auto parts = InTwoParts(0, static_cast<int>(middle.row), static_cast<int>(rows.size()), poke_in_place);
+  PackedReader reader(fields);
+  int read = 0;
+  for (const std::vector<int>& left : {std::cref(parts.first), std::cref(parts.second)}) {
+    for (const int i : left) {
+      for (; read <= i; ++read) reader.Next();
+      PokeMoving(rows[static_cast<size_t>(i)], reader.fields());
+    }
+  }
+}
+
+void CardTable::PokeMoving(int row, std::span<const FieldView> fields) {
   if (!state_->HasRow(row) || state_->content.rows.Rewrite(state_->RowAt(row), fields)) return;
   for (const FieldView& field : fields) (void)Poke(field.column, row, field.text);
 }

@@ -88,9 +88,9 @@ class CardTable {
   // How far ahead such a loop tells it.
   static constexpr int kAhead = 12;
   bool Poke(int column, int row, Value value);
-  // Pokes at several columns of one of many rows, in ascending order; what does not exist is passed over. Takes less
-  // memory than a Poke for each.
-  void PokeAll(int row, std::span<const FieldView> fields);
+  // Pokes at several columns of each of many rows, both in ascending order; `fields` stand beside the rows. What does
+  // not exist is passed over. Takes less memory and time than a Poke for each.
+  void PokeRows(std::span<const int> rows, const PackedFields& fields);
 
   // Copies the cursor row to spare row 0 or 1, and back: the cursor row then has as many fields as the spare row.
   bool SaveRow(int k);
@@ -127,6 +127,7 @@ class CardTable {
   // The true number of the row that reads as number `row` by now, 0 when there is none; see InsertRow.
   int Reach(int row) const;
   bool MoveTo(int row);
+  void PokeMoving(int row, std::span<const FieldView> fields);
   bool Write(const std::filesystem::path& path);
   bool Replace(const std::filesystem::path& path);
 

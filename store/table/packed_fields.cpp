@@ -19,6 +19,8 @@ constexpr size_t kLeastRepeated = 8;
 // Of columns from here on no last text is kept.
 constexpr size_t kMostColumns = 256;
 
+constexpr size_t kRowsOfPiece = 256;
+
 // Returns where the next one begins.
 char* PutNumber(char* at, size_t number) {
   for (; number >= kMore; number >>= kGroupBits) *at++ = static_cast<char>((number & (kMore - 1)) | kMore);
@@ -42,6 +44,7 @@ std::optional<PackedFields> PackedFields::FromBytes(std::string bytes, size_t ro
 }
 
 void PackedFields::AddRow(const std::vector<FieldView>& fields) {
+  if (rows_ % kRowsOfPiece == 0 && rows_ > 0) BeginPiece();
   for (const FieldView& field : fields) Add(field);
   bytes_ += '\0';
   ++rows_;
@@ -51,6 +54,20 @@ void PackedFields::AddToLastRow(const std::vector<FieldView>& fields) {
   bytes_.pop_back();
   for (const FieldView& field : fields) Add(field);
   bytes_ += '\0';
+}
+
+void PackedFields::Append(PackedFields others) {
+  if (rows_ == 0) return void(*this = std::move(others));
+  if (others.rows_ > 0) BeginPiece();
+  for (const Place& place : others.places_) places_.push_back({rows_ + place.row, bytes_.size() + place.start});
+  for (const int column : others.columns_) NoteColumn(column);
+  bytes_ += others.bytes_;
+  rows_ += others.rows_;
+}
+
+void PackedFields::BeginPiece() {
+  last_.clear();
+  places_.push_back({rows_, bytes_.size()});
 }
 
 void PackedFields::Add(const FieldView& field) {

@@ -17,9 +17,15 @@ struct FieldView {
 
 // Fields of many rows in one piece of memory. Per field the column and the length of the text, each in as many groups
 // of seven bits as it needs, and the text; a row ends with the column 0. For a text that is the last one of its column
-// again there is one number, the column with kRepeated added.
+// again there is one number, the column with kRepeated added. Every few hundred rows nothing is repeated from before,
+// so that reading can begin there.
 class PackedFields {
  public:
+  struct Place {
+    size_t row = 0;    // how many rows stand before it
+    size_t start = 0;  // in the bytes
+  };
+
   // Takes over bytes that bytes() gave. Nothing when they are not those of so many rows.
   static std::optional<PackedFields> FromBytes(std::string bytes, size_t rows);
 
@@ -28,6 +34,9 @@ class PackedFields {
   // Adds fields to the row that was added last.
   void AddToLastRow(const std::vector<FieldView>& fields);
 
+  // Adds the rows of others behind these.
+  void Append(PackedFields others);
+
   // Makes room for so many bytes at once.
   void Reserve(size_t bytes) { bytes_.reserve(bytes); }
 
@@ -35,6 +44,8 @@ class PackedFields {
   // The columns of the fields, ascending, each once.
   const std::vector<int>& columns() const { return columns_; }
   const std::string& bytes() const { return bytes_; }
+  // A place near the middle where reading can begin; the beginning where there is none.
+  Place Middle() const { return places_.empty() ? Place() : places_[places_.size() / 2]; }
   bool operator==(const PackedFields& other) const { return rows_ == other.rows_ && bytes_ == other.bytes_; }
 
  private:
@@ -43,19 +54,23 @@ class PackedFields {
     size_t size = 0;
   };
   void Add(const FieldView& field);
+  void BeginPiece();
   void NoteColumn(int column);
   bool Repeats(const FieldView& field) const;
 
   std::string bytes_;
   size_t rows_ = 0;
   std::vector<int> columns_;
-  std::vector<Slice> last_;  // by column, in the bytes
+  std::vector<Slice> last_;    // by column, in the bytes
+  std::vector<Place> places_;  // where reading can begin, but for the beginning
 };
 
 // Walks through the rows once. The fields must outlive it and not change.
 class PackedReader {
  public:
   explicit PackedReader(const PackedFields& fields) : rest_(fields.bytes()) {}
+  PackedReader(const PackedFields& fields, const PackedFields::Place& from)
+      : rest_(std::string_view(fields.bytes()).substr(from.start)) {}
   explicit PackedReader(std::string_view bytes) : rest_(bytes) {}
 
   // The fields of the next row, valid until the call after it. False at the end, and where bytes are no row.

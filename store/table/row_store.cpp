@@ -199,17 +199,18 @@ bool RowStore::Add(RowHandle& row) {
 bool RowStore::AddFilled(std::span<const FieldView> fields, RowHandle& row) {
   // A table that was not loaded has no other rows of this kind.
   if (loaded_columns_ == 0) loaded_columns_ = columns_;
-  row_text_.clear();
-  row_ends_.clear();
+  auto& [text, ends] = composed_;
+  text.clear();
+  ends.clear();
   auto next = fields.begin();
   for (int column = 1; column <= columns_; ++column) {
-    if (column > 1) row_text_ += separator_;
-    if (next != fields.end() && next->column == column) row_text_ += (next++)->text;
-    row_ends_.push_back(row_text_.size());
+    if (column > 1) text += separator_;
+    if (next != fields.end() && next->column == column) text += (next++)->text;
+    ends.push_back(text.size());
   }
-  const size_t words = kPlaceWords + (row_ends_.size() + 1) / 2;
-  const bool is_narrow = row_text_.size() <= kMostNarrow && next == fields.end() && loaded_columns_ == columns_;
-  const std::optional<uint64_t> place = is_narrow ? PlaceOfRewritten(row_text_.size()) : std::nullopt;
+  const size_t words = kPlaceWords + (ends.size() + 1) / 2;
+  const bool is_narrow = text.size() <= kMostNarrow && next == fields.end() && loaded_columns_ == columns_;
+  const std::optional<uint64_t> place = is_narrow ? PlaceOfRewritten(text.size()) : std::nullopt;
   if (!place) {
     if (!Add(row)) return false;
     for (const FieldView& field : fields) Set(row, field.column - 1, field.text);
@@ -217,10 +218,10 @@ bool RowStore::AddFilled(std::span<const FieldView> fields, RowHandle& row) {
   }
   uint32_t* const record = AddRecord(words, row);
   if (record == nullptr) return false;
-  std::memcpy(blocks_.At(*place), row_text_.data(), row_text_.size());
-  rewritten_size_ += row_text_.size();
+  std::memcpy(blocks_.At(*place), text.data(), text.size());
+  rewritten_size_ += text.size();
   StorePlace(record, *place);
-  PackEnds(row_ends_, false, record + kPlaceWords);
+  PackEnds(ends, false, record + kPlaceWords);
   return true;
 }
 
@@ -306,22 +307,23 @@ bool RowStore::Overwrite(RowHandle row, const Place& place, std::span<const Fiel
   return true;
 }
 
-bool RowStore::ComposeRow(const Place& place, std::span<const FieldView> fields) {
-  row_text_.clear();
-  row_ends_.clear();
+bool RowStore::ComposeRow(const Place& place, std::span<const FieldView> fields, ComposedRow& composed) const {
+  auto& [text, ends] = composed;
+  text.clear();
+  ends.clear();
   size_t from = 0;
   auto next = fields.begin();
   for (size_t i = 0; i < place.end_count; ++i) {
     const size_t end = place.End(i);
-    if (i > 0) row_text_ += separator_;
+    if (i > 0) text += separator_;
     if (next == fields.end() || static_cast<size_t>(next->column) != i + 1) {
-      row_text_.append(blocks_.At(place.start) + from, end - from);
+      text.append(blocks_.At(place.start) + from, end - from);
     } else if (place.unescaped != nullptr && Unescaped(place, static_cast<uint32_t>(i))) {
       return false;
     } else {
-      row_text_ += (next++)->text;
+      text += (next++)->text;
     }
-    row_ends_.push_back(row_text_.size());
+    ends.push_back(text.size());
     from = end + 1;
   }
   return next == fields.end();
@@ -334,17 +336,17 @@ std::optional<uint64_t> RowStore::PlaceOfRewritten(size_t size) {
   return RowBlocks::PlaceIn(RowBlocks::kRewritten, rewritten_size_);
 }
 
-bool RowStore::Rewrite(RowHandle row, std::span<const FieldView> fields) {
+bool RowStore::Rewrite(RowHandle row, std::span<const FieldView> fields, ComposedRow& composed, bool may_move) {
   const Place place = Find(row);
   if (place.changed || place.end_count == 0) return false;
   if (Overwrite(row, place, fields)) return true;
-  if (!ComposeRow(place, fields)) return false;
-  const size_t size = row_text_.size();
+  if (!ComposeRow(place, fields, composed)) return false;
+  const size_t size = composed.text.size();
   const size_t old_size = place.End(place.end_count - 1);
   if (size > (place.wide ? kMostWide : kMostNarrow)) return false;
   uint64_t start = place.start;
   if (size > old_size) {
-    const std::optional<uint64_t> moved = PlaceOfRewritten(size);
+    const std::optional<uint64_t> moved = may_move ? PlaceOfRewritten(size) : std::nullopt;
     if (!moved) return false;
     start = *moved;
     rewritten_size_ += size;
@@ -353,11 +355,11 @@ bool RowStore::Rewrite(RowHandle row, std::span<const FieldView> fields) {
   const bool as_written =
       place.as_written && size == old_size &&
       std::all_of(fields.begin(), fields.end(), [&](const FieldView& field) { return IsPlain(field); });
-  std::memcpy(blocks_.At(start), row_text_.data(), size);
+  std::memcpy(blocks_.At(start), composed.text.data(), size);
   uint32_t* const record = Record(row);
   const uint64_t kind = LoadPlace(record) & ~(kPlaceMask | kAsWritten);
   StorePlace(record, start | kind | (as_written ? kAsWritten : 0));
-  PackEnds(row_ends_, place.wide, record + kPlaceWords + ((kind & kShort) != 0 ? 1 : 0));
+  PackEnds(composed.ends, place.wide, record + kPlaceWords + ((kind & kShort) != 0 ? 1 : 0));
   return true;
 }
 

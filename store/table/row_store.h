@@ -88,7 +88,17 @@ class RowStore {
   // Sets several fields, with columns as above, for many rows: a loaded row stays one where that can be. What a row
   // that grows leaves behind is not used again. No text may be a view into this store. False, and nothing set, when the
   // row cannot be written so.
-  bool Rewrite(RowHandle row, std::span<const FieldView> fields);
+  bool Rewrite(RowHandle row, std::span<const FieldView> fields) { return Rewrite(row, fields, composed_, true); }
+  // A row as it will be; kept, since many are made one after the other.
+  struct ComposedRow {
+    std::string text;
+    std::vector<size_t> ends;
+  };
+  // The same, but false as well when the row has no room where it lies. Threads may do it to different rows at once,
+  // each with its own `composed`.
+  bool RewriteInPlace(RowHandle row, std::span<const FieldView> fields, ComposedRow& composed) {
+    return Rewrite(row, fields, composed, false);
+  }
   // Replaces all fields of a row; the row then has as many.
   void SetAll(RowHandle row, std::vector<FieldText> fields);
   // The bytes of a row that is unchanged and was read in just the form that it would be written in.
@@ -118,8 +128,9 @@ class RowStore {
   bool Overwrite(RowHandle row, const Place& place, std::span<const FieldView> fields);
   // Whether a text is written as it stands.
   bool IsPlain(const FieldView& field) const;
-  // Puts the row as it will be with these fields into row_text_ and row_ends_; false when it cannot be such a row.
-  bool ComposeRow(const Place& place, std::span<const FieldView> fields);
+  bool Rewrite(RowHandle row, std::span<const FieldView> fields, ComposedRow& composed, bool may_move);
+  // The row as it will be with these fields; false when it cannot be such a row.
+  bool ComposeRow(const Place& place, std::span<const FieldView> fields, ComposedRow& composed) const;
   // Room for so many bytes behind the rows that were rewritten; its place, or nothing without memory.
   std::optional<uint64_t> PlaceOfRewritten(size_t size);
   uint32_t* AddRecord(size_t words, RowHandle& row);
@@ -139,9 +150,8 @@ class RowStore {
   int columns_ = 0;
   int loaded_columns_ = 0;
   char separator_ = '\0';
-  size_t rewritten_size_ = 0;     // bytes in the block of such rows
-  std::string row_text_;          // of the row that is being rewritten,
-  std::vector<size_t> row_ends_;  // kept for the next one
+  size_t rewritten_size_ = 0;  // bytes in the block of such rows
+  ComposedRow composed_;
   std::vector<ChangedRow> changed_;
   std::vector<RowHandle> removed_;  // changed rows that may be used again
 };

@@ -71,16 +71,16 @@ bool Perform(const TableEdit& edit, const RowShift& shift, CardTable& table) {
       for (const FieldView& field : inserted.fields()) table.Poke(field.column, row, field.text);
     }
   }
+  if (edit.replaced.size() >= kManyRows) {
+    std::vector<int> moved;
+    for (size_t i = 0; i < edit.replaced.size() && !shift.empty(); ++i) moved.push_back(shift.Map(edit.replaced[i]));
+    table.PokeRows(shift.empty() ? edit.replaced : moved, edit.replacing);
+    return true;
+  }
   PackedReader replacing(edit.replacing);
   for (const int row : edit.replaced) {
     replacing.Next();
-    const int now = shift.Map(row);
-    if (edit.replaced.size() >= kManyRows) {
-      table.Expect(now + CardTable::kAhead);
-      table.PokeAll(now, replacing.fields());
-    } else {
-      for (const FieldView& field : replacing.fields()) table.Poke(field.column, now, field.text);
-    }
+    for (const FieldView& field : replacing.fields()) table.Poke(field.column, shift.Map(row), field.text);
   }
   return true;
 }

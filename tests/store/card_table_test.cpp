@@ -91,6 +91,15 @@ TEST(PackedFields, TextsThatComeAgainTakeNoRoom) {
     EXPECT_EQ(reader.fields(), expected) << i;
   }
   EXPECT_TRUE(reader.AtEnd());
+  // Joined with others, and read from the middle on.
+  PackedFields many;
+  for (int i = 0; i < 6; ++i) many.Append(fields);
+  const PackedFields::Place middle = many.Middle();
+  EXPECT_TRUE(many.rows() == 600 && middle.row == 300 && many.columns() == fields.columns());
+  many.AddToLastRow({{2, long_text}});
+  PackedReader rest(many, middle);
+  for (size_t i = middle.row; i < 600; ++i) ASSERT_TRUE(rest.Next() && rest.fields()[1].text == long_text) << i;
+  EXPECT_TRUE(rest.AtEnd() && rest.fields().back().text == long_text);
   // A row that repeats what was never there.
   const size_t second = bytes.find('\0') + 1;
   EXPECT_FALSE(PackedFields::FromBytes(bytes.substr(second), 99));

@@ -98,7 +98,9 @@ class TableTwins {
     const std::string texts[] = {std::string(static_cast<size_t>(n % 3), 'x'), n % 4 == 0 ? "a;\\" : std::to_string(n)};
     const int row = 1 + n % 7;
     const FieldView fields[] = {{1 + n % 2, texts[0]}, {3 + n % 2, texts[1]}};
-    a.PokeAll(row, fields);
+    PackedFields packed;
+    packed.AddRow({std::begin(fields), std::end(fields)});
+    a.PokeRows(std::span(&row, 1), packed);
     for (const FieldView& field : fields) {
       if (row > b.RowCount() || field.column > static_cast<int>(b.rows[static_cast<size_t>(row) - 1].size())) continue;
       b.rows[static_cast<size_t>(row) - 1][static_cast<size_t>(field.column) - 1] = field.text;
