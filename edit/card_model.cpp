@@ -85,7 +85,8 @@ QString CardModel::TextOf(int card_row, Column column) const {
     case Back:
       return PlainCell(cards.Answer(card_row), ReadCodePages(file_.settings()).back);
     case Retention:
-      return RetentionText(std::max<int64_t>(cards.Score(card_row), 0));
+      // The score of a new card is its place among the new ones.
+      return cards.WasAnswered(card_row) ? RetentionText(std::max<int64_t>(cards.Score(card_row), 0)) : QString();
     case LastAnswer: {
       const int64_t time = cards.NewestTime(card_row);
       return time <= 0 ? QString() : QLocale().toString(QDateTime::fromSecsSinceEpoch(time), u"dd.MM.yyyy HH:mm"_s);

@@ -27,7 +27,7 @@ std::vector<int> RowsByKeys(const std::vector<Key>& keys, bool descending) {
 
 int64_t NumberKey(const CardReader& cards, int row, CardOrder order) {
   if (order == CardOrder::Id) return LeadingNumber(cards.Id(row));
-  if (order == CardOrder::Retention) return cards.Score(row);
+  if (order == CardOrder::Retention) return cards.WasAnswered(row) ? cards.Score(row) : -1;
   return order == CardOrder::LastAnswer ? cards.NewestTime(row) : row;
 }
 

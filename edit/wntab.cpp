@@ -35,7 +35,8 @@ TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, co
       ui_(std::make_unique<Ui::TF_wntab>()),
       model_(new CardModel(file, this)) {
   ui_->setupUi(this);
-  setWindowFlag(Qt::WindowMaximizeButtonHint);
+  // No dialog over the editor: either may stand in front.
+  setWindowFlags(Qt::Window);
   ui_->StringGridTab->horizontalHeader()->setSortIndicator(CardModel::Number, Qt::AscendingOrder);
   ui_->StringGridTab->setModel(model_);
   ui_->StringGridTab->verticalScrollBar()->setObjectName(u"ScrollBarTab"_s);
@@ -49,6 +50,7 @@ TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, co
     if (!ui_->EditSuchen->hasFocus()) BitBtnEditorClick();
   });
   connect(ui_->BitBtnLoeschen, &QAbstractButton::clicked, this, &TF_wntab::BitBtnLoeschenClick);
+  MakeKeys();
   connect(ui_->BitBtnStatistik, &QAbstractButton::clicked, this, &TF_wntab::BitBtnStatistikClick);
   connect(ui_->BitBtnDrucken, &QAbstractButton::clicked, this, &TF_wntab::PrintWanted);
   connect(new QShortcut(QKeySequence(u"Ctrl+P"_s), this), &QShortcut::activated, this, &TF_wntab::PrintWanted);
@@ -58,6 +60,17 @@ TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, co
 }
 
 TF_wntab::~TF_wntab() = default;
+
+// Of the grid, in which whole rows are marked.
+void TF_wntab::MakeKeys() {
+  const auto key = [this](Qt::Key pressed, auto&& run) {
+    connect(new QShortcut(pressed, ui_->StringGridTab, nullptr, nullptr, Qt::WidgetShortcut), &QShortcut::activated,
+            this, run);
+  };
+  key(Qt::Key_Delete, [this] { ui_->BitBtnLoeschen->click(); });
+  key(Qt::Key_Home, [this] { ShowRow(model_->CardRow(0)); });
+  key(Qt::Key_End, [this] { ShowRow(model_->CardRow(model_->rowCount() - 1)); });
+}
 
 void TF_wntab::Open(int card_row) {
   model_->ShowAnew();

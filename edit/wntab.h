@@ -48,6 +48,7 @@ class TF_wntab : public QDialog {
   void hideEvent(QHideEvent* event) override;
 
  private:
+  void MakeKeys();
   void FitColumns();
   int CurrentRow() const;
   void ShowRow(int card_row);
