@@ -23,7 +23,7 @@ QString FilterOf(MediaUse use) {
     case MediaUse::Picture:
       return u"Bilder (*.bmp *.jpg *.jpeg *.png *.gif *.BMP *.JPG *.JPEG *.PNG *.GIF)"_s;
     case MediaUse::Media:
-      return u"Video und Ton (*.avi *.mpg *.wav *.mid *.AVI *.MPG *.WAV *.MID)"_s;
+      return u"Video und Ton (*.avi *.mpg *.mpeg *.wav *.mid *.mp3 *.ogg *.AVI *.MPG *.MPEG *.WAV *.MID *.MP3 *.OGG)"_s;
     case MediaUse::TextFile:
       return u"Windows Texte (*.txt *.rtf *.TXT *.RTF)"_s;
     case MediaUse::PictureFile:

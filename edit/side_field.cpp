@@ -150,7 +150,14 @@ void SideField::PutTag(std::string_view tag) {
 }
 
 void SideField::Enclose(std::string_view open, std::string_view close) {
+  const auto [begin, length] = Selection();
+  if (length == 0 && std::string_view(Side()).substr(begin).starts_with(close))
+    return Select({begin + close.size(), 0});
   Apply(EncloseInTags(Side(), Selection(), open, close));
+}
+
+void SideField::SelectIfBlank() {
+  if (Side() == kBlankSide) selectAll();
 }
 
 void SideField::PutAtStart(std::string_view tag) {
@@ -215,10 +222,7 @@ bool SideField::event(QEvent* event) {
 void SideField::focusInEvent(QFocusEvent* event) {
   QPlainTextEdit::focusInEvent(event);
   // Whoever comes by key to a side on which nothing is written yet wants to write there.
-  if (event->reason() != Qt::MouseFocusReason && event->reason() != Qt::ActiveWindowFocusReason &&
-      Side() == kBlankSide) {
-    selectAll();
-  }
+  if (event->reason() != Qt::MouseFocusReason && event->reason() != Qt::ActiveWindowFocusReason) SelectIfBlank();
   Q_EMIT FocusTaken();
 }
 

@@ -34,9 +34,12 @@ class SideField : public QPlainTextEdit {
   void Select(SideRange selection);
 
   // The tools of the editor, each one step for taking back.
-  // A tag in the place of the selection, a pair around it, a tag before all of the text.
+  // A tag in the place of the selection, a pair around it, a tag before all of the text. Without a selection and right
+  // before the tag that closes the pair the caret goes behind that one.
   void PutTag(std::string_view tag);
   void Enclose(std::string_view open, std::string_view close);
+  // Marks all of a side on which nothing is written yet, so that writing replaces it.
+  void SelectIfBlank();
   void PutAtStart(std::string_view tag);
   // All of the text becomes another, the caret before it.
   void Replace(std::string_view text);

@@ -110,6 +110,7 @@ void TF_wned::ConnectSides() {
       [this](int64_t id) { return LinkColour(file_, id, ReadParameters(settings_.ini), machine_.clock.Now()); });
   connect(&sides_, &EditedSides::Typed, this, [this] {
     store_timer_.start();
+    setWindowModified(true);
     ShowLength();
   });
   connect(&sides_, &EditedSides::Activated, this, &TF_wned::ShowLength);
@@ -120,7 +121,8 @@ void TF_wned::ConnectSides() {
     }
     ShowStatus(LeftOutText(left_out_));
   });
-  connect(&sides_, &EditedSides::FilesDropped, this, &TF_wned::DropFiles);
+  // Where they come from is free again before the user is asked about them.
+  connect(&sides_, &EditedSides::FilesDropped, this, &TF_wned::DropFiles, Qt::QueuedConnection);
   connect(&sides_, &EditedSides::PicturePasted, this,
           [this](const QImage& picture) { InsertMedia(media_.PastedTag(picture, desk_.id(), this)); });
 }
@@ -168,6 +170,7 @@ void TF_wned::ShowSides() {
     const std::string text = desk_.Shown(side);
     SideField& shown = sides_.field(side);
     other || shown.Side() != text ? shown.SetSide(text) : shown.HighlightAnew();
+    if (other && shown.hasFocus()) shown.SelectIfBlank();
     shown.setEnabled(desk_.row() != 0);
   }
   sides_.ShowLooks(desk_.IsMarked(), file_.read_only());

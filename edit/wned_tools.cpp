@@ -108,6 +108,7 @@ void TF_wned::InsertMedia(const std::string& tag) {
 }
 
 void TF_wned::DropFiles(const QStringList& paths) {
+  activateWindow();
   for (const QString& path : paths) {
     const auto use = CardMedia::UseOf(path);
     if (use) {
@@ -154,12 +155,13 @@ void TF_wned::MHtmlLink() {
 
 void TF_wned::FinishLink(const QString& face) {
   const auto bytes = ToBytes(face, sides_.page(desk_.link_side()));
-  if (!bytes) return ShowStatus(LeftOutText(face));
+  if (!bytes) return ShowStatus(u"Der Linktext hat Zeichen, die nicht im Zeichensatz der Seite stehen"_s);
   if (!StoreSide()) return;
   const EditSide side = desk_.link_side();
   busy_ = true;
   const bool made = desk_.FinishLink(*bytes);
   busy_ = false;
+  link_window_->hide();
   link_window_.release()->deleteLater();
   ShowCard();
   sides_.Activate(side);

@@ -73,7 +73,8 @@ SearchQuery TF_wnsuch::query() const {
 bool TF_wnsuch::TextsFit() {
   const auto fits = [this](const QString& text) { return text.isEmpty() || !SoughtTextOf(text, pages_).empty(); };
   const bool fit = fits(ui_->EditString1->text()) && fits(ui_->EditString2->text());
-  if (!fit) ui_->LabelErgebnis->setText(u"Die Suchbegriffe enthalten Zeichen, die keine Karte enthalten kann"_s);
+  if (!fit)
+    ui_->LabelErgebnis->setText(u"Die Suchbegriffe haben Zeichen, die nicht im Zeichensatz der Kartei stehen"_s);
   return fit;
 }
 

@@ -79,10 +79,16 @@ TEST_F(CardEditor, CardCommandsSayWhatTheyDid) {
   Key(Qt::Key_N, Qt::AltModifier);
   EXPECT_EQ(Status(), u"Karte ID: 000004 (Leerkarte) an Pos. 2 eingefügt"_s);
   Type(u"neu"_s);
+  Key(Qt::Key_Tab);
+  Key(Qt::Key_B, Qt::ControlModifier);
+  Type(u"hinten"_s);
+  Key(Qt::Key_B, Qt::ControlModifier);
+  Type(u"!"_s);
   Trigger(u"MCardCopy"_s);
   Trigger(u"MCardPaste"_s);
   EXPECT_EQ(Status(), u"Karte ID: 000005 an Pos. 3 eingefügt"_s);
   EXPECT_EQ(Stored(4), "neu") << "what was typed is copied";
+  EXPECT_EQ(Stored(4, false), "<b>hinten</b>!");
   EXPECT_TRUE(Command(u"MCommandUndo"_s).text().startsWith(u"&Zurücknehmen: "_s));
   Trigger(u"MCardDelete"_s);
   EXPECT_EQ(Status(), u"Karte 000005 gelöscht"_s);
@@ -142,7 +148,11 @@ TEST_F(CardEditor, LinkIsMadeByGoingToItsTarget) {
   ASSERT_NE(dialog, nullptr);
   Trigger(u"MCardBottom"_s);
   EXPECT_EQ(Control<QLineEdit>(*dialog, u"EditZielIdent"_s).text(), u"000003"_s);
-  QTest::mouseClick(&Control<QAbstractButton>(*dialog, u"BitBtnLink"_s), Qt::LeftButton);
+  for (const QString& face : {u"О"_s, u"Ofen"_s}) {
+    EXPECT_TRUE(dialog->isVisible());
+    Control<QLineEdit>(*dialog, u"EditLinkText"_s).setText(face);
+    QTest::mouseClick(&Control<QAbstractButton>(*dialog, u"BitBtnLink"_s), Qt::LeftButton);
+  }
   EXPECT_EQ(window->row(), 2);
   EXPECT_EQ(Stored(2), "<a href=\"000003\">Ofen</a>");
   EXPECT_EQ(Front().Side(), Stored(2));
@@ -220,7 +230,9 @@ TEST_F(CardEditor, SearchGoesFromCardToCard) {
 }
 
 TEST_F(CardEditor, ListsFollowEveryCommandRowByRow) {
-  Open();
+  Open({{.id = "000001", .question = "Ofen", .score = "000000060"},
+        {.id = "000002", .question = "Topf <a href=\"000001\">x</a>", .score = "000090061", .time_row = "1700000000"},
+        {.id = "000003", .question = "Herd"}});
   window->ShowTable();
   auto* table = window->findChild<TF_wntab*>();
   auto& grid = Control<QTableView>(*table, u"StringGridTab"_s);
@@ -229,6 +241,8 @@ TEST_F(CardEditor, ListsFollowEveryCommandRowByRow) {
     for (int row = 0; row < grid.model()->rowCount(); ++row) texts += grid.model()->index(row, 2).data().toString();
     return texts.join(u' ');
   };
+  EXPECT_EQ(grid.model()->index(1, 4).data(), u"1:01:01:01"_s);
+  EXPECT_EQ(grid.model()->index(0, 4).data(), QString()) << "a new card has no retention time";
   int resets = 0;
   QObject::connect(grid.model(), &QAbstractItemModel::modelReset, &grid, [&resets] { ++resets; });
   grid.selectRow(2);
@@ -251,9 +265,12 @@ TEST_F(CardEditor, ListsFollowEveryCommandRowByRow) {
   Trigger(u"MCommandUndo"_s);
   EXPECT_EQ(fronts(), u"Topf x Ofen Herd"_s);
   EXPECT_EQ(resets, 0);
-  grid.selectRow(0);
+  table->activateWindow();
+  ASSERT_TRUE(QTest::qWaitFor([table] { return QApplication::activeWindow() == table; }));
+  grid.setFocus();
+  QTest::keyClick(&grid, Qt::Key_End);
   for (const size_t marked : {1U, 3U, 0U, 3U}) {
-    QTest::mouseClick(&Control<QAbstractButton>(*table, u"BitBtnLoeschen"_s), Qt::LeftButton);
+    QTest::keyClick(&grid, Qt::Key_Delete);
     EXPECT_EQ(file.deletion_marks().rows().size(), marked);
     grid.selectAll();
   }
