@@ -57,7 +57,6 @@ TF_wnwahl::TF_wnwahl(const AnswerSurroundings& around, CardFile& file, Random& r
   connect(ui_->BitBtnMehrfach, &QAbstractButton::clicked, this, &TF_wnwahl::BitBtnMehrfachClick);
   connect(ui_->BitBtnLerneIch, &QAbstractButton::clicked, this, &TF_wnwahl::BitBtnLerneIchClick);
   WatchKeys();
-  DressBoxes();
   PageChanged();
   Restore();
   ui_->PanelAntworten->hide();
@@ -81,27 +80,6 @@ void TF_wnwahl::MakeChoices() {
     boxes_[i]->setFixedWidth(style()->pixelMetric(QStyle::PM_IndicatorWidth) + 2);
     connect(boxes_[i], &QAbstractButton::clicked, this, [this, i] { CheckBoxClick(i); });
   }
-}
-
-// In a dark window empty boxes are dark, too, and their edges darker still: they get a ground that is seen.
-void TF_wnwahl::DressBoxes() {
-  constexpr float kStrength = 0.3F;
-  QPalette colours = palette();
-  if (IsDark(colours)) {
-    const QColor ground = colours.color(QPalette::Window);
-    const QColor letters = colours.color(QPalette::WindowText);
-    const auto mixed = [](int from, int to) {
-      return from + static_cast<int>(kStrength * static_cast<float>(to - from));
-    };
-    colours.setColor(QPalette::Base, QColor(mixed(ground.red(), letters.red()), mixed(ground.green(), letters.green()),
-                                            mixed(ground.blue(), letters.blue())));
-  }
-  for (QCheckBox* box : boxes_) box->setPalette(colours);
-}
-
-void TF_wnwahl::changeEvent(QEvent* event) {
-  AnswerWindow::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && boxes_.back() != nullptr) DressBoxes();
 }
 
 ChoicePage TF_wnwahl::Page() const {

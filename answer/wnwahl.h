@@ -43,13 +43,11 @@ class TF_wnwahl : public AnswerWindow {
 
  protected:
   bool KeyPressed(QKeyEvent& event) override;
-  void changeEvent(QEvent* event) override;
 
  private:
   ChoicePage Page() const;
   CodePage KeyPage() const;
   void MakeChoices();
-  void DressBoxes();
   void PageChanged();
   void ShowHint();
   void MakeOffer();

@@ -11,6 +11,7 @@ namespace tessaro {
 namespace {
 
 constexpr int kCameraSize = 16;
+constexpr int kLinkFrame = 2;
 
 QRect ToQt(const PixelRect& rect) {
   return {rect.left, rect.top, rect.width, rect.height};
@@ -27,13 +28,13 @@ void PaintText(QPainter& painter, const Fragment& fragment, TextCache& texts) {
 }
 
 // Four bars rather than an outline: these are sharp at every scale.
-void PaintFrame(QPainter& painter, const QRect& rect) {
+void PaintFrame(QPainter& painter, const QRect& rect, int width) {
   const QColor colour = painter.pen().color();
-  const QRect outer = rect.adjusted(-1, -1, 1, 1);
-  painter.fillRect(outer.left(), outer.top(), outer.width(), 1, colour);
-  painter.fillRect(outer.left(), outer.bottom(), outer.width(), 1, colour);
-  painter.fillRect(outer.left(), rect.top(), 1, rect.height(), colour);
-  painter.fillRect(outer.right(), rect.top(), 1, rect.height(), colour);
+  const QRect outer = rect.adjusted(-width, -width, width, width);
+  painter.fillRect(outer.left(), outer.top(), outer.width(), width, colour);
+  painter.fillRect(outer.left(), rect.bottom() + 1, outer.width(), width, colour);
+  painter.fillRect(outer.left(), rect.top(), width, rect.height(), colour);
+  painter.fillRect(rect.right() + 1, rect.top(), width, rect.height(), colour);
 }
 
 bool PaintPicture(QPainter& painter, const Fragment& fragment, const QColor& paper, PictureStore& pictures) {
@@ -101,13 +102,15 @@ bool PaintSide(QPainter& painter, const Layout& layout, const QRect& clip, const
   for (const Fragment& fragment : layout.fragments) {
     // Slanted letters and frames reach a little out of their rectangles.
     const int slack = fragment.rect.height / 2 + 1;
-    if (!ToQt(fragment.rect).adjusted(-slack, -1, slack, 1).intersects(clip)) continue;
+    if (!ToQt(fragment.rect).adjusted(-slack, -kLinkFrame, slack, kLinkFrame).intersects(clip)) continue;
     painter.setPen(ColourOfClass(fragment.colour, look));
     bool drawn = true;
     if (fragment.kind == Fragment::Kind::Text) PaintText(painter, fragment, texts);
     if (fragment.kind == Fragment::Kind::Picture) drawn = PaintPicture(painter, fragment, look.paper, pictures);
     if (fragment.kind == Fragment::Kind::Video) PaintVideo(painter, fragment);
-    if (fragment.framed && drawn) PaintFrame(painter, ToQt(fragment.rect));
+    // The frame of a link has a meaning by its colour, so it is broad enough to show one.
+    const int frame = fragment.colour == ColourClass::Text ? 1 : kLinkFrame;
+    if (fragment.framed && drawn) PaintFrame(painter, ToQt(fragment.rect), frame);
     all_read = all_read && drawn;
   }
   return all_read;
