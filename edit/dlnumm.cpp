@@ -6,6 +6,7 @@
 #include "edit/renumbering.h"
 #include "ui_dlnumm.h"
 #include "widgets/text.h"
+#include "widgets/window_place.h"
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +24,7 @@ TF_dlnumm::TF_dlnumm(CardFile& file, CommandStack& commands, Messages& messages,
       ui_(std::make_unique<Ui::TF_dlnumm>()) {
   ui_->setupUi(this);
   ShowDeadLinks();
+  GrowToContent(*this);
   connect(ui_->BitBtnOK, &QAbstractButton::clicked, this, &TF_dlnumm::BitBtnOKClick);
   connect(ui_->BitBtnCancel, &QAbstractButton::clicked, this, &QDialog::reject);
   ui_->EditStartNummer->selectAll();

@@ -1,6 +1,5 @@
 #include "edit/wnlink.h"
 
-#include "settings/kept_place.h"
 #include "ui_wnlink.h"
 #include "widgets/window_place.h"
 
@@ -14,10 +13,7 @@ constexpr std::string_view kPlaceSuffix = "HL";
 TF_wnlink::TF_wnlink(ProgramSettings& settings, QWidget* parent)
     : QDialog(parent), settings_(settings), ui_(std::make_unique<Ui::TF_wnlink>()) {
   ui_->setupUi(this);
-  const bool placed = HasPlace(settings_.ini, kPlaceSuffix);
-  RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
-  // At first where it hides the least of the cards among which the target is looked for.
-  if (!placed && parent != nullptr) move(parent->geometry().bottomRight() - rect().bottomRight() - QPoint(24, 48));
+  RestorePlaceAside(*this, settings_.ini, kPlaceSuffix);
   connect(ui_->BitBtnLink, &QAbstractButton::clicked, this, [this] {
     KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
     Q_EMIT Accepted(ui_->EditLinkText->text());

@@ -33,7 +33,7 @@ SoughtText SoughtTextOf(const QString& text, const SideCodePages& pages) {
 TF_wnsuch::TF_wnsuch(ProgramSettings& settings, QWidget* parent)
     : QDialog(parent), settings_(settings), ui_(std::make_unique<Ui::TF_wnsuch>()) {
   ui_->setupUi(this);
-  RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  RestorePlaceAside(*this, settings_.ini, kPlaceSuffix);
   connect(ui_->BitBtnStart, &QAbstractButton::clicked, this, &TF_wnsuch::Start);
   connect(ui_->BitBtnWeiter, &QAbstractButton::clicked, this, &TF_wnsuch::MoreWanted);
   connect(ui_->BitBtnClose, &QAbstractButton::clicked, this, &QDialog::close);

@@ -47,6 +47,14 @@ void RestoreWindowPlace(QWidget& window, const IniFile& settings, std::string_vi
   if (kept.maximised) window.setWindowState(window.windowState() | Qt::WindowMaximized);
 }
 
+void RestorePlaceAside(QWidget& window, const IniFile& settings, std::string_view suffix) {
+  RestoreWindowPlace(window, settings, suffix);
+  const QWidget* parent = window.parentWidget();
+  if (HasPlace(settings, suffix) || parent == nullptr || !parent->isVisible()) return;
+  constexpr QPoint kInside(24, 48);
+  window.move(parent->geometry().bottomRight() - window.rect().bottomRight() - kInside);
+}
+
 void KeepWindowPlace(const QWidget& window, IniFile& settings, std::string_view suffix) {
   const bool maximised = window.isMaximized();
   const QRect inside = maximised ? window.normalGeometry() : window.geometry();
