@@ -31,6 +31,16 @@ size_t AsciiRun(std::string_view text) {
   return run;
 }
 
+// Goes through the text once, piece by piece.
+bool HoldsAny(std::string_view text, char one, char other) {
+  constexpr size_t kPiece = size_t{64} * 1024;
+  for (; !text.empty(); text.remove_prefix(std::min(kPiece, text.size()))) {
+    const std::string_view piece = text.substr(0, kPiece);
+    if (piece.find(one) != std::string_view::npos || piece.find(other) != std::string_view::npos) return true;
+  }
+  return false;
+}
+
 // UTF-8 that is more than ASCII: of that nobody needs to know.
 bool IsMarklessUtf8(std::string_view text) {
   bool more = false;
@@ -60,10 +70,7 @@ class Converter {
       : text_(text), bytes_(text.bytes), pages_(pages), by_sides_(!pages.western()) {}
 
   void FromCodePage() {
-    if (std::memchr(bytes_.data(), '\r', bytes_.size()) == nullptr &&
-        std::memchr(bytes_.data(), '\0', bytes_.size()) == nullptr) {
-      return;
-    }
+    if (!HoldsAny(bytes_, '\r', '\0')) return;
     for (const char byte : bytes_) PutByte(byte);
     Finish();
   }

@@ -2,41 +2,64 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <functional>
+#include <numeric>
 #include <optional>
+#include <utility>
 
 #include "exchange/card_frame.h"
 #include "platform/disk.h"
+#include "platform/other_thread.h"
 #include "store/table/card_columns.h"
+#include "store/table/table_scan.h"
 
 namespace tessaro {
 namespace {
 
+// So much is made rows at once: it stays in the processor's cache.
+constexpr size_t kPiece = size_t{64} * 1024;
 constexpr size_t kBufferSize = size_t{256} * 1024;
 constexpr uint32_t kMostCardNumber = 999'990;
 constexpr size_t kColumns = kCardColumns.size();
-constexpr size_t kScoreDigits = 9;
 constexpr char kEscape = '\\';
 
-bool AreDigits(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+bool IsDigit(char c) {
+  return static_cast<uint8_t>(c - '0') <= 9;
 }
 
+bool AreDigits(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), IsDigit);
+}
+
+// These two look at all bytes, since nearly all texts are right, and gather what they find in bytes: several are looked
+// at at once.
 bool AreLetters(std::string_view text) {
-  constexpr size_t kMost = kHistoryLength;
-  return text.size() <= kMost && std::all_of(text.begin(), text.end(), [](char c) { return c == 'w' || c == 'f'; });
+  if (text.size() > kHistoryLength) return false;
+  uint8_t others = 0;
+  for (const char c : text) others = static_cast<uint8_t>(others | (c != 'w' && c != 'f' ? 1 : 0));
+  return others == 0;
 }
 
 // Numbers with blanks between or behind them.
 bool AreTimes(std::string_view text) {
-  int numbers = 0;
-  bool in_number = false;
-  for (const char c : text) {
-    const bool digit = c >= '0' && c <= '9';
-    if (!digit && c != ' ') return false;
-    numbers += digit && !in_number ? 1 : 0;
-    in_number = digit;
+  constexpr size_t kCounted = 128;  // at once, so that a byte holds the number
+  const auto digit = [](char c) { return static_cast<unsigned>(IsDigit(c)); };
+  const auto other = [&](char c) { return ~digit(c) & static_cast<unsigned>(c != ' '); };
+  if (text.empty()) return true;
+  size_t numbers = digit(text.front());
+  auto others = static_cast<uint8_t>(other(text.front()));
+  for (size_t from = 1; from < text.size(); from += kCounted) {
+    const char* const at = text.data() + from;
+    const size_t count = std::min(kCounted, text.size() - from);
+    uint8_t begun = 0;
+    for (size_t i = 0; i < count; ++i) {
+      others = static_cast<uint8_t>(others | other(at[i]));
+      begun = static_cast<uint8_t>(begun + (digit(at[i]) & ~digit(at[i - 1])));
+    }
+    numbers += begun;
   }
-  return numbers <= kHistoryLength;
+  return others == 0 && numbers <= kHistoryLength;
 }
 
 // The fields of a row as they stand in it, escapes and all.
@@ -51,8 +74,29 @@ struct RowFields {
   }
 };
 
+// The fields of a row with just the separators of a card and no escapes, as nearly all are.
+bool SplitPlain(std::string_view row, RowFields& fields) {
+  constexpr size_t kMostScanned = 4096;
+  std::array<uint32_t, kMostScanned + kScanWidth> marks;
+  if (row.size() > kMostScanned) return false;
+  const size_t count = FindMarks(row.data(), row.size(), kFieldSeparator, marks.data());
+  if (count != kColumns - 1) return false;
+  size_t from = 0;
+  for (size_t i = 0; i < count; ++i) {
+    if (row[marks[i]] != kFieldSeparator) return false;
+    fields.field[i] = row.substr(from, marks[i] - from);
+    from = marks[i] + 1;
+  }
+  fields.field[count] = row.substr(from);
+  fields.count = kColumns;
+  return true;
+}
+
+// The row must be one of TableLines.
 RowFields Split(std::string_view row) {
   RowFields fields;
+  if (SplitPlain(row, fields)) return fields;
+  fields = {};
   const bool escapes = row.find(kEscape) != std::string_view::npos;
   size_t from = 0;
   size_t at = 0;
@@ -80,17 +124,25 @@ class Judge {
     const auto& [id, topic, question, answer, score, time_learned, yes_no_row, time_row] = fields.field;
     const uint32_t number = id.size() == 6 ? DigitsOnly(id).value_or(0) : 0;
     if (number < 1 || number > kMostCardNumber) return LineFault::Id;
-    if (score.empty() || score.size() > kScoreDigits || !AreDigits(score)) return LineFault::Score;
+    if (!DigitsOnly(score)) return LineFault::Score;
     if (!AreDigits(time_learned)) return LineFault::TimeLearned;
     if (!AreLetters(yes_no_row)) return LineFault::YesNoRow;
     if (!AreTimes(time_row)) return LineFault::TimeRow;
-    if (taken_[number]) return LineFault::DoubleId;
-    taken_[number] = true;
+    uint64_t& taken = taken_[number / kBits];
+    const uint64_t bit = uint64_t{1} << number % kBits;
+    if ((taken & bit) != 0) return LineFault::DoubleId;
+    taken |= bit;
     return std::nullopt;
+  }
+  // Whether this one and another, which looked at other lines, both found a line with the same number.
+  bool SharesNumber(const Judge& other) const {
+    return std::inner_product(taken_.begin(), taken_.end(), other.taken_.begin(), uint64_t{0}, std::bit_or<>(),
+                              std::bit_and<>()) != 0;
   }
 
  private:
-  std::vector<bool> taken_ = std::vector<bool>(kMostCardNumber + 1);
+  static constexpr uint32_t kBits = 64;
+  std::vector<uint64_t> taken_ = std::vector<uint64_t>(kMostCardNumber / kBits + 1);
 };
 
 bool IsStartRow(const TableLines& lines) {
@@ -116,37 +168,20 @@ std::vector<std::string> TextsOf(std::string_view row) {
   return texts;
 }
 
-}  // namespace
-
-bool TableLines::Next() {
-  if (at_ == text_.size()) return false;
-  const bool has_lines = layout_.separator != '\n' && layout_.quote != '\n';
-  const size_t end = has_lines ? std::min(text_.find('\n', at_), text_.size()) : text_.size();
-  const std::string_view line = text_.substr(at_, end - at_);
-  if (room_.size() < line.size()) room_.resize(line.size());
-  const bool drops_quotes = layout_.separator != '"' && line.find('"') != std::string_view::npos;
-  char* const row_end = drops_quotes ? std::remove_copy(line.begin(), line.end(), room_.data(), '"')
-                                     : std::copy(line.begin(), line.end(), room_.data());
-  std::transform(room_.data(), row_end, room_.data(), [layout = layout_](char c) {
-    return c == layout.separator ? kFieldSeparator : c == layout.quote ? '"' : c;
-  });
-  row_ = {room_.data(), static_cast<size_t>(row_end - room_.data())};
-  at_ = std::min(end + 1, text_.size());
-  ++line_;
-  return true;
-}
-
-TableCheck CheckTable(std::string_view text, const TableLayout& layout, const WorkObserver& observer) {
+// Looks at a part of a table, the first one or the rest, and asks before each line whether to go on, with the bytes
+// that it has looked at.
+template <typename GoOn>
+TableCheck CheckPart(TableLines lines, bool is_first, Judge& judge, const GoOn& go_on) {
   TableCheck check;
-  Judge judge;
-  WorkWatch watch(observer, kTellEveryBytes);
-  for (TableLines lines(text, layout); lines.Next();) {
+  int64_t asked_at = -1;
+  while (lines.Next()) {
     check.lines = lines.line();
-    if (!watch.GoOn(lines.Position())) {
+    if (lines.Position() != asked_at && !go_on(lines.Position())) {
       check.cancelled = true;
       break;
     }
-    if (IsStartRow(lines)) {
+    asked_at = lines.Position();
+    if (is_first && IsStartRow(lines)) {
       check.start_row = true;
     } else if (const std::optional<LineFault> fault = judge.Look(lines.row())) {
       if (check.fault_count++ < static_cast<int64_t>(TableCheck::kMostFaults)) {
@@ -159,22 +194,141 @@ TableCheck CheckTable(std::string_view text, const TableLayout& layout, const Wo
   return check;
 }
 
-bool WriteTable(std::string_view text, const TableLayout& layout, const TableCheck& check, WritableFile& file,
-                const WorkObserver& observer) {
-  Judge judge;
-  WorkWatch watch(observer, kTellEveryBytes);
-  std::string buffer = CardFileHead();
-  for (TableLines lines(text, layout); lines.Next();) {
+// Adds what was found in the part behind.
+void Append(TableCheck& check, const TableCheck& behind) {
+  for (const TableFault& fault : behind.faults) {
+    if (check.faults.size() == TableCheck::kMostFaults) break;
+    check.faults.push_back({check.lines + fault.line, fault.fault});
+  }
+  check.cancelled = behind.cancelled;
+  check.lines += behind.lines;
+  check.cards += behind.cards;
+  check.fault_count += behind.fault_count;
+}
+
+bool HasLines(const TableLayout& layout) {
+  return layout.separator != '\n' && layout.quote != '\n';
+}
+
+// Where the second half of a table begins; its end where it is looked at in one go.
+size_t SecondHalfOf(std::string_view text, const TableLayout& layout, size_t least_split) {
+  if (text.size() < least_split || !HasLines(layout)) return text.size();
+  const size_t line_feed = text.find('\n', text.size() / 2);
+  return line_feed == std::string_view::npos ? text.size() : line_feed + 1;
+}
+
+// Writes all lines of a table in which all fit.
+bool WriteAllRows(TableLines lines, const TableCheck& check, WorkWatch& watch, WritableFile& file) {
+  bool ends = true;  // with a line feed
+  for (bool drop = check.start_row; !lines.AtEnd(); drop = false) {
     if (!watch.GoOn(lines.Position())) return false;
-    if (IsStartRow(lines) || (check.fault_count > 0 && judge.Look(lines.row()))) continue;
+    if (drop) (void)lines.Next();
+    const std::string_view rows = lines.NextRows();
+    ends = rows.empty() || rows.back() == '\n';
+    if (!file.Write(rows)) return false;
+  }
+  return ends || file.Write("\n");
+}
+
+// Writes the lines that fit.
+bool WriteRows(TableLines lines, WorkWatch& watch, WritableFile& file) {
+  Judge judge;
+  std::string buffer;
+  while (lines.Next()) {
+    if (!watch.GoOn(lines.Position())) return false;
+    if (IsStartRow(lines) || judge.Look(lines.row())) continue;
     buffer += lines.row();
     buffer += '\n';
     if (buffer.size() < kBufferSize) continue;
     if (!file.Write(buffer)) return false;
     buffer.clear();
   }
-  AppendFrameRow(buffer, kEndMark);
   return file.Write(buffer);
+}
+
+}  // namespace
+
+bool TableLines::NextPiece() {
+  if (at_ == text_.size()) return false;
+  const std::string_view rest = text_.substr(at_);
+  size_t size = std::min(HasLines(layout_) ? kPiece : rest.size(), rest.size());
+  if (size < rest.size()) {
+    const size_t last_end = rest.rfind('\n', size - 1);
+    size = std::min(last_end != std::string_view::npos ? last_end : rest.find('\n', size), rest.size() - 1) + 1;
+  }
+  if (room_.size() < size + kScanWidth) room_.resize(size + kScanWidth);
+  const std::string_view source = rest.substr(0, size);
+  const bool drops_quotes = layout_.separator != '"' && source.find('"') != std::string_view::npos;
+  const auto converted = [layout = layout_](char c) {
+    return c == layout.separator ? kFieldSeparator : c == layout.quote ? '"' : c;
+  };
+  char* end = room_.data() + size;
+  if (drops_quotes) {
+    end = std::remove_copy(source.begin(), source.end(), room_.data(), '"');
+    std::transform(room_.data(), end, room_.data(), converted);
+  } else {
+    std::transform(source.begin(), source.end(), room_.data(), converted);
+  }
+  piece_ = {room_.data(), static_cast<size_t>(end - room_.data())};
+  at_ += size;
+  return true;
+}
+
+bool TableLines::Next() {
+  if (piece_.empty() && !NextPiece()) return false;
+  const size_t end = std::min(piece_.find('\n'), piece_.size());
+  row_ = piece_.substr(0, end);
+  piece_.remove_prefix(std::min(end + 1, piece_.size()));
+  ++line_;
+  return true;
+}
+
+std::string_view TableLines::NextRows() {
+  if (piece_.empty()) (void)NextPiece();
+  return std::exchange(piece_, {});
+}
+
+TableCheck CheckTable(std::string_view text, const TableLayout& layout, const WorkObserver& observer,
+                      size_t least_split) {
+  const size_t middle = SecondHalfOf(text, layout, least_split);
+  const TableLines second(text.substr(middle), layout);
+  std::atomic<int64_t> done_behind = 0;
+  std::atomic<bool> ended = false;
+  Judge judge_behind;
+  std::future checked_behind = std::async(OnOtherThread(middle < text.size()), [&] {
+    return CheckPart(second, false, judge_behind, [&](int64_t done) {
+      done_behind.store(done, std::memory_order_relaxed);
+      return !ended.load(std::memory_order_relaxed);
+    });
+  });
+  WorkWatch watch(observer, kTellEveryBytes);
+  Judge judge;
+  TableCheck check = CheckPart(TableLines(text.substr(0, middle), layout), true, judge, [&](int64_t done) {
+    return watch.GoOn(done + done_behind.load(std::memory_order_relaxed));
+  });
+  ended = check.cancelled;
+  TableCheck behind = checked_behind.get();
+  if (check.cancelled) return check;
+  // Which of two lines with the same number comes first is known by looking at them one after the other.
+  if (judge.SharesNumber(judge_behind)) {
+    behind =
+        CheckPart(second, false, judge, [&](int64_t done) { return watch.GoOn(static_cast<int64_t>(middle) + done); });
+  }
+  Append(check, behind);
+  return check;
+}
+
+bool WriteTable(std::string_view text, const TableLayout& layout, const TableCheck& check, WritableFile& file,
+                const WorkObserver& observer) {
+  WorkWatch watch(observer, kTellEveryBytes);
+  TableLines lines(text, layout);
+  if (!file.Write(CardFileHead())) return false;
+  if (!(check.fault_count == 0 ? WriteAllRows(std::move(lines), check, watch, file)
+                               : WriteRows(std::move(lines), watch, file)))
+    return false;
+  std::string end;
+  AppendFrameRow(end, kEndMark);
+  return file.Write(end);
 }
 
 std::vector<std::vector<std::string>> FirstCards(std::string_view text, const TableLayout& layout, size_t most) {

@@ -45,30 +45,43 @@ struct TableCheck {
   bool start_row = false;          // the first line is the start row of a card file: it is left out
 };
 
-// Reads the lines of a table as rows of a card file. The text must outlive it.
+// Reads the lines of a table as rows of a card file, many at once. The text must outlive it.
 class TableLines {
  public:
   TableLines(std::string_view text, const TableLayout& layout) : text_(text), layout_(layout) {}
 
   // Goes to the next line; false at the end.
   bool Next();
-  // The line as it stands in a card file, without its line feed.
+  // The line as it stands in a card file, without its line feed. Some bytes behind it may be read, see FindMarks.
   std::string_view row() const { return row_; }
   // Counted from 1.
   int64_t line() const { return line_; }
+  // Goes on by all the rows at hand, which end with a line feed each, but for that of the text's last line where it
+  // has none. Empty at the end.
+  std::string_view NextRows();
+  // Whether no row is left.
+  bool AtEnd() const { return piece_.empty() && at_ == text_.size(); }
+  // About how far it has come.
   int64_t Position() const { return static_cast<int64_t>(at_); }
 
  private:
+  bool NextPiece();
+
   std::string_view text_;
   TableLayout layout_;
-  size_t at_ = 0;
+  size_t at_ = 0;  // behind the piece
   int64_t line_ = 0;
   std::string room_;
+  std::string_view piece_;  // what is left of the rows at hand
   std::string_view row_;
 };
 
+// A table of so many bytes is looked at by two threads, each of which has a half.
+inline constexpr size_t kLeastSplitTable = size_t{1} << 20;
+
 // Looks at all lines. The observer is told the bytes.
-TableCheck CheckTable(std::string_view text, const TableLayout& layout, const WorkObserver& observer = {});
+TableCheck CheckTable(std::string_view text, const TableLayout& layout, const WorkObserver& observer = {},
+                      size_t least_split = kLeastSplitTable);
 // Writes a card file of the lines that fit, as `check` of the same text tells: the names of the columns, the start row,
 // the cards, the end row. False when the file takes no more or the observer ended it.
 [[nodiscard]] bool WriteTable(std::string_view text, const TableLayout& layout, const TableCheck& check,

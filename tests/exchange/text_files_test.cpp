@@ -118,6 +118,47 @@ TEST(TableImport, FileIsFramedAndHoldsTheLinesThatFit) {
             "000001|0|\"a\\|b\"|\\n|000000001||wf|0\n000002|0|f|g|1|0|wf|0 0\n##|||||||");
 }
 
+TEST(TableImport, TwoHalvesAreLookedAtLikeOneTable) {
+  std::mt19937 random(3);
+  const std::string rests[] = {"0;f;g;1;0;wf;0 0", "0;\"f\";\\;;1;0;wf;0 0", "0;f;g;x;0;wf;0", "0;f\n;",
+                               "0;f;g;1;0;wx;0 "};
+  for (int round = 0; round < 300; ++round) {
+    std::string text = random() % 4 == 0 ? "@@;;;;;;;\n" : "";
+    for (size_t lines = random() % 12; lines > 0; --lines) {
+      text += Row("00000" + std::to_string(random() % 10), rests[random() % 2 == 0 ? 0 : random() % std::size(rests)]);
+    }
+    if (!text.empty() && random() % 2 == 0) text.pop_back();
+    const TableCheck whole = CheckTable(text, kSemicolons, {}, SIZE_MAX);
+    const TableCheck halves = CheckTable(text, kSemicolons, {}, 0);
+    const auto told = [](const TableCheck& check) {
+      std::string faults;
+      for (const auto& [line, fault] : check.faults) faults += Row(std::to_string(line), std::to_string(int(fault)));
+      return std::tuple(check.lines, check.cards, check.fault_count, faults, check.start_row);
+    };
+    EXPECT_EQ(told(halves), told(whole)) << text;
+  }
+}
+
+TEST(TableImport, LongTableIsReadWholeAndItsCheckCanBeEnded) {
+  std::string text;
+  for (int number = 1; number <= 2000; ++number) {
+    text += Row(std::to_string(1'000'000 + number).substr(1), "0;" + std::string(100, 'f') + ";g;1;0;wf;" + Zeros(64));
+  }
+  const TableCheck check = CheckTable(text, kSemicolons, {}, 0);
+  EXPECT_EQ(check.cards, 2000);
+  MemoryWriter file;
+  ASSERT_TRUE(WriteTable(text, kSemicolons, check, file));
+  const std::string written = file.TakeText();
+  std::replace(text.begin(), text.end(), ';', kFieldSeparator);
+  EXPECT_EQ(written.substr(written.find("000001"), text.size()), text);
+  int64_t furthest = 0;
+  const auto goes_on = [&](int64_t done) { return (furthest = done) >= 0; };
+  EXPECT_FALSE(CheckTable(text, kSemicolons, goes_on, 0).cancelled);
+  EXPECT_GT(furthest, static_cast<int64_t>(text.size()) / 2);
+  const auto ends = [](int64_t) { return false; };
+  EXPECT_TRUE(CheckTable(text, kSemicolons, ends, 0).cancelled);
+}
+
 TEST(TableImport, LineWithoutAnEndCountsAndTheSeparatorComesFirst) {
   EXPECT_EQ(CheckTable("000001;0;f;g;1;0;wf;0", kSemicolons).cards, 1);
   // Where all three are equal the double quote is the separator.
