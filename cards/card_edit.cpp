@@ -29,12 +29,12 @@ void CardCommand::Remove(int row) {
   edit_.removed.push_back(row);
 }
 
-void CardCommand::InsertBehind(int row, const std::vector<FieldView>& fields) {
+void CardCommand::InsertBehind(int row, std::span<const FieldView> fields) {
   edit_.places.push_back(row);
   edit_.inserted.AddRow(fields);
 }
 
-void CardCommand::Replace(int row, const std::vector<FieldView>& fields) {
+void CardCommand::Replace(int row, std::span<const FieldView> fields) {
   if (!edit_.replaced.empty() && edit_.replaced.back() == row) return edit_.replacing.AddToLastRow(fields);
   edit_.replaced.push_back(row);
   edit_.replacing.AddRow(fields);
@@ -51,7 +51,7 @@ void CardCommand::AppendReplaced(CardCommand behind) {
   edit_.replacing.Append(std::move(behind.edit_.replacing));
 }
 
-std::optional<CardEditDone> CardEdit::Apply(CardCommand command) {
+std::optional<CardEditDone> CardEdit::Apply(CardCommand command, IndexWork index_work) {
   if (!file_.IsOpen() || !Fits(command.edit_, file_.cards())) return std::nullopt;
   CardEditDone done;
   CardCommand& inverse = done.inverse;
@@ -62,7 +62,7 @@ std::optional<CardEditDone> CardEdit::Apply(CardCommand command) {
   KeepRemoved(edit, shift, inverse);
   inverse.edit_.removed = shift.inserted();
   for (int& row : inverse.edit_.replaced) row = shift.Map(row);
-  if (!file_.Edit(std::move(edit), std::move(old_ids))) return std::nullopt;
+  if (!file_.Edit(std::move(edit), std::move(old_ids), index_work)) return std::nullopt;
   for (size_t i = 0; i < inverse.learned_.size(); ++i) {
     if (inverse.learned_[i] != 0) inverse.learned_[i] = LearnedHash(inverse.edit_.replaced[i]);
   }

@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "store/file/card_file.h"
@@ -16,9 +18,15 @@ class CardCommand {
   void Remove(int row);
   // Puts a card in behind this row, which may be the first of the table, with these fields. Several behind the same row
   // stand there in the order of the calls.
-  void InsertBehind(int row, const std::vector<FieldView>& fields);
+  void InsertBehind(int row, std::span<const FieldView> fields);
+  void InsertBehind(int row, std::initializer_list<FieldView> fields) {
+    InsertBehind(row, std::span(fields.begin(), fields.size()));
+  }
   // Gives fields of a card new texts. The card of the last call may be named again with other columns.
-  void Replace(int row, const std::vector<FieldView>& fields);
+  void Replace(int row, std::span<const FieldView> fields);
+  void Replace(int row, std::initializer_list<FieldView> fields) {
+    Replace(row, std::span(fields.begin(), fields.size()));
+  }
 
   // Makes room for so many bytes of texts of inserted rows, ...
   void ReserveInserted(size_t bytes) { edit_.inserted.Reserve(bytes); }
@@ -56,7 +64,7 @@ class CardEdit {
   // one inserts another with the same command. An inverse is for the cards as its command
   // left them, answers aside: where a card was answered since, or its statistics changed otherwise, the columns that
   // learning writes stay as they are.
-  std::optional<CardEditDone> Apply(CardCommand command);
+  std::optional<CardEditDone> Apply(CardCommand command, IndexWork index_work = IndexWork::Follow);
   // The same without an inverse, for what is never taken back: that of many cards takes long and much memory.
   std::optional<RowShift> ApplyForGood(CardCommand command);
 

@@ -280,8 +280,15 @@ bool CardFile::RebuildIndexes(const StageObserver& observer) {
 }
 
 IndexDefect CardFile::BuildIndexes(CardContent& content, const CardIds& ids, const StageObserver& observer) {
+  // Beside the one index another thread builds the other, which counts only if the first is good.
+  LinkIndex links;
+  std::future built =
+      std::async(OnOtherThread(ids.RowCount() >= kWorthAThread), [&] { return links.Build(content.cards, ids); });
   if (!BuildLearnIndex(content, ids, observer)) return IndexDefect::LearnIndex;
-  return BuildLinkIndex(content, ids, observer) ? IndexDefect::None : IndexDefect::LinkIndex;
+  Tell(observer, FileStage::BuildLinkIndex, static_cast<uint64_t>(ids.RowCount()));
+  if (!built.get()) return IndexDefect::LinkIndex;
+  content.link_index = std::move(links);
+  return IndexDefect::None;
 }
 
 bool CardFile::BuildLearnIndex(CardContent& content, const CardIds& ids, const StageObserver& observer) {

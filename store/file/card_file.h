@@ -20,6 +20,10 @@
 
 namespace tessaro {
 
+// What becomes of the indexes in an edit: they follow at once, or the cards that come are in none of them before they
+// are built again (NeedsRebuild), for many edits in a row that only add cards or take them out again.
+enum class IndexWork { Follow, Later };
+
 // The card file that is open, or none. It owns the card table with both indexes and the settings of the file. There is
 // one in a running program; functions that work on cards take a reference to it.
 class CardFile {
@@ -63,7 +67,7 @@ class CardFile {
   // Does this to the cards as one change: both indexes follow, the highest number rises where it must, the journal
   // keeps it, and who watches is told. Gives where the rows went. Nothing, and all as it was, when there are no such
   // rows or no room for them. For CardEdit, which knows how to undo it. `old_ids`: see EditChangeOf.
-  std::optional<RowShift> Edit(TableEdit edit, PackedFields old_ids = {});
+  std::optional<RowShift> Edit(TableEdit edit, PackedFields old_ids = {}, IndexWork index_work = IndexWork::Follow);
   CardWatchers& watchers() { return watchers_; }
   DeletionMarks& deletion_marks() { return deletion_marks_; }
   const DeletionMarks& deletion_marks() const { return deletion_marks_; }
@@ -115,8 +119,8 @@ class CardFile {
   // Rebuilds both indexes. False when the card table has a defect: already the learning index cannot be built, and both
   // are as they were.
   [[nodiscard]] bool RebuildIndexes(const StageObserver& observer = {});
-  // Whether cards with equal keys may stand in another order than RebuildIndexes would give them, after Edit. The
-  // indexes are right; what made many cards has them rebuilt when it ends.
+  // Whether cards with equal keys may stand in another order than RebuildIndexes would give them, after Edit, or cards
+  // are missing that wait for it. What made many cards has the indexes rebuilt when it ends.
   bool NeedsRebuild() const { return content_.equal_keys_differ; }
   // Writes both indexes where they are those of the card file on the disk. As long as that differs from the open cards,
   // nothing is written: the indexes go with the next save.
@@ -155,6 +159,7 @@ class CardFile {
   static bool BuildLinkIndex(CardContent& content, const CardIds& ids, const StageObserver& observer);
   // True when the learning index was built anew.
   bool FollowInIndexes(const TableEdit& edit, const RowShift& shift);
+  void LeaveOutOfIndexes(const RowShift& shift);
   void RaiseHighestId(int64_t id);
   void TellOfChanges(const TableEdit& edit, const RowShift& shift) const;
   // Takes the lock of a card file unless it is that of the open one; it may be that none can be had. False: another

@@ -42,7 +42,7 @@ ReplacedKeys ReplacedKeysOf(const TableEdit& edit, const RowShift& shift, const 
 
 }  // namespace
 
-std::optional<RowShift> CardFile::Edit(TableEdit edit, PackedFields old_ids) {
+std::optional<RowShift> CardFile::Edit(TableEdit edit, PackedFields old_ids, IndexWork index_work) {
   if (!IsOpen() || !Fits(edit, content_.cards)) return std::nullopt;
   const RowShift shift = ShiftOf(edit);
   const EditChange change = EditChangeOf(std::move(edit), std::move(old_ids), content_.cards);
@@ -59,7 +59,12 @@ std::optional<RowShift> CardFile::Edit(TableEdit edit, PackedFields old_ids) {
   }
   std::future kept =
       std::async(OnOtherThread(is_long), [&] { return journal_.NoteEdit(content_.cards, change, record.get()); });
-  const bool rebuilt = FollowInIndexes(change.edit, shift);
+  bool rebuilt = false;
+  if (index_work == IndexWork::Later) {
+    LeaveOutOfIndexes(shift);
+  } else {
+    rebuilt = FollowInIndexes(change.edit, shift);
+  }
   changed_ = true;
   content_.unknown.reset();
   journal_.Noted(kept.get());
@@ -74,10 +79,13 @@ bool CardFile::FollowInIndexes(const TableEdit& edit, const RowShift& shift) {
   const auto are_many = [&](const std::vector<int>& changed) {
     return changed.size() + shift.inserted().size() > static_cast<size_t>(CardCount() / kMostPutPart);
   };
+  const bool ids_differ = !shift.empty() || !renumbered.empty();
   const bool build_links = are_many(renumbered);
   const bool build_scores = are_many(scored);
-  content_.equal_keys_differ = content_.equal_keys_differ || (!build_links && !(shift.empty() && renumbered.empty())) ||
+  content_.equal_keys_differ = content_.equal_keys_differ || (!build_links && ids_differ) ||
                                (!build_scores && !(shift.empty() && scored.empty()));
+  // Where nothing but scores changed, their index needs no IDs.
+  if (build_scores && !ids_differ && content_.learn_index.BuildAgain(content_.cards)) return true;
   std::optional<CardIds> ids;
   if (build_links || build_scores) ids.emplace(content_.cards);
 
@@ -100,6 +108,13 @@ bool CardFile::FollowInIndexes(const TableEdit& edit, const RowShift& shift) {
   std::for_each(scored.begin(), scored.end(), put_score);
   std::for_each(shift.inserted().begin(), shift.inserted().end(), put_score);
   return false;
+}
+
+void CardFile::LeaveOutOfIndexes(const RowShift& shift) {
+  content_.link_index.Shift(shift);
+  content_.learn_index.Shift(shift);
+  for (const int row : shift.inserted()) RaiseHighestId(LeadingNumber(content_.cards.Peek(content_.columns.id, row)));
+  content_.equal_keys_differ = true;
 }
 
 void CardFile::RaiseHighestId(int64_t id) {

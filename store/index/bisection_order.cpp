@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <bit>
 #include <cstddef>
+#include <functional>
+#include <numeric>
+#include <optional>
 
 // How the order comes about: the index has n rows, row 1 being a start row that is never looked at and row n the end
 // row. For each key the span lo = 2 ... hi = n is narrowed by probes, the first at row n / 2, until a probe meets an
@@ -139,9 +142,24 @@ void OrderEquals(int32_t* entries, size_t count, const std::vector<int32_t>& pla
   std::copy(ordered.begin(), ordered.end(), entries);
 }
 
+// The order of keys that only fall or only rise, as those of cards that were numbered or queued in their order.
+std::optional<std::vector<int32_t>> PlainOrder(const std::vector<int64_t>& keys, int64_t end_key) {
+  if (keys.empty() || std::max(keys.front(), keys.back()) > end_key) return std::nullopt;
+  const auto all_are = [&](auto in_order) {
+    return std::adjacent_find(keys.begin(), keys.end(), std::not_fn(in_order)) == keys.end();
+  };
+  const bool fall = all_are(std::greater<>());
+  if (!fall && !all_are(std::less<>())) return std::nullopt;
+  std::vector<int32_t> order(keys.size());
+  std::iota(order.begin(), order.end(), 0);
+  if (fall) std::reverse(order.begin(), order.end());
+  return order;
+}
+
 }  // namespace
 
 std::vector<int32_t> BisectionOrder(const std::vector<int64_t>& keys, int64_t end_key) {
+  if (const std::optional<std::vector<int32_t>> plain = PlainOrder(keys, end_key)) return *plain;
   std::vector<int32_t> order = SortedEntries(keys, end_key);
   size_t distinct = 0;
   const std::vector<int32_t> ranks = Ranks(keys, order, distinct);

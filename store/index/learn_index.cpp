@@ -38,6 +38,19 @@ const IndexFrame kFrame = {kColumns, kFirstFields, kLastFields, kDigits};
 }  // namespace
 
 bool LearnIndex::Build(const CardTable& cards, const CardIds& ids, Progress* progress) {
+  if (!BuildOrder(cards, progress)) return false;
+  fingerprint_ = ids.fingerprint();
+  return true;
+}
+
+bool LearnIndex::BuildAgain(const CardTable& cards) {
+  const std::optional<uint64_t> fingerprint = fingerprint_;
+  if (!built_ || !BuildOrder(cards, nullptr)) return false;
+  fingerprint_ = fingerprint;
+  return true;
+}
+
+bool LearnIndex::BuildOrder(const CardTable& cards, Progress* progress) {
   const CardColumns columns = ColumnsOf(cards);
   if (columns.id == 0 || columns.score == 0) return false;
   const int last = cards.RowCount() - 1;
@@ -46,6 +59,7 @@ bool LearnIndex::Build(const CardTable& cards, const CardIds& ids, Progress* pro
   std::vector<int64_t> keys;
   if (last >= kFirstCardRow) keys.reserve(static_cast<size_t>(last));
   for (int row = last; row >= kFirstCardRow; --row) {
+    __builtin_prefetch(cards.Peek(columns.score, row - CardTable::kAhead).data());
     const std::string_view score = cards.Peek(columns.score, row);
     const std::optional<int64_t> key = NineDigits(score);
     keys.push_back(key ? *key : LeadingNumber(score));
@@ -56,7 +70,6 @@ bool LearnIndex::Build(const CardTable& cards, const CardIds& ids, Progress* pro
   std::vector<int32_t> order = BisectionOrder(keys, kEndScore);
   for (int32_t& entry : order) entry = last - entry;
   built.sequence_.Assign(order);
-  built.fingerprint_ = ids.fingerprint();
   built.built_ = true;
   *this = std::move(built);
   return true;

@@ -27,6 +27,8 @@ class LearnIndex {
   // False when the card table has a defect: it lacks a column that the index is made of.
   [[nodiscard]] bool Build(const CardTable& cards) { return Build(cards, CardIds(cards)); }
   [[nodiscard]] bool Build(const CardTable& cards, const CardIds& ids, Progress* progress = nullptr);
+  // The same where only scores changed since it was built, taken over or followed the rows.
+  [[nodiscard]] bool BuildAgain(const CardTable& cards);
   // Takes over a table read from a .row file, if it fits the cards: columns, start and end row as they are written,
   // every card exactly once with its own ID, ascending keys. False leaves the index as it was. Takes the bytes of the
   // file as well, which is faster and gives the same.
@@ -75,6 +77,7 @@ class LearnIndex {
   void Restore(const Place& place);
 
  private:
+  bool BuildOrder(const CardTable& cards, Progress* progress);
   template <typename ReadRows>
   bool AdoptRows(const ReadRows& read_rows, const CardIds& ids, LineEnd line_end);
   int FirstNotBelow(int64_t score) const;

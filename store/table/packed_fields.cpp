@@ -43,14 +43,14 @@ std::optional<PackedFields> PackedFields::FromBytes(std::string bytes, size_t ro
   return fields;
 }
 
-void PackedFields::AddRow(const std::vector<FieldView>& fields) {
+void PackedFields::AddRow(std::span<const FieldView> fields) {
   if (rows_ % kRowsOfPiece == 0 && rows_ > 0) BeginPiece();
   for (const FieldView& field : fields) Add(field);
   bytes_ += '\0';
   ++rows_;
 }
 
-void PackedFields::AddToLastRow(const std::vector<FieldView>& fields) {
+void PackedFields::AddToLastRow(std::span<const FieldView> fields) {
   bytes_.pop_back();
   for (const FieldView& field : fields) Add(field);
   bytes_ += '\0';
@@ -73,7 +73,8 @@ void PackedFields::BeginPiece() {
 void PackedFields::Add(const FieldView& field) {
   if (field.column < 1) return;
   const auto column = static_cast<size_t>(field.column);
-  NoteColumn(field.column);
+  // One that has a last text was noted with it.
+  if (column >= last_.size() || last_[column].start == 0) NoteColumn(field.column);
   std::array<char, 2 * kMostGroups> head;
   if (Repeats(field)) {
     bytes_.append(head.data(), PutNumber(head.data(), column + kRepeated));
@@ -98,6 +99,11 @@ bool PackedFields::Repeats(const FieldView& field) const {
 }
 
 std::optional<size_t> PackedReader::TakeNumber() {
+  if (!rest_.empty() && static_cast<unsigned char>(rest_.front()) < kMore) {
+    const auto number = static_cast<size_t>(rest_.front());
+    rest_.remove_prefix(1);
+    return number;
+  }
   size_t number = 0;
   for (unsigned bits = 0; bits < kMostBits && !rest_.empty(); bits += kGroupBits) {
     const auto group = static_cast<unsigned char>(rest_.front());

@@ -1,10 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/large_pages.h"
 
 namespace tessaro {
 
@@ -30,15 +34,20 @@ class PackedFields {
   static std::optional<PackedFields> FromBytes(std::string bytes, size_t rows);
 
   // Fields of column 0 and below are left out.
-  void AddRow(const std::vector<FieldView>& fields);
+  void AddRow(std::span<const FieldView> fields);
+  void AddRow(std::initializer_list<FieldView> fields) { AddRow(std::span(fields.begin(), fields.size())); }
   // Adds fields to the row that was added last.
-  void AddToLastRow(const std::vector<FieldView>& fields);
+  void AddToLastRow(std::span<const FieldView> fields);
+  void AddToLastRow(std::initializer_list<FieldView> fields) { AddToLastRow(std::span(fields.begin(), fields.size())); }
 
   // Adds the rows of others behind these.
   void Append(PackedFields others);
 
   // Makes room for so many bytes at once.
-  void Reserve(size_t bytes) { bytes_.reserve(bytes); }
+  void Reserve(size_t bytes) {
+    bytes_.reserve(bytes);
+    if (bytes_.empty()) PreferLargePages(bytes_.data(), bytes_.capacity());
+  }
 
   size_t rows() const { return rows_; }
   // The columns of the fields, ascending, each once.

@@ -86,17 +86,33 @@ void RowOrder::Insert(std::span<const int> numbers, std::span<const RowHandle> r
     for (size_t i = 0; i < numbers.size(); ++i) Insert(numbers[i] - 1, rows[i]);
     return;
   }
-  RowOrder joined;
+  // The rows before the first one that comes stay where they are.
+  std::vector<RowHandle> behind;
+  CutOff(numbers.front() - 1, behind);
   size_t next = 0;
   const auto append_new = [&] {
-    while (next < rows.size() && numbers[next] == joined.size() + 1) joined.Append(rows[next++]);
+    while (next < rows.size() && numbers[next] == size_ + 1) Append(rows[next++]);
   };
-  ForEach([&](RowHandle row) {
+  for (const RowHandle row : behind) {
     append_new();
-    joined.Append(row);
-  });
+    Append(row);
+  }
   append_new();
-  *this = std::move(joined);
+}
+
+void RowOrder::CutOff(int index, std::vector<RowHandle>& behind) {
+  if (index == size_) return;
+  const size_t first = ChunkOf(index);
+  std::vector<RowHandle>& cut = chunks_[first];
+  const auto from = cut.begin() + (index - starts_[first]);
+  behind.assign(from, cut.end());
+  cut.erase(from, cut.end());
+  for (size_t chunk = first + 1; chunk < chunks_.size(); ++chunk) {
+    behind.insert(behind.end(), chunks_[chunk].begin(), chunks_[chunk].end());
+  }
+  chunks_.resize(first + (cut.empty() ? 0 : 1));
+  starts_.resize(chunks_.size());
+  size_ = index;
 }
 
 void RowOrder::Split(size_t chunk) {

@@ -28,6 +28,8 @@ class RowOrder {
  private:
   size_t ChunkOf(int index) const;
   void Split(size_t chunk);
+  // Takes the rows from `index` on out, which may be the end, and gives them.
+  void CutOff(int index, std::vector<RowHandle>& behind);
   void MoveStarts(size_t first_chunk, int by);
   template <typename Visit>
   void ForEach(const Visit& visit) const;

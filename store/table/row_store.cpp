@@ -2,44 +2,13 @@
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
 #include <utility>
 
-#include "store/table/table_scan.h"
+#include "store/table/row_record.h"
 
 namespace tessaro {
-namespace {
 
-// A handle is the number of a record's first word. A record has two words or more, so rows can be counted by an int.
-constexpr size_t kMostWords = size_t{1} << 32;
-constexpr size_t kLeastRoom = 1024;
-
-// What the upper bits of a record's place tell; the rest is a start or a number.
-constexpr uint64_t kChanged = uint64_t{1} << 63;
-constexpr uint64_t kAsWritten = uint64_t{1} << 62;
-constexpr uint64_t kShort = uint64_t{1} << 61;
-constexpr uint64_t kWide = uint64_t{1} << 60;
-constexpr uint64_t kUnescaped = uint64_t{1} << 59;
-constexpr uint64_t kPlaceMask = kUnescaped - 1;
-constexpr size_t kPlaceWords = 2;
-
-// The unescaped fields of a record: their number, the place of their texts, then two words each.
-constexpr size_t kUnescapedHead = 1 + kPlaceWords;
-constexpr size_t kUnescapedWords = 2;
-
-constexpr size_t kMostNarrow = std::numeric_limits<uint16_t>::max();
-constexpr size_t kMostWide = std::numeric_limits<uint32_t>::max();
-
-void StorePlace(uint32_t* record, uint64_t place) {
-  record[0] = static_cast<uint32_t>(place);
-  record[1] = static_cast<uint32_t>(place >> 32);
-}
-
-uint64_t LoadPlace(const uint32_t* record) {
-  return record[0] | (static_cast<uint64_t>(record[1]) << 32);
-}
-
-}  // namespace
+using namespace row_record;
 
 size_t RowStore::Place::End(size_t field) const {
   if (wide) return ends[field];
@@ -104,11 +73,11 @@ uint32_t* RowStore::PackEnds(std::span<const size_t> ends, bool wide, uint32_t* 
   return words;
 }
 
-void RowStore::PackUnescaped(const LoadedRow& loaded, uint32_t* words) const {
-  *words++ = static_cast<uint32_t>(loaded.unescaped.size());
-  StorePlace(words, RowBlocks::PlaceIn(unescaped_block_, loaded.unescaped_start));
+void RowStore::PackUnescaped(size_t start, std::span<const UnescapedField> fields, uint32_t* words) const {
+  *words++ = static_cast<uint32_t>(fields.size());
+  StorePlace(words, RowBlocks::PlaceIn(unescaped_block_, start));
   words += kPlaceWords;
-  for (const UnescapedField& unescaped : loaded.unescaped) {
+  for (const UnescapedField& unescaped : fields) {
     *words++ = static_cast<uint32_t>(unescaped.field);
     *words++ = static_cast<uint32_t>(unescaped.end);
   }
@@ -167,7 +136,7 @@ bool RowStore::AddLoaded(const LoadedRow& loaded, RowHandle& row) {
                          (wide ? kWide : 0) | (unescaped ? kUnescaped : 0));
   if (is_short) record[kPlaceWords] = static_cast<uint32_t>(ends.size());
   uint32_t* const behind = PackEnds(ends, wide, record + kPlaceWords + (is_short ? 1 : 0));
-  if (unescaped) PackUnescaped(loaded, behind);
+  if (unescaped) PackUnescaped(loaded.unescaped_start, loaded.unescaped, behind);
   return true;
 }
 
@@ -193,35 +162,6 @@ bool RowStore::Add(RowHandle& row) {
   }
   if (AddRecord(kPlaceWords, row) == nullptr) return false;
   MakeChanged(row, ChangedRow(static_cast<size_t>(columns_)));
-  return true;
-}
-
-bool RowStore::AddFilled(std::span<const FieldView> fields, RowHandle& row) {
-  // A table that was not loaded has no other rows of this kind.
-  if (loaded_columns_ == 0) loaded_columns_ = columns_;
-  auto& [text, ends] = composed_;
-  text.clear();
-  ends.clear();
-  auto next = fields.begin();
-  for (int column = 1; column <= columns_; ++column) {
-    if (column > 1) text += separator_;
-    if (next != fields.end() && next->column == column) text += (next++)->text;
-    ends.push_back(text.size());
-  }
-  const size_t words = kPlaceWords + (ends.size() + 1) / 2;
-  const bool is_narrow = text.size() <= kMostNarrow && next == fields.end() && loaded_columns_ == columns_;
-  const std::optional<uint64_t> place = is_narrow ? PlaceOfRewritten(text.size()) : std::nullopt;
-  if (!place) {
-    if (!Add(row)) return false;
-    for (const FieldView& field : fields) Set(row, field.column - 1, field.text);
-    return true;
-  }
-  uint32_t* const record = AddRecord(words, row);
-  if (record == nullptr) return false;
-  std::memcpy(blocks_.At(*place), text.data(), text.size());
-  rewritten_size_ += text.size();
-  StorePlace(record, *place);
-  PackEnds(ends, false, record + kPlaceWords);
   return true;
 }
 
@@ -283,84 +223,6 @@ void RowStore::Expect(RowHandle row) const {
 
 void RowStore::Set(RowHandle row, int field, Value value) {
   Change(row)[static_cast<size_t>(field)].Set(value);
-}
-
-bool RowStore::IsPlain(const FieldView& field) const {
-  return FindFirstMark(field.text, separator_) == field.text.size();
-}
-
-bool RowStore::Overwrite(RowHandle row, const Place& place, std::span<const FieldView> fields) {
-  const auto fits = [&](const FieldView& field) {
-    const auto index = static_cast<size_t>(field.column) - 1;
-    if (index >= place.end_count || FieldAt(place, field.column - 1)->size() != field.text.size()) return false;
-    return place.unescaped == nullptr || !Unescaped(place, static_cast<uint32_t>(index));
-  };
-  if (!std::all_of(fields.begin(), fields.end(), fits)) return false;
-  for (const FieldView& field : fields) {
-    const auto index = static_cast<size_t>(field.column) - 1;
-    const size_t from = index == 0 ? 0 : place.End(index - 1) + 1;
-    std::memmove(blocks_.At(place.start) + from, field.text.data(), field.text.size());
-    if (IsPlain(field)) continue;
-    uint32_t* const record = Record(row);
-    StorePlace(record, LoadPlace(record) & ~kAsWritten);
-  }
-  return true;
-}
-
-bool RowStore::ComposeRow(const Place& place, std::span<const FieldView> fields, ComposedRow& composed) const {
-  auto& [text, ends] = composed;
-  text.clear();
-  ends.clear();
-  size_t from = 0;
-  auto next = fields.begin();
-  for (size_t i = 0; i < place.end_count; ++i) {
-    const size_t end = place.End(i);
-    if (i > 0) text += separator_;
-    if (next == fields.end() || static_cast<size_t>(next->column) != i + 1) {
-      text.append(blocks_.At(place.start) + from, end - from);
-    } else if (place.unescaped != nullptr && Unescaped(place, static_cast<uint32_t>(i))) {
-      return false;
-    } else {
-      text += (next++)->text;
-    }
-    ends.push_back(text.size());
-    from = end + 1;
-  }
-  return next == fields.end();
-}
-
-std::optional<uint64_t> RowStore::PlaceOfRewritten(size_t size) {
-  MemoryBlock& block = blocks_[RowBlocks::kRewritten];
-  const size_t needed = rewritten_size_ + size;
-  if (needed > block.room() && !block.Reserve(std::max({kLeastRoom, needed, 2 * block.room()}))) return std::nullopt;
-  return RowBlocks::PlaceIn(RowBlocks::kRewritten, rewritten_size_);
-}
-
-bool RowStore::Rewrite(RowHandle row, std::span<const FieldView> fields, ComposedRow& composed, bool may_move) {
-  const Place place = Find(row);
-  if (place.changed || place.end_count == 0) return false;
-  if (Overwrite(row, place, fields)) return true;
-  if (!ComposeRow(place, fields, composed)) return false;
-  const size_t size = composed.text.size();
-  const size_t old_size = place.End(place.end_count - 1);
-  if (size > (place.wide ? kMostWide : kMostNarrow)) return false;
-  uint64_t start = place.start;
-  if (size > old_size) {
-    const std::optional<uint64_t> moved = may_move ? PlaceOfRewritten(size) : std::nullopt;
-    if (!moved) return false;
-    start = *moved;
-    rewritten_size_ += size;
-  }
-  // A row is written together with the line end behind it.
-  const bool as_written =
-      place.as_written && size == old_size &&
-      std::all_of(fields.begin(), fields.end(), [&](const FieldView& field) { return IsPlain(field); });
-  std::memcpy(blocks_.At(start), composed.text.data(), size);
-  uint32_t* const record = Record(row);
-  const uint64_t kind = LoadPlace(record) & ~(kPlaceMask | kAsWritten);
-  StorePlace(record, start | kind | (as_written ? kAsWritten : 0));
-  PackEnds(composed.ends, place.wide, record + kPlaceWords + ((kind & kShort) != 0 ? 1 : 0));
-  return true;
 }
 
 void RowStore::SetAll(RowHandle row, std::vector<FieldText> fields) {

@@ -19,6 +19,7 @@ namespace tessaro {
 struct UnescapedField {
   size_t field = 0;
   size_t end = 0;
+  bool operator==(const UnescapedField&) const = default;
 };
 
 // A row of the file: its start in the block, the ends of its fields counted from there, and those of them that were
@@ -36,7 +37,8 @@ struct LoadedRow {
 // file was read into; the first change of a field makes it a changed row, which owns what was changed and still points
 // into the block for the rest. Unchanged rows can be written from the block as they were read; a field that was written
 // with escapes has its text in a second block. Where many rows change at once, each stays a loaded row: its new texts
-// take the place of the old ones, or the row moves to a block of such rows.
+// take the place of the old ones, or the row moves to a block of such rows. Where many come, long texts that they have
+// in common stand once, in the second block.
 //
 // A record is a run of 32-bit words: two for the row's place (its start in the block, or the number of the changed row)
 // and its kind, then for a loaded row the ends of its fields, counted from the start, two in a word, or one in a word
@@ -89,10 +91,11 @@ class RowStore {
   // that grows leaves behind is not used again. No text may be a view into this store. False, and nothing set, when the
   // row cannot be written so.
   bool Rewrite(RowHandle row, std::span<const FieldView> fields) { return Rewrite(row, fields, composed_, true); }
-  // A row as it will be; kept, since many are made one after the other.
+  // A row as it will be, its text only from the first changed field on; kept, since many are made one after the other.
   struct ComposedRow {
     std::string text;
     std::vector<size_t> ends;
+    size_t unescaped = 0;  // fields that stay so
   };
   // The same, but false as well when the row has no room where it lies. Threads may do it to different rows at once,
   // each with its own `composed`.
@@ -129,13 +132,18 @@ class RowStore {
   // Whether a text is written as it stands.
   bool IsPlain(const FieldView& field) const;
   bool Rewrite(RowHandle row, std::span<const FieldView> fields, ComposedRow& composed, bool may_move);
-  // The row as it will be with these fields; false when it cannot be such a row.
-  bool ComposeRow(const Place& place, std::span<const FieldView> fields, ComposedRow& composed) const;
+  // The row as it will be with these fields, none of which is before `first`; false when it cannot be such a row.
+  bool ComposeRow(const Place& place, size_t first, std::span<const FieldView> fields, ComposedRow& composed) const;
+  // Finds the texts that a row to be added has in common with the row added before, which then are shared_; false when
+  // there are none.
+  bool FindShared(std::span<const FieldView> fields);
+  // Writes a row, without its shared texts, and puts the ends of its fields into composed_. Returns its size.
+  size_t WriteFields(std::span<const FieldView> fields, bool shares, char* start);
   // Room for so many bytes behind the rows that were rewritten; its place, or nothing without memory.
   std::optional<uint64_t> PlaceOfRewritten(size_t size);
   uint32_t* AddRecord(size_t words, RowHandle& row);
   static uint32_t* PackEnds(std::span<const size_t> ends, bool wide, uint32_t* words);
-  void PackUnescaped(const LoadedRow& loaded, uint32_t* words) const;
+  void PackUnescaped(size_t start, std::span<const UnescapedField> fields, uint32_t* words) const;
   // The fields of a loaded row, null ones after the last end.
   ChangedRow FieldsOf(const Place& place) const;
   ChangedRow FieldsOf(const LoadedRow& loaded) const;
@@ -152,6 +160,15 @@ class RowStore {
   char separator_ = '\0';
   size_t rewritten_size_ = 0;  // bytes in the block of such rows
   ComposedRow composed_;
+  // Texts that rows which come have in common stand once, like texts without their escapes.
+  struct SharedTexts {
+    std::string text;
+    std::vector<UnescapedField> fields;
+    size_t start = 0;
+  };
+  SharedTexts shared_;                   // of the row that was added last
+  SharedTexts common_;                   // of the row being added
+  std::vector<std::string> last_texts_;  // of the row added last, by column, where they are worth it
   std::vector<ChangedRow> changed_;
   std::vector<RowHandle> removed_;  // changed rows that may be used again
 };

@@ -73,6 +73,53 @@ TEST(CardTable, RowsThatComeWithTheirFieldsReadAndSaveLikeOthers) {
   EXPECT_EQ(FileText(table), "A;B;C\r\n1;a;x\r\n7;c\\;\\nd;\\\\\r\n8;;z\r\n;;\r\n2;b;y\r\n");
 }
 
+// Long texts that rows have in common stand once, until some of them are replaced.
+TEST(CardTable, ManyRowsWithCommonTextsAreChangedEachByItself) {
+  std::mt19937 random(11);
+  const std::string texts[] = {"", "short;\n", std::string(60, 'w'), std::string(60, 'f') + "\\;",
+                               std::string(2000, 'x')};
+  const auto any_text = [&] { return texts[random() % 5]; };
+  for (int round = 0; round < 40; ++round) {
+    CardTable table = TableOf("A;B;C;D\n1;" + std::string(60, 'w') + ";\\n;\n2;b;c;d\n", ';');
+    std::vector<std::vector<std::string>> rows = {{"1", texts[2], "\n", ""}};
+    PackedFields fields;
+    std::vector<int> inserted;
+    for (int row = 2; row < 60; ++row) {
+      rows.push_back(row % 20 == 2 || random() % 5 == 0 ? std::vector{any_text(), any_text(), any_text(), any_text()}
+                                                        : rows.back());
+      rows.back()[0] = std::to_string(row);
+      fields.AddRow({{1, rows.back()[0]}, {2, rows.back()[1]}, {3, rows.back()[2]}, {4, rows.back()[3]}});
+      inserted.push_back(row);
+    }
+    rows.push_back({"2", "b", "c", "d"});
+    ASSERT_TRUE(table.ShiftRows(RowShift({}, inserted), fields));
+    for (int change = 0; change < 100; ++change) {
+      std::vector<std::string>& row = rows[random() % rows.size()];
+      std::vector<FieldView> views;
+      for (int column = 1; column <= 4; ++column) {
+        if (random() % 2 == 0) continue;
+        row[static_cast<size_t>(column) - 1] = any_text();
+        views.push_back({column, row[static_cast<size_t>(column) - 1]});
+      }
+      PackedFields changed;
+      changed.AddRow(views);
+      const int number = static_cast<int>(&row - rows.data()) + 1;
+      table.PokeRows(std::span(&number, 1), changed);
+    }
+    std::string expected = "A;B;C;D\n";
+    for (size_t row = 0; row < rows.size(); ++row) {
+      for (int column = 1; column <= 4; ++column) {
+        const std::string& text = rows[row][static_cast<size_t>(column) - 1];
+        ASSERT_EQ(table.Peek(column, static_cast<int>(row) + 1), text) << round << " " << row;
+        for (const char c : text)
+          expected += c == '\n' ? "\\n" : c == ';' ? "\\;" : c == '\\' ? "\\\\" : std::string(1, c);
+        expected += column < 4 ? ';' : '\n';
+      }
+    }
+    EXPECT_EQ(FileText(table), expected);
+  }
+}
+
 TEST(PackedFields, TextsThatComeAgainTakeNoRoom) {
   PackedFields fields;
   const std::string long_text(1000, 'x');
