@@ -246,8 +246,9 @@ void MeasureFiles(const fs::path& path, const fs::path& folder) {
   const double text_import = Time([&] {
     const std::string bytes = ReadForeignText(*ReadFile(RealDisk(), text)).bytes;
     const TextLayout layout = {.separator = '\x01', .card_separator = '\x02'};
-    Check(CheckText(bytes, layout).good, "check");
-    Check(ImportText(file, bytes, layout, 0).end == ImportEnd::Done, "text import");
+    const TextCheck check = CheckText(bytes, layout);
+    Check(check.good, "check");
+    Check(ImportText(file, bytes, layout, check, 0).end == ImportEnd::Done, "text import");
   });
   Check(file.Save() == SaveResult::Saved, "save");
   file.Close();

@@ -7,70 +7,95 @@
 
 #include "cards/card_edit.h"
 #include "exchange/blank_card.h"
+#include "platform/other_thread.h"
 #include "store/file/safe_save.h"
 #include "store/table/card_columns.h"
 
 namespace tessaro {
 namespace {
 
-// Cards are added in so many steps, fewer when they are few: what comes is in memory twice for the time of a step, and
-// an index that grows by a quarter or more is made anew.
-constexpr int64_t kMostSteps = 3;
-constexpr int64_t kLeastCardsAtOnce = 50'000;
+// So many cards are added in one step: what comes is in memory twice for the time of a step.
+constexpr int64_t kCardsAtOnce = 20'000;
 
-// Adds cards behind those of a card file, in steps that can all be taken back.
-class Appender {
+// Cards that are to come behind those of a card file.
+struct Step {
+  CardCommand command;
+  int64_t cards = 0;
+  int64_t position = 0;  // in the text, behind them
+};
+
+// Makes the cards of a text new cards of a card file that has so many cards and this highest number.
+class NewCards {
  public:
-  Appender(CardFile& file, int64_t cards) : file_(file), step_(std::max(kLeastCardsAtOnce, cards / kMostSteps + 1)) {}
+  NewCards(const CardFile& file, std::string_view text, const TextLayout& layout, int topic)
+      : cards_(text, layout),
+        highest_(file.highest_id()),
+        last_row_(file.CardCount() + 1),
+        topic_(topic),
+        fields_(FieldsIn(file.columns(), texts_)) {}
 
-  // False when the card file could not take a step.
-  bool Add(const CardTexts& texts) {
-    command_.InsertBehind(file_.CardCount() + 1, FieldsIn(file_.columns(), texts));
-    return ++waiting_ < step_ || AddWaiting();
-  }
-  bool AddWaiting() {
-    if (std::exchange(waiting_, 0) == 0) return true;
-    std::optional<CardEditDone> done = CardEdit(file_).Apply(std::exchange(command_, {}));
-    if (done) steps_.push_back(std::move(done->inverse));
-    return done.has_value();
-  }
-  void TakeBack() {
-    for (; !steps_.empty(); steps_.pop_back()) (void)CardEdit(file_).Apply(std::move(steps_.back()));
-    file_.RecountIds();
+  // The next ones; none at the end. May be done on another thread.
+  Step Next() {
+    Step step;
+    for (; step.cards < kCardsAtOnce && cards_.Next(card_); ++step.cards) Add(step.command);
+    step.position = cards_.Position();
+    last_row_ += static_cast<int>(step.cards);
+    return step;
   }
 
  private:
-  CardFile& file_;
-  int64_t step_;
-  CardCommand command_;
-  int64_t waiting_ = 0;
-  std::vector<CardCommand> steps_;  // that take back what was added
+  void Add(CardCommand& command) {
+    MakeBlank(texts_, ++count_, topic_);
+    texts_[kIdAt] = IdText(highest_ + count_);
+    std::swap(texts_[kQuestionAt], card_.front);
+    std::swap(texts_[kAnswerAt], card_.back);
+    for (size_t i = 0; i < fields_.size(); ++i) fields_[i].text = texts_[i];
+    command.InsertBehind(last_row_, fields_);
+  }
+
+  TextCards cards_;
+  TextCards::Card card_;
+  int64_t highest_;
+  int last_row_;
+  int topic_;
+  int64_t count_ = 0;
+  CardTexts texts_;
+  std::vector<FieldView> fields_;  // views of these texts, in their order
 };
 
 }  // namespace
 
-ImportResult ImportText(CardFile& file, std::string_view text, const TextLayout& layout, int topic,
-                        const WorkObserver& observer) {
-  const int64_t highest = file.highest_id();
-  const int64_t given = CheckText(text, layout).Given();
-  if (given > kMostCardNumber - highest) return {ImportEnd::NoNumbers, 0};
-  WorkWatch watch(observer, kTellEveryBytes);
-  Appender appender(file, given);
-  CardTexts texts;
+ImportResult ImportText(CardFile& file, std::string_view text, const TextLayout& layout, const TextCheck& check,
+                        int topic, const WorkObserver& observer) {
+  if (check.Given() > kMostCardNumber - file.highest_id()) return {ImportEnd::NoNumbers, 0};
   ImportResult result;
-  TextCards cards(text, layout);
-  for (TextCards::Card card; result.end == ImportEnd::Done && cards.Next(card);) {
-    if (!watch.GoOn(cards.Position())) result.end = ImportEnd::Cancelled;
-    MakeBlank(texts, ++result.cards, topic);
-    texts[kIdAt] = IdText(highest + result.cards);
-    texts[kQuestionAt] = std::move(card.front);
-    texts[kAnswerAt] = std::move(card.back);
-    if (!appender.Add(texts)) result.end = ImportEnd::Failed;
+  std::vector<CardCommand> inverses;
+  NewCards cards(file, text, layout, topic);
+  // While cards are added another thread reads the next ones.
+  const bool is_long = check.Given() > kCardsAtOnce;
+  std::future next = std::async(OnOtherThread(is_long), [&] { return cards.Next(); });
+  for (Step step = next.get(); step.cards > 0; step = next.get()) {
+    next = std::async(OnOtherThread(is_long), [&] { return cards.Next(); });
+    if (observer && !observer(step.position)) {
+      result.end = ImportEnd::Cancelled;
+      break;
+    }
+    std::optional<CardEditDone> done = CardEdit(file).Apply(std::move(step.command), IndexWork::Later);
+    if (!done) {
+      result.end = ImportEnd::Failed;
+      break;
+    }
+    inverses.push_back(std::move(done->inverse));
+    result.cards += step.cards;
   }
-  if (result.end == ImportEnd::Done && !appender.AddWaiting()) result.end = ImportEnd::Failed;
-  if (result.end != ImportEnd::Done) appender.TakeBack();
+  if (result.end != ImportEnd::Done) {
+    for (; !inverses.empty(); inverses.pop_back())
+      (void)CardEdit(file).Apply(std::move(inverses.back()), IndexWork::Later);
+    file.RecountIds();
+    result.cards = 0;
+  }
   (void)CardEdit(file).Finish();
-  return result.end == ImportEnd::Done ? result : ImportResult{result.end, 0};
+  return result;
 }
 
 ImportResult ReplaceByTable(Disk& disk, const CardFilePaths& paths, std::string_view text, const TableLayout& layout,

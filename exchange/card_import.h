@@ -25,11 +25,11 @@ struct ImportResult {
   int64_t cards = 0;
 };
 
-// Adds the cards of a text that CheckText found good behind the cards of the open file, with new numbers and nothing
-// learned, and builds both indexes anew. The observer is told the bytes. On anything but Done the cards are as they
-// were; where many had been added by then, the file counts as changed all the same.
-ImportResult ImportText(CardFile& file, std::string_view text, const TextLayout& layout, int topic,
-                        const WorkObserver& observer = {});
+// Adds the cards of a text behind the cards of the open file, with new numbers and nothing learned, and builds both
+// indexes anew. `check` of the same text found it good. The observer is told the bytes. On anything but Done the cards
+// are as they were; where many had been added by then, the file counts as changed all the same.
+ImportResult ImportText(CardFile& file, std::string_view text, const TextLayout& layout, const TextCheck& check,
+                        int topic, const WorkObserver& observer = {});
 
 // Replaces a card file on the disk by the cards of a table, with the old one as its backup. Its indexes are removed:
 // they are those of other cards. On anything but Done the card file is as it was.

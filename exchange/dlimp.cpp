@@ -158,7 +158,8 @@ void TF_dlimp::BitBtnVTrainClick() {
     LongWork work(this, ties_.clock);
     work.AllowCancel();
     work.NextStage(u"Karten importieren"_s, static_cast<int64_t>(text_.bytes.size()));
-    result = ImportText(ties_.file, text_.bytes, *layout, topic, [&](int64_t done) { return work.GoesOn(done); });
+    result = ImportText(ties_.file, text_.bytes, *layout, text_check_, topic,
+                        [&](int64_t done) { return work.GoesOn(done); });
   }
   // What was brought in is not brought in twice by another key press.
   EnableWays(result.end != ImportEnd::Done);

@@ -40,6 +40,7 @@ std::optional<int64_t> ResetStatistics(CardFile& file, ResetScope scope, const W
   int64_t count = 0;
   for (int row = kFirstCardRow; row <= file.CardCount() + 1 && cards.Peek(columns.id, row) != kEndMark; ++row) {
     if (!watch.GoOn(row)) return std::nullopt;
+    cards.Expect(row + CardTable::kAhead);
     if (scope && WasKnown(cards.Peek(columns.yes_no_row, row), *scope)) continue;
     const std::string score = QueuedScore(base, ++count);
     command.Replace(row, {{columns.score, score},

@@ -1,6 +1,7 @@
 #include "exchange/text_cards.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <utility>
 
@@ -32,12 +33,28 @@ std::string WithSingleBackslashes(std::string_view text) {
   return single;
 }
 
-// Where the next separator of either kind is; the size of the text when there is none.
-size_t NextSeparator(std::string_view text, const TextLayout& layout, size_t from) {
-  const auto* found = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(),
-                                   [&](char c) { return c == layout.separator || c == layout.card_separator; });
-  return static_cast<size_t>(found - text.begin());
-}
+// Finds the separators of either kind one after the other.
+class Separators {
+ public:
+  Separators(std::string_view text, const TextLayout& layout)
+      : text_(text), marks_{layout.separator, layout.card_separator}, next_{Find(0, 0), Find(1, 0)} {}
+
+  // Where the next one is; the size of the text when there is none.
+  size_t Next() {
+    const size_t at = std::min(next_[0], next_[1]);
+    for (size_t kind = 0; kind < marks_.size(); ++kind) {
+      if (next_[kind] == at) next_[kind] = Find(kind, at + 1);
+    }
+    return at;
+  }
+
+ private:
+  size_t Find(size_t kind, size_t from) const { return std::min(text_.find(marks_[kind], from), text_.size()); }
+
+  std::string_view text_;
+  std::array<char, 2> marks_;
+  std::array<size_t, 2> next_;
+};
 
 // A card as it stands in the text.
 struct RawCard {
@@ -62,7 +79,8 @@ TextCheck CheckText(std::string_view text, const TextLayout& layout, const WorkO
   WorkWatch watch(observer, kTellEveryBytes);
   bool in_back = false;
   size_t behind = 0;  // the last separator
-  for (size_t at = NextSeparator(text, layout, 0); at < text.size(); at = NextSeparator(text, layout, at + 1)) {
+  Separators separators(text, layout);
+  for (size_t at = separators.Next(); at < text.size(); at = separators.Next()) {
     const bool ends_front = text[at] == layout.separator;
     check.good = ends_front != in_back;
     check.cancelled = !watch.GoOn(static_cast<int64_t>(at));
@@ -83,21 +101,21 @@ bool TextCards::Next(Card& card) {
   while (const std::optional<RawCard> raw = FirstCard(rest_, layout_)) {
     rest_.remove_prefix(raw->size);
     if (std::exchange(first_, false) && IsEmptySide(raw->front) && IsEmptySide(raw->back)) continue;
-    card.front = Side(layout_.swapped ? raw->back : raw->front);
-    card.back = Side(layout_.swapped ? raw->front : raw->back);
+    PutSide(layout_.swapped ? raw->back : raw->front, card.front);
+    PutSide(layout_.swapped ? raw->front : raw->back, card.back);
     return true;
   }
   return false;
 }
 
-std::string TextCards::Side(std::string_view side) const {
-  std::string text;
+void TextCards::PutSide(std::string_view side, std::string& text) const {
+  text.clear();
   for (size_t i = 0; i < std::min(side.size(), kBreakPlaces); ++i) {
     if (!IsBreak(side[i])) text += side[i];
   }
   if (side.size() > kBreakPlaces) text += side.substr(kBreakPlaces);
   if (layout_.backslash_pairs) text = WithSingleBackslashes(text);
-  return text.empty() ? "-" : text;
+  if (text.empty()) text = '-';
 }
 
 }  // namespace tessaro

@@ -48,7 +48,7 @@ class TextCards {
   int64_t Position() const { return static_cast<int64_t>(text_.size() - rest_.size()); }
 
  private:
-  std::string Side(std::string_view side) const;
+  void PutSide(std::string_view side, std::string& text) const;
 
   std::string_view text_;
   std::string_view rest_;

@@ -14,6 +14,10 @@ namespace {
 constexpr TextLayout kBars = {.separator = ';', .card_separator = '|'};
 constexpr TableLayout kSemicolons = {.separator = ';', .quote = '\''};
 
+ImportResult Import(CardFile& file, std::string_view text, int topic, const WorkObserver& observer = {}) {
+  return ImportText(file, text, kBars, CheckText(text, kBars), topic, observer);
+}
+
 class OpenFile : public testing::Test {
  protected:
   std::string Field(int row, std::string_view column) {
@@ -26,7 +30,7 @@ class OpenFile : public testing::Test {
 
 TEST_F(OpenFile, TextImportAppendsCardsThatWereNeverLearned) {
   OpenTestFile(disk, file, {{.id = "000041"}});
-  const ImportResult result = ImportText(file, "Haus;\nhouse|\nBaum;\n|\n", kBars, 7);
+  const ImportResult result = Import(file, "Haus;\nhouse|\nBaum;\n|\n", 7);
   EXPECT_EQ(result.end, ImportEnd::Done);
   EXPECT_EQ(result.cards, 2);
   const std::pair<std::string_view, std::string> last[] = {{kId, "000043"},
@@ -46,12 +50,12 @@ TEST_F(OpenFile, TextImportAppendsCardsThatWereNeverLearned) {
 
 TEST_F(OpenFile, TextImportThatCannotBeDoneChangesNothing) {
   OpenTestFile(disk, file, {{.id = "999989"}});
-  EXPECT_EQ(ImportText(file, "a;b|c;d|", kBars, 0).end, ImportEnd::NoNumbers);
+  EXPECT_EQ(Import(file, "a;b|c;d|", 0).end, ImportEnd::NoNumbers);
   const std::string large(200'000, 'x');
-  EXPECT_EQ(ImportText(file, large + ";b|", kBars, 0, [](int64_t) { return false; }).end, ImportEnd::Cancelled);
+  EXPECT_EQ(Import(file, large + ";b|", 0, [](int64_t) { return false; }).end, ImportEnd::Cancelled);
   EXPECT_EQ(file.CardCount(), 1);
   EXPECT_FALSE(file.changed());
-  EXPECT_EQ(ImportText(file, "a;b|", kBars, 0).end, ImportEnd::Done);
+  EXPECT_EQ(Import(file, "a;b|", 0).end, ImportEnd::Done);
 }
 
 // More cards than are added in one step.
@@ -63,12 +67,12 @@ TEST_F(OpenFile, LargeTextImportIsWholeOrTakenBack) {
   for (int i = 0; i < kCards; ++i) text += "f" + std::to_string(i) + ";b|";
   int64_t told = 0;
   const auto late = [&](int64_t done) { return (told = done) < static_cast<int64_t>(text.size()) * 11 / 12; };
-  EXPECT_EQ(ImportText(file, text, kBars, 0, late).end, ImportEnd::Cancelled);
+  EXPECT_EQ(Import(file, text, 0, late).end, ImportEnd::Cancelled);
   EXPECT_GT(told, 0);
   EXPECT_EQ(FileText(file.cards()), before);
   EXPECT_EQ(file.highest_id(), 41);
   EXPECT_EQ(file.learn_index().RowCount(), 3);
-  EXPECT_EQ(ImportText(file, text, kBars, 0).cards, kCards);
+  EXPECT_EQ(Import(file, text, 0).cards, kCards);
   for (const int n : {1, 50'000, 50'001, kCards}) {
     EXPECT_EQ(Field(n + kFirstCardRow, kQuestion), "f" + std::to_string(n - 1));
     EXPECT_EQ(Field(n + kFirstCardRow, kId), IdText(41 + n));
