@@ -1,7 +1,9 @@
 #include "edit/wned.h"
 
 #include <QClipboard>
+#include <QDropEvent>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QSet>
 #include <QTextBlock>
 #include <QTextLayout>
@@ -78,6 +80,8 @@ TEST_F(CardEditor, CardCommandsSayWhatTheyDid) {
   Open();
   Key(Qt::Key_N, Qt::AltModifier);
   EXPECT_EQ(Status(), u"Karte ID: 000004 (Leerkarte) an Pos. 2 eingefügt"_s);
+  Key(Qt::Key_F4);
+  Key(Qt::Key_F2);
   Type(u"neu"_s);
   Key(Qt::Key_Tab);
   Key(Qt::Key_B, Qt::ControlModifier);
@@ -335,6 +339,16 @@ TEST_F(CardEditor, ChosenPicturesAndCharactersAreInserted) {
   EXPECT_EQ(Front().Side(), "<img src=\"Medien\\bild_2.bmp\" border=\"0\">");
   EXPECT_EQ(disk.Content("/deck/Medien/bild_2.bmp"), "BM2");
   EXPECT_EQ(disk.Content("/deck/Medien/bild.bmp"), "BM");
+  QMimeData dropped;
+  dropped.setUrls({QUrl::fromLocalFile(u"/deck/Medien/bild.bmp"_s)});
+  QDragEnterEvent enter({}, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(Back().viewport(), &enter);
+  QDropEvent drop({}, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(Back().viewport(), &drop);
+  EXPECT_EQ(Back().Side(), "Antwort") << "who lets go of a file does not wait for questions about it";
+  QApplication::processEvents();
+  EXPECT_EQ(Back().Side(), "<img src=\"Medien\\bild.bmp\" border=\"0\">Antwort");
+  Front().setFocus();
   Front().moveCursor(QTextCursor::Start);
   Trigger(u"MTextSign"_s);
   auto* signs = window->findChild<TF_wnsign*>();

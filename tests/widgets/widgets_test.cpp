@@ -1,6 +1,8 @@
+#include <QCheckBox>
 #include <QDBusVariant>
 #include <QFile>
 #include <QImage>
+#include <QRadioButton>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QThread>
@@ -14,6 +16,7 @@
 #include "widgets/long_work.h"
 #include "widgets/messages.h"
 #include "widgets/picture_store.h"
+#include "widgets/side_look.h"
 #include "widgets/text.h"
 #include "widgets/window_place.h"
 
@@ -34,6 +37,19 @@ TEST(Text, AnyNameOfAFileSurvives) {
     EXPECT_EQ(ToPath(FromPath(name)).string(), name);
   }
   EXPECT_EQ(FromPath("\xC3\xBC\xFC").at(0), u'ü');
+}
+
+TEST(Theme, EmptyBoxesAndRingsAreSeenInTheDark) {
+  ApplyTheme(Theme::Dark);
+  QCheckBox box;
+  QRadioButton ring;
+  for (QAbstractButton* button : {static_cast<QAbstractButton*>(&box), static_cast<QAbstractButton*>(&ring)}) {
+    button->resize(button->sizeHint());
+    const QImage picture = button->grab().toImage();
+    const int middle = picture.height() / 2;
+    EXPECT_GT(Contrast(picture.pixelColor(middle, middle), button->palette().color(QPalette::Window)), 2);
+  }
+  ApplyTheme(Theme::Desktop);
 }
 
 TEST(LongWork, IsEndedByItsDialogOnlyWhereItAllowsIt) {
