@@ -36,9 +36,8 @@ void TF_autobild::BitBtnBilderClick() {
   if (!IsPictureTemplate(CardReader(file_).Question(row_))) {
     return messages_.Information(this, u"Vorlagekarte ohne Musterbild,\nbitte auf Vollständigkeit prüfen!"_s);
   }
-  const QStringList files =
-      messages_.ChooseFilesToOpen(this, u"Bilddateien wählen"_s, FromPath(file_.paths().cards.parent_path()),
-                                  u"Bilder (*.bmp *.jpg *.jpeg *.png *.gif *.BMP *.JPG *.JPEG *.PNG *.GIF)"_s);
+  const QStringList files = messages_.ChooseFilesToOpen(this, u"Bilddateien wählen"_s,
+                                                        FromPath(file_.paths().cards.parent_path()), PictureFilter());
   std::vector<std::string> names;
   QStringList refused;
   for (const QString& file : files) {

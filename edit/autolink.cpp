@@ -109,8 +109,8 @@ bool TF_autolink::SymbolsFit() {
 
 void TF_autolink::ChooseSymbol(QLineEdit& edit) {
   const std::filesystem::path folder = file_.paths().cards.parent_path();
-  const QString chosen = machine_.messages.ChooseFileToOpen(this, u"Symbol wählen"_s, FromPath(folder),
-                                                            u"Bilder (*.bmp *.jpg *.png *.gif)"_s);
+  const QString chosen =
+      machine_.messages.ChooseFileToOpen(this, u"Symbol wählen"_s, FromPath(folder), PictureFilter());
   if (chosen.isEmpty()) return;
   const auto name = RelativeMediaName({folder, {}}, ToPath(chosen));
   edit.setText(name ? FromBytes(*name) : chosen);
@@ -167,26 +167,27 @@ void TF_autolink::Tell(const ToolResult& result, bool row_order) {
   ui_->StatusPanel->setText(text);
 }
 
+ToolResult TF_autolink::Run(const QString& title, const std::function<ToolResult(const KeepGoing&)>& tool) {
+  CardWork work(this, machine_.clock, title, file_);
+  return tool(work.keep_going());
+}
+
 void TF_autolink::BitBtnVisualMapClick() {
   if (!SymbolsFit()) return;
-  ToolResult result;
-  {
-    CardWork work(this, machine_.clock, u"Übersicht erstellen"_s, file_);
-    result = MakeRowOrderOverview(file_, commands_, Symbols(), row_, work.keep_going());
-  }
-  Tell(result, true);
+  const auto make = [this](const KeepGoing& keep_going) {
+    return MakeRowOrderOverview(file_, commands_, Symbols(), row_, keep_going);
+  };
+  Tell(Run(u"Übersicht erstellen"_s, make), true);
 }
 
 void TF_autolink::BitBtnAutoThemaClick() {
   if (!SymbolsFit()) return;
   const std::string topic1 = ToBytes(ui_->ComboBoxHtmlMark->currentText()).value_or("");
   const std::string topic2 = ToBytes(ui_->ComboBoxHtmlMark2->currentText()).value_or("");
-  ToolResult result;
-  {
-    CardWork work(this, machine_.clock, u"Übersicht erstellen"_s, file_);
-    result = MakeTopicOverview(file_, commands_, Symbols(), topic1, topic2, row_, work.keep_going());
-  }
-  Tell(result, false);
+  const auto make = [&](const KeepGoing& keep_going) {
+    return MakeTopicOverview(file_, commands_, Symbols(), topic1, topic2, row_, keep_going);
+  };
+  Tell(Run(u"Übersicht erstellen"_s, make), false);
 }
 
 void TF_autolink::BitBtnTransferClick() {
@@ -202,11 +203,9 @@ void TF_autolink::BitBtnTransferClick() {
                    u"Transferieren"_s, u"Nicht transferieren"_s, {}, Answer::No) != Answer::Yes) {
     return;
   }
-  ToolResult result;
-  {
-    CardWork work(this, machine_.clock, u"Themen transferieren"_s, file_);
-    result = TransferOldTopics(file_, commands_, row_, work.keep_going());
-  }
+  const ToolResult result = Run(u"Themen transferieren"_s, [this](const KeepGoing& keep_going) {
+    return TransferOldTopics(file_, commands_, row_, keep_going);
+  });
   if (result.outcome != ToolOutcome::Done) return Tell(result, false);
   ShowTopics();
   ui_->StatusPanel->setText(u"%1 bearbeitet"_s.arg(result.cards));

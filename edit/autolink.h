@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 #include <memory>
 
 #include "edit/card_tools.h"
@@ -47,6 +48,8 @@ class TF_autolink : public QDialog {
   void BitBtnVisualMapClick();
   void BitBtnAutoThemaClick();
   void BitBtnTransferClick();
+  // Shows how far the tool is, and lets the user end it.
+  ToolResult Run(const QString& title, const std::function<ToolResult(const KeepGoing&)>& tool);
   void Tell(const ToolResult& result, bool row_order);
 
   CardFile& file_;

@@ -4,6 +4,7 @@
 #include <QImage>
 #include <array>
 
+#include "edit/ed_texts.h"
 #include "edit/markup_tools.h"
 #include "edit/media_names.h"
 #include "settings/keys.h"
@@ -21,7 +22,7 @@ namespace {
 QString FilterOf(MediaUse use) {
   switch (use) {
     case MediaUse::Picture:
-      return u"Bilder (*.bmp *.jpg *.jpeg *.png *.gif *.BMP *.JPG *.JPEG *.PNG *.GIF)"_s;
+      return PictureFilter();
     case MediaUse::Media:
       return u"Video und Ton (*.avi *.mpg *.mpeg *.wav *.mid *.mp3 *.ogg *.AVI *.MPG *.MPEG *.WAV *.MID *.MP3 *.OGG)"_s;
     case MediaUse::TextFile:

@@ -61,6 +61,10 @@ QString ReadOnlyText() {
          u"um ihre Karten zu ändern."_s;
 }
 
+QString PictureFilter() {
+  return u"Bilder (*.bmp *.jpg *.jpeg *.png *.gif *.BMP *.JPG *.JPEG *.PNG *.GIF)"_s;
+}
+
 QString FormatsText() {
   return u"Hypertextformate der Karten\n\n"
          u"<br>  neue Zeile\n"

@@ -24,6 +24,8 @@ QString TargetMissingText();
 QString ReadOnlyText();
 // Which commands can no longer be taken back; nothing for those that all can.
 QString ForgottenText(CommandStack::Forgotten forgotten);
+// The pictures to choose from, for a file dialog.
+QString PictureFilter();
 // The tags that a card can hold.
 QString FormatsText();
 

@@ -21,7 +21,7 @@ size_t NearestMarker(std::string_view text, size_t place) {
 }  // namespace
 
 std::string LinkText(std::string_view target_id, std::string_view face) {
-  return std::string("<a href=\"").append(target_id).append("\">").append(face).append("</a>");
+  return Joined({"<a href=\"", target_id, "\">", face, "</a>"});
 }
 
 PendingLink::PendingLink(std::string_view side, SideRange selection)

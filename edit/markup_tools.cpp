@@ -15,12 +15,6 @@ SideRange Within(std::string_view side, SideRange selection) {
   return selection;
 }
 
-std::string Joined(std::initializer_list<std::string_view> parts) {
-  std::string joined;
-  for (const std::string_view part : parts) joined += part;
-  return joined;
-}
-
 MediaKind KindOf(Attachment kind) {
   if (kind == Attachment::Text) return MediaKind::Text;
   return kind == Attachment::Picture ? MediaKind::Picture : MediaKind::Video;
@@ -52,6 +46,15 @@ SideEdit EncloseInTags(std::string_view side, SideRange selection, std::string_v
 SideEdit InsertAtStart(std::string_view front, SideRange selection, std::string_view tag) {
   const SideRange kept = Within(front, selection);
   return {{0, 0}, std::string(tag), {kept.begin + tag.size(), kept.length}};
+}
+
+std::string Joined(std::initializer_list<std::string_view> parts) {
+  size_t size = 0;
+  for (const std::string_view part : parts) size += part.size();
+  std::string joined;
+  joined.reserve(size);
+  for (const std::string_view part : parts) joined += part;
+  return joined;
 }
 
 std::string FontSizeTag(int points) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -41,6 +42,9 @@ inline constexpr std::string_view kHomeTags = "<navigation><home><br>";
 
 inline constexpr int kSmallestFontSize = 6;  // of the size box's first entry
 inline constexpr int kLargestFontSize = 72;
+// Texts one behind the other.
+std::string Joined(std::initializer_list<std::string_view> parts);
+
 // Opens letters of a size.
 std::string FontSizeTag(int points);
 // Show a picture in the text, and a sound or video; the name must fit, see FitsInTag.

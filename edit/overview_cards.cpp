@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "edit/markup_tools.h"
 #include "store/table/card_columns.h"
 
 namespace tessaro {
@@ -10,15 +11,6 @@ namespace {
 
 constexpr std::string_view kLineEnd = "<br>             ";
 constexpr std::string_view kTitleEnd = "<br><br>             ";
-
-std::string Joined(std::initializer_list<std::string_view> parts) {
-  size_t size = 0;
-  for (const std::string_view part : parts) size += part.size();
-  std::string joined;
-  joined.reserve(size);
-  for (const std::string_view part : parts) joined += part;
-  return joined;
-}
 
 // What the cards of one overview have in common.
 struct Wording {
