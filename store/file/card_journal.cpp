@@ -1,6 +1,7 @@
 #include "store/file/card_journal.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "platform/memory_file.h"
@@ -74,24 +75,28 @@ void CardJournal::RowChanged(CardTable& cards, int row, std::span<const int> col
   if (!batch_ || gathered_.size() >= kBatchSize) Noted(Push(cards));
 }
 
-std::string CardJournal::EditRecord(const EditChange& change) const {
-  return path_.empty() ? std::string() : JournalText(clock_.Now(), change);
+PiecedText CardJournal::EditRecord(const EditChange& change) const {
+  return path_.empty() ? PiecedText() : JournalPieces(clock_.Now(), change);
 }
 
-bool CardJournal::NoteEdit(CardTable& cards, const EditChange& change, std::string record) {
+bool CardJournal::NoteEdit(CardTable& cards, const EditChange& change, const PiecedText& record) {
   if (path_.empty()) return true;
   const bool first = rows_.empty() && !whole_table_;
   // Rows that were changed before have other numbers now.
   whole_table_ = whole_table_ || change.edit.MovesRows();
   rows_.insert(rows_.end(), change.edit.replaced.begin(), change.edit.replaced.end());
   if (batch_ && failing_) return false;
-  if (file_ == nullptr) return first ? BeginFile(record.insert(0, Beginning())) : WriteAnew(cards);
-  if (gathered_.empty()) {
-    gathered_ = std::move(record);
-  } else {
-    gathered_ += record;
+  if (file_ == nullptr && !first) return WriteAnew(cards);
+  const bool is_short = record.size() < kBatchSize;
+  std::string before = file_ == nullptr ? Beginning() : std::exchange(gathered_, std::string());
+  if (is_short) before += record.Joined();
+  if (batch_ && file_ != nullptr && before.size() < kBatchSize && is_short) {
+    gathered_ = std::move(before);
+    return true;
   }
-  return (batch_ && gathered_.size() < kBatchSize) || Push(cards);
+  std::vector<std::string_view> pieces = is_short ? std::vector<std::string_view>() : record.pieces();
+  pieces.insert(pieces.begin(), before);
+  return file_ == nullptr ? BeginFile(pieces) : Put(pieces) || WriteAnew(cards);
 }
 
 void CardJournal::Noted(bool kept) {
@@ -111,7 +116,8 @@ void CardJournal::TableChanged(CardTable& cards) {
 
 void CardJournal::Written(const ContentStamp& stamp) {
   written_.push_back(stamp);
-  if (file_ == nullptr || Put(JournalText({clock_.Now(), SavePoint{stamp}}))) return;
+  const std::string text = JournalText({clock_.Now(), SavePoint{stamp}});
+  if (file_ == nullptr || Put(std::array{std::string_view(text)})) return;
   // The save tells whether the disk works; if it does not, the next change writes the journal anew.
   Close();
 }
@@ -179,22 +185,34 @@ std::string CardJournal::AllChanges(CardTable& cards) {
 }
 
 bool CardJournal::Push(CardTable& cards) {
-  const bool put = Put(gathered_) || WriteAnew(cards);
+  const bool put = Put(std::array{std::string_view(gathered_)}) || WriteAnew(cards);
   gathered_.clear();
   return put;
 }
 
-bool CardJournal::Put(std::string_view text) {
+bool CardJournal::WriteAnew(CardTable& cards) {
+  const std::string text = AllChanges(cards);
+  return BeginFile(std::array{std::string_view(text)});
+}
+
+bool CardJournal::WritePieces(std::span<const std::string_view> pieces) {
+  for (const std::string_view piece : pieces) {
+    if (!file_->Write(piece)) return false;
+    size_ += piece.size();
+  }
+  return true;
+}
+
+bool CardJournal::Put(std::span<const std::string_view> pieces) {
   if (background_ != nullptr && background_->TakeFailure()) return false;
-  if (!file_->Write(text)) return false;
-  size_ += text.size();
+  if (!WritePieces(pieces)) return false;
   const std::optional<FileState> state = disk_.State(path_);
   if (!state || state->size != size_) return false;
   if (background_ != nullptr) background_->Written();
   return true;
 }
 
-bool CardJournal::BeginFile(std::string_view text) {
+bool CardJournal::BeginFile(std::span<const std::string_view> pieces) {
   Close();
   const bool exists = disk_.Exists(path_);
   if (exists && !ours_ && PutAside(path_).empty()) return false;
@@ -202,9 +220,9 @@ bool CardJournal::BeginFile(std::string_view text) {
   file_ = disk_.Create(fresh);
   if (file_ == nullptr) return false;
   file_->KeepOthersAway();
-  size_ = text.size();
+  size_ = 0;
   // What replaces a good journal has to be on the disk before; a first record may wait like all others.
-  const bool written = file_->Write(text) && (!exists || file_->Flush());
+  const bool written = WritePieces(pieces) && (!exists || file_->Flush());
   const std::optional<FileState> state = disk_.State(fresh);
   if (!written || !state || state->size != size_ || !disk_.Rename(fresh, path_)) {
     (void)disk_.Remove(fresh);

@@ -56,10 +56,10 @@ class CardJournal {
   // The fields of one row changed; no columns: all of them.
   void RowChanged(CardTable& cards, int row, std::span<const int> columns);
   // The record of a change that is to come; may be made on another thread.
-  std::string EditRecord(const EditChange& change) const;
+  PiecedText EditRecord(const EditChange& change) const;
   // Rows came, went or changed in one step, which was done to the cards and has this record. May be called on another
   // thread while nobody changes cards; what it returns is for `Noted`, to be called afterwards.
-  bool NoteEdit(CardTable& cards, const EditChange& change, std::string record);
+  bool NoteEdit(CardTable& cards, const EditChange& change, const PiecedText& record);
   void Noted(bool kept);
   // The rows were all replaced.
   void TableChanged(CardTable& cards);
@@ -85,11 +85,12 @@ class CardJournal {
   std::string Beginning() const;
   std::string AllChanges(CardTable& cards);
   bool Push(CardTable& cards);
-  bool Put(std::string_view text);
+  bool WritePieces(std::span<const std::string_view> pieces);
+  bool Put(std::span<const std::string_view> pieces);
   // Begins the journal file again with all changes, ...
-  bool WriteAnew(CardTable& cards) { return BeginFile(AllChanges(cards)); }
-  // ... or with this text.
-  bool BeginFile(std::string_view text);
+  bool WriteAnew(CardTable& cards);
+  // ... or with this text, in pieces.
+  bool BeginFile(std::span<const std::string_view> pieces);
   void Close();
 
   Disk& disk_;

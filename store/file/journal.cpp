@@ -74,61 +74,60 @@ class Taker {
   bool ok_ = true;
 };
 
-void PutContent(std::string& text, const RowChange& change) {
-  Put(text, change.row);
-  Put(text, static_cast<uint32_t>(change.fields.size()));
+void PutContent(PiecedText& text, const RowChange& change) {
+  Put(text.own(), change.row);
+  Put(text.own(), static_cast<uint32_t>(change.fields.size()));
   for (const RowChange::Field& field : change.fields) {
-    Put(text, field.column);
-    Put(text, static_cast<uint32_t>(field.text.size()));
-    text += field.text;
+    Put(text.own(), field.column);
+    Put(text.own(), static_cast<uint32_t>(field.text.size()));
+    text.own() += field.text;
   }
 }
 
-void PutContent(std::string& text, const TableChange& change) {
-  text += change.text;
+void PutContent(PiecedText& text, const TableChange& change) {
+  text.AddView(change.text);
 }
 
-void PutContent(std::string& text, const SavePoint& point) {
-  Put(text, point.stamp);
+void PutContent(PiecedText& text, const SavePoint& point) {
+  Put(text.own(), point.stamp);
 }
 
-void PutContent(std::string& text, const EditChange& change) {
-  Put(text, change.row_count);
+void PutContent(PiecedText& text, const EditChange& change) {
+  Put(text.own(), change.row_count);
   for (const std::vector<int>* rows : {&change.edit.removed, &change.edit.places, &change.edit.replaced}) {
-    Put(text, static_cast<uint32_t>(rows->size()));
-    for (const int row : *rows) Put(text, static_cast<uint32_t>(row));
+    text.own().reserve(text.own().size() + sizeof(uint32_t) * (rows->size() + 1));
+    Put(text.own(), static_cast<uint32_t>(rows->size()));
+    for (const int row : *rows) Put(text.own(), static_cast<uint32_t>(row));
   }
   for (const PackedFields* fields : {&change.old_ids, &change.edit.inserted, &change.edit.replacing}) {
-    Put(text, uint64_t{fields->bytes().size()});
-    text += fields->bytes();
+    Put(text.own(), uint64_t{fields->bytes().size()});
+    text.AddView(fields->bytes());
   }
 }
 
-// About what a record takes, so that large ones are written without moving them.
-template <typename What>
-size_t RoomFor(const What& /*what*/) {
-  return kRecordHead;
-}
-size_t RoomFor(const EditChange& change) {
-  constexpr size_t kNumbers = 256;  // and what a journal begins with
-  const TableEdit& edit = change.edit;
-  return kRecordHead + kNumbers + sizeof(uint32_t) * (edit.removed.size() + edit.places.size() + edit.replaced.size()) +
-         change.old_ids.bytes().size() + edit.inserted.bytes().size() + edit.replacing.bytes().size();
+uint64_t PayloadChecksum(const PiecedText& record) {
+  XXH3_state_t state;
+  XXH3_64bits_reset(&state);
+  size_t head = kRecordHead;
+  for (const std::string_view piece : record.pieces()) {
+    XXH3_64bits_update(&state, piece.data() + head, piece.size() - head);
+    head = 0;
+  }
+  return XXH3_64bits_digest(&state);
 }
 
 template <typename What>
-std::string RecordText(size_t kind, int64_t time, const What& what) {
-  std::string text;
-  text.reserve(RoomFor(what));
-  text.resize(kRecordHead);  // its numbers are known at the end
-  Put(text, static_cast<uint8_t>(kind));
-  Put(text, time);
+PiecedText RecordText(size_t kind, int64_t time, const What& what) {
+  PiecedText text;
+  text.own().resize(kRecordHead);  // its numbers are known at the end
+  Put(text.own(), static_cast<uint8_t>(kind));
+  Put(text.own(), time);
   PutContent(text, what);
-  const std::string_view payload = std::string_view(text).substr(kRecordHead);
   std::string head;
-  Put(head, uint64_t{payload.size()});
-  Put(head, Checksum(payload));
-  return text.replace(0, kRecordHead, head);
+  Put(head, uint64_t{text.size() - kRecordHead});
+  Put(head, PayloadChecksum(text));
+  text.front().replace(0, kRecordHead, head);
+  return text;
 }
 
 std::optional<EditChange> TakeEdit(Taker& taker) {
@@ -250,11 +249,11 @@ std::string JournalHead(const ContentStamp& base) {
 }
 
 std::string JournalText(const JournalRecord& record) {
-  return std::visit([&](const auto& what) { return RecordText(record.what.index() + 1, record.time, what); },
+  return std::visit([&](const auto& what) { return RecordText(record.what.index() + 1, record.time, what).Joined(); },
                     record.what);
 }
 
-std::string JournalText(int64_t time, const EditChange& change) {
+PiecedText JournalPieces(int64_t time, const EditChange& change) {
   return RecordText(static_cast<size_t>(Kind::Edit), time, change);
 }
 

@@ -7,6 +7,7 @@
 #include <variant>
 #include <vector>
 
+#include "store/file/pieced_text.h"
 #include "store/table/content_stamp.h"
 #include "store/table/table_edit.h"
 
@@ -78,7 +79,8 @@ struct JournalContents {
 // The checksum is XXH3 with 64 bits. Nothing is ever rewritten in place, so a crash can only cut the end.
 std::string JournalHead(const ContentStamp& base);
 std::string JournalText(const JournalRecord& record);
-std::string JournalText(int64_t time, const EditChange& change);
+// The same of a change that stays as it is as long as the text is asked for.
+PiecedText JournalPieces(int64_t time, const EditChange& change);
 // Takes any bytes; nothing when there is no whole head. Reading ends before the first record that is cut or damaged.
 std::optional<JournalContents> ParseJournal(std::string_view text);
 

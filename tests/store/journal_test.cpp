@@ -66,6 +66,7 @@ class CardFileJournal : public ::testing::Test {
   }
 
   void Change(int row, int64_t score) { SetScore(*file_, row, score); }
+  static constexpr int kLong = 1000;
   // The answer of this row changes; mostly a card comes, too, or where one came before it goes.
   void EditCards(int row, int answer) {
     TableEdit edit;
@@ -77,7 +78,9 @@ class CardFileJournal : public ::testing::Test {
       edit.inserted.AddRow({{file_->columns().id, "000009"}, {file_->columns().score, "000000003"}});
     }
     edit.replaced = {row};
-    edit.replacing.AddRow({{file_->columns().answer, std::to_string(answer)}});
+    // What is not short is longer than what is written at once.
+    const std::string text = std::to_string(answer) + std::string(answer < kLong ? 0 : 1'200'000, 'x');
+    edit.replacing.AddRow({{file_->columns().answer, text}});
     EXPECT_TRUE(file_->Edit(edit));
   }
 
@@ -149,6 +152,22 @@ TEST_F(CardFileJournal, OfManyEditsIsCountedAtOnce) {
   EXPECT_EQ(Crash().unsaved->cards, kEdits + 2);
   ASSERT_TRUE(file_->TakeOverUnsaved());
   EXPECT_EQ(file_->CardCount(), cards + kEdits - 1);
+}
+
+TEST_F(CardFileJournal, OfLongEditsIsWrittenInPiecesWhereverTheDiskFails) {
+  for (int fail_at = 0; fail_at < 10; ++fail_at) {
+    SCOPED_TRACE(fail_at);
+    disk_.FailAt(fail_at);
+    EditCards(2, kLong + 1);
+    EditCards(3, kLong + 2 + fail_at % 2);
+    file_->journal().BeginBatch();
+    Change(2, 7);
+    EditCards(4, kLong + 3);
+    file_->journal().EndBatch(file_->cards());
+    disk_.FailAt(0);
+    CrashAndTakeOver();
+    ASSERT_EQ(file_->Save(), SaveResult::Saved);
+  }
 }
 
 TEST_F(CardFileJournal, EndsWithTheFileThatIsGivenUp) {
