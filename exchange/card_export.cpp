@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -49,8 +50,37 @@ bool Write(WritableFile& file, TextFileForm form, std::string_view text) {
   return file.Write(form.utf8 && !HasPages(form) ? std::string_view(Utf8FromCodePage(text)) : text);
 }
 
+// A few bytes that are looked for, sixteen places at once.
+class Marks {
+ public:
+  void Add(char mark) {
+    if (count_ < bytes_.size()) bytes_[count_] = Group{} + mark;
+    ++count_;
+  }
+  // Whether a text may hold one: never false when it does, and true for short texts, which are looked at as quickly
+  // otherwise.
+  bool MayStandIn(std::string_view text) const {
+    if (text.size() < sizeof(Group) || count_ > bytes_.size()) return true;
+    Group found = {};
+    for (size_t at = 0; at < text.size(); at += sizeof(Group)) {
+      Group group;
+      // The last group may go over some bytes again.
+      std::memcpy(&group, text.data() + std::min(at, text.size() - sizeof(Group)), sizeof(Group));
+      for (size_t i = 0; i < count_; ++i) found |= static_cast<Group>(group == bytes_[i]);
+    }
+    uint64_t halves[2];
+    std::memcpy(halves, &found, sizeof(found));
+    return (halves[0] | halves[1]) != 0;
+  }
+
+ private:
+  using Group = char __attribute__((vector_size(16)));
+  std::array<Group, 5> bytes_ = {};
+  size_t count_ = 0;
+};
+
 // Puts the sides of cards into a text: a backslash is written twice, and where `quote` stands for a double quote a line
-// feed as a backslash and "n". Every byte is looked at once.
+// feed as a backslash and "n".
 class SideWriter {
  public:
   // Sides must not hold the separators. `page` is that of the sides.
@@ -64,10 +94,17 @@ class SideWriter {
       Kind(separator) = Byte::Separator;
       if (const auto same = SameCharacter(separator)) Kind(*same) = Byte::Separator;
     }
+    for (size_t i = 0; i < kinds_.size(); ++i) {
+      if (kinds_[i] != Byte::Plain) marks_.Add(static_cast<char>(i));
+    }
   }
 
   // False when the side holds a separator; something of it may then stand in the text.
   bool Append(std::string_view side, std::string& text) const {
+    if (!marks_.MayStandIn(side)) {
+      text += side;
+      return true;
+    }
     size_t from = 0;
     for (size_t i = 0; i < side.size(); ++i) {
       const Byte kind = kinds_[static_cast<uint8_t>(side[i])];
@@ -109,6 +146,7 @@ class SideWriter {
   }
 
   std::array<Byte, 256> kinds_{};
+  Marks marks_;  // those bytes that are not plain
   std::vector<char> separators_;
   char quote_;
   std::string quote_text_;

@@ -37,6 +37,21 @@ TEST(CardExport, TextKeepsLineBreaksAndQuotesAndDoublesBackslashes) {
   EXPECT_EQ(Text(MakeCards({Card("a\"b\\c\nd", "e")})), ";\n|\na\"b\\\\c\nd;\ne|\n2");
 }
 
+TEST(CardExport, MarksAreSeenWhereverTheyStandInASide) {
+  const std::pair<char, std::string> marks[] = {{'\\', "\\\\"}, {'\n', "\\n"}, {'"', "'"}, {';', ""}};
+  for (size_t size = 1; size < 40; ++size) {
+    for (size_t at = 0; at < size; ++at) {
+      for (const auto& [mark, written] : marks) {
+        std::string side(size, 'x');
+        side[at] = mark;
+        const std::string before = "@@;;;;;;;\n000001;00;", behind = ";b;000000001;0;wf;7 0\n2";
+        const std::string fit = before + std::string(at, 'x') + written + std::string(size - at - 1, 'x') + behind;
+        EXPECT_EQ(Table(MakeCards({Card(side, "b")})), mark == ';' ? "@@;;;;;;;\n1 unfit" : fit) << side;
+      }
+    }
+  }
+}
+
 TEST(CardExport, WalkEndsBeforeTheFirstIdThatBeginsWithANumberSign) {
   const CardTable cards = MakeCards({Card("a", "b"), Card("c", "d", "#00002"), Card("e", "f")});
   EXPECT_EQ(Text(cards), ";\n|\na;\nb|\n2");
