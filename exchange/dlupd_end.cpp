@@ -12,6 +12,7 @@
 #include "settings/side_settings.h"
 #include "ui_dlupd.h"
 #include "widgets/count_texts.h"
+#include "widgets/long_work.h"
 #include "widgets/messages.h"
 
 namespace tessaro {
@@ -112,8 +113,18 @@ void TF_dlupd::OfferMedia() {
       u"werden?"_s.arg(copies.size()),
       u"Kopieren"_s, u"Nicht kopieren"_s, {}, Answer::Yes);
   if (answer != Answer::Yes) return;
-  const auto failed = static_cast<int64_t>(copies.size()) - CopyMedia(ties_.disk, copies);
-  if (failed > 0) ties_.messages.Error(this, u"%1 Dateien konnten nicht kopiert werden."_s.arg(failed));
+  CopiedMedia done;
+  {
+    LongWork work(this, ties_.clock);
+    work.AllowCancel();
+    work.NextStage(u"Bilder und Töne kopieren"_s, BytesOf(ties_.disk, copies));
+    done = CopyMedia(ties_.disk, copies, [&](int64_t bytes) { return work.GoesOn(bytes); });
+  }
+  if (done.cancelled) {
+    ties_.messages.Information(this,
+                               u"Abgebrochen: %1 von %2 Dateien sind kopiert."_s.arg(done.copied).arg(copies.size()));
+  }
+  if (done.failed > 0) ties_.messages.Error(this, u"%1 Dateien konnten nicht kopiert werden."_s.arg(done.failed));
 }
 
 // Where a comparison that did not come to its end can be taken up again.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -47,10 +48,20 @@ bool IsBelow(const fs::path& relative) {
   return !relative.empty() && relative.is_relative() && *relative.begin() != "..";
 }
 
-bool Copy(Disk& disk, const MediaCopy& copy) {
-  const std::optional<std::string> bytes = ReadFile(disk, copy.from);
-  return bytes && disk.MakeFolder(copy.to.parent_path()) &&
-         ReplaceFile(disk, copy.to, [&](WritableFile& file) { return file.Write(*bytes); });
+// Asks behind each piece, with its bytes, whether to go on.
+template <typename GoOn>
+bool Copy(Disk& disk, const MediaCopy& copy, const GoOn& go_on) {
+  constexpr size_t kPiece = size_t{256} * 1024;
+  const std::unique_ptr<ReadableFile> from = disk.Open(copy.from);
+  if (from == nullptr || !disk.MakeFolder(copy.to.parent_path())) return false;
+  std::string piece(kPiece, '\0');
+  return ReplaceFile(disk, copy.to, [&](WritableFile& file) {
+    std::ptrdiff_t count = 0;
+    while ((count = from->Read(piece.data(), piece.size())) > 0) {
+      if (!file.Write({piece.data(), static_cast<size_t>(count)}) || !go_on(count)) return false;
+    }
+    return count == 0;
+  });
 }
 
 }  // namespace
@@ -99,8 +110,28 @@ std::vector<MediaCopy> MissingMedia(const Disk& disk, const CardFile& file, cons
   return copies;
 }
 
-int64_t CopyMedia(Disk& disk, const std::vector<MediaCopy>& copies) {
-  return std::count_if(copies.begin(), copies.end(), [&](const MediaCopy& copy) { return Copy(disk, copy); });
+CopiedMedia CopyMedia(Disk& disk, const std::vector<MediaCopy>& copies, const WorkObserver& observer) {
+  CopiedMedia media;
+  int64_t done = 0;
+  const auto go_on = [&](std::ptrdiff_t bytes) {
+    done += bytes;
+    media.cancelled = observer && !observer(done);
+    return !media.cancelled;
+  };
+  for (const MediaCopy& copy : copies) {
+    const bool copied = Copy(disk, copy, go_on);
+    if (media.cancelled) break;
+    ++(copied ? media.copied : media.failed);
+  }
+  return media;
+}
+
+int64_t BytesOf(const Disk& disk, const std::vector<MediaCopy>& copies) {
+  int64_t bytes = 0;
+  for (const MediaCopy& copy : copies) {
+    bytes += static_cast<int64_t>(disk.State(copy.from).value_or(FileState()).size);
+  }
+  return bytes;
 }
 
 int64_t CountMarked(const CardFile& file, int end_row) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "exchange/compare_scan.h"
+#include "exchange/work_observer.h"
 #include "hypertext/media.h"
 
 // What is left to do when cards of another card file were taken over.
@@ -26,8 +27,15 @@ struct MediaCopy {
 // Files that the cards name without a full path and that lie with the source but not with the card file.
 std::vector<MediaCopy> MissingMedia(const Disk& disk, const CardFile& file, const std::vector<TakenCard>& taken,
                                     const MediaFolders& source, const MediaFolders& own);
-// How many were copied; one that fails is left out.
-int64_t CopyMedia(Disk& disk, const std::vector<MediaCopy>& copies);
+struct CopiedMedia {
+  int64_t copied = 0;
+  int64_t failed = 0;
+  bool cancelled = false;  // the files that are left were not looked at
+};
+// Copies them one after the other; one that fails, or in which the observer ends it, is not there. The observer is told
+// the bytes, BytesOf at the end.
+CopiedMedia CopyMedia(Disk& disk, const std::vector<MediaCopy>& copies, const WorkObserver& observer = {});
+int64_t BytesOf(const Disk& disk, const std::vector<MediaCopy>& copies);
 
 // Cards before `end_row` whose front holds the mark of a duplicate.
 int64_t CountMarked(const CardFile& file, int end_row = INT_MAX);

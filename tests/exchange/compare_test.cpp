@@ -326,8 +326,13 @@ TEST_F(Compare, MediaBesideTheSourceAreCopied) {
   const std::vector<MediaCopy> copies =
       MissingMedia(disk, file, scan->taken(), {"/src", "/src/Medien"}, {"/deck", "/deck/Medien"});
   ASSERT_EQ(copies.size(), 1U);
-  EXPECT_EQ(CopyMedia(disk, copies), 1);
+  EXPECT_EQ(BytesOf(disk, copies), 7);
+  const CopiedMedia ended = CopyMedia(disk, copies, [](int64_t done) { return done < 7; });
+  EXPECT_TRUE(ended.cancelled && ended.copied == 0 && ended.failed == 0);
+  EXPECT_FALSE(disk.Exists("/deck/bild.bmp"));
+  EXPECT_EQ(CopyMedia(disk, copies).copied, 1);
   EXPECT_EQ(disk.Content("/deck/bild.bmp"), "picture");
+  EXPECT_EQ(CopyMedia(disk, {{"/src/missing.bmp", "/deck/missing.bmp"}}).failed, 1);
 }
 
 TEST_F(Compare, SourceIsReadOrRefused) {
