@@ -8,8 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/large_pages.h"
-
 namespace tessaro {
 
 // A field by the number of its column, from 1.
@@ -44,10 +42,7 @@ class PackedFields {
   void Append(PackedFields others);
 
   // Makes room for so many bytes at once.
-  void Reserve(size_t bytes) {
-    bytes_.reserve(bytes);
-    if (bytes_.empty()) PreferLargePages(bytes_.data(), bytes_.capacity());
-  }
+  void Reserve(size_t bytes) { bytes_.reserve(bytes); }
 
   size_t rows() const { return rows_; }
   // The columns of the fields, ascending, each once.
