@@ -49,7 +49,7 @@ void FitLetters(const QLineEdit& field, QFont& font) {
 void DressVerdict(QLineEdit& field) {
   if (!field.property(kVerdict).isValid()) return;
   const auto verdict = static_cast<Verdict>(field.property(kVerdict).toInt());
-  QPalette palette = field.parentWidget()->palette();
+  QPalette palette = field.window()->palette();
   const Colours colours = ColoursOf(verdict, palette);
   palette.setColor(QPalette::Base, colours.ground);
   palette.setColor(QPalette::Text, colours.letters);

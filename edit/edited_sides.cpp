@@ -93,9 +93,11 @@ void EditedSides::ShowPanes() {
 }
 
 void EditedSides::ReadLooks(const CardFile& file, const ProgramSettings& settings) {
+  // The window hears of other colours before what stands in it.
+  const QPalette& colours = views_.front().frame->window()->palette();
   for (const EditSide side : {EditSide::Front, EditSide::Back}) {
     const SideName name = side == EditSide::Front ? SideName::Front : SideName::Back;
-    looks_[Index(side)] = LookOnScreen(file.settings(), settings.ini, name, field(side).palette());
+    looks_[Index(side)] = LookOnScreen(file.settings(), settings.ini, name, colours);
     field(side).SetCodePage(looks_[Index(side)].page);
   }
   const MediaFolders folders =

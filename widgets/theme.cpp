@@ -148,7 +148,7 @@ QColor PlotColour(PlotRole role, const QPalette& palette) {
 }
 
 void SetAccent(QWidget& text, std::optional<Accent> accent) {
-  QPalette colours = text.parentWidget()->palette();
+  QPalette colours = text.window()->palette();
   if (accent) colours.setColor(QPalette::WindowText, AccentColour(*accent, colours));
   text.setPalette(colours);
 }

@@ -181,7 +181,7 @@ TEST_F(AnswerModesTest, OptionsHoldAtOnceAndAreKept) {
                           [&](TF_dlopt& dialog) {
                             Control<QComboBox>(dialog, u"Leerzeichen"_s).setCurrentIndex(blanks);
                             Control<QComboBox>(dialog, u"Antwortart"_s).setCurrentIndex(mode);
-                            QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnOK"_s), Qt::LeftButton);
+                            Press(dialog, u"BitBtnOK"_s);
                           });
   };
   set(1, 2);
@@ -217,7 +217,7 @@ TEST_F(AnswerModesTest, OneModeAtATimeIsOnAndRememberedWithItsPlace) {
 
   auto& line = Find<AnswerWindow>(u"TF_wnvgl"_s);
   WritePlace({.x = -50, .y = 5000, .width = 500, .height = 150}, "V", program.settings().ini);
-  QTest::mouseClick(line.findChild<QAbstractButton*>(u"SpeedButtonFrei"_s), Qt::LeftButton);
+  Press(line, u"SpeedButtonFrei"_s);
   EXPECT_TRUE(line.screen()->availableGeometry().contains(line.frameGeometry()));
   ASSERT_TRUE(line.IsFloating());
   const auto is_typed_in = [&] {
@@ -234,9 +234,9 @@ TEST_F(AnswerModesTest, OneModeAtATimeIsOnAndRememberedWithItsPlace) {
   EXPECT_FALSE(line.isActiveWindow()) << "whoever works elsewhere is not disturbed by a card";
   program.OpenLearning();
   EXPECT_TRUE(is_typed_in());
-  QTest::mouseClick(line.findChild<QAbstractButton*>(u"SpeedButtonFrei"_s), Qt::LeftButton);
+  Press(line, u"SpeedButtonFrei"_s);
   EXPECT_TRUE(!line.IsFloating() && line.isVisible());
-  QTest::mouseClick(line.findChild<QAbstractButton*>(u"SpeedButtonFrei"_s), Qt::LeftButton);
+  Press(line, u"SpeedButtonFrei"_s);
   EXPECT_TRUE(program.CloseLearning());
   EXPECT_EQ(ReadPlace(settings, "V", {}).width, 500);
   program.OpenLearning();

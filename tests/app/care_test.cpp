@@ -182,9 +182,9 @@ TEST_F(Care, TheCheckIsQuietAndLeadsToItsFindings) {
         EXPECT_EQ(list.model()->index(1, CheckModel::CardId).data().toString(), u"000003"_s);
         EXPECT_EQ(list.model()->index(1, CheckModel::Question).data().toString(), u"Wer ist 000003?"_s);
         EXPECT_EQ(dialog.Chosen().size(), 1U) << "what depends on the clock is not chosen";
-        Control<QPushButton>(dialog, u"ButtonAll"_s).click();
+        Press(dialog, u"ButtonAll"_s);
         EXPECT_EQ(dialog.Chosen().size(), 2U) << "no repair leads a link to its card";
-        Control<QPushButton>(dialog, u"ButtonNone"_s).click();
+        Press(dialog, u"ButtonNone"_s);
         EXPECT_TRUE(dialog.Chosen().empty());
         auto& repair = *Control<QDialogButtonBox>(dialog, u"ButtonBox"_s).button(QDialogButtonBox::Ok);
         EXPECT_FALSE(repair.isEnabled());
@@ -202,7 +202,7 @@ TEST_F(Care, TheCheckIsQuietAndLeadsToItsFindings) {
 TEST_F(Care, NothingIsRepairedUnaskedAndLearningAsksBeforeTheClockCostsStatistics) {
   Open({Card("000001"), Card("000002", kNow + 500)});
   Drive<TF_dlcheck>(u"KarteiPruefenExecute"_s, [](TF_dlcheck& dialog) {
-    Control<QPushButton>(dialog, u"ButtonAll"_s).click();
+    Press(dialog, u"ButtonAll"_s);
     dialog.reject();
   });
   EXPECT_FALSE(program.file().changed()) << "nothing is repaired without being asked";

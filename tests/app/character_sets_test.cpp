@@ -17,12 +17,9 @@ class CharacterSets : public MainWindow {
     DriveDialog<TF_dlopt>([this] { program.ShowOptions(); },
                           [&](TF_dlopt& options) {
                             Control<QComboBox>(options, u"ZeichensatzH"_s).setCurrentIndex(static_cast<int>(set));
-                            if (!answer) return Press(options);
-                            DriveDialog<TF_dlzeichen>([&] { Press(options); }, answer);
+                            if (!answer) return Press(options, u"BitBtnOK"_s);
+                            DriveDialog<TF_dlzeichen>([&] { Press(options, u"BitBtnOK"_s); }, answer);
                           });
-  }
-  static void Press(QDialog& dialog) {
-    QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnOK"_s), Qt::LeftButton);
   }
   static QString Cell(TF_dlzeichen& dialog, int column) {
     return Control<QTableWidget>(dialog, u"ListeKarten"_s).item(0, column)->text();
@@ -43,7 +40,7 @@ TEST_F(CharacterSets, TextsReadAnewKeepTheirBytes) {
     EXPECT_EQ(Control<QListWidget>(dialog, u"ListeFehlt"_s).item(0)->text(), u"Karte 1, Rückseite: Ï ð è â å ò"_s);
     EXPECT_EQ(Cell(dialog, 1), u"Ïðèâåò"_s);
     EXPECT_EQ(Cell(dialog, 2), u"Привет"_s);
-    Press(dialog);
+    Press(dialog, u"BitBtnOK"_s);
   });
   EXPECT_EQ(Set(), CharacterSet::Cyrillic);
   EXPECT_EQ(disk.Content(kTestFile), before);
@@ -65,7 +62,7 @@ TEST_F(CharacterSets, ConvertedTextsAreSavedWithTheirSetAndShownInTheEditor) {
   Choose(CharacterSet::Cyrillic, [](TF_dlzeichen& dialog) {
     EXPECT_TRUE(Control<QRadioButton>(dialog, u"Umwandeln"_s).isChecked());
     EXPECT_EQ(Cell(dialog, 2), u"100 €"_s);
-    Press(dialog);
+    Press(dialog, u"BitBtnOK"_s);
   });
   EXPECT_EQ(Back(), "100 \x88");
   EXPECT_NE(disk.Content(kTestFile)->find("100 \x88"), std::string::npos);

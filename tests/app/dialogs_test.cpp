@@ -21,7 +21,7 @@ class Options : public testing::Test {
     TF_dlopt dialog({program, &card_file, "/deck", {}}, messages);
     dialog.show();
     for (const auto& [name, text] : texts) Control<QLineEdit>(dialog, name).setText(text);
-    QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnOK"_s), Qt::LeftButton);
+    Press(dialog, u"BitBtnOK"_s);
     wrong_page = Control<QTabWidget>(dialog, u"Seiten"_s).currentIndex();
     if (auto* note = dialog.findChild<QLabel*>(u"Hinweis"_s + texts[0].first)) wrong_note = note->text();
     return dialog.result() == QDialog::Accepted;
@@ -46,7 +46,7 @@ TEST_F(Options, GoodValuesAreKeptAndUntouchedOnesAreNotWritten) {
 TEST_F(Options, ACardFileMayBeginInAWayOfItsOwn) {
   TF_dlopt dialog({program, &card_file, "/deck", {}}, messages);
   Control<QComboBox>(dialog, u"KarteiMethode"_s).setCurrentIndex(2);
-  Control<QPushButton>(dialog, u"BitBtnOK"_s).click();
+  Press(dialog, u"BitBtnOK"_s);
   EXPECT_EQ(card_file.Text(), "[START]\nMethode=2\n");
   EXPECT_EQ(program.Text(), "");
 }
@@ -74,14 +74,14 @@ TEST_F(Options, PageGoesBackToItsStandardAndTheOthersStay) {
   EXPECT_EQ(Control<QComboBox>(dialog, u"Marke"_s).currentIndex(), 2);
   EXPECT_EQ(Control<QComboBox>(dialog, u"Leiste"_s).currentIndex(), 1);
   Control<QTabWidget>(dialog, u"Seiten"_s).setCurrentIndex(2);
-  QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnDefault"_s), Qt::LeftButton);
+  Press(dialog, u"BitBtnDefault"_s);
   EXPECT_EQ(Control<QLineEdit>(dialog, u"Fehler"_s).text(), u"5,0"_s);
   EXPECT_EQ(Control<QComboBox>(dialog, u"Marke"_s).currentIndex(), 0);
   EXPECT_EQ(Control<QLineEdit>(dialog, u"Ordner"_s).text(), u"Bilder"_s);
   EXPECT_FALSE(Control<QWidget>(dialog, u"GruppeV"_s).isEnabled()) << "no card file is open";
   EXPECT_FALSE(Control<QPushButton>(dialog, u"OrdnerOeffnen"_s).isEnabled());
   Control<QComboBox>(dialog, u"Antwortart"_s).setCurrentIndex(3);
-  QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnOK"_s), Qt::LeftButton);
+  Press(dialog, u"BitBtnOK"_s);
   EXPECT_TRUE(keys::kShowTyping.Read(program));
   EXPECT_FALSE(keys::kShowChoice.Read(program));
   EXPECT_EQ(keys::kErrorLimit.Read(program), 5.0);
@@ -103,7 +103,7 @@ TEST_F(Options, SoundOfErrorsCanBeHeardWhereItIs) {
   std::ofstream(folder.path() / "ton.wav") << "x";
   messages.files = {sound};
   Control<QLineEdit>(dialog, u"Ton"_s).clear();
-  QTest::mouseClick(&Control<QPushButton>(dialog, u"TonWaehlen"_s), Qt::LeftButton);
+  Press(dialog, u"TonWaehlen"_s);
   EXPECT_EQ(Control<QLabel>(dialog, u"HinweisTon"_s).text(), QString());
   QTest::mouseClick(&test, Qt::LeftButton);
   ASSERT_EQ(heard.count(), 1);

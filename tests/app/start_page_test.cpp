@@ -153,7 +153,7 @@ TEST_F(MainWindowFiles, ParametersAreKeptInBothSettingsAndWaitForTheEndOfARun) {
     Drive<TF_dlparam>(u"LernEinstellungExecute"_s, [&](TF_dlparam& dialog) {
       Control<QLineEdit>(dialog, u"EdCheckImmer"_s).setText(days);
       Control<QLineEdit>(dialog, u"EdCheckPosition"_s).setText(u"3"_s);
-      Control<QPushButton>(dialog, u"BitBtnOK"_s).click();
+      Press(dialog, u"BitBtnOK"_s);
     });
   };
   set(u"7"_s);
@@ -207,7 +207,7 @@ TEST_F(OutlookCommands, CountedCardsAreOpenedInTheEditorAndFollowWhatItDoes) {
   table.setCurrentIndex(table.model()->index(1, 0));
   QTest::keyClick(&table, Qt::Key_Return);
   EXPECT_EQ(editor->row(), 2);
-  Control<QPushButton>(costs, u"ButtonKarten"_s).click();
+  Press(costs, u"ButtonKarten"_s);
   auto* list = evaluation->findChild<TF_dlkarten*>();
   ASSERT_NE(list, nullptr) << "of all that are shown";
   auto& cards = Control<QTableView>(*list, u"ListCards"_s);

@@ -1,7 +1,5 @@
 #include <QAbstractButton>
 #include <QClipboard>
-#include <QDropEvent>
-#include <QMimeData>
 #include <QPlainTextEdit>
 
 #include "app/dlopt.h"
@@ -84,7 +82,7 @@ TEST_F(AnswerModesTest, SpecialCharactersGoIntoTheTypedLine) {
   auto& cells = Control<QTableWidget>(*signs, u"ZeichenTabelle"_s);
   cells.item(0, 1)->setText(u"ä"_s);
   cells.setCurrentCell(0, 1);
-  QTest::mouseClick(&Control<QAbstractButton>(*signs, u"BitBtnOK"_s), Qt::LeftButton);
+  Press(*signs, u"BitBtnOK"_s);
   EXPECT_EQ(Find<QLineEdit>(u"RichEditVgl"_s).text(), u"Dä"_s);
   EXPECT_TRUE(Line(u"StatusBarVgl"_s).startsWith(u"Buchstabenfolge vor oder um"_s));
   // What no card can hold is shown as such beside the answer.
@@ -131,7 +129,7 @@ TEST_F(AnswerModesTest, WhatTheOptionsAllowIsRightAndStillShown) {
     DriveDialog<TF_dlopt>([&] { program.ShowOptions(); },
                           [&](TF_dlopt& dialog) {
                             Control<QCheckBox>(dialog, boxes[i]).setChecked(true);
-                            QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnOK"_s), Qt::LeftButton);
+                            Press(dialog, u"BitBtnOK"_s);
                           });
     EXPECT_TRUE(is_right()) << i;
   }
@@ -153,8 +151,7 @@ TEST_F(AnswerModesTest, CopiedTextIsJudgedAndNothingElseIs) {
   QApplication::clipboard()->setText(u"b c"_s);
   Key(Qt::Key_V, Qt::ControlModifier);
   Repeat(Qt::Key_A, u"a"_s);
-  QDropEvent drop({}, Qt::CopyAction, QApplication::clipboard()->mimeData(), Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(input.viewport(), &drop);
+  Drop(*input.viewport(), *QApplication::clipboard()->mimeData());
   EXPECT_EQ(input.toPlainText(), u"a"_s) << "neither pasted nor held down nor dropped";
   Type("b");
   Type("x");

@@ -1,14 +1,19 @@
 #include "edit/wned.h"
 
 #include <QClipboard>
-#include <QDropEvent>
+#include <QComboBox>
+#include <QItemSelectionModel>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QSet>
+#include <QTabBar>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <QUrl>
 #include <random>
 
+#include "edit/autolink.h"
+#include "edit/dlnumm.h"
 #include "edit/side_field.h"
 #include "edit/wnlink.h"
 #include "edit/wnsign.h"
@@ -17,6 +22,7 @@
 #include "tests/support/test_cards.h"
 #include "tests/support/window_test.h"
 #include "widgets/htmlview.h"
+#include "widgets/theme.h"
 
 namespace tessaro {
 namespace {
@@ -29,7 +35,7 @@ class CardEditor : public WindowTest {
     window.reset();
     file.Close();
     OpenTestFile(disk, file, cards);
-    window = std::make_unique<TF_wned>(file, settings, EditorMachine{clock, disk, messages}, made);
+    window = std::make_unique<TF_wned>(file, settings, EditorMachine{clock, disk, messages, keep}, made);
     window->resize(1300, 800);
     window->show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
@@ -48,6 +54,8 @@ class CardEditor : public WindowTest {
   CardFile file{disk};
   ProgramSettings settings;
   int64_t made = 0;
+  bool may_begin = true;
+  const std::function<bool(QWidget*)> keep = [this](QWidget*) { return may_begin; };
   std::unique_ptr<TF_wned> window;
 };
 
@@ -96,9 +104,10 @@ TEST_F(CardEditor, CardCommandsSayWhatTheyDid) {
   EXPECT_TRUE(Command(u"MCommandUndo"_s).text().startsWith(u"&Zurücknehmen: "_s));
   Trigger(u"MCardDelete"_s);
   EXPECT_EQ(Status(), u"Karte 000005 gelöscht"_s);
-  EXPECT_TRUE(Find<QLabel>(u"LabelGeloescht"_s).isVisible());
+  EXPECT_TRUE(Find<QLabel>(u"LabelGeloescht"_s).isVisible() && Front().font().strikeOut());
   Trigger(u"MCardDelete"_s);
   EXPECT_EQ(Status(), u"Karte 000005 wiederhergestellt"_s);
+  EXPECT_FALSE(Find<QLabel>(u"LabelGeloescht"_s).isVisible() || Back().font().strikeOut());
   Trigger(u"MCardDelete"_s);
   EXPECT_EQ(file.CardCount(), 5);
   window->close();
@@ -148,14 +157,17 @@ TEST_F(CardEditor, LinkIsMadeByGoingToItsTarget) {
   Key(Qt::Key_L, Qt::ControlModifier);
   EXPECT_EQ(Front().Side(), "<+>");
   EXPECT_EQ(Stored(2), "Ofen");
-  auto* dialog = window->findChild<TF_wnlink*>();
-  ASSERT_NE(dialog, nullptr);
-  Trigger(u"MCardBottom"_s);
-  EXPECT_EQ(Control<QLineEdit>(*dialog, u"EditZielIdent"_s).text(), u"000003"_s);
+  auto& dialog = Find<TF_wnlink>(u"TF_wnlink"_s);
+  const auto line = [&dialog](const QString& name) -> QLineEdit& { return Control<QLineEdit>(dialog, name); };
+  Trigger(u"MHtmlLink"_s);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+  for (const Qt::Key key : {Qt::Key_F2, Qt::Key_F2, Qt::Key_F4, Qt::Key_F2}) Key(key);
+  EXPECT_EQ(line(u"EditQuelleIdent"_s).text() + line(u"EditZielIdent"_s).text(), u"000001000003"_s);
+  EXPECT_EQ(line(u"EditLinkText"_s).text(), u"Ofen"_s);
   for (const QString& face : {u"О"_s, u"Ofen"_s}) {
-    EXPECT_TRUE(dialog->isVisible());
-    Control<QLineEdit>(*dialog, u"EditLinkText"_s).setText(face);
-    QTest::mouseClick(&Control<QAbstractButton>(*dialog, u"BitBtnLink"_s), Qt::LeftButton);
+    EXPECT_TRUE(dialog.isVisible());
+    line(u"EditLinkText"_s).setText(face);
+    Press(dialog, u"BitBtnLink"_s);
   }
   EXPECT_EQ(window->row(), 2);
   EXPECT_EQ(Stored(2), "<a href=\"000003\">Ofen</a>");
@@ -168,7 +180,8 @@ TEST_F(CardEditor, LinkIsMadeByGoingToItsTarget) {
   Key(Qt::Key_L, Qt::ControlModifier);
   EXPECT_EQ(Back().Side(), "<+>");
   QApplication::processEvents();
-  for (TF_wnlink* open : window->findChildren<TF_wnlink*>()) open->close();
+  ASSERT_EQ(OpenWindows<TF_wnlink>().size(), 1);
+  OpenWindows<TF_wnlink>()[0]->close();
   EXPECT_EQ(Back().Side(), "Antwort");
   EXPECT_EQ(Stored(2, false), "Antwort");
 }
@@ -216,20 +229,15 @@ TEST_F(CardEditor, OddSidesUpsetNeitherColoursNorPreview) {
 TEST_F(CardEditor, SearchGoesFromCardToCard) {
   Open();
   Trigger(u"MCardSearch"_s);
-  auto* search = window->findChild<TF_wnsuch*>();
-  ASSERT_NE(search, nullptr);
-  Control<QLineEdit>(*search, u"EditString1"_s).setText(u"Antwort"_s);
-  const auto press = [search](const QString& name) {
-    QTest::mouseClick(&Control<QAbstractButton>(*search, name), Qt::LeftButton);
-  };
-  press(u"BitBtnStart"_s);
+  auto& search = Find<TF_wnsuch>(u"TF_wnsuch"_s);
+  Control<QLineEdit>(search, u"EditString1"_s).setText(u"Antwort"_s);
+  Press(search, u"BitBtnStart"_s);
   EXPECT_EQ(window->row(), 2);
   EXPECT_EQ(Back().Selection(), (SideRange{0, 7})) << "what was found is marked";
-  press(u"BitBtnWeiter"_s);
+  Press(search, u"BitBtnWeiter"_s);
   EXPECT_EQ(window->row(), 3);
-  EXPECT_EQ(Control<QLabel>(*search, u"LabelErgebnis"_s).text(), u"gefunden in Zeile 1. 2 Karten durchsucht"_s);
-  press(u"BitBtnWeiter"_s);
-  press(u"BitBtnWeiter"_s);
+  EXPECT_EQ(Control<QLabel>(search, u"LabelErgebnis"_s).text(), u"gefunden in Zeile 1. 2 Karten durchsucht"_s);
+  Press(search, u"BitBtnWeiter"_s, u"BitBtnWeiter"_s);
   EXPECT_TRUE(Status().startsWith(u"Zeichenfolge(n) nicht gefunden"_s));
 }
 
@@ -238,8 +246,8 @@ TEST_F(CardEditor, ListsFollowEveryCommandRowByRow) {
         {.id = "000002", .question = "Topf <a href=\"000001\">x</a>", .score = "000090061", .time_row = "1700000000"},
         {.id = "000003", .question = "Herd"}});
   window->ShowTable();
-  auto* table = window->findChild<TF_wntab*>();
-  auto& grid = Control<QTableView>(*table, u"StringGridTab"_s);
+  auto& table = Find<TF_wntab>(u"TF_wntab"_s);
+  auto& grid = Control<QTableView>(table, u"StringGridTab"_s);
   const auto fronts = [&grid] {
     QStringList texts;
     for (int row = 0; row < grid.model()->rowCount(); ++row) texts += grid.model()->index(row, 2).data().toString();
@@ -257,7 +265,7 @@ TEST_F(CardEditor, ListsFollowEveryCommandRowByRow) {
   EXPECT_EQ(fronts(), u"Topf x Ofen Herd -"_s);
   EXPECT_EQ(Stored(2), "Ofen") << "the cards keep their order";
   grid.selectRow(0);
-  QTest::mouseClick(&Control<QAbstractButton>(*table, u"BitBtnEditor"_s), Qt::LeftButton);
+  Press(table, u"BitBtnEditor"_s);
   EXPECT_EQ(window->row(), 4);
   Trigger(u"MCardTop"_s);
   Trigger(u"MCardLeer"_s);
@@ -269,8 +277,8 @@ TEST_F(CardEditor, ListsFollowEveryCommandRowByRow) {
   Trigger(u"MCommandUndo"_s);
   EXPECT_EQ(fronts(), u"Topf x Ofen Herd"_s);
   EXPECT_EQ(resets, 0);
-  table->activateWindow();
-  ASSERT_TRUE(QTest::qWaitFor([table] { return QApplication::activeWindow() == table; }));
+  table.activateWindow();
+  ASSERT_TRUE(QTest::qWaitFor([&table] { return QApplication::activeWindow() == &table; }));
   grid.setFocus();
   QTest::keyClick(&grid, Qt::Key_End);
   for (const size_t marked : {1U, 3U, 0U, 3U}) {
@@ -278,9 +286,56 @@ TEST_F(CardEditor, ListsFollowEveryCommandRowByRow) {
     EXPECT_EQ(file.deletion_marks().rows().size(), marked);
     grid.selectAll();
   }
-  table->close();
+  table.close();
   EXPECT_TRUE(window->Settle());
   EXPECT_EQ(fronts(), u"-"_s);
+}
+
+TEST_F(CardEditor, TheTableSearchesAndActsOnWhatIsTypedAndOnTheRowsThatAreMarked) {
+  Open();
+  window->ShowTable();
+  auto& table = Find<TF_wntab>(u"TF_wntab"_s);
+  auto& grid = Control<QTableView>(table, u"StringGridTab"_s);
+  int resets = 0;
+  QObject::connect(grid.model(), &QAbstractItemModel::modelReset, &grid, [&resets] { ++resets; });
+  const auto search = [&](const QString& text) {
+    auto& field = Control<QLineEdit>(table, u"EditSuchen"_s);
+    table.activateWindow();
+    QApplication::processEvents();
+    field.setFocus();
+    field.setText(text);
+    QTest::keyClick(&field, Qt::Key_Return);
+    EXPECT_EQ(window->row(), 2) << "Enter searches there";
+    return Control<QLabel>(table, u"LabelErgebnis"_s).text() + QString::number(grid.currentIndex().row());
+  };
+  Front().setPlainText(u"Ofenrohr"_s);
+  EXPECT_EQ(search(u"OFENR"_s), u"Zeichenfolge(n) nicht gefunden0"_s) << "only behind the marked row";
+  EXPECT_EQ(Stored(2), "Ofenrohr");
+  grid.sortByColumn(2, Qt::DescendingOrder);
+  EXPECT_EQ(grid.currentIndex().row(), 1) << "the mark goes with its card";
+  EXPECT_EQ(search(u"herd"_s), u"gefunden: Karte 32"_s);
+  EXPECT_EQ(search({}), u"Bitte eine Zeichenfolge eingeben2"_s);
+  grid.selectRow(0);
+  grid.selectionModel()->select(grid.model()->index(2, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+  EXPECT_EQ(window->MarkedRows(), (std::vector{3, 4}));
+  SetScore(file, 4, 700);
+  Press(table, u"BitBtnStatistik"_s);
+  EXPECT_EQ(file.cards().Peek(file.columns().score, 4), "700") << "the safe answer";
+  messages.answers = {Answer::Yes};
+  Front().setPlainText(u"Ofentuer"_s);
+  Press(table, u"BitBtnStatistik"_s);
+  EXPECT_EQ(file.cards().Peek(file.columns().score, 4), "000000000");
+  EXPECT_EQ(Stored(2), "Ofentuer");
+  grid.sortByColumn(0, Qt::AscendingOrder);
+  EXPECT_EQ(window->MarkedRows(), (std::vector{3, 4}));
+  Front().setPlainText(u"Ofen"_s);
+  Press(table, u"BitBtnLoeschen"_s);
+  EXPECT_EQ(Stored(2), "Ofen");
+  EXPECT_TRUE(grid.model()->index(2, 1).data(Qt::FontRole).value<QFont>().strikeOut());
+  EXPECT_FALSE(grid.model()->index(0, 1).data(Qt::FontRole).isValid());
+  EXPECT_TRUE(window->Settle());
+  EXPECT_EQ(grid.model()->rowCount(), 1);
+  EXPECT_EQ(resets, 0) << "a run of rows goes as such";
 }
 
 TEST_F(CardEditor, FileForReadingOnlyIsLookedAtAndLeftAlone) {
@@ -351,11 +406,118 @@ TEST_F(CardEditor, ChosenPicturesAndCharactersAreInserted) {
   Front().setFocus();
   Front().moveCursor(QTextCursor::Start);
   Trigger(u"MTextSign"_s);
-  auto* signs = window->findChild<TF_wnsign*>();
-  ASSERT_NE(signs, nullptr);
-  Control<QTableWidget>(*signs, u"ZeichenTabelle"_s).setCurrentCell(0, 1);
-  QTest::mouseClick(&Control<QAbstractButton>(*signs, u"BitBtnOK"_s), Qt::LeftButton);
-  EXPECT_TRUE(Front().Side().starts_with("]<img "));
+  const auto& signs = Find<TF_wnsign>(u"TF_wnsign"_s);
+  auto& cells = Control<QTableWidget>(signs, u"ZeichenTabelle"_s);
+  for (const auto& [typed, cell] : {std::pair(u"\u03A9"_s, u""_s), {u" xy"_s, u"x"_s}}) {
+    cells.item(0, 1)->setText(typed);
+    EXPECT_EQ(cells.item(0, 1)->text(), cell);
+    cells.setCurrentCell(0, 1);
+    Press(signs, u"BitBtnOK"_s);
+  }
+  EXPECT_TRUE(Front().Side().starts_with("x<img "));
+  Press(signs, u"BitBtnVH"_s);
+  EXPECT_EQ(cells.item(0, 1)->text(), u"]"_s) << "each side has its own";
+  Press(signs, u"BitBtnVH"_s);
+  EXPECT_EQ(cells.item(0, 1)->text(), u"x"_s);
+}
+
+TEST_F(CardEditor, DroppedFilesAndThePictureOfTheClipboardBecomeTagsOfTheirSide) {
+  Open();
+  disk.Put("/deck/Medien/ton.mp3", "x");
+  QMimeData files;
+  files.setUrls({QUrl::fromLocalFile(u"/deck/Medien/ton.mp3"_s), QUrl(u"http://x/y.png"_s),
+                 QUrl::fromLocalFile(u"/deck/a.exe"_s)});
+  Drop(*Back().viewport(), files);
+  EXPECT_EQ(Back().Side(), "<embed src=\"Medien\\ton.mp3\" width=\"353\" height=\"289\">Antwort");
+  EXPECT_EQ(Status(), u"Diese Art von Datei kann eine Karte nicht zeigen: /deck/a.exe"_s);
+  auto* picture = new QMimeData;
+  picture->setImageData(QImage(2, 2, QImage::Format_RGB32));
+  QApplication::clipboard()->setMimeData(picture);
+  Front().paste();
+  EXPECT_EQ(Front().Side(), "<img src=\"Medien\\Bild_000001.png\" border=\"0\">Ofen");
+  EXPECT_TRUE(disk.Content("/deck/Medien/Bild_000001.png").value_or("").starts_with("\x89PNG"));
+  EXPECT_TRUE(Back().Side().starts_with("<embed"));
+  disk.FailAt(1);
+  Front().paste();
+  EXPECT_EQ(messages.errors.size(), 1);
+  EXPECT_TRUE(Front().Side().starts_with("<img src=\"Medien\\Bild_000001.png\" border=\"0\">Ofen"));
+}
+
+// Both sides, or the one that is written; the list of cards where there is room beside them.
+TEST_F(CardEditor, ANarrowWindowShowsTheSideThatIsWritten) {
+  Open();
+  const auto parts = [this] {
+    QApplication::processEvents();
+    QString shown;
+    for (const auto& name : {u"KartenListe"_s, u"PageControlKarte"_s, u"TitelVorne"_s, u"Vorne"_s, u"Hinten"_s}) {
+      if (Find<QWidget>(name).isVisible()) shown += name.front();
+    }
+    return shown;
+  };
+  for (const auto& [width, shown] : {std::pair(1300, u"KTVH"_s), {900, u"KPV"_s}, {899, u"TVH"_s}, {760, u"TVH"_s}}) {
+    window->resize(width, 800);
+    EXPECT_EQ(parts(), shown) << width;
+  }
+  window->resize(759, 800);
+  Key(Qt::Key_Y, Qt::ControlModifier);
+  EXPECT_EQ(parts(), u"PH"_s);
+  EXPECT_TRUE(Back().hasFocus());
+  EXPECT_TRUE(Text(u"LabelLaenge"_s).contains(u" 7 "_s));
+  Find<QTabBar>(u"PageControlKarte"_s).setCurrentIndex(0);
+  EXPECT_EQ(parts(), u"PV"_s);
+  EXPECT_TRUE(Find<QLabel>(u"TitelVorne"_s).font().bold() && !Find<QLabel>(u"TitelHinten"_s).font().bold());
+  auto& preview = Find<TFrameHtml>(u"TFrameHtmlV"_s);
+  window->setPalette(ThemePalette(Theme::Dark));
+  EXPECT_LT(preview.grab().toImage().pixelColor(preview.rect().center()).lightness(), 128);
+}
+
+TEST_F(CardEditor, HomeCardAndOverviewAreAskedAboutAndSaidWhereTheyStay) {
+  Open({{.id = "000001", .question = "<home>"}, {.id = "000002"}, {.id = "000003", .question = "<index>"}});
+  Trigger(u"MCardGoNext"_s);
+  for (const QString& command : {u"MHtmlHome"_s, u"MHtmlVis"_s}) Trigger(command);
+  EXPECT_EQ(Front().Side() + file.settings().Text(), "Frage");
+  messages.answers = {Answer::Yes, Answer::Yes};
+  Trigger(u"MHtmlHome"_s);
+  EXPECT_EQ(Stored(3), "<navigation><home><br>Frage");
+  EXPECT_EQ(Status(), u"Startkarte bleibt die Karte an Pos. 1: Die erste Karte mit <home> gilt"_s);
+  Trigger(u"MHtmlVis"_s);
+  EXPECT_TRUE(Status().startsWith(u"Karte 000002 ist die Startkarte der Auswahl"_s));
+  EXPECT_TRUE(disk.Exists("/deck/x.ini"));
+  Trigger(u"MCardGoHome"_s);
+  EXPECT_EQ(window->row(), 2);
+  Trigger(u"MCardGoAuto"_s);
+  EXPECT_EQ(window->row(), 3);
+  Find<QWidget>(u"KartenListe"_s).setFocus();
+  Key(Qt::Key_L, Qt::ControlModifier);
+  EXPECT_EQ(Status(), u"Linkindex neu aufgebaut: 3 Karten"_s) << "outside a side the key makes no link";
+}
+
+TEST_F(CardEditor, NumberingAsksAndOverviewsAreMadeOfOneTopicOrTwo) {
+  Open({{.id = "000007", .question = "<topic=\"A\">Ofen"}, {.id = "000008", .question = "<topic=\"A\"><topic=\"B\">"}});
+  DriveDialog<TF_dlnumm>([this] { window->MNummerierenClick(); },
+                         [this](TF_dlnumm& dialog) {
+                           auto& start = Control<QLineEdit>(dialog, u"EditStartNummer"_s);
+                           start.setText(u"999990"_s);
+                           Press(dialog, u"BitBtnOK"_s);
+                           EXPECT_EQ(messages.errors.size(), 1);
+                           start.setText(u"4"_s);
+                           may_begin = false;
+                           Press(dialog, u"BitBtnOK"_s);
+                           EXPECT_EQ(file.RowOfId(7), 2) << "refused";
+                           may_begin = true;
+                           Press(dialog, u"BitBtnOK"_s);
+                         });
+  EXPECT_EQ(file.RowOfId(5), 3);
+  EXPECT_EQ(Status(), u"Nummerierung abgeschlossen"_s);
+  DriveDialog<TF_autolink>([this] { window->MHtmlAutoLink(); },
+                           [this](TF_autolink& dialog) {
+                             Press(dialog, u"BitBtnSymbols"_s, u"BitBtnAutoThema"_s);
+                             Control<QComboBox>(dialog, u"ComboBoxHtmlMark2"_s).setCurrentIndex(2);
+                             Press(dialog, u"BitBtnAutoThema"_s);
+                           });
+  EXPECT_TRUE(Status().startsWith(u"1 Karten bearbeitet. Keine Karte trägt <index>"_s)) << "both topics";
+  EXPECT_TRUE(disk.Content("/deck/card.bmp")->starts_with("BM") && disk.Exists("/deck/cards.bmp"));
+  EXPECT_EQ(window->row(), 5);
 }
 
 }  // namespace

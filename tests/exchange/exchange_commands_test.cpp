@@ -27,7 +27,6 @@ class ExchangeCommands : public MainWindow {
     messages.files.push_back(path);
     Control<QPushButton>(dialog, button).click();
   }
-  static void ClickIn(QWidget& dialog, const QString& button) { Control<QPushButton>(dialog, button).click(); }
   std::string Field(int row, int column) { return std::string(program.file().cards().Peek(column, row)); }
   std::string Question(int row) { return Field(row, program.file().columns().question); }
   // The cards of the newest dated copy, as text; empty when there is none.
@@ -43,7 +42,7 @@ TEST_F(ExchangeCommands, ImportIsComeBackFromByTheDatedCopyOfWhatWasNotSaved) {
   disk.Put("/w.txt", "Hund\xA4\ndog|\n");
   Drive<TF_dlimp>(u"MImportierenClick"_s, [&](TF_dlimp& dialog) {
     ChooseIn(dialog, u"/w.txt"_s);
-    ClickIn(dialog, u"BitBtnVTrain"_s);
+    Press(dialog, u"BitBtnVTrain"_s);
   });
   EXPECT_EQ(Question(4), "Hund");
   EXPECT_EQ(Field(4, program.file().columns().id), "000008");
@@ -53,10 +52,10 @@ TEST_F(ExchangeCommands, ImportIsComeBackFromByTheDatedCopyOfWhatWasNotSaved) {
   disk.set_capacity(1);
   Drive<TF_dlimp>(u"MImportierenClick"_s, [&](TF_dlimp& dialog) {
     ChooseIn(dialog, u"/w.txt"_s);
-    ClickIn(dialog, u"BitBtnVTrain"_s);
+    Press(dialog, u"BitBtnVTrain"_s);
     EXPECT_EQ(program.file().CardCount(), 3) << "nothing is done without a copy";
     messages.answers = {Answer::Yes};
-    ClickIn(dialog, u"BitBtnVTrain"_s);
+    Press(dialog, u"BitBtnVTrain"_s);
   });
   EXPECT_EQ(program.file().CardCount(), 4) << "unless the user insists";
 }
@@ -69,9 +68,9 @@ TEST_F(ExchangeCommands, TableTakesThePlaceOfTheCardsWithoutSavingThoseInMemory)
   disk.Put("/t.txt", "000009;00;neu;new;000000060;0;wf;7 0\n");
   Drive<TF_dlimp>(u"MImportierenClick"_s, [&](TF_dlimp& dialog) {
     ChooseIn(dialog, u"/t.txt"_s);
-    ClickIn(dialog, u"ButtonErkannt"_s);
+    Press(dialog, u"ButtonErkannt"_s);
     messages.answers = {Answer::Yes, Answer::Yes};
-    ClickIn(dialog, u"BitBtnExcel"_s);
+    Press(dialog, u"BitBtnExcel"_s);
   });
   EXPECT_EQ(program.file().CardCount(), 1);
   EXPECT_EQ(Question(2), "neu");
@@ -90,8 +89,8 @@ TEST_F(ExchangeCommands, ExportWritesWhatIsTypedInTheEditorAndAsksForRenumbering
   ASSERT_NE(editor, nullptr);
   QTest::keyClicks(&Control<SideField>(*editor, u"RichEditKarteVorne"_s), u"Alt"_s);
   const auto write = [&](TF_dlexp& dialog, const QString& button) {
-    DriveDialog<TF_dlnumm>([&] { ClickIn(dialog, u"BitBtnZeile"_s); },
-                           [&](TF_dlnumm& renumbering) { ClickIn(renumbering, button); });
+    DriveDialog<TF_dlnumm>([&] { Press(dialog, u"BitBtnZeile"_s); },
+                           [&](TF_dlnumm& renumbering) { Press(renumbering, button); });
     return *disk.Content("/out.txt");
   };
   Drive<TF_dlexp>(u"MExportierenClick"_s, [&](TF_dlexp& dialog) {
@@ -108,7 +107,7 @@ TEST_F(ExchangeCommands, ResetLeavesTheRunGoingOn) {
   program.OpenLearning();
   Drive<TF_dldel>(u"MDelStatClick"_s, [&](TF_dldel& dialog) {
     messages.answers = {Answer::Yes};
-    ClickIn(dialog, u"BitBtnDelAll"_s);
+    Press(dialog, u"BitBtnDelAll"_s);
   });
   EXPECT_TRUE(program.learning());
   EXPECT_EQ(Field(2, program.file().columns().score), "000000060");
@@ -123,12 +122,12 @@ TEST_F(ExchangeCommands, DoubledCardsOfTheOpenFileAreFoundAndRemoved) {
   Drive<TF_dlupd>(u"MAbgleichClick"_s, [&](TF_dlupd& dialog) {
     ChooseIn(dialog, QString::fromLatin1(kTestFile), u"BitBtnQuelle"_s);
     Control<QComboBox>(dialog, u"ComboBoxProzent"_s).setCurrentIndex(18);
-    ClickIn(dialog, u"BitBtnStart"_s);
+    Press(dialog, u"BitBtnStart"_s);
     EXPECT_TRUE(QTest::qWaitFor([&] {
       return Control<QLabel>(dialog, u"EditMeldung"_s).text() == u"Bearbeitung beendet.Karteiende Quellkartei."_s;
     }));
     messages.answers = {Answer::Yes};
-    ClickIn(dialog, u"BitBtnDelete"_s);
+    Press(dialog, u"BitBtnDelete"_s);
   });
   EXPECT_EQ(program.file().CardCount(), 2);
   EXPECT_EQ(Question(3), "zwei");
@@ -139,7 +138,7 @@ TEST_F(ExchangeCommands, OldCardFileIsTakenOverWithNoneOpenOnceItHasAName) {
   EXPECT_FALSE(Command(u"MExportierenClick"_s).isEnabled());
   disk.Put("/alt.txt", std::string("one\ntwo\n000001¤0¤a||b¤c¤1¤0¤wf¤0\n"_cp));
   Drive<TF_dltrans>(u"MTransferClick"_s, [&](TF_dltrans& dialog) {
-    ClickIn(dialog, u"BitBtnOK"_s);
+    Press(dialog, u"BitBtnOK"_s);
     EXPECT_EQ(messages.errors.takeFirst(), u"Eingabe Name neue Kartei fehlt"_s);
     EXPECT_EQ(Control<QStatusBar>(dialog, u"StatusBarTrans"_s).currentMessage(), u"Karteiname fehlt"_s);
     ChooseIn(dialog, u"/alt.txt"_s, u"BitBtnOpen"_s);
@@ -147,7 +146,7 @@ TEST_F(ExchangeCommands, OldCardFileIsTakenOverWithNoneOpenOnceItHasAName) {
     name.clear();
     QTest::keyClicks(&name, u"Ne/u"_s);
     messages.answers = {Answer::Yes};
-    ClickIn(dialog, u"BitBtnOK"_s);
+    Press(dialog, u"BitBtnOK"_s);
     EXPECT_EQ(Control<QStatusBar>(dialog, u"StatusBarTrans"_s).currentMessage(), u"1 Karten übertragen"_s);
   });
   EXPECT_EQ(CardsPath(), "/Neu.mlb");

@@ -57,7 +57,7 @@ TEST_F(HelpWindow, CanBeUsedBesideADialogAndOutlivesIt) {
                           ASSERT_TRUE(Shows("TF_dlopt") || Shows("TabKarten"));
                           TF_wnhelp& help = *ShownHelp();
                           EXPECT_EQ(help.windowHandle()->transientParent(), options.windowHandle());
-                          QTest::mouseClick(&Control<QToolButton>(help, u"BtHome"_s), Qt::LeftButton);
+                          Press(help, u"BtHome"_s);
                           EXPECT_EQ(help.shown_card(), help.deck().StartCard());
                           options.findChild<QTabWidget*>(u"Seiten"_s)->setCurrentIndex(1);
                           PressF1(*options.findChild<QTabWidget*>(u"Seiten"_s));

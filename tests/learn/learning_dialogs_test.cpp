@@ -11,15 +11,6 @@ namespace {
 
 class LearningDialogs : public LearningWindow {
  protected:
-  // Presses the buttons, one after the other.
-  template <typename... Names>
-  static void Press(const QWidget& dialog, const Names&... names) {
-    for (const QString& name : {names...}) {
-      auto& button = Control<QAbstractButton>(dialog, name);
-      // At its left, where a box or radio button has its mark.
-      QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
-    }
-  }
   static bool Enabled(const QWidget& dialog, const QString& name) { return Control<QWidget>(dialog, name).isEnabled(); }
   static QString Line(const QWidget& dialog, const QString& edit) { return Control<QLineEdit>(dialog, edit).text(); }
   static QString StatusLine(const QWidget& dialog) { return Control<QLabel>(dialog, u"StatusZeile"_s).text(); }

@@ -153,7 +153,7 @@ TEST_F(OutlookWindowTest, PagesAreWorkedOutHoweverFastTheyAreTurned) {
   }
   QSignalSpy learn(&forecast, &TF_wnprog::LearnWanted);
   EXPECT_TRUE(Control<QWidget>(forecast, u"PanelPause"_s).isVisible());
-  Control<QPushButton>(forecast, u"ButtonLernen"_s).click();
+  Press(forecast, u"ButtonLernen"_s);
   EXPECT_EQ(learn.size(), 1);
 }
 
@@ -240,7 +240,7 @@ TEST_F(OutlookWindowTest, TellsFiguresInWordsAndAsATable) {
   EXPECT_EQ(Control<QLabel>(page, u"LabelAuswahl"_s).text(), u"90 bis 95 %: eine Karte, 33 %"_s);
   EXPECT_EQ(QAccessible::queryAccessibleInterface(&page.plot())->text(QAccessible::Description),
             u"90 bis 95 %: eine Karte, 33 %"_s);
-  Control<QPushButton>(page, u"ButtonKopieren"_s).click();
+  Press(page, u"ButtonKopieren"_s);
   const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
   EXPECT_EQ(lines[0], u"Gewusst mit\tKarten\tAnteil"_s);
   EXPECT_EQ(lines[4], u"70 bis 80 %\t1\t33 %"_s);
@@ -308,7 +308,7 @@ TEST_F(OutlookWindowTest, ListSortsAndOpensTheEditor) {
   view.setCurrentIndex(view.model()->index(4, 0));
   QTest::keyClick(&view, Qt::Key_Return);
   EXPECT_EQ(edited, 4);
-  Control<QPushButton>(list, u"ButtonText"_s).click();
+  Press(list, u"ButtonText"_s);
   const QStringList lines = QGuiApplication::clipboard()->text().split(u'\n');
   EXPECT_EQ(lines[0], u"Karte\tFrage\tGewusst\tFällig\tFehler\tLernzeit"_s);
   const auto change_question = [&](int row) {

@@ -226,7 +226,7 @@ TEST_F(PrintDialog, OffersTheCardsThatThereAre) {
   TF_wned& editor = *OpenWindows<TF_wned>().at(0);
   TF_wnsuch& search = *OpenWindows<TF_wnsuch>().at(0);
   Control<QLineEdit>(search, u"EditString1"_s).setText(u"Start"_s);
-  QTest::mouseClick(&Control<QPushButton>(search, u"BitBtnStart"_s), Qt::LeftButton);
+  Press(search, u"BitBtnStart"_s);
   search.close();
   program.OpenTable();
   TF_wntab& table = *OpenWindows<TF_wntab>().at(0);
@@ -286,7 +286,7 @@ TEST_F(PrintDialog, OffersAPdfWhereThereIsNoPrinter) {
   const TemporaryFolder folder;
   Open(kCards);
   const auto print = [](TF_dlprint& dialog) {
-    QTest::mouseClick(&Control<QPushButton>(dialog, u"BitBtnDrucken"_s), Qt::LeftButton);
+    Press(dialog, u"BitBtnDrucken"_s);
     return State(dialog);
   };
   Drive<TF_dlprint>(u"DruckenExecute"_s, [&](TF_dlprint& dialog) {

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QDropEvent>
 #include <QLabel>
+#include <QMimeData>
 #include <QTest>
 #include <QTimer>
 #include <functional>
@@ -65,6 +68,23 @@ Widget& Control(const QWidget& window, const QString& name) {
   auto* found = window.findChild<Widget*>(name);
   if (found == nullptr) throw std::runtime_error("no control " + name.toStdString());
   return *found;
+}
+
+// Drops something on a control, as far as that takes it.
+inline void Drop(QWidget& target, const QMimeData& what) {
+  QDragEnterEvent enter({}, Qt::CopyAction, &what, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&target, &enter);
+  QDropEvent drop({}, Qt::CopyAction, &what, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&target, &drop);
+}
+
+// Clicks buttons of a window, one after the other: at the left, where a box has its mark.
+template <typename... Names>
+void Press(const QWidget& window, const Names&... names) {
+  for (const QString& name : {QString(names)...}) {
+    auto& button = Control<QAbstractButton>(window, name);
+    QTest::mouseClick(&button, Qt::LeftButton, {}, QPoint(8, button.height() / 2));
+  }
 }
 
 }  // namespace tessaro

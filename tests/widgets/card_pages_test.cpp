@@ -243,11 +243,11 @@ TEST_F(MediaWindow, ANewCardEndsAllPlaying) {
 
 TEST_F(MediaWindow, VideosPausePlayAgainAndEndWithTheWindow) {
   window.PlayVideo(u"f.avi"_s);
-  QTest::mouseClick(&Control<QPushButton>(window, u"ButtonPause"_s), Qt::LeftButton);
+  Press(window, u"ButtonPause"_s);
   QTest::keyClick(&window, Qt::Key_Space);
   Q_EMIT player->Ended();
   EXPECT_FALSE(Control<QPushButton>(window, u"ButtonPause"_s).isEnabled());
-  QTest::mouseClick(&Control<QPushButton>(window, u"ButtonAgain"_s), Qt::LeftButton);
+  Press(window, u"ButtonAgain"_s);
   QTest::keyClick(&window, Qt::Key_Escape);
   EXPECT_FALSE(window.isVisible());
   EXPECT_EQ(Notes(), "video f.avi, pause, go on, video f.avi, stop");
@@ -274,7 +274,7 @@ TEST_F(MediaWindow, AVideoThatCannotBePlayedIsToldAndTheNextSoundChangesNothingO
   EXPECT_EQ(ends.count(), 1) << "the window tells it itself";
   EXPECT_TRUE(Control<QLabel>(window, u"LabelState"_s).text().contains(u"\"g.avi\""_s));
   EXPECT_FALSE(Control<QPushButton>(window, u"ButtonPause"_s).isEnabled());
-  QTest::mouseClick(&Control<QPushButton>(window, u"ButtonAgain"_s), Qt::LeftButton);
+  Press(window, u"ButtonAgain"_s);
   EXPECT_EQ(Notes(), "video f.avi, video /karten/g.avi, sound a.wav, video /karten/g.avi");
 }
 
