@@ -29,6 +29,10 @@ namespace fs = std::filesystem;
 constexpr int kPreviewAfter = 250;  // milliseconds without a change
 constexpr int kPreviewCards = 20;
 
+QString WouldCome(int64_t cards) {
+  return (cards == 1 ? u"Es käme "_s : u"Es kämen "_s) + CardsText(cards);
+}
+
 }  // namespace
 
 void TF_dlimp::MakePreview() {
@@ -152,7 +156,7 @@ QString TF_dlimp::TextSentence() const {
     return u"Die Prüfung hielte an: Falsche(s) Trennzeichen in Karte %1. Davor stehen die Karten unten."_s.arg(
         text_check_.cards);
   }
-  QString text = u"Es kämen %1, hinter die Karten der offenen Kartei."_s.arg(CardsText(text_check_.Given()));
+  QString text = WouldCome(text_check_.Given()) + u", hinter die Karten der offenen Kartei."_s;
   if (text_check_.cut_card) text += u" Der letzten fehlt das Kartentrennzeichen, sie zählt trotzdem."_s;
   if (text_check_.empty_first) text += u" Die erste ist leer und fällt weg."_s;
   if (text_check_.left_over > 0) {
@@ -165,7 +169,7 @@ QString TF_dlimp::TextSentence() const {
 
 QString TF_dlimp::TableSentence() const {
   if (!field_->value() || !quote_->value()) return u"Ein Trennzeichen fehlt."_s;
-  QString text = u"Es kämen %1, an die Stelle aller Karten der offenen Kartei."_s.arg(CardsText(table_check_.cards));
+  QString text = WouldCome(table_check_.cards) + u", an die Stelle aller Karten der offenen Kartei."_s;
   if (table_check_.fault_count > 0) {
     const TableFault& first = table_check_.faults.front();
     text += u" %1 von %2 Zeilen passen nicht, die erste ist Zeile %3: %4."_s.arg(

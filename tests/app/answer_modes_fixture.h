@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <string>
 #include <vector>
 
@@ -52,6 +53,11 @@ class AnswerModesTest : public MainWindow {
   }
   QString Focused() {
     return QApplication::focusWidget() != nullptr ? QApplication::focusWidget()->objectName() : QString();
+  }
+  // What is marked of the text that is copied, behind its place.
+  QString Marked() {
+    const QTextCursor mark = Find<QPlainTextEdit>(u"Text"_s).extraSelections().value(0).cursor;
+    return QString::number(mark.selectionStart()) + u' ' + mark.selectedText();
   }
   // The newest answers of the cards, a letter each, "-" for none.
   std::string Answers() {

@@ -34,6 +34,19 @@ TEST_F(AnswerModesTest, RightChoiceByKeyBringsTheNextCard) {
   EXPECT_TRUE(messages.shown.isEmpty());
 }
 
+TEST_F(AnswerModesTest, NothingIsAskedWhileThereIsNoCard) {
+  for (const auto& [mode, part] : {std::pair(Qt::Key_1, u"PanelCheck"_s), {Qt::Key_2, u"RichEditVgl"_s}}) {
+    Learn({With(KnownCard(1, 900000, 500), &TestCard::answer, "b")}, mode);
+    EXPECT_FALSE(Find<QWidget>(part).isEnabled());
+    const qsizetype told = messages.shown.size();
+    Key(Qt::Key_B);
+    EXPECT_EQ(messages.shown.size(), told);
+    Click(u"ButtonOhneSperre"_s);
+    EXPECT_TRUE(Find<QWidget>(part).isEnabled());
+    EXPECT_TRUE(program.CloseLearning());
+  }
+}
+
 TEST_F(AnswerModesTest, WrongChoiceWaitsForWeiter) {
   Learn({AskedCard(1, "A oder B?", "b"), AskedCard(2, "C?", "C")}, Qt::Key_1);
   const auto looks = [&] {

@@ -182,9 +182,9 @@ TEST_F(Care, TheCheckIsQuietAndLeadsToItsFindings) {
         EXPECT_EQ(list.model()->index(1, CheckModel::CardId).data().toString(), u"000003"_s);
         EXPECT_EQ(list.model()->index(1, CheckModel::Question).data().toString(), u"Wer ist 000003?"_s);
         EXPECT_EQ(dialog.Chosen().size(), 1U) << "what depends on the clock is not chosen";
-        Press(dialog, u"ButtonAll"_s);
+        Control<QPushButton>(dialog, u"ButtonAll"_s).click();
         EXPECT_EQ(dialog.Chosen().size(), 2U) << "no repair leads a link to its card";
-        Press(dialog, u"ButtonNone"_s);
+        Control<QPushButton>(dialog, u"ButtonNone"_s).click();
         EXPECT_TRUE(dialog.Chosen().empty());
         auto& repair = *Control<QDialogButtonBox>(dialog, u"ButtonBox"_s).button(QDialogButtonBox::Ok);
         EXPECT_FALSE(repair.isEnabled());
@@ -206,6 +206,7 @@ TEST_F(Care, NothingIsRepairedUnaskedAndLearningAsksBeforeTheClockCostsStatistic
     dialog.reject();
   });
   EXPECT_FALSE(program.file().changed()) << "nothing is repaired without being asked";
+  EXPECT_TRUE(Text(u"LabelCheck"_s).contains(u"eine Antwort in der Zukunft"_s)) << "said at once";
   Trigger(u"LernStartExecute"_s);
   ASSERT_EQ(messages.asked.size(), 1);
   EXPECT_TRUE(messages.asked.first().startsWith(u"\nBei einer Karte liegt die letzte Antwort in der Zukunft."_s));

@@ -134,6 +134,8 @@ TEST_F(Samples, AreCopiedWholeAndOpenWithoutAMessage) {
   fs::remove(documents / "Deck.mlb");
   EXPECT_TRUE(OwnCopyOfSample(samples / "Deck.mlb", documents));
   EXPECT_EQ(Text(documents / "Medien" / "bild.png"), "own picture");
+  fs::remove_all(samples / "Medien");
+  EXPECT_TRUE(OwnCopyOfSample(samples / "Deck.mlb", root / "without media"));
 }
 
 TEST_F(Samples, LeaveNothingBehindWhereTheyCannotBeCopied) {

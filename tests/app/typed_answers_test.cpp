@@ -147,6 +147,7 @@ TEST_F(AnswerModesTest, CopiedTextIsJudgedAndNothingElseIs) {
   auto& input = Find<QPlainTextEdit>(u"RichEditTipp"_s);
   EXPECT_EQ(Find<QPlainTextEdit>(u"Text"_s).toPlainText(), u"ab c"_s);
   Type("a");
+  EXPECT_EQ(Marked(), u"1 b"_s);
   EXPECT_EQ(Line(u"EditKommentar"_s), u"Bisher ohne Fehler"_s);
   QApplication::clipboard()->setText(u"b c"_s);
   Key(Qt::Key_V, Qt::ControlModifier);
@@ -158,6 +159,7 @@ TEST_F(AnswerModesTest, CopiedTextIsJudgedAndNothingElseIs) {
   EXPECT_EQ(Line(u"EditKommentar"_s), u"1. Fehler. Erforderliche Eingabe Leer"_s);
   EXPECT_EQ(Text(u"LabelLimit"_s), u"über dem Limit"_s) << "one error in four, though it is the first";
   EXPECT_EQ(input.toPlainText(), u"ab"_s);
+  EXPECT_EQ(Marked(), u"2  "_s);
   Click(u"BtWeissIch"_s);
   EXPECT_EQ(messages.shown, QStringList(u"\nBei Tastaturtraining geht das nicht."_s));
   input.setFocus();
@@ -185,7 +187,8 @@ TEST_F(AnswerModesTest, TypingErrorsGrowWorseAndSettingsHold) {
   keys::kErrorLimit.Write(50, settings);
   keys::kTypingFigures.Write(false, settings);
   (void)keys::kErrorSound.Write("/nowhere/error.wav", settings);
-  Learn({AskedCard(1, "abcde", "x")}, Qt::Key_3);
+  keys::kTypingMark.Write(1, settings);
+  Learn({AskedCard(1, "abc<br>e", "x")}, Qt::Key_3);
   std::vector<QColor> colours = {Colour(u"EditKommentar"_s)};
   const char* const limits[] = {"im Limit", "im Limit", "über dem Limit"};
   for (int i = 0; i < 3; ++i) {
@@ -201,7 +204,14 @@ TEST_F(AnswerModesTest, TypingErrorsGrowWorseAndSettingsHold) {
     EXPECT_EQ(std::count(colours.begin(), colours.end(), colours[i]), 1) << "each error looks worse " << i;
   }
   EXPECT_EQ(Line(u"EditSec"_s), QString());
-  EXPECT_EQ(messages.shown.size(), 1) << "a sound that is missing is told once";
+  Click(u"BtHand"_s);
+  Click(u"BtHand"_s);
+  EXPECT_EQ(Marked(), QString(u"3 "_s + QChar::ParagraphSeparator)) << "where it was left";
+  Find<QPlainTextEdit>(u"RichEditTipp"_s).setFocus();
+  Key(Qt::Key_Enter, Qt::KeypadModifier);
+  Type("e");
+  EXPECT_EQ(Answers(), "f");
+  EXPECT_EQ(messages.shown.size(), 2) << "a sound that is missing is told once";
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTextEdit>
 
 #include "exchange/dldel.h"
@@ -187,6 +188,50 @@ TEST_F(ExchangeDialogs, ImportThatCannotBeReadSaysSoAndChangesNothing) {
   EXPECT_EQ(file.CardCount(), 2);
 }
 
+TEST_F(ExchangeDialogs, ImportSaysBeforehandWhatAFileWouldBring) {
+  const std::tuple<std::string, int, QString> cases[] = {
+      {std::string("\xA4\n|\na\xA4\nb|\nc\xA4\nd\0", 15), 0,
+       u"Es kämen 2 Karten, hinter die Karten der offenen Kartei. Der letzten fehlt das Kartentrennzeichen, sie zählt "
+       "trotzdem. Die erste ist leer und fällt weg. Zeichensatz: Windows-1252. 1 Nullzeichen fallen weg."_s},
+      {"a\xA4\nb|\nxyz", 0,
+       u"Es käme eine Karte, hinter die Karten der offenen Kartei. Hinter der letzten stehen noch 3 Zeichen ohne "
+       "Trennzeichen, die nicht übernommen werden. Zeichensatz: Windows-1252."_s},
+      {"a\\\\b\xA4\nb|\n", 0,
+       u"Es käme eine Karte, hinter die Karten der offenen Kartei. Backslashes stehen doppelt, wie der Textexport sie "
+       "schreibt. Zeichensatz: Windows-1252."_s},
+      {"a\xA4\nb|\nc|\n", 0,
+       u"Die Prüfung hielte an: Falsche(s) Trennzeichen in Karte 1. Davor stehen die Karten unten. Zeichensatz: "
+       "Windows-1252."_s},
+      {"000007¤0¤f¤g¤1¤0¤wf¤0\nrubbish\n", 1,
+       u"Es käme eine Karte, an die Stelle aller Karten der offenen Kartei. 1 von 2 Zeilen passen nicht, die erste ist "
+       "Zeile 2: nicht acht Felder. Zeichensatz: UTF-8."_s}};
+  Show<TF_dlimp>();
+  for (const auto& [text, page, said] : cases) {
+    disk.Put("/texts/t.txt", text);
+    Choose(u"/texts/t.txt"_s);
+    EXPECT_EQ(Find<QTabBar>(u"TabBarVorschau"_s).currentIndex(), page);
+    EXPECT_EQ(Text(u"LabelVorschau"_s).toStdString(), said.toStdString());
+  }
+  disk.Put("/texts/t.txt", "a\\\\\xA4\nb|\n");
+  Choose(u"/texts/t.txt"_s);
+  const auto first = [this] {
+    const auto& list = Find<QTableWidget>(u"ListeKarten"_s);
+    return list.item(0, 0)->text() + list.item(0, 1)->text();
+  };
+  EXPECT_EQ(first(), u"a\\\\b"_s);
+  for (const auto& [box, shown] : {std::pair(u"CheckBoxPaare"_s, u"a\\b"_s), {u"CheckBoxTausch"_s, u"ba\\"_s}}) {
+    Find<QCheckBox>(box).click();
+    EXPECT_EQ(first(), shown);
+  }
+  for (const QString& topic : {u"-1"_s, u"20"_s, u"x"_s, u""_s, u"19"_s}) {
+    Find<QLineEdit>(u"EditThemaNr"_s).setText(topic);
+    Click(u"BitBtnVTrain"_s);
+    EXPECT_EQ(Status(u"StatusBarImport"_s).startsWith(u"Eingabe fehlt"_s), topic != u"19"_s) << topic.toStdString();
+  }
+  EXPECT_EQ(file.cards().Peek(file.columns().topic, 4), "19");
+  EXPECT_EQ(file.cards().Peek(file.columns().answer, 4), "a\\");
+}
+
 TEST_F(ExchangeDialogs, TableReplacesTheCardFileOnTheDiskAndIsLoadedOnRequest) {
   disk.Put("/texts/t.csv", "000007;0;f;g;1;0;wf;0\nrubbish\n");
   Show<TF_dlimp>();
@@ -246,7 +291,8 @@ TEST_F(ExchangeDialogs, ComparisonIsDoneByKeysAlone) {
   EXPECT_EQ(file.cards().Peek(file.columns().question, 2), "<+++>Haus");
   EXPECT_EQ(file.CardCount(), 4);
   messages.answers = {Answer::Yes};
-  Click(u"BitBtnDelete"_s);
+  EXPECT_EQ(dialog->focusWidget()->objectName(), u"BitBtnDelete"_s) << "what comes next";
+  QTest::keyClick(dialog->focusWidget(), Qt::Key_Space);
   EXPECT_EQ(file.CardCount(), 3);
   EXPECT_TRUE(messages.shown.last().startsWith(u"1 Doubletten gelöscht"_s));
   EXPECT_FALSE(dialog->isVisible());
@@ -270,6 +316,14 @@ TEST_F(ExchangeDialogs, ComparisonThatWasLeftGoesOnWhereItWas) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return Find<QPushButton>(u"BitBtnBeibehalten"_s).isEnabled(); }));
   EXPECT_EQ(Status(u"StatusBarUpd"_s), u"Position Quelle: 2, Ziel: 1"_s);
   EXPECT_EQ(file.CardCount(), 3);
+  // Doubled cards are removed while a pair is shown, whose texts were changed.
+  QTest::keyClicks(&Find<QTextEdit>(u"RichEditKHZ"_s), u"my "_s);
+  messages.answers = {Answer::Yes};
+  Click(u"BitBtnDelete"_s);
+  EXPECT_EQ(messages.asked.last(), u"Die geänderten Texte übernehmen?"_s);
+  EXPECT_EQ(messages.shown.last(), u"0 Doubletten gelöscht"_s);
+  EXPECT_EQ(file.cards().Peek(file.columns().answer, 2), "my house");
+  EXPECT_FALSE(dialog->isVisible());
 }
 
 }  // namespace

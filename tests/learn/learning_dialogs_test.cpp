@@ -1,3 +1,5 @@
+#include <QToolButton>
+
 #include "learn/dlausw.h"
 #include "learn/dllernkeys.h"
 #include "learn/dlparam.h"
@@ -80,7 +82,15 @@ TEST_F(LearningDialogs, ABoxIsCountedLearnedToItsEndAndChosenAnew) {
 
 TEST_F(LearningDialogs, ABoxIsLeftAndTakenUpByItsButtons) {
   Open(BoxCards());
+  const auto words = [this] {
+    return Find<QToolButton>(u"SpeedButtonHome"_s).toolButtonStyle() == Qt::ToolButtonTextBesideIcon;
+  };
+  window->resize(2000, 700);
+  while (words() && window->width() > 520) window->resize(window->width() - 5, 700);
+  window->resize(window->width() + 5, 700);
+  ASSERT_TRUE(words());
   Choose([](TF_dlausw& dialog) { Press(dialog, u"BitBtnSort"_s, u"BitBtnLern2"_s); });
+  EXPECT_FALSE(words()) << "a button more stands there";
   EXPECT_EQ(Shown(), u"6"_s);
   Click(u"SpeedButtonLeitnerOn"_s);
   EXPECT_TRUE(Checked(u"MAutoStandard"_s));

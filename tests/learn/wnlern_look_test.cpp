@@ -3,6 +3,7 @@
 #include <QScrollBar>
 #include <QToolButton>
 
+#include "learn/answer_button.h"
 #include "settings/keys.h"
 #include "tests/learn/window_fixture.h"
 #include "widgets/theme.h"
@@ -101,10 +102,50 @@ TEST_F(LearningWindow, ANarrowWindowKeepsTheCardAndTheAnswers) {
   EXPECT_EQ(shown(1800), std::pair(true, true));
   for (const auto* button : Find<QWidget>(u"Steuerleiste"_s).findChildren<QToolButton*>())
     EXPECT_FALSE(button->icon().isNull()) << button->objectName().toStdString();
+  const int wide = Find<QWidget>(u"BtWeissIch"_s).sizeHint().width();
+  EXPECT_EQ(shown(900), std::pair(true, false));
   EXPECT_EQ(shown(899), std::pair(false, false));
   EXPECT_EQ(shown(window->minimumWidth()), std::pair(false, false));
+  EXPECT_LT(Find<QWidget>(u"BtWeissIch"_s).sizeHint().width(), wide) << "no room for its note";
   Trigger(u"MAnzeigen"_s);
   EXPECT_EQ(shown(1800), std::pair(false, true)) << "switched off";
+  EXPECT_EQ(Find<QWidget>(u"BtWeissIch"_s).sizeHint().width(), wide);
+}
+
+// The picture of a button whose key, or note, has no room is that of a button without one.
+TEST(AnswerButton, NoteGoesFirstThenTheKeyAndTheNameStays) {
+  AnswerButton button;
+  button.setText(u"Weiß ich"_s);
+  button.SetMeaning(Accent::Known, "known");
+  button.KeepRoomForNote(false);
+  const int name = button.sizeHint().width();
+  button.KeepRoomFor(u"etwa 3 Tage"_s, u"Enter"_s);
+  const int key = button.sizeHint().width();
+  button.KeepRoomForNote(true);
+  const int note = button.sizeHint().width();
+  ASSERT_TRUE(button.minimumSizeHint().width() < name && name < key && key < note);
+  const auto picture = [&button](int width, const QString& key_text, const QString& note_text) {
+    button.resize(width, button.sizeHint().height());
+    button.SetKeyText(key_text);
+    button.SetNote(note_text);
+    return button.grab().toImage();
+  };
+  for (const auto& [width, key_shown, note_shown] : {std::tuple(name, false, false),
+                                                     {key - 1, false, false},
+                                                     {key, true, false},
+                                                     {note - 1, true, false},
+                                                     {note, true, true}}) {
+    EXPECT_EQ(picture(width, u"Enter"_s, {}) != picture(width, {}, {}), key_shown) << width;
+    EXPECT_EQ(picture(width, u"Enter"_s, u"etwa 3 Tage"_s) != picture(width, u"Enter"_s, {}), note_shown) << width;
+  }
+  const QImage plain = picture(note, {}, {});
+  button.SetProminent(true);
+  const QImage prominent = picture(note, {}, {});
+  button.setEnabled(false);
+  const QImage disabled = picture(note, {}, {});
+  EXPECT_TRUE(plain != prominent && prominent != disabled);
+  button.SetProminent(false);
+  EXPECT_EQ(picture(note, {}, {}), disabled) << "a button that does nothing asks for nothing";
 }
 
 TEST_F(LearningWindow, AChangeOfThemeReachesTheQuietLabels) {

@@ -22,6 +22,11 @@ TEST_F(LearningWindow, AnswerIsLoggedAndTheNextCardShown) {
   Click(u"SpeedButtonTausch"_s);
   Trigger(u"MKopieren"_s);
   EXPECT_EQ(QApplication::clipboard()->text(), u"One"_s);
+  for (const bool inverse : {false, true}) {
+    Trigger(u"MInvers"_s);
+    EXPECT_EQ(OnScreen() == "One", inverse);
+    EXPECT_EQ(Find<QWidget>(u"SpeedButtonInversEin"_s).isVisible(), inverse);
+  }
   Click(u"SpeedButtonInversEin"_s);
   Click(u"BtHand"_s);
   Click(u"BtWeissIch"_s);
