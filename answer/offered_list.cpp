@@ -25,7 +25,6 @@ QChar LetterOf(size_t place) {
 OfferedButton::OfferedButton(QChar letter, QWidget* parent) : QPushButton(parent), letter_(letter) {
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   setAttribute(Qt::WA_Hover);
-  setAutoDefault(false);
 }
 
 void OfferedButton::SetAnswer(const QString& answer) {

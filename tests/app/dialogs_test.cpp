@@ -69,6 +69,7 @@ TEST_F(Options, WrongValueIsToldBesideItsFieldAndNothingIsTaken) {
 TEST_F(Options, PageGoesBackToItsStandardAndTheOthersStay) {
   program.Parse("[ttrain]\nFehler=50\nCursor=2\n[MEDIA]\nFolder=Bilder\n");
   keys::kBarBelow.Write(true, program);
+  keys::kShowChoice.Write(true, program);
   TF_dlopt dialog({program, nullptr, {}, {}}, messages);
   dialog.show();
   EXPECT_EQ(Control<QComboBox>(dialog, u"Marke"_s).currentIndex(), 2);

@@ -186,6 +186,21 @@ TEST_F(TakingBack, LeavesNothingOfWhatWasTakenBack) {
   EXPECT_GT(exchanges, 500);
 }
 
+TEST_F(TakingBack, AnUndoThatShowedACardThatIsGoneIsLost) {
+  Open(Numbered(3, NewCard));
+  run->SetMethod(Method::RowOrder);
+  run->Start();
+  run->Known();
+  ASSERT_EQ(run->card().row, 3);
+  run->Undo();
+  ASSERT_TRUE(run->CanTakeBackAnswer());
+  CardCommand command;
+  command.Remove(3);
+  ASSERT_TRUE(CardEdit(file).Apply(command));
+  EXPECT_FALSE(run->CanTakeBackAnswer()) << "it would bring back what is not there";
+  EXPECT_EQ(run->card().row, 2);
+}
+
 // Other scores and a rebuilt index: the places that were noted do not fit it.
 TEST_F(TakingBack, ARebuiltIndexStaysInOrder) {
   settings.SetInt("RNG", "chn", 99);

@@ -174,6 +174,12 @@ TEST_F(LearningWindow, EditsOfCardsAreShownAtOnceAndACardThatGoesGivesWay) {
   QApplication::processEvents();
   EXPECT_EQ(OnScreen(), "Zwei");
   EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 1"_s);
+  command = {};
+  command.Remove(2);
+  ASSERT_TRUE(CardEdit(file).Apply(std::move(command)).has_value());
+  QApplication::processEvents();
+  EXPECT_EQ(Text(u"DisplayStatus"_s) + Text(u"DisplayBeh"_s) + Text(u"DisplayZuletzt"_s), u"0–"_s);
+  EXPECT_FALSE(Find<QWidget>(u"PageControlAnz"_s).isVisible());
 }
 
 TEST_F(LearningWindow, TheEditorIsAskedForTheCardOnScreen) {

@@ -301,6 +301,10 @@ TEST_F(OutlookWindowTest, ListSortsAndOpensTheEditor) {
   auto& view = Control<QTableView>(list, u"ListCards"_s);
   EXPECT_EQ(view.model()->rowCount(), 5) << "a row that is gone is left out";
   EXPECT_EQ(view.currentIndex().row(), 0);
+  for (const int column : {1, 2}) {
+    const auto side = view.model()->index(0, column).data(Qt::TextAlignmentRole).value<Qt::Alignment>();
+    EXPECT_TRUE(side.testFlag(column == 1 ? Qt::AlignLeft : Qt::AlignRight)) << "figures stand at the right";
+  }
   view.sortByColumn(2, Qt::DescendingOrder);
   EXPECT_EQ(view.model()->index(0, 0).data(), u"000005"_s) << "asked last";
   EXPECT_EQ(view.currentIndex().siblingAtColumn(0).data(), u"000001"_s) << "what is selected stays so";

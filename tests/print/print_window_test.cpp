@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinterInfo>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QStandardItemModel>
 
@@ -277,6 +279,23 @@ TEST_F(PrintDialog, LeafsByKeysWhereverTheFocusIs) {
         }
       }
       EXPECT_EQ(Box(dialog, u"ComboBoxForm").currentIndex(), 1);
+      // A page as wide as the window is read to its end first.
+      Control<QCheckBox>(dialog, u"CheckBoxBreit"_s).setChecked(true);
+      QApplication::processEvents();
+      const QScrollBar& bar = *Control<QScrollArea>(dialog, u"Rahmen"_s).verticalScrollBar();
+      ASSERT_GT(bar.maximum(), 0);
+      Box(dialog, u"ComboBoxForm").setFocus();
+      const auto leaf = [&](Qt::Key key, int until) {
+        for (int i = 0; i < 30 && page.page() != until; ++i) {
+          EXPECT_TRUE(page.page() == 0 || until == 0);
+          QTest::keyClick(QApplication::focusWidget(), key);
+        }
+        return bar.value();
+      };
+      EXPECT_EQ(leaf(Qt::Key_PageDown, 1), 0);
+      EXPECT_EQ(leaf(Qt::Key_PageUp, 0), bar.maximum());
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageUp);
+      EXPECT_LT(bar.value(), bar.maximum());
     });
   });
 }

@@ -19,7 +19,7 @@ class FixedClock : public Clock {
   int64_t Milliseconds() const override { return milliseconds; }
 
   int64_t now;
-  int64_t milliseconds = 0;
+  int64_t milliseconds = 5'000'000;  // of some moment or other
 };
 
 // Gives the numbers of a test, over and over; 0 when there are none.

@@ -178,6 +178,8 @@ TEST_F(CardPagesTest, ALargePictureComesWhenItHasBeenRead) {
        {"<#SHOW:bild.bmp>", "<img src=\"gross.png\" border=\"0\">", "<img src=\"viele.svg\" border=\"0\">"}) {
     ShowSide(side);
     EXPECT_FALSE(is_red()) << side;
+    const QImage shown = pages.grab().toImage();
+    EXPECT_NE(shown.pixel(pages.width() / 2, 60), shown.pixel(3, pages.height() - 3)) << "its place";
     EXPECT_TRUE(QTest::qWaitFor(is_red, 60'000)) << side;
     ShowSide(side);
     ShowSide("anders");

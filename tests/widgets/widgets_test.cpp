@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QImage>
 #include <QRadioButton>
+#include <QProgressBar>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QThread>
@@ -62,10 +63,20 @@ TEST(LongWork, IsEndedByItsDialogOnlyWhereItAllowsIt) {
     work.NextStage(u"Karten zählen"_s, 1000);
     EXPECT_TRUE(work.GoesOn(1));
     EXPECT_EQ(window.findChild<TF_dlprogress*>(), nullptr) << "no dialog within the first second";
-    clock.milliseconds = 1100;
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    clock.milliseconds += 200;
+    EXPECT_TRUE(work.GoesOn(5));
+    EXPECT_NE(QGuiApplication::overrideCursor(), nullptr);
+    clock.milliseconds += 800;
     EXPECT_TRUE(work.GoesOn(10));
     auto* dialog = window.findChild<TF_dlprogress*>();
     ASSERT_NE(dialog, nullptr);
+    const auto shown = [dialog] { return Control<QProgressBar>(*dialog, u"ProgressBar"_s).value(); };
+    EXPECT_TRUE(work.GoesOn(12));
+    EXPECT_EQ(shown(), 10) << "not twice in a moment";
+    clock.milliseconds += 60;
+    EXPECT_TRUE(work.GoesOn(14));
+    EXPECT_EQ(shown(), 14);
     EXPECT_EQ(Control<QPushButton>(*dialog, u"ButtonCancel"_s).isVisible(), allowed);
     dialog->activateWindow();
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) QTest::keyClick(dialog->focusWidget(), key);
@@ -74,6 +85,8 @@ TEST(LongWork, IsEndedByItsDialogOnlyWhereItAllowsIt) {
     EXPECT_TRUE(dialog->isVisible()) << "until the work has ended";
     EXPECT_EQ(work.GoesOn(20), !allowed);
   }
+  EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+  EXPECT_FALSE(LongWork::Running());
 }
 
 TEST(Background, WorksBesideTheWindowsAndReportsToThem) {
