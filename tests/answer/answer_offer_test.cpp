@@ -1,10 +1,5 @@
 #include "answer/answer_offer.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <map>
-#include <random>
 #include <set>
 
 #include "answer/choice.h"

@@ -27,9 +27,8 @@ TEST(Choice, SingleChoiceIsTheWholeKey) {
                {"S", ChoicePage::Letters, 18, true},  {"a", ChoicePage::Letters, 1, false},
                {"13", ChoicePage::Numbers, 13, true}, {"0", ChoicePage::Numbers, 0, true},
                {"1", ChoicePage::Numbers, 13, false}, {"013", ChoicePage::Numbers, 13, false}};
-  for (const auto& given : cases) {
+  for (const auto& given : cases)
     EXPECT_EQ(IsRightChoice(given.key, given.page, given.choice), given.right) << given.key;
-  }
 }
 
 TEST(Choice, KeyNamesTheBoxesToTick) {

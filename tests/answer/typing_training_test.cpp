@@ -176,9 +176,8 @@ struct ByHand {
 
 std::string LogOf(const TypingStep& step) {
   if (step.verdict == TypingVerdict::Right) return "right " + std::to_string(step.mark);
-  if (step.verdict == TypingVerdict::Finished) {
+  if (step.verdict == TypingVerdict::Finished)
     return std::string("finished ") + (step.result->Known() ? "w " : "f ") + std::to_string(step.result->speed);
-  }
   const char* mood = step.mood == TypingMood::FirstError    ? " first"
                      : step.mood == TypingMood::WithinLimit ? " in"
                                                             : " over";

@@ -1,16 +1,9 @@
 #pragma once
 
-#include <QApplication>
 #include <QKeyEvent>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <string>
-#include <vector>
 
 #include "learn/wnlern.h"
-#include "settings/keys.h"
 #include "tests/app/main_window_fixture.h"
-#include "widgets/text.h"
 
 namespace tessaro {
 

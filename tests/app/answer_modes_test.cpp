@@ -1,5 +1,3 @@
-#include <QAbstractButton>
-#include <QPlainTextEdit>
 
 #include "answer/answer_window.h"
 #include "app/dlopt.h"
@@ -42,8 +40,7 @@ TEST_F(AnswerModesTest, NothingIsAskedWhileThereIsNoCard) {
     Key(Qt::Key_B);
     EXPECT_EQ(messages.shown.size(), told);
     Click(u"ButtonOhneSperre"_s);
-    EXPECT_TRUE(Find<QWidget>(part).isEnabled());
-    EXPECT_TRUE(program.CloseLearning());
+    EXPECT_TRUE(Find<QWidget>(part).isEnabled() && program.CloseLearning());
   }
 }
 
@@ -224,8 +221,7 @@ TEST_F(AnswerModesTest, OneModeAtATimeIsOnAndRememberedWithItsPlace) {
   Click(u"SpeedButtonInput"_s);
   EXPECT_FALSE(Find<QPlainTextEdit>(u"Text"_s).isVisible()) << "the card is hypertext again";
   const IniFile& settings = program.settings().ini;
-  EXPECT_TRUE(keys::kShowInput.Read(settings));
-  EXPECT_FALSE(keys::kShowTyping.Read(settings));
+  EXPECT_TRUE(keys::kShowInput.Read(settings) && !keys::kShowTyping.Read(settings));
   EXPECT_FALSE(keys::kShowChoice.Read(settings));
 
   auto& line = Find<AnswerWindow>(u"TF_wnvgl"_s);

@@ -1,5 +1,3 @@
-#include <QListWidget>
-#include <QRadioButton>
 
 #include "app/dlopt.h"
 #include "app/dlzeichen.h"

@@ -1,15 +1,12 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
-#include <QTemporaryDir>
 
 #include "app/dlneu.h"
 #include "app/dlopt.h"
-#include "settings/keys.h"
 #include "store/file/ini_file.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/window_test.h"
 #include "widgets/htmlview.h"
-#include "widgets/text.h"
 
 namespace tessaro {
 namespace {
@@ -83,8 +80,7 @@ TEST_F(Options, PageGoesBackToItsStandardAndTheOthersStay) {
   EXPECT_FALSE(Control<QPushButton>(dialog, u"OrdnerOeffnen"_s).isEnabled());
   Control<QComboBox>(dialog, u"Antwortart"_s).setCurrentIndex(3);
   Press(dialog, u"BitBtnOK"_s);
-  EXPECT_TRUE(keys::kShowTyping.Read(program));
-  EXPECT_FALSE(keys::kShowChoice.Read(program));
+  EXPECT_TRUE(keys::kShowTyping.Read(program) && !keys::kShowChoice.Read(program));
   EXPECT_EQ(keys::kErrorLimit.Read(program), 5.0);
 }
 

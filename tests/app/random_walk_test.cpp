@@ -1,10 +1,7 @@
-#include <QAbstractButton>
 #include <QElapsedTimer>
-#include <QMenu>
 #include <QPointer>
 #include <cstdlib>
 #include <ctime>
-#include <random>
 
 #include "tests/app/main_window_fixture.h"
 

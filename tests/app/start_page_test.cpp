@@ -1,8 +1,6 @@
 // The start page, and how learning and the evaluation begin from it.
 
-#include <QMenu>
 #include <QScreen>
-#include <QTemporaryDir>
 
 #include "app/dlneu.h"
 #include "cards/card_edit.h"
@@ -13,7 +11,6 @@
 #include "outlook/dlkarten.h"
 #include "outlook/outlook_page.h"
 #include "outlook/wneval.h"
-#include "settings/keys.h"
 #include "tests/app/main_window_fixture.h"
 
 namespace tessaro {
@@ -65,8 +62,7 @@ TEST_F(MainWindowFiles, LearningLastsUntilAnotherFileIsOpened) {
   Trigger(u"LernStartExecute"_s);
   const QList<TF_wnlern*> windows = OpenWindows<TF_wnlern>();
   ASSERT_EQ(windows.size(), 1) << "no second window for the same run";
-  EXPECT_TRUE(windows[0]->screen()->availableGeometry().contains(windows[0]->pos()));
-  EXPECT_TRUE(window().OpenFile(kOther));
+  EXPECT_TRUE(windows[0]->screen()->availableGeometry().contains(windows[0]->pos()) && window().OpenFile(kOther));
   EXPECT_FALSE(program.learning());
 }
 
@@ -106,8 +102,7 @@ TEST_F(MainWindowFiles, RecentRowsShowTheFocusAndAreOpenedByTheKeyboard) {
   // A file that is gone is left out once that is found.
   ASSERT_TRUE(window().OpenFile(kOther) && disk.Remove(kTestFile) && disk.Remove("/deck/x.ml~"));
   EXPECT_EQ(Find<QMenu>(u"MenuRecent"_s).actions().size(), 1);
-  EXPECT_FALSE(window().OpenFile(kTestFile));
-  EXPECT_TRUE(Find<QMenu>(u"MenuRecent"_s).actions().isEmpty());
+  EXPECT_TRUE(!window().OpenFile(kTestFile) && Find<QMenu>(u"MenuRecent"_s).actions().isEmpty());
   EXPECT_FALSE(Find<QWidget>(u"PanelRecent"_s).isVisible());
 }
 
@@ -182,8 +177,7 @@ TEST_F(OutlookCommands, StartPageSaysWhatIsKnownNow) {
   Open({KnownCard(1, 1, 600), TestCard{}});
   const QLabel& line = Find<QLabel>(u"LabelKnownNow"_s);
   const auto is_blank = [&] { return line.text().trimmed().isEmpty(); };
-  EXPECT_TRUE(is_blank());
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !is_blank(); }));
+  EXPECT_TRUE(is_blank() && QTest::qWaitFor([&] { return !is_blank(); }));
   EXPECT_EQ(line.text(), u"Sie wissen jetzt etwa 1 von 1 Karten."_s);
   PutDeck({TestCard{}}, "/deck/other.mlb");
   ASSERT_TRUE(window().OpenFile("/deck/other.mlb"));
@@ -199,8 +193,7 @@ TEST_F(OutlookCommands, CountedCardsAreOpenedInTheEditorAndFollowWhatItDoes) {
   auto& costs = Control<OutlookPage>(*evaluation, u"PageKosten"_s);
   costs.plot().Select(0);
   QTest::keyClick(&costs.plot(), Qt::Key_Return);
-  auto* editor = OpenWindows<TF_wned>().value(0);
-  ASSERT_NE(editor, nullptr);
+  auto* editor = OpenWindows<TF_wned>().at(0);
   EXPECT_EQ(editor->row(), 3) << "the costliest card";
   QTest::keyClick(evaluation, Qt::Key_T, Qt::ControlModifier);
   auto& table = Control<QTableView>(costs, u"Tabelle"_s);
@@ -231,8 +224,7 @@ TEST_F(OutlookCommands, EndOfARunLeadsToTheEvaluation) {
   keys::kRowOrder.Write(true, program.settings().ini);
   Open({TestCard{}});
   program.OpenLearning();
-  auto* learning = OpenWindows<TF_wnlern>().value(0);
-  ASSERT_NE(learning, nullptr);
+  auto* learning = OpenWindows<TF_wnlern>().at(0);
   ASSERT_TRUE(QTest::qWaitForWindowActive(learning));
   QApplication::processEvents();
   EXPECT_FALSE(Control<QPushButton>(*learning, u"ButtonAuswertung"_s).isVisible());

@@ -1,6 +1,3 @@
-#include <QAbstractButton>
-#include <QClipboard>
-#include <QPlainTextEdit>
 
 #include "app/dlopt.h"
 #include "edit/wnsign.h"
@@ -200,9 +197,8 @@ TEST_F(AnswerModesTest, TypingErrorsGrowWorseAndSettingsHold) {
     EXPECT_EQ(Colour(u"EditKommentar"_s), colours[0]);
     EXPECT_EQ(Text(u"LabelLimit"_s), QString());
   }
-  for (size_t i = 1; i < colours.size(); ++i) {
+  for (size_t i = 1; i < colours.size(); ++i)
     EXPECT_EQ(std::count(colours.begin(), colours.end(), colours[i]), 1) << "each error looks worse " << i;
-  }
   EXPECT_EQ(Line(u"EditSec"_s), QString());
   Click(u"BtHand"_s);
   Click(u"BtHand"_s);

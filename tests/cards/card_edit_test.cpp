@@ -1,11 +1,8 @@
 #include "cards/card_edit.h"
 
-#include <random>
-
 #include "cards/card_writer.h"
 #include "tests/cards/card_edit_model.h"
 #include "tests/support/clock_and_chance.h"
-#include "tests/support/test_cards.h"
 
 namespace tessaro {
 namespace {
@@ -99,9 +96,8 @@ class CardEditTest : public ::testing::Test {
     for (ModelUndo::Text& text : undo.texts) text.left = model_.Named(text.name)->Learned();
     std::optional<CardEditDone> done = CardEdit(*file_).Apply(std::move(command));
     ASSERT_TRUE(done);
-    for (const int row : done->shift.inserted()) {
+    for (const int row : done->shift.inserted())
       EXPECT_GE(file_->highest_id(), LeadingNumber(file_->cards().Peek(1, row)));
-    }
     inverses_.emplace_back(std::move(done->inverse), std::move(undo));
   }
 

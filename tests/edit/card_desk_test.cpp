@@ -93,8 +93,7 @@ TEST_F(CardDeskTest, MarkedCardsAreNeitherFoundNorLinkedTo) {
   desk->GoTo(3);
   desk->ToggleDeletion();
   desk->First();
-  EXPECT_FALSE(desk->FollowLink(2));
-  EXPECT_TRUE(desk->FollowLink(3));
+  EXPECT_TRUE(!desk->FollowLink(2) && desk->FollowLink(3));
   EXPECT_TRUE(desk->GoBack());
   EXPECT_EQ(desk->row(), 2);
   EXPECT_FALSE(desk->GoBack());
@@ -115,8 +114,7 @@ TEST_F(CardDeskTest, MarkedCardsAreNeitherFoundNorLinkedTo) {
 
 TEST_F(CardDeskTest, WayBackFollowsItsCardThroughRenumberingAndMovedRows) {
   Open({{.id = "000005", .question = "a"}, {.id = "000007", .question = "<home>b"}, {.id = "000006", .question = "c"}});
-  EXPECT_TRUE(desk->FollowLink(7));
-  EXPECT_TRUE(desk->FollowLink(6));
+  EXPECT_TRUE(desk->FollowLink(7) && desk->FollowLink(6));
   ASSERT_EQ(Renumber(file, desk->commands(), {1}, desk->row()), RenumberOutcome::Done);
   EXPECT_TRUE(desk->Home());
   desk->First();
@@ -140,9 +138,8 @@ TEST_F(CardDeskTest, WayBackFollowsItsCardThroughRenumberingAndMovedRows) {
 
 TEST_F(CardDeskTest, CancelledToolsLeaveAllAsItWas) {
   std::vector<TestCard> cards;
-  for (int id = 1; id <= 2000; ++id) {
+  for (int id = 1; id <= 2000; ++id)
     cards.push_back({.id = IdText(id), .question = "a\nb<topic=\"T\"><a href=\"000003\">", .topic = "01"});
-  }
   Open(cards);
   file.settings().SetString("TOPIC", "1", "Haus");
   const std::string before = FileText(file.cards()) + file.settings().Text();
@@ -263,8 +260,7 @@ TEST_F(CardDeskTest, RenumberingKeepsWhereLinksLead) {
   ASSERT_EQ(Renumber(file, desk->commands(), {3, true}, 2), RenumberOutcome::Done);
   EXPECT_EQ(CardReader(file).Answer(3), "<a Href=\"000003\"><a href=\"000000\"><a href=\"#10\">");
   const auto stop = [](int) { return false; };
-  EXPECT_TRUE(GoesOn(stop, 3));
-  EXPECT_FALSE(GoesOn(stop, 1024));
+  EXPECT_TRUE(GoesOn(stop, 3) && !GoesOn(stop, 1024));
   for (const char* text : {"", "x", "1x", "-1", "1 2", "9999999999"}) EXPECT_FALSE(ReadStartNumber(text)) << text;
   EXPECT_EQ(ReadStartNumber(" 07 "), 7);
   EXPECT_FALSE(CanNumberFrom(file, 0));

@@ -132,16 +132,14 @@ TEST(LinkRewriting, FollowsWhatTheViewerFollows) {
       {"href=href=\"1\"href=\"2\"", "href=href=\"000002\"href=\"000004\""},
       {"<a href=\"<a href=\"3\">", "<a href=\"<a href=\"000006\">"},
       {"no link", nullptr}};
-  for (const auto& [side, after] : cases) {
+  for (const auto& [side, after] : cases)
     EXPECT_EQ(RewriteLinks(side, twice), after ? std::optional<std::string>(after) : std::nullopt) << side;
-  }
   const NumberMap same = [](int64_t number) { return std::optional(number); };
   EXPECT_FALSE(RewriteLinks("<a href=\"000005\">", same)) << "nothing to write";
 }
 
 TEST(PictureCards, PutTheNameIntoTheFirstQuotedPicture) {
-  EXPECT_TRUE(IsPictureTemplate("x<img SRC=a>"));
-  EXPECT_FALSE(IsPictureTemplate("x<Img src=\"a\">"));
+  EXPECT_TRUE(IsPictureTemplate("x<img SRC=a>") && !IsPictureTemplate("x<Img src=\"a\">"));
   EXPECT_EQ(WithPicture("<img src=\"a.bmp\"><img src=\"b.bmp\">", "n.jpg"), "<img src=\"n.jpg\"><img src=\"b.bmp\">");
   EXPECT_EQ(WithPicture("<img SRC=\"a.bmp\" border=\"0\">", "n.jpg"), "<img SRC=\"n.jpg\" border=\"0\">");
   EXPECT_EQ(WithPicture("<img src=a.bmp>", "n.jpg"), "<img src=a.bmp>");
@@ -153,8 +151,7 @@ TEST(Topics, AreQuotedNamesInEitherOfTwoForms) {
   EXPECT_EQ(TopicsOn("<topic=\"A\">b<TOPIC=\"B C\">"), (Names{"A", "B C"}));
   EXPECT_EQ(TopicsOn("<topic=A><topic=\"\"><Topic=\"x\"><topic=\"open"), Names{});
   EXPECT_EQ(TopicsOn("<topic=\"a>b\"><topic=\"c\">"), Names{"c"});
-  EXPECT_TRUE(HasTopic("x", "<topic=\"A\">", "A"));
-  EXPECT_FALSE(HasTopic("<topic=\"AB\">", "", "A"));
+  EXPECT_TRUE(HasTopic("x", "<topic=\"A\">", "A") && !HasTopic("<topic=\"AB\">", "", "A"));
 }
 
 TEST(CharacterTable, ComesBackAsTheUserLeftIt) {

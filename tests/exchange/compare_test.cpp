@@ -112,9 +112,8 @@ TEST(Similarity, WordsOfTheTargetAreLookedForInTheSource) {
       {"nothing to look for", {"", ""}, {"a", ""}, {.threshold = 5}, kNoMatch},
       {"fractions are lost one after the other", {"ab cd ef", ""}, {"ab cd xxxx", ""}, {.threshold = 5}, 53},
   };
-  for (const auto& [what, target, source, rule, result] : cases) {
+  for (const auto& [what, target, source, rule, result] : cases)
     EXPECT_EQ(Similarity(target, source, rule), result) << what;
-  }
 }
 
 TEST(Similarity, WordsEndAtStopsAndAfter99Bytes) {

@@ -1,7 +1,5 @@
 // The exchange commands of the main window, from the menu to the cards.
 
-#include <QStatusBar>
-
 #include "edit/dlnumm.h"
 #include "edit/side_field.h"
 #include "edit/wned.h"
@@ -74,8 +72,7 @@ TEST_F(ExchangeCommands, TableTakesThePlaceOfTheCardsWithoutSavingThoseInMemory)
   });
   EXPECT_EQ(program.file().CardCount(), 1);
   EXPECT_EQ(Question(2), "neu");
-  EXPECT_FALSE(program.file().changed());
-  EXPECT_FALSE(program.learning());
+  EXPECT_TRUE(!program.file().changed() && !program.learning());
   EXPECT_EQ(messages.errors, QStringList());
   EXPECT_EQ(program.file().learn_index().RowCount(), 3);
   EXPECT_NE(NewestCopy().find("not saved"), std::string::npos);
@@ -85,8 +82,7 @@ TEST_F(ExchangeCommands, TableTakesThePlaceOfTheCardsWithoutSavingThoseInMemory)
 TEST_F(ExchangeCommands, ExportWritesWhatIsTypedInTheEditorAndAsksForRenumbering) {
   OpenTwo();
   program.OpenEditor();
-  auto* editor = OpenWindows<TF_wned>().value(0);
-  ASSERT_NE(editor, nullptr);
+  auto* editor = OpenWindows<TF_wned>().at(0);
   QTest::keyClicks(&Control<SideField>(*editor, u"RichEditKarteVorne"_s), u"Alt"_s);
   const auto write = [&](TF_dlexp& dialog, const QString& button) {
     DriveDialog<TF_dlnumm>([&] { Press(dialog, u"BitBtnZeile"_s); },

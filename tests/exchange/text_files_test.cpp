@@ -302,9 +302,8 @@ TEST(Separators, CodeIsTheByteAsSignedNumber) {
   EXPECT_EQ(CodeText(std::nullopt), "0");
   const std::pair<const char*, int> codes[] = {{"180", 180}, {"-92", 164}, {" 9x", 9}, {"265", 9},
                                                {"-256", 0},  {"0", 0},     {"", 0},    {"x", 0}};
-  for (const auto& [code, byte] : codes) {
+  for (const auto& [code, byte] : codes)
     EXPECT_EQ(static_cast<unsigned char>(CharacterOfCode(code).value_or('\0')), byte) << code;
-  }
 }
 
 TEST(Separators, ThoseThatCannotBeReadBackAreToldApart) {

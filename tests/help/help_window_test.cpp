@@ -1,8 +1,5 @@
-#include <QListWidget>
 #include <QMessageBox>
 #include <QPrinter>
-#include <QTemporaryDir>
-#include <QToolButton>
 
 #include "app/check_texts.h"
 #include "app/dlopt.h"
@@ -16,7 +13,6 @@
 #include "learn/lern_texts.h"
 #include "tests/app/main_window_fixture.h"
 #include "widgets/card_pages.h"
-#include "widgets/text.h"
 
 namespace tessaro {
 namespace {

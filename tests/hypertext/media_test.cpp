@@ -3,7 +3,6 @@
 #include <fstream>
 
 #include "hypertext/text_file.h"
-#include "platform/disk.h"
 #include "tests/support/memory_disk.h"
 #include "tests/support/temporary_folder.h"
 

@@ -4,7 +4,6 @@
 
 #include "learn/learning_run.h"
 #include "tests/support/clock_and_chance.h"
-#include "tests/support/memory_disk.h"
 #include "tests/support/test_cards.h"
 #include "tests/support/times.h"
 

@@ -1,4 +1,3 @@
-#include <QToolButton>
 
 #include "learn/dlausw.h"
 #include "learn/dllernkeys.h"
@@ -6,7 +5,6 @@
 #include "learn/frage.h"
 #include "learn/hot_key_edit.h"
 #include "tests/learn/window_fixture.h"
-#include "widgets/htmlview.h"
 
 namespace tessaro {
 namespace {

@@ -66,9 +66,8 @@ TEST(ShortcutCode, KeysThatTheProgramNeedsAreKnown) {
                                     QKeyCombination(Qt::Key_Space), Qt::SHIFT | Qt::Key_Backtab}) {
     EXPECT_TRUE(IsProgramKey(key)) << KeyName(key).toStdString();
   }
-  for (const QKeyCombination key : {QKeyCombination(Qt::Key_Z), Qt::ALT | Qt::Key_Z, QKeyCombination(Qt::Key_Return)}) {
+  for (const QKeyCombination key : {QKeyCombination(Qt::Key_Z), Qt::ALT | Qt::Key_Z, QKeyCombination(Qt::Key_Return)})
     EXPECT_FALSE(IsProgramKey(key)) << KeyName(key).toStdString();
-  }
 }
 
 TEST(ShortcutCode, MapsStoredNumbersToKeysAndBack) {

@@ -43,9 +43,8 @@ TEST(Retention, WorkedExamples) {
       {"no history kept: a broken row", "xww", {0, 1000, 2000}, 0, 1},
       {"no history kept: the streak line reads over broken letters", "wwxww", {0, 300, 400, 500, 520}, 0, 420},
   };
-  for (const auto& [what, letters, ago, min_retention, score] : cases) {
+  for (const auto& [what, letters, ago, min_retention, score] : cases)
     EXPECT_EQ(ForecastRetention(History(letters, ago), min_retention).score, score) << what;
-  }
 }
 
 TEST(Retention, TakesInAFullHistory) {

@@ -1,4 +1,3 @@
-#include <map>
 
 #include "learn/leitner_count.h"
 #include "learn/leitner_method.h"

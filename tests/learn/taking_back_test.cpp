@@ -1,6 +1,4 @@
 #include <limits>
-#include <map>
-#include <random>
 #include <set>
 #include <sstream>
 
@@ -239,18 +237,16 @@ class FollowingCards : public TakingBack, private CardWatcher {
     const RunMoment& moment = run->moment();
     Names names = {"shown " + NameOf(moment.card.row), "next in order " + NameOf(moment.row_order.position),
                    "next new card " + NameOf(moment.leitner.scan_row)};
-    if (moment.check_position > 1) {
+    if (moment.check_position > 1)
       names.push_back("checked " + NameOf(file.learn_index().BoxPos(static_cast<int>(moment.check_position))));
-    }
     for (BackStack way = moment.back; !way.Empty();) names.push_back("back " + NameOf(way.Pop()));
     return names;
   }
   // What answers have made of each card, and the order of the index.
   std::map<std::string, std::string> Learned() const {
     std::map<std::string, std::string> learned;
-    for (int row = kFirstCardRow; row <= file.CardCount() + 1; ++row) {
+    for (int row = kFirstCardRow; row <= file.CardCount() + 1; ++row)
       learned[NameOf(row)] = Score(row) + YesNoRow(row) + TimeRow(row) + Topic(row);
-    }
     return learned;
   }
   Names IndexOrder(const std::set<std::string>& of) const {

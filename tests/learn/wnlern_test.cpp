@@ -1,7 +1,5 @@
-#include <QClipboard>
 
 #include "cards/card_edit.h"
-#include "settings/keys.h"
 #include "tests/learn/window_fixture.h"
 
 namespace tessaro {
@@ -69,8 +67,7 @@ TEST_F(LearningWindow, ACardFileMayBeginWithItsHomeCardInRowOrder) {
   window->LearnBy({.method = Method::Standard});
   window->show();
   QApplication::processEvents();
-  EXPECT_TRUE(window->windowTitle().startsWith(u"Frageseite"_s));
-  EXPECT_TRUE(Command(u"MAutoStandard"_s).isChecked());
+  EXPECT_TRUE(window->windowTitle().startsWith(u"Frageseite"_s) && Command(u"MAutoStandard"_s).isChecked());
 }
 
 TEST_F(LearningWindow, DoubleClickAnswersOneCardOnly) {
@@ -234,8 +231,7 @@ TEST_F(LearningWindow, ClockThatWentBackEndsTheRun) {
   EXPECT_TRUE(Find<QWidget>(u"Hinweis"_s).isVisible()) << "no key closes the window or hides why nothing goes on";
   EXPECT_EQ(Logged(), 1);
   Click(u"ButtonNeuerLauf"_s);
-  EXPECT_TRUE(Find<QAbstractButton>(u"BtWeissIch"_s).isEnabled());
-  EXPECT_FALSE(Find<QWidget>(u"Hinweis"_s).isVisible());
+  EXPECT_TRUE(Find<QAbstractButton>(u"BtWeissIch"_s).isEnabled() && !Find<QWidget>(u"Hinweis"_s).isVisible());
 }
 
 TEST_F(LearningWindow, NothingDueSaysWhenAndOffersToGoOn) {

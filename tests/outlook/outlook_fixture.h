@@ -1,10 +1,5 @@
 #pragma once
 
-#include <random>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "outlook/deck_outlook.h"
 #include "tests/support/clock_and_chance.h"
 #include "tests/support/test_cards.h"

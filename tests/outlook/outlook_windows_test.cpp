@@ -1,9 +1,6 @@
 #include <QAccessible>
-#include <QClipboard>
 #include <QDateEdit>
 #include <QMouseEvent>
-#include <QRadioButton>
-#include <QSpinBox>
 #include <QSplitter>
 
 #include "cards/card_edit.h"
@@ -12,7 +9,6 @@
 #include "outlook/outlook_page.h"
 #include "outlook/wneval.h"
 #include "outlook/wnprog.h"
-#include "settings/keys.h"
 #include "tests/outlook/outlook_fixture.h"
 #include "tests/support/window_test.h"
 
@@ -93,9 +89,7 @@ TEST_F(OutlookWindowTest, EveryBarOpensExactlyItsCards) {
       if (list == nullptr || !list->isVisible()) return -1;
       const QString text = page.plot().TextOf(item);
       const int shown = Control<QTableView>(*list, u"ListCards"_s).model()->rowCount();
-      if (text.contains(u" Karten"_s)) {
-        EXPECT_TRUE(text.contains(CardsText(shown))) << text.toStdString();
-      }
+      EXPECT_TRUE(!text.contains(u" Karten"_s) || text.contains(CardsText(shown))) << text.toStdString();
       EXPECT_FALSE(Control<QPushButton>(*list, u"ButtonEdit"_s).isVisible()) << "there is no editor";
       opened += shown;
       list->close();

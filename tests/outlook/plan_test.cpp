@@ -157,9 +157,8 @@ TEST_F(PlanTest, CatchesUpSoonerWithMoreMinutes) {
 TEST_F(PlanTest, OfALargeDeckForgetsWhatItDoesNotLearn) {
   std::vector<TestCard> cards;
   constexpr int kLearned = 20'000;
-  for (int i = 0; i < kLearned + 100; ++i) {
+  for (int i = 0; i < kLearned + 100; ++i)
     cards.push_back(CardWith({{kNow - (1 + i % 90) * kDay, i % 3 == 0 ? 'f' : 'w'}}, i % 3 == 0 ? 0 : 1 + i % 70));
-  }
   Open(cards);
   deck = Read();
   const PlanReport report = Run({Today() + 2, 0, 0});

@@ -63,9 +63,8 @@ TEST(Recall, IsThatOfWorkedExamples) {
     const MemoryTrace trace = TraceOf(SeriesOf(CardWith(answers)));
     const auto after = [&](int64_t seconds) { return RecallAt(trace, kStandardWeights, trace.newest + seconds); };
     EXPECT_EQ(after(-5), after(1)) << name;
-    for (size_t i = 0; i < std::size(elapsed); ++i) {
+    for (size_t i = 0; i < std::size(elapsed); ++i)
       EXPECT_NEAR(after(elapsed[i]), recall[i], 0.00005) << name << " after " << elapsed[i];
-    }
   }
 }
 
@@ -88,9 +87,8 @@ TEST(Recall, ReadsEveryFormOfAHistory) {
   };
   for (const auto& [name, times, letters, expected] : cases) {
     std::string text;
-    for (const StoredAnswer& answer : ReadAnswers(times, letters)) {
+    for (const StoredAnswer& answer : ReadAnswers(times, letters))
       text += std::string(text.empty() ? "" : " ") + (answer.known ? "w" : "f") + std::to_string(answer.time);
-    }
     EXPECT_EQ(text, expected) << name;
   }
 }

@@ -54,8 +54,7 @@ TEST_F(RealDiskTest, TellsFailures) {
   EXPECT_FALSE(disk_.State(nowhere) || disk_.FreeBytes(nowhere) || !disk_.FileNames(nowhere).empty());
   const auto full = disk_.Create("/dev/full");
   ASSERT_NE(full, nullptr);
-  EXPECT_FALSE(full->Write("x"));
-  EXPECT_TRUE(full->Close());
+  EXPECT_TRUE(!full->Write("x") && full->Close());
   EXPECT_FALSE(full->Close()) << "closed already";
   // A disk that takes a part of what is written.
   rlimit limit = {};

@@ -1,9 +1,5 @@
 #include "print/card_choice.h"
 
-#include <gtest/gtest.h>
-
-#include <random>
-
 #include "cards/figures.h"
 #include "tests/learn/learn_fixture.h"
 

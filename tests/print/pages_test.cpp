@@ -104,9 +104,8 @@ std::string Pages(const std::vector<std::vector<int>>& items, const FlowRules& r
   FlowPlace place;
   while (place.item < static_cast<int>(items.size())) {
     const FlowPage page = FillPage(place, rules, [&](int item) { return items[static_cast<size_t>(item)]; });
-    for (const FlowPart& part : page.parts) {
+    for (const FlowPart& part : page.parts)
       out << part.place.item << (part.place.part > 0 ? "'" : "") << "@" << part.top << " ";
-    }
     out << "| ";
     EXPECT_FALSE(page.parts.empty());
     if (page.parts.empty()) break;

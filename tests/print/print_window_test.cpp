@@ -1,11 +1,8 @@
 #include <QBuffer>
-#include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinterInfo>
 #include <QScrollArea>
-#include <QScrollBar>
-#include <QSpinBox>
 #include <QStandardItemModel>
 
 #include "edit/wned.h"
@@ -15,7 +12,6 @@
 #include "print/page_view.h"
 #include "tests/app/main_window_fixture.h"
 #include "tests/support/temporary_folder.h"
-#include "widgets/text.h"
 
 namespace tessaro {
 namespace {
@@ -74,8 +70,7 @@ TEST(PrintedPages, HaveTheBackOfACardBehindItsFront) {
   EXPECT_TRUE(Ink(pages, 1).isEmpty());
   const QRect front = Ink(pages, 2);
   const QRect back = Ink(pages, 3);
-  EXPECT_TRUE(!front.isEmpty() && CellOf(3).contains(front));
-  EXPECT_TRUE(!back.isEmpty() && CellOf(2).contains(back));
+  EXPECT_TRUE(!front.isEmpty() && CellOf(3).contains(front) && !back.isEmpty() && CellOf(2).contains(back));
   PrintedPages backs(SourceOf(cards), OrderOf(PrintForm::Cards, PrintSides::Backs));
   EXPECT_EQ(backs.Count(), 2);
   EXPECT_TRUE(CellOf(2).contains(Ink(backs, 1)));
@@ -142,8 +137,7 @@ TEST(PrintedPages, LayOutNoMoreThanIsLookedAt) {
   PrintedPages list(source, OrderOf(PrintForm::List));
   (void)Ink(list, 0);
   EXPECT_LT(asked, 200);
-  EXPECT_FALSE(list.AllKnown());
-  EXPECT_TRUE(list.FindPage());
+  EXPECT_TRUE(!list.AllKnown() && list.FindPage());
   EXPECT_GT(list.CardsBefore(1), 10);
   asked = 0;
   PrintedPages cut(source, OrderOf(PrintForm::Cards));

@@ -30,8 +30,7 @@ TEST(Settings, MissingValuesGiveTheStandardAndWildOnesTheNearestBound) {
   EXPECT_EQ(keys::kErrorLimit.Read(wild), 0.0);
   EXPECT_EQ(keys::kSpeedLimit.Read(wild), keys::kSpeedLimit.most);
   EXPECT_EQ(keys::kSpeedPercent.Read(wild), 100) << "no number at all";
-  EXPECT_TRUE(keys::kShowFigures.Read(wild));
-  EXPECT_FALSE(keys::kShowStatistics.Read(wild));
+  EXPECT_TRUE(keys::kShowFigures.Read(wild) && !keys::kShowStatistics.Read(wild));
 }
 
 TEST(Settings, DecimalsAreReadWithEitherSignAndWrittenSoThatTheyReadTheSame) {
@@ -55,9 +54,8 @@ TEST(Settings, LookOfASideComesBackAndLeavesTheOtherSideAlone) {
       {"Height=-9223372036854775808", 400},
       {"Size=gross", 14},
   };
-  for (const auto& [text, points] : sizes) {
+  for (const auto& [text, points] : sizes)
     EXPECT_EQ(ReadSideSettings(Parsed(std::string("[FontV]\n") + text), SideName::Front).points, points) << text;
-  }
   IniFile settings = Parsed("[FontV]\nCharset=1\nHeight=-13\nColor=-5\n[ClText]\nH=255\n");
   SideSettings front = ReadSideSettings(settings, SideName::Front);
   EXPECT_EQ(front, (SideSettings{.points = 9})) << "a colour of another system is none";

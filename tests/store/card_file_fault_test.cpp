@@ -1,6 +1,5 @@
 #include <fstream>
 
-#include "store/file/card_file.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/test_cards.h"
 

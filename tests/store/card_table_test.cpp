@@ -206,8 +206,7 @@ TEST(CardTable, ManyShortRowsOutgrowAnyGuess) {
   for (int row = 0; row < 300'000; ++row) text += row % 2 == 0 ? "\\n;\n" : ";b\n";
   CardTable table = TableOf(text, ';');
   ASSERT_EQ(table.RowCount(), 300'000);
-  EXPECT_TRUE(table.Peek(1, 299'999) == "\n" && table.Peek(2, 300'000) == "b");
-  EXPECT_TRUE(FileText(table) == text);
+  EXPECT_TRUE(table.Peek(1, 299'999) == "\n" && table.Peek(2, 300'000) == "b" && FileText(table) == text);
 }
 
 TEST(TableScan, FindsTheSameMarksOnEveryPath) {
@@ -316,9 +315,8 @@ TEST(TableReader, ReadsTwoHalvesAsOneWhole) {
     const std::string text = RandomText(random, ContentHash::kPiece + random() % (4 * ContentHash::kPiece));
     const std::string whole = Reading(text, text.size(), false);
     // Also a file that has become longer or shorter, even so much that there is no second half.
-    for (const uint64_t announced : {text.size(), text.size() + 7, 3 * text.size(), text.size() * 3 / 4}) {
+    for (const uint64_t announced : {text.size(), text.size() + 7, 3 * text.size(), text.size() * 3 / 4})
       ASSERT_TRUE(Reading(text, announced, true) == whole) << "round " << round << ", announced " << announced;
-    }
   }
 }
 
@@ -327,9 +325,8 @@ TEST(TableReader, KnowsWhichRowsStandAsTheyWouldBeWritten) {
   const std::pair<std::string, bool> rows[] = {
       {"1;2;3", true},   {"a\\nb;\\\\;\\;\\n", true}, {";;\\\\\\n", true}, {"\\N;;", false},   {"\\x;;", false},
       {";;\\\r", false}, {"a\\\nb;;", false},         {"1;2", false},      {"1;2;3;4", false}, {"1;2;3\r", false}};
-  for (const auto& [row, as_written] : rows) {
+  for (const auto& [row, as_written] : rows)
     EXPECT_EQ(Reading("A;B;C\n" + row + "\n", 0, false).find("\n=") != std::string::npos, as_written) << row;
-  }
 }
 
 // The middle lies at a place of its own in each of these: between backslashes, before a carriage return, ...

@@ -10,9 +10,8 @@ namespace {
 
 CardTable CardsWithScores(const std::vector<std::string>& scores) {
   std::vector<TestCard> cards;
-  for (const std::string& score : scores) {
+  for (const std::string& score : scores)
     cards.push_back({.id = "00000" + std::to_string(cards.size() + 1), .score = score});
-  }
   return MakeCards(cards);
 }
 
@@ -62,9 +61,8 @@ TEST(LinkIndex, IsWrittenSortedByNumberAndFindsCards) {
   LinkIndex index;
   ASSERT_TRUE(index.Build(cards));
   EXPECT_EQ(TextOf(index, cards), "ID|BoxPos\n-1|-1\na\\||7\n000003|3\n3|5\n000007|2\n000012|4\n999999|999999\n");
-  for (const auto& [id, row] : {std::pair{7, 2}, {3, 3}, {0, 0}, {8, 0}, {-1, 0}, {999999, 0}, {1000000, 0}}) {
+  for (const auto& [id, row] : {std::pair{7, 2}, {3, 3}, {0, 0}, {8, 0}, {-1, 0}, {999999, 0}, {1000000, 0}})
     EXPECT_EQ(index.RowOfId(id), row) << id;
-  }
 }
 
 const std::string kLearnText = "BoxPos|Score|ID\n-1|-1|@@\n3|000000001|000002\n2|5|000001\n999999|999999999|##\n";

@@ -35,13 +35,11 @@ spaet=7 Tage
 )"_cp);
   ini.Parse(text);
   std::string values;
-  for (const char* key : {"x", "X", "pfad", "TEXT", "einfach", "ungleich", "allein", "leer", "spaet", ";x", "", "k"}) {
+  for (const char* key : {"x", "X", "pfad", "TEXT", "einfach", "ungleich", "allein", "leer", "spaet", ";x", "", "k"})
     values += ini.GetString("pos", key, "fehlt") + '|';
-  }
   EXPECT_EQ(values, "10|10|C:\\temp\\neu;a,b| mit Rand |x|\"x'|\"||7 Tage|fehlt|fehlt|fehlt|");
   EXPECT_EQ(ini.GetString("änderung"_cp, "K"), "v");
-  EXPECT_TRUE(ini.Has("POS", "leer"));
-  EXPECT_FALSE(ini.Has("POS", "lose") || ini.Has("", "lose") || ini.Has("P", "x"));
+  EXPECT_TRUE(ini.Has("POS", "leer") && !(ini.Has("POS", "lose") || ini.Has("", "lose") || ini.Has("P", "x")));
   EXPECT_TRUE(ini.GetInt("pos", "x", 5) == 10 && ini.GetInt("pos", "spaet", 5) == 7 &&
               ini.GetInt("pos", "leer", 5) == 5);
   EXPECT_EQ(ini.Text(), text);
@@ -118,15 +116,13 @@ TEST(IniFile, RepeatsItsChangesInAnotherTextAndListsAsAWhole) {
 TEST(IniFile, LoadsAndSavesAFile) {
   MemoryDisk disk;
   IniFile ini;
-  EXPECT_TRUE(ini.Load(disk, "/a.ini"));
-  EXPECT_TRUE(ini.SetInt("POS", "x", -5));
+  EXPECT_TRUE(ini.Load(disk, "/a.ini") && ini.SetInt("POS", "x", -5));
   disk.PutSymbolicLink("/link.ini", "/a.ini");
   EXPECT_TRUE(ini.Save(disk, "/link.ini"));
   EXPECT_TRUE(disk.FileNames("/") == std::vector<std::string>{"a.ini"}) << "the link stays one";
   ini.Remove("POS", "x");
   disk.FailAt(1);
-  EXPECT_FALSE(ini.Load(disk, "/a.ini") || ini.Text() != "[POS]\n");
-  EXPECT_TRUE(ini.Load(disk, "/a.ini"));
+  EXPECT_TRUE(!(ini.Load(disk, "/a.ini") || ini.Text() != "[POS]\n") && ini.Load(disk, "/a.ini"));
   EXPECT_EQ(ini.GetInt("POS", "x", 0), -5);
 }
 

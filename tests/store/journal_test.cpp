@@ -1,7 +1,6 @@
 #include "store/file/journal.h"
 
 #include <chrono>
-#include <random>
 #include <thread>
 
 #include "tests/support/clock_and_chance.h"

@@ -2,20 +2,35 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
+#include <QImage>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QSpinBox>
+#include <QStatusBar>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTableWidget>
+#include <QTemporaryDir>
+#include <QToolButton>
 
+#include "settings/keys.h"
 #include "tests/support/clock_and_chance.h"
 #include "tests/support/dialog_driver.h"
 #include "tests/support/memory_disk.h"
 #include "tests/support/recorded_messages.h"
+#include "widgets/text.h"
 
 namespace tessaro {
 

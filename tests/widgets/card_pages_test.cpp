@@ -1,13 +1,7 @@
 #include "widgets/card_pages.h"
 
-#include <QImage>
-#include <QPlainTextEdit>
-#include <QTabBar>
-#include <QTemporaryDir>
-#include <QToolButton>
 #include <fstream>
 
-#include "settings/keys.h"
 #include "store/file/ini_file.h"
 #include "tests/support/window_test.h"
 #include "widgets/painter.h"
@@ -23,9 +17,8 @@ class CardPagesTest : public testing::Test {
  protected:
   CardPagesTest() {
     QImage(20, 10, QImage::Format_RGB32).save(folder.filePath(u"bild.bmp"_s));
-    for (const char* name : {"kaputt.jpg", "notiz.txt", "ton.wav", "film.avi"}) {
+    for (const char* name : {"kaputt.jpg", "notiz.txt", "ton.wav", "film.avi"})
       std::ofstream(folder.path().toStdString() + '/' + name) << "Gruß";
-    }
     pages.SetMediaFolders({folder.path().toStdString(), {}});
   }
   void ShowSide(const std::string& side) { pages.ShowSide(side, {QFont(), Qt::black, Qt::white}); }

@@ -2,15 +2,11 @@
 
 #include <QAccessible>
 #include <QFile>
-#include <QImage>
-#include <QScrollBar>
 #include <QShortcut>
-#include <QTemporaryDir>
 #include <QVBoxLayout>
 #include <fstream>
 
 #include "tests/support/window_test.h"
-#include "widgets/text.h"
 #include "widgets/video_screen.h"
 
 namespace tessaro {

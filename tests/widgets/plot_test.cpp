@@ -13,9 +13,8 @@ namespace {
 PlotContent Bars(const std::vector<double>& heights) {
   PlotContent content;
   content.name = u"Karten"_s;
-  for (const double height : heights) {
+  for (const double height : heights)
     content.bars.push_back({u"x"_s, {{height, PlotRole::Known}}, u"%1 Karten"_s.arg(height)});
-  }
   return content;
 }
 
@@ -24,9 +23,8 @@ TEST(Plot, StepsAreRound) {
       {0, 5, true, 1},      {1, 5, true, 1},      {4, 5, true, 1},     {6, 5, true, 2},
       {50, 5, true, 10},    {51, 5, true, 20},    {101, 5, true, 50},  {900, 5, true, 200},
       {0.9, 5, false, 0.2}, {1.0, 5, false, 0.2}, {3e6, 5, true, 1e6}, {7, 4, false, 2}};
-  for (const auto& [highest, most, whole, step] : cases) {
+  for (const auto& [highest, most, whole, step] : cases)
     EXPECT_NEAR(RoundStep(highest, most, whole), step, 1e-9) << highest;
-  }
 }
 
 TEST(Plot, KeysSelectAndChooseAndTellAScreenReader) {
@@ -156,8 +154,7 @@ TEST(Plot, AxisLeavesOutOnlyWhatIsFarBelowLines) {
   const PlotLayout layout(content, QRectF(0, 0, 600, 300), QFont());
   EXPECT_EQ(layout.Bar(1).top(), layout.area().top());
   EXPECT_EQ(layout.right_top(), 8);
-  EXPECT_TRUE(layout.IsCut(1));
-  EXPECT_FALSE(layout.IsCut(0));
+  EXPECT_TRUE(layout.IsCut(1) && !layout.IsCut(0));
 }
 
 // What differs differs for those who see no colours, too, and stands out from its ground in both themes.
@@ -200,9 +197,8 @@ TEST(Plot, PaintsOneCardBesideThousandsMarksAndCuts) {
   const PlotLayout layout(plot.content(), plot.rect(), plot.font());
   const auto seen = [&](size_t bar, double top, double bottom) {
     std::set<QRgb> colours;
-    for (double y = top; y <= bottom; ++y) {
+    for (double y = top; y <= bottom; ++y)
       colours.insert(image.pixel(QPointF(layout.Column(bar).center().x(), y).toPoint()));
-    }
     return colours;
   };
   const QRgb bar = PlotColour(PlotRole::Known, plot.palette()).rgb();

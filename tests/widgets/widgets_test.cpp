@@ -1,11 +1,7 @@
-#include <QCheckBox>
 #include <QDBusVariant>
 #include <QFile>
-#include <QImage>
-#include <QRadioButton>
 #include <QProgressBar>
 #include <QScreen>
-#include <QTemporaryDir>
 #include <QThread>
 #include <fstream>
 
@@ -15,10 +11,8 @@
 #include "widgets/desktop_colours.h"
 #include "widgets/dlprogress.h"
 #include "widgets/long_work.h"
-#include "widgets/messages.h"
 #include "widgets/picture_store.h"
 #include "widgets/side_look.h"
-#include "widgets/text.h"
 #include "widgets/window_place.h"
 
 namespace tessaro {
