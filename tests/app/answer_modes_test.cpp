@@ -149,6 +149,9 @@ TEST_F(AnswerModesTest, AnswersOfOtherCardsAreOfferedAndJudgedAsAKey) {
   EXPECT_FALSE(Find<QWidget>(u"PageControlSelect"_s).isVisible() || Find<QWidget>(u"PanelCheck"_s).isVisible());
   EXPECT_EQ(Find<QWidget>(u"ButtonAntwortA"_s).accessibleName(), u"A: Haus & Hof"_s);
   EXPECT_FALSE(Find<QWidget>(u"ButtonAntwortD"_s).isVisible()) << "three cards have answers in words";
+  lern->resize(640, 300);
+  QApplication::processEvents();
+  EXPECT_GE(list.height(), list.minimumSizeHint().height()) << "nothing is squashed in a small window";
   Key(Qt::Key_D);
   Repeat(Qt::Key_A, u"a"_s);
   Key(Qt::Key_Return);

@@ -20,6 +20,7 @@ TEST_F(AnswerModesTest, TypedWordIsCheckedWithEveryKey) {
   Key(Qt::Key_Backspace);
   Type("d");
   EXPECT_EQ(Line(u"StatusBarVgl"_s), u"Groß-/Kleinschreibung unterschiedlich"_s);
+  EXPECT_EQ(Find<QLineEdit>(u"StatusBarVgl"_s).font(), input.font()) << "as large as it can be";
   Key(Qt::Key_Home);
   Key(Qt::Key_Delete);
   EXPECT_EQ(input.text(), u"aus d"_s) << "keys of the line, not of the learning window";
@@ -200,8 +201,7 @@ TEST_F(AnswerModesTest, TypingErrorsGrowWorseAndSettingsHold) {
   for (size_t i = 1; i < colours.size(); ++i)
     EXPECT_EQ(std::count(colours.begin(), colours.end(), colours[i]), 1) << "each error looks worse " << i;
   EXPECT_EQ(Line(u"EditSec"_s), QString());
-  Click(u"BtHand"_s);
-  Click(u"BtHand"_s);
+  Click(u"BtHand"_s, u"BtHand"_s);
   EXPECT_EQ(Marked(), QString(u"3 "_s + QChar::ParagraphSeparator)) << "where it was left";
   Find<QPlainTextEdit>(u"RichEditTipp"_s).setFocus();
   Key(Qt::Key_Enter, Qt::KeypadModifier);

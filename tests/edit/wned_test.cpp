@@ -91,8 +91,7 @@ TEST_F(CardEditor, CardCommandsSayWhatTheyDid) {
   Type(u"hinten"_s);
   Key(Qt::Key_B, Qt::ControlModifier);
   Type(u"!"_s);
-  Trigger(u"MCardCopy"_s);
-  Trigger(u"MCardPaste"_s);
+  Trigger(u"MCardCopy"_s, u"MCardPaste"_s);
   EXPECT_EQ(Status(), u"Karte ID: 000005 an Pos. 3 eingefügt"_s);
   EXPECT_EQ(Stored(4), "neu") << "what was typed is copied";
   EXPECT_EQ(Stored(4, false), "<b>hinten</b>!");
@@ -260,14 +259,11 @@ TEST_F(CardEditor, ListsFollowEveryCommandRowByRow) {
   grid.selectRow(0);
   Press(table, u"BitBtnEditor"_s);
   EXPECT_EQ(window->row(), 4);
-  Trigger(u"MCardTop"_s);
-  Trigger(u"MCardLeer"_s);
+  Trigger(u"MCardTop"_s, u"MCardLeer"_s);
   EXPECT_EQ(fronts(), u"Topf x Ofen - Herd -"_s) << "a new card stands behind its neighbour";
   Trigger(u"MCardCut"_s);
   EXPECT_EQ(fronts(), u"Topf x Ofen Herd -"_s);
-  Trigger(u"MCommandUndo"_s);
-  Trigger(u"MCommandUndo"_s);
-  Trigger(u"MCommandUndo"_s);
+  Trigger(u"MCommandUndo"_s, u"MCommandUndo"_s, u"MCommandUndo"_s);
   EXPECT_EQ(fronts(), u"Topf x Ofen Herd"_s);
   EXPECT_EQ(resets.size(), 0);
   table.activateWindow();

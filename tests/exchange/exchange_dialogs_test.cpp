@@ -224,8 +224,7 @@ TEST_F(ExchangeDialogs, TableReplacesTheCardFileOnTheDiskAndIsLoadedOnRequest) {
   disk.Put("/texts/t.csv", "000007;0;f;g;1;0;wf;0\nrubbish\n");
   Show<TF_dlimp>();
   Choose(u"/texts/t.csv"_s);
-  Click(u"ButtonErkannt"_s);
-  Click(u"BitBtnExcel"_s);
+  Click(u"ButtonErkannt"_s, u"BitBtnExcel"_s);
   EXPECT_EQ(kept, 0);
   Type(u"EditVH"_s, u";"_s);
   messages.answers = {Answer::Yes, Answer::No};
@@ -264,6 +263,7 @@ TEST_F(ExchangeDialogs, ComparisonIsDoneByKeysAlone) {
                                          {.id = "000002", .question = "Hund", .answer = "dog"}}));
   Show<TF_dlupd>();
   EXPECT_EQ(Find<QComboBox>(u"ComboBoxProzent"_s).currentText(), u"50"_s);
+  EXPECT_EQ(Find<QComboBox>(u"ComboBoxStrLen"_s).count(), 5);
   Choose(u"/deck/quelle.mlb"_s, u"BitBtnQuelle"_s);
   Press(Qt::Key_F5);
   auto& keep = Find<QPushButton>(u"BitBtnBeibehalten"_s);

@@ -14,8 +14,7 @@ TEST_F(LearningWindow, AnswerIsLoggedAndTheNextCardShown) {
   EXPECT_EQ(OnScreen(), "One") << "the back comes first";
   Click(u"BtHand"_s);
   EXPECT_EQ(OnScreen(), "Eins");
-  Click(u"BtHand"_s);
-  Click(u"SpeedButtonTausch"_s);
+  Click(u"BtHand"_s, u"SpeedButtonTausch"_s);
   EXPECT_EQ(OnScreen(), "Eins") << "swapped and inverse";
   Click(u"SpeedButtonTausch"_s);
   Trigger(u"MKopieren"_s);
@@ -25,9 +24,7 @@ TEST_F(LearningWindow, AnswerIsLoggedAndTheNextCardShown) {
     EXPECT_EQ(OnScreen() == "One", inverse);
     EXPECT_EQ(Find<QWidget>(u"SpeedButtonInversEin"_s).isVisible(), inverse);
   }
-  Click(u"SpeedButtonInversEin"_s);
-  Click(u"BtHand"_s);
-  Click(u"BtWeissIch"_s);
+  Click(u"SpeedButtonInversEin"_s, u"BtHand"_s, u"BtWeissIch"_s);
   EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 2"_s);
   EXPECT_EQ(Text(u"Edit1"_s), u"1"_s);
   EXPECT_EQ(Text(u"DisplayJetztGeuebt"_s), u"2"_s);
@@ -183,8 +180,7 @@ TEST_F(LearningWindow, TheEditorIsAskedForTheCardOnScreen) {
   Open();
   const QSignalSpy wanted(window.get(), &TF_wnlern::EditWanted);
   Trigger(u"MEditor"_s);
-  Click(u"BtWeissIch"_s);
-  Click(u"TbEdit"_s);
+  Click(u"BtWeissIch"_s, u"TbEdit"_s);
   EXPECT_EQ(wanted, QList<QVariantList>({{2}, {3}}));
 }
 

@@ -45,8 +45,9 @@ class WindowTest : public testing::Test {
     return Control<Widget>(Tested(), name);
   }
   QAction& Command(const QString& name) { return Find<QAction>(name); }
-  void Trigger(const QString& name) { Command(name).trigger(); }
-  void Click(const QString& name) { QTest::mouseClick(&Find<QAbstractButton>(name), Qt::LeftButton); }
+  // One after the other.
+  void Trigger(const auto&... names) { (Command(names).trigger(), ...); }
+  void Click(const auto&... names) { (QTest::mouseClick(&Find<QAbstractButton>(names), Qt::LeftButton), ...); }
   QString Text(const QString& name) { return Find<QLabel>(name).text(); }
   // Presses a key where the focus is.
   static void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {

@@ -66,11 +66,9 @@ TEST(LongWork, IsEndedByItsDialogOnlyWhereItAllowsIt) {
     auto* dialog = window.findChild<TF_dlprogress*>();
     ASSERT_NE(dialog, nullptr);
     const auto shown = [dialog] { return Control<QProgressBar>(*dialog, u"ProgressBar"_s).value(); };
-    EXPECT_TRUE(work.GoesOn(12));
-    EXPECT_EQ(shown(), 10) << "not twice in a moment";
+    EXPECT_TRUE(work.GoesOn(12) && shown() == 10) << "not twice in a moment";
     clock.milliseconds += 60;
-    EXPECT_TRUE(work.GoesOn(14));
-    EXPECT_EQ(shown(), 14);
+    EXPECT_TRUE(work.GoesOn(14) && shown() == 14);
     EXPECT_EQ(Control<QPushButton>(*dialog, u"ButtonCancel"_s).isVisible(), allowed);
     dialog->activateWindow();
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) QTest::keyClick(dialog->focusWidget(), key);
@@ -79,8 +77,7 @@ TEST(LongWork, IsEndedByItsDialogOnlyWhereItAllowsIt) {
     EXPECT_TRUE(dialog->isVisible()) << "until the work has ended";
     EXPECT_EQ(work.GoesOn(20), !allowed);
   }
-  EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
-  EXPECT_FALSE(LongWork::Running());
+  EXPECT_TRUE(QGuiApplication::overrideCursor() == nullptr && !LongWork::Running());
 }
 
 TEST(Background, WorksBesideTheWindowsAndReportsToThem) {
