@@ -91,6 +91,7 @@ TEST_F(CardEditor, CardCommandsSayWhatTheyDid) {
   Type(u"hinten"_s);
   Key(Qt::Key_B, Qt::ControlModifier);
   Type(u"!"_s);
+  EXPECT_FALSE(Command(u"MCardPaste"_s).isEnabled());
   Trigger(u"MCardCopy"_s, u"MCardPaste"_s);
   EXPECT_EQ(Status(), u"Karte ID: 000005 an Pos. 3 eingefügt"_s);
   EXPECT_EQ(Stored(4), "neu") << "what was typed is copied";

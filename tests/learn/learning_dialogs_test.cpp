@@ -50,6 +50,7 @@ TEST_F(LearningDialogs, ABoxIsCountedLearnedToItsEndAndChosenAnew) {
     EXPECT_EQ(Line(dialog, u"EditAnzNeu"_s) + Line(dialog, u"EditAnzFach1"_s) + Line(dialog, u"EditAnzFach2"_s),
               u"222"_s);
     EXPECT_EQ(Field(kTopic, 7), "2") << "raised to the streak";
+    EXPECT_EQ(Control<QWidget>(dialog, u"BitBtnLern%1"_s.arg(kBoxes)).toolTip(), u"Fach %1 ist leer"_s.arg(kBoxes));
     auto& limit = Control<QLineEdit>(dialog, u"MaskEditMax2"_s);
     EXPECT_EQ(limit.text(), u"50"_s);
     limit.selectAll();

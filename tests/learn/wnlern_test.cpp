@@ -179,7 +179,9 @@ TEST_F(LearningWindow, EditsOfCardsAreShownAtOnceAndACardThatGoesGivesWay) {
 TEST_F(LearningWindow, TheEditorIsAskedForTheCardOnScreen) {
   Open();
   const QSignalSpy wanted(window.get(), &TF_wnlern::EditWanted);
-  Trigger(u"MEditor"_s);
+  const QSignalSpy print(window.get(), &TF_wnlern::PrintWanted);
+  Trigger(u"MEditor"_s, u"MDrucken"_s);
+  EXPECT_EQ(print, QList<QVariantList>({{2}}));
   Click(u"BtWeissIch"_s, u"TbEdit"_s);
   EXPECT_EQ(wanted, QList<QVariantList>({{2}, {3}}));
 }

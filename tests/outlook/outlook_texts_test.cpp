@@ -105,6 +105,7 @@ TEST(PredictionPage, ShowsOnlyWhatIsSureAndSaysWhenItIsWorse) {
       u"Durchschnitt."_s);
   ASSERT_EQ(page.plot.points.size(), 1U) << "too few answers for a point";
   EXPECT_EQ(page.table.rows.size(), 2U);
+  EXPECT_EQ(page.plot.x_ticks.back().label, u"100 %"_s);
   EXPECT_EQ(page.rows, std::vector<std::vector<int>>{Cards(40)});
   EXPECT_EQ(page.plot.points[0].text, u"80 bis 90 % vorhergesagt: 101 Antworten auf 40 Karten, gewusst 89,1 %"_s);
   report.usual_loss = 0.4;

@@ -227,12 +227,13 @@ TEST_F(PrintDialog, OffersTheCardsThatThereAre) {
   program.OpenTable();
   TF_wntab& table = *OpenWindows<TF_wntab>().at(0);
   ASSERT_TRUE(QTest::qWaitForWindowActive(&table));
-  QTest::keyClick(&Control<QTableView>(table, u"StringGridTab"_s), Qt::Key_A, Qt::ControlModifier);
+  Control<QTableView>(table, u"StringGridTab"_s).selectRow(0);
+  QTest::keyClick(&Control<QTableView>(table, u"StringGridTab"_s), Qt::Key_Down, Qt::ShiftModifier);
   DriveDialog<TF_dlprint>([&] { QTest::keyClick(&table, Qt::Key_P, Qt::ControlModifier); },
                           [&](TF_dlprint& dialog) {
                             EXPECT_EQ(dialog.parentWidget(), &table);
                             EXPECT_EQ(Box(dialog, u"ComboBoxKarten").currentText(), u"Markierte Karten"_s);
-                            EXPECT_EQ(State(dialog), u"5 Karten auf eine Seite"_s);
+                            EXPECT_EQ(State(dialog), u"2 Karten auf eine Seite"_s);
                             EXPECT_EQ(choose(dialog, CardChoice::Found), u"eine Karte auf eine Seite"_s);
                             EXPECT_EQ(choose(dialog, CardChoice::Shown), u"eine Karte auf eine Seite"_s);
                           });

@@ -197,7 +197,8 @@ TEST_F(HtmlView, LinksAreObjectsForScreenReaders) {
   EXPECT_EQ(link->role(), QAccessible::Link);
   EXPECT_EQ(side->indexOfChild(link), 1);
   EXPECT_EQ(link->parent(), side);
-  EXPECT_EQ(side->childAt(link->rect().center().x(), link->rect().center().y()), link);
+  for (QAccessibleInterface* child : {side->child(0), link})
+    EXPECT_EQ(side->childAt(child->rect().center().x(), child->rect().center().y()), child);
   link->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   EXPECT_EQ(links, QList<QVariantList>({{8}}));
   button->setFocus();
