@@ -165,8 +165,7 @@ TEST_F(LearningRunTest, UndoShowsTheCardAgainWithoutChoosing) {
   EXPECT_EQ(run->card().status, CardStatus::RepeatAfterError);
   EXPECT_EQ(std::tuple(run->figures().unknown_count, run->figures().presented), std::tuple(2, 2));
   EXPECT_EQ(random.draws, draws);
-  EXPECT_FALSE(run->CanUndo());
-  EXPECT_FALSE(run->moment().log.statistics);
+  EXPECT_TRUE(!run->CanUndo() && !(run->moment().log.statistics));
 }
 
 TEST_F(LearningRunTest, AClockThatWentBackEndsTheRun) {
@@ -185,8 +184,7 @@ TEST_F(LearningRunTest, AClockThatWentBackEndsTheRun) {
     run->Start();
     const int row = run->card().row;
     --clock.now;
-    EXPECT_TRUE(command().run_ended);
-    EXPECT_TRUE(run->ended());
+    EXPECT_TRUE(command().run_ended && run->ended());
     EXPECT_EQ(NoticeAfter({}, *run, file), Notice::ClockWentBack);
     run->Known();
     EXPECT_EQ(run->figures().answered, 0);

@@ -76,7 +76,6 @@ inline void Drop(QWidget& target, const QMimeData& what) {
   QApplication::sendEvent(&target, &enter);
   QDropEvent drop({}, Qt::CopyAction, &what, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(&target, &drop);
-  QApplication::processEvents();
 }
 
 // Clicks buttons of a window, one after the other: at the left, where a box has its mark.
