@@ -84,14 +84,6 @@ TEST_F(Options, PageGoesBackToItsStandardAndTheOthersStay) {
   EXPECT_EQ(keys::kErrorLimit.Read(program), 5.0);
 }
 
-TEST_F(Options, StayOnTheScreenInVeryLargeLetters) {
-  InLetters(2.5, [this] {
-    TF_dlopt dialog({program, &card_file, "/deck", {}}, messages);
-    dialog.show();
-    EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height());
-  });
-}
-
 TEST_F(Options, SoundOfErrorsCanBeHeardWhereItIs) {
   const TemporaryFolder folder;
   const QString sound = FromPath(folder.path() / "ton.wav");
