@@ -51,10 +51,10 @@ bool IsBelow(const fs::path& relative) {
 // Asks behind each piece, with its bytes, whether to go on.
 template <typename GoOn>
 bool Copy(Disk& disk, const MediaCopy& copy, const GoOn& go_on) {
-  constexpr size_t kPiece = size_t{256} * 1024;
+  constexpr size_t kCopiedAtOnce = size_t{256} * 1024;
   const std::unique_ptr<ReadableFile> from = disk.Open(copy.from);
   if (from == nullptr || !disk.MakeFolder(copy.to.parent_path())) return false;
-  std::string piece(kPiece, '\0');
+  std::string piece(kCopiedAtOnce, '\0');
   return ReplaceFile(disk, copy.to, [&](WritableFile& file) {
     std::ptrdiff_t count = 0;
     while ((count = from->Read(piece.data(), piece.size())) > 0) {
