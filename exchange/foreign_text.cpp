@@ -33,9 +33,9 @@ size_t AsciiRun(std::string_view text) {
 
 // Goes through the text once, piece by piece.
 bool HoldsAny(std::string_view text, char one, char other) {
-  constexpr size_t kPiece = size_t{64} * 1024;
-  for (; !text.empty(); text.remove_prefix(std::min(kPiece, text.size()))) {
-    const std::string_view piece = text.substr(0, kPiece);
+  constexpr size_t kAtOnce = size_t{64} * 1024;
+  for (; !text.empty(); text.remove_prefix(std::min(kAtOnce, text.size()))) {
+    const std::string_view piece = text.substr(0, kAtOnce);
     if (piece.find(one) != std::string_view::npos || piece.find(other) != std::string_view::npos) return true;
   }
   return false;

@@ -9,7 +9,7 @@ namespace tessaro::row_record {
 
 // A handle is the number of a record's first word. A record has two words or more, so rows can be counted by an int.
 inline constexpr size_t kMostWords = size_t{1} << 32;
-inline constexpr size_t kLeastRoom = 1024;
+inline constexpr size_t kLeastBlock = 1024;
 
 // What the upper bits of a record's place tell; the rest is a start or a number.
 inline constexpr uint64_t kChanged = uint64_t{1} << 63;

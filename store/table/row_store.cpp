@@ -44,7 +44,7 @@ void RowStore::BeginLoading(int columns, char separator, size_t file_size, bool 
 uint32_t* RowStore::AddRecord(size_t words, RowHandle& row) {
   const size_t needed = (words_used_ + words) * sizeof(uint32_t);
   if (words_used_ + words > kMostWords) return nullptr;
-  if (needed > records_.room() && !records_.Reserve(std::max({kLeastRoom, needed, 2 * records_.room()}))) {
+  if (needed > records_.room() && !records_.Reserve(std::max({kLeastBlock, needed, 2 * records_.room()}))) {
     return nullptr;
   }
   row = static_cast<RowHandle>(words_used_);
@@ -55,7 +55,7 @@ uint32_t* RowStore::AddRecord(size_t words, RowHandle& row) {
 bool RowStore::AddUnescaped(std::string_view text) {
   MemoryBlock& block = blocks_[unescaped_block_];
   const size_t needed = unescaped_size_ + text.size();
-  if (needed > block.room() && !block.Reserve(std::max({kLeastRoom, needed, 2 * block.room()}))) return false;
+  if (needed > block.room() && !block.Reserve(std::max({kLeastBlock, needed, 2 * block.room()}))) return false;
   if (!text.empty()) std::memcpy(block.data() + unescaped_size_, text.data(), text.size());
   unescaped_size_ = needed;
   return true;

@@ -134,7 +134,7 @@ bool RowStore::ComposeRow(const Place& place, size_t first, std::span<const Fiel
 std::optional<uint64_t> RowStore::PlaceOfRewritten(size_t size) {
   MemoryBlock& block = blocks_[RowBlocks::kRewritten];
   const size_t needed = rewritten_size_ + size;
-  if (needed > block.room() && !block.Reserve(std::max({kLeastRoom, needed, 2 * block.room()}))) return std::nullopt;
+  if (needed > block.room() && !block.Reserve(std::max({kLeastBlock, needed, 2 * block.room()}))) return std::nullopt;
   return RowBlocks::PlaceIn(RowBlocks::kRewritten, rewritten_size_);
 }
 
