@@ -229,7 +229,7 @@ void CardTable::PokeRows(std::span<const int> rows, const PackedFields& fields) 
     for (int i = first; i < last; ++i) {
       const int row = rows[static_cast<size_t>(i)];
       // The other part's rows are not to be looked at.
-      if (i + kAhead < last) Expect(rows[static_cast<size_t>(i + kAhead)]);
+      if (i + kAhead < last) Expect(rows[static_cast<size_t>(i) + size_t{kAhead}]);
       reader.Next();
       if (!state_->HasRow(row) || !store.RewriteInPlace(state_->RowAt(row), reader.fields(), composed)) {
         left.push_back(i);

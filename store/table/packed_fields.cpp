@@ -100,7 +100,7 @@ bool PackedFields::Repeats(const FieldView& field) const {
 
 std::optional<size_t> PackedReader::TakeNumber() {
   if (!rest_.empty() && static_cast<unsigned char>(rest_.front()) < kMore) {
-    const auto number = static_cast<size_t>(rest_.front());
+    const size_t number = static_cast<unsigned char>(rest_.front());
     rest_.remove_prefix(1);
     return number;
   }
