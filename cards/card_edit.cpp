@@ -110,7 +110,6 @@ CardEdit::Part CardEdit::EffectivePart(const CardCommand& command, const PackedF
   part.rows.reserve(edit.replaced.size() - from.row);
   part.old.Reserve(edit.replacing.bytes().size() - from.start);
   part.old_ids.Reserve(kPackedId * (edit.replaced.size() - from.row));
-  std::vector<FieldView> id(1);
   Change change;
   PackedReader reader(edit.replacing, from);
   for (size_t i = from.row; i < end; ++i) {
@@ -127,8 +126,7 @@ CardEdit::Part CardEdit::EffectivePart(const CardCommand& command, const PackedF
     part.rows.push_back(row);
     if (part.fresh) part.fresh->AddRow(change.fresh);
     part.old.AddRow(change.old);
-    id.front() = {kOldIdColumn, file_.cards().Peek(file_.columns().id, row)};
-    part.old_ids.AddRow(id);
+    AddOldId(file_.cards().Peek(file_.columns().id, row), part.old_ids);
     if (change.learned) part.learned.resize(part.rows.size());
     if (change.learned) part.learned.back() = 1;
   }

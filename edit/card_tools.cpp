@@ -90,7 +90,7 @@ ToolResult Put(CardFile& file, CommandStack& commands, const OverviewPlan& plan,
                std::string_view face, int row) {
   CardCommand command;
   for (const int removed : plan.removed) command.Remove(removed);
-  constexpr size_t kUsualEntry = 36;
+  constexpr size_t kUsualEntry = 36;  // bytes
   command.ReserveInserted(kUsualEntry * plan.ids.size());
   const int64_t start = generate([&](int64_t id, std::string_view question) {
     command.InsertBehind(plan.last_kept, NewCard(file, id, question, kBlankSide).fields());

@@ -73,7 +73,7 @@ struct Fragment {
   TextStyle style = {};
   int baseline = 0;  // of texts: where the letters stand
   ColourClass colour = ColourClass::Text;
-  bool framed = false;       // a frame of one pixel around the rectangle, in the link colour inside a link
+  bool framed = false;       // a thin frame around the rectangle, in the link colour inside a link
   bool transparent = false;  // pictures: white is transparent
   bool after_blank = false;  // of texts in lines that run from right to left: a blank stands before it
 };

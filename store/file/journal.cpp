@@ -17,6 +17,7 @@ constexpr std::string_view kMagic = "Tessaro journal 2\n";
 constexpr std::string_view kMagicWithoutEdits = "Tessaro journal 1\n";
 static_assert(kMagic.size() == kMagicWithoutEdits.size());
 
+constexpr int kOldIdColumn = 1;
 constexpr size_t kRecordHead = 2 * sizeof(uint64_t);
 
 enum class Kind : uint8_t { Row = 1, Table = 2, SavePoint = 3, Edit = 4 };
@@ -206,16 +207,18 @@ PackedFields OldIds(const std::vector<int>& rows, const CardTable& cards) {
   PackedFields ids;
   ids.Reserve(kPackedId * rows.size());
   const int column = cards.ColumnIndex(kId);
-  std::vector<FieldView> id(1);
   for (const int row : rows) {
     cards.Expect(row + CardTable::kAhead);
-    id.front() = {kOldIdColumn, cards.Peek(column, row)};
-    ids.AddRow(id);
+    AddOldId(cards.Peek(column, row), ids);
   }
   return ids;
 }
 
 }  // namespace
+
+void AddOldId(std::string_view id, PackedFields& ids) {
+  ids.AddRow({{kOldIdColumn, id}});
+}
 
 EditChange EditChangeOf(TableEdit edit, PackedFields old_ids, const CardTable& cards) {
   EditChange change;

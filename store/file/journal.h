@@ -39,9 +39,9 @@ struct EditChange {
   TableEdit edit;
   bool operator==(const EditChange&) const = default;
 };
-// `old_ids`: of the rows that change, each as the field kOldIdColumn, from a caller that has them; else none.
+// `old_ids`: of the rows that change, from a caller that has them, made by AddOldId; else none.
 EditChange EditChangeOf(TableEdit edit, PackedFields old_ids, const CardTable& cards);
-inline constexpr int kOldIdColumn = 1;
+void AddOldId(std::string_view id, PackedFields& ids);
 inline constexpr size_t kPackedId = 9;  // bytes that one usually takes: column, length, six digits, end
 // Does it to the table as it is to be done: all of it, or nothing when the table is another.
 bool Apply(const EditChange& change, CardTable& cards);

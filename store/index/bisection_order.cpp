@@ -159,7 +159,7 @@ std::optional<std::vector<int32_t>> PlainOrder(const std::vector<int64_t>& keys,
 }  // namespace
 
 std::vector<int32_t> BisectionOrder(const std::vector<int64_t>& keys, int64_t end_key) {
-  if (const std::optional<std::vector<int32_t>> plain = PlainOrder(keys, end_key)) return *plain;
+  if (std::optional<std::vector<int32_t>> plain = PlainOrder(keys, end_key)) return *std::move(plain);
   std::vector<int32_t> order = SortedEntries(keys, end_key);
   size_t distinct = 0;
   const std::vector<int32_t> ranks = Ranks(keys, order, distinct);

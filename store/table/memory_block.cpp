@@ -5,6 +5,8 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/large_pages.h"
+
 #ifdef __linux__
 #include <sys/mman.h>
 #endif
@@ -12,8 +14,7 @@
 namespace tessaro {
 namespace {
 
-// Half of the time of loading goes into the first touch of fresh memory; large pages need few such touches. Small
-// blocks come from the heap.
+// Large blocks are mapped, so that they can grow without being copied; small ones come from the heap.
 constexpr size_t kLeastMapped = size_t{1} << 20;
 
 bool IsMapped([[maybe_unused]] size_t size) {
@@ -29,7 +30,7 @@ char* Allocate(size_t size) {
   if (IsMapped(size)) {
     void* const memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED) return nullptr;
-    madvise(memory, size, MADV_HUGEPAGE);
+    PreferLargePages(static_cast<char*>(memory), size);
     return static_cast<char*>(memory);
   }
 #endif

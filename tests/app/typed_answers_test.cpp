@@ -40,6 +40,14 @@ TEST_F(AnswerModesTest, TypedWordIsCheckedWithEveryKey) {
   EXPECT_EQ(Text(u"LabelSeite"_s), u"Antwortseite"_s);
   EXPECT_EQ(Focused(), u"BitBtnWeissIch"_s);
   EXPECT_EQ(Answers(), "--");
+}
+
+TEST_F(AnswerModesTest, KeysThatWriteNothingJudgeOnceTheAnswerWasSeen) {
+  Learn({AskedCard(1, "Frage", "Das Haus"), AskedCard(2, "Zwei", "zwei")}, Qt::Key_2);
+  auto& input = Find<QLineEdit>(u"RichEditVgl"_s);
+  Type("Haus d");
+  Key(Qt::Key_Home);
+  Key(Qt::Key_Delete);
   Click(u"BitBtnHand"_s);
   EXPECT_EQ(Focused(), u"RichEditVgl"_s);
   for (const QString& side : {u"Frageseite"_s, u"Antwortseite"_s}) {

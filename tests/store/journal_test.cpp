@@ -69,17 +69,15 @@ class CardFileJournal : public ::testing::Test {
   // The answer of this row changes; mostly a card comes, too, or where one came before it goes.
   void EditCards(int row, int answer) {
     TableEdit edit;
-    if (answer % 3 == 0) {
-    } else if (file_->CardCount() > 3) {
+    if (answer % 3 != 0 && file_->CardCount() > 3) {
       edit.removed = {5};
-    } else {
+    } else if (answer % 3 != 0) {
       edit.places = {4};
       edit.inserted.AddRow({{file_->columns().id, "000009"}, {file_->columns().score, "000000003"}});
     }
     edit.replaced = {row};
-    // What is not short is longer than what is written at once.
-    const std::string text = std::to_string(answer) + std::string(answer < kLong ? 0 : 1'200'000, 'x');
-    edit.replacing.AddRow({{file_->columns().answer, text}});
+    const std::string longer(answer < kLong ? 0 : 1'200'000, 'x');  // than what is written at once
+    edit.replacing.AddRow({{file_->columns().answer, std::to_string(answer) + longer}});
     EXPECT_TRUE(file_->Edit(edit));
   }
 
