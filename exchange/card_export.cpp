@@ -2,8 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <cstring>
 #include <initializer_list>
+#include <mutex>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -44,11 +49,40 @@ std::string Outside(std::string_view text, const TextFileForm& form) {
   return HasPages(form) ? Utf8FromCodePage(text) : std::string(text);
 }
 
-bool Write(WritableFile& file, TextFileForm form, std::string_view text) {
-  const std::string lines = form.cr_lf ? WithCrLf(text) : std::string();
-  if (form.cr_lf) text = lines;
-  return file.Write(form.utf8 && !HasPages(form) ? std::string_view(Utf8FromCodePage(text)) : text);
+// Brings a composed text into the form of the file.
+void Bring(std::string& text, const TextFileForm& form) {
+  if (form.cr_lf) text = WithCrLf(text);
+  if (form.utf8 && !HasPages(form)) text = Utf8FromCodePage(text);
 }
+
+// The turns of threads whose work must be done in its order. They count from 0.
+class Turns {
+ public:
+  // Waits for a turn; false when none comes any more.
+  bool Await(int turn) {
+    std::unique_lock lock(mutex_);
+    passed_.wait(lock, [&] { return over_ || turn_ == turn; });
+    return !over_;
+  }
+  // Ends the turn that it is.
+  void Pass() {
+    const std::scoped_lock lock(mutex_);
+    ++turn_;
+    passed_.notify_all();
+  }
+  // Ends all turns, in or out of one's own.
+  void End() {
+    const std::scoped_lock lock(mutex_);
+    over_ = true;
+    passed_.notify_all();
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable passed_;
+  int turn_ = 0;
+  bool over_ = false;
+};
 
 // A few bytes that are looked for, sixteen places at once.
 class Marks {
@@ -186,6 +220,7 @@ class RowComposer {
     for (size_t i = 0; i < count; ++i) columns_[i] = cards.ColumnIndex(names[i]);
   }
 
+  int RowCount() const { return cards_.RowCount(); }
   // Composes the next rows, to the piece's end or until the text is long enough. May run on several threads.
   void Compose(Piece& piece) const {
     piece.text.clear();
@@ -218,44 +253,69 @@ class RowComposer {
   std::array<int, count> columns_ = {};
 };
 
-// Writes what was composed; false when nothing more is to be written.
-bool WriteComposed(const Piece& piece, TextFileForm form, WritableFile& file, const WorkObserver& observer,
-                   ExportResult& result) {
-  result = {piece.end, result.cards + piece.cards, piece.separator};
-  if (!Write(file, form, piece.text)) {
-    result.end = ExportEnd::WriteFailed;
-  } else if (observer && !observer(result.cards)) {
-    result.end = ExportEnd::Cancelled;
-  }
-  return !piece.last && result.end == ExportEnd::Done;
-}
-
-// Two threads compose the rows, a piece each; what they made is written in the order of the rows.
+// Writes the rows of a table with two threads: while the one writes a piece the other composes the next.
 template <typename Composer>
-ExportResult WriteRows(const Composer& rows, int row_count, TextFileForm form, WritableFile& file,
-                       const WorkObserver& observer) {
-  constexpr int kRowsOfPiece = 4096;
-  ExportResult result;
-  const auto write = [&](Piece& piece) {
-    while (WriteComposed(piece, form, file, observer, result)) {
+class RowsExport {
+ public:
+  RowsExport(const Composer& rows, TextFileForm form, WritableFile& file, const WorkObserver& observer)
+      : rows_(rows), form_(form), file_(file), observer_(observer) {}
+
+  ExportResult Write() {
+    std::future other = std::async(OnOtherThread(rows_.RowCount() >= kWorthAThread), [&] { WritePieces(1, 2, {}); });
+    const bool alone = other.wait_for(std::chrono::seconds(0)) == std::future_status::deferred;
+    WritePieces(0, alone ? 1 : 2, observer_);
+    if (!alone) other.get();
+    if (no_memory_) result_.end = ExportEnd::WriteFailed;
+    return result_;
+  }
+
+ private:
+  static constexpr int kRowsOfPiece = 4096;
+
+  // Writes the piece with this number and each `step` behind it. What a thread changes is its own until its turn comes.
+  void WritePieces(int number, int step, const WorkObserver& observer) try {
+    Piece piece;
+    for (; number * kRowsOfPiece < rows_.RowCount(); number += step) {
+      piece.next = number * kRowsOfPiece + 1;
+      piece.behind = std::min(piece.next + kRowsOfPiece, rows_.RowCount() + 1);
+      Compose(piece);
+      if (!turns_.Await(number)) return;
+      WriteWhole(piece, observer) ? turns_.Pass() : turns_.End();
+    }
+  } catch (const std::bad_alloc&) {
+    no_memory_ = true;
+    turns_.End();
+  }
+  // Goes on composing where a piece is long. False when nothing more is to be written.
+  bool WriteWhole(Piece& piece, const WorkObserver& observer) {
+    while (WriteComposed(piece, observer)) {
       if (piece.next == piece.behind) return true;
-      rows.Compose(piece);
+      Compose(piece);
     }
     return false;
-  };
-  Piece first, second;
-  for (int row = 1; row <= row_count; row = second.behind) {
-    first.next = row;
-    first.behind = second.next = std::min(row + kRowsOfPiece, row_count + 1);
-    second.behind = std::min(second.next + kRowsOfPiece, row_count + 1);
-    const std::future composed = std::async(OnOtherThread(second.next < second.behind), [&] { rows.Compose(second); });
-    rows.Compose(first);
-    if (!write(first)) break;
-    composed.wait();
-    if (!write(second)) break;
   }
-  return result;
-}
+  void Compose(Piece& piece) const {
+    rows_.Compose(piece);
+    Bring(piece.text, form_);
+  }
+  bool WriteComposed(const Piece& piece, const WorkObserver& observer) {
+    result_ = {piece.end, result_.cards + piece.cards, piece.separator};
+    if (!file_.Write(piece.text)) {
+      result_.end = ExportEnd::WriteFailed;
+    } else if (observer && !observer(result_.cards)) {
+      result_.end = ExportEnd::Cancelled;
+    }
+    return !piece.last && result_.end == ExportEnd::Done;
+  }
+
+  const Composer& rows_;
+  TextFileForm form_;
+  WritableFile& file_;
+  const WorkObserver& observer_;
+  Turns turns_;
+  ExportResult result_;
+  std::atomic<bool> no_memory_ = false;
+};
 
 }  // namespace
 
@@ -276,7 +336,8 @@ ExportResult WriteTableExport(const CardTable& cards, char separator, char quote
     line += '\n';
     return std::nullopt;
   };
-  return WriteRows(RowComposer(cards, kCardColumns, add), cards.RowCount(), form, file, observer);
+  const RowComposer rows(cards, kCardColumns, add);
+  return RowsExport(rows, form, file, observer).Write();
 }
 
 ExportResult WriteTextExport(const CardTable& cards, char separator, char card_separator, TextFileForm form,
@@ -295,7 +356,8 @@ ExportResult WriteTextExport(const CardTable& cards, char separator, char card_s
     return std::nullopt;
   };
   constexpr std::array kColumns = {kId, kQuestion, kAnswer};
-  return WriteRows(RowComposer(cards, kColumns, add), cards.RowCount(), form, file, observer);
+  const RowComposer rows(cards, kColumns, add);
+  return RowsExport(rows, form, file, observer).Write();
 }
 
 ExportResult ExportToFile(Disk& disk, const std::filesystem::path& path, const ExportWriter& write) {

@@ -65,13 +65,30 @@ TEST(CardExport, UnfitSeparatorEndsItBehindTheCardsBefore) {
   EXPECT_EQ(Table(MakeCards({{.topic = ";"}})).find("unfit"), std::string::npos);
 }
 
+// So many are written by two threads, and each has more than one turn.
+constexpr int kManyCards = 17'000;
+
+TEST(CardExport, ManyCardsComeInTheirOrderUpToAnUnfitOne) {
+  for (const int unfit : {kManyCards, 5000, 9000}) {
+    std::vector<TestCard> cards;
+    std::string expected = ";\n|\n";
+    for (int i = 0; i < kManyCards; ++i) {
+      cards.push_back(
+          Card(std::to_string(i) + std::string(i % 3000 == 2999 ? 400'000 : 0, 'x'), i == unfit ? ";" : "b"));
+      if (i < unfit) expected += cards.back().question + ";\nb|\n";
+    }
+    expected += std::to_string(unfit + 1) + (unfit < kManyCards ? " unfit ;" : "");
+    EXPECT_TRUE(Text(MakeCards(cards)) == expected) << unfit;
+  }
+}
+
 TEST(CardExport, FileFormDecidesAboutLineEndsAndUtf8) {
   EXPECT_EQ(Text(MakeCards({Card("\xE4", "x\ny")}), {.cr_lf = true, .utf8 = true}),
             ";\r\n|\r\n\xC3\xA4;\r\nx\r\ny|\r\n2");
 }
 
 TEST(CardExport, FailedDiskAndCancelledWorkLeaveTheOldFile) {
-  const CardTable cards = MakeCards(std::vector<TestCard>(3000, Card("Frage", "Antwort")));
+  const CardTable cards = MakeCards(std::vector<TestCard>(kManyCards, Card("Frage", "Antwort")));
   MemoryDisk disk;
   disk.Put("/x.txt", "old");
   const auto run = [&](const WorkObserver& observer) {
