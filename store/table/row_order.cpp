@@ -7,22 +7,18 @@
 namespace tessaro {
 namespace {
 
-constexpr size_t kChunkRows = 2048;
+constexpr size_t kNear = 8;  // chunks that are looked at one after the other
 // More rows than these are put in or taken out by making the order anew.
 constexpr size_t kFewRows = 500;
 
 }  // namespace
 
-size_t RowOrder::ChunkOf(int index) const {
-  // Right as long as rows were only appended, so that all chunks but the last are full.
-  const size_t guess = std::min(static_cast<size_t>(index) / kChunkRows, starts_.size() - 1);
-  if (starts_[guess] <= index && (guess + 1 == starts_.size() || index < starts_[guess + 1])) return guess;
+size_t RowOrder::FarChunkOf(int index, size_t guess) const {
+  // A chunk that was parted moves those behind it by one.
+  for (size_t next = guess; next < guess + kNear && next < starts_.size(); ++next) {
+    if (Holds(next, index)) return next;
+  }
   return static_cast<size_t>(std::upper_bound(starts_.begin(), starts_.end(), index) - starts_.begin()) - 1;
-}
-
-RowHandle RowOrder::At(int index) const {
-  const size_t chunk = ChunkOf(index);
-  return chunks_[chunk][static_cast<size_t>(index - starts_[chunk])];
 }
 
 void RowOrder::Append(RowHandle row) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -15,7 +16,10 @@ using RowHandle = uint32_t;
 class RowOrder {
  public:
   int size() const { return size_; }
-  RowHandle At(int index) const;
+  RowHandle At(int index) const {
+    const size_t chunk = ChunkOf(index);
+    return chunks_[chunk][static_cast<size_t>(index - starts_[chunk])];
+  }
   void Append(RowHandle row);
   // Puts the row before the one at `index`, which may be the end.
   void Insert(int index, RowHandle row);
@@ -26,7 +30,17 @@ class RowOrder {
   void Insert(std::span<const int> numbers, std::span<const RowHandle> rows);
 
  private:
-  size_t ChunkOf(int index) const;
+  static constexpr size_t kChunkRows = 2048;
+
+  bool Holds(size_t chunk, int index) const {
+    return starts_[chunk] <= index && (chunk + 1 == starts_.size() || index < starts_[chunk + 1]);
+  }
+  size_t ChunkOf(int index) const {
+    // Right as long as rows were only appended, so that all chunks but the last are full.
+    const size_t guess = std::min(static_cast<size_t>(index) / kChunkRows, starts_.size() - 1);
+    return Holds(guess, index) ? guess : FarChunkOf(index, guess);
+  }
+  size_t FarChunkOf(int index, size_t guess) const;
   void Split(size_t chunk);
   // Takes the rows from `index` on out, which may be the end, and gives them.
   void CutOff(int index, std::vector<RowHandle>& behind);
