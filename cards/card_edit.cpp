@@ -40,10 +40,9 @@ void CardCommand::Replace(int row, std::span<const FieldView> fields) {
   edit_.replacing.AddRow(fields);
 }
 
-void CardCommand::ReserveReplaced(size_t rows, size_t bytes) {
-  constexpr size_t kFrame = 4;  // of a row with one or two short fields
+void CardCommand::ReserveReplaced(size_t rows) {
   edit_.replaced.reserve(rows);
-  edit_.replacing.Reserve(bytes + kFrame * rows);
+  edit_.replacing.Reserve(PackedFields::kCountedRow * rows);
 }
 
 void CardCommand::AppendReplaced(CardCommand behind) {
@@ -109,7 +108,7 @@ CardEdit::Part CardEdit::EffectivePart(const CardCommand& command, const PackedF
   Part part;
   part.rows.reserve(edit.replaced.size() - from.row);
   part.old.Reserve(edit.replacing.bytes().size() - from.start);
-  part.old_ids.Reserve(kPackedId * (edit.replaced.size() - from.row));
+  part.old_ids.Reserve(PackedFields::kCountedRow * (edit.replaced.size() - from.row));
   Change change;
   PackedReader reader(edit.replacing, from);
   for (size_t i = from.row; i < end; ++i) {

@@ -30,8 +30,8 @@ class CardCommand {
 
   // Makes room for so many bytes of texts of inserted rows, ...
   void ReserveInserted(size_t bytes) { edit_.inserted.Reserve(bytes); }
-  // ... or for so many rows to be replaced, and bytes of their texts.
-  void ReserveReplaced(size_t rows, size_t bytes);
+  // ... or for so many rows that get a counted number.
+  void ReserveReplaced(size_t rows);
   // Replaces also what another command does, which does nothing else, in rows behind these.
   void AppendReplaced(CardCommand behind);
 

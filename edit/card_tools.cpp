@@ -24,14 +24,14 @@ bool Holds(std::string_view text, std::string_view tag) {
 
 // What an overview is made of: found in one walk over the cards.
 struct OverviewPlan {
-  std::vector<std::string_view> ids;  // of the entries, as the table holds them
+  PackedFields ids;  // of the entries
   std::vector<int> removed;
   int last_kept = 1;   // the row behind which cards are added
   int index_card = 0;  // the first card with "<index>" that was not generated
 
   // Adds what was found among the cards behind.
-  void Append(const OverviewPlan& behind) {
-    ids.insert(ids.end(), behind.ids.begin(), behind.ids.end());
+  void Append(OverviewPlan behind) {
+    ids.Append(std::move(behind.ids));
     removed.insert(removed.end(), behind.removed.begin(), behind.removed.end());
     last_kept = std::max(last_kept, behind.last_kept);
     if (index_card == 0) index_card = behind.index_card;
@@ -51,12 +51,12 @@ struct OverviewChoice {
 OverviewPlan PlanPart(const CardFile& file, const OverviewChoice& choice, int first, int end, TwoPartsGoOn& goes_on) {
   const std::array columns = {file.columns().id, file.columns().question};
   OverviewPlan plan;
-  plan.ids.reserve(static_cast<size_t>(file.CardCount()));
+  plan.ids.Reserve(PackedFields::kCountedRow * static_cast<size_t>(file.CardCount()));
   for (int row = first; row < end && goes_on(row); ++row) {
     file.cards().Expect(row + CardTable::kAhead);
     std::array<std::string_view, 2> texts;
     file.cards().PeekAll(row, columns, texts);
-    const auto [id, front] = texts;
+    const auto& [id, front] = texts;
     const bool has_tags = front.find('<') != std::string_view::npos;
     if (has_tags && choice.replaced(row, front)) {
       plan.removed.push_back(row);
@@ -66,7 +66,7 @@ OverviewPlan PlanPart(const CardFile& file, const OverviewChoice& choice, int fi
     if (plan.index_card == 0 && has_tags && Holds(front, kIndexTag) && !Holds(front, kAutomapTag)) {
       plan.index_card = row;
     }
-    if (!(has_tags && IsNavigation(front)) && choice.is_entry(row, front)) plan.ids.push_back(id);
+    if (!(has_tags && IsNavigation(front)) && choice.is_entry(row, front)) plan.ids.AddRow({{1, id}});
   }
   return plan;
 }
@@ -78,7 +78,7 @@ std::optional<OverviewPlan> PlanOverview(const CardFile& file, const OverviewCho
   auto [plan, behind] = InTwoParts(
       kFirstCardRow, end, [&](int first, int part_end) { return PlanPart(file, choice, first, part_end, goes_on); });
   if (goes_on.ended()) return std::nullopt;
-  plan.Append(behind);
+  plan.Append(std::move(behind));
   return std::move(plan);
 }
 
@@ -91,7 +91,7 @@ ToolResult Put(CardFile& file, CommandStack& commands, const OverviewPlan& plan,
   CardCommand command;
   for (const int removed : plan.removed) command.Remove(removed);
   constexpr size_t kUsualEntry = 36;  // bytes
-  command.ReserveInserted(kUsualEntry * plan.ids.size());
+  command.ReserveInserted(kUsualEntry * plan.ids.rows());
   const int64_t start = generate([&](int64_t id, std::string_view question) {
     command.InsertBehind(plan.last_kept, NewCard(file, id, question, kBlankSide).fields());
   });
@@ -101,7 +101,7 @@ ToolResult Put(CardFile& file, CommandStack& commands, const OverviewPlan& plan,
     command.Replace(plan.index_card, {{column, WithOverviewLink(front, start, face)}});
   }
   ToolResult result;
-  result.cards = static_cast<int>(plan.ids.size());
+  result.cards = static_cast<int>(plan.ids.rows());
   result.linked = plan.index_card != 0;
   result.start_id = start;
   if (!commands.Do(EditKind::Overview, std::move(command), row)) return {ToolOutcome::Failed};
@@ -137,8 +137,8 @@ ToolResult MakeRowOrderOverview(CardFile& file, CommandStack& commands, const Ov
   const RowTest any = [](int /*card*/, std::string_view /*front*/) { return true; };
   const auto plan = PlanOverview(file, {generated, any}, keep_going);
   if (!plan) return {ToolOutcome::Cancelled};
-  if (plan->ids.empty()) return {ToolOutcome::Nothing};
-  const int64_t id = NextId(file, RowOrderCards(static_cast<int64_t>(plan->ids.size())));
+  if (plan->ids.rows() == 0) return {ToolOutcome::Nothing};
+  const int64_t id = NextId(file, RowOrderCards(static_cast<int64_t>(plan->ids.rows())));
   if (id == 0) return {ToolOutcome::NoNumberLeft};
   commands.KeepSettings();
   const auto generate = [&](const TakeGenerated& take) { return GenerateRowOrder(plan->ids, symbols, id, take); };
@@ -157,8 +157,8 @@ ToolResult MakeTopicOverview(CardFile& file, CommandStack& commands, const Overv
   };
   const auto plan = PlanOverview(file, {same_title, has_topics}, keep_going);
   if (!plan) return {ToolOutcome::Cancelled};
-  if (plan->ids.empty() || topic1.empty()) return {ToolOutcome::Nothing};
-  const int64_t id = NextId(file, TopicCards(static_cast<int64_t>(plan->ids.size())));
+  if (plan->ids.rows() == 0 || topic1.empty()) return {ToolOutcome::Nothing};
+  const int64_t id = NextId(file, TopicCards(static_cast<int64_t>(plan->ids.rows())));
   if (id == 0) return {ToolOutcome::NoNumberLeft};
   const auto generate = [&](const TakeGenerated& take) {
     return GenerateTopic(plan->ids, topic1, topic2, symbols, id, take);

@@ -41,19 +41,20 @@ std::string EndOfEntry(const Wording& wording) {
 }
 
 // Generates the parts of one overview.
-void GenerateParts(const std::vector<std::string_view>& ids, const Wording& wording, int64_t first_id,
-                   const TakeGenerated& take) {
+void GenerateParts(const PackedFields& ids, const Wording& wording, int64_t first_id, const TakeGenerated& take) {
   constexpr std::string_view kEntry = "<a href=\"";
   const std::string rest = EndOfEntry(wording);
-  const size_t parts = PartCount(ids.size());
+  const size_t parts = PartCount(ids.rows());
+  PackedReader id_reader(ids);
   std::string text;
   for (size_t part = 0; part < parts; ++part) {
     const int64_t id = first_id + static_cast<int64_t>(part);
     text = Head(wording, part, parts, id + 1);
     const size_t begin = part * kEntriesOfPart;
-    const size_t end = std::min(begin + kEntriesOfPart, ids.size());
+    const size_t end = std::min(begin + kEntriesOfPart, ids.rows());
     for (size_t i = begin; i < end; ++i) {
-      text.append(kEntry).append(ids[i]).append(rest);
+      id_reader.Next();
+      text.append(kEntry).append(id_reader.fields().front().text).append(rest);
       if ((i - begin + 1) % kEntriesOfLine == 0 && i + 1 < end) text += kLineEnd;
     }
     take(id, text);
@@ -74,17 +75,17 @@ int64_t RowOrderCards(int64_t entries) {
   return parts < 2 ? parts : parts + static_cast<int64_t>(PartCount(static_cast<size_t>(parts)));
 }
 
-int64_t GenerateRowOrder(const std::vector<std::string_view>& ids, const OverviewSymbols& symbols, int64_t first_id,
+int64_t GenerateRowOrder(const PackedFields& ids, const OverviewSymbols& symbols, int64_t first_id,
                          const TakeGenerated& take) {
   const Wording parts = {"<navigation><automap>", std::string("Kartenübersicht"_cp), "", "weiter->", symbols.single};
   GenerateParts(ids, parts, first_id, take);
-  const auto count = static_cast<int64_t>(PartCount(ids.size()));
+  const auto count = static_cast<int64_t>(PartCount(ids.rows()));
   if (count < 2) return first_id;
   const Wording index = {
       "<navigation><automap><index>", std::string("Index Kartenübersicht"_cp), "", "weiter ->", symbols.group, false};
-  std::vector<std::string> part_ids;
-  for (int64_t part = 0; part < count; ++part) part_ids.push_back(IdText(first_id + part));
-  GenerateParts({part_ids.begin(), part_ids.end()}, index, first_id + count, take);
+  PackedFields part_ids;
+  for (int64_t part = 0; part < count; ++part) part_ids.AddRow({{1, IdText(first_id + part)}});
+  GenerateParts(part_ids, index, first_id + count, take);
   return first_id + count;
 }
 
@@ -97,7 +98,7 @@ std::string TopicTitle(std::string_view topic1, std::string_view topic2) {
   return Joined({topic1, " - ", topic2});
 }
 
-int64_t GenerateTopic(const std::vector<std::string_view>& ids, std::string_view topic1, std::string_view topic2,
+int64_t GenerateTopic(const PackedFields& ids, std::string_view topic1, std::string_view topic2,
                       const OverviewSymbols& symbols, int64_t first_id, const TakeGenerated& take) {
   const Wording wording = {"<navigation><autotopic>", TopicTitle(topic1, topic2), " ", "weiter->", symbols.single};
   GenerateParts(ids, wording, first_id, take);

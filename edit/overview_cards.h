@@ -4,9 +4,9 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/code_page.h"
+#include "store/table/packed_fields.h"
 
 // The texts of generated overview cards: navigation cards full of links, whose colours show what is known.
 namespace tessaro {
@@ -26,17 +26,17 @@ bool IsPictogram(std::string_view symbol);
 using TakeGenerated = std::function<void(int64_t id, std::string_view question)>;
 
 // Generates the cards of an overview, numbered from `first_id` on, in the order in which they come at the end of the
-// file, with an entry for each of the IDs; no IDs give no cards. Where the entries fill more than one part, an index
-// with an entry for each part follows them; it has parts itself where it needs them. The result is the number of the
-// card where the overview begins: the index, or the only part.
-int64_t GenerateRowOrder(const std::vector<std::string_view>& ids, const OverviewSymbols& symbols, int64_t first_id,
+// file, with an entry for each of the IDs, one field a row; no IDs give no cards. Where the entries fill more than one
+// part, an index with an entry for each part follows them; it has parts itself where it needs them. The result is the
+// number of the card where the overview begins: the index, or the only part.
+int64_t GenerateRowOrder(const PackedFields& ids, const OverviewSymbols& symbols, int64_t first_id,
                          const TakeGenerated& take);
 // How many cards that are.
 int64_t RowOrderCards(int64_t entries);
 
 // The same for the cards of one topic, or of two, without an index: the overview begins with its first part. A second
 // topic that is empty or equal to the first does not count.
-int64_t GenerateTopic(const std::vector<std::string_view>& ids, std::string_view topic1, std::string_view topic2,
+int64_t GenerateTopic(const PackedFields& ids, std::string_view topic1, std::string_view topic2,
                       const OverviewSymbols& symbols, int64_t first_id, const TakeGenerated& take);
 int64_t TopicCards(int64_t entries);
 // "Thema" or "Thema 1 - Thema 2": what the overview is called on its cards and in the link to it.

@@ -136,10 +136,8 @@ class Numbering {
   }
 
   CardCommand CommandFor(int first, int end, TwoPartsGoOn& goes_on) const {
-    constexpr size_t kIdSize = 6;
-    const auto rows = static_cast<size_t>(end - kFirstCardRow);
     CardCommand command;
-    command.ReserveReplaced(rows, kIdSize * rows);
+    command.ReserveReplaced(static_cast<size_t>(end - kFirstCardRow));
     std::vector<FieldView> fields;
     auto linking = std::lower_bound(seen_.linking.begin(), seen_.linking.end(), first);
     for (int row = first; row < end && goes_on(row); ++row) {

@@ -13,9 +13,8 @@
 namespace tessaro {
 namespace {
 
-constexpr std::string_view kMagic = "Tessaro journal 2\n";
-constexpr std::string_view kMagicWithoutEdits = "Tessaro journal 1\n";
-static_assert(kMagic.size() == kMagicWithoutEdits.size());
+constexpr std::string_view kMagic = "Tessaro journal 3\n";
+constexpr std::string_view kOlderMagics[] = {"Tessaro journal 1\n", "Tessaro journal 2\n"};
 
 constexpr int kOldIdColumn = 1;
 constexpr size_t kRecordHead = 2 * sizeof(uint64_t);
@@ -195,7 +194,8 @@ std::optional<JournalRecord> TakeRecord(Taker& taker) {
 
 std::optional<ContentStamp> TakeHead(Taker& taker) {
   const std::string_view magic = taker.Bytes(kMagic.size());
-  if (magic != kMagic && magic != kMagicWithoutEdits) return std::nullopt;
+  const bool older = std::find(std::begin(kOlderMagics), std::end(kOlderMagics), magic) != std::end(kOlderMagics);
+  if (magic != kMagic && !older) return std::nullopt;
   const std::string_view numbers = taker.rest();
   const ContentStamp base = taker.TakeStamp();
   const auto checksum = taker.Take<uint64_t>();
@@ -205,7 +205,7 @@ std::optional<ContentStamp> TakeHead(Taker& taker) {
 
 PackedFields OldIds(const std::vector<int>& rows, const CardTable& cards) {
   PackedFields ids;
-  ids.Reserve(kPackedId * rows.size());
+  ids.Reserve(PackedFields::kCountedRow * rows.size());
   const int column = cards.ColumnIndex(kId);
   for (const int row : rows) {
     cards.Expect(row + CardTable::kAhead);

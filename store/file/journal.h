@@ -42,7 +42,6 @@ struct EditChange {
 // `old_ids`: of the rows that change, from a caller that has them, made by AddOldId; else none.
 EditChange EditChangeOf(TableEdit edit, PackedFields old_ids, const CardTable& cards);
 void AddOldId(std::string_view id, PackedFields& ids);
-inline constexpr size_t kPackedId = 9;  // bytes that one usually takes: column, length, six digits, end
 // Does it to the table as it is to be done: all of it, or nothing when the table is another.
 bool Apply(const EditChange& change, CardTable& cards);
 
@@ -65,7 +64,7 @@ struct JournalContents {
 };
 
 // A journal is a head and then one record a change; all numbers are little-endian:
-//   head     "Tessaro journal 2\n", u64 size and u64 hash of the base, u64 checksum of these 16 bytes
+//   head     "Tessaro journal 3\n", u64 size and u64 hash of the base, u64 checksum of these 16 bytes
 //   record   u64 length of the payload, u64 checksum of the payload, payload
 //   payload  u8 kind, i64 time, then
 //            kind 1, row:         u32 row, u32 number of fields, for each: u32 column, u32 length, bytes
@@ -75,7 +74,8 @@ struct JournalContents {
 //            those
 //                                 that come, for those that change; u64 length and bytes of the packed fields of the
 //                                 old IDs, of the rows that come, of the rows that change
-// A head with "1" for "2" begins a journal without edits, as it was written before there were any.
+// A head with "1" begins a journal without edits, as it was written before there were any, one with "2" a journal
+// without counted numbers.
 // The checksum is XXH3 with 64 bits. Nothing is ever rewritten in place, so a crash can only cut the end.
 std::string JournalHead(const ContentStamp& base);
 std::string JournalText(const JournalRecord& record);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <utility>
 
 namespace tessaro {
@@ -21,11 +22,41 @@ constexpr size_t kMostColumns = 256;
 
 constexpr size_t kRowsOfPiece = 256;
 
+// Columns below this one can be counted: they need one group.
+constexpr size_t kMostCountedColumns = kMore;
+
 // Returns where the next one begins.
 char* PutNumber(char* at, size_t number) {
   for (; number >= kMore; number >>= kGroupBits) *at++ = static_cast<char>((number & (kMore - 1)) | kMore);
   *at++ = static_cast<char>(number);
   return at;
+}
+
+// By how much a byte of a word is shifted that stands there in memory.
+constexpr size_t ShiftOf(size_t byte) {
+  return 8 * (std::endian::native == std::endian::little ? byte : sizeof(uint64_t) - 1 - byte);
+}
+
+// The word that stands in memory as the text; 0 where it has no room for it. Copied bytes would have to be waited for.
+uint64_t WordOf(std::string_view text) {
+  uint64_t word = 0;
+  for (size_t i = 0; i < text.size() && text.size() <= sizeof word; ++i) {
+    word |= uint64_t{static_cast<unsigned char>(text[i])} << ShiftOf(i);
+  }
+  return word;
+}
+
+// Counts up a number of so many digits. False: it is none, or the next one is longer.
+bool CountUp(uint64_t& word, size_t size) {
+  constexpr uint64_t kByte = 0xFF;
+  for (; size > 0; --size) {
+    const size_t shift = ShiftOf(size - 1);
+    const uint64_t digit = (word >> shift) & kByte;
+    if (digit < '0' || digit > '9') return false;
+    if (digit < '9') return word += uint64_t{1} << shift, true;
+    word -= uint64_t{9} << shift;
+  }
+  return false;
 }
 
 }  // namespace
@@ -52,8 +83,10 @@ void PackedFields::AddRow(std::span<const FieldView> fields) {
 
 void PackedFields::AddToLastRow(std::span<const FieldView> fields) {
   bytes_.pop_back();
+  --rows_;
   for (const FieldView& field : fields) Add(field);
   bytes_ += '\0';
+  ++rows_;
 }
 
 void PackedFields::Append(PackedFields others) {
@@ -73,18 +106,29 @@ void PackedFields::BeginPiece() {
 void PackedFields::Add(const FieldView& field) {
   if (field.column < 1) return;
   const auto column = static_cast<size_t>(field.column);
-  // One that has a last text was noted with it.
-  if (column >= last_.size() || last_[column].start == 0) NoteColumn(field.column);
-  std::array<char, 2 * kMostGroups> head;
-  if (Repeats(field)) {
-    bytes_.append(head.data(), PutNumber(head.data(), column + kRepeated));
-    return;
-  }
-  char* const length = PutNumber(head.data(), column);
-  bytes_.append(head.data(), PutNumber(length, field.text.size()));
   if (column < kMostColumns && last_.size() <= column) last_.resize(column + 1);
-  if (column < kMostColumns) last_[column] = {bytes_.size(), field.text.size()};
-  bytes_ += field.text;
+  LastText none;
+  LastText& last = column < kMostColumns ? last_[column] : none;
+  // One that has a last text was noted with it.
+  if (last.start == 0) NoteColumn(field.column);
+  const uint64_t word = WordOf(field.text);
+  std::array<char, 2 * kMostGroups> head;
+  if (IsNextTo(last, field, word)) {
+    bytes_ += static_cast<char>(column | kMore);
+    bytes_ += '\0';
+    last.is_counted = true;
+  } else if (Repeats(last, field)) {
+    bytes_.append(head.data(), PutNumber(head.data(), column + kRepeated));
+  } else {
+    char* const length = PutNumber(head.data(), column);
+    bytes_.append(head.data(), PutNumber(length, field.text.size()));
+    last.start = bytes_.size();
+    last.size = field.text.size();
+    last.is_counted = false;
+    bytes_ += field.text;
+  }
+  last.word = word;
+  last.row = rows_;
 }
 
 void PackedFields::NoteColumn(int column) {
@@ -92,10 +136,16 @@ void PackedFields::NoteColumn(int column) {
   if (place == columns_.end() || *place != column) columns_.insert(place, column);
 }
 
-bool PackedFields::Repeats(const FieldView& field) const {
-  const auto column = static_cast<size_t>(field.column);
-  if (field.text.size() < kLeastRepeated || column >= last_.size()) return false;
-  return field.text == std::string_view(bytes_).substr(last_[column].start, last_[column].size);
+bool PackedFields::IsNextTo(const LastText& last, const FieldView& field, uint64_t word) const {
+  // A reader has one place for the number of a column in a row.
+  if (last.start == 0 || last.row == rows_ || last.size != field.text.size() || last.size > sizeof word) return false;
+  uint64_t next = last.word;
+  return static_cast<size_t>(field.column) < kMostCountedColumns && CountUp(next, last.size) && next == word;
+}
+
+bool PackedFields::Repeats(const LastText& last, const FieldView& field) const {
+  return field.text.size() >= kLeastRepeated && last.size == field.text.size() && !last.is_counted &&
+         field.text == std::string_view(bytes_).substr(last.start, last.size);
 }
 
 std::optional<size_t> PackedReader::TakeNumber() {
@@ -116,15 +166,41 @@ std::optional<size_t> PackedReader::TakeNumber() {
 
 bool PackedReader::Next() {
   fields_.clear();
-  while (const std::optional<size_t> column = TakeNumber()) {
-    if (*column == 0) return true;
+  while (true) {
+    if (const size_t counted = TakeCounted(); counted != 0) {
+      if (!CountUp(counted)) return false;
+      fields_.push_back({static_cast<int>(counted), last_[counted]});
+      continue;
+    }
+    const std::optional<size_t> column = TakeNumber();
+    if (!column || *column == 0) return column.has_value();
     const bool repeated = *column >= kRepeated;
     const size_t named = *column - (repeated ? kRepeated : 0);
     const std::optional<std::string_view> text = TakeText(named, repeated);
     if (!text || named == 0 || named >= kRepeated) return false;
     fields_.push_back({static_cast<int>(named), *text});
   }
-  return false;
+}
+
+size_t PackedReader::TakeCounted() {
+  if (rest_.size() < 2 || rest_[1] != '\0') return 0;
+  const auto group = static_cast<unsigned char>(rest_.front());
+  if (group <= kMore) return 0;
+  rest_.remove_prefix(2);
+  return group - kMore;
+}
+
+bool PackedReader::CountUp(size_t column) {
+  if (column >= last_.size() || last_[column].size() > sizeof(uint64_t)) return false;
+  if (counted_.empty()) counted_.resize(kMostCountedColumns);
+  std::string_view& last = last_[column];
+  uint64_t& word = counted_[column];
+  const char* const text = reinterpret_cast<const char*>(&word);
+  if (last.data() != text) {
+    word = WordOf(last);
+    last = std::string_view(text, last.size());
+  }
+  return tessaro::CountUp(word, last.size());
 }
 
 std::optional<std::string_view> PackedReader::TakeText(size_t column, bool repeated) {

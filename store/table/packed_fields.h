@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <optional>
 #include <span>
@@ -19,10 +20,14 @@ struct FieldView {
 
 // Fields of many rows in one piece of memory. Per field the column and the length of the text, each in as many groups
 // of seven bits as it needs, and the text; a row ends with the column 0. For a text that is the last one of its column
-// again there is one number, the column with kRepeated added. Every few hundred rows nothing is repeated from before,
-// so that reading can begin there.
+// again there is one number, the column with kRepeated added. For a number that is the last one of its column and one,
+// as those of cards mostly are, there is the column in two groups, of which the second is 0. Every few hundred rows
+// nothing is taken from before, so that reading can begin there.
 class PackedFields {
  public:
+  // Bytes that a row of one counted number takes.
+  static constexpr size_t kCountedRow = 3;
+
   struct Place {
     size_t row = 0;    // how many rows stand before it
     size_t start = 0;  // in the bytes
@@ -53,20 +58,25 @@ class PackedFields {
   bool operator==(const PackedFields& other) const { return rows_ == other.rows_ && bytes_ == other.bytes_; }
 
  private:
-  struct Slice {
-    size_t start = 0;
+  // The last text of a column.
+  struct LastText {
+    size_t start = 0;  // in the bytes; 0: there is none
     size_t size = 0;
+    size_t row = 0;           // that it stands in
+    uint64_t word = 0;        // the text, where a word holds it
+    bool is_counted = false;  // and it stands nowhere else
   };
   void Add(const FieldView& field);
   void BeginPiece();
   void NoteColumn(int column);
-  bool Repeats(const FieldView& field) const;
+  bool IsNextTo(const LastText& last, const FieldView& field, uint64_t word) const;
+  bool Repeats(const LastText& last, const FieldView& field) const;
 
   std::string bytes_;
   size_t rows_ = 0;
   std::vector<int> columns_;
-  std::vector<Slice> last_;    // by column, in the bytes
-  std::vector<Place> places_;  // where reading can begin, but for the beginning
+  std::vector<LastText> last_;  // by column
+  std::vector<Place> places_;   // where reading can begin, but for the beginning
 };
 
 // Walks through the rows once. The fields must outlive it and not change.
@@ -76,6 +86,9 @@ class PackedReader {
   PackedReader(const PackedFields& fields, const PackedFields::Place& from)
       : rest_(std::string_view(fields.bytes()).substr(from.start)) {}
   explicit PackedReader(std::string_view bytes) : rest_(bytes) {}
+  // Its fields point into itself.
+  PackedReader(const PackedReader&) = delete;
+  PackedReader& operator=(const PackedReader&) = delete;
 
   // The fields of the next row, valid until the call after it. False at the end, and where bytes are no row.
   bool Next();
@@ -84,12 +97,17 @@ class PackedReader {
 
  private:
   std::optional<size_t> TakeNumber();
+  // The column of a number that is counted up, if that comes next; 0: it does not.
+  size_t TakeCounted();
   // The text of a field whose column is named so; nothing where there is none.
   std::optional<std::string_view> TakeText(size_t column, bool repeated);
+  // Makes the last text of a column the number behind it. False: there is none.
+  bool CountUp(size_t column);
 
   std::string_view rest_;
   std::vector<FieldView> fields_;
   std::vector<std::string_view> last_;  // by column
+  std::vector<uint64_t> counted_;       // by column, the texts of counted numbers; all its room is made at once
 };
 
 }  // namespace tessaro

@@ -42,16 +42,22 @@ struct Overview {
   }
 };
 
+PackedFields Packed(const std::vector<std::string_view>& ids) {
+  PackedFields packed;
+  for (const std::string_view id : ids) packed.AddRow({{1, id}});
+  return packed;
+}
+
 Overview RowOrderOverview(const std::vector<std::string_view>& ids, const OverviewSymbols& symbols, int64_t first_id) {
   Overview overview;
-  overview.start = GenerateRowOrder(ids, symbols, first_id, overview.Take());
+  overview.start = GenerateRowOrder(Packed(ids), symbols, first_id, overview.Take());
   return overview;
 }
 
 Overview TopicOverview(const std::vector<std::string_view>& ids, std::string_view topic1, std::string_view topic2,
                        const OverviewSymbols& symbols, int64_t first_id) {
   Overview overview;
-  overview.start = GenerateTopic(ids, topic1, topic2, symbols, first_id, overview.Take());
+  overview.start = GenerateTopic(Packed(ids), topic1, topic2, symbols, first_id, overview.Take());
   return overview;
 }
 

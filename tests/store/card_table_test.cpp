@@ -154,38 +154,6 @@ TEST(CardTable, ManyRowsWithCommonTextsAreChangedEachByItself) {
   }
 }
 
-TEST(PackedFields, TextsThatComeAgainTakeNoRoom) {
-  PackedFields fields;
-  const std::string long_text(1000, 'x');
-  for (int i = 0; i < 100; ++i) fields.AddRow({{1, std::to_string(i)}, {2, long_text}, {300, long_text}});
-  fields.AddToLastRow({{2, long_text}, {2, "short"}, {2, "short"}});
-  const std::string bytes = fields.bytes();
-  EXPECT_LT(bytes.size(), 103'000U);  // of the column 300 each is kept
-  const std::optional<PackedFields> read = PackedFields::FromBytes(bytes, 100);
-  ASSERT_TRUE(read);
-  PackedReader reader(*read);
-  for (int i = 0; i < 100; ++i) {
-    const std::string number = std::to_string(i);
-    std::vector<FieldView> expected = {{1, number}, {2, long_text}, {300, long_text}};
-    if (i == 99) expected.insert(expected.end(), {{2, long_text}, {2, "short"}, {2, "short"}});
-    ASSERT_TRUE(reader.Next());
-    EXPECT_EQ(reader.fields(), expected) << i;
-  }
-  EXPECT_TRUE(reader.AtEnd());
-  // Joined with others, and read from the middle on.
-  PackedFields many;
-  for (int i = 0; i < 6; ++i) many.Append(fields);
-  const PackedFields::Place middle = many.Middle();
-  EXPECT_TRUE(many.rows() == 600 && middle.row == 300 && many.columns() == fields.columns());
-  many.AddToLastRow({{2, long_text}});
-  PackedReader rest(many, middle);
-  for (size_t i = middle.row; i < 600; ++i) ASSERT_TRUE(rest.Next() && rest.fields()[1].text == long_text) << i;
-  EXPECT_TRUE(rest.AtEnd() && rest.fields().back().text == long_text);
-  // A row that repeats what was never there.
-  const size_t second = bytes.find('\0') + 1;
-  EXPECT_FALSE(PackedFields::FromBytes(bytes.substr(second), 99));
-}
-
 TEST(CardTable, ManyInsertedAndDeletedRowsKeepTheirOrder) {
   std::string text = "A\n";
   for (int i = 0; i < 4500; ++i) text += std::to_string(i) + "\n";
