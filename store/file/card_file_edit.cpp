@@ -17,27 +17,48 @@ constexpr size_t kLong = size_t{1} << 18U;  // bytes of an edit that are worth a
 // The rows of the edit in which IDs and scores change, as they count now.
 struct ReplacedKeys {
   std::vector<int> ids;
+  std::vector<uint32_t> numbers;  // that those become, as SixDigits reads them
   std::vector<int> scores;
 };
 
-ReplacedKeys ReplacedKeysOf(const TableEdit& edit, const RowShift& shift, const CardColumns& columns) {
+// Those from a place among the replaced rows on, up to this one of them.
+ReplacedKeys KeysOfPart(const TableEdit& edit, const RowShift& shift, const CardColumns& columns,
+                        const PackedFields::Place& from, size_t end) {
   ReplacedKeys keys;
-  // A field may be named twice.
-  const auto add = [](std::vector<int>& rows, int row) {
-    if (rows.empty() || rows.back() != row) rows.push_back(row);
-  };
   const std::vector<int>& named = edit.replacing.columns();
-  if (std::count(named.begin(), named.end(), columns.id) > 0) keys.ids.reserve(edit.replaced.size());
-  if (std::count(named.begin(), named.end(), columns.score) > 0) keys.scores.reserve(edit.replaced.size());
-  PackedReader reader(edit.replacing);
-  for (const int row : edit.replaced) {
+  const auto names = [&](int column) { return std::count(named.begin(), named.end(), column) > 0; };
+  if (names(columns.id)) keys.ids.reserve(edit.replaced.size() - from.row);
+  if (names(columns.id)) keys.numbers.reserve(edit.replaced.size() - from.row);
+  if (names(columns.score)) keys.scores.reserve(edit.replaced.size() - from.row);
+  PackedReader reader(edit.replacing, from);
+  for (size_t i = from.row; i < end; ++i) {
     reader.Next();
+    const int row = shift.Map(edit.replaced[i]);
     for (const FieldView& field : reader.fields()) {
-      if (field.column == columns.id) add(keys.ids, shift.Map(row));
-      if (field.column == columns.score) add(keys.scores, shift.Map(row));
+      // A field may be named twice: the last one counts.
+      if (field.column == columns.id) {
+        if (keys.ids.empty() || keys.ids.back() != row) keys.ids.push_back(row);
+        keys.numbers.resize(keys.ids.size());
+        keys.numbers.back() = SixDigits(field.text);
+      }
+      if (field.column == columns.score && (keys.scores.empty() || keys.scores.back() != row)) {
+        keys.scores.push_back(row);
+      }
     }
   }
   return keys;
+}
+
+ReplacedKeys ReplacedKeysOf(const TableEdit& edit, const RowShift& shift, const CardColumns& columns) {
+  const PackedFields::Place middle = edit.replacing.Middle();
+  auto [keys, behind] =
+      InTwoParts(0, static_cast<int>(middle.row), static_cast<int>(edit.replaced.size()), [&](int first, int end) {
+        return KeysOfPart(edit, shift, columns, first == 0 ? PackedFields::Place() : middle, static_cast<size_t>(end));
+      });
+  keys.ids.insert(keys.ids.end(), behind.ids.begin(), behind.ids.end());
+  keys.numbers.insert(keys.numbers.end(), behind.numbers.begin(), behind.numbers.end());
+  keys.scores.insert(keys.scores.end(), behind.scores.begin(), behind.scores.end());
+  return std::move(keys);
 }
 
 }  // namespace
@@ -48,17 +69,17 @@ std::optional<RowShift> CardFile::Edit(TableEdit edit, PackedFields old_ids, Ind
   const EditChange change = EditChangeOf(std::move(edit), std::move(old_ids), content_.cards);
   // A long record is made and written beside the work for the table and the indexes.
   const bool is_long = change.edit.MemoryBytes() >= kLong;
-  std::future record = std::async(OnOtherThread(is_long), [&] { return journal_.EditRecord(change); });
+  std::future put = std::async(OnOtherThread(is_long), [&] { return journal_.PutEdit(change); });
   const auto tell_shift = [&](auto told, const RowShift& of) {
     if (!shift.empty()) watchers_.ForEach([&](CardWatcher& watcher) { (watcher.*told)(of); });
   };
   tell_shift(&CardWatcher::RowsWillShift, shift);
   if (!Perform(change.edit, shift, content_.cards)) {
+    (void)put.get();
+    journal_.EditDone(content_.cards, false);
     tell_shift(&CardWatcher::RowsShifted, RowShift());
     return std::nullopt;
   }
-  std::future kept =
-      std::async(OnOtherThread(is_long), [&] { return journal_.NoteEdit(content_.cards, change, record.get()); });
   bool rebuilt = false;
   if (index_work == IndexWork::Later) {
     LeaveOutOfIndexes(shift);
@@ -67,7 +88,7 @@ std::optional<RowShift> CardFile::Edit(TableEdit edit, PackedFields old_ids, Ind
   }
   changed_ = true;
   content_.unknown.reset();
-  journal_.Noted(kept.get());
+  journal_.EditDone(content_.cards, put.get());
   tell_shift(&CardWatcher::RowsShifted, shift);
   TellOfChanges(change.edit, shift);
   if (rebuilt) watchers_.ForEach([](CardWatcher& watcher) { watcher.IndexesRebuilt(); });
@@ -75,7 +96,7 @@ std::optional<RowShift> CardFile::Edit(TableEdit edit, PackedFields old_ids, Ind
 }
 
 bool CardFile::FollowInIndexes(const TableEdit& edit, const RowShift& shift) {
-  const auto [renumbered, scored] = ReplacedKeysOf(edit, shift, content_.columns);
+  const auto [renumbered, numbers, scored] = ReplacedKeysOf(edit, shift, content_.columns);
   const auto are_many = [&](const std::vector<int>& changed) {
     return changed.size() + shift.inserted().size() > static_cast<size_t>(CardCount() / kMostPutPart);
   };
@@ -87,17 +108,17 @@ bool CardFile::FollowInIndexes(const TableEdit& edit, const RowShift& shift) {
   // Where nothing but scores changed, their index needs no IDs.
   if (build_scores && !ids_differ && content_.learn_index.BuildAgain(content_.cards)) return true;
   std::optional<CardIds> ids;
-  if (build_links || build_scores) ids.emplace(content_.cards);
+  if (build_links || build_scores) ids.emplace(content_.cards, CardIds::Known{renumbered, numbers});
 
   content_.link_index.Shift(shift);
   if (!build_links) content_.link_index.Remove(renumbered);
-  for (const std::vector<int>* rows : {&renumbered, &shift.inserted()}) {
-    if (!build_links) content_.link_index.Put(*rows, content_.cards);
-    for (const int row : *rows) {
-      const uint32_t number = ids ? ids->number(row) : kNotSixDigits;
-      RaiseHighestId(number != kNotSixDigits ? number : LeadingNumber(content_.cards.Peek(content_.columns.id, row)));
-    }
-  }
+  if (!build_links) content_.link_index.Put(renumbered, content_.cards);
+  if (!build_links) content_.link_index.Put(shift.inserted(), content_.cards);
+  const auto raise = [&](int row, uint32_t number) {
+    RaiseHighestId(number != kNotSixDigits ? number : LeadingNumber(content_.cards.Peek(content_.columns.id, row)));
+  };
+  for (size_t i = 0; i < renumbered.size(); ++i) raise(renumbered[i], numbers[i]);
+  for (const int row : shift.inserted()) raise(row, ids ? ids->number(row) : kNotSixDigits);
   if (build_links) (void)BuildLinkIndex(content_, *ids, {});
 
   content_.learn_index.Shift(shift);

@@ -75,18 +75,14 @@ void CardJournal::RowChanged(CardTable& cards, int row, std::span<const int> col
   if (!batch_ || gathered_.size() >= kBatchSize) Noted(Push(cards));
 }
 
-PiecedText CardJournal::EditRecord(const EditChange& change) const {
-  return path_.empty() ? PiecedText() : JournalPieces(clock_.Now(), change);
-}
-
-bool CardJournal::NoteEdit(CardTable& cards, const EditChange& change, const PiecedText& record) {
+bool CardJournal::PutEdit(const EditChange& change) {
   if (path_.empty()) return true;
   const bool first = rows_.empty() && !whole_table_;
   // Rows that were changed before have other numbers now.
   whole_table_ = whole_table_ || change.edit.MovesRows();
   rows_.insert(rows_.end(), change.edit.replaced.begin(), change.edit.replaced.end());
-  if (batch_ && failing_) return false;
-  if (file_ == nullptr && !first) return WriteAnew(cards);
+  if ((batch_ && failing_) || (file_ == nullptr && !first)) return false;
+  const PiecedText record = JournalPieces(clock_.Now(), change);
   const bool is_short = record.size() < kBatchSize;
   std::string before = file_ == nullptr ? Beginning() : std::exchange(gathered_, std::string());
   if (is_short) before += record.Joined();
@@ -96,7 +92,12 @@ bool CardJournal::NoteEdit(CardTable& cards, const EditChange& change, const Pie
   }
   std::vector<std::string_view> pieces = is_short ? std::vector<std::string_view>() : record.pieces();
   pieces.insert(pieces.begin(), before);
-  return file_ == nullptr ? BeginFile(pieces) : Put(pieces) || WriteAnew(cards);
+  return file_ == nullptr ? BeginFile(pieces) : Put(pieces);
+}
+
+void CardJournal::EditDone(CardTable& cards, bool put) {
+  if (path_.empty()) return;
+  Noted(put || (!(batch_ && failing_) && WriteAnew(cards)));
 }
 
 void CardJournal::Noted(bool kept) {

@@ -55,12 +55,12 @@ class CardJournal {
 
   // The fields of one row changed; no columns: all of them.
   void RowChanged(CardTable& cards, int row, std::span<const int> columns);
-  // The record of a change that is to come; may be made on another thread.
-  PiecedText EditRecord(const EditChange& change) const;
-  // Rows came, went or changed in one step, which was done to the cards and has this record. May be called on another
-  // thread while nobody changes cards; what it returns is for `Noted`, to be called afterwards.
-  bool NoteEdit(CardTable& cards, const EditChange& change, const PiecedText& record);
-  void Noted(bool kept);
+  // Rows are to come, go or change in one step. May be called on another thread, beside the change itself; what it
+  // returns is for EditDone.
+  bool PutEdit(const EditChange& change);
+  // The step was done to the cards. Where its record could not be put, or it failed itself and `put` is false, the
+  // journal is written anew.
+  void EditDone(CardTable& cards, bool put);
   // The rows were all replaced.
   void TableChanged(CardTable& cards);
   // The cards were written to a file that has this stamp and will be moved into its place.
@@ -82,6 +82,8 @@ class CardJournal {
   JournalRecord RowRecord(const CardTable& cards, int row, std::span<const int> columns) const;
   JournalRecord TableRecord(CardTable& cards) const;
   // The head, and that what was written since may be there as well: a save that failed may have replaced the cards.
+  // Whether all changes are kept now.
+  void Noted(bool kept);
   std::string Beginning() const;
   std::string AllChanges(CardTable& cards);
   bool Push(CardTable& cards);

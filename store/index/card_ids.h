@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -19,7 +20,13 @@ inline uint32_t SixDigits(std::string_view id) {
 // in memory. Holds while the table stays as it is.
 class CardIds {
  public:
-  explicit CardIds(const CardTable& cards);
+  // Numbers of cards that are at hand, as SixDigits reads them, and the rows in ascending order that they stand in.
+  struct Known {
+    std::span<const int> rows = {};
+    std::span<const uint32_t> numbers = {};
+  };
+  explicit CardIds(const CardTable& cards) : CardIds(cards, Known()) {}
+  CardIds(const CardTable& cards, const Known& known);
 
   // Rows of the card table, frame included.
   int RowCount() const { return row_count_; }
@@ -41,7 +48,7 @@ class CardIds {
     uint64_t fingerprint = 0;
   };
   // Collects the numbers of these rows.
-  Part Collect(int first, int last);
+  Part Collect(int first, int last, const Known& known);
 
   const CardTable& cards_;
   int row_count_;
