@@ -210,6 +210,14 @@ double OpenWithoutIndexes(const fs::path& path) {
   });
 }
 
+// The text is gone before the cards are loaded.
+void ImportTable(const fs::path& table, const CardFilePaths& paths) {
+  const std::string bytes = ReadForeignText(*ReadFile(RealDisk(), table)).bytes;
+  const TableLayout layout = {'\x01', '\x02'};
+  const TableCheck check = CheckTable(bytes, layout);
+  Check(ReplaceByTable(RealDisk(), paths, bytes, layout, check).end == ImportEnd::Done, "table import");
+}
+
 // A new card file has cards of its own, and no number is above 999990.
 constexpr int kMostImported = 999'980;
 
@@ -231,10 +239,7 @@ void MeasureFiles(const fs::path& path, const fs::path& folder) {
   const fs::path imported = folder / "imported.mlb";
   Check(file.CreateNew(imported), "new file");
   const double table_import = Time([&] {
-    const std::string bytes = ReadForeignText(*ReadFile(RealDisk(), table)).bytes;
-    const TableLayout layout = {'\x01', '\x02'};
-    const TableCheck check = CheckTable(bytes, layout);
-    Check(ReplaceByTable(RealDisk(), file.paths(), bytes, layout, check).end == ImportEnd::Done, "table import");
+    ImportTable(table, file.paths());
     Check(file.Open(imported).result == OpenResult::Opened, "open");
   });
   file.Close();

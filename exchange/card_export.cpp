@@ -2,12 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <atomic>
-#include <chrono>
-#include <condition_variable>
 #include <cstring>
 #include <initializer_list>
-#include <mutex>
 #include <new>
 #include <optional>
 #include <string>
@@ -18,7 +14,7 @@
 #include "exchange/blank_card.h"
 #include "platform/code_page.h"
 #include "platform/disk.h"
-#include "platform/other_thread.h"
+#include "platform/turns.h"
 #include "platform/utf8.h"
 #include "store/file/safe_save.h"
 #include "store/table/card_columns.h"
@@ -54,35 +50,6 @@ void Bring(std::string& text, const TextFileForm& form) {
   if (form.cr_lf) text = WithCrLf(text);
   if (form.utf8 && !HasPages(form)) text = Utf8FromCodePage(text);
 }
-
-// The turns of threads whose work must be done in its order. They count from 0.
-class Turns {
- public:
-  // Waits for a turn; false when none comes any more.
-  bool Await(int turn) {
-    std::unique_lock lock(mutex_);
-    passed_.wait(lock, [&] { return over_ || turn_ == turn; });
-    return !over_;
-  }
-  // Ends the turn that it is.
-  void Pass() {
-    const std::scoped_lock lock(mutex_);
-    ++turn_;
-    passed_.notify_all();
-  }
-  // Ends all turns, in or out of one's own.
-  void End() {
-    const std::scoped_lock lock(mutex_);
-    over_ = true;
-    passed_.notify_all();
-  }
-
- private:
-  std::mutex mutex_;
-  std::condition_variable passed_;
-  int turn_ = 0;
-  bool over_ = false;
-};
 
 // A few bytes that are looked for, sixteen places at once.
 class Marks {
@@ -253,39 +220,32 @@ class RowComposer {
   std::array<int, count> columns_ = {};
 };
 
-// Writes the rows of a table with two threads: while the one writes a piece the other composes the next.
+// Writes the rows of a table, some thousand at a time.
 template <typename Composer>
 class RowsExport {
  public:
   RowsExport(const Composer& rows, TextFileForm form, WritableFile& file, const WorkObserver& observer)
       : rows_(rows), form_(form), file_(file), observer_(observer) {}
 
-  ExportResult Write() {
-    std::future other = std::async(OnOtherThread(rows_.RowCount() >= kWorthAThread), [&] { WritePieces(1, 2, {}); });
-    const bool alone = other.wait_for(std::chrono::seconds(0)) == std::future_status::deferred;
-    WritePieces(0, alone ? 1 : 2, observer_);
-    if (!alone) other.get();
-    if (no_memory_) result_.end = ExportEnd::WriteFailed;
+  ExportResult Write() try {
+    const int rows = rows_.RowCount();
+    const auto compose = [&](int number, Piece& piece) {
+      piece.next = number * kRowsOfPiece + 1;
+      piece.behind = std::min(piece.next + kRowsOfPiece, rows + 1);
+      Compose(piece);
+    };
+    const auto write = [&](Piece& piece, bool on_own) {
+      return WriteWhole(piece, on_own ? observer_ : WorkObserver());
+    };
+    WorkInTurns<Piece>((rows + kRowsOfPiece - 1) / kRowsOfPiece, rows >= kWorthAThread, compose, write);
     return result_;
+  } catch (const std::bad_alloc&) {
+    return {ExportEnd::WriteFailed};
   }
 
  private:
   static constexpr int kRowsOfPiece = 4096;
 
-  // Writes the piece with this number and each `step` behind it. What a thread changes is its own until its turn comes.
-  void WritePieces(int number, int step, const WorkObserver& observer) try {
-    Piece piece;
-    for (; number * kRowsOfPiece < rows_.RowCount(); number += step) {
-      piece.next = number * kRowsOfPiece + 1;
-      piece.behind = std::min(piece.next + kRowsOfPiece, rows_.RowCount() + 1);
-      Compose(piece);
-      if (!turns_.Await(number)) return;
-      WriteWhole(piece, observer) ? turns_.Pass() : turns_.End();
-    }
-  } catch (const std::bad_alloc&) {
-    no_memory_ = true;
-    turns_.End();
-  }
   // Goes on composing where a piece is long. False when nothing more is to be written.
   bool WriteWhole(Piece& piece, const WorkObserver& observer) {
     while (WriteComposed(piece, observer)) {
@@ -312,9 +272,7 @@ class RowsExport {
   TextFileForm form_;
   WritableFile& file_;
   const WorkObserver& observer_;
-  Turns turns_;
   ExportResult result_;
-  std::atomic<bool> no_memory_ = false;
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "exchange/dlimp.h"
 
 #include <QPushButton>
+#include <tuple>
 
 #include "exchange/card_export.h"
 #include "exchange/exchange_texts.h"
@@ -99,11 +100,17 @@ bool TF_dlimp::ReadFileAt(const fs::path& path) {
   if (!raw) return false;
   path_ = path;
   state_ = state;
-  raw_.clear();
-  if (!pages_.western()) raw_ = *raw;
+  FreeTexts();
+  std::string copy;
+  if (!pages_.western()) copy = *raw;
   text_ = ReadForeignText(*std::move(raw));
-  if (text_.encoding == Encoding::CodePage) raw_.clear();
+  if (text_.encoding != Encoding::CodePage) raw_ = std::move(copy);
   return true;
+}
+
+void TF_dlimp::FreeTexts() {
+  // An empty text that is assigned would leave them their memory.
+  (void)std::tuple(std::move(raw_), std::move(text_), std::move(table_text_));
 }
 
 bool TF_dlimp::Missing(SeparatorField& field) {
@@ -237,6 +244,8 @@ void TF_dlimp::Replace(const TableLayout& layout) {
   if (answer != Answer::Yes) return;
   const fs::path cards = ties_.file.paths().cards;
   accept();
+  // The cards that are loaded need as much memory.
+  FreeTexts();
   ties_.load(cards);
 }
 

@@ -43,6 +43,7 @@ class TF_dlimp : public QDialog {
   void ShowWarnings();
   void MakePreview();
   bool ReadFileAt(const std::filesystem::path& path);
+  void FreeTexts();
   void ShowGuess();
   void UseGuess();
 

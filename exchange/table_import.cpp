@@ -10,7 +10,7 @@
 
 #include "exchange/card_frame.h"
 #include "platform/disk.h"
-#include "platform/other_thread.h"
+#include "platform/turns.h"
 #include "store/table/card_columns.h"
 #include "store/table/table_scan.h"
 
@@ -217,17 +217,58 @@ size_t SecondHalfOf(std::string_view text, const TableLayout& layout, size_t lea
   return line_feed == std::string_view::npos ? text.size() : line_feed + 1;
 }
 
-// Writes all lines of a table in which all fit.
-bool WriteAllRows(TableLines lines, const TableCheck& check, WorkWatch& watch, WritableFile& file) {
-  bool ends = true;  // with a line feed
-  for (bool drop = check.start_row; !lines.AtEnd(); drop = false) {
-    if (!watch.GoOn(lines.Position())) return false;
-    if (drop) (void)lines.Next();
-    const std::string_view rows = lines.NextRows();
-    ends = rows.empty() || rows.back() == '\n';
-    if (!file.Write(rows)) return false;
+// Makes lines of a table rows, which then stand in `room` with some bytes behind them.
+std::string_view MakeRows(std::string_view lines, const TableLayout& layout, std::string& room) {
+  if (room.size() < lines.size() + kScanWidth) room.resize(lines.size() + kScanWidth);
+  const bool drops_quotes = layout.separator != '"' && lines.find('"') != std::string_view::npos;
+  const auto converted = [layout](char c) {
+    return c == layout.separator ? kFieldSeparator : c == layout.quote ? '"' : c;
+  };
+  char* end = room.data() + lines.size();
+  if (drops_quotes) {
+    end = std::remove_copy(lines.begin(), lines.end(), room.data(), '"');
+    std::transform(room.data(), end, room.data(), converted);
+  } else {
+    std::transform(lines.begin(), lines.end(), room.data(), converted);
   }
-  return ends || file.Write("\n");
+  return {room.data(), static_cast<size_t>(end - room.data())};
+}
+
+// Where those pieces of a table begin that are made rows at once, and its end.
+std::vector<size_t> PieceStarts(std::string_view text, const TableLayout& layout) {
+  std::vector<size_t> starts = {0};
+  while (starts.back() < text.size()) {
+    const size_t least = starts.back() + (HasLines(layout) ? kBufferSize : text.size());
+    const size_t line_feed = text.find('\n', std::min(least, text.size()));
+    starts.push_back(line_feed == std::string_view::npos ? text.size() : line_feed + 1);
+  }
+  return starts;
+}
+
+// Writes all lines of a table in which all fit.
+bool WriteAllRows(std::string_view text, const TableLayout& layout, bool drops_first, WorkWatch& watch,
+                  WritableFile& file) {
+  struct Rows {
+    std::string room;
+    std::string_view rows;
+    int64_t position = 0;
+  };
+  const std::vector<size_t> starts = PieceStarts(text, layout);
+  bool good = true;
+  bool ends = true;  // with a line feed
+  const auto convert = [&](int piece, Rows& work) {
+    const auto i = static_cast<size_t>(piece);
+    work.rows = MakeRows(text.substr(starts[i], starts[i + 1] - starts[i]), layout, work.room);
+    work.position = static_cast<int64_t>(starts[i + 1]);
+    if (i == 0 && drops_first) work.rows.remove_prefix(std::min(work.rows.find('\n'), work.rows.size() - 1) + 1);
+  };
+  const auto write = [&](const Rows& work, bool on_own) {
+    ends = work.rows.empty() || work.rows.back() == '\n';
+    good = (!on_own || watch.GoOn(work.position)) && file.Write(work.rows);
+    return good;
+  };
+  WorkInTurns<Rows>(static_cast<int>(starts.size()) - 1, text.size() >= kLeastSplitTable, convert, write);
+  return good && (ends || file.Write("\n"));
 }
 
 // Writes the lines that fit.
@@ -256,20 +297,7 @@ bool TableLines::NextPiece() {
     const size_t last_end = rest.rfind('\n', size - 1);
     size = std::min(last_end != std::string_view::npos ? last_end : rest.find('\n', size), rest.size() - 1) + 1;
   }
-  if (room_.size() < size + kScanWidth) room_.resize(size + kScanWidth);
-  const std::string_view source = rest.substr(0, size);
-  const bool drops_quotes = layout_.separator != '"' && source.find('"') != std::string_view::npos;
-  const auto converted = [layout = layout_](char c) {
-    return c == layout.separator ? kFieldSeparator : c == layout.quote ? '"' : c;
-  };
-  char* end = room_.data() + size;
-  if (drops_quotes) {
-    end = std::remove_copy(source.begin(), source.end(), room_.data(), '"');
-    std::transform(room_.data(), end, room_.data(), converted);
-  } else {
-    std::transform(source.begin(), source.end(), room_.data(), converted);
-  }
-  piece_ = {room_.data(), static_cast<size_t>(end - room_.data())};
+  piece_ = MakeRows(rest.substr(0, size), layout_, room_);
   at_ += size;
   return true;
 }
@@ -281,11 +309,6 @@ bool TableLines::Next() {
   piece_.remove_prefix(std::min(end + 1, piece_.size()));
   ++line_;
   return true;
-}
-
-std::string_view TableLines::NextRows() {
-  if (piece_.empty()) (void)NextPiece();
-  return std::exchange(piece_, {});
 }
 
 TableCheck CheckTable(std::string_view text, const TableLayout& layout, const WorkObserver& observer,
@@ -321,11 +344,10 @@ TableCheck CheckTable(std::string_view text, const TableLayout& layout, const Wo
 bool WriteTable(std::string_view text, const TableLayout& layout, const TableCheck& check, WritableFile& file,
                 const WorkObserver& observer) {
   WorkWatch watch(observer, kTellEveryBytes);
-  TableLines lines(text, layout);
   if (!file.Write(CardFileHead())) return false;
-  if (!(check.fault_count == 0 ? WriteAllRows(std::move(lines), check, watch, file)
-                               : WriteRows(std::move(lines), watch, file)))
-    return false;
+  const bool written = check.fault_count == 0 ? WriteAllRows(text, layout, check.start_row, watch, file)
+                                              : WriteRows(TableLines(text, layout), watch, file);
+  if (!written) return false;
   std::string end;
   AppendFrameRow(end, kEndMark);
   return file.Write(end);

@@ -56,11 +56,6 @@ class TableLines {
   std::string_view row() const { return row_; }
   // Counted from 1.
   int64_t line() const { return line_; }
-  // Goes on by all the rows at hand, which end with a line feed each, but for that of the text's last line where it
-  // has none. Empty at the end.
-  std::string_view NextRows();
-  // Whether no row is left.
-  bool AtEnd() const { return piece_.empty() && at_ == text_.size(); }
   // About how far it has come.
   int64_t Position() const { return static_cast<int64_t>(at_); }
 
