@@ -167,7 +167,7 @@ QStringList RemarkTexts(const OpenReport& report) {
   if (report.index_defect != IndexDefect::None) remarks << DefectText(report.index_defect);
   if (report.start_missing || report.end_missing) {
     const QString part = report.end_missing ? u"Das Ende"_s : u"Der Anfang"_s;
-    remarks << u"\n%1 der Kartei fehlt, die Datei ist beschädigt.\n%2 Karten konnten gelesen werden.\n\n"
+    remarks << u"\n%1 der Kartei fehlt, die Datei ist beschädigt.\nLesbare Karten: %2.\n\n"
                u"Beim nächsten Speichern bleibt die beschädigte Datei\nunter einem anderen Namen erhalten."_s.arg(
                    part, QLocale().toString(report.cards));
   }

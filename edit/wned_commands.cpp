@@ -12,6 +12,7 @@
 #include "edit/wntab.h"
 #include "settings/side_settings.h"
 #include "ui_wned.h"
+#include "widgets/count_texts.h"
 #include "widgets/text.h"
 
 using namespace Qt::StringLiterals;
@@ -99,7 +100,7 @@ void TF_wned::MCardBuildLinkIndex() {
   Do([this] {
     LongWork work(this, machine_.clock);
     if (file_.RebuildIndexes(ShowIndexes(work))) {
-      ShowStatus(u"Linkindex neu aufgebaut: %1 Karten"_s.arg(file_.link_index().RowCount() - 2));
+      ShowStatus(u"Linkindex neu aufgebaut: %1"_s.arg(CardsText(file_.link_index().RowCount() - 2)));
     } else {
       machine_.messages.Error(this, u"\nLinkindexaufbau Fehler,\nDefekt in Kartei.\nSiehe Hilfeindex!"_s);
     }

@@ -11,6 +11,7 @@
 #include "edit/wnsuch.h"
 #include "settings/side_settings.h"
 #include "ui_wntab.h"
+#include "widgets/count_texts.h"
 #include "widgets/text.h"
 #include "widgets/window_place.h"
 
@@ -167,9 +168,9 @@ void TF_wntab::BitBtnLoeschenClick() {
   model_->ShowAnew();
   Q_EMIT CardsTouched();
   const bool marked = file_.deletion_marks().Has(rows.front());
-  ui_->LabelErgebnis->setText((marked ? u"%1 Karten gelöscht (entfernt, wenn Editor und Tabelle geschlossen sind)"_s
-                                      : u"%1 Karten wiederhergestellt"_s)
-                                  .arg(rows.size()));
+  ui_->LabelErgebnis->setText(
+      (marked ? u"Gelöscht: %1 (entfernt, wenn Editor und Tabelle geschlossen sind)"_s : u"Wiederhergestellt: %1"_s)
+          .arg(CardsText(std::ssize(rows))));
 }
 
 void TF_wntab::BitBtnStatistikClick() {
@@ -183,7 +184,7 @@ void TF_wntab::BitBtnStatistikClick() {
   const bool done = desk_.ResetAll(rows);
   model_->ShowAnew();
   Q_EMIT CardsTouched();
-  ui_->LabelErgebnis->setText(done ? u"Statistik von %1 Karten gelöscht"_s.arg(rows.size())
+  ui_->LabelErgebnis->setText(done ? u"Statistik gelöscht: %1"_s.arg(CardsText(std::ssize(rows)))
                                    : u"Update fehlgeschlagen"_s);
 }
 

@@ -178,7 +178,7 @@ void TF_dlimp::TellTextImport(const ImportResult& result) {
     case ImportEnd::Done:
       Say(u"%1 Karten importiert"_s.arg(result.cards));
       return ties_.messages.Information(
-          this, u"%1 Karten importiert, noch nicht gespeichert.\n%2"_s.arg(NumberText(result.cards), BackAgainText()));
+          this, u"Importiert und noch nicht gespeichert: %1.\n%2"_s.arg(CardsText(result.cards), BackAgainText()));
     case ImportEnd::Cancelled:
       return Say(u"Abgebrochen, die Kartei ist wie zuvor"_s);
     case ImportEnd::NoNumbers:
@@ -208,7 +208,7 @@ void TF_dlimp::BitBtnExcelClick() {
 bool TF_dlimp::LeaveOutFaults() {
   if (table_check_.fault_count == 0) return true;
   QStringList lines = {
-      u"%1 von %2 Zeilen passen nicht:"_s.arg(NumberText(table_check_.fault_count), NumberText(table_check_.lines))};
+      u"Nicht passende Zeilen: %1 von %2."_s.arg(NumberText(table_check_.fault_count), NumberText(table_check_.lines))};
   for (int i = 0; i < kFaultsShown && i < static_cast<int>(table_check_.faults.size()); ++i) {
     const TableFault& fault = table_check_.faults[static_cast<size_t>(i)];
     lines << u"Zeile %1: %2"_s.arg(NumberText(fault.line), FaultText(fault.fault));

@@ -71,7 +71,7 @@ void TF_dlimp::ShowGuess() {
                            : u"Textkarten mit %1 zwischen den Seiten und %2 zwischen den Karten"_s.arg(
                                  CharacterName(guess_->separator), CharacterName(guess_->card_separator));
   ui_->LabelErkannt->setText(
-      u"Erkannt: %1 (%2 von %3 Zeilen passen)."_s.arg(what, NumberText(guess_->fitting), NumberText(guess_->lines)));
+      u"Erkannt: %1 (passende Zeilen: %2 von %3)."_s.arg(what, NumberText(guess_->fitting), NumberText(guess_->lines)));
 }
 
 void TF_dlimp::UseGuess() {
@@ -129,7 +129,7 @@ void TF_dlimp::ShowPreview() {
   const ForeignText& text = table ? TableText() : text_;
   const bool as_sides = text.encoding == Encoding::CodePage && !pages_.western();
   sentences << u"Zeichensatz: %1."_s.arg(as_sides ? u"der der Kartenseiten"_s : EncodingText(text.encoding));
-  if (text.zeros > 0) sentences << u"%1 Nullzeichen fallen weg."_s.arg(NumberText(text.zeros));
+  if (text.zeros > 0) sentences << u"Nullzeichen, die wegfallen: %1."_s.arg(NumberText(text.zeros));
   if (text.replaced > 0) sentences << ReplacementText(text);
   ui_->CheckBoxErsetzen->setVisible(text.replaced > 0);
   ui_->LabelVorschau->setText(sentences.join(u' '));
@@ -172,7 +172,7 @@ QString TF_dlimp::TableSentence() const {
   QString text = WouldCome(table_check_.cards) + u", an die Stelle aller Karten der offenen Kartei."_s;
   if (table_check_.fault_count > 0) {
     const TableFault& first = table_check_.faults.front();
-    text += u" %1 von %2 Zeilen passen nicht, die erste ist Zeile %3: %4."_s.arg(
+    text += u" Nicht passende Zeilen: %1 von %2, die erste ist Zeile %3: %4."_s.arg(
         NumberText(table_check_.fault_count), NumberText(table_check_.lines), NumberText(first.line),
         FaultText(first.fault));
   }

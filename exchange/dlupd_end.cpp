@@ -92,7 +92,7 @@ void TF_dlupd::TellResult() {
   if (counts.replaced > 0) lines << u"%1 ersetzt."_s.arg(CardsText(counts.replaced));
   if (counts.marked > 0) lines << u"%1 markiert."_s.arg(CardsText(counts.marked));
   if (counts.no_number > 0) lines << u"%1 nicht: die Kartennummern reichen nicht."_s.arg(CardsText(counts.no_number));
-  if (links.left > 0) lines << u"%1 Links führen noch zu Nummern der Quellkartei."_s.arg(NumberText(links.left));
+  if (links.left > 0) lines << u"Links, die noch zu Nummern der Quellkartei führen: %1."_s.arg(NumberText(links.left));
   if (lines.isEmpty()) return;
   lines.front().front() = lines.front().front().toUpper();
   lines << u"Noch ist nichts gespeichert. "_s + BackAgainText();
@@ -109,8 +109,8 @@ void TF_dlupd::OfferMedia() {
   if (copies.empty()) return;
   const Answer answer = ties_.messages.Question(
       this,
-      u"Die übernommenen Karten nennen %1 Bilder oder Töne, die bei der Quellkartei liegen.\nSollen sie kopiert "
-      u"werden?"_s.arg(copies.size()),
+      u"Bilder oder Töne der übernommenen Karten, die noch bei der Quellkartei liegen: %1.\nJetzt kopieren?"_s.arg(
+          copies.size()),
       u"Kopieren"_s, u"Nicht kopieren"_s, {}, Answer::Yes);
   if (answer != Answer::Yes) return;
   CopiedMedia done;
@@ -122,9 +122,9 @@ void TF_dlupd::OfferMedia() {
   }
   if (done.cancelled) {
     ties_.messages.Information(this,
-                               u"Abgebrochen: %1 von %2 Dateien sind kopiert."_s.arg(done.copied).arg(copies.size()));
+                               u"Abgebrochen. Kopierte Dateien: %1 von %2."_s.arg(done.copied).arg(copies.size()));
   }
-  if (done.failed > 0) ties_.messages.Error(this, u"%1 Dateien konnten nicht kopiert werden."_s.arg(done.failed));
+  if (done.failed > 0) ties_.messages.Error(this, u"Dateien, die nicht kopiert werden konnten: %1."_s.arg(done.failed));
 }
 
 // Where a comparison that did not come to its end can be taken up again.

@@ -186,13 +186,14 @@ TEST_F(ExchangeDialogs, ImportThatCannotBeReadSaysSoAndChangesNothing) {
 TEST_F(ExchangeDialogs, ImportSaysBeforehandWhatAFileWouldBring) {
   const std::tuple<std::string, int, QString> cases[] = {
       {std::string("\xA4\n|\na\xA4\nb|\nc\xA4\nd\0", 15), 0,
-       u"Die erste ist leer und fällt weg. Zeichensatz: Windows-1252. 1 Null"_s},
+       u"Die erste ist leer und fällt weg. Zeichensatz: Windows-1252. Nullzeichen, die wegfallen: 1."_s},
       {"a\xA4\nb|\nc\xA4\nd", 0, u"Es kämen 2 Karten, hinter die Karten der offenen Kartei. Der letzten fehlt das"_s},
       {"a\xA4\nb|\nxyz", 0,
        u"Es käme eine Karte, hinter die Karten der offenen Kartei. Hinter der letzten stehen noch 3 "_s},
       {"a\\\\b\xA4\nb|\n", 0, u"Kartei. Backslashes stehen doppelt, wie der Textexport sie schreibt. Zeichensatz"_s},
       {"a\xA4\nb|\nc|\n", 0, u"Die Prüfung hielte an: Falsche(s) Trennzeichen in Karte 1. Davor stehen"_s},
-      {"000007¤0¤f¤g¤1¤0¤wf¤0\nrubbish\n", 1, u"Kartei. 1 von 2 Zeilen passen nicht, die erste ist Zeile 2: nicht"_s}};
+      {"000007¤0¤f¤g¤1¤0¤wf¤0\nrubbish\n", 1,
+       u"Kartei. Nicht passende Zeilen: 1 von 2, die erste ist Zeile 2: nicht"_s}};
   Show<TF_dlimp>();
   for (const auto& [text, page, said] : cases) {
     disk.Put("/texts/t.txt", text);
@@ -294,7 +295,8 @@ TEST_F(ExchangeDialogs, ComparisonThatWasLeftGoesOnWhereItWas) {
   auto& keep = Find<QPushButton>(u"BitBtnBeibehalten"_s);
   ASSERT_TRUE(QTest::qWaitFor([&] { return keep.isEnabled(); }));
   Press(Qt::Key_Escape);
-  EXPECT_EQ(file.CardCount(), 3);
+  EXPECT_TRUE(file.CardCount() == 3 && !dialog->isVisible());
+  EXPECT_TRUE(messages.shown.last().startsWith(u"Eine Karte übernommen.\nNoch ist nichts gespeichert."_s));
   Show<TF_dlupd>();
   messages.answers = {Answer::Yes};
   Click(u"BitBtnQuelle"_s);
