@@ -7,6 +7,7 @@ namespace tessaro {
 namespace {
 
 constexpr double kSecondsPerMinute = 60;
+constexpr int64_t kPause = 5'000;  // milliseconds after which nobody seems to type any more
 
 // What the learner sees himself: a line end in the form of any system is one line feed, and blanks at the beginning do
 // not count.
@@ -35,6 +36,7 @@ void TypingTraining::Begin(std::string required, const TypingLimits& limits) {
 }
 
 TypingStep TypingTraining::Change(std::string_view typed, int64_t now) {
+  last_change_ = now;
   if (typed.empty()) letters_ = 0;
   if (typed.empty() || required_.empty()) return {.errors = errors_, .mood = mood_};
   std::string text = Cleaned(typed);
@@ -76,7 +78,7 @@ TypingStep TypingTraining::Finish(size_t letters, int64_t now) {
 }
 
 std::optional<TypingFigures> TypingTraining::Figures(int64_t now) const {
-  if (!start_) return std::nullopt;
+  if (!start_ || now - last_change_ > kPause) return std::nullopt;
   const double seconds = static_cast<double>(now - *start_) * 0.001;
   const auto letters = static_cast<double>(letters_);
   return TypingFigures{.letters = static_cast<int>(letters_),

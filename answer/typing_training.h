@@ -76,7 +76,8 @@ class TypingTraining {
   // next card.
   TypingStep Change(std::string_view typed, int64_t now);
 
-  // While a text is being typed; nothing before its first character and behind its last one.
+  // While a text is being typed; nothing before its first character, behind its last one and once nobody has typed for
+  // five seconds.
   std::optional<TypingFigures> Figures(int64_t now) const;
 
  private:
@@ -85,6 +86,7 @@ class TypingTraining {
   double ErrorPercent() const;
 
   std::string required_;
+  int64_t last_change_ = 0;
   TypingLimits limits_;
   int errors_ = 0;
   TypingMood mood_ = TypingMood::Normal;

@@ -18,7 +18,6 @@ namespace {
 
 constexpr KeptPlace kFirstPlace = {.x = 3, .y = 528, .width = 573, .height = 200};
 constexpr int kTickMilliseconds = 100;
-constexpr int kQuietTicks = 50;  // nobody types any more: the figures wait for the next key
 
 QString NameOf(char expected, CodePage page) {
   if (expected == ' ') return u"Leer"_s;
@@ -116,7 +115,6 @@ void TF_wntipp::RichEditTippChange() {
 
 void TF_wntipp::Follow(const TypingStep& step) {
   if (step.rewritten) ui_->RichEditTipp->Replace(FromBytes(*step.rewritten, Page()));
-  quiet_ticks_ = 0;
   Mark(step.mark);
   switch (step.verdict) {
     case TypingVerdict::Nothing:
@@ -169,7 +167,7 @@ void TF_wntipp::Mark(size_t place) {
 
 void TF_wntipp::ShowFigures() {
   const std::optional<TypingFigures> figures = training_.Figures(around_.clock.Milliseconds());
-  if (++quiet_ticks_ > kQuietTicks || !figures) return figures_.stop();
+  if (!figures) return figures_.stop();  // until the next key
   if (!show_figures_) return;
   ShowVerdict(*ui_->EditSec,
               QString::asprintf("Anschl.:%d Sek:%0.2f A/min:%0.1f", figures->letters, figures->seconds, figures->speed),

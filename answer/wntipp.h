@@ -60,7 +60,6 @@ class TF_wntipp : public AnswerWindow {
   QString sound_;
   bool result_shown_ = false;  // of the card before, until the first key
   QTimer figures_;
-  int quiet_ticks_ = 0;
 };
 
 }  // namespace tessaro

@@ -113,6 +113,7 @@ TEST(TypingTraining, ClockRunsFromTheFirstKeyAndTakesNoTimeForASecond) {
   EXPECT_EQ(figures.letters, 3);
   EXPECT_DOUBLE_EQ(figures.seconds, 1.0);
   EXPECT_DOUBLE_EQ(figures.speed, 180.0);
+  EXPECT_TRUE(typist.training.Figures(typist.now + 5000) && !typist.training.Figures(typist.now + 5001));
   EXPECT_DOUBLE_EQ(typist.Type("d", 0).result->speed, 240.0);
   Typist sudden("ab");
   EXPECT_DOUBLE_EQ(sudden.Type("ab", 0).result->speed, 120.0);

@@ -95,7 +95,7 @@ TEST_F(AnswerModesTest, SpecialCharactersGoIntoTheTypedLine) {
   Find<QLineEdit>(u"RichEditVgl"_s).setText(u"Dął"_s);
   Click(u"BitBtnWeissIch"_s);
   EXPECT_TRUE(Text(u"LabelVergleich"_s).contains(QChar(0xFFFD)));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return Text(u"LabelVergleich"_s).isEmpty(); }, 4000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Text(u"LabelVergleich"_s).isEmpty(); }, 8000));
   Click(u"SpeedButtonWahl"_s);
   EXPECT_FALSE(signs->isVisible());
 }
@@ -171,6 +171,7 @@ TEST_F(AnswerModesTest, CopiedTextIsJudgedAndNothingElseIs) {
   input.setFocus();
   Type(" ");
   EXPECT_EQ(Line(u"EditKommentar"_s), u"Bisher 1 Fehler"_s);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Line(u"EditSec"_s) == u"Anschl.:3 Sek:1.00 A/min:180.0"_s; }));
   Type("c");
   EXPECT_EQ(Answers(), "f---") << "one error in four is too many";
   EXPECT_EQ(Line(u"EditKommentar"_s), u"25.00% Fehler > 5.00% Limit"_s);
