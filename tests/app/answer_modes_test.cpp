@@ -125,6 +125,8 @@ TEST_F(AnswerModesTest, BoxesAreTickedBySpaceAndJudgedByEnter) {
   EXPECT_TRUE(Find<QCheckBox>(u"CheckBox1"_s).isChecked()) << "to be compared with the answer";
   Key(Qt::Key_Return);
   EXPECT_EQ(Answers(), "wf-");
+  Click(u"CheckBox0"_s, u"SpeedButtonBack"_s);
+  EXPECT_FALSE(Find<QWidget>(u"BitBtnMehrfach"_s).isEnabled()) << "what was ticked belonged to the other card";
 }
 
 TEST_F(AnswerModesTest, AnswersAmongVeryManyCardsAreOfferedAsSoonAsTheyAreFound) {

@@ -57,8 +57,11 @@ TEST(IntervalPlot, ShowsBothSeriesWithTheirForecasts) {
   const AnswerHistory history = ParseHistory("1700090830 1700004430 1700000830 1700000030 1700000000", "wwfww");
   const PlotContent content = IntervalContent(ForecastRetention(history, 0));
   QStringList texts;
-  for (const PlotPoint& point : content.points) texts += point.text.section(u": "_s, 1);
-  EXPECT_EQ(texts.join(u' '), u"30 Sek. 1 Tag 2 Tage 1 Tag 1 Tag"_s);
+  for (const PlotPoint& point : content.points) {
+    texts += u"%1%2 %3"_s.arg(point.text.front()).arg(point.x).arg(point.text.section(u": "_s, 1));
+  }
+  for (const PlotLine& line : content.lines) texts += u"%1-%2"_s.arg(line.points[0].x()).arg(line.points[1].x());
+  EXPECT_EQ(texts.join(u' '), u"11 30 Sek. 12 1 Tag 13 2 Tage 22 1 Tag 23 1 Tag 1-3"_s);
 }
 
 TEST(ShortcutCode, KeysThatTheProgramNeedsAreKnown) {
