@@ -99,8 +99,13 @@ TEST_F(MainWindowFiles, RecentRowsShowTheFocusAndAreOpenedByTheKeyboard) {
     QTest::keyClick(&row, key);
     EXPECT_TRUE(QTest::qWaitFor([this] { return CardsPath() == kTestFile; })) << key;
   }
+  // A card file that is let go over the window is opened.
+  QMimeData dragged;
+  dragged.setUrls({QUrl::fromLocalFile(QString::fromUtf8(kOther))});
+  Drop(window(), dragged);
+  QApplication::processEvents();
   // A file that is gone is left out once that is found.
-  ASSERT_TRUE(window().OpenFile(kOther) && disk.Remove(kTestFile) && disk.Remove("/deck/x.ml~"));
+  ASSERT_TRUE(CardsPath() == kOther && disk.Remove(kTestFile) && disk.Remove("/deck/x.ml~"));
   EXPECT_EQ(Find<QMenu>(u"MenuRecent"_s).actions().size(), 1);
   EXPECT_TRUE(!window().OpenFile(kTestFile) && Find<QMenu>(u"MenuRecent"_s).actions().isEmpty());
   EXPECT_FALSE(Find<QWidget>(u"PanelRecent"_s).isVisible());

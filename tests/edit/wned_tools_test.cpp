@@ -3,6 +3,7 @@
 #include <QItemSelectionModel>
 #include <QUrl>
 
+#include "edit/autobild.h"
 #include "edit/autolink.h"
 #include "edit/dlnumm.h"
 #include "edit/wnsign.h"
@@ -47,6 +48,13 @@ TEST_F(CardEditor, ListsFollowEveryCommandRowByRow) {
   Trigger(u"MCardLeer"_s);
   EXPECT_EQ(fronts(), u"Ofen - Topf x Herd"_s);
   EXPECT_EQ(grid.currentIndex().row(), 3) << "the marked row stays marked";
+  QString orders;
+  for (int column = 0; column < grid.model()->columnCount(); ++column) {
+    grid.sortByColumn(column, Qt::AscendingOrder);
+    for (const QString& front : fronts().split(u' ')) orders += front.front();
+    orders += u' ';
+  }
+  EXPECT_EQ(orders, u"O-TxH OTxH- -HOTx -OTxH O-HTx O-HTx O-TxH "_s);
   grid.sortByColumn(2, Qt::DescendingOrder);
   EXPECT_EQ(fronts(), u"Topf x Ofen Herd -"_s);
   EXPECT_EQ(Stored(2), "Ofen") << "the cards keep their order";
@@ -175,7 +183,9 @@ TEST_F(CardEditor, DroppedFilesAndThePictureOfTheClipboardBecomeTagsOfTheirSide)
 }
 
 TEST_F(CardEditor, NumberingAsksAndOverviewsAreMadeOfOneTopicOrTwo) {
-  Open({{.id = "000007", .question = "<topic=\"A\">Ofen"}, {.id = "000008", .question = "<topic=\"A\"><topic=\"B\">"}});
+  Open({{.id = "000007", .question = "<topic=\"A\"><img src=\"o.bmp\">", .time_row = "1700000000", .topic = "01"},
+        {.id = "000008", .question = "<topic=\"A\"><topic=\"B\">"}});
+  file.settings().SetString("TOPIC", "1", "Haus");
   DriveDialog<TF_dlnumm>([this] { window->MNummerierenClick(); },
                          [this](TF_dlnumm& dialog) {
                            for (const char16_t* number : {u"999990", u"4", u"4"}) {
@@ -188,13 +198,21 @@ TEST_F(CardEditor, NumberingAsksAndOverviewsAreMadeOfOneTopicOrTwo) {
   EXPECT_EQ(Status(), u"Nummerierung abgeschlossen"_s);
   DriveDialog<TF_autolink>([this] { window->MHtmlAutoLink(); },
                            [this](TF_autolink& dialog) {
-                             Press(dialog, u"BitBtnSymbols"_s, u"BitBtnAutoThema"_s);
+                             Press(dialog, u"BitBtnSymbols"_s, u"BitBtnTransfer"_s, u"BitBtnAutoThema"_s);
+                             EXPECT_FALSE(Stored(2).ends_with("\"Haus\">")) << "the box of a learned card";
+                             messages.answers = {Answer::Yes};
+                             Press(dialog, u"BitBtnTransfer"_s);
+                             EXPECT_TRUE(Stored(2).ends_with("<topic=\"Haus\">"));
                              Control<QComboBox>(dialog, u"ComboBoxHtmlMark2"_s).setCurrentIndex(2);
                              Press(dialog, u"BitBtnAutoThema"_s);
                            });
   EXPECT_TRUE(Status().startsWith(u"1 Karten bearbeitet. Keine Karte trägt <index>"_s)) << "both topics";
   EXPECT_TRUE(disk.Content("/deck/card.bmp")->starts_with("BM") && disk.Exists("/deck/cards.bmp"));
   EXPECT_EQ(window->row(), 5);
+  Trigger(u"MCardTop"_s);
+  messages.files = {u"/deck/a.bmp"_s};
+  Drive<TF_autobild>(u"MHtmlAutoBild"_s, [](TF_autobild& dialog) { Press(dialog, u"BitBtnBilder"_s); });
+  EXPECT_TRUE(Status() == u"1 Karten erstellt"_s && Stored(6).find("<img src=\"a.bmp\">") != std::string::npos);
 }
 
 }  // namespace

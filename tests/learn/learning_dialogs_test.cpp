@@ -123,6 +123,12 @@ TEST_F(LearningDialogs, AWrongParameterKeepsTheFocusAndChangesNothing) {
     EXPECT_TRUE(dialog.isVisible()) << message.toStdString();
     edit.setText(before);
   }
+  Press(dialog, u"BitBtnUebernehmen"_s);
+  EXPECT_EQ(StatusLine(dialog), u"Eingaben im Assistenten fehlen"_s);
+  Press(dialog, u"RadioKurzSchwach"_s, u"RadioLangGut"_s, u"RadioKartenSchwer"_s, u"BitBtnUebernehmen"_s);
+  const int64_t most = SuggestParameters(Memory::Weak, Memory::Strong, CardKind::Difficult).max_width;
+  EXPECT_EQ(Line(dialog, u"EdMaxBreite"_s), QString::number(most));
+  EXPECT_TRUE(Control<QLabel>(dialog, u"LabelVorschlag"_s).text().contains(u"right>%1<"_s.arg(most)));
   Control<QLineEdit>(dialog, u"EdMinBreite"_s).setText(u"3"_s);
   Press(dialog, u"BitBtnCancel"_s);
   EXPECT_EQ(ParameterTextsOf(dialog.entry()), ParameterTextsOf({{.max_width = 70}, 9}));
