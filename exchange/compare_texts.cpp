@@ -55,11 +55,11 @@ QString StandText(const CompareScan& scan) {
   const CompareCounts& counts = scan.counts();
   const int done = scan.source_row() - kFirstCardRow;
   const int all = scan.source_end() - kFirstCardRow;
-  QString text = u"Quellkarte %1 von %2. Gefunden %3 Paare und %4 Doubletten, beibehalten %5, markiert %6."_s.arg(
+  QString text = u"Quellkarte %1 von %2. Paare: %3, Doubletten: %4, beibehalten: %5, markiert: %6"_s.arg(
       NumberText(std::min(done + 1, all)), NumberText(all), NumberText(counts.pairs), NumberText(counts.duplicates),
       NumberText(counts.kept), NumberText(counts.marked));
-  if (!scan.internal()) text += u" Übernommen %1."_s.arg(CardsText(counts.taken));
-  return text;
+  if (!scan.internal()) text += u", übernommen: %1"_s.arg(NumberText(counts.taken));
+  return text + u'.';
 }
 
 }  // namespace tessaro

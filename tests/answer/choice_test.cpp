@@ -1,11 +1,13 @@
 #include "answer/choice.h"
 
-#include <gtest/gtest.h>
-
 #include <random>
-#include <vector>
+#include <set>
 
+#include "answer/answer_offer.h"
+#include "cards/card_edit.h"
 #include "platform/code_page.h"
+#include "tests/support/clock_and_chance.h"
+#include "tests/support/test_cards.h"
 
 namespace tessaro {
 namespace {
@@ -133,6 +135,149 @@ TEST(Choice, TicksAreJudgedAsByHand) {
     right += judged ? 1 : 0;
   }
   EXPECT_GT(right, 500) << "the cases must hold right answers, too";
+}
+
+TestCard Card(const std::string& question, const std::string& answer, const std::string& topic = "") {
+  return {.question = question, .answer = answer, .topic = topic};
+}
+
+using Texts = std::vector<std::string>;
+
+class Offered : public testing::Test {
+ protected:
+  void Open(const std::vector<TestCard>& cards) { OpenTestFile(disk, file, cards); }
+  // For the card of a number from 1 on. The wrong ones, in order; none where nothing is offered. The right one is
+  // checked.
+  Texts Wrong(int card, const std::string& right, bool swapped = false) {
+    // Whatever was looked at beforehand.
+    (void)offer.Prepare(swapped, 2);
+    std::optional<OfferedAnswers> offered =
+        offer.Make({.row = card + kFirstCardRow - 1, .sides_swapped = swapped}, random);
+    if (!offered) return {};
+    EXPECT_GT(offered->texts.size(), 1U);
+    EXPECT_EQ(offered->texts.at(offered->right), right);
+    place = offered->right;
+    offered->texts.erase(offered->texts.begin() + static_cast<std::ptrdiff_t>(place));
+    std::sort(offered->texts.begin(), offered->texts.end());
+    return offered->texts;
+  }
+
+  std::mt19937 chance{17};
+  ScriptedRandom random{chance};
+  MemoryDisk disk;
+  CardFile file{disk};
+  AnswerOffer offer{file};
+  size_t place = 0;
+};
+
+TEST_F(Offered, WrongOnesAreAnswersOfOtherKindsOfCardsNever) {
+  const std::string picture = "<img src=\"haus.bmp\">";
+  const struct {
+    std::string answer;
+    std::vector<TestCard> others;
+    Texts wrong;
+  } cases[] = {
+      {"Haus", {}, {}},
+      {"Haus", {Card("x", "Hof")}, {"Hof"}},
+      {"Haus", {Card("x", "<b>HAUS</b> "), Card("y", " haus<br>"), Card("z", "Hof")}, {"Hof"}},
+      {"Haus", {Card("x", "Hof"), Card("y", "<i>hof</i>")}, {"hof"}},
+      {"Haus", {Card("Frage", "Heim"), Card("<b>frage</b>", "Bau"), Card("z", "Hof")}, {"Hof"}},
+      {"Haus", {Card("<navigation>", "Hof"), Card("x<+++>", "Hut"), Card("y", picture)}, {}},
+      {"Haus", {Card("x", "b"), Card("y", "1 3"), Card("z", "H2O"), Card("u", "1990")}, {"1990", "H2O"}},
+      {"<b>eins</b><br> zwei" + picture, {Card("x", "ah\nbe"), Card("y", "&lt;co")}, {"<co", "ah be"}},
+      {"b", {Card("x", "Hof")}, {}},
+      {"<font size=\"12\">3</font>", {Card("x", "Hof")}, {}},
+      {"<font size=\"12\">Haus</font>", {Card("x", "Hof")}, {"Hof"}},
+      {picture, {Card("x", "Hof")}, {}},
+  };
+  for (const auto& given : cases) {
+    file.Close();
+    std::vector<TestCard> cards = {Card("Frage", given.answer)};
+    cards.insert(cards.end(), given.others.begin(), given.others.end());
+    Open(cards);
+    const std::string right = given.answer[0] == '<' && given.answer[1] == 'b' ? "eins zwei" : "Haus";
+    EXPECT_EQ(Wrong(1, right), given.wrong) << given.answer;
+  }
+}
+
+TEST_F(Offered, TopicComesFirstThenLength) {
+  const std::string right(30, 'r');
+  std::vector<TestCard> cards = {Card("quelle", right, "A")};
+  for (int i = 0; i < 60; ++i)
+    cards.push_back(Card("b" + std::to_string(i), std::string(static_cast<size_t>(i) + 2, 'b'), "B"));
+  Open(cards);
+  for (int round = 0; round < 50; ++round) {
+    for (const std::string& text : Wrong(1, right)) EXPECT_TRUE(text.size() >= 18 && text.size() <= 42) << text;
+  }
+  cards.push_back(Card("u", std::string(100, 'u'), "A"));
+  cards.push_back(Card("v", "v v", "A"));
+  file.Close();
+  Open(cards);
+  const Texts wrong = Wrong(1, right);
+  EXPECT_EQ(wrong.size(), 4U);
+  EXPECT_TRUE(std::count(wrong.begin(), wrong.end(), "v v") == 1 && wrong[2] == std::string(100, 'u'));
+  for (int i = 0; i < 30; ++i)
+    cards.push_back(Card("w" + std::to_string(i), "w" + std::string(static_cast<size_t>(i), 'x'), "A"));
+  file.Close();
+  Open(cards);
+  for (int round = 0; round < 50; ++round) {
+    for (const std::string& text : Wrong(1, right)) EXPECT_TRUE(text[0] == 'w' || text == "v v") << text;
+  }
+  EXPECT_EQ(Wrong(1, "quelle", true).size(), 4U) << "the other way round";
+}
+
+TEST_F(Offered, EveryPlaceAndEveryCardNearbyHasItsTurn) {
+  std::vector<TestCard> cards;
+  for (char letter = 'a'; letter <= 'z'; ++letter) cards.push_back(Card({letter}, "Wort " + std::string(1, letter)));
+  Open(cards);
+  std::map<size_t, int> places;
+  std::map<std::string, int> seen;
+  constexpr int kRounds = 1500;
+  for (int round = 0; round < kRounds; ++round) {
+    for (const std::string& text : Wrong(13, "Wort m")) ++seen[text];
+    ++places[place];
+  }
+  for (const auto& [at, count] : places) EXPECT_NEAR(count, kRounds / 5, 80) << at;
+  EXPECT_EQ(places.size(), 5U);
+  for (const auto& [text, count] : seen) EXPECT_NEAR(count, kRounds * 4 / 24, 80) << text;
+  EXPECT_EQ(seen.size(), 24U);
+}
+
+TEST_F(Offered, WhatIsEditedMeanwhileIsOfferedAsItIsNow) {
+  Open({Card("q", "Haus", "A"), Card("x", "Hof", "A"), Card("y", "Tor", "A")});
+  EXPECT_EQ(Wrong(1, "Haus"), (Texts{"Hof", "Tor"}));
+  CardEdit edit(file);
+  CardCommand replace;
+  replace.Replace(kFirstCardRow + 1, {{file.columns().answer, "Bad"}});
+  ASSERT_TRUE(edit.Apply(replace));
+  EXPECT_EQ(Wrong(1, "Haus"), (Texts{"Bad", "Tor"}));
+  CardCommand insert;
+  insert.InsertBehind(1, {{file.columns().id, "000009"}, {file.columns().answer, "neu"}});
+  insert.Remove(kFirstCardRow + 2);
+  ASSERT_TRUE(edit.Apply(insert));
+  EXPECT_EQ(Wrong(2, "Haus"), (Texts{"Bad", "neu"}));
+  (void)file.deletion_marks().Exchange({kFirstCardRow});
+  EXPECT_EQ(Wrong(2, "Haus"), (Texts{"Bad"})) << "marked to be removed";
+}
+
+TEST_F(Offered, TopicsThatAreEditedCountAsTheyAreNow) {
+  Open({Card("q", "Haus", "A"), Card("x", "Hof", "A"), Card("y", "Tor", "A"), Card("z", "Bad", "A"),
+        Card("u", "Weg", "A"), Card("v", "Uhr", "B")});
+  EXPECT_EQ(Wrong(1, "Haus"), (Texts{"Bad", "Hof", "Tor", "Weg"}));
+  CardCommand swap;
+  swap.Replace(kFirstCardRow + 1, {{file.columns().topic, "B"}});
+  swap.Replace(kFirstCardRow + 5, {{file.columns().topic, "A"}});
+  ASSERT_TRUE(CardEdit(file).Apply(swap));
+  EXPECT_EQ(Wrong(1, "Haus"), (Texts{"Bad", "Tor", "Uhr", "Weg"}));
+}
+
+TEST_F(Offered, LongSidesAreCutAndStayBounded) {
+  const std::string words = "Wort " + std::string(5000, 'w');
+  Open({Card("q", words), Card("x", words + "x"), Card("y", "<b>" + std::string(5000, '<')), Card("z", "kurz")});
+  const std::optional<OfferedAnswers> offered = offer.Make({.row = kFirstCardRow}, random);
+  ASSERT_TRUE(offered && offered->texts.size() == 3U) << "cut ones that look alike are one";
+  for (const std::string& text : offered->texts) EXPECT_LE(text.size(), 120U);
+  EXPECT_FALSE(offer.Make({.row = 1}, random) || offer.Make({.row = 99}, random)) << "no cards";
 }
 
 }  // namespace

@@ -261,23 +261,29 @@ TEST_F(ExchangeDialogs, StatisticsAreDeletedAfterAQuestionAndACopy) {
 
 TEST_F(ExchangeDialogs, ComparisonIsDoneByKeysAlone) {
   disk.Put("/deck/quelle.mlb", FileText({{.id = "000001", .question = "Haus", .answer = "home"},
-                                         {.id = "000002", .question = "Hund", .answer = "dog"}}));
+                                         {.id = "000002", .question = "Hund", .answer = "dog"},
+                                         {.id = "000003", .question = "Baum", .answer = "a tree"}}));
   Show<TF_dlupd>();
-  EXPECT_EQ(Find<QComboBox>(u"ComboBoxProzent"_s).currentText(), u"50"_s);
-  EXPECT_EQ(Find<QComboBox>(u"ComboBoxStrLen"_s).count(), 5);
+  EXPECT_EQ(Find<QComboBox>(u"ComboBoxProzent"_s).currentText() + Find<QComboBox>(u"ComboBoxStrLen"_s).itemText(4),
+            u"50> 4"_s);
   Choose(u"/deck/quelle.mlb"_s, u"BitBtnQuelle"_s);
   Press(Qt::Key_F5);
   auto& keep = Find<QPushButton>(u"BitBtnBeibehalten"_s);
   ASSERT_TRUE(QTest::qWaitFor([&] { return keep.isEnabled(); }));
   EXPECT_TRUE(Text(u"EditMeldung"_s).contains(u"unlogische Variante"_s));
-  EXPECT_EQ(Status(u"StatusBarUpd"_s), u"Position Quelle: 1, Ziel: 1"_s);
+  EXPECT_EQ(Status(u"StatusBarUpd"_s) + Text(u"LabelStand"_s),
+            u"Position Quelle: 1, Ziel: 1"
+            u"Quellkarte 1 von 3. Paare: 1, Doubletten: 0, beibehalten: 0, markiert: 0, übernommen: 0."_s);
   EXPECT_EQ(Find<QTextEdit>(u"RichEditKHQ"_s).toPlainText(), u"home"_s);
   // The answers differ, the questions do not.
   EXPECT_EQ(Find<QTextEdit>(u"RichEditKHQ"_s).extraSelections().size(), 1);
   EXPECT_EQ(Find<QTextEdit>(u"RichEditKVQ"_s).extraSelections().size(), 0);
   Press(Qt::Key_F9);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return Status(u"StatusBarUpd"_s) == u"Position Quelle: 3, Ziel: 2"_s; }));
+  Press(Qt::Key_F7);
   ASSERT_TRUE(QTest::qWaitFor([&] { return Text(u"EditMeldung"_s).startsWith(u"Bearbeitung beendet"_s); }));
   EXPECT_EQ(file.cards().Peek(file.columns().question, 2), "<+++>Haus");
+  EXPECT_EQ(file.cards().Peek(file.columns().answer, 3), "a tree");
   EXPECT_EQ(file.CardCount(), 4);
   messages.answers = {Answer::Yes};
   EXPECT_EQ(dialog->focusWidget()->objectName(), u"BitBtnDelete"_s) << "what comes next";
@@ -287,16 +293,20 @@ TEST_F(ExchangeDialogs, ComparisonIsDoneByKeysAlone) {
 }
 
 TEST_F(ExchangeDialogs, ComparisonThatWasLeftGoesOnWhereItWas) {
-  disk.Put("/deck/quelle.mlb", FileText({{.id = "000001", .question = "neu", .answer = "new"},
-                                         {.id = "000002", .question = "Haus", .answer = "home"}}));
+  disk.Put("/alt/quelle.mlb",
+           FileText({{.id = "000001", .question = "neu<a href=\"000009\">", .answer = "<img src=\"b.png\">"},
+                     {.id = "000002", .question = "Haus", .answer = "home"}}));
+  disk.Put("/alt/b.png", "x");
   Show<TF_dlupd>();
-  Choose(u"/deck/quelle.mlb"_s, u"BitBtnQuelle"_s);
+  Choose(u"/alt/quelle.mlb"_s, u"BitBtnQuelle"_s);
   Press(Qt::Key_F5);
   auto& keep = Find<QPushButton>(u"BitBtnBeibehalten"_s);
   ASSERT_TRUE(QTest::qWaitFor([&] { return keep.isEnabled(); }));
+  messages.answers = {Answer::Yes};
   Press(Qt::Key_Escape);
-  EXPECT_TRUE(file.CardCount() == 3 && !dialog->isVisible());
-  EXPECT_TRUE(messages.shown.last().startsWith(u"Eine Karte übernommen.\nNoch ist nichts gespeichert."_s));
+  EXPECT_TRUE(file.CardCount() == 3 && disk.Exists("/deck/b.png") && !dialog->isVisible());
+  EXPECT_EQ(messages.shown.last().section(u'\n', 0, 1),
+            u"Eine Karte übernommen.\nLinks, die noch zu Nummern der Quellkartei führen: 1."_s);
   Show<TF_dlupd>();
   messages.answers = {Answer::Yes};
   Click(u"BitBtnQuelle"_s);
