@@ -1,6 +1,12 @@
 #include "learn/answer_log.h"
 
+#include <limits>
+#include <random>
+
 #include "cards/figures.h"
+#include "learn/parameter_entry.h"
+#include "learn/retention.h"
+#include "learn/statistics_texts.h"
 #include "tests/learn/learn_fixture.h"
 
 namespace tessaro {
@@ -147,6 +153,125 @@ TEST_F(AnswerLogTest, AMissingIndexRowIsReportedAndMended) {
   (void)Answer(2, Rating::Known);
   ASSERT_TRUE(file.cards().GoTo(2) && file.cards().DeleteRow());
   EXPECT_FALSE(log->CanUndo()) << "another card stands there now";
+}
+
+// Letters, newest first, and the times of the answers as distances from one moment.
+AnswerHistory History(const std::string& letters, const std::vector<int64_t>& ago) {
+  AnswerHistory history = EmptyHistory();
+  for (size_t i = 0; i < letters.size(); ++i) history.letters[i] = letters[i];
+  for (size_t i = 0; i < ago.size(); ++i) history.times[i] = 1'700'000'000 - ago[i];
+  return history;
+}
+
+TEST(Retention, WorkedExamples) {
+  const std::tuple<const char*, std::string, std::vector<int64_t>, int64_t, int64_t> cases[] = {
+      {"first answer", "w", {0}, 0, 1},
+      {"first answer with a day button", "w", {0}, 604800, 604800},
+      {"one interval", "ww", {0, 1000}, 0, 1000},
+      {"one interval, ended by an empty slot", "www", {0, 1000}, 0, 1000},
+      {"growing intervals", "wwww", {0, 400, 600, 700}, 0, 533},
+      {"shrinking intervals give their mean", "wwww", {0, 100, 300, 700}, 0, 233},
+      {"the floor stands above the forecast", "wwww", {0, 400, 600, 700}, 86400, 86400},
+      {"the floor stands below it", "wwww", {0, 400, 600, 700}, 500, 533},
+      {"after a wrong answer", "wf", {0, 50}, 0, 1},
+      {"one interval since a wrong answer, older ones count", "wwfwww", {0, 300, 400, 500, 600, 900}, 0, 233},
+      {"both lines differ", "wwwfwww", {0, 300, 400, 500, 600, 700, 1000}, 0, 350},
+      {"two answers in one second", "www", {0, 0, 50}, 0, 50},
+      {"only in one second", "www", {0, 0, 0}, 0, 1},
+      {"a clock set back gives a negative interval", "ww", {0, -80}, 0, 1},
+      {"the score is bounded", "ww", {0, 1'600'000'000}, 0, kMaxScore},
+      {"times beyond all numbers", "ww", {0, std::numeric_limits<int64_t>::max()}, 0, kMaxScore},
+      {"no history kept: newest is wrong", "fww", {0, 1000, 2000}, 86400, 1},
+      {"no history kept: a broken row", "xww", {0, 1000, 2000}, 0, 1},
+      {"no history kept: the streak line reads over broken letters", "wwxww", {0, 300, 400, 500, 520}, 0, 420},
+  };
+  for (const auto& [what, letters, ago, min_retention, score] : cases)
+    EXPECT_EQ(ForecastRetention(History(letters, ago), min_retention).score, score) << what;
+}
+
+TEST(Retention, TakesInAFullHistory) {
+  AnswerHistory full = ParseHistory("", std::string(64, 'w'));
+  for (size_t i = 0; i < full.times.size(); ++i) full.times[i] = 9000 - static_cast<int64_t>(i) * 60;
+  const RetentionForecast of_full = ForecastRetention(full, 0);
+  EXPECT_EQ(std::tuple(of_full.all.count, of_full.streak.count, of_full.score), std::tuple(63, 63, 60));
+}
+
+TEST(Retention, BrokenHistoriesDoNoHarm) {
+  std::mt19937_64 random(3);
+  for (int i = 0; i < 2000; ++i) {
+    AnswerHistory history;
+    for (auto& letter : history.letters) letter = "wwwf\0x"[random() % 6];
+    for (auto& time : history.times) time = static_cast<int64_t>(random() >> (random() % 64));
+    const int64_t score = ForecastRetention(history, static_cast<int64_t>(random())).score;
+    EXPECT_TRUE(score >= 1 && score <= kMaxScore);
+  }
+}
+
+TEST(ParameterEntry, EveryFieldRefusesWhatIsOutsideItsRange) {
+  // Good and bad texts of each field in the dialog's order, beside a minimum width of 5.
+  const std::pair<std::vector<std::string>, std::vector<std::string>> fields[] = {
+      {{"2", "50"}, {"1", "zwei", ""}},
+      {{"5"}, {"1", "4"}},
+      {{"5", "50"}, {"4", "51"}},
+      {{"2", " 20 "}, {"1", "21"}},
+      {{"10", "2000"}, {"9", "2001", "99999999999999999999"}},
+      {{"1.0", "1,0", "1,25", "4.0"}, {"0.99", "4.01", "nan", "1.5x"}},
+      {{"14", "500"}, {"13", "501"}},
+      {{"1"}, {"0"}},
+  };
+  for (size_t field = 0; field < kParameterFields; ++field) {
+    ParameterTexts texts = ParameterTextsOf({{.min_width = 5, .max_width = 50}, 1});
+    for (const std::string& text : fields[field].first) {
+      texts[field] = text;
+      EXPECT_FALSE(FindWrong(texts)) << field << " '" << text << "'";
+    }
+    for (const std::string& text : fields[field].second) {
+      texts[field] = text;
+      EXPECT_EQ(FindWrong(texts), static_cast<ParameterField>(field)) << text;
+    }
+  }
+}
+
+TEST(ParameterEntry, EverySuggestionIsAGoodEntry) {
+  for (int answers = 0; answers < 27; ++answers) {
+    const LearningParameters p = SuggestParameters(
+        static_cast<Memory>(answers % 3), static_cast<Memory>(answers / 3 % 3), static_cast<CardKind>(answers / 9));
+    EXPECT_FALSE(FindWrong(ParameterTextsOf({p, 1}))) << answers;
+  }
+  const LearningParameters difficult = SuggestParameters(Memory::Weak, Memory::Weak, CardKind::Difficult);
+  EXPECT_LT(difficult.max_width, SuggestParameters(Memory::Strong, Memory::Weak, CardKind::Difficult).max_width);
+  const LearningParameters facts = SuggestParameters(Memory::Weak, Memory::Weak, CardKind::ShortFacts);
+  EXPECT_GT(facts.max_width, 2 * difficult.max_width);
+  EXPECT_LT(facts.check_every, difficult.check_every) << "they are checked more often";
+}
+
+TEST(StatisticsTexts, FiguresAndTitleHaveTheirFixedForms) {
+  AnswerStatistics statistics;
+  statistics.history = ParseHistory("1700000700 1700000300 1700000100 1700000000", "wwww" + std::string(60, 'f'));
+  statistics.forecast = ForecastRetention(statistics.history, 0);
+  statistics.score = statistics.forecast->score;
+  const StatisticsTexts texts = TextsOf(statistics);
+  EXPECT_EQ(texts.history.at(0).number, " 1");
+  EXPECT_EQ(texts.history.at(0).time, "1700000700");
+  EXPECT_EQ(texts.history.at(3).interval, "         0") << "the oldest answer has no older one";
+  EXPECT_TRUE(!texts.history.at(3).empty && texts.history.at(4).empty);
+  ASSERT_EQ(texts.trends[0].rows.size(), 3U);
+  EXPECT_EQ(texts.trends[0].rows[0].x, " 3");
+  EXPECT_EQ(texts.trends[0].rows[0].interval, "       400");
+  EXPECT_EQ(texts.trends[0].line, " y = -66.67 + 150.00 x");
+  EXPECT_EQ(texts.trends[0].prediction, " x = 4;     533.33");
+  EXPECT_EQ(SideTitle("<b>Frage</b><br>" + std::string(50, 'a')), "Frage " + std::string(29, 'a'));
+}
+
+TEST(StatisticsTexts, IntervalsAreSaidInDaysForPeople) {
+  const std::pair<int64_t, const char*> cases[] = {
+      {0, ""}, {400, "< 0,01"}, {432, "0,01"}, {86400 * 5 / 2, "2,50"}, {86400 * 365, "365"}, {-86400, "-1,00"}};
+  for (const auto& [interval, days] : cases) {
+    AnswerStatistics statistics;
+    statistics.history.times[0] = 1'700'000'000;
+    statistics.history.times[1] = 1'700'000'000 - interval;
+    EXPECT_EQ(TextsOf(statistics).history.at(0).days, days) << interval;
+  }
 }
 
 }  // namespace

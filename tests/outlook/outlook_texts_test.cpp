@@ -90,28 +90,28 @@ TEST(PauseText, ComesAfterAWeek) {
 
 TEST(PredictionPage, ShowsOnlyWhatIsSureAndSaysWhenItIsWorse) {
   PredictionReport report;
-  report.answers = 120;
+  report.answers = 100;
   report.known = 99;
   report.predicted = 96;
   report.mean_error = 0.018;
   report.log_loss = 0.45;
   report.usual_loss = 0.5;
   report.classes[6] = {.answers = 19, .known = 9, .predicted = 12.35, .rows = Cards(19)};
-  report.classes[8] = {.answers = 101, .known = 90, .predicted = 83.65, .rows = Cards(40)};
+  report.classes[8] = {.answers = 20, .known = 18, .predicted = 16.6, .rows = Cards(14)};
   PageContent page = PredictionPage(report);
   EXPECT_EQ(
       page.sentence,
-      u"120 Vorhersagen: im Mittel 1,8 Punkte daneben (vorhergesagt 80,0 %, gewusst 82,5 %); 10,0 % besser als Ihr "
+      u"100 Vorhersagen: im Mittel 1,8 Punkte daneben (vorhergesagt 96,0 %, gewusst 99,0 %); 10,0 % besser als Ihr "
       u"Durchschnitt."_s);
   ASSERT_EQ(page.plot.points.size(), 1U) << "too few answers for a point";
   EXPECT_EQ(page.table.rows.size(), 2U);
   EXPECT_EQ(page.plot.x_ticks.back().label, u"100 %"_s);
-  EXPECT_EQ(page.rows, std::vector<std::vector<int>>{Cards(40)});
-  EXPECT_EQ(page.plot.points[0].text, u"80 bis 90 % vorhergesagt: 101 Antworten auf 40 Karten, gewusst 89,1 %"_s);
+  EXPECT_EQ(page.rows, std::vector<std::vector<int>>{Cards(14)});
+  EXPECT_EQ(page.plot.points[0].text, u"80 bis 90 % vorhergesagt: 20 Antworten auf 14 Karten, gewusst 90,0 %"_s);
   report.usual_loss = 0.4;
   EXPECT_TRUE(PredictionPage(report).sentence.endsWith(u"; 12,5 % schlechter als Ihr Durchschnitt."_s));
   report.usual_loss.reset();
-  EXPECT_TRUE(PredictionPage(report).sentence.endsWith(u"gewusst 82,5 %)."_s));
+  EXPECT_TRUE(PredictionPage(report).sentence.endsWith(u"gewusst 99,0 %)."_s));
   report.answers = 99;
   EXPECT_TRUE(PredictionPage(report).plot.points.empty());
 }
@@ -129,11 +129,11 @@ TEST(ActivityPage, SaysWhereOldAnswersAreLost) {
 class OutlookTexts : public OutlookTest {};
 
 TEST_F(OutlookTexts, ListsSayWhenCardsAreDue) {
-  Open({TestCard{}, CardWith({{kNow - kDay, 'w'}}, 2 * kDay), CardWith({{kNow - kDay, 'w'}}, 3600),
+  Open({TestCard{}, CardWith({{kNow - kDay, 'w'}}, kDay), CardWith({{kNow - kDay, 'w'}}, 3600),
         CardWith({{kNow - kDay, 'w'}}, 90'000'000'000'000)});
   const CardListModel list(file, CardLines(file, std::make_shared<const DeckOutlook>(Read()), {}, {2, 3, 4, 5}),
                            nullptr);
-  const QString day = QDateTime::fromSecsSinceEpoch(kNow + kDay).toString(u"dd.MM.yyyy"_s);
+  const QString day = QDateTime::fromSecsSinceEpoch(kNow).toString(u"dd.MM.yyyy"_s);
   const QString texts[] = {u"neu"_s, day, u"überfällig"_s, u"später"_s};
   for (int line = 0; line < 4; ++line) EXPECT_EQ(list.index(line, CardListModel::Due).data(), texts[line]);
 }
@@ -156,7 +156,7 @@ TEST(NumberTexts, AreGerman) {
   EXPECT_EQ(PercentText(0.8614, 1), u"86,1 %"_s);
   EXPECT_EQ(SpanText(59.4), u"59 Sek."_s);
   EXPECT_EQ(SpanText(59.6), u"1 Min."_s);
-  EXPECT_EQ(SpanText(61), u"1 Min."_s);
+  EXPECT_EQ(SpanText(3600), u"1 Std."_s);
   EXPECT_EQ(SpanText(3 * 3600 + 12 * 60), u"3 Std. 12 Min."_s);
   EXPECT_EQ(DayText(0), u"Do, 1.1."_s);
 }

@@ -11,6 +11,8 @@
 #include <QTimer>
 #include <functional>
 
+#include "widgets/theme.h"
+
 namespace tessaro {
 
 // Does `open`, which brings up a modal dialog of this kind at once or soon, and `act` in it. A dialog that `act` leaves
@@ -45,12 +47,11 @@ QList<Window*> OpenWindows() {
 
 // Does `act` while all dialogs have letters so many times as large.
 inline void InLetters(double scale, const std::function<void()>& act) {
-  const QFont before = QApplication::font();
-  QFont large = before;
-  large.setPointSizeF(before.pointSizeF() * scale);
-  QApplication::setFont(large);
+  const double before = QApplication::font().pointSizeF();
+  ApplyTextSize(static_cast<int>(100 * scale));
+  EXPECT_NEAR(QApplication::font().pointSizeF(), before * scale, 0.1);
   act();
-  QApplication::setFont(before);
+  ApplyTextSize(100);
 }
 
 // Every label has the height that its text needs, broken into lines or not.
