@@ -58,6 +58,9 @@ AnswerModes::AnswerModes(CardFile& file, TF_wnlern& learning, TF_wnmedia& media,
     if (Window() != nullptr) Window()->AnswerGiven();
     if (learning_.Card().row == 0) CardShown();  // the run is over
   });
+  connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* /*before*/, const QWidget* now) {
+    if (now != nullptr) works_here_ = BelongsToLearning(now->window());
+  });
   connect(&media, &TF_wnmedia::SoundFailed, this, [this](const QString& path) {
     if (path == error_sound_) TellBadSound(path);
   });
@@ -171,10 +174,18 @@ void AnswerModes::CardShown() {
   GiveFocus();
 }
 
+bool AnswerModes::BelongsToLearning(const QWidget* window) const {
+  while (window != nullptr && window != &learning_ && window != Window()) {
+    window = window->parentWidget() != nullptr ? window->parentWidget()->window() : nullptr;
+  }
+  return window != nullptr;
+}
+
 void AnswerModes::GiveFocus() {
-  // Who works in another window meanwhile, as in the editor, goes on there.
+  // Who works in another window meanwhile, as in the editor, goes on there. No window is active for a moment when a
+  // dialog has closed.
   const QWidget* active = QApplication::activeWindow();
-  if (active == nullptr || active == &learning_ || active == Window()) TakeFocus();
+  if (active == nullptr ? works_here_ : active == &learning_ || active == Window()) TakeFocus();
 }
 
 void AnswerModes::TakeFocus() {

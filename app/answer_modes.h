@@ -52,6 +52,8 @@ class AnswerModes : public QObject {
   void Place();
   void CardShown();
   void PassKeys();
+  // Whether it is the learning window, the answer window or a dialog of theirs.
+  bool BelongsToLearning(const QWidget* window) const;
   void PlayErrorSound(const QString& path);
   void TellBadSound(const QString& path);
 
@@ -61,6 +63,7 @@ class AnswerModes : public QObject {
   AnswerSurroundings around_;
   Random& random_;
   bool& input_check_on_;
+  bool works_here_ = true;  // the window that was active last belongs to learning
   AnswerMode mode_ = AnswerMode::None;
   std::array<std::unique_ptr<AnswerWindow>, kModes> windows_;
   std::unique_ptr<TF_wnsign> signs_;  // the table of special characters

@@ -246,6 +246,15 @@ TEST_F(AnswerModesTest, OneModeAtATimeIsOnAndRememberedWithItsPlace) {
   ASSERT_TRUE(QTest::qWaitForWindowActive(&program.main_window()));
   Click(u"BtWeissIch"_s);
   EXPECT_FALSE(line.isActiveWindow()) << "whoever works elsewhere is not disturbed by a card";
+  {
+    QWidget passing;
+    passing.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&passing));
+  }
+  ASSERT_EQ(QApplication::activeWindow(), nullptr);
+  Click(u"BtWeissIch"_s);
+  QApplication::processEvents();
+  EXPECT_EQ(QApplication::activeWindow(), nullptr) << "nor when his dialog has just closed";
   program.OpenLearning();
   EXPECT_TRUE(is_typed_in());
   Press(line, u"SpeedButtonFrei"_s);
