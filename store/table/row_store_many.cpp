@@ -118,12 +118,16 @@ bool RowStore::ComposeRow(const Place& place, size_t first, std::span<const Fiel
   for (size_t i = first; i < place.end_count; ++i) {
     const size_t end = place.End(i);
     if (i > 0) text += separator_;
-    if (next == fields.end() || static_cast<size_t>(next->column) != i + 1) {
+    const bool is_named = next != fields.end() && static_cast<size_t>(next->column) == i + 1;
+    const Value elsewhere =
+        is_named && place.unescaped != nullptr ? Unescaped(place, static_cast<uint32_t>(i)) : std::nullopt;
+    if (!is_named || elsewhere == next->text) {
       text.append(blocks_.At(place.start) + from, end - from);
     } else {
-      if (place.unescaped != nullptr && Unescaped(place, static_cast<uint32_t>(i))) --unescaped;
-      text += (next++)->text;
+      if (elsewhere) --unescaped;
+      text += next->text;
     }
+    if (is_named) ++next;
     ends.push_back(start + text.size());
     from = end + 1;
   }
