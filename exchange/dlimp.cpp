@@ -80,6 +80,7 @@ void TF_dlimp::BitBtnDateiClick() {
     return ties_.messages.Error(this, u"\nDatei kann nicht\ngeöffnet werden"_s);
   }
   ui_->EditDatei->setText(FromPath(path_));
+  Say({});
   guess_ = GuessLayout(text_.bytes);
   ShowGuess();
   ui_->CheckBoxErsetzen->setChecked(false);

@@ -153,8 +153,8 @@ void TF_dlimp::ShowPreview() {
 QString TF_dlimp::TextSentence() const {
   if (!field_->value() || !card_->value()) return u"Ein Trennzeichen fehlt."_s;
   if (!text_check_.good) {
-    return u"Die Prüfung hielte an: Falsche(s) Trennzeichen in Karte %1. Davor stehen die Karten unten."_s.arg(
-        text_check_.cards);
+    const QString stop = u"Die Prüfung hielte an: Falsche(s) Trennzeichen in Karte %1."_s.arg(text_check_.cards);
+    return text_check_.cards > 0 ? stop + u" Davor stehen die Karten unten."_s : stop;
   }
   QString text = WouldCome(text_check_.Given()) + u", hinter die Karten der offenen Kartei."_s;
   if (text_check_.cut_card) text += u" Der letzten fehlt das Kartentrennzeichen, sie zählt trotzdem."_s;

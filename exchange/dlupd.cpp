@@ -47,6 +47,8 @@ TF_dlupd::TF_dlupd(const ExchangeTies& ties, QWidget* parent)
   connect(&timer_, &QTimer::timeout, this, &TF_dlupd::Work);
   EnableActions(false);
   ShowCounts();
+  // The return key presses the button that it is on; the one that deletes is only pressed by its own keys.
+  ui_->BitBtnQuelle->setDefault(true);
   ui_->BitBtnQuelle->setFocus();
   GrowToContent(*this);
   RestoreWindowPlace(*this, ties_.settings, kPlaceSuffix);
@@ -142,8 +144,10 @@ bool TF_dlupd::OpenSource(const fs::path& path) {
   ui_->EditQuelle->setText(internal_ ? u"%1 (Vergleich innerhalb der Kartei)"_s.arg(FromPath(path)) : FromPath(path));
   ui_->CheckBoxStatistik->setEnabled(!internal_);
   ui_->BitBtnStart->setEnabled(true);
+  ui_->BitBtnStart->setDefault(true);
   ui_->BitBtnStart->setFocus();
   ui_->EditMeldung->clear();
+  ShowCounts();
   return true;
 }
 

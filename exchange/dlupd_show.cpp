@@ -121,8 +121,9 @@ void TF_dlupd::ShowEnd() {
 void TF_dlupd::ShowCounts() {
   ui_->BalkenStand->setMaximum(scan_ == nullptr ? 1 : scan_->source_end() - kFirstCardRow);
   ui_->BalkenStand->setValue(scan_ == nullptr ? 0 : scan_->source_row() - kFirstCardRow);
-  ui_->LabelStand->setText(scan_ == nullptr ? u"Quelle öffnen, dann starten. Angehalten wird bei ähnlichen Karten."_s
-                                            : StandText(*scan_));
+  const QString before = (source_path_.empty() ? u"Quelle öffnen, dann starten."_s : u"Jetzt starten."_s) +
+                         u" Angehalten wird bei ähnlichen Karten."_s;
+  ui_->LabelStand->setText(scan_ == nullptr ? before : StandText(*scan_));
 }
 
 void TF_dlupd::EnableActions(bool on) {

@@ -287,6 +287,8 @@ TEST_F(ExchangeDialogs, ComparisonIsDoneByKeysAlone) {
   EXPECT_EQ(file.CardCount(), 4);
   messages.answers = {Answer::Yes};
   EXPECT_EQ(dialog->focusWidget()->objectName(), u"BitBtnDelete"_s) << "what comes next";
+  QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
+  EXPECT_EQ(file.CardCount(), 4) << "who went on with the return key presses it once too often";
   QTest::keyClick(dialog->focusWidget(), Qt::Key_Space);
   EXPECT_EQ(file.CardCount(), 3);
   EXPECT_TRUE(messages.shown.last().startsWith(u"1 Doubletten gelöscht"_s) && !dialog->isVisible());
@@ -309,9 +311,9 @@ TEST_F(ExchangeDialogs, ComparisonThatWasLeftGoesOnWhereItWas) {
             u"Eine Karte übernommen.\nLinks, die noch zu Nummern der Quellkartei führen: 1."_s);
   Show<TF_dlupd>();
   messages.answers = {Answer::Yes};
-  Click(u"BitBtnQuelle"_s);
+  QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
   EXPECT_EQ(messages.asked.last(), u"\nMit letzter Quellkartei u.\nQuell-Position fortfahren?"_s);
-  Press(Qt::Key_F5);
+  QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
   ASSERT_TRUE(QTest::qWaitFor([&] { return Find<QPushButton>(u"BitBtnBeibehalten"_s).isEnabled(); }));
   EXPECT_EQ(Status(u"StatusBarUpd"_s), u"Position Quelle: 2, Ziel: 1"_s);
   EXPECT_EQ(file.CardCount(), 3);
