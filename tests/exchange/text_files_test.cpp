@@ -94,17 +94,17 @@ TEST(TableImport, LinesThatAreNoCardsAreListed) {
       {Row("000001", "0;f;g;1;0;" + std::string(65, 'w') + ";0"), LineFault::YesNoRow},
       {Row("000001", "0;f;g;1;0;w;-1"), LineFault::TimeRow},
       {Row("000001", "0;f;g;1;0;w;" + Zeros(65)), LineFault::TimeRow},
-      {Row("000009"), LineFault::DoubleId},
+      {Row("000063"), LineFault::DoubleId},
   };
   for (const auto& [line, fault] : cases) {
-    const TableCheck check = CheckTable(Row("000009") + line + Row("000010"), kSemicolons);
+    const TableCheck check = CheckTable(Row("000063") + line + Row("000064"), kSemicolons);
     EXPECT_EQ(check.cards, 2) << line;
     ASSERT_EQ(check.faults.size(), 1U) << line;
     EXPECT_EQ(check.faults[0].line, 2) << line;
     EXPECT_EQ(check.faults[0].fault, fault) << line;
   }
   // A line that is left out takes no number away.
-  EXPECT_EQ(CheckTable(Row("000009", "0;f;g;x;0;wf;0") + Row("000009"), kSemicolons).cards, 1);
+  EXPECT_EQ(CheckTable(Row("000063", "0;f;g;x;0;wf;0") + Row("000063"), kSemicolons).cards, 1);
 }
 
 TEST(TableImport, FileIsFramedAndHoldsTheLinesThatFit) {
