@@ -90,6 +90,7 @@ TEST_F(LearningDialogs, ABoxIsLeftAndTakenUpByItsButtons) {
   ASSERT_TRUE(words());
   Choose([](TF_dlausw& dialog) { Press(dialog, u"BitBtnSort"_s, u"BitBtnLern2"_s); });
   EXPECT_FALSE(words()) << "a button more stands there";
+  EXPECT_NE(Find<QToolButton>(u"ButtonMethode"_s).toolButtonStyle(), Qt::ToolButtonIconOnly) << "one by one";
   EXPECT_EQ(Shown(), u"6"_s);
   Click(u"SpeedButtonLeitnerOn"_s);
   EXPECT_TRUE(Checked(u"MAutoStandard"_s));

@@ -22,7 +22,8 @@ TEST_F(LearningWindow, AnswerIsLoggedAndTheNextCardShown) {
   for (const bool inverse : {false, true}) {
     Trigger(u"MInvers"_s);
     EXPECT_EQ(OnScreen() == "One", inverse);
-    EXPECT_EQ(Find<QWidget>(u"SpeedButtonInversEin"_s).isVisible(), inverse);
+    for (const auto& button : {u"SpeedButtonInversEin"_s, u"SpeedButtonInversAus"_s})
+      EXPECT_EQ(Find<QWidget>(button).isVisible(), inverse == button.endsWith(u"Ein"_s)) << button.toStdString();
   }
   Click(u"SpeedButtonInversEin"_s, u"BtHand"_s, u"BtWeissIch"_s);
   EXPECT_EQ(window->windowTitle(), u"Frageseite Übungskarte Pos.  - 2"_s);
