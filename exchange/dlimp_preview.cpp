@@ -75,6 +75,7 @@ void TF_dlimp::ShowGuess() {
 }
 
 void TF_dlimp::UseGuess() {
+  if (!guess_) return;
   field_->Set(guess_->separator);
   if (!guess_->table) card_->Set(guess_->card_separator);
   ui_->TabBarVorschau->setCurrentIndex(guess_->table ? 1 : 0);
