@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/other_thread.h"
+#include "store/table/packed_parts.h"
 
 namespace tessaro {
 namespace {
@@ -82,9 +82,8 @@ TableEdit CardEdit::Effective(CardCommand command, CardCommand& inverse, PackedF
   TableEdit& edit = command.edit_;
   const size_t count = edit.replaced.size();
   const PackedFields::Place middle = edit.replacing.Middle();
-  auto [front, behind] = InTwoParts(0, static_cast<int>(middle.row), static_cast<int>(count), [&](int first, int last) {
-    return EffectivePart(command, first == 0 ? PackedFields::Place() : middle, static_cast<size_t>(last));
-  });
+  auto [front, behind] = ReadInTwoParts(
+      edit.replacing, [&](const PackedFields::Place& from, size_t end) { return EffectivePart(command, from, end); });
   if (front.fresh || behind.fresh) {
     if (!front.fresh) front.fresh = RowsFrom(edit.replacing, {}, middle.row);
     front.fresh->Append(behind.fresh ? *std::move(behind.fresh) : RowsFrom(edit.replacing, middle, count));

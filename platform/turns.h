@@ -49,7 +49,8 @@ void WorkInTurns(int pieces, bool worth_it, const Prepare& prepare, const Finish
       for (Work work; piece < pieces; piece += step) {
         prepare(piece, work);
         if (!turns.Await(piece)) return;
-        finish(work, on_own) ? turns.Pass() : turns.End();
+        if (!finish(work, on_own)) return turns.End();
+        turns.Pass();
       }
     } catch (...) {
       turns.End();  // nobody is to wait for it

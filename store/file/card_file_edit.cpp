@@ -5,6 +5,7 @@
 
 #include "platform/other_thread.h"
 #include "store/file/card_file.h"
+#include "store/table/packed_parts.h"
 
 namespace tessaro {
 namespace {
@@ -27,9 +28,11 @@ ReplacedKeys KeysOfPart(const TableEdit& edit, const RowShift& shift, const Card
   ReplacedKeys keys;
   const std::vector<int>& named = edit.replacing.columns();
   const auto names = [&](int column) { return std::count(named.begin(), named.end(), column) > 0; };
-  if (names(columns.id)) keys.ids.reserve(edit.replaced.size() - from.row);
-  if (names(columns.id)) keys.numbers.reserve(edit.replaced.size() - from.row);
-  if (names(columns.score)) keys.scores.reserve(edit.replaced.size() - from.row);
+  if (names(columns.id)) {
+    keys.ids.reserve(end - from.row);
+    keys.numbers.reserve(end - from.row);
+  }
+  if (names(columns.score)) keys.scores.reserve(end - from.row);
   PackedReader reader(edit.replacing, from);
   for (size_t i = from.row; i < end; ++i) {
     reader.Next();
@@ -50,11 +53,9 @@ ReplacedKeys KeysOfPart(const TableEdit& edit, const RowShift& shift, const Card
 }
 
 ReplacedKeys ReplacedKeysOf(const TableEdit& edit, const RowShift& shift, const CardColumns& columns) {
-  const PackedFields::Place middle = edit.replacing.Middle();
-  auto [keys, behind] =
-      InTwoParts(0, static_cast<int>(middle.row), static_cast<int>(edit.replaced.size()), [&](int first, int end) {
-        return KeysOfPart(edit, shift, columns, first == 0 ? PackedFields::Place() : middle, static_cast<size_t>(end));
-      });
+  auto [keys, behind] = ReadInTwoParts(edit.replacing, [&](const PackedFields::Place& from, size_t end) {
+    return KeysOfPart(edit, shift, columns, from, end);
+  });
   keys.ids.insert(keys.ids.end(), behind.ids.begin(), behind.ids.end());
   keys.numbers.insert(keys.numbers.end(), behind.numbers.begin(), behind.numbers.end());
   keys.scores.insert(keys.scores.end(), behind.scores.begin(), behind.scores.end());
@@ -111,9 +112,11 @@ bool CardFile::FollowInIndexes(const TableEdit& edit, const RowShift& shift) {
   if (build_links || build_scores) ids.emplace(content_.cards, CardIds::Known{renumbered, numbers});
 
   content_.link_index.Shift(shift);
-  if (!build_links) content_.link_index.Remove(renumbered);
-  if (!build_links) content_.link_index.Put(renumbered, content_.cards);
-  if (!build_links) content_.link_index.Put(shift.inserted(), content_.cards);
+  if (!build_links) {
+    content_.link_index.Remove(renumbered);
+    content_.link_index.Put(renumbered, content_.cards);
+    content_.link_index.Put(shift.inserted(), content_.cards);
+  }
   const auto raise = [&](int row, uint32_t number) {
     RaiseHighestId(number != kNotSixDigits ? number : LeadingNumber(content_.cards.Peek(content_.columns.id, row)));
   };

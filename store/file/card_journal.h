@@ -56,10 +56,10 @@ class CardJournal {
   // The fields of one row changed; no columns: all of them.
   void RowChanged(CardTable& cards, int row, std::span<const int> columns);
   // Rows are to come, go or change in one step. May be called on another thread, beside the change itself; what it
-  // returns is for EditDone.
+  // returns, whether the record is in the journal, is for EditDone.
   bool PutEdit(const EditChange& change);
-  // The step was done to the cards. Where its record could not be put, or it failed itself and `put` is false, the
-  // journal is written anew.
+  // The step is over. The journal is written anew unless it holds the record of what was done: `put` is also false when
+  // the step itself failed.
   void EditDone(CardTable& cards, bool put);
   // The rows were all replaced.
   void TableChanged(CardTable& cards);
@@ -81,9 +81,9 @@ class CardJournal {
  private:
   JournalRecord RowRecord(const CardTable& cards, int row, std::span<const int> columns) const;
   JournalRecord TableRecord(CardTable& cards) const;
-  // The head, and that what was written since may be there as well: a save that failed may have replaced the cards.
-  // Whether all changes are kept now.
+  // All changes are kept now, or could not be.
   void Noted(bool kept);
+  // The head, and that what was written since may be there as well: a save that failed may have replaced the cards.
   std::string Beginning() const;
   std::string AllChanges(CardTable& cards);
   bool Push(CardTable& cards);

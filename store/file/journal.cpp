@@ -4,6 +4,7 @@
 #include <xxhash.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
@@ -13,8 +14,9 @@
 namespace tessaro {
 namespace {
 
-constexpr std::string_view kMagic = "Tessaro journal 3\n";
-constexpr std::string_view kOlderMagics[] = {"Tessaro journal 1\n", "Tessaro journal 2\n"};
+constexpr std::array<std::string_view, 3> kMagics = {"Tessaro journal 1\n", "Tessaro journal 2\n",
+                                                     "Tessaro journal 3\n"};
+constexpr std::string_view kMagic = kMagics.back();
 
 constexpr int kOldIdColumn = 1;
 constexpr size_t kRecordHead = 2 * sizeof(uint64_t);
@@ -194,8 +196,7 @@ std::optional<JournalRecord> TakeRecord(Taker& taker) {
 
 std::optional<ContentStamp> TakeHead(Taker& taker) {
   const std::string_view magic = taker.Bytes(kMagic.size());
-  const bool older = std::find(std::begin(kOlderMagics), std::end(kOlderMagics), magic) != std::end(kOlderMagics);
-  if (magic != kMagic && !older) return std::nullopt;
+  if (std::find(kMagics.begin(), kMagics.end(), magic) == kMagics.end()) return std::nullopt;
   const std::string_view numbers = taker.rest();
   const ContentStamp base = taker.TakeStamp();
   const auto checksum = taker.Take<uint64_t>();

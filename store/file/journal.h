@@ -71,9 +71,8 @@ struct JournalContents {
 //            kind 2, table:       the bytes of the table to the end
 //            kind 3, save point:  u64 size, u64 hash
 //            kind 4, edit:        u32 rows before; u32 count and u32 row each for those that go, for the places of
-//            those
-//                                 that come, for those that change; u64 length and bytes of the packed fields of the
-//                                 old IDs, of the rows that come, of the rows that change
+//                                 those that come, for those that change; u64 length and bytes of the packed fields
+//                                 of the old IDs, of the rows that come, of the rows that change
 // A head with "1" begins a journal without edits, as it was written before there were any, one with "2" a journal
 // without counted numbers.
 // The checksum is XXH3 with 64 bits. Nothing is ever rewritten in place, so a crash can only cut the end.

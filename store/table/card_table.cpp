@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/disk.h"
-#include "platform/other_thread.h"
+#include "store/table/packed_parts.h"
 #include "store/table/row_shift.h"
 #include "store/table/table_content.h"
 #include "store/table/table_reader.h"
@@ -220,16 +220,15 @@ bool CardTable::Poke(int column, int row, Value value) {
 
 void CardTable::PokeRows(std::span<const int> rows, const PackedFields& fields) {
   RowStore& store = state_->content.rows;
-  const PackedFields::Place middle = fields.Middle();
   // Returns which of the rows must move.
-  const auto poke_in_place = [&](int first, int last) {
-    std::vector<int> left;
+  const auto poke_in_place = [&](const PackedFields::Place& from, size_t end) {
+    std::vector<size_t> left;
     RowStore::ComposedRow composed;
-    PackedReader reader(fields, first == 0 ? PackedFields::Place() : middle);
-    for (int i = first; i < last; ++i) {
-      const int row = rows[static_cast<size_t>(i)];
+    PackedReader reader(fields, from);
+    for (size_t i = from.row; i < end; ++i) {
+      const int row = rows[i];
       // The other part's rows are not to be looked at.
-      if (i + kAhead < last) Expect(rows[static_cast<size_t>(i) + size_t{kAhead}]);
+      if (i + kAhead < end) Expect(rows[i + kAhead]);
       reader.Next();
       if (!state_->HasRow(row) || !store.RewriteInPlace(state_->RowAt(row), reader.fields(), composed)) {
         left.push_back(i);
@@ -237,13 +236,13 @@ void CardTable::PokeRows(std::span<const int> rows, const PackedFields& fields) 
     }
     return left;
   };
-  const auto parts = InTwoParts(0, static_cast<int>(middle.row), static_cast<int>(rows.size()), poke_in_place);
+  const auto parts = ReadInTwoParts(fields, poke_in_place);
   PackedReader reader(fields);
-  int read = 0;
-  for (const std::vector<int>& left : {std::cref(parts.first), std::cref(parts.second)}) {
-    for (const int i : left) {
+  size_t read = 0;
+  for (const std::vector<size_t>& left : {std::cref(parts.first), std::cref(parts.second)}) {
+    for (const size_t i : left) {
       for (; read <= i; ++read) reader.Next();
-      PokeMoving(rows[static_cast<size_t>(i)], reader.fields());
+      PokeMoving(rows[i], reader.fields());
     }
   }
 }
