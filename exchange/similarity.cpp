@@ -4,9 +4,13 @@
 #include <cstdint>
 
 namespace tessaro {
+namespace {
+
+constexpr uint64_t kWhole = 100;
+
+}  // namespace
 
 int SimilarityPercent(size_t hits, size_t words, size_t target, size_t source, const CompareRule& rule) {
-  constexpr uint64_t kWhole = 100;
   const size_t longer = std::max(target, source);
   if (words == 0 || (!rule.ignore_length && longer == 0)) return kNoMatch;
   // Deliberate: the division by the length comes first and loses its fraction.

@@ -51,11 +51,12 @@ bool AreTimes(std::string_view text) {
   auto others = static_cast<uint8_t>(other(text.front()));
   for (size_t from = 1; from < text.size(); from += kCounted) {
     const char* const at = text.data() + from;
+    const char* const before = at - 1;
     const size_t count = std::min(kCounted, text.size() - from);
     uint8_t begun = 0;
     for (size_t i = 0; i < count; ++i) {
       others = static_cast<uint8_t>(others | other(at[i]));
-      begun = static_cast<uint8_t>(begun + (digit(at[i]) & ~digit(at[i - 1])));
+      begun = static_cast<uint8_t>(begun + (digit(at[i]) & ~digit(before[i])));
     }
     numbers += begun;
   }

@@ -15,7 +15,7 @@ namespace {
 
 // What stands in the next <name="..."> from `from` on, which then is behind it; nothing when there is none.
 std::optional<std::string_view> NextTag(std::string_view side, std::string_view name, size_t& from) {
-  const std::string opening = "<" + std::string(name) + "=\"";
+  const std::string opening = std::string("<").append(name).append("=\"");
   const size_t begin = side.find(opening, from);
   if (begin == std::string_view::npos) return std::nullopt;
   const size_t text = begin + opening.size();

@@ -107,7 +107,8 @@ class TakingBack : public LearnTest {
     clock.now = command.time;
     random.draws = command.draws;
     const int number = command.number;
-    const Rating rating = std::array{Rating::Known, Rating::NotKnown, Rating::None}[number % 3];
+    constexpr Rating kRatings[] = {Rating::Known, Rating::NotKnown, Rating::None};
+    const Rating rating = kRatings[number % 3];
     const BoxOrder box_order = BuildBoxOrder(file, clock.now).value_or(BoxOrder{});
     const std::function<StepResult()> commands[] = {
         [&] { return run->Known(); },

@@ -169,7 +169,7 @@ TEST(CardFileOnDisk, IsNeverGivenToTwoAndKeepsItsRights) {
 // The names of all companions fit, and none is that of another card file.
 TEST(CardFileOnDisk, AFileWithTheLongestNameOfADriveLacksNothing) {
   const TemporaryFolder temporary;
-  for (const size_t length : {196, 200, 201, 252, 254, 255}) {
+  for (const size_t length : {196U, 200U, 201U, 252U, 254U, 255U}) {
     SCOPED_TRACE(length);
     std::string name(length % 2, 'n');
     while (name.size() + 4 < length) name += "ü";

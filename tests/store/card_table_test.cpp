@@ -36,11 +36,11 @@ TEST(CardTable, ReadsAnyTextUnderAnySeparatorAsThePlainModel) {
 
 TEST(CardTable, RowsOfAllLengthsSurviveReadingInPieces) {
   std::string text = "A;B;C\n";
-  for (const size_t length : {0, 1, 63, 64, 65, 4095, 4096, 65535, 65536}) {
+  for (const size_t length : {0U, 1U, 63U, 64U, 65U, 4095U, 4096U, 65535U, 65536U}) {
     text += std::string(length, 'x') + ";" + std::string(length / 2, 'y') + "\\n;z\n";
     text += "k;" + std::string(length, 'v') + ";" + std::string(length, 'w') + "\n";
   }
-  for (const size_t piece : {7, 4096, 5000, 1 << 20}) {
+  for (const size_t piece : {7U, 4096U, 5000U, 1U << 20}) {
     TableTwins twins(';');
     // A file that tells less than it has, or more, is read to its end.
     EXPECT_TRUE(twins.Load(text, piece, piece % 2 == 0 ? 10 : text.size() * 2)) << piece;

@@ -12,7 +12,7 @@ namespace {
 
 TEST(IniFile, ReadsWhatStandsInAFile) {
   IniFile ini;
-  const std::string text(R"(; Kommentar
+  constexpr std::string_view kText = R"(; Kommentar
 lose=1
 
 [POS]
@@ -32,8 +32,8 @@ k=v
 
 [pos]
 spaet=7 Tage
-)"_cp);
-  ini.Parse(text);
+)"_cp;
+  ini.Parse(kText);
   std::string values;
   for (const char* key : {"x", "X", "pfad", "TEXT", "einfach", "ungleich", "allein", "leer", "spaet", ";x", "", "k"})
     values += ini.GetString("pos", key, "fehlt") + '|';
@@ -42,7 +42,7 @@ spaet=7 Tage
   EXPECT_TRUE(ini.Has("POS", "leer") && !(ini.Has("POS", "lose") || ini.Has("", "lose") || ini.Has("P", "x")));
   EXPECT_TRUE(ini.GetInt("pos", "x", 5) == 10 && ini.GetInt("pos", "spaet", 5) == 7 &&
               ini.GetInt("pos", "leer", 5) == 5);
-  EXPECT_EQ(ini.Text(), text);
+  EXPECT_EQ(ini.Text(), kText);
 }
 
 // Sets one value, and expects the file to differ in nothing else.

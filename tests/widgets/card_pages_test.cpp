@@ -114,14 +114,14 @@ TEST_F(CardPagesTest, LettersGrowAndTheirSizeIsKept) {
   const auto width = [this](size_t i) { return pages.findChild<TFrameHtml*>()->layout().fragments.at(i).rect.width; };
   const int before[] = {width(0), width(1)};
   for (int i = 0; i < 5; ++i) pages.findChild<QAction*>(u"ZoomIn"_s)->trigger();
-  for (const size_t i : {0, 1}) EXPECT_NEAR(width(i), before[i] * 1.5, 3);
+  for (const size_t i : {0U, 1U}) EXPECT_NEAR(width(i), before[i] * 1.5, 3);
   EXPECT_EQ(keys::kCardPercent.Read(settings), 150);
   CardPages other;
   other.KeepViewIn(settings);
   pages.SetZoom(1);
   EXPECT_EQ(keys::kCardPercent.Read(settings), keys::kCardPercent.least);
   pages.findChild<QAction*>(u"ZoomNormal"_s)->trigger();
-  for (const size_t i : {0, 1}) EXPECT_EQ(width(i), before[i]);
+  for (const size_t i : {0U, 1U}) EXPECT_EQ(width(i), before[i]);
 }
 
 // A view would break the lines of a long word for seconds.

@@ -82,7 +82,7 @@ TEST_F(HtmlView, MouseFindsLinksWhereTheyAreDrawn) {
   QTest::mousePress(PaintBox(), Qt::LeftButton, {}, beside);
   QTest::mousePress(PaintBox(), Qt::RightButton, {}, MiddleOfLink(0));
   EXPECT_EQ(links.count(), 0);
-  for (const size_t link : {0, 1}) QTest::mousePress(PaintBox(), Qt::LeftButton, {}, MiddleOfLink(link));
+  for (const size_t link : {0U, 1U}) QTest::mousePress(PaintBox(), Qt::LeftButton, {}, MiddleOfLink(link));
   EXPECT_EQ(links, QList<QVariantList>({{7}, {0}}));
 }
 
