@@ -16,10 +16,10 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-constexpr KeptPlace kFirstPlace = {.x = 3, .y = 528, .width = 573, .height = 200};
+constexpr KeptPlace kFirstTypingPlace = {.x = 3, .y = 528, .width = 573, .height = 200};
 constexpr int kTickMilliseconds = 100;
 
-QString NameOf(char expected, CodePage page) {
+QString KeyName(char expected, CodePage page) {
   if (expected == ' ') return u"Leer"_s;
   if (expected == '\n') return u"Eingabetaste"_s;
   if (expected == '\t') return u"Tabulatortaste"_s;
@@ -43,7 +43,7 @@ Verdict VerdictOf(TypingMood mood) {
 }  // namespace
 
 TF_wntipp::TF_wntipp(const AnswerSurroundings& around)
-    : AnswerWindow(around, "TT", kFirstPlace), ui_(std::make_unique<Ui::TF_wntipp>()) {
+    : AnswerWindow(around, place_suffix::kTyping, kFirstTypingPlace), ui_(std::make_unique<Ui::TF_wntipp>()) {
   ui_->setupUi(this);
   DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->SpeedButtonClose, *ui_->BitBtnHelp);
   MakeQuiet(*ui_->LabelLimit);
@@ -143,7 +143,7 @@ void TF_wntipp::Follow(const TypingStep& step) {
 void TF_wntipp::ShowWrong(const TypingStep& step) {
   ShowVerdict(
       *ui_->EditKommentar,
-      u"%1. Fehler. Erforderliche Eingabe %2"_s.arg(QString::number(step.errors), NameOf(step.expected, Page())),
+      u"%1. Fehler. Erforderliche Eingabe %2"_s.arg(QString::number(step.errors), KeyName(step.expected, Page())),
       VerdictOf(step.mood));
   ui_->LabelLimit->setText(step.within_limit ? u"im Limit"_s : u"über dem Limit"_s);
   if (!sound_.isEmpty()) Q_EMIT SoundWanted(sound_);

@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-constexpr KeptPlace kFirstPlace = {.x = 3, .y = 628, .width = 573, .height = 126};
+constexpr KeptPlace kFirstComparisonPlace = {.x = 3, .y = 628, .width = 573, .height = 126};
 constexpr int kComparisonMilliseconds = 3000;
 constexpr size_t kLeastBlanks = 2;
 
@@ -75,7 +75,9 @@ QString ComparisonText(const TypedComparison& compared, CodePage page, const QPa
 }  // namespace
 
 TF_wnvgl::TF_wnvgl(const AnswerSurroundings& around, bool& input_check_on)
-    : AnswerWindow(around, "V", kFirstPlace), ui_(std::make_unique<Ui::TF_wnvgl>()), input_check_on_(input_check_on) {
+    : AnswerWindow(around, place_suffix::kTypedAnswer, kFirstComparisonPlace),
+      ui_(std::make_unique<Ui::TF_wnvgl>()),
+      input_check_on_(input_check_on) {
   ui_->setupUi(this);
   DressHeader(*ui_->LabelTitel, *ui_->SpeedButtonFrei, *ui_->BitBtnClose, *ui_->BitBtnHelp);
   ui_->BitBtnTest->setChecked(input_check_on_);

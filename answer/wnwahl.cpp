@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-constexpr KeptPlace kFirstPlace = {.x = 76, .y = 572, .width = 580, .height = 154};
+constexpr KeptPlace kFirstChoicePlace = {.x = 76, .y = 572, .width = 580, .height = 154};
 
 constexpr int kPreparedAtOnce = 10'000;  // cards; no wait that anyone feels
 constexpr int kPreparedInAStep = 1000;
@@ -26,7 +26,7 @@ constexpr int kPreparedInAStep = 1000;
 const QString kRightText = u"Antwort war richtig, nächste Karte ist angezeigt"_s;
 const QString kWrongText = u"Fehler - richtige Antwort ist angezeigt - weiter n u r  mit <weiter>"_s;
 
-QString NameOf(ChoicePage page, size_t choice) {
+QString LetterOf(ChoicePage page, size_t choice) {
   return FromBytes(ChoiceName(page, choice));
 }
 
@@ -39,7 +39,7 @@ void SetLetters(QWidget& control, const std::optional<QColor>& colour) {
 }  // namespace
 
 TF_wnwahl::TF_wnwahl(const AnswerSurroundings& around, CardFile& file, Random& random)
-    : AnswerWindow(around, "W", kFirstPlace),
+    : AnswerWindow(around, place_suffix::kChoice, kFirstChoicePlace),
       ui_(std::make_unique<Ui::TF_wnwahl>()),
       offers_(keys::kOfferAnswers.Read(around.settings.ini)),
       offer_(file),
@@ -69,7 +69,7 @@ TF_wnwahl::~TF_wnwahl() {
 void TF_wnwahl::MakeChoices() {
   for (const ChoicePage page : {ChoicePage::Numbers, ChoicePage::Letters}) {
     for (size_t i = 0; i < kChoices; ++i) {
-      auto* button = findChild<QToolButton*>(u"SpeedButton"_s + NameOf(page, i));
+      auto* button = findChild<QToolButton*>(u"SpeedButton"_s + LetterOf(page, i));
       choices_[static_cast<size_t>(page)][i] = button;
       connect(button, &QAbstractButton::clicked, this, [this, i, button] { ChoiceClick(i, *button); });
     }
@@ -92,8 +92,8 @@ CodePage TF_wnwahl::KeyPage() const {
 
 void TF_wnwahl::PageChanged() {
   for (size_t i = 0; i < kChoices; ++i) {
-    boxes_[i]->setAccessibleName(NameOf(Page(), i));
-    boxes_[i]->setToolTip(u"%1 ankreuzen (Leertaste)"_s.arg(NameOf(Page(), i)));
+    boxes_[i]->setAccessibleName(LetterOf(Page(), i));
+    boxes_[i]->setToolTip(u"%1 ankreuzen (Leertaste)"_s.arg(LetterOf(Page(), i)));
   }
   ShowHint();
   ShowStatus();
@@ -326,7 +326,7 @@ bool TF_wnwahl::ChooseByKey(QKeyEvent& event) {
   const QString text = event.text().toUpper();
   if (text.size() != 1 || qobject_cast<QCheckBox*>(focusWidget()) != nullptr) return false;
   for (size_t i = 0; i < kChoices; ++i) {
-    if (text != NameOf(Page(), i)) continue;
+    if (text != LetterOf(Page(), i)) continue;
     if (!event.isAutoRepeat() && Ticked().none() && ui_->PageControlSelect->isEnabled()) {
       choices_[static_cast<size_t>(Page())][i]->click();
     }

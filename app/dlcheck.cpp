@@ -26,7 +26,7 @@ class BoxDelegate : public QStyledItemDelegate {
   }
 };
 
-constexpr int kQuestionLetters = 24;
+constexpr int kShownLetters = 24;
 constexpr int kFaultLetters = 46;
 
 }  // namespace
@@ -61,7 +61,7 @@ void TF_dlcheck::SetColumns() {
   const int letter = fontMetrics().averageCharWidth();
   QHeaderView& header = *ui_->ListFindings->header();
   header.resizeSection(CheckModel::CardId, fontMetrics().horizontalAdvance(u"0000000000"_s));
-  header.resizeSection(CheckModel::Question, kQuestionLetters * letter);
+  header.resizeSection(CheckModel::Question, kShownLetters * letter);
   header.resizeSection(CheckModel::Fault, kFaultLetters * letter);
 }
 

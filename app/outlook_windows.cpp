@@ -54,18 +54,16 @@ void OutlookWindows::BeginSummary() {
 }
 
 void OutlookWindows::Summarise() {
-  constexpr int kCardsAtOnce = 200;
   if (!file_.IsOpen()) return;
-  summary_.Count<OutlookReading>(
-      OutlookReading(file_, clock_.Now(), days_), kCardsAtOnce, [this](OutlookReading& reading) {
-        deck_ = reading.Take();
-        weights_ = deck_.weights;
-        summary_.Count<KnowledgeCount>(KnowledgeCount(file_, deck_), kCardsAtOnce, [this](KnowledgeCount& count) {
-          summarised_ = file_.paths().cards;
-          Q_EMIT Summarised(KnownLine(deck_, count.Take()));
-          deck_ = {};
-        });
-      });
+  summary_.Count<OutlookReading>(OutlookReading(file_, clock_.Now(), days_), [this](OutlookReading& reading) {
+    deck_ = reading.Take();
+    weights_ = deck_.weights;
+    summary_.Count<KnowledgeCount>(KnowledgeCount(file_, deck_), [this](KnowledgeCount& count) {
+      summarised_ = file_.paths().cards;
+      Q_EMIT Summarised(KnownLine(deck_, count.Take()));
+      deck_ = {};
+    });
+  });
 }
 
 OutlookLines OutlookWindows::Lines() const {

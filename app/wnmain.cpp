@@ -15,6 +15,7 @@
 #include "app/sample_files.h"
 #include "cards/figures.h"
 #include "learn/dlparam.h"
+#include "settings/kept_place.h"
 #include "settings/learning_parameters.h"
 #include "settings/recent_files.h"
 #include "ui_wnmain.h"
@@ -28,7 +29,6 @@ namespace {
 using namespace Qt::Literals::StringLiterals;
 
 constexpr auto kTitle = "Tessaro Hypertext-Lernprogramm 3.0"_L1;
-constexpr std::string_view kPlaceSuffix = "M";
 constexpr int kStatusPadding = 4;
 constexpr int64_t kFiguresLast = 60;  // seconds after which the figures of the start page are looked up anew
 
@@ -48,7 +48,7 @@ TF_wnmain::TF_wnmain(Program& program)
   MakeStatusLine();
   MakeMenus(*this, program_);
   ConnectSignals();
-  RestoreWindowPlace(*this, program_.settings().ini, kPlaceSuffix);
+  RestoreWindowPlace(*this, program_.settings().ini, place_suffix::kMain);
   ui_->FrameBegin->SetSamples(SampleFiles(program_.places().samples));
   ShowState();
 }
@@ -193,7 +193,7 @@ bool TF_wnmain::FormCloseQuery() {
 void TF_wnmain::closeEvent(QCloseEvent* event) {
   event->setAccepted(!LongWork::Running() && FormCloseQuery());
   if (!event->isAccepted()) return;
-  KeepWindowPlace(*this, program_.settings().ini, kPlaceSuffix);
+  KeepWindowPlace(*this, program_.settings().ini, place_suffix::kMain);
   program_.SaveSettings();
   file_.Close();
 }

@@ -17,8 +17,8 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-constexpr int kBeginAfter = 300;  // milliseconds: the start page is painted first
-constexpr int64_t kSlice = 4;     // milliseconds, so that no key press waits noticeably
+constexpr int kBeginAfter = 300;    // milliseconds: the start page is painted first
+constexpr int64_t kCheckSlice = 4;  // milliseconds, so that no key press waits noticeably
 constexpr int kRowsAtOnce = 200;
 
 std::string MediaFolderName(Program& program) {
@@ -45,7 +45,7 @@ void TF_wnmain::ContinueCheck() {
                          FoldersOf(file_.paths().cards, MediaFolderName(program_), ReadCodePages(file_.settings())));
     check_timer_.start(0);
   }
-  const int64_t end = program_.clock().Milliseconds() + kSlice;
+  const int64_t end = program_.clock().Milliseconds() + kCheckSlice;
   bool more = true;
   do {
     more = check_->Step(kRowsAtOnce);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <utility>
 #include <vector>
 
@@ -20,19 +21,26 @@ namespace {
 // The first card row of each number that links can lead to; 0 = no card.
 class FirstRows {
  public:
-  FirstRows() : rows_(static_cast<size_t>(kMaxLinkTarget) + 1) {}
+  // Makes room for numbers that are not above `most`, as nearly all are where that is the number of cards.
+  void Expect(int most) { rows_.resize(static_cast<size_t>(most) + 1); }
   // To be called for the cards in their order.
   void Note(std::string_view id, int row) {
     const int64_t number = LeadingNumber(id);
-    if (IsTarget(number) && At(number) == 0) rows_[static_cast<size_t>(number)] = row;
+    if (!IsTarget(number) || At(number) != 0) return;
+    const auto at = static_cast<size_t>(number);
+    if (at >= rows_.size()) rows_.resize(std::bit_ceil(at + 1));
+    rows_[at] = row;
   }
   // Notes those of cards that come behind.
   void Append(const FirstRows& behind) {
-    for (size_t number = 0; number < rows_.size(); ++number) {
+    if (behind.rows_.size() > rows_.size()) rows_.resize(behind.rows_.size());
+    for (size_t number = 0; number < behind.rows_.size(); ++number) {
       if (rows_[number] == 0) rows_[number] = behind.rows_[number];
     }
   }
-  int At(int64_t number) const { return IsTarget(number) ? rows_[static_cast<size_t>(number)] : 0; }
+  int At(int64_t number) const {
+    return IsTarget(number) && static_cast<size_t>(number) < rows_.size() ? rows_[static_cast<size_t>(number)] : 0;
+  }
 
  private:
   static bool IsTarget(int64_t number) { return number > 0 && number <= kMaxLinkTarget; }
@@ -90,6 +98,7 @@ class Numbering {
     TwoPartsGoOn goes_on(keep_going, end);
     auto seen = InTwoParts(kFirstCardRow, end, [&](int first, int behind) {
       SeenCards part;
+      part.first_rows.Expect(file_.CardCount());
       for (int row = first; row < behind && goes_on(row); ++row) SeeCard(row, part);
       return part;
     });

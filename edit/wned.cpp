@@ -17,6 +17,7 @@
 #include "edit/wnsign.h"
 #include "edit/wnsuch.h"
 #include "edit/wntab.h"
+#include "settings/kept_place.h"
 #include "ui_wned.h"
 #include "widgets/long_work.h"
 #include "widgets/messages.h"
@@ -29,7 +30,6 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-constexpr std::string_view kPlaceSuffix = "E";
 constexpr int kStoreDelay = 5000;  // milliseconds without typing
 constexpr int kWideForList = 900;  // pixels of the window: the list of cards beside them
 
@@ -60,7 +60,7 @@ TF_wned::TF_wned(CardFile& file, ProgramSettings& settings, const EditorMachine&
   ConnectNavigation();
   sides_.ReadLooks(file_, settings_);
   ReadTopics();
-  RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  RestoreWindowPlace(*this, settings_.ini, place_suffix::kEditor);
   FitSides();
   ready_ = true;
   const bool first = !file_.read_only() && desk_.EnsureCard();
@@ -302,7 +302,7 @@ void TF_wned::closeEvent(QCloseEvent* event) {
   if (busy_ || HasOpenDialog(*this)) return event->ignore();
   if (link_window_ != nullptr) EndLink();
   if (LongWork::Running() || !Settle()) return event->ignore();
-  KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  KeepWindowPlace(*this, settings_.ini, place_suffix::kEditor);
   for (QWidget* window : {static_cast<QWidget*>(search_window_.get()), static_cast<QWidget*>(table_window_.get()),
                           static_cast<QWidget*>(sign_window_.get())}) {
     if (window != nullptr) window->close();

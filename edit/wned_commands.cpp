@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-QString NameOf(EditKind kind) {
+QString CommandName(EditKind kind) {
   switch (kind) {
     case EditKind::Text:
       return u"Text der Karte"_s;
@@ -171,7 +171,7 @@ void TF_wned::TakeCommand(bool back) {
   Do([&] { moved = back ? desk_.Undo() : desk_.Redo(); });
   model_->ShowAnew();
   if (!moved) return ShowStatus(back ? u"Es ist nichts zurückzunehmen"_s : u"Es ist nichts zu wiederholen"_s);
-  ShowStatus((back ? u"Zurückgenommen: %1"_s : u"Wiederholt: %1"_s).arg(NameOf(moved->kind)));
+  ShowStatus((back ? u"Zurückgenommen: %1"_s : u"Wiederholt: %1"_s).arg(CommandName(moved->kind)));
 }
 
 void TF_wned::SpeedButtonGoto() {
@@ -277,11 +277,11 @@ void TF_wned::ShowCommands() {
   ui_->SpeedButtonGoMarke1->setEnabled(desk_.MarkedRow(0) != 0);
   ui_->SpeedButtonGoMarke2->setEnabled(desk_.MarkedRow(1) != 0);
   if (auto* undo = findChild<QAction*>(u"MCommandUndo"_s)) {
-    undo->setText(commands.CanUndo() ? u"&Zurücknehmen: %1"_s.arg(NameOf(commands.NextUndo()))
+    undo->setText(commands.CanUndo() ? u"&Zurücknehmen: %1"_s.arg(CommandName(commands.NextUndo()))
                                      : u"Kartenbefehl &zurücknehmen"_s);
   }
   if (auto* redo = findChild<QAction*>(u"MCommandRedo"_s)) {
-    redo->setText(commands.CanRedo() ? u"Wi&ederholen: %1"_s.arg(NameOf(commands.NextRedo()))
+    redo->setText(commands.CanRedo() ? u"Wi&ederholen: %1"_s.arg(CommandName(commands.NextRedo()))
                                      : u"Kartenbefehl wi&ederholen"_s);
   }
 }

@@ -1,21 +1,16 @@
 #include "edit/wnlink.h"
 
+#include "settings/kept_place.h"
 #include "ui_wnlink.h"
 #include "widgets/window_place.h"
 
 namespace tessaro {
-namespace {
-
-constexpr std::string_view kPlaceSuffix = "HL";
-
-}  // namespace
-
 TF_wnlink::TF_wnlink(ProgramSettings& settings, QWidget* parent)
     : QDialog(parent), settings_(settings), ui_(std::make_unique<Ui::TF_wnlink>()) {
   ui_->setupUi(this);
-  RestorePlaceAside(*this, settings_.ini, kPlaceSuffix);
+  RestorePlaceAside(*this, settings_.ini, place_suffix::kLinks);
   connect(ui_->BitBtnLink, &QAbstractButton::clicked, this, [this] {
-    KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
+    KeepWindowPlace(*this, settings_.ini, place_suffix::kLinks);
     Q_EMIT Accepted(ui_->EditLinkText->text());
   });
   connect(ui_->BitBtnCancel, &QAbstractButton::clicked, this, &TF_wnlink::reject);
@@ -37,7 +32,7 @@ void TF_wnlink::ShowTarget(const QString& id) {
 
 void TF_wnlink::reject() {
   if (!isVisible()) return;
-  KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  KeepWindowPlace(*this, settings_.ini, place_suffix::kLinks);
   hide();
   Q_EMIT Cancelled();
 }

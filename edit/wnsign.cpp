@@ -2,6 +2,7 @@
 
 #include <QHeaderView>
 
+#include "settings/kept_place.h"
 #include "ui_wnsign.h"
 #include "widgets/text.h"
 #include "widgets/window_place.h"
@@ -11,7 +12,6 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-constexpr std::string_view kPlaceSuffix = "S";
 constexpr int kCellsInRow = 12;
 
 }  // namespace
@@ -22,7 +22,7 @@ TF_wnsign::TF_wnsign(ProgramSettings& settings, const std::array<SideLook, 2>& l
   ui_->ZeichenTabelle->setColumnCount(kCellsInRow);
   ui_->ZeichenTabelle->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   ui_->ZeichenTabelle->horizontalHeader()->setMinimumSectionSize(24);
-  RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  RestoreWindowPlace(*this, settings_.ini, place_suffix::kCharacters);
   connect(ui_->BitBtnOK, &QAbstractButton::clicked, this, &TF_wnsign::Choose);
   connect(ui_->ZeichenTabelle, &QTableWidget::cellDoubleClicked, this, &TF_wnsign::Choose);
   connect(ui_->ZeichenTabelle, &QTableWidget::itemChanged, this, &TF_wnsign::CellChanged);
@@ -94,7 +94,7 @@ void TF_wnsign::Choose() {
 }
 
 void TF_wnsign::hideEvent(QHideEvent* event) {
-  KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  KeepWindowPlace(*this, settings_.ini, place_suffix::kCharacters);
   QDialog::hideEvent(event);
 }
 

@@ -2,6 +2,7 @@
 
 #include <QShortcut>
 
+#include "settings/kept_place.h"
 #include "ui_wnsuch.h"
 #include "widgets/text.h"
 #include "widgets/window_place.h"
@@ -9,12 +10,6 @@
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
-namespace {
-
-constexpr std::string_view kPlaceSuffix = "F";
-
-}  // namespace
-
 QString SearchText(const SearchResult& result, bool possible) {
   if (!possible) return u"Ohne Zeichenfolge 1 lässt sich nur mit \"oder\" suchen"_s;
   if (result.cancelled) return u"Suche abgebrochen"_s;
@@ -33,7 +28,7 @@ SoughtText SoughtTextOf(const QString& text, const SideCodePages& pages) {
 TF_wnsuch::TF_wnsuch(ProgramSettings& settings, QWidget* parent)
     : QDialog(parent), settings_(settings), ui_(std::make_unique<Ui::TF_wnsuch>()) {
   ui_->setupUi(this);
-  RestorePlaceAside(*this, settings_.ini, kPlaceSuffix);
+  RestorePlaceAside(*this, settings_.ini, place_suffix::kSearch);
   connect(ui_->BitBtnStart, &QAbstractButton::clicked, this, &TF_wnsuch::Start);
   connect(ui_->BitBtnWeiter, &QAbstractButton::clicked, this, &TF_wnsuch::MoreWanted);
   connect(ui_->BitBtnClose, &QAbstractButton::clicked, this, &QDialog::close);
@@ -51,7 +46,7 @@ void TF_wnsuch::Begin() {
 }
 
 void TF_wnsuch::hideEvent(QHideEvent* event) {
-  KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  KeepWindowPlace(*this, settings_.ini, place_suffix::kSearch);
   QDialog::hideEvent(event);
 }
 

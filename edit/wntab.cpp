@@ -9,6 +9,7 @@
 #include "edit/card_model.h"
 #include "edit/card_work.h"
 #include "edit/wnsuch.h"
+#include "settings/kept_place.h"
 #include "settings/side_settings.h"
 #include "ui_wntab.h"
 #include "widgets/count_texts.h"
@@ -18,12 +19,6 @@
 using namespace Qt::StringLiterals;
 
 namespace tessaro {
-namespace {
-
-constexpr std::string_view kPlaceSuffix = "T";
-
-}  // namespace
-
 TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, const Clock& clock, Messages& messages,
                    const std::array<SideLook, 2>& looks, QWidget* parent)
     : QDialog(parent),
@@ -43,7 +38,7 @@ TF_wntab::TF_wntab(CardFile& file, CardDesk& desk, ProgramSettings& settings, co
   ui_->StringGridTab->verticalScrollBar()->setObjectName(u"ScrollBarTab"_s);
   ui_->StringGridTab->horizontalHeader()->setStretchLastSection(true);
   ui_->StringGridTab->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-  RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  RestoreWindowPlace(*this, settings_.ini, place_suffix::kTable);
   connect(ui_->StringGridTab, &QAbstractItemView::doubleClicked, this, &TF_wntab::BitBtnEditorClick);
   connect(ui_->BitBtnStart, &QAbstractButton::clicked, this, &TF_wntab::BitBtnStartClick);
   connect(ui_->EditSuchen, &QLineEdit::returnPressed, this, &TF_wntab::BitBtnStartClick);
@@ -111,7 +106,7 @@ void TF_wntab::showEvent(QShowEvent* event) {
 }
 
 void TF_wntab::hideEvent(QHideEvent* event) {
-  KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  KeepWindowPlace(*this, settings_.ini, place_suffix::kTable);
   QDialog::hideEvent(event);
 }
 

@@ -6,6 +6,7 @@
 #include "exchange/card_export.h"
 #include "exchange/exchange_texts.h"
 #include "exchange/separator_field.h"
+#include "settings/kept_place.h"
 #include "settings/side_settings.h"
 #include "store/file/card_file.h"
 #include "ui_dlimp.h"
@@ -23,7 +24,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace fs = std::filesystem;
 
 constexpr int kFaultsShown = 8;
-constexpr std::string_view kPlaceSuffix = "Imp";
 
 }  // namespace
 
@@ -40,11 +40,11 @@ TF_dlimp::TF_dlimp(const ExchangeTies& ties, QWidget* parent)
   ui_->BitBtnDatei->setDefault(true);
   ui_->BitBtnDatei->setFocus();
   GrowToContent(*this);
-  RestoreWindowPlace(*this, ties_.settings, kPlaceSuffix);
+  RestoreWindowPlace(*this, ties_.settings, place_suffix::kImport);
 }
 
 TF_dlimp::~TF_dlimp() {
-  KeepWindowPlace(*this, ties_.settings, kPlaceSuffix);
+  KeepWindowPlace(*this, ties_.settings, place_suffix::kImport);
 }
 
 void TF_dlimp::MakeSeparators() {

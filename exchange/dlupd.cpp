@@ -7,6 +7,7 @@
 
 #include "exchange/compare_texts.h"
 #include "platform/clock.h"
+#include "settings/kept_place.h"
 #include "settings/keys.h"
 #include "settings/side_settings.h"
 #include "ui_dlupd.h"
@@ -28,7 +29,6 @@ constexpr int kMostPercent = 95;
 constexpr int kWordLengths = 5;
 constexpr int64_t kTellComparisons = 1000;
 constexpr int64_t kTellTaken = 10;
-constexpr std::string_view kPlaceSuffix = "Upd";
 
 // What the user made of a text; nothing when it stayed.
 std::optional<std::string> Edited(const QTextEdit& edit, CodePage page) {
@@ -51,11 +51,11 @@ TF_dlupd::TF_dlupd(const ExchangeTies& ties, QWidget* parent)
   ui_->BitBtnQuelle->setDefault(true);
   ui_->BitBtnQuelle->setFocus();
   GrowToContent(*this);
-  RestoreWindowPlace(*this, ties_.settings, kPlaceSuffix);
+  RestoreWindowPlace(*this, ties_.settings, place_suffix::kComparison);
 }
 
 TF_dlupd::~TF_dlupd() {
-  KeepWindowPlace(*this, ties_.settings, kPlaceSuffix);
+  KeepWindowPlace(*this, ties_.settings, place_suffix::kComparison);
 }
 
 void TF_dlupd::FillChoices() {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "help/side_print.h"
+#include "settings/kept_place.h"
 #include "ui_wnhelp.h"
 #include "widgets/card_pages.h"
 #include "widgets/icons.h"
@@ -21,7 +22,6 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-constexpr const char* kPlaceSuffix = "Hlp";
 constexpr int kNumberRole = Qt::UserRole;
 constexpr int kLettersInList = 38;
 constexpr int kListSpacing = 2;
@@ -65,7 +65,7 @@ TF_wnhelp::TF_wnhelp(HelpDeck deck, ProgramSettings& settings, Messages& message
   connect(ui_->ListKarten, &QListWidget::itemClicked, this, &TF_wnhelp::OpenEntry);
   connect(ui_->ListKarten, &QListWidget::itemActivated, this, &TF_wnhelp::OpenEntry);
   FillList();
-  RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  RestoreWindowPlace(*this, settings_.ini, place_suffix::kHelp);
 }
 
 TF_wnhelp::~TF_wnhelp() = default;
@@ -218,7 +218,7 @@ void TF_wnhelp::changeEvent(QEvent* event) {
 
 void TF_wnhelp::closeEvent(QCloseEvent* event) {
   if (HasOpenDialog(*this)) return event->ignore();
-  KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  KeepWindowPlace(*this, settings_.ini, place_suffix::kHelp);
   QWidget::closeEvent(event);
 }
 

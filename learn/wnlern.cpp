@@ -12,6 +12,7 @@
 #include "learn/lern_texts.h"
 #include "learn/start_method.h"
 #include "learn/wnlern_look.h"
+#include "settings/kept_place.h"
 #include "settings/keys.h"
 #include "ui_wnlern.h"
 #include "widgets/help_request.h"
@@ -27,7 +28,6 @@ namespace tessaro {
 namespace {
 
 constexpr int kSecond = 1000;  // milliseconds
-constexpr std::string_view kPlaceSuffix = "L";
 
 // Takes the second press of a double click away from an answer. It would answer the card that has just appeared, which
 // nobody has read by then.
@@ -250,7 +250,7 @@ void TF_wnlern::closeEvent(QCloseEvent* event) {
 }
 
 void TF_wnlern::FormShow() {
-  RestoreWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  RestoreWindowPlace(*this, settings_.ini, place_suffix::kLearning);
   ReadOptions();
   ReadShortcuts();
   ReadLooks();
@@ -263,7 +263,7 @@ void TF_wnlern::FormShow() {
 
 void TF_wnlern::FormClose() {
   timer_.stop();
-  KeepWindowPlace(*this, settings_.ini, kPlaceSuffix);
+  KeepWindowPlace(*this, settings_.ini, place_suffix::kLearning);
   SwitchStatistics(false);
   KeepStartMethod(automatic_, settings_.ini, file_.settings());
   run_->KeepPositions();

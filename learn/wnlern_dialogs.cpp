@@ -11,6 +11,7 @@
 #include "learn/lern_texts.h"
 #include "learn/statistics_texts.h"
 #include "learn/wnlern.h"
+#include "settings/kept_place.h"
 #include "settings/keys.h"
 #include "ui_wnlern.h"
 #include "widgets/text.h"
@@ -20,8 +21,6 @@ using namespace Qt::StringLiterals;
 
 namespace tessaro {
 namespace {
-
-constexpr std::string_view kStatisticsPlace = "D";
 
 // To the right of the learning window where the screen has room, else at the right edge of the screen.
 void PlaceBeside(QWidget& window, const QWidget& other) {
@@ -116,7 +115,7 @@ void TF_wnlern::TbCalcClick(bool on) {
 
 void TF_wnlern::SwitchStatistics(bool on) {
   if (statistics_ != nullptr) {
-    KeepWindowPlace(*statistics_, settings_.ini, kStatisticsPlace);
+    KeepWindowPlace(*statistics_, settings_.ini, place_suffix::kStatistics);
     statistics_->hide();
     // It may be its own closing that leads here.
     statistics_.release()->deleteLater();
@@ -125,7 +124,7 @@ void TF_wnlern::SwitchStatistics(bool on) {
     statistics_ = std::make_unique<TF_dldata>(this);
     connect(statistics_.get(), &TF_dldata::Closed, this, [this] { TbCalcClick(false); });
     PlaceBeside(*statistics_, *this);
-    RestoreWindowPlace(*statistics_, settings_.ini, kStatisticsPlace);
+    RestoreWindowPlace(*statistics_, settings_.ini, place_suffix::kStatistics);
     statistics_->show();
   }
   ShowStatistics();

@@ -18,7 +18,6 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-constexpr int kCardsAtOnce = 200;
 constexpr int kAroundTabs = 40;
 constexpr int kReadDelay = 300;  // milliseconds: changes come in rows
 
@@ -64,12 +63,11 @@ void OutlookWindow::Read() {
   deck_is_read_ = false;
   setWindowTitle(u"%1: %2"_s.arg(windowTitle().section(u':', 0, 0), FromPath(file_.paths().cards.filename())));
   CurrentPage().ShowWaiting();
-  work_.Count<OutlookReading>(OutlookReading(file_, clock_.Now(), days_), kCardsAtOnce,
-                              [this](OutlookReading& reading) {
-                                deck_ = std::make_shared<const DeckOutlook>(reading.Take());
-                                deck_is_read_ = true;
-                                DeckRead();
-                              });
+  work_.Count<OutlookReading>(OutlookReading(file_, clock_.Now(), days_), [this](OutlookReading& reading) {
+    deck_ = std::make_shared<const DeckOutlook>(reading.Take());
+    deck_is_read_ = true;
+    DeckRead();
+  });
 }
 
 void OutlookWindow::OpenCards(const QString& title, const std::vector<int>& rows) {

@@ -5,17 +5,12 @@
 #include "outlook/activity.h"
 #include "outlook/evaluation_texts.h"
 #include "outlook/prediction_check.h"
+#include "settings/kept_place.h"
 #include "ui_wneval.h"
 
 namespace tessaro {
-namespace {
-
-constexpr int kCardsAtOnce = 200;
-
-}  // namespace
-
 TF_wneval::TF_wneval(CardFile& file, ProgramSettings& settings, const Clock& clock)
-    : OutlookWindow(file, settings, clock, "A"), ui_(std::make_unique<Ui::TF_wneval>()) {
+    : OutlookWindow(file, settings, clock, place_suffix::kEvaluation), ui_(std::make_unique<Ui::TF_wneval>()) {
   ui_->setupUi(this);
   for (OutlookPage* page : {ui_->PageWissen, ui_->PageGetan, ui_->PageStimmen, ui_->PageKosten}) TiePage(*page);
   const auto renew = [this](View view) {
@@ -70,7 +65,7 @@ void TF_wneval::ShowCurrent() {
 
 void TF_wneval::ShowKnowledge() {
   if (knowledge_) return Show(Knows, KnowledgePage(deck(), *knowledge_, ui_->RbBehaltenszeit->isChecked()));
-  work_.Count<KnowledgeCount>(KnowledgeCount(file_, deck()), kCardsAtOnce, [this](KnowledgeCount& count) {
+  work_.Count<KnowledgeCount>(KnowledgeCount(file_, deck()), [this](KnowledgeCount& count) {
     knowledge_ = count.Take();
     ShowKnowledge();
   });
@@ -78,7 +73,7 @@ void TF_wneval::ShowKnowledge() {
 
 void TF_wneval::ShowActivity() {
   const auto period = static_cast<ActivityPeriod>(ui_->CbZeitraum->currentIndex());
-  work_.Count<ActivityCount>(ActivityCount(file_, deck().now, days_, period), kCardsAtOnce,
+  work_.Count<ActivityCount>(ActivityCount(file_, deck().now, days_, period),
                              [this](ActivityCount& count) { Show(Did, ActivityPage(deck(), count.Take())); });
 }
 
@@ -87,7 +82,7 @@ void TF_wneval::ShowPredictions() {
   const auto choice = static_cast<size_t>(ui_->CbPruefzeitraum->currentIndex());
   std::optional<int64_t> start;
   if (choice < kDays.size()) start = days_.StartOf(days_.DayOf(deck().now) - kDays[choice] + 1);
-  work_.Count<PredictionCheck>(PredictionCheck(file_, deck().now, start), kCardsAtOnce,
+  work_.Count<PredictionCheck>(PredictionCheck(file_, deck().now, start),
                                [this](PredictionCheck& check) { Show(Predicted, PredictionPage(check.Take())); });
 }
 

@@ -5,6 +5,7 @@
 #include "outlook/due_count.h"
 #include "outlook/forecast_texts.h"
 #include "outlook/number_texts.h"
+#include "settings/kept_place.h"
 #include "settings/keys.h"
 #include "ui_wnprog.h"
 #include "widgets/theme.h"
@@ -14,7 +15,6 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-constexpr int kCardsAtOnce = 200;
 constexpr int kAnswersAtOnce = 20;
 constexpr int kDefaultDays = 90;
 constexpr int kMostDays = 730;
@@ -23,7 +23,7 @@ const QDate kFirstDay(1970, 1, 1);
 }  // namespace
 
 TF_wnprog::TF_wnprog(CardFile& file, ProgramSettings& settings, const Clock& clock)
-    : OutlookWindow(file, settings, clock, "P"), ui_(std::make_unique<Ui::TF_wnprog>()) {
+    : OutlookWindow(file, settings, clock, place_suffix::kForecast), ui_(std::make_unique<Ui::TF_wnprog>()) {
   ui_->setupUi(this);
   for (OutlookPage* page : {ui_->PageFaellig, ui_->PagePruefung}) TiePage(*page);
   ui_->CbHorizont->setCurrentIndex(1);
@@ -109,7 +109,7 @@ void TF_wnprog::ShowDue() {
   const QString pause = PauseText(deck());
   ui_->LabelPause->setText(pause);
   ui_->PanelPause->setVisible(!pause.isEmpty());
-  work_.Count<DueCount>(DueCount(file_, deck(), Parameters(), days_, horizon), kCardsAtOnce, [this](DueCount& count) {
+  work_.Count<DueCount>(DueCount(file_, deck(), Parameters(), days_, horizon), [this](DueCount& count) {
     const std::vector<DueSpan> spans = count.Take();
     ui_->PageFaellig->Show(DuePage(deck(), spans, count.next_due(), days_));
     ShowBacklog(spans[0].minutes);
@@ -122,10 +122,13 @@ void TF_wnprog::ShowBacklog(double overdue_minutes) {
   ui_->PanelRueckstand->setVisible(!due_shown_);
   if (due_shown_) return;
   ui_->LabelRueckstand->setText(u"wird berechnet …"_s);
-  work_.Count<Plan>(Plan::CatchUp(file_, deck(), settings_.ini, days_, minutes), kAnswersAtOnce, [this](Plan& plan) {
-    ui_->LabelRueckstand->setText(CatchUpText(plan.Take(), days_.DayOf(deck().now)));
-    due_shown_ = true;
-  });
+  work_.Count<Plan>(
+      Plan::CatchUp(file_, deck(), settings_.ini, days_, minutes),
+      [this](Plan& plan) {
+        ui_->LabelRueckstand->setText(CatchUpText(plan.Take(), days_.DayOf(deck().now)));
+        due_shown_ = true;
+      },
+      kAnswersAtOnce);
 }
 
 int64_t TF_wnprog::ExamDay() const {
@@ -144,10 +147,13 @@ void TF_wnprog::ShowPlan() {
     return ui_->PagePruefung->ShowLast();
   }
   const PlanWish wish = {ExamDay(), static_cast<double>(ui_->SpinMinuten->value()), ui_->SpinNeu->value()};
-  work_.Count<Plan>(Plan(file_, deck(), settings_.ini, days_, wish), kAnswersAtOnce, [this](Plan& plan) {
-    ui_->PagePruefung->Show(PlanPage(deck(), plan.Take(), days_.DayOf(deck().now)));
-    plan_shown_ = true;
-  });
+  work_.Count<Plan>(
+      Plan(file_, deck(), settings_.ini, days_, wish),
+      [this](Plan& plan) {
+        ui_->PagePruefung->Show(PlanPage(deck(), plan.Take(), days_.DayOf(deck().now)));
+        plan_shown_ = true;
+      },
+      kAnswersAtOnce);
 }
 
 }  // namespace tessaro

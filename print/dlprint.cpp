@@ -8,6 +8,7 @@
 #include <array>
 #include <utility>
 
+#include "settings/kept_place.h"
 #include "settings/keys.h"
 #include "settings/side_settings.h"
 #include "ui_dlprint.h"
@@ -23,9 +24,8 @@ using namespace Qt::StringLiterals;
 namespace tessaro {
 namespace {
 
-constexpr std::string_view kPlaceSuffix = "Prt";
 constexpr double kListMargin = 15;  // millimetres
-constexpr double kSheetMargin = 8;  // printers leave less free
+constexpr double kEmptyEdge = 8;    // printers leave less free
 constexpr int kSliceMilliseconds = 8;
 constexpr int kLettersBeside = 40;  // the width of what is beside the preview
 
@@ -69,7 +69,7 @@ TF_dlprint::TF_dlprint(const PrintTies& ties, CardOffer offer, CardChoice first,
   ui_->LabelSeite->setMinimumWidth(fontMetrics().horizontalAdvance(u"Seite 000 von 000, Vorderseiten"_s));
   ui_->Wahl->setFixedWidth(
       std::max(ui_->Felder->sizeHint().width(), fontMetrics().averageCharWidth() * kLettersBeside));
-  RestoreWindowPlace(*this, ties_.settings.ini, kPlaceSuffix);
+  RestoreWindowPlace(*this, ties_.settings.ini, place_suffix::kPrinting);
   ChooseCards();
 }
 
@@ -113,7 +113,7 @@ void TF_dlprint::ShowGrids() {
   for (Grid grid : kGrids) {
     const int cells = grid.columns * grid.rows;
     if (paper.width() > paper.height()) std::swap(grid.columns, grid.rows);
-    const auto part = [](double length, int parts) { return qRound((length - 2 * kSheetMargin) / parts); };
+    const auto part = [](double length, int parts) { return qRound((length - 2 * kEmptyEdge) / parts); };
     ui_->ComboBoxBlatt->addItem(u"%1 zu je %2 × %3 mm"_s.arg(cells)
                                     .arg(part(paper.width(), grid.columns))
                                     .arg(part(paper.height(), grid.rows)));
@@ -180,7 +180,7 @@ PrintOrder TF_dlprint::Order(const QPageLayout& page) const {
   order.rows = grid.rows;
   order.percent = ui_->SpinBoxSchrift->value();
   order.paper = PaperOf(page);
-  order.margin = PixelsOf(order.form == PrintForm::Cards ? kSheetMargin : kListMargin);
+  order.margin = PixelsOf(order.form == PrintForm::Cards ? kEmptyEdge : kListMargin);
   order.title = FromPath(ties_.file.paths().cards.stem());
   return order;
 }
@@ -309,7 +309,7 @@ void TF_dlprint::Keep() {
   keys::kPrintPercent.Write(ui_->SpinBoxSchrift->value(), settings);
   keys::kPrintNavigation.Write(ui_->CheckBoxNavigation->isChecked(), settings);
   keys::kPreviewWide.Write(ui_->CheckBoxBreit->isChecked(), settings);
-  KeepWindowPlace(*this, settings, kPlaceSuffix);
+  KeepWindowPlace(*this, settings, place_suffix::kPrinting);
 }
 
 void TF_dlprint::done(int result) {

@@ -15,6 +15,27 @@ struct KeptPlace {
   bool maximised = false;
 };
 
+// What the keys of each window end with.
+namespace place_suffix {
+inline constexpr std::string_view kMain = "M";
+inline constexpr std::string_view kLearning = "L";
+inline constexpr std::string_view kStatistics = "D";
+inline constexpr std::string_view kTyping = "TT";
+inline constexpr std::string_view kTypedAnswer = "V";
+inline constexpr std::string_view kChoice = "W";
+inline constexpr std::string_view kEditor = "E";
+inline constexpr std::string_view kTable = "T";
+inline constexpr std::string_view kSearch = "F";
+inline constexpr std::string_view kLinks = "HL";
+inline constexpr std::string_view kCharacters = "S";
+inline constexpr std::string_view kImport = "Imp";
+inline constexpr std::string_view kComparison = "Upd";
+inline constexpr std::string_view kEvaluation = "A";
+inline constexpr std::string_view kForecast = "P";
+inline constexpr std::string_view kPrinting = "Prt";
+inline constexpr std::string_view kHelp = "Hlp";
+}  // namespace place_suffix
+
 // Section "POS", keys "x", "y", "cx", "cy" and "max" with a suffix of the window: "xL" ... "cyL". A key that is missing
 // gives the value of `fallback`; numbers beyond any screen are cut.
 KeptPlace ReadPlace(const IniFile& settings, std::string_view suffix, const KeptPlace& fallback);

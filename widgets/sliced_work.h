@@ -16,9 +16,9 @@ class SlicedWork : public QObject {
 
   // Ends what is under way and begins this: `step` until it answers false, then `done`.
   void Begin(std::function<bool()> step, std::function<void()> done);
-  // The same for a counter of the core, which takes so many cards in a step; `done` gets what it took.
+  // The same for a counter of the core, which takes so many cards, or what else it counts, in a step; `done` gets it.
   template <typename Counter>
-  void Count(Counter counter, int cards, std::function<void(Counter&)> done) {
+  void Count(Counter counter, std::function<void(Counter&)> done, int cards = kCardsAtOnce) {
     const auto shared = std::make_shared<Counter>(std::move(counter));
     Begin([shared, cards] { return shared->Step(cards); }, [shared, done = std::move(done)] { done(*shared); });
   }
@@ -26,6 +26,8 @@ class SlicedWork : public QObject {
   bool Running() const { return timer_.isActive(); }
 
  private:
+  static constexpr int kCardsAtOnce = 200;
+
   void Slice();
 
   const Clock& clock_;
