@@ -42,7 +42,7 @@ struct ChoiceText {
   const char16_t* text;
   const char16_t* missing;  // why there are none
 };
-constexpr std::array kChoices = {
+constexpr std::array kChoosable = {
     ChoiceText{CardChoice::All, u"Alle Karten", u""},
     ChoiceText{CardChoice::Found, u"Gefundene Karten", u"Suchen Sie zuerst im Karteneditor"},
     ChoiceText{CardChoice::Due, u"Fällige Karten", u""},
@@ -78,7 +78,7 @@ TF_dlprint::~TF_dlprint() = default;
 void TF_dlprint::FillBoxes(CardChoice first) {
   const IniFile& settings = ties_.settings.ini;
   auto* model = qobject_cast<QStandardItemModel*>(ui_->ComboBoxKarten->model());
-  for (const ChoiceText& choice : kChoices) {
+  for (const ChoiceText& choice : kChoosable) {
     auto* item = new QStandardItem(QString::fromUtf16(choice.text));
     item->setEnabled(offer_.Has(choice.choice));
     if (!item->isEnabled()) item->setToolTip(QString::fromUtf16(choice.missing));
