@@ -13,7 +13,7 @@ class CardEditTest : public ::testing::Test {
   size_t Below(size_t bound) { return random_() % bound; }
 
   std::string RandomText(size_t column) {
-    constexpr std::array kIds = {"", "000003", "12", "#4", "x", "-5", "1000000", "000000"};
+    constexpr std::array kIds = {"", "000003", "999999", "#4", "x", "-5", "1000000", "000000"};
     constexpr std::array kScores = {"000000000", "000000001", "7", "", "-3", "999999999", "99999999999", "000000300"};
     constexpr std::array kTexts = {"", "-", "a\nb", "a\x0F\\n", "<navigation>", "Frage"};
     if (column == 0) return Below(3) > 0 ? std::to_string(1'000'000 + ++ids_).substr(1) : kIds[Below(kIds.size())];

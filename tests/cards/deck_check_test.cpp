@@ -24,7 +24,7 @@ TestCard Card(const std::string& id, const std::string& question = "Frage", cons
 
 class DeckCheckTest : public LearnTest {
  protected:
-  // A letter for each fault and "+" for one that can be repaired, with row and number: "D+4/7".
+  // A letter for each fault, "+" for one that can be repaired and "!" for links to it, row and number: "D+4/7".
   std::string Found(const std::vector<TestCard>& cards, int step = 1'000'000) {
     file.Close();
     OpenTestFile(disk, file, cards);
@@ -38,7 +38,7 @@ class DeckCheckTest : public LearnTest {
     std::string text;
     for (const DeckFinding& finding : report.findings) {
       text += (text.empty() ? "" : " ") + std::string(1, "IDLFOYTSZEM"[static_cast<int>(finding.fault)]) +
-              (finding.can_repair ? "+" : "") + std::to_string(finding.row);
+              (finding.can_repair ? "+" : "") + (finding.links_lead_to ? "!" : "") + std::to_string(finding.row);
       if (finding.number != 0) text += "/" + std::to_string(finding.number);
       if (!finding.name.empty()) text += "/" + finding.name;
     }
@@ -55,11 +55,12 @@ TEST_F(DeckCheckTest, FindsWhatIsWrongWithNumbersAndLinks) {
       {{Card("abc"), Card("#1"), Card("#1"), Card("2#")}, "I+2"},
       {{Card("999989"), Card("999989"), Card("x")}, "D+3/999989 I+4"},  // 999990 is the last that links can lead to
       {{Card("999990", "<a href=\"999990\">x"), Card("x")}, "I3"},
-      {{Card("999990"), Card("999990")}, "D3/999990"},
+      {{Card("999990", "<a href=\"999990\">x"), Card("999990")}, "D!3/999990"},
+      {{Card("0", "<a href=\"0\">x"), Card("0")}, "L2 D!3"},
       {{Card("1234567"), Card("1234567")}, "D3/1234567"},
       {{Card("000001", "<a href=\"2\">x</a>", "<A HREF=\"000003\">y"), Card("000002")}, "L2/3"},
       {{Card("000001", "<a href=\"12345678\">x</a><a href=3>y</a>", "href=\"7\"")}, "L2"},
-      {{Card("000001", "<navigation><a href=\"2\">x</a>", ""), Card("000002"), Card("000002")}, "D4/2"},
+      {{Card("000001", "<navigation><a href=\"2\">x</a>", ""), Card("000002"), Card("000002")}, "D!4/2"},
       {{Card("000001", "<a href=\"9\"><img src=\"a.bmp\"></a>", "<b>no link</b> = \"")}, "L2/9 M2/a.bmp"},
   };
   for (const auto& [cards, found] : cases) {
@@ -126,7 +127,7 @@ TEST_F(DeckCheckTest, RepairsKeepAllThatCanBeRead) {
   future.time_row = Times(kNow + 1500, 3);
   EXPECT_EQ(
       Found({Card("000001"), broken, future, Card("000005", "<a href=\"1\">x"), Card("no"), Card("#"), Card("000040")}),
-      "D3/1 Y+3 T+3 S+3 Z+3 F+4 D+5/5 I+6");
+      "D!3/1 Y+3 T+3 S+3 Z+3 F+4 D+5/5 I+6");
   EXPECT_EQ(RepairDeck(file, report.findings, kNow), 7);
   EXPECT_TRUE(file.changed());
   EXPECT_EQ(YesNoRow(3), Letters("wfwf"));
@@ -137,7 +138,7 @@ TEST_F(DeckCheckTest, RepairsKeepAllThatCanBeRead) {
   EXPECT_EQ(Field(5, file.columns().id), "000041");
   EXPECT_EQ(file.RowOfId(42), 6) << "the indexes fit again";
   EXPECT_EQ(file.IssueId(), "000043");
-  EXPECT_EQ(FoundInOpenFile(100), "D3/1") << "which card the link means only a person can tell";
+  EXPECT_EQ(FoundInOpenFile(100), "D!3/1") << "which card the link means only a person can tell";
 }
 
 constexpr int64_t kMoment = 1'000'000;

@@ -60,7 +60,7 @@ TEST(MarkupTools, NamesThatTheMarkupCannotHoldAreTold) {
     const std::string plain = PlainFileName(name);
     EXPECT_TRUE(FitsInTag(plain)) << plain;
   }
-  EXPECT_EQ(PlainFileName("mein Bild.v2.bmp"), "mein_Bild_v2.bmp");
+  EXPECT_EQ(PlainFileName("mein Bild.v209.bmp"), "mein_Bild_v209.bmp");
 }
 
 TEST(MarkupTools, BreaksAreTransferredOnce) {

@@ -61,8 +61,7 @@ TEST(TextCards, CheckStopsWhereSeparatorsDoNotTakeTurns) {
     EXPECT_EQ(check.cards, cards) << text;
   }
   const TextCheck check = CheckText("a;b\\\\|\n \nxy", kBars);
-  EXPECT_EQ(check.left_over, 2);
-  EXPECT_TRUE(check.backslash_pairs);
+  EXPECT_TRUE(check.left_over == 2 && check.backslash_pairs);
 }
 
 std::string Row(const std::string& id, const std::string& rest = "0;f;g;1;0;wf;0 0") {
@@ -244,11 +243,9 @@ TEST(FirstVersion, LongLineComesInPieces) {
 TEST(FirstVersion, TopicsStandBetweenMarks) {
   const Topics topics =
       ReadTopics("999999;  ** Tiere* " + std::string(20, 'b') + "* " + std::string(21, 'c') + "**x*", ';');
-  EXPECT_EQ(topics.names[0], "Tiere");  // the mark in column 9 is none
-  EXPECT_EQ(topics.names[1], std::string(20, 'b'));
-  EXPECT_EQ(topics.names[2], "...");
-  EXPECT_EQ(topics.names[3], "...");  // a mark directly behind a mark
-  EXPECT_EQ(topics.names[5], "...");
+  // The mark in column 9 is none, and a mark may stand directly behind a mark.
+  const std::string names[] = {"Tiere", std::string(20, 'b'), "...", "..."};
+  EXPECT_TRUE(std::equal(std::begin(names), std::end(names), topics.names.begin()) && topics.names[5] == "...");
   std::string line = "9999990000";
   for (int i = 0; i < 30; ++i) line += "* " + std::to_string(i);
   EXPECT_EQ(ReadTopics(line, ';').names[19], "19");
@@ -279,9 +276,7 @@ TEST(ForeignText, EncodingIsRecognisedAndConverted) {
   };
   for (const auto& [raw, encoding, bytes, replaced] : cases) {
     const ForeignText text = ReadForeignText(raw);
-    EXPECT_EQ(text.encoding, encoding) << raw;
-    EXPECT_EQ(text.bytes, bytes) << raw;
-    EXPECT_EQ(text.replaced, replaced) << raw;
+    EXPECT_EQ(std::tie(text.encoding, text.bytes, text.replaced), std::tie(encoding, bytes, replaced)) << raw;
   }
 }
 
@@ -294,8 +289,7 @@ TEST(ForeignText, LineEndsBecomeLineFeedsAndZerosAreLeftOutAndCounted) {
 TEST(ForeignText, ExamplesNameEachReplacementOnce) {
   const ForeignText text = ReadForeignText("ő ő ☃");
   ASSERT_EQ(text.examples.size(), 2U);
-  EXPECT_EQ(text.examples[0].by, "o");
-  EXPECT_EQ(text.examples[1].character, U'☃');
+  EXPECT_TRUE(text.examples[0].by == "o" && text.examples[1].character == U'☃');
   EXPECT_EQ(text.replaced, 3);
 }
 

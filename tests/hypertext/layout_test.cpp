@@ -53,8 +53,8 @@ struct LayoutOf : testing::Test {
     for (const auto& [side, layout] : cases) EXPECT_EQ(Dump(Lay(side)), layout) << side;
   }
   void SetUp() override {
-    measurer.pictures = {
-        {"p.bmp", {40, 30}}, {"p.jpg", {40, 30}}, {"breit.jpg", {300, 10}}, {"riesig.bmp", {40960, 4096}}};
+    measurer.pictures = {{"p.bmp", {40, 30}},      {"p.jpg", {40, 30}},           {"punkt.jpg", {1, 1}},
+                         {"breit.jpg", {300, 10}}, {"riesig.bmp", {40960, 4096}}, {"leer.jpg", {0, 1}}};
     measurer.sounds = {"s.wav"};
     measurer.unreadable = {"kaputt.jpg"};
     measurer.colours = {{1, ColourClass::Green}, {2, ColourClass::Red}};
@@ -112,6 +112,7 @@ TEST_F(LayoutOf, LinksPicturesAndMedia) {
       {"<img src=\"p.jpg\" border=\"0\"><img src=\"p.bmp\" border=\"0\"> b",
        "img(p.jpg) 5,5 40x30\nimg(p.bmp) 5,37 40x30 transparent\n' b' 5,69 20x20\n"},
       {"a<img src=\"fehlt.bmp\">b", "'a' 5,5 10x20\n'b' 25,5 10x20\n"},
+      {"<img src=\"leer.jpg\"><img src=\"punkt.jpg\">", "img(punkt.jpg) 5,5 1x1 framed\n"},
       {"a<Img src=\"fehlt.bmp\">b", "'a' 5,5 10x20\n'b' 15,5 10x20\n"},
       {"<img src=\"breit.jpg\">aaaaaaaaa bbbbbbbbbbb",
        "img(breit.jpg) 5,5 300x10 framed\n'aaaaaaaaa' 5,17 90x20\n'bbbbbbbbbbb' 5,37 110x20\nsize 310x100\n"},

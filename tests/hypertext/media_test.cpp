@@ -156,7 +156,7 @@ TEST(TextFile, RichTextIsReducedToItsLetters) {
       {R"({\rtf1\ansi{\fonttbl{\f0\fswiss Arial;}}{\colortbl;\red0\green0\blue0;}\pard\f0\fs24 Guten \b Tag\b0 !\par
 Zeile\line zwei\tab x\cell\row})",
        "Guten Tag!\nZeile\nzwei\tx\t\n"},
-      {R"({\rtf1 gr\'fc\'DF \'80\~\{a\\b\}\_c\-d})", "grüß €\u00A0{a\\b}-cd"},
+      {R"({\rtf1 gr\'fc\'DF \'80\'aA\~\{a\\b\}\_c\-d})", "grüß €ª\u00A0{a\\b}-cd"},
       {R"({\rtf1\uc1 \u937?\u-10179?\u-8704?x {\uc2\u228\'61\'65y}\u228?z})", "Ω😀x äyäz"},
       {R"({\rtf1{\*\generator Editor;}{\info{\title T}}{\pict\bin5 }}}}}x}y)", "y"},
       {R"({\rtf1\pict\bin999999999999 x)", ""},

@@ -313,7 +313,13 @@ TEST_F(LeitnerTest, OrderIsByNewestAnswerWithLateOnesLast) {
   Open({LevelCard(1, "1", "", 100), LevelCard(2, "1", "", 300), late, later, NavigationCard(5), long_number,
         LevelCard(7, "1", "", 300)});
   EXPECT_EQ(BuildBoxOrder(file, kNow), (BoxOrder{7, 3, 8, 2, 5, 4}));
-  Open({LevelCard(1, "1")});
+  struct : Progress {
+    void SetPosition(int64_t position) override { all.push_back(position); }
+    std::vector<int64_t> all;
+  } positions;
+  Open(std::vector<TestCard>(250, LevelCard(1, "1")));
+  EXPECT_EQ(BuildBoxOrder(file, kNow, &positions)->size(), 250U);
+  EXPECT_EQ(positions.all, (std::vector<int64_t>{51, 151}));
   ASSERT_TRUE(file.cards().Poke(file.columns().id, 2, ""));
   EXPECT_EQ(BuildBoxOrder(file, kNow), std::nullopt);
 }

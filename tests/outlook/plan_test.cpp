@@ -13,16 +13,20 @@ class PlanTest : public OutlookTest {
  protected:
   PlanReport Run(const PlanWish& wish) { return Finish(Plan(file, deck, settings, days, wish), 50); }
   int64_t Today() { return days.DayOf(kNow); }
-  // Its first curve ends, so many days ahead, with what is left of the answered cards without learning.
-  void ExpectOnlyForgotten(const PlanReport& report, int64_t ahead) {
-    double expected = 0;
+  // Its first curve shows what is left of the answered cards without learning.
+  void ExpectOnlyForgotten(const PlanReport& report) {
     std::vector<int> weak;
-    for (const CardTrace& trace : deck.answered) {
-      const double recall = RecallAt(trace, deck.weights, days.HourOf(Today() + ahead, deck.session_hour));
-      expected += recall;
-      if (recall < 0.8) weak.push_back(trace.row);
+    for (size_t i = 0; i < report.days.size(); ++i) {
+      const int64_t time = i == 0 ? kNow : days.HourOf(Today() + report.days[i], deck.session_hour);
+      double expected = 0;
+      weak.clear();
+      for (const CardTrace& trace : deck.answered) {
+        const double recall = RecallAt(trace, deck.weights, time);
+        expected += recall;
+        if (recall < 0.8) weak.push_back(trace.row);
+      }
+      EXPECT_NEAR(report.curves[0].known[i], expected, 1e-6) << i;
     }
-    EXPECT_NEAR(report.curves[0].known.back(), expected, 1e-6);
     EXPECT_EQ(report.curves[0].weak_rows, weak);
   }
 
@@ -53,7 +57,7 @@ TEST_F(PlanTest, BeginsWithWhatIsKnownNowAndForgetsWithoutLearning) {
     EXPECT_NEAR(curve.known[0], now, 1e-9);
     EXPECT_EQ(curve.known, report.curves[0].known) << "no minutes are no learning";
   }
-  ExpectOnlyForgotten(report, 40);
+  ExpectOnlyForgotten(report);
 }
 
 TEST_F(PlanTest, LearningHelpsMoreWithMoreMinutesAndLeavesTheDeckAlone) {
@@ -71,10 +75,9 @@ TEST_F(PlanTest, LearningHelpsMoreWithMoreMinutesAndLeavesTheDeckAlone) {
   EXPECT_FALSE(file.changed());
 
   const PlanReport again = Run(wish);
-  for (size_t i = 0; i < 4; ++i) {
-    EXPECT_EQ(report.curves[i].known, again.curves[i].known);
-    EXPECT_EQ(report.curves[i].weak_rows, again.curves[i].weak_rows);
-  }
+  for (size_t i = 0; i < 4; ++i)
+    EXPECT_TRUE(report.curves[i].known == again.curves[i].known &&
+                report.curves[i].weak_rows == again.curves[i].weak_rows);
 }
 
 TEST_F(PlanTest, ShowsNoMoreNewCardsThanTheDayAllows) {
@@ -163,7 +166,7 @@ TEST_F(PlanTest, OfALargeDeckForgetsWhatItDoesNotLearn) {
   deck = Read();
   const PlanReport report = Run({Today() + 2, 0, 0});
   EXPECT_TRUE(report.partial);
-  ExpectOnlyForgotten(report, 2);
+  ExpectOnlyForgotten(report);
 }
 
 TEST_F(PlanTest, OfAnExamTodayOrADeckWithoutAnswersIsShort) {

@@ -158,9 +158,10 @@ TEST(RecallFit, EndsAtTheBestWeightsOfADeckAgainstAllExpectation) {
 
 TEST(FitSamples, TakesAnswersBeforeATimeOnly) {
   FitSamples samples;
-  samples.AddCard(SeriesOf(CardWith({{kNow, 'w'}, {kNow + 10, 'w'}, {kNow + 20, 'f'}, {kNow + 30, 'w'}})), kNow + 20);
-  EXPECT_EQ(samples.answers(), 1) << "of those with a predecessor";
+  samples.AddCard(SeriesOf(CardWith({{kNow, 'w'}, {kNow + 10, 'w'}, {kNow + 15, 'f'}, {kNow + 20, 'w'}})), kNow + 20);
+  EXPECT_EQ(samples.answers(), 2) << "of those with a predecessor";
   EXPECT_EQ(samples.known(), 1);
+  EXPECT_EQ(samples.TakeSamples().size(), 2U);
 }
 
 TEST(FitSamples, KeepsEveryKthCardOfALargeDeck) {

@@ -114,6 +114,14 @@ TEST(Settings, TwoProgramsWriteOneFileEachItsOwnKeys) {
   EXPECT_EQ(disk.FileNames("/").size(), 1U) << "no lock is left";
 }
 
+TEST(Settings, RecentFilesAreEightEachOnce) {
+  IniFile settings;
+  for (const char* file : {"/1", "/2", "/3", "/4", "/5", "/6", "/7", "/8", "/9", "/3"}) AddRecentFile(settings, file);
+  EXPECT_EQ(settings.Text(), "[RECENT]\n1=/3\n2=/9\n3=/8\n4=/7\n5=/6\n6=/5\n7=/4\n8=/2\n");
+  RemoveRecentFile(settings, "/9");
+  EXPECT_EQ(settings.Text(), "[RECENT]\n1=/3\n2=/8\n3=/7\n4=/6\n5=/5\n6=/4\n7=/2\n");
+}
+
 TEST(Settings, LimitsOfBoxesAreCutToTheirFields) {
   const BoxLimits limits = ReadBoxLimits(Parsed("[Leitner]\nFach1=1000\nFach2=-1\nFach5=99999\n"));
   EXPECT_EQ(limits.cards, (std::array<int64_t, kLimitedBoxes>{999, 0, 100, 250, 99999}));

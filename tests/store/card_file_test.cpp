@@ -35,6 +35,8 @@ TEST_F(CardFileTest, CreateNewWritesOneIndexCardAndKeepsTheFileThatWasThere) {
   EXPECT_FALSE(file_.changed());
   EXPECT_EQ(file_.IssueId(), "000002");
   EXPECT_FALSE(file_.CreateNew("/deck/neu.Mlb"));
+  disk_.set_capacity(1);
+  EXPECT_TRUE(!file_.CreateNew("/deck/neu.mlb") && !file_.changed()) << "no room";
   const OpenReport report = file_.Open(kTestFile);
   EXPECT_FALSE(report.learn_index_rebuilt || report.link_index_rebuilt || report.end_missing);
   EXPECT_EQ(file_.highest_id(), 1);
