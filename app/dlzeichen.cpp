@@ -1,7 +1,6 @@
 #include "app/dlzeichen.h"
 
 #include <QHeaderView>
-#include <algorithm>
 
 #include "cards/card_reader.h"
 #include "hypertext/plain_text.h"
@@ -16,7 +15,6 @@ namespace tessaro {
 namespace {
 
 constexpr size_t kSamples = 12;
-constexpr int kMostLookedAt = 5000;  // cards
 constexpr int kLettersShown = 120;
 
 QString SideTitle(SideName side) {
@@ -25,10 +23,6 @@ QString SideTitle(SideName side) {
 
 CodePage PageOf(const SideCodePages& pages, SideName side) {
   return side == SideName::Front ? pages.front : pages.back;
-}
-
-bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 QString SetName(CodePage page) {
@@ -47,6 +41,7 @@ TF_dlzeichen::TF_dlzeichen(const CardFile& file, const SideCodePages& to, const 
       file_(file),
       from_(ReadCodePages(file.settings())),
       to_(to),
+      samples_(SidesToShow(file, to, kSamples)),
       ui_(std::make_unique<Ui::TF_dlzeichen>()) {
   ui_->setupUi(this);
   QStringList changes;
@@ -67,7 +62,6 @@ TF_dlzeichen::TF_dlzeichen(const CardFile& file, const SideCodePages& to, const 
   list.setEditTriggers(QAbstractItemView::NoEditTriggers);
   list.setSelectionMode(QAbstractItemView::NoSelection);
   list.setTabKeyNavigation(false);
-  CollectCards();
   ShowLacking(lacking);
   const bool fits = lacking.sides == 0;
   ui_->Umwandeln->setEnabled(fits);
@@ -83,20 +77,6 @@ TF_dlzeichen::~TF_dlzeichen() = default;
 
 bool TF_dlzeichen::convert() const {
   return ui_->Umwandeln->isChecked();
-}
-
-// Those with more than ASCII, which alone change; where there are none, the first of all.
-void TF_dlzeichen::CollectCards() {
-  const int last = std::min(CardReader(file_).LastCardRow(), kMostLookedAt);
-  for (const bool any : {false, true}) {
-    for (int row = kFirstCardRow; row <= last && samples_.size() < kSamples; ++row) {
-      for (const SideName side : {SideName::Front, SideName::Back}) {
-        if (PageOf(from_, side) == PageOf(to_, side)) continue;
-        if (any || !IsAscii(PlainBeginning(CardReader(file_).Side(row, side)))) samples_.push_back({row, side});
-      }
-    }
-    if (!samples_.empty()) return;
-  }
 }
 
 void TF_dlzeichen::ShowCards() {

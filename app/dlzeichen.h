@@ -30,19 +30,13 @@ class TF_dlzeichen : public QDialog {
   bool convert() const;
 
  private:
-  void CollectCards();
   void ShowCards();
   void ShowLacking(const LackingText& lacking);
-
-  struct Sample {
-    int row;
-    SideName side;
-  };
 
   const CardFile& file_;
   SideCodePages from_;
   SideCodePages to_;
-  std::vector<Sample> samples_;
+  std::vector<ChangingSide> samples_;
   std::unique_ptr<Ui::TF_dlzeichen> ui_;
 };
 

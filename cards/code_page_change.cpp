@@ -6,6 +6,7 @@
 
 #include "cards/card_edit.h"
 #include "cards/card_reader.h"
+#include "hypertext/plain_text.h"
 #include "store/table/content_stamp.h"
 
 namespace tessaro {
@@ -111,6 +112,28 @@ LackingText FindLacking(const CardFile& file, const SideCodePages& to, const Kee
     return true;
   });
   return lacking;
+}
+
+std::vector<ChangingSide> SidesToShow(const CardFile& file, const SideCodePages& to, size_t most) {
+  constexpr int kMostLookedAt = 5000;  // cards
+  const SideCodePages from = ReadCodePages(file.settings());
+  const CardReader reader(file);
+  const int end = std::min(reader.LastCardRow() + 1, kFirstCardRow + kMostLookedAt);
+  std::vector<ChangingSide> sides;
+  const auto take = [&](int row, SideName side, bool any) {
+    const bool stays = side == SideName::Front ? from.front == to.front : from.back == to.back;
+    if (stays || sides.size() >= most) return;
+    const std::string text = PlainBeginning(reader.Side(row, side));
+    if (any || !std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+      sides.push_back({row, side});
+  };
+  for (const bool any : {false, true}) {
+    for (int row = kFirstCardRow; row < end && sides.size() < most; ++row) {
+      for (const SideName side : {SideName::Front, SideName::Back}) take(row, side, any);
+    }
+    if (!sides.empty()) break;
+  }
+  return sides;
 }
 
 ConversionEnd ConvertTexts(CardFile& file, const SideCodePages& to, const KeepGoing& keep_going) {

@@ -39,6 +39,16 @@ struct LackingText {
 };
 LackingText FindLacking(const CardFile& file, const SideCodePages& to, const KeepGoing& keep_going = {});
 
+struct ChangingSide {
+  int row = 0;
+  SideName side = SideName::Front;
+  bool operator==(const ChangingSide&) const = default;
+};
+
+// At most so many sides that show what other code pages do: the first with more than ASCII in their text, which alone
+// change; where the first cards have none, just the first. Sides whose code page stays are left out.
+std::vector<ChangingSide> SidesToShow(const CardFile& file, const SideCodePages& to, size_t most);
+
 enum class ConversionEnd { Done, Cancelled, Lacking, Failed };
 
 // Brings all sides into other code pages, in one command, and the settings with them; the caller saves the cards then.

@@ -47,6 +47,23 @@ TEST_F(CodePageChange, WhatTheNewSetLacksIsListedAndNothingIsDone) {
   EXPECT_TRUE(FindLacking(file, kCyrillicBack).alike && !lacking.alike) << "tags keep their bytes";
 }
 
+TEST_F(CodePageChange, SidesThatChangeAreShownOrElseTheFirst) {
+  const auto shown = [&](const std::vector<TestCard>& cards, const SideCodePages& to, size_t most) {
+    Open(cards);
+    std::string text = " ";
+    for (const auto& [row, side] : SidesToShow(file, to, most))
+      text += std::to_string(row) + (side == SideName::Front ? 'v' : 'h');
+    return text;
+  };
+  const SideCodePages both = {CodePage(CharacterSet::Greek), CodePage(CharacterSet::Cyrillic)};
+  const std::vector<TestCard> cards = {{.question = "\xFC"}, {.answer = "<\xFC>a"}, {.answer = "\x7F\x80"}};
+  EXPECT_EQ(shown(cards, kCyrillicBack, 9) + shown(cards, both, 9) + shown(cards, both, 1), " 4h 2v4h 2v");
+  EXPECT_EQ(shown({{}, {}}, kCyrillicBack, 9) + shown({{}, {}}, both, 3), " 2h3h 2v2h3v");
+  std::vector<TestCard> many(5000);
+  many.push_back(cards[2]);
+  EXPECT_EQ(shown(many, kCyrillicBack, 1) + shown({++many.begin(), many.end()}, kCyrillicBack, 1), " 2h 5001h");
+}
+
 TEST_F(CodePageChange, EndedEarlyNothingIsDone) {
   Open(std::vector<TestCard>(3000, TestCard{.answer = "\x80"}));
   const auto never = [](int /*row*/) { return false; };
