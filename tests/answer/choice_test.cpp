@@ -1,11 +1,9 @@
 #include "answer/choice.h"
 
-#include <random>
 #include <set>
 
 #include "answer/answer_offer.h"
 #include "cards/card_edit.h"
-#include "platform/code_page.h"
 #include "tests/support/clock_and_chance.h"
 #include "tests/support/test_cards.h"
 

@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
-
-#include "platform/code_page.h"
 
 namespace tessaro {
 namespace {

@@ -6,10 +6,8 @@
 #include "app/dlzeichen.h"
 #include "edit/side_field.h"
 #include "edit/wned.h"
-#include "store/file/ini_file.h"
 #include "tests/app/main_window_fixture.h"
 #include "tests/support/temporary_folder.h"
-#include "widgets/htmlview.h"
 
 namespace tessaro {
 namespace {

@@ -1,5 +1,4 @@
 #include <QElapsedTimer>
-#include <QPointer>
 #include <cstdlib>
 #include <ctime>
 

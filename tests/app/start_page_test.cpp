@@ -3,13 +3,11 @@
 #include <QScreen>
 
 #include "app/dlneu.h"
-#include "cards/card_edit.h"
 #include "edit/wned.h"
 #include "learn/dlausw.h"
 #include "learn/dlparam.h"
 #include "learn/wnlern.h"
 #include "outlook/dlkarten.h"
-#include "outlook/outlook_page.h"
 #include "outlook/wneval.h"
 #include "tests/app/main_window_fixture.h"
 

@@ -2,7 +2,6 @@
 #include "app/single_instance.h"
 
 #include <QElapsedTimer>
-#include <QLocalServer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -44,7 +43,7 @@ TEST(SingleInstance, TakesTheFilesOfOtherStartsAsLongAsItRuns) {
     const SingleInstance started_beside(name);
     for (const StartWish& wish : said) EXPECT_TRUE(Start(name, wish));
   }
-  EXPECT_EQ(heard, said);
+  EXPECT_TRUE(heard == said && !ToStartWish(std::string_view("/a.mlb?\0", 8)));
   EXPECT_FALSE(Start(name, {"/a.mlb"}));
 }
 
@@ -91,6 +90,7 @@ class Samples : public testing::Test {
     Write(samples / "Medien" / "bild.png", "picture");
     Write(samples / "Deck.mlb", FileText(std::vector<TestCard>(1)));
     Write(samples / "Deck.ini", "[START]\nMethode=2\n");
+    Write(samples / "Medien" / "Ordner" / "bild.png", "not one of its pictures");
   }
   static void Write(const fs::path& path, const std::string& text) {
     fs::create_directories(path.parent_path());
@@ -105,15 +105,16 @@ class Samples : public testing::Test {
 };
 
 TEST_F(Samples, AreFoundAroundTheProgram) {
-  EXPECT_EQ(FindSampleFolder(root / "bin"), samples);
-  EXPECT_EQ(FindSampleFolder(root / "documents" / "a" / "b" / "c" / "d"), fs::path());
+  EXPECT_EQ(FindSampleFolder(root / "b" / "c" / "d"), samples);
+  EXPECT_EQ(FindSampleFolder(root / "a" / "b" / "c" / "d"), fs::path());
   EXPECT_EQ(SampleFiles(samples), std::vector<fs::path>{samples / "Deck.mlb"});
   EXPECT_EQ(FindHelp(root / "bin"), fs::path());
-  Write(root / "share" / "tessaro" / "help" / "Hilfe.mlb", "help");
-  EXPECT_EQ(FindHelp(root / "bin"), root / "share" / "tessaro" / "help" / "Hilfe.mlb");
+  Write(root / "help" / "Hilfe.mlb", "help");
+  EXPECT_EQ(FindHelp(root / "bin"), root / "help" / "Hilfe.mlb");
 }
 
 TEST_F(Samples, AreCopiedWholeAndOpenWithoutAMessage) {
+  Write(documents / "Deck.mlb.neu", "what was cut short");
   const std::optional<fs::path> copy = OwnCopyOfSample(samples / "Deck.mlb", documents);
   ASSERT_EQ(copy, documents / "Deck.mlb");
   EXPECT_EQ(Text(*copy), Text(samples / "Deck.mlb"));
@@ -121,7 +122,7 @@ TEST_F(Samples, AreCopiedWholeAndOpenWithoutAMessage) {
   EXPECT_EQ(Text(documents / "Deck.ini"), "[START]\nMethode=2\n");
   const OpenReport report = CardFile().Open(*copy);
   EXPECT_EQ(report.result, OpenResult::Opened);
-  EXPECT_FALSE(report.learn_index_rebuilt || report.link_index_rebuilt);
+  EXPECT_FALSE(report.learn_index_rebuilt || report.link_index_rebuilt || fs::exists(documents / "Deck.mlb.neu"));
   // What the user has is never replaced.
   Write(documents / "Medien" / "bild.png", "own picture");
   Write(documents / "Deck.mlb", "learned");
@@ -131,13 +132,22 @@ TEST_F(Samples, AreCopiedWholeAndOpenWithoutAMessage) {
   EXPECT_TRUE(OwnCopyOfSample(samples / "Deck.mlb", documents));
   EXPECT_EQ(Text(documents / "Medien" / "bild.png"), "own picture");
   fs::remove_all(samples / "Medien");
+  fs::remove(samples / "Deck.ini");
   EXPECT_TRUE(OwnCopyOfSample(samples / "Deck.mlb", root / "without media"));
 }
 
 TEST_F(Samples, LeaveNothingBehindWhereTheyCannotBeCopied) {
   Write(root / "documents", "a file where the folder should be");
   EXPECT_FALSE(OwnCopyOfSample(samples / "Deck.mlb", documents));
-  EXPECT_TRUE(!OwnCopyOfSample(samples / "Missing.mlb", root / "elsewhere") && SampleFiles(root / "elsewhere").empty());
+  Write(samples / "Bad.mlb", "no cards");
+  for (const char* name : {"Missing.mlb", "Bad.mlb"})
+    EXPECT_FALSE(OwnCopyOfSample(samples / name, root / name)) << name;
+  EXPECT_TRUE(SampleFiles(root / "Missing.mlb").empty());
+  const fs::path taken[] = {"a/Medien", "b/Medien/bild.png.neu/x", "c/Deck.ini.neu/x", "d/Deck.mlb.neu/x"};
+  for (const fs::path& name : taken) {
+    Write(root / name, "no file or folder can be made there");
+    EXPECT_FALSE(OwnCopyOfSample(samples / "Deck.mlb", root / *name.begin())) << name;
+  }
 }
 
 }  // namespace

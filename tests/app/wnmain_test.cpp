@@ -6,6 +6,7 @@
 #include "learn/dlparam.h"
 #include "settings/recent_files.h"
 #include "tests/app/main_window_fixture.h"
+#include "widgets/long_work.h"
 
 namespace tessaro {
 namespace {
@@ -93,6 +94,9 @@ TEST_F(MainWindowFiles, AFileThatIsProtectedOrHasOtherNamesIsAskedAboutOnce) {
   messages.answers = {Answer::Yes};
   EXPECT_TRUE(window().FileSaveExecute() && SavedOnDisk() && window().FileSaveExecute());
   EXPECT_EQ(messages.asked.size(), 4);
+  EXPECT_FALSE((LongWork(&window(), clock), window().FileSaveExecute()));
+  program.file().Close();
+  EXPECT_TRUE(!window().FileSaveExecute() && messages.errors.isEmpty());
 }
 
 // What another start of the program hands over, and what the first one shows while its file is loaded.
@@ -124,6 +128,14 @@ TEST_F(MainWindowFiles, AStartMayAskToLearnOrForANewCardFile) {
   window().FulfilForOtherStart(learn);
   EXPECT_TRUE(QTest::qWaitFor([this] { return program.learning(); }));
   EXPECT_EQ(CardsPath(), kOther);
+  disk.PutSymbolicLink("/deck/link.mlb", kOther);
+  AddRecentFile(program.settings().ini, kTestFile);
+  Change(program.file(), "anders");
+  for (const StartWish& of_the_open_file : {learn, StartWish{"/deck/link.mlb"}}) {
+    window().FulfilForOtherStart(of_the_open_file);
+    QTest::qWait(20);
+  }
+  EXPECT_TRUE(program.file().changed() && program.learning() && window().FileSaveExecute());
   window().FulfilForOtherStart({.card_file = kTestFile, .deed = StartWish::Deed::Learn});
   EXPECT_TRUE(QTest::qWaitFor([this] { return messages.errors.size() == 1; })) << "there is no such file";
   EXPECT_FALSE(program.learning());
@@ -284,6 +296,7 @@ TEST_F(MainWindowFiles, SavingUnderAnotherNameMovesThereABackupDoesNot) {
 
   TriggerWithFile(u"FileSaveAsExecute"_s, u"/deck/moved.mlb"_s);
   EXPECT_EQ(CardsPath(), "/deck/moved.mlb");
+  EXPECT_EQ(RecentFiles(program.settings().ini).front(), "/deck/moved.mlb");
   EXPECT_FALSE(program.file().changed());
   EXPECT_EQ(disk.Content("/deck/moved.mlb"), disk.Content("/deck/copy.mlb"));
   EXPECT_FALSE(SavedOnDisk());

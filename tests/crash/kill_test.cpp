@@ -5,17 +5,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
-#include <random>
-#include <thread>
 
 #include "edit/card_desk.h"
 #include "edit/renumbering.h"
-#include "store/index/card_ids.h"
 #include "tests/learn/learn_fixture.h"
 #include "tests/support/temporary_folder.h"
 

@@ -2,7 +2,6 @@
 #include "edit/card_tools.h"
 #include "edit/landmark_settings.h"
 #include "edit/renumbering.h"
-#include "platform/code_page.h"
 #include "tests/edit/card_desk_fixture.h"
 
 namespace tessaro {

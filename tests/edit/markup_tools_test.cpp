@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <deque>
 #include <random>
 
@@ -14,8 +13,6 @@
 #include "edit/tag_spans.h"
 #include "edit/topics.h"
 #include "hypertext/plain_text.h"
-#include "platform/code_page.h"
-#include "store/table/card_columns.h"
 
 namespace tessaro {
 namespace {

@@ -5,8 +5,6 @@
 
 #include "edit/wnlink.h"
 #include "tests/edit/wned_fixture.h"
-#include "widgets/htmlview.h"
-#include "widgets/theme.h"
 
 namespace tessaro {
 namespace {

@@ -125,6 +125,9 @@ TEST_F(CardEditor, TheTableSearchesAndActsOnWhatIsTypedAndOnTheRowsThatAreMarked
   EXPECT_TRUE(!grid.model()->index(0, 1).data(Qt::FontRole).isValid() && window->Settle());
   EXPECT_EQ(grid.model()->rowCount(), 1);
   EXPECT_EQ(resets.size(), 0) << "a run of rows goes as such";
+  Front().setPlainText(u"Rest"_s);
+  EXPECT_TRUE(window->Settle());
+  EXPECT_EQ(Stored(2), "Rest");
 }
 
 TEST_F(CardEditor, ChosenPicturesAndCharactersAreInserted) {

@@ -1,9 +1,6 @@
 #include <random>
 
-#include "exchange/compare_scan.h"
 #include "exchange/compare_source.h"
-#include "exchange/match_finder.h"
-#include "exchange/similarity.h"
 #include "exchange/taken_cards.h"
 #include "settings/side_settings.h"
 #include "tests/support/test_cards.h"

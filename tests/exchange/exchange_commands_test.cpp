@@ -9,7 +9,6 @@
 #include "exchange/dltrans.h"
 #include "exchange/dlupd.h"
 #include "learn/wnlern.h"
-#include "platform/code_page.h"
 #include "tests/app/main_window_fixture.h"
 
 namespace tessaro {

@@ -6,7 +6,6 @@
 #include "exchange/separators.h"
 #include "exchange/table_import.h"
 #include "exchange/text_cards.h"
-#include "platform/code_page.h"
 #include "platform/memory_file.h"
 #include "tests/support/test_cards.h"
 

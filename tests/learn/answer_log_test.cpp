@@ -1,11 +1,9 @@
 #include "learn/answer_log.h"
 
 #include <limits>
-#include <random>
 
 #include "cards/figures.h"
 #include "learn/parameter_entry.h"
-#include "learn/retention.h"
 #include "learn/statistics_texts.h"
 #include "tests/learn/learn_fixture.h"
 

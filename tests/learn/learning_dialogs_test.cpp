@@ -76,6 +76,7 @@ TEST_F(LearningDialogs, ABoxIsCountedLearnedToItsEndAndChosenAnew) {
   });
   EXPECT_EQ(order, u"3421"_s) << "new cards first, then the one answered longest ago";
   EXPECT_EQ(messages.shown, QStringList(u"\nKarteifach abgearbeitet.\nWeiter mit neuer Auswahl."_s));
+  EXPECT_TRUE(Find<QWidget>(u"BtWeissIch"_s).isEnabled()) << "learning goes on by itself";
   EXPECT_FALSE(Find<QWidget>(u"SpeedButtonLeitnerOff"_s).isVisible()) << "an ended box cannot be taken up again";
 }
 
@@ -124,9 +125,9 @@ TEST_F(LearningDialogs, AWrongParameterKeepsTheFocusAndChangesNothing) {
     EXPECT_TRUE(dialog.isVisible()) << message.toStdString();
     edit.setText(before);
   }
-  Press(dialog, u"BitBtnUebernehmen"_s);
+  Press(dialog, u"RadioKurzSchwach"_s, u"RadioKartenSchwer"_s, u"BitBtnUebernehmen"_s);
   EXPECT_EQ(StatusLine(dialog), u"Eingaben im Assistenten fehlen"_s);
-  Press(dialog, u"RadioKurzSchwach"_s, u"RadioLangGut"_s, u"RadioKartenSchwer"_s, u"BitBtnUebernehmen"_s);
+  Press(dialog, u"RadioLangGut"_s, u"BitBtnUebernehmen"_s);
   const int64_t most = SuggestParameters(Memory::Weak, Memory::Strong, CardKind::Difficult).max_width;
   EXPECT_EQ(Line(dialog, u"EdMaxBreite"_s), QString::number(most));
   EXPECT_TRUE(Control<QLabel>(dialog, u"LabelVorschlag"_s).text().contains(u"right>%1<"_s.arg(most)));

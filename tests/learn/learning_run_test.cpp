@@ -4,8 +4,6 @@
 #include <tuple>
 
 #include "cards/link_state.h"
-#include "learn/answer_log.h"
-#include "learn/notice.h"
 #include "learn/run_presenter.h"
 #include "learn/start_method.h"
 #include "settings/decimal_text.h"

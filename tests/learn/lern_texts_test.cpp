@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "learn/interval_plot.h"
-#include "learn/retention.h"
 #include "learn/shortcut_code.h"
-#include "store/file/ini_file.h"
 #include "tests/support/times.h"
 #include "widgets/side_look.h"
 

@@ -1,6 +1,5 @@
 
 #include "learn/leitner_count.h"
-#include "learn/leitner_method.h"
 #include "tests/learn/learn_fixture.h"
 
 namespace tessaro {

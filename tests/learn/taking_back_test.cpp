@@ -3,8 +3,6 @@
 #include <sstream>
 
 #include "cards/card_edit.h"
-#include "learn/answer_log.h"
-#include "learn/leitner_method.h"
 #include "tests/learn/learn_fixture.h"
 
 namespace tessaro {

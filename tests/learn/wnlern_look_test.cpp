@@ -2,7 +2,6 @@
 
 #include "learn/answer_button.h"
 #include "tests/learn/window_fixture.h"
-#include "widgets/theme.h"
 
 namespace tessaro {
 namespace {

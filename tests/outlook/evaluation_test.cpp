@@ -8,7 +8,6 @@
 #include "outlook/activity.h"
 #include "outlook/card_lines.h"
 #include "outlook/due_count.h"
-#include "outlook/knowledge.h"
 #include "outlook/prediction_check.h"
 #include "tests/outlook/outlook_fixture.h"
 

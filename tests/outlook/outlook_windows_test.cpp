@@ -6,7 +6,6 @@
 #include "cards/card_edit.h"
 #include "outlook/dlkarten.h"
 #include "outlook/number_texts.h"
-#include "outlook/outlook_page.h"
 #include "outlook/wneval.h"
 #include "outlook/wnprog.h"
 #include "tests/outlook/outlook_fixture.h"

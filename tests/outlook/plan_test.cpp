@@ -3,7 +3,6 @@
 #include <numeric>
 
 #include "outlook/knowledge.h"
-#include "outlook/plan_session.h"
 #include "tests/outlook/outlook_fixture.h"
 
 namespace tessaro {

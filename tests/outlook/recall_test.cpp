@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "outlook/recall_fit.h"
 #include "tests/outlook/outlook_fixture.h"
 
 namespace tessaro {

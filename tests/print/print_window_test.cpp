@@ -2,7 +2,6 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QPrinterInfo>
-#include <QScrollArea>
 #include <QStandardItemModel>
 
 #include "edit/wned.h"
@@ -112,6 +111,11 @@ TEST(PrintedPages, ShowPicturesWholeHoweverLargeTheyAre) {
       EXPECT_TRUE((card ? CellOf(0) : QRect(30, 30, 794 - 60, 1123 - 60)).adjusted(3, 3, -3, -3).contains(ink)) << side;
     }
   }
+  PictureStore pictures;
+  pictures.SetFolders({folder.path(), {}});
+  SidePrinter printer({QFont(u"DejaVu Sans"_s, 12), Qt::black, Qt::white}, pictures);
+  const FittedSide small = printer.Fit(Lines(6) + "<img src=\"p.png\">", {200, 200}, {.least = 50});
+  EXPECT_TRUE(small.percent < 100 && small.layout.fragments.back().rect.width == 190) << "no wider than the room";
 }
 
 TEST(PrintedPages, LoseNothingOfALongSide) {
@@ -272,6 +276,7 @@ TEST_F(PrintDialog, LeafsByKeysWhereverTheFocusIs) {
           if (with != Qt::NoModifier && qobject_cast<QSpinBox*>(focus) != nullptr) continue;
           QTest::keyClick(focus, key, with);
           EXPECT_EQ(page.page(), shown) << key;
+          EXPECT_EQ(Control<QLabel>(dialog, u"LabelSeite"_s).text().endsWith(u"Rückseiten"_s), shown % 2 == 1);
         }
       }
       EXPECT_EQ(Box(dialog, u"ComboBoxForm").currentIndex(), 1);

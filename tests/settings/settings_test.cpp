@@ -7,7 +7,6 @@
 #include "settings/program_settings.h"
 #include "settings/recent_files.h"
 #include "settings/side_settings.h"
-#include "store/file/ini_file.h"
 #include "tests/support/memory_disk.h"
 
 namespace tessaro {

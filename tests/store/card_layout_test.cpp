@@ -1,7 +1,6 @@
 #include "store/file/card_layout.h"
 
 #include "platform/code_page.h"
-#include "store/table/card_columns.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {

@@ -3,11 +3,6 @@
 #include <fstream>
 #include <random>
 
-#include "platform/progress.h"
-#include "store/table/card_columns.h"
-#include "store/table/content_stamp.h"
-#include "store/table/memory_block.h"
-#include "store/table/packed_fields.h"
 #include "store/table/table_reader.h"
 #include "store/table/table_scan.h"
 #include "tests/store/table_twins.h"

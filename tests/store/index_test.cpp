@@ -1,8 +1,6 @@
 #include <random>
 
 #include "store/index/bisection_order.h"
-#include "store/index/learn_index.h"
-#include "store/index/link_index.h"
 #include "tests/support/test_cards.h"
 
 namespace tessaro {

@@ -1,7 +1,5 @@
 #include "tests/support/test_cards.h"
 
-#include <algorithm>
-#include <memory>
 #include <sstream>
 
 namespace tessaro {

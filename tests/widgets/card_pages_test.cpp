@@ -6,7 +6,6 @@
 #include "tests/support/window_test.h"
 #include "widgets/painter.h"
 #include "widgets/side_look.h"
-#include "widgets/theme.h"
 #include "widgets/video_screen.h"
 #include "widgets/wnmedia.h"
 

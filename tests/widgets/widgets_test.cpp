@@ -120,6 +120,14 @@ TEST(WindowPlace, ComesBackAndIsAlwaysOnAScreen) {
     RestoreWindowPlace(window, settings, "T");
     EXPECT_EQ(QRect(window.pos(), window.size()), restored) << kept.x() << " " << kept.width();
   }
+  QWidget active;
+  active.setGeometry(100, 150, 300, 200);
+  active.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&active));
+  QWidget dialog;
+  dialog.resize(140, 100);
+  RestoreWindowPlace(dialog, {}, "T");
+  EXPECT_EQ(dialog.pos(), QPoint(180, 200)) << "the first time it stands in the middle of the window in front";
 }
 
 TEST(Drawing, ShowsNothingOfOtherFiles) {
@@ -163,19 +171,20 @@ TEST(Drawing, IsMeasuredByItsOutermostElement) {
   const QTemporaryDir folder;
   const QString path = folder.filePath(QStringLiteral("bild.svg"));
   const std::string shape = "<rect width='30' height='20' fill='red'/>";
-  std::string many;
-  while (many.size() < (1U << 20)) many += shape;
-  const std::tuple<std::string, std::string, PixelSize> cases[] = {
-      {"width='40' height='50'", shape, {40, 50}},
-      {"viewBox='0 0 60 70'", shape + "<open>", {60, 70}},
-      {"width='40'", shape, {30, 20}},
-      {"", many, {0, 0}},
-      {"width='9' height='8'", many, {9, 8}},
+  constexpr size_t kMiB = 1 << 20;
+  const std::tuple<std::string, std::string, size_t, PixelSize> cases[] = {
+      {"width='40' height='50'", shape, 0, {40, 50}},
+      {"viewBox='0 0 60 70'", shape + "<open>", 0, {60, 70}},
+      {"width='40'", shape, kMiB, {30, 20}},
+      {"width='40'", shape, kMiB + 1, {0, 0}},
+      {"width='9' height='8'", shape, 4 * kMiB, {9, 8}},
+      {"width='9' height='8'", shape, 4 * kMiB + 1, {0, 0}},
   };
-  for (const auto& [attributes, shapes, size] : cases) {
-    std::ofstream(path.toStdString()) << "<svg xmlns='http://www.w3.org/2000/svg' " << attributes << ">" << shapes
-                                      << "</svg>";
-    EXPECT_EQ(MeasurePicture(path).file.size, size) << attributes;
+  for (const auto& [attributes, shapes, bytes, size] : cases) {
+    std::string drawing = "<svg xmlns='http://www.w3.org/2000/svg' " + attributes + ">" + shapes + "</svg>";
+    drawing.resize(std::max(bytes, drawing.size()), ' ');
+    std::ofstream(path.toStdString()) << drawing;
+    EXPECT_EQ(MeasurePicture(path).file.size, size) << attributes << bytes;
   }
 }
 
