@@ -116,6 +116,10 @@ TEST_F(CodePageChange, WhoDoesNotSaveTheCardsKeepsTheirCodePages) {
   FinishConversion(file);
   EXPECT_EQ(Sides(file), "Frage|\x80\n");
   EXPECT_TRUE(ReadCodePages(file.settings()).western());
+  // A side that comes to read as the other is.
+  Open({{.question = "\x80", .answer = "\x88"}});
+  ASSERT_EQ(ConvertTexts(file, {kCyrillicBack.back, CodePage()}), ConversionEnd::Done);
+  EXPECT_EQ(Sides(file), "\x88|\x88\n");
 }
 
 }  // namespace

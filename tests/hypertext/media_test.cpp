@@ -134,6 +134,7 @@ TEST(TextFile, PlainTextIsReadInTheEncodingItIsIn) {
       {std::string("\xFF\xFE\xFC\x00\x3D\xD8\x00\xDE!", 9), "ü😀"},
       {std::string("\xFE\xFF\x00\xFC", 4), "ü"},
       {"ü\xC0\xAF", "Ã¼À¯"},  // an overlong form is no UTF-8
+      {"\xC3(", "Ã("},
   });
 }
 

@@ -49,8 +49,7 @@ TEST_F(PlanTest, BeginsWithWhatIsKnownNowAndForgetsWithoutLearning) {
   deck = Read();
   const PlanReport report = Run({Today() + 40, 0, 5});
   ASSERT_EQ(report.curves.size(), 4U);
-  ASSERT_EQ(report.days.front(), 0);
-  ASSERT_EQ(report.days.back(), 40);
+  ASSERT_TRUE(report.days.front() == 0 && report.days.back() == 40);
   const double now = Finish(KnowledgeCount(file, deck)).known;
   for (const PlanCurve& curve : report.curves) {
     EXPECT_NEAR(curve.known[0], now, 1e-9);
@@ -70,8 +69,7 @@ TEST_F(PlanTest, LearningHelpsMoreWithMoreMinutesAndLeavesTheDeckAlone) {
   EXPECT_LT(last(1) - 2, last(2));
   EXPECT_GT(last(3), last(0) + 20) << "the new cards are learned too";
   EXPECT_LE(last(3), 210);
-  EXPECT_EQ(FileText(file.cards()), before);
-  EXPECT_FALSE(file.changed());
+  EXPECT_TRUE(FileText(file.cards()) == before && !file.changed());
 
   const PlanReport again = Run(wish);
   for (size_t i = 0; i < 4; ++i)

@@ -388,7 +388,8 @@ TEST(PackedFields, NumbersInOrderTakeThreeBytesAndNothingIsCountedThatIsNone) {
     const std::string row = {'\1', static_cast<char>(first.size())};
     EXPECT_FALSE(PackedFields::FromBytes(row + std::string(first) + '\0' + std::string(counted), 2)) << first;
   }
-  EXPECT_FALSE(PackedFields::FromBytes(std::string(counted), 1));
+  for (const std::string& alone : {std::string(counted), std::string("\x80\x80\x80\x80\x04")})  // nothing to repeat
+    EXPECT_FALSE(PackedFields::FromBytes(alone, 1));
 }
 
 }  // namespace
