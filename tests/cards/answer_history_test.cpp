@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <numeric>
 #include <random>
-#include <string>
 #include <vector>
 
 namespace tessaro {

@@ -76,7 +76,6 @@ TEST_F(LearningDialogs, ABoxIsCountedLearnedToItsEndAndChosenAnew) {
   });
   EXPECT_EQ(order, u"3421"_s) << "new cards first, then the one answered longest ago";
   EXPECT_EQ(messages.shown, QStringList(u"\nKarteifach abgearbeitet.\nWeiter mit neuer Auswahl."_s));
-  EXPECT_TRUE(Find<QWidget>(u"BtWeissIch"_s).isEnabled()) << "learning goes on by itself";
   EXPECT_FALSE(Find<QWidget>(u"SpeedButtonLeitnerOff"_s).isVisible()) << "an ended box cannot be taken up again";
 }
 
@@ -101,6 +100,13 @@ TEST_F(LearningDialogs, ABoxIsLeftAndTakenUpByItsButtons) {
   EXPECT_TRUE(Checked(u"MLeitner"_s));
   Click(u"BtWeissIch"_s);
   EXPECT_EQ(Shown(), u"5"_s) << "where the box was left";
+}
+
+TEST_F(LearningDialogs, ACancelledSelectionGoesOnWithACardThatCameDueMeanwhile) {
+  Open({KnownCard(1, 8200, 1000)});
+  clock.now += 9000;
+  Choose([](TF_dlausw& dialog) { Press(dialog, u"BitBtnCancel"_s); });
+  EXPECT_EQ(OnScreen(), "Frage");
 }
 
 TEST_F(LearningDialogs, AWrongParameterKeepsTheFocusAndChangesNothing) {

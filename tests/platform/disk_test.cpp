@@ -3,10 +3,8 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <atomic>
 #include <chrono>
 #include <csignal>
-#include <thread>
 
 #include "platform/background_flush.h"
 #include "tests/support/temporary_folder.h"

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-
 #include "platform/code_page.h"
 #include "tests/support/memory_disk.h"
 

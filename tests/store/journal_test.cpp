@@ -1,7 +1,6 @@
 #include "store/file/journal.h"
 
 #include <chrono>
-#include <thread>
 
 #include "tests/support/clock_and_chance.h"
 #include "tests/support/test_cards.h"
