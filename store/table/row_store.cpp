@@ -52,13 +52,9 @@ uint32_t* RowStore::AddRecord(size_t words, RowHandle& row) {
   return Record(row);
 }
 
-bool RowStore::AddUnescaped(std::string_view text) {
+bool RowStore::GrowUnescaped(size_t needed) {
   MemoryBlock& block = blocks_[unescaped_block_];
-  const size_t needed = unescaped_size_ + text.size();
-  if (needed > block.room() && !block.Reserve(std::max({kLeastBlock, needed, 2 * block.room()}))) return false;
-  if (!text.empty()) std::memcpy(block.data() + unescaped_size_, text.data(), text.size());
-  unescaped_size_ = needed;
-  return true;
+  return block.Reserve(std::max({kLeastBlock, needed, 2 * block.room()}));
 }
 
 // Returns where the words after the ends begin.

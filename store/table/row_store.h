@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -59,7 +60,20 @@ class RowStore {
   // large the file is.
   void BeginLoading(int columns, char separator, size_t file_size, bool second_half = false);
   // Text of a field without its escapes, put behind what came before. False when there is no memory.
-  bool AddUnescaped(std::string_view text);
+  bool AddUnescaped(std::string_view text) {
+    const MemoryBlock& block = blocks_[unescaped_block_];
+    const size_t needed = unescaped_size_ + text.size();
+    if (needed > block.room() && !GrowUnescaped(needed)) return false;
+    std::copy(text.begin(), text.end(), blocks_[unescaped_block_].data() + unescaped_size_);
+    unescaped_size_ = needed;
+    return true;
+  }
+  // The same with this letter in the place of the last byte, a backslash.
+  bool AddUnescaped(std::string_view text, char letter) {
+    if (!AddUnescaped(text)) return false;
+    blocks_[unescaped_block_].data()[unescaped_size_ - 1] = letter;
+    return true;
+  }
   size_t unescaped_size() const { return unescaped_size_; }
   // Adds a row of the file. A row with fewer ends than columns has null fields at its end. False when the store is
   // full.
@@ -141,6 +155,7 @@ class RowStore {
   size_t WriteFields(std::span<const FieldView> fields, bool shares, char* start);
   // Room for so many bytes behind the rows that were rewritten; its place, or nothing without memory.
   std::optional<uint64_t> PlaceOfRewritten(size_t size);
+  bool GrowUnescaped(size_t needed);
   uint32_t* AddRecord(size_t words, RowHandle& row);
   static uint32_t* PackEnds(std::span<const size_t> ends, bool wide, uint32_t* words);
   void PackUnescaped(size_t start, std::span<const UnescapedField> fields, uint32_t* words) const;

@@ -250,23 +250,28 @@ bool TableReader::ReadRows() {
 // Handles marks, whose places count from `start`. False when more must be read to know what one of them means; that is
 // the next to look at. The mark that nearly all are, a separator after a field without escapes, is handled right here.
 bool TableReader::FollowMarks(size_t start, std::span<const uint32_t> places) {
-  Line line = line_;
+  size_t fields = line_.fields;
+  size_t segment = line_.segment;
   for (const uint32_t place : places) {
     const size_t at = start + place;
-    if (plain_ && text_[at] == separator_ && !line.escaped && line.fields < ends_.size()) {
-      ends_[line.fields++] = at - line.start;
-      line.segment = at + 1;
+    if (plain_ && text_[at] == separator_ && !line_.escaped && fields < ends_.size()) {
+      ends_[fields++] = at - line_.start;
+      segment = at + 1;
       continue;
     }
-    line_ = line;
     // An escaped mark is no more one.
-    if (at >= line.segment && !FollowMark(at)) {
+    if (at < segment) continue;
+    line_.fields = fields;
+    line_.segment = segment;
+    if (!FollowMark(at)) {
       scan_ = at;
       return false;
     }
-    line = line_;
+    fields = line_.fields;
+    segment = line_.segment;
   }
-  line_ = line;
+  line_.fields = fields;
+  line_.segment = segment;
   return true;
 }
 
@@ -294,8 +299,8 @@ bool TableReader::Unescape(size_t at) {
   const bool is_feed = letter == 'n' || letter == 'N';
   if (line_.fields < columns_) {
     if (unescaped_.empty() && !line_.escaped) line_.unescaped_start = content_.rows.unescaped_size();
-    AddUnescaped({text_ + line_.segment, at - line_.segment});
-    AddUnescaped(is_feed ? "\n" : std::string_view(&letter, 1));
+    const std::string_view with_backslash(text_ + line_.segment, at + 1 - line_.segment);
+    full_ |= !content_.rows.AddUnescaped(with_backslash, is_feed ? '\n' : letter);
   }
   const bool as_written = letter == 'n' || letter == '\\' || (letter == separator_ && !is_feed);
   line_.odd |= !as_written || escaped != at + 1 || !plain_;
@@ -305,16 +310,12 @@ bool TableReader::Unescape(size_t at) {
   return true;
 }
 
-void TableReader::AddUnescaped(std::string_view text) {
-  full_ |= !content_.rows.AddUnescaped(text);
-}
-
 void TableReader::EndField(size_t at) {
   if (line_.fields < columns_) {
     if (line_.fields == ends_.size()) ends_.resize(std::min(2 * ends_.size(), columns_));
     ends_[line_.fields] = at - line_.start;
     if (line_.escaped) {
-      AddUnescaped({text_ + line_.segment, at - line_.segment});
+      full_ |= !content_.rows.AddUnescaped({text_ + line_.segment, at - line_.segment});
       unescaped_.push_back({line_.fields, content_.rows.unescaped_size() - line_.unescaped_start});
     }
   }

@@ -68,7 +68,6 @@ class TableReader {
   void EndField(size_t at);
   void EndLine(size_t at);
   void EndFile();
-  void AddUnescaped(std::string_view text);
   void AddRow(bool as_written);
   void Count(size_t characters);
 
