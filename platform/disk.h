@@ -40,7 +40,7 @@ class WritableFile {
   virtual ~WritableFile() = default;
   // Appends all bytes; false when any could not be written.
   [[nodiscard]] virtual bool Write(std::string_view bytes) = 0;
-  // Returns when everything written so far has reached the disk.
+  // Returns when everything written so far has reached the disk. A thread may call it while another one writes.
   [[nodiscard]] virtual bool Flush() = 0;
   [[nodiscard]] virtual bool Close() = 0;
   // As long as it is open, Disk::IsKept says so of it to every program, whatever name it gets meanwhile.

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
@@ -14,7 +15,8 @@
 namespace tessaro {
 
 // A disk in memory. Any of its operations can be made to fail, once or from then on, and it can lose what was not
-// flushed, as a power cut does. Questions about files are no operations and never fail.
+// flushed, as a power cut does. Questions about files are no operations and never fail. A thread may flush what another
+// writes; all else belongs to one thread.
 class MemoryDisk : public Disk {
  public:
   using Path = std::filesystem::path;
@@ -40,6 +42,7 @@ class MemoryDisk : public Disk {
   void set_ties(const FileTies& ties) { ties_ = ties; }
   // All content that was not flushed is gone; names stay.
   void LoseUnflushed() {
+    const std::lock_guard guard(*writing_);
     for (auto& [name, file] : files_) file->bytes = file->safe_bytes;
   }
 
@@ -64,6 +67,7 @@ class MemoryDisk : public Disk {
   }
   std::unique_ptr<WritableFile> Create(const Path& path) override {
     if (Fails()) return nullptr;
+    const std::lock_guard guard(*writing_);
     std::shared_ptr<File>& file = files_[Resolve(path)];
     if (file == nullptr) file = std::make_shared<File>(File{{}, {}, 0, ++last_number_});
     *file = {{}, {}, ++last_time_, file->number};
@@ -149,7 +153,9 @@ class MemoryDisk : public Disk {
   struct Writer : WritableFile {
     Writer(MemoryDisk& disk_in, std::shared_ptr<File> file_in) : disk(disk_in), file(std::move(file_in)) {}
     bool Write(std::string_view text) override {
-      if (disk.Fails()) {
+      const bool fails = disk.Fails();
+      const std::lock_guard guard(*disk.writing_);
+      if (fails) {
         if (disk.fault_ != WriteFault::Nothing) file->bytes += text.substr(0, text.size() / 2);
         return disk.fault_ == WriteFault::HalfUnnoticed;
       }
@@ -157,13 +163,19 @@ class MemoryDisk : public Disk {
       file->bytes += text.substr(0, room);
       return text.size() <= room;
     }
-    bool Flush() override { return !disk.Fails() && (file->safe_bytes = file->bytes, true); }
+    bool Flush() override {
+      if (disk.Fails()) return false;
+      const std::lock_guard guard(*disk.writing_);
+      file->safe_bytes = file->bytes;
+      return true;
+    }
     bool Close() override { return !disk.Fails(); }
     MemoryDisk& disk;
     std::shared_ptr<File> file;
   };
 
   bool Fails() {
+    const std::lock_guard guard(*writing_);
     ++operations_;
     return operations_ == fail_at_ || (stay_broken_ && fail_at_ > 0 && operations_ > fail_at_);
   }
@@ -181,6 +193,8 @@ class MemoryDisk : public Disk {
   bool has_links_ = true;
   bool has_locks_ = true;
   FileTies ties_;
+  // Guards the bytes of files that are being written, and what counts operations.
+  std::shared_ptr<std::mutex> writing_ = std::make_shared<std::mutex>();
   int operations_ = 0;
   int fail_at_ = 0;
   WriteFault fault_ = WriteFault::Nothing;
