@@ -20,8 +20,7 @@ IniFile Parsed(std::string_view text) {
 
 TEST(Settings, MissingValuesGiveTheStandardAndWildOnesTheNearestBound) {
   const IniFile empty;
-  EXPECT_TRUE(keys::kShowFigures.Read(empty));
-  EXPECT_EQ(keys::kErrorLimit.Read(empty), 5.0);
+  EXPECT_TRUE(keys::kShowFigures.Read(empty) && keys::kErrorLimit.Read(empty) == 5.0);
   EXPECT_EQ(keys::kMediaFolder.Read(empty), "Medien");
   const IniFile wild = Parsed(
       "[SEL]\ni=7\n[ttrain]\nFehler=-3,5\nAnschlaege=99999999999999999999\nProzent=abc\n[SHOW]\nFigures=-4\nStat=x\n");

@@ -153,9 +153,8 @@ class MemoryDisk : public Disk {
   struct Writer : WritableFile {
     Writer(MemoryDisk& disk_in, std::shared_ptr<File> file_in) : disk(disk_in), file(std::move(file_in)) {}
     bool Write(std::string_view text) override {
-      const bool fails = disk.Fails();
       const std::lock_guard guard(*disk.writing_);
-      if (fails) {
+      if (disk.Fails()) {
         if (disk.fault_ != WriteFault::Nothing) file->bytes += text.substr(0, text.size() / 2);
         return disk.fault_ == WriteFault::HalfUnnoticed;
       }
@@ -164,10 +163,8 @@ class MemoryDisk : public Disk {
       return text.size() <= room;
     }
     bool Flush() override {
-      if (disk.Fails()) return false;
       const std::lock_guard guard(*disk.writing_);
-      file->safe_bytes = file->bytes;
-      return true;
+      return !disk.Fails() && (file->safe_bytes = file->bytes, true);
     }
     bool Close() override { return !disk.Fails(); }
     MemoryDisk& disk;
@@ -194,7 +191,7 @@ class MemoryDisk : public Disk {
   bool has_locks_ = true;
   FileTies ties_;
   // Guards the bytes of files that are being written, and what counts operations.
-  std::shared_ptr<std::mutex> writing_ = std::make_shared<std::mutex>();
+  std::shared_ptr<std::recursive_mutex> writing_ = std::make_shared<std::recursive_mutex>();
   int operations_ = 0;
   int fail_at_ = 0;
   WriteFault fault_ = WriteFault::Nothing;
