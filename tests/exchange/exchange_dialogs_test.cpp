@@ -81,7 +81,7 @@ TEST_F(ExchangeDialogs, ExportWritesTheChosenFileInEitherLayout) {
   Choose(u"/texts/karten"_s);
   EXPECT_EQ(Line(u"EditDatei"_s).text(), u"/texts/karten.txt"_s);
   const uint64_t used = (uint64_t{1} << 40) - *disk.FreeBytes({});
-  for (const uint64_t free : {2400, 2399}) {
+  for (const uint64_t free : {2400U, 2399U}) {
     disk.set_capacity(used + free);
     Choose(u"/texts/karten"_s);
     EXPECT_EQ(Status(u"StatusBarExport"_s), u"Laufwerk /:  %1 Bytes frei, Datei: 2400 Bytes"_s.arg(free));
